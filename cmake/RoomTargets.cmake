@@ -1,0 +1,25 @@
+# A room is a folder of sources; a target is a set of rooms.  Sources are found by folder, so that
+# adding a file to a room needs no change here.
+
+# room_sources(OUT_VARIABLE ROOM...): all .cpp files below the given folders.
+function(room_sources out)
+  set(found)
+  foreach(room IN LISTS ARGN)
+    file(GLOB_RECURSE here CONFIGURE_DEPENDS ${room}/*.cpp)
+    list(APPEND found ${here})
+  endforeach()
+  set(${out} ${found} PARENT_SCOPE)
+endfunction()
+
+# room_tests(NAME FOLDER LIBRARY...): one GoogleTest program per folder of tests, each case known to ctest.
+function(room_tests name folder)
+  room_sources(sources ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE test_support ${ARGN})
+  target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 300)
+endfunction()
