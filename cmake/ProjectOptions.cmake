@@ -17,7 +17,7 @@ if(NOT CMAKE_BUILD_TYPE)
 endif()
 
 add_library(project_options INTERFACE)
-target_compile_options(project_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor)
+target_compile_options(project_options INTERFACE -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -Wall -Wextra -Wshadow -Wnon-virtual-dtor)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Overloaded virtual families are part of the contracts: a class often overrides one of two namesakes.
   target_compile_options(project_options INTERFACE -Wno-overloaded-virtual)

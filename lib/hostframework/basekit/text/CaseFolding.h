@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+namespace text {
+
+/// Simple case folding of one character, the same on every machine: Latin, Greek, Cyrillic and Armenian letters
+/// fold to their small forms, all else stays.
+wchar_t FoldCase(wchar_t character) noexcept;
+
+/// Negative, zero or positive; by the codes of the folded characters.
+int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept;
+
+} // namespace text
