@@ -1,0 +1,121 @@
+// The map from real block names to internal ones, and its block in the library.
+
+#include "basekit/diag/Profiling.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_named_value.h"
+#include "basekit/io/CBlock_ptr.h"
+#include "basekit/text/ParseName.h"
+#include "solutionmanager/store/SolutionFileManager.h"
+
+namespace {
+
+unsigned long TrailingNumber(AString const & internalName) {
+  AString stem;
+  unsigned long number = 0;
+  i18n::ParseName(internalName, stem, number, false);
+  return number;
+}
+
+SRealToInternalData EntryOf(AString const & realName, AString const & internalName) {
+  SRealToInternalData entry;
+  // A name that is no packed key keeps a default key, which only a pattern of all wildcards finds.
+  entry.key.Unpack(realName);
+  entry.internalName = internalName;
+  return entry;
+}
+
+} // namespace
+
+AString SolutionFileManager::GetInternalBlockName(bool & found, AString const & realName) const {
+  auto const at = m_realToInternal.find(realName);
+  found = at != m_realToInternal.end();
+  return found ? at->second.internalName : realName;
+}
+
+AString SolutionFileManager::GetInternalBlockName(AString const & realName) const {
+  bool found = false;
+  return GetInternalBlockName(found, realName);
+}
+
+AString SolutionFileManager::GenerateUniqueBlockName() const {
+  return AString::Format(L"SolutionBlock%d", m_nextAvailableIndex++);
+}
+
+void SolutionFileManager::InitNextAvailableIndex() const {
+  m_nextAvailableIndex = 0;
+  for (auto const & [realName, entry] : m_realToInternal)
+    m_nextAvailableIndex = std::max(m_nextAvailableIndex, TrailingNumber(entry.internalName));
+  ++m_nextAvailableIndex;
+}
+
+void SolutionFileManager::ExtendNameMap(AString const & realName, AString const & internalName) {
+  if (!m_realToInternal.emplace(realName, EntryOf(realName, internalName)).second)
+    return;
+  m_nextAvailableIndex = std::max(m_nextAvailableIndex, TrailingNumber(internalName));
+  m_mapChanged = true;
+}
+
+SolutionFileManager::LibIOReturn SolutionFileManager::LoadRealToInternalBlockNameMap() const {
+  if (!m_realToInternal.empty())
+    return CStreamioLibrary::kSuccess;
+  AttachIfPending();
+  io::CBlock block(kRealToInternalBlkName);
+  LibIOReturn const result = m_library.LoadDefinition(block);
+  if (result != CStreamioLibrary::kSuccess)
+    return result;
+  for (auto const & child : block) {
+    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
+    AString internalName;
+    if (!pair || !pair->Query(internalName))
+      continue;
+    m_realToInternal.emplace(pair->Name(), EntryOf(pair->Name(), internalName));
+  }
+  InitNextAvailableIndex();
+  return CStreamioLibrary::kSuccess;
+}
+
+SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNameMap() const {
+  PROFILE_SCOPE("SolutionFileManager_WriteRealToInternalBlockNameMap");
+  AttachIfPending();
+  if (!m_mapChanged)
+    return CStreamioLibrary::kSuccess;
+  io::CBlock block(kRealToInternalBlkName);
+  for (auto const & [realName, entry] : m_realToInternal)
+    block << io::CBlock_named_value(realName, io::CBlock_value(entry.internalName));
+  LibIOReturn const result = SaveDefinition(block);
+  m_mapChanged = false;
+  return result;
+}
+
+void SolutionFileManager::GetRealToInternalNameMap(NameMap & map) const {
+  if (&map != &m_realToInternal)
+    map = m_realToInternal;
+}
+
+AString SolutionFileManager::EntryForNewBlock(AString const & realName) const {
+  AString const internalName = GenerateUniqueBlockName();
+  m_realToInternal.emplace(realName, EntryOf(realName, internalName));
+  m_mapChanged = true;
+  return internalName;
+}
+
+void SolutionFileManager::VariationKeyChanged(AString const & oldKey, AString const & newKey) const {
+  PROFILE_SCOPE("SolutionFileManager_VarKeyChanged");
+  NameMap renamed;
+  bool anyChanged = false;
+  for (auto const & [realName, entry] : m_realToInternal) {
+    if (entry.key.GetDesignVariationKey().Compare(oldKey) != 0) {
+      renamed.emplace(realName, entry);
+      continue;
+    }
+    SRealToInternalData moved = entry;
+    moved.key.SetDesignVariationKey(newKey);
+    renamed.emplace(moved.key.Pack(), moved);
+    anyChanged = true;
+  }
+  if (!anyChanged)
+    return;
+  m_realToInternal.swap(renamed);
+  m_mapChanged = true;
+  WriteRealToInternalBlockNameMap();
+}

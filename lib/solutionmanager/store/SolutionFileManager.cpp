@@ -1,0 +1,142 @@
+// The life of the two files: attaching, saving under a new name, commit.
+
+#include "solutionmanager/store/SolutionFileManager.h"
+
+#include "CoreInterfaces/desktop/IProject.h"
+#include "basekit/diag/Profiling.h"
+#include "basekit/file/CFileUtilities.h"
+#include "basekit/file/LongFileName.h"
+
+AString const SolutionFileManager::kRealToInternalBlkName(L"BlockMapName");
+
+namespace {
+
+constexpr auto kOrdinaryMode = static_cast<SolutionFileManager::TMode>(0);
+constexpr auto kRecoveryMode = static_cast<SolutionFileManager::TMode>(1);
+
+AString PrivateTwin(AString const & path) { return path + L"_priv"; }
+
+// Without a project the folder is that of the path itself.
+AString FolderOf(AString const & path) {
+  auto const lastSlash = path.View().find_last_of(L"/\\");
+  return lastSlash == AString::npos ? AString() : path.substr(0, lastSlash + 1);
+}
+
+} // namespace
+
+SolutionFileManager::SolutionFileManager(LongFileName const & file)
+    : m_library(file, kOrdinaryMode), m_libPath(file.FilePath()), m_attachPending(false), m_project(nullptr) {}
+
+SolutionFileManager::SolutionFileManager(IProject * project) : m_attachPending(true), m_project(project) {}
+
+SolutionFileManager::~SolutionFileManager() = default;
+
+bool SolutionFileManager::IsLibraryInitialized() const { return !m_libPath.empty() && !m_attachPending; }
+
+void SolutionFileManager::AttachIfPending() const {
+  if (!m_attachPending || m_libPath.empty())
+    return;
+  SetLibPathInternal(m_libPath, kOrdinaryMode);
+  m_attachPending = false;
+}
+
+void SolutionFileManager::SetLibPath(AString const & path, TMode mode) {
+  if (path != m_libPath) {
+    m_libPath = path;
+    m_attachPending = true;
+  }
+  if (mode == kRecoveryMode) {
+    SetLibPathInternal(path, kRecoveryMode);
+    m_attachPending = false;
+    return;
+  }
+  // A private file that a former run left stays untouched until recovery has had its say.
+  if (m_attachPending && LFN_Exists(LongFileName(path)) && !LFN_Exists(LongFileName(PrivateTwin(path)))) {
+    SetLibPathInternal(path, mode);
+    m_attachPending = false;
+  }
+}
+
+void SolutionFileManager::SetLibPathInternal(AString const & path, TMode mode) const {
+  LongFileName folder;
+  if (m_project)
+    m_project->GetResultsFolder(folder, true);
+  else
+    folder = LongFileName(FolderOf(path));
+  if (!folder.FilePath().empty() && !folder.Exists()) {
+    if (m_project)
+      m_project->CreateResultsFolder(folder);
+    else
+      LFN_CreateDirectory(folder);
+  }
+  m_realToInternal.clear();
+  m_mapChanged = true;
+  m_library.SetLibPath(path, mode);
+}
+
+void SolutionFileManager::ChangeLibPathForSaving(AString const & newPath) const {
+  if (newPath != m_libPath)
+    SaveProfileData(LongFileName(m_libPath).DirPath(), LongFileName(newPath).DirPath());
+  m_libPath = newPath;
+  m_attachPending = false;
+  m_library.CopyToNewLibPath(newPath);
+  if (m_library.GetStats().status != 0)
+    m_attachPending = true;
+}
+
+void SolutionFileManager::SaveProfileData(AString const & fromDir, AString const & toDir) const {
+  std::vector<LongFileName> files;
+  CFileUtilities::SimpleFindWithWildCard(LongFileName(fromDir), L"*.profile", files);
+  for (auto const & file : files)
+    LFN_Copy(file, LongFileName(AString::Format(L"%s%s", toDir, file.NameAndExtension())),
+             BehaviorIfSourceExists::kOverwrite);
+}
+
+SolutionFileManager::LibIOReturn SolutionFileManager::CommitAll(bool flag) {
+  PROFILE_SCOPE("SolutionFileManager_CommitAll");
+  return m_library.CommitAll(flag);
+}
+
+SolutionFileManager::LibIOReturn SolutionFileManager::UpdateOriginal() {
+  PROFILE_SCOPE("SolutionFileManager_UpdateOriginal");
+  AttachIfPending();
+  WriteRealToInternalBlockNameMap();
+  LibIOReturn const result = m_library.UpdateOriginal();
+  m_mapChanged = true;
+  return result;
+}
+
+SolutionFileManager::LibIOReturn SolutionFileManager::RewriteLibrary(bool flag) {
+  AttachIfPending();
+  return m_library.RewriteLibrary(flag);
+}
+
+void SolutionFileManager::ResetPrivateLib() {
+  if (IsLibraryInitialized())
+    m_library.ResetPrivateLib();
+}
+
+void SolutionFileManager::DeleteLibrary() { m_library.DeleteLibrary(); }
+
+bool SolutionFileManager::IsRecovered() const { return !m_attachPending && m_library.IsRecovered(); }
+
+bool SolutionFileManager::HavePrivQsolBlocks() const {
+  std::list<AString> names;
+  return IsLibraryInitialized() && m_library.PrivIndexKeyList(names) == CStreamioLibrary::kSuccess && !names.empty();
+}
+
+void SolutionFileManager::SetBinaryMode(bool binary) { m_library.SetBinaryMode(binary); }
+
+bool SolutionFileManager::IsBinaryModeFile() const { return m_library.IsBinaryModeFile(); }
+
+void SolutionFileManager::SetPrecision(int digits) { m_library.SetPrecision(digits); }
+
+CStreamioLibraryStats SolutionFileManager::GetFileStats() const {
+  AttachIfPending();
+  return m_library.GetStats();
+}
+
+CStreamioLibWritePrivate & SolutionFileManager::GetLibraryForDirectAccess() const {
+  AttachIfPending();
+  return m_library;
+}
