@@ -7,12 +7,12 @@ header defines the class yet.
 
 slots:   one operation per line: a name, or Name(types) in C++ spelling where a name is overloaded, with `const` or
          `nonconst` behind it where only that tells two apart; `...` inside the parentheses stands for any types;
-         `destructor`; `*` for an operation of any name; `@Other` for all of slots/Other.txt.
+         `destructor`; `~?` where one may stand; `*` for an operation of any name; `@Other` for all of slots/Other.txt.
          A destructor that is not listed may stand last in the part of the class that adds it.
 fields:  sections [bases] and [fields]; a base may be marked `virtual`; a field is a name, or `*` for any name,
          with `: type` where the type is to be compared; `...` as the last line allows further fields.
-both:    `# text` is a comment, `instance: T<...>` names the instance of a template to look at,
-         `header: path` the header where looking for the class's definition would find another.
+both:    `# text` is a comment, `instance: T<...>` names the instance of a template to look at, `declare: class X;` what
+         that instance needs declared, `header: path` the header where looking for the class would find another.
 """
 import fcntl
 import hashlib
@@ -36,10 +36,10 @@ class Expected:
         self.path = path
         self.kind = os.path.basename(os.path.dirname(path))
         self.class_name = os.path.basename(path)[:-len('.txt')].replace('.', '::')
-        self.header, self.instance, self.lines = None, None, []
+        self.header, self.instance, self.declare, self.lines = None, None, '', []
         with open(path, encoding='utf-8') as text:
             for line in (re.sub(r'(^|\s)#.*', '', line).strip() for line in text):
-                directive = re.match(r'(header|instance): *(.*)', line)
+                directive = re.match(r'(header|instance|declare): *(.*)', line)
                 if directive:
                     setattr(self, directive[1], directive[2])
                 elif line:
@@ -56,7 +56,7 @@ class Expected:
                 found += Expected(os.path.join(os.path.dirname(self.path), line[1:] + '.txt')).operations()
             else:
                 found.append(line)
-        return found if 'destructor' in found or '~?' in found else found + ['~?']
+        return found if 'destructor' in found else found + ['~?']
 
     def section(self, name):
         found, inside = [], False
@@ -157,7 +157,7 @@ def differences(expected, layouts):
 
 def cached_layouts(root):
     """The layouts of all classes with an expected file, compiled once per state of the headers."""
-    wanted, includes, digest = [], [], hashlib.sha256()
+    wanted, includes, declared, digest = [], [], [], hashlib.sha256()
     for kind in ('slots', 'fields'):
         for name in sorted(os.listdir(os.path.join(HERE, kind))):
             expected = Expected(os.path.join(HERE, kind, name))
@@ -165,13 +165,14 @@ def cached_layouts(root):
             if header and expected.used_name() not in wanted:
                 wanted.append(expected.used_name())
                 includes.append(header)
+                declared.append(expected.declare)
     for path in [*project_headers(root), class_tables.__file__]:
         with open(path, 'rb') as content:
             digest.update(path.encode() + content.read())
     digest.update('\n'.join(wanted).encode())
     cache = os.environ.get('HOUSE_CACHE')
     if not cache:
-        return class_tables.compile_classes(includes, wanted, include_flags(root))
+        return class_tables.compile_classes(includes, wanted, include_flags(root), declared)
     os.makedirs(cache, exist_ok=True)
     kept = os.path.join(cache, 'layouts.pickle')
     with open(kept + '.lock', 'w', encoding='utf-8') as lock:
@@ -181,7 +182,7 @@ def cached_layouts(root):
                 key, layouts = pickle.load(stored)
             if key == digest.hexdigest():
                 return layouts
-        layouts = class_tables.compile_classes(includes, wanted, include_flags(root))
+        layouts = class_tables.compile_classes(includes, wanted, include_flags(root), declared)
         with open(kept, 'wb') as stored:
             pickle.dump((digest.hexdigest(), layouts), stored)
         return layouts
@@ -199,7 +200,7 @@ def main():
         layouts = cached_layouts(root)
     except LayoutError:
         # One header that does not compile must not hide what the others say.
-        layouts = class_tables.compile_classes([header], [expected.used_name()], include_flags(root))
+        layouts = class_tables.compile_classes([header], [expected.used_name()], include_flags(root), [expected.declare])
     wrong = differences(expected, layouts)
     for line in wrong:
         print(f'{expected.class_name}: {line}', file=sys.stderr)

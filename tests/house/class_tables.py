@@ -267,15 +267,16 @@ def read_dump(text):
     return tables
 
 
-def compile_classes(includes, names, flags, compiler=None):
+def compile_classes(includes, names, flags, declarations=()):
     """Compiles the headers and returns the Layouts of the named classes and all that they are made of."""
     with tempfile.TemporaryDirectory() as folder:
         source = os.path.join(folder, 'unit.cpp')
         with open(source, 'w', encoding='utf-8') as out:
             out.writelines(f'#include "{header}"\n' for header in includes)
+            out.writelines(f'{line}\n' for line in declarations if line)
             for index, name in enumerate(names):
                 out.write(f'{name} * used_{index};\nchar size_{index}[sizeof({name})];\n')
-        done = subprocess.run([compiler or os.environ.get('CXX', 'g++'), *FLAGS, *flags, '-c', source, '-o', 'unit.o'],
+        done = subprocess.run([os.environ.get('CXX', 'g++'), *FLAGS, *flags, '-c', source, '-o', 'unit.o'],
                               cwd=folder, capture_output=True, text=True)
         if done.returncode:
             raise LayoutError('does not compile:\n' + done.stderr[:2000])
