@@ -18,12 +18,19 @@ die() {
 # The comment block at the head of the calling script is its help text.
 print_help() { sed -n '2,/^[^#]/{/^#/s/^# \{0,1\}//p;}' "$0"; }
 
+show_counter() {
+  local line
+  while IFS= read -r line; do
+    [[ $line != \[*/*\]* ]] || printf '\r  %s ' "${line%%]*}]" >&2
+  done
+}
+
 # logged LOG COMMAND...: runs a command with its output in LOG; on a terminal ninja's counter shows as it goes.
 logged() {
   local log=$1 status=0
   shift
   if [[ $live = 1 ]]; then
-    "$@" 2>&1 </dev/null | tee -a "$log" | sed -un 's/^\(\[[0-9]*\/[0-9]*\]\).*/\r  \1 /p' | tr -d '\n' >&2 || status=1
+    "$@" 2>&1 </dev/null | tee -a "$log" | show_counter || status=1
     printf '\r\033[K' >&2
   else
     "$@" >>"$log" 2>&1 </dev/null || status=1

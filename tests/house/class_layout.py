@@ -49,7 +49,7 @@ class Expected:
         return self.instance or self.class_name
 
     def operations(self):
-        """The listed operations; `~?` marks where a destructor that was not told may stand."""
+        """The listed operations; `~?` marks where a destructor that is not listed may stand."""
         found = []
         for line in self.lines:
             if line.startswith('@'):
@@ -135,11 +135,11 @@ def compare_names(what, expected, actual):
         name, _, remark = (part.strip() for part in line.partition(':' if what == 'field' else ' '))
         if index >= len(actual):
             return [f'{what} {index + 1}: expected {line}, found the end']
-        found, told = actual[index]
-        # A base that is not marked virtual must not be; a field's type is compared only where one is told.
-        same = plain_type(remark) == plain_type(told) or what == 'field' and not remark
+        found, actual_remark = actual[index]
+        # A base that is not marked virtual must not be; a field's type is compared only where one is listed.
+        same = plain_type(remark) == plain_type(actual_remark) or what == 'field' and not remark
         if name not in ('*', found) or not same:
-            return [f'{what} {index + 1}: expected {line}, found {found} ({told})']
+            return [f'{what} {index + 1}: expected {line}, found {found} ({actual_remark})']
     if len(actual) > len(expected):
         return [f'{what} {len(expected) + 1}: expected the end, found {actual[len(expected)][0]}']
     return []

@@ -197,7 +197,7 @@ class Layouts:
             else:
                 table[operation.slot] = operation
         if homeless and not any(operation.name == 'destructor' for operation in table.values()):
-            # A defaulted destructor is told without its place: it stands in the gap, or last where there is none.
+            # A defaulted destructor comes without its place: it stands in the gap, or last where there is none.
             gaps = [slot for slot in range(len(table)) if slot not in table]
             table[gaps[0] if gaps else len(table)] = homeless
         return table
