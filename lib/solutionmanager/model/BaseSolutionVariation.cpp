@@ -52,7 +52,7 @@ bool BaseSolutionVariation::ClearInstanceMemoryData() { return true; }
 
 io::ReadError BaseSolutionVariation::LoadInstanceData() {
   io::CBlock block(GetSolutionVariationKey().Pack());
-  if (m_Solution->GetSolutionMgr()->LoadSingleBlock(block) != CStreamioLibrary::kSuccess)
+  if (m_Solution->GetSolutionMgr()->LoadSingleBlock(block) != CStreamioLibrary::kLibSuccess)
     return io::kNotFound;
   return ReadVariationDataBlock(block);
 }

@@ -191,7 +191,7 @@ BaseSolutionVariation * BaseSolution::GetVariationData(VariationIDIndex const & 
   }
   if (variation && hasBlock && !HasLoadedSolutionData(text, version)) {
     io::CBlock block(key.Pack());
-    if (GetSolutionMgr()->LoadSingleBlock(block) == CStreamioLibrary::kSuccess)
+    if (GetSolutionMgr()->LoadSingleBlock(block) == CStreamioLibrary::kLibSuccess)
       variation->ReadVariationDataBlock(block);
   }
   return variation;
