@@ -13,7 +13,7 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/undo/CAllSolutionsDeltaState.h"
-#include "solutionmanager/undo/CPreserveStateDeltaState_T.h"
+#include "solutionmanager/undo/PreserveState.h"
 #include "solutionmanager/undo/SolutionMapDeltaState.h"
 
 AString const BaseSimulationSetup::kSolBlockName(L"Solution");
@@ -278,7 +278,7 @@ void BaseSimulationSetup::Invalidate(KelvroCommand * command, long version, int 
   if (version == id::invalidID)
     version = m_SolutionMgr->ForEdit().FetchNextUniqueID();
   if (flags & kInvalidateSetups)
-    PreserveState<BaseSimulationSetup, long>(*this, version, command, m_VersionID);
+    PreserveState(*this, version, command, m_VersionID);
   if (flags & kInvalidateSolutions) {
     if (command) {
       auto * delta = new CAllSolutionsDeltaState(this, version, -1);

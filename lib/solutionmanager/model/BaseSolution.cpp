@@ -4,7 +4,6 @@
 
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/solution/ISweepwiseSetup.h"
-#include "basekit/command/KelvroCommand.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"
@@ -12,7 +11,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
-#include "solutionmanager/undo/CPreserveStateDeltaState_T.h"
+#include "solutionmanager/undo/PreserveState.h"
 
 AString const BaseSolution::kSimDataExtractorBlockName(L"SimDataExtractor");
 
@@ -137,16 +136,7 @@ void BaseSolution::Invalidate(KelvroCommand * command, long version) {
   if (version == id::invalidID)
     version = GetSolutionMgr()->ForEdit().FetchNextUniqueID();
   long const formerVersion = m_VersionID;
-  if (command) {
-    auto * delta = new CPreserveStateDeltaState_T<BaseSolution, long>(version);
-    delta->Add(this);
-    if (delta->GetCount() > 0)
-      command->AddDeltaState(delta);
-    else
-      delete delta;
-  } else {
-    m_VersionID = version;
-  }
+  PreserveState(*this, version, command, m_VersionID);
   CopyDefinition(formerVersion, m_VersionID, true);
   if (command)
     return;

@@ -35,6 +35,7 @@ class ISimDataExtractor3;
 class ISimValueManager;
 class IValueParser;
 class SetupConvDef;
+class SetupDirectory;
 class SolutionInstanceManager;
 class VariationIdTable;
 
@@ -377,6 +378,8 @@ public:
   bool RecoverQsolFile(io::CBlock const & designBlock, AString const & path);
   bool RecoverQsolBlockNameMap(AString const & path, io::CBlock & block) const;
   void RecoverVersionConsistency(io::CBlock const & designBlock);
+  /// Gives manager, setups and solutions the versions that the design's block remembers.
+  void ApplyVersionIDs(io::CBlock const & designBlock);
   void RecoverUIDeletions(std::vector<long> const & keptSetups, std::vector<long> const & keptSolutions);
   bool IsRecovered() const;
 
@@ -430,12 +433,13 @@ private:
   friend class ExportVariationContextObject;
 
   void BuildMembers();
+  SetupDirectory Directory() const;
+  template <class Visit> void ForEachActiveExtractor(Visit visit) const;
+  io::ReadError ReadOutputVariables(io::CBlock const & block);
+  io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock);
+  io::ReadError ReadImportedSetupOfDesignFile(io::CBlock const & setupBlock);
+  bool WriteSetups(io::CBlock & block, SetupMap const & setups, AString const & blockName);
   bool DoDataExchangeSimValueCache(bool reading);
-  bool ExportQSolForDesignPoint(LongFileName const & folder, AString const & variation, bool assumeSaved) const;
-  bool ExportQSolForDesignPointInUnsavedState(LongFileName const & folder, AString const & variation) const;
-  bool CopyQSolForExportDesignPoint(AString & copyPath, LongFileName const & folder) const;
-  void ExportResultFilesAndDirsForDesignPoint(LongFileName const & folder, AString const & variation,
-                                              bool assumeSaved) const;
   void ClearCannedOutputVariables();
 
   long m_VersionID = 0;

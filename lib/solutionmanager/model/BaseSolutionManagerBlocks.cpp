@@ -1,0 +1,263 @@
+// The header block, the library's index turned into objects, and the wrappers of the solution library.
+
+#include "CoreInterfaces/desktop/IDesign.h"
+#include "basekit/diag/Assert.h"
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
+#include "basekit/io/CBlock_ptr.h"
+#include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/transfer/ExportVariationContext.h"
+
+AString const BaseSolutionManager::kHeaderBlockName(L"FileHeader");
+AString const BaseSolutionManager::kContainerBlock(L"Container");
+AString const BaseSolutionManager::kSimSetupBlockName(L"SimSetup");
+AString const BaseSolutionManager::kImportedSimSetupBlockName(L"ImportedSimSetup");
+AString const BaseSolutionManager::kSimSetupTypeName(L"TypeName");
+AString const BaseSolutionManager::kSimSetupID(L"ID");
+AString const BaseSolutionManager::kSimSetupName(L"Name");
+AString const BaseSolutionManager::kOutputVariableBlockName(L"OutputVariables");
+
+bool BaseSolutionManager::WriteDefinitionBlock() const {
+  io::CBlock block(kHeaderBlockName);
+  if (!WriteDefinitionBlock(block))
+    return false;
+  // Whether the save worked does not count: a library that is not there yet is no error.
+  m_SolutionFileManager.SaveDefinition(block);
+  return true;
+}
+
+bool BaseSolutionManager::WriteDefinitionBlock(io::CBlock & block) const {
+  if (m_Design)
+    m_CircuitName = m_Design->GetName();
+  block << io::named(L"ProductName", m_ProductName) << io::named(L"CircuitName", m_CircuitName)
+        << io::named(L"VersionID", m_VersionID) << io::named(L"PostProcess", m_PostProcessingIsOn)
+        << io::named(L"LossLess", m_DeembeddingLossLess);
+  if (!m_PortSettings.empty()) {
+    io::CBlock ports(L"PortSettings");
+    for (PortSettings const & port : m_PortSettings) {
+      io::CBlock portBlock(port.GetItemName());
+      port.Write(portBlock);
+      ports << portBlock;
+    }
+    block << ports;
+  }
+  bool const wroteNextID = WriteNextUniqueID(block);
+  if (m_VariationIDMap.empty())
+    return wroteNextID;
+  io::CBlock variations(L"VariationIDs");
+  for (auto const & entry : m_VariationIDMap) {
+    if (!m_ExportVariationContext) {
+      WriteVariationIDBlockFunc(variations, entry);
+    } else if (entry.second == m_ExportVariationContext->designVariationID) {
+      WriteVariationIDBlockFunc(variations, entry);
+      break;
+    }
+  }
+  block << variations;
+  return wroteNextID;
+}
+
+void BaseSolutionManager::ReadDefinitionBlock() {
+  io::CBlock block(kHeaderBlockName);
+  if (m_SolutionFileManager.LoadDefinition(block) == CStreamioLibrary::kLibSuccess)
+    ReadDefinitionBlock(block);
+}
+
+void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
+  block >> io::named(L"ProductName", m_ProductName) >> io::named(L"CircuitName", m_CircuitName) >>
+      io::named(L"VersionID", m_VersionID) >> io::named(L"PostProcess", m_PostProcessingIsOn) >>
+      io::named(L"LossLess", m_DeembeddingLossLess);
+  io::CBlock ports(L"PortSettings");
+  block >> ports;
+  if (block.Found()) {
+    m_PortSettings.clear();
+    for (auto const & child : ports) {
+      io::CBlock_ptr<io::CBlock> const portBlock(child);
+      if (!portBlock)
+        continue;
+      m_PortSettings.emplace_back(portBlock->Name());
+      m_PortSettings.back().Read(*portBlock);
+    }
+  }
+  ResetNextUniqueID(block);
+  io::CBlock variations(L"VariationIDs");
+  block >> variations;
+  if (!block.Found())
+    return;
+  for (auto const & child : variations) {
+    io::CBlock_ptr<io::CBlock_func> const item(child);
+    if (!item)
+      continue;
+    AString variation;
+    long id = id::invalidID;
+    *item >> io::named(L"V", variation) >> io::named(L"ID", id);
+    AddVariationID(variation, id);
+  }
+}
+
+io::ReadError BaseSolutionManager::ReadAllDefinitionBlocks() {
+  ReadDefinitionBlock();
+  io::ReadError greatest = io::kNoError;
+  for (auto const & [id, setup] : m_SimSetupMap)
+    greatest = std::max(greatest, setup->ReadAllDefinitionBlocks());
+  return greatest;
+}
+
+io::ReadError BaseSolutionManager::BuildUtilityCollections() {
+  std::list<AString> names;
+  if (m_SolutionFileManager.IndexKeyList(names, false) != CStreamioLibrary::kLibSuccess)
+    return io::kNotFound;
+  ReadDefinitionBlock();
+  for (AString const & name : names) {
+    SolutionVariationKey key;
+    key.Unpack(name);
+    if (key.GetSimSetupKey() == id::invalidID)
+      continue;
+    auto at = m_SimSetupMap.find(key.GetSimSetupKey());
+    if (at == m_SimSetupMap.end())
+      at = m_SimSetupMap
+               .emplace(key.GetSimSetupKey(),
+                        CreateSimulationSetup(key.GetSimSetupKey(), key.GetVersionIDKey(), AString()))
+               .first;
+    BaseSimulationSetup * const setup = at->second;
+    if (!key.IsValidSolutionKey()) {
+      // The last of the setup's own keys wins.
+      setup->SetState(key.GetVersionIDKey(), false);
+      continue;
+    }
+    // The first key seen for a solution fixes its version.
+    if (setup->GetISolutionByID(key.GetSolutionKey(), false))
+      continue;
+    BaseSolution * const the_sol = setup->CreateSolution(key.GetSolutionKey(), key.GetVersionIDKey());
+    KVRO_ASSERT(the_sol);
+    if (the_sol)
+      setup->AddSolution(the_sol, nullptr);
+  }
+  return ReadAllDefinitionBlocks();
+}
+
+io::ReadError BaseSolutionManager::BuildUtilityCollections(io::CBlock const & designBlock, bool recover) {
+  AString const path = GetQsolPath();
+  bool const publicExists = LFN_Exists(LongFileName(path));
+  bool const privateExists = LFN_Exists(LongFileName(path + L"_priv"));
+  if (recover && privateExists)
+    RecoverQsolFile(designBlock, path);
+  else
+    m_SolutionFileManager.SetLibPath(path, CStreamioLibrary::kOrdinaryMode);
+  // Recovery builds the objects itself.
+  return publicExists && !IsRecovered() ? BuildUtilityCollections() : io::kNoError;
+}
+
+void BaseSolutionManager::WriteVersionIDsToQdsn(io::CBlock & design) const {
+  io::CBlock block(L"Version ID Map");
+  WriteVersionIDsToBlock(block);
+  design << block;
+}
+
+void BaseSolutionManager::ReadVersionIDsFromQdsn(io::CBlock const & design) {
+  io::CBlock block(L"Version ID Map");
+  design >> block;
+  if (design.Found())
+    ReadVersionIDsFromBlock(block);
+}
+
+void BaseSolutionManager::WriteVersionIDsToBlock(io::CBlock & block) const {
+  block << io::named(L"V", m_VersionID);
+  for (auto const & [id, setup] : m_SimSetupMap) {
+    io::CBlock setupBlock(L"Setup");
+    setupBlock << io::named(L"N", setup->GetName()) << io::named(L"V", setup->GetVersionID());
+    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+      io::CBlock_func item(L"Soln");
+      item << io::named(L"N", solution->GetSolutionName()) << io::named(L"V", solution->GetVersionID());
+      setupBlock << item;
+    }
+    block << setupBlock;
+  }
+}
+
+void BaseSolutionManager::ReadVersionIDsFromBlock(io::CBlock const & block) {
+  block >> io::named(L"V", m_RecoveredVersionID);
+  for (auto const & child : block) {
+    io::CBlock_ptr<io::CBlock> const setupBlock(child);
+    if (!setupBlock)
+      continue;
+    AString setupName;
+    long setupVersion = id::invalidID;
+    *setupBlock >> io::named(L"N", setupName) >> io::named(L"V", setupVersion);
+    m_RecoveredSetupVersions.emplace(setupName, setupVersion);
+    for (auto const & item : *setupBlock) {
+      io::CBlock_ptr<io::CBlock_func> const solution(item);
+      if (!solution)
+        continue;
+      AString solutionName;
+      long version = id::invalidID;
+      *solution >> io::named(L"N", solutionName) >> io::named(L"V", version);
+      m_RecoveredSolutionVersions.emplace(std::make_pair(setupName, solutionName), version);
+    }
+  }
+}
+
+void BaseSolutionManager::SetBinaryMode(bool binary) { m_SolutionFileManager.SetBinaryMode(binary); }
+
+bool BaseSolutionManager::IsBinaryModeFile() const { return m_SolutionFileManager.IsBinaryModeFile(); }
+
+void BaseSolutionManager::SetPrecision(int digits) { m_SolutionFileManager.SetPrecision(digits); }
+
+CStreamioLibrary::LibIOReturn BaseSolutionManager::RewriteSolutionFile(bool flag) {
+  return m_SolutionFileManager.RewriteLibrary(flag);
+}
+
+bool BaseSolutionManager::HasDataBlock(SolutionVariationKey const & pattern) const {
+  return m_SolutionFileManager.HasDataBlock(pattern);
+}
+
+CStreamioLibrary::LibIOReturn BaseSolutionManager::LoadBlocks(SolutionVariationKey const & pattern,
+                                                              io::CBlock & block) const {
+  return m_SolutionFileManager.LoadBlocks(pattern, block);
+}
+
+CStreamioLibrary::LibIOReturn BaseSolutionManager::LoadSingleBlock(io::CBlock & block) const {
+  return m_SolutionFileManager.LoadDefinition(block);
+}
+
+CStreamioLibrary::LibIOReturn BaseSolutionManager::SaveBlocks(io::CBlock & block) const {
+  return m_SolutionFileManager.SaveBlocks(block);
+}
+
+CStreamioLibrary::LibIOReturn BaseSolutionManager::SaveSingleBlock(io::CBlock & block) const {
+  return m_SolutionFileManager.SaveDefinition(block);
+}
+
+bool BaseSolutionManager::IsRecovered() const { return m_SolutionFileManager.IsRecovered(); }
+
+CStreamioLibraryStats BaseSolutionManager::GetFileStats() const {
+  CStreamioLibraryStats stats = m_SolutionFileManager.GetFileStats();
+  stats.variations = 0;
+  for (auto const & [id, setup] : m_SimSetupMap)
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      stats.variations += static_cast<std::uint64_t>(solution->size());
+  return stats;
+}
+
+bool BaseSolutionManager::DeleteOldBlocks(std::set<AString> const & packedKeys) const {
+  for (AString const & packed : packedKeys) {
+    SolutionVariationKey key;
+    // A text that is no key must not become a pattern that fits everything.
+    bool const unpacked = key.Unpack(packed);
+    KVRO_ASSERT(unpacked);
+    if (unpacked)
+      ForEdit().m_SolutionFileManager.DeleteBlocks(key);
+  }
+  return true;
+}
+
+bool BaseSolutionManager::DeleteOldBlocksFullKeys(std::set<AString> const & names) const {
+  if (!names.empty())
+    ForEdit().m_SolutionFileManager.DeleteBlocks(names);
+  return true;
+}

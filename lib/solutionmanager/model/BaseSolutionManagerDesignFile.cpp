@@ -1,0 +1,175 @@
+// The manager's part of the design file.
+
+#include "CoreInterfaces/desktop/IDesign.h"
+#include "CoreInterfaces/desktop/IKitDesktop.h"
+#include "basekit/diag/Assert.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
+#include "basekit/io/CBlock_ptr.h"
+#include "basekit/io/CNamed_value_manip.h"
+#include "basekit/message/KelvroMessage.h"
+#include "basekit/message/MessageManager.h"
+#include "basekit/value/VariableNameSpace.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+
+io::ReadError BaseSolutionManager::ReadModule(io::CBlock const & block, bool discardCache, ReadMethod method) {
+  if (discardCache)
+    DeleteSimValueCacheFile();
+  if (method != ReadMethod::kAllFiles)
+    return DefinitionFileRead(block, discardCache);
+  io::ReadError const result = AllFilesRead(block, discardCache);
+  // A cache that can't be read costs time, nothing else.
+  if (!discardCache)
+    DoDataExchangeSimValueCache(true);
+  return result;
+}
+
+bool BaseSolutionManager::WriteModule(io::CBlock & block, ReadMethod method) {
+  if (method != ReadMethod::kAllFiles)
+    return DefinitionFileWrite(block);
+  bool const written = AllFilesWrite(block);
+  DoDataExchangeSimValueCache(false);
+  return written;
+}
+
+io::ReadError BaseSolutionManager::DefinitionFileRead(io::CBlock const &, bool) {
+  KVRO_ASSERT(0);
+  return io::kNoError;
+}
+
+io::ReadError BaseSolutionManager::AllFilesRead(io::CBlock const &, bool) {
+  KVRO_ASSERT(0);
+  return io::kNoError;
+}
+
+bool BaseSolutionManager::DefinitionFileWrite(io::CBlock &) {
+  KVRO_ASSERT(0);
+  return true;
+}
+
+bool BaseSolutionManager::AllFilesWrite(io::CBlock &) {
+  KVRO_ASSERT(0);
+  return true;
+}
+
+bool BaseSolutionManager::DoDataExchangeSimValueCache(bool) {
+  // Nothing is cached yet: the file comes with the sim values.
+  return !AreOldReportStructuresSupported();
+}
+
+bool BaseSolutionManager::DesignFileWrite(io::CBlock & block) {
+  bool result = true;
+  if (!m_OutputVariableMap.empty()) {
+    KVRO_ASSERT(!"How does this have old output variables?!" || AreOldReportStructuresSupported());
+    KVRO_ASSERT(!"Not available yet");
+    result = false;
+  }
+  result = WriteSetups(block, m_SimSetupMap, kSimSetupBlockName) && result;
+  result = WriteSetups(block, m_ImportedSimSetupMap, kImportedSimSetupBlockName) && result;
+  WriteVersionIDsToQdsn(block);
+  return result;
+}
+
+bool BaseSolutionManager::WriteSetups(io::CBlock & block, SetupMap const & setups, AString const & blockName) {
+  bool result = true;
+  for (auto const & [id, setup] : setups) {
+    io::CBlock setupBlock(blockName);
+    setupBlock << io::named(kSimSetupTypeName, setup->GetSimSetupTypeName()) << io::named(kSimSetupID, setup->GetID())
+               << io::named(kSimSetupName, setup->GetName());
+    if (setup->DesignFileWrite(setupBlock))
+      block << setupBlock;
+    else
+      result = false;
+  }
+  return result;
+}
+
+io::ReadError BaseSolutionManager::DesignFileRead(io::CBlock const & block) {
+  VariableNameSpace nameSpace(true, true, false);
+  if (m_Design) {
+    m_Design->SetupVariableNameSpace(nameSpace, false);
+    if (m_Design->GetProjectVariableServer())
+      nameSpace.AddVariableServer(m_Design->GetProjectVariableServer());
+  }
+  io::ReadError result = ReadOutputVariables(block);
+  for (auto const & child : block) {
+    io::ReadError childResult = io::kNoError;
+    if (AString::MatchNoCase(child->Name(), kSimSetupBlockName)) {
+      io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
+      KVRO_ASSERT(simSetupBlock);
+      if (simSetupBlock)
+        childResult = ReadSetupOfDesignFile(*simSetupBlock);
+    } else if (AString::MatchNoCase(child->Name(), kImportedSimSetupBlockName)) {
+      io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
+      KVRO_ASSERT(simSetupBlock);
+      if (simSetupBlock)
+        childResult = ReadImportedSetupOfDesignFile(*simSetupBlock);
+    }
+    if (childResult != io::kNoError)
+      result = childResult;
+  }
+  if (AreOldReportStructuresSupported() && !m_OutputVariableMap.empty())
+    UpdateAllOutputVariableLegacyText();
+  return result;
+}
+
+io::ReadError BaseSolutionManager::ReadOutputVariables(io::CBlock const & block) {
+  io::CBlock variables(kOutputVariableBlockName);
+  block >> variables;
+  if (!block.Found() || variables.Empty())
+    return io::kNoError;
+  KVRO_ASSERT(!"Not available yet");
+  return io::kWarning;
+}
+
+namespace {
+
+struct SetupItems {
+  AString typeName;
+  long id = id::invalidID;
+  AString name;
+};
+
+SetupItems ReadSetupItems(io::CBlock const & block) {
+  io::CBlock const * const simSetupBlock = &block;
+  SetupItems items;
+  *simSetupBlock >> io::named(BaseSolutionManager::kSimSetupTypeName, items.typeName);
+  KVRO_ASSERT(simSetupBlock->Found());
+  *simSetupBlock >> io::named(BaseSolutionManager::kSimSetupID, items.id);
+  KVRO_ASSERT(simSetupBlock->Found());
+  *simSetupBlock >> io::named(BaseSolutionManager::kSimSetupName, items.name);
+  KVRO_ASSERT(simSetupBlock->Found());
+  return items;
+}
+
+} // namespace
+
+io::ReadError BaseSolutionManager::ReadSetupOfDesignFile(io::CBlock const & setupBlock) {
+  auto const at = m_SimSetupMap.find(ReadSetupItems(setupBlock).id);
+  if (at == m_SimSetupMap.end())
+    return io::kNoError;
+  if (!at->second)
+    return io::kWarning;
+  io::ReadError const result = at->second->DesignFileRead(setupBlock);
+  if (result != io::kNoError) {
+    delete at->second;
+    m_SimSetupMap.erase(at);
+  }
+  return result;
+}
+
+io::ReadError BaseSolutionManager::ReadImportedSetupOfDesignFile(io::CBlock const & setupBlock) {
+  SetupItems const items = ReadSetupItems(setupBlock);
+  auto const it = m_ImportedSimSetupMap.find(items.id);
+  KVRO_ASSERT(it == m_ImportedSimSetupMap.end());
+  // Whatever the type name said, an imported setup is a plain one.
+  BaseSimulationSetup * const setup = CreateSimulationSetup(items.id, 0, BaseSimulationSetup::kBaseSimSetupType);
+  setup->SetName(items.name);
+  io::ReadError const result = setup->DesignFileRead(setupBlock);
+  if (result != io::kNoError || it != m_ImportedSimSetupMap.end())
+    delete setup;
+  else
+    m_ImportedSimSetupMap.emplace(items.id, setup);
+  return result;
+}

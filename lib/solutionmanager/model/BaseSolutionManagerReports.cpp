@@ -1,0 +1,269 @@
+// What reports, output variables, ranged functions and export ask of the manager.  These services are not here yet:
+// each operation says so and gives its empty answer.
+
+#include "basekit/diag/Assert.h"
+#include "basekit/file/LongFileName.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
+
+bool BaseSolutionManager::GetValueInfoForExpression(AString const &, ISolution const *, Value &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &, ISimDataExtractor *, SimValueContext const *, OutputVariable *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return 0;
+}
+
+OutputVariable * BaseSolutionManager::CreateOutputVariable(AString const &, AString const &, KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+bool BaseSolutionManager::EditOutputVariable(OutputVariable *, AString const &, KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::DeleteOutputVariable(OutputVariable *, KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+OutputVariable * BaseSolutionManager::FindOutputVariable(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+bool BaseSolutionManager::IsOkToDeleteOutputVariable(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsValidOutputVariableName(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsValidOutputVariableName(AString const &, bool) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsValidOutputVariableExpression(AString const &, ISimDataExtractor *, SimValueContext const *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsValidOutputVariable(AString const &, ISimDataExtractor *, SimValueContext const *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+int BaseSolutionManager::GetOutputVariableReportTypes(AString const &, ReportTypeMap &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return -1;
+}
+
+bool BaseSolutionManager::IsOKtoEditOutputVariable(AString const &, AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsExpressionAffectedByMinorEdits(KelvroCommand const *, AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AString const &, AString const &, AString const &, IDesignInstance *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *, std::vector<ISolutionPointSet *> const *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return 0xFFFFFFFFu;
+}
+
+OutputVariable * BaseSolutionManager::GetCannedOutputVariable(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+void BaseSolutionManager::TranslateLegacyOutputVariablesIntoGivenOutputVariableMgr(IOutputVariableMgr *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return 0;
+}
+
+bool BaseSolutionManager::DoesOutputVariableExist(wchar_t const *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsValidSimValue(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+CParsedExpressionCache * BaseSolutionManager::CreateParsedExpressionCache(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return 0;
+}
+
+void BaseSolutionManager::SynchronizeSweeps(KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::SynchronizeTracesAndGetAffectedSPS(std::vector<ISolutionPointSet *> &, KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace *, CParsedExpressionCacheContainer &) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &, std::vector<AString> &, IKelvroCommand const *, long, long) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &, std::vector<AString> &, IKelvroCommand const *, long, ReportTypeSolutionDefinition const *, long) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+bool BaseSolutionManager::GetQuantityTypeInfo(ReportTypeMap &, AString const &, std::vector<OutputVariable *> *, SimValuesByReportType *, SolutionPointSet *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::GetReferencedVariables(AString const &, std::vector<AString> &, SolutionPointSet *) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::GetValParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::GetImportedParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *, TraceDefParams const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *, io::CBlock const &) {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long, ReportTypeSolutionDefinition const &) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSetupper(long) const {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+bool BaseSolutionManager::GetValueInfoForExpression(AString const &, long, Value &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+void BaseSolutionManager::GetRangedFunctionCategoryNames(std::vector<AString> &, unsigned, rep::DisplayType) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::GetRangedFunctionNames(std::vector<AString> &, AString const &, unsigned, rep::DisplayType) const {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+AString BaseSolutionManager::GetRangedFunctionDescription(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return AString();
+}
+
+bool BaseSolutionManager::GetRangedFunctionDefaultParameters(PropList &, AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::ScaleRangedFunctionValueToGivenUnits(double &, AString &, AString const &, double, Units::FullUnitType, Units::FullUnitType) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+bool BaseSolutionManager::IsCyclic(AString const &, AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return false;
+}
+
+void BaseSolutionManager::UpdateOutputVariables(KelvroCommand *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+int BaseSolutionManager::GetOutputVariables(OutputVariableMap &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return 0;
+}
+
+OutputVariable * BaseSolutionManager::CreateCannedOutputVariable(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+OutputVariable * BaseSolutionManager::FindCannedOutputVariable(AString const &) const {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+void BaseSolutionManager::OnAddOutputVar(IKelvroCommand *, AString const &, OutputVariable *) {
+  KVRO_ASSERT(!"Not available yet");
+}
+
+void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> &) const {
+  KVRO_ASSERT(!"Not available yet");
+}

@@ -1,0 +1,46 @@
+// The table of variation IDs.
+
+#include "basekit/diag/Assert.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
+#include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/address/VariationIDIndex.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/model/VariationIdTable.h"
+
+VariationIDIndex::VariationIDIndex(AString const & variation, long version, BaseSolutionManager const * mgr)
+    : m_Variation(variation), m_VersionID(version) {
+  if (mgr)
+    m_VariationID = mgr->GetVariationID(variation);
+  else if (!variation.empty() || version != id::invalidID)
+    KVRO_ASSERT(!"Should pass in solnMgr to speed up VariationIDIndex compare");
+}
+
+long BaseSolutionManager::GetVariationID(AString const & variation) const {
+  auto const exact = m_VariationIDMap.find(variation);
+  if (exact != m_VariationIDMap.end())
+    return exact->second;
+  if (auto const * const equal = m_VariationIdTable->FindEqual(m_VariationIDMap, variation))
+    return equal->second;
+  long const id = ForEdit().FetchNextUniqueIDNoWrite();
+  AddVariationID(variation, id);
+  WriteDefinitionBlock();
+  return id;
+}
+
+void BaseSolutionManager::AddVariationID(AString const & variation, long id) const {
+  auto const [at, isNew] = m_VariationIDMap.emplace(variation, id);
+  if (isNew)
+    m_VariationIdTable->Inserted(at);
+}
+
+AString BaseSolutionManager::GetVariationFromID(long id) const {
+  AString const * const text = m_VariationIdTable->FindText(id);
+  return text ? *text : AString();
+}
+
+void BaseSolutionManager::WriteVariationIDBlockFunc(io::CBlock & block, VariationIDMap::value_type const & entry) {
+  io::CBlock_func item(L"Map");
+  item << io::named(L"V", entry.first) << io::named(L"ID", entry.second);
+  block << item;
+}

@@ -1,0 +1,82 @@
+// A private library file that a crash left: whether it can be taken over, and doing so.
+
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_named_value.h"
+#include "basekit/io/CBlock_ptr.h"
+#include "basekit/io/CToken_iostream.h"
+#include "basekit/io/CToken_istream.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+
+namespace {
+
+constexpr int kReadFlags = 1;
+constexpr int kReadWriteFlags = 0;
+constexpr int kQuickIndex = 1;
+constexpr int kFullIndex = 9;
+
+} // namespace
+
+bool BaseSolutionManager::CanRecoverSolutions() const {
+  if (IsQsolLibraryInitialized())
+    return false;
+  LongFileName const privateFile(GetQsolPath() + L"_priv");
+  if (!LFN_Exists(privateFile))
+    return false;
+  io::CToken_istream stream(privateFile, kReadFlags);
+  stream.BuildIndex(kQuickIndex);
+  return stream.BlockSeek(SolutionFileManager::kRealToInternalBlkName);
+}
+
+bool BaseSolutionManager::RecoverQsolFile(io::CBlock const & designBlock, AString const & path) {
+  io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
+  bool const merged = RecoverQsolBlockNameMap(path, nameMap);
+  m_SolutionFileManager.SetLibPath(path, CStreamioLibrary::kRecoveryMode);
+  if (!IsRecovered() || !merged)
+    return false;
+  for (auto const & child : nameMap) {
+    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
+    AString internalName;
+    if (pair && pair->Query(internalName))
+      m_SolutionFileManager.ExtendNameMap(pair->Name(), internalName);
+  }
+  m_SolutionFileManager.InitNextAvailableIndex();
+  if (m_SolutionFileManager.WriteRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
+    return false;
+  m_SolutionFileManager.UpdateOriginal();
+  BuildUtilityCollections();
+  if (ReadAllDefinitionBlocks() != io::kNoError)
+    return false;
+  RecoverVersionConsistency(designBlock);
+  return true;
+}
+
+bool BaseSolutionManager::RecoverQsolBlockNameMap(AString const & path, io::CBlock & block) const {
+  bool ok = true;
+  {
+    io::CToken_iostream publicFile(LongFileName(path), kReadWriteFlags);
+    publicFile.BuildIndex(kFullIndex);
+    if (publicFile.BlockSeek(block.Name())) {
+      publicFile >> block;
+      ok = !publicFile.fail();
+    }
+  }
+  io::CToken_iostream privateFile(LongFileName(AString::Format(L"%s_priv", path)), kReadWriteFlags);
+  privateFile.BuildIndex(kFullIndex);
+  io::CBlock privateBlock(block.Name());
+  if (privateFile.BlockSeek(block.Name())) {
+    privateFile >> privateBlock;
+    if (!ok || privateFile.fail())
+      return false;
+  } else if (!ok) {
+    return false;
+  }
+  // Where the two disagree the public one wins; the private one only adds.
+  for (auto const & child : privateBlock) {
+    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
+    if (pair && !block.FindItem(pair->Name(), io::CBlock_item::Kind::NamedValue))
+      block << *pair;
+  }
+  return ok;
+}

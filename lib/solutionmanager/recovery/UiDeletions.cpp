@@ -1,0 +1,60 @@
+// Model and library brought in line with what the interface held when it stopped.
+
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+
+#include <algorithm>
+
+namespace {
+
+bool IsKept(long id, std::vector<long> const & kept) { return std::find(kept.begin(), kept.end(), id) != kept.end(); }
+
+SolutionVariationKey AllBlocksOf(long setupID, long solutionID) {
+  return SolutionVariationKey(setupID, L"NotSet", solutionID, id::invalidID);
+}
+
+} // namespace
+
+void BaseSolutionManager::RecoverUIDeletions(std::vector<long> const & keptSetups,
+                                             std::vector<long> const & keptSolutions) {
+  bool anySetup = false;
+  for (auto at = m_SimSetupMap.begin(); at != m_SimSetupMap.end();) {
+    if (IsKept(at->first, keptSetups)) {
+      ++at;
+      continue;
+    }
+    at->second->RecoverUIDeletions(keptSolutions);
+    m_SolutionFileManager.DeleteBlocks(AllBlocksOf(at->first, id::invalidID));
+    delete at->second;
+    at = m_SimSetupMap.erase(at);
+    anySetup = true;
+  }
+  if (anySetup)
+    WriteDefinitionBlock();
+  bool anySolution = false;
+  for (auto const & [id, setup] : m_SimSetupMap)
+    anySolution = setup->RecoverUIDeletions(keptSolutions) || anySolution;
+  if (anySetup || anySolution)
+    m_SolutionFileManager.UpdateOriginal();
+}
+
+bool BaseSimulationSetup::RecoverUIDeletions(std::vector<long> const & keptSolutions) {
+  bool any = false;
+  for (auto at = m_BaseSolutionMap.begin(); at != m_BaseSolutionMap.end();) {
+    if (IsKept(at->first, keptSolutions)) {
+      ++at;
+      continue;
+    }
+    m_SolutionMgr->ForEdit().GetSolutionFileManager().DeleteBlocks(AllBlocksOf(GetID(), at->first));
+    at->second->DeleteSolutionDatabase();
+    if (m_DefaultSolution == at->second)
+      m_DefaultSolution = nullptr;
+    delete at->second;
+    at = m_BaseSolutionMap.erase(at);
+    any = true;
+  }
+  if (any)
+    WriteDefinitionBlock();
+  return any;
+}
