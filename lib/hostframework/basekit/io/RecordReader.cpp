@@ -8,7 +8,6 @@ namespace io {
 
 namespace {
 
-constexpr std::uint64_t kWindow = 256 * 1024;
 constexpr std::string_view kRecordMark = "#q ";
 constexpr std::size_t kUnwrittenRun = 16;
 
@@ -36,8 +35,8 @@ bool RecordReader::Bytes(std::uint64_t offset, std::uint64_t size, std::string_v
     return false;
   bool const isInWindow = offset >= m_windowAt && offset + size <= m_windowAt + m_window.size();
   if (!isInWindow) {
-    std::string & target = size > kWindow ? m_large : m_window;
-    target.resize(static_cast<std::size_t>(std::max(size, std::min(kWindow, m_length - offset))));
+    std::string & target = size > kScanAhead ? m_large : m_window;
+    target.resize(static_cast<std::size_t>(std::max(size, std::min(m_readAhead, m_length - offset))));
     std::size_t got = 0;
     file::FileStatus const status = m_file->Read(offset, target, got);
     if (&target == &m_window)
@@ -72,7 +71,16 @@ bool RecordReader::PartAt(std::uint64_t offset, std::uint64_t size, std::uint32_
   return PartChecksum(part) == checksum;
 }
 
-RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file) {
+void RecordReader::Begin(std::unique_ptr<file::IFile> file, FileHeader const & header) {
+  m_file = std::move(file);
+  m_header = header;
+  m_extent = header.isPrivate ? Extent::WholeGroups : Extent::Committed;
+  m_index = RecordIndex(header.isPrivate);
+  m_indexedTo = kFileHeaderSize;
+  SetEnd(kFileHeaderSize);
+}
+
+RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent) {
   m_file = std::move(file);
   file::FileInfo info;
   if (file::FileStatus const status = m_file->Describe(info); !status.Ok())
@@ -80,37 +88,35 @@ RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file) {
   m_length = info.length;
   std::string_view bytes;
   if (!Bytes(0, std::min<std::uint64_t>(m_length, kFileHeaderSize + kRecordHeaderSize), bytes))
-    return m_state == State::Unreadable ? m_state : Fail(State::Foreign, L"the file is empty");
+    return Fail(State::Unreadable, m_error);
   HeaderState const header = ParseFileHeader(bytes, m_header);
   if (header == HeaderState::Foreign)
     return Fail(State::Foreign, L"the file is no block library");
   if (header == HeaderState::Newer)
     return Fail(State::Newer, L"the library was written in a later format");
-  if (header == HeaderState::Damaged)
+  m_headerIsDamaged = header == HeaderState::Damaged;
+  if (m_headerIsDamaged)
     Report(0, kFileHeaderSize, AString(), L"the file header is damaged");
-  return Open(nullptr, m_header.isPrivate ? Extent::WholeGroups : Extent::Committed);
+  m_extent = extent.value_or(m_header.isPrivate ? Extent::WholeGroups : Extent::Committed);
+  return ReadState();
 }
 
-RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file, Extent extent) {
-  if (file) {
-    State const state = Open(std::move(file));
-    if (state != State::Good || extent == m_extent)
-      return state;
-    m_damages.clear();
-  }
-  m_extent = extent;
-  m_index = RecordIndex(extent == Extent::WholeGroups);
+RecordReader::State RecordReader::ReadState() {
+  bool const countsGroups = m_extent == Extent::WholeGroups;
+  m_index = RecordIndex(countsGroups);
   m_commit = CommitInfo();
   m_end = kFileHeaderSize;
-  m_indexedTo = kFileHeaderSize;
   bool const isCommitted = FindLastCommit();
   m_indexedTo = m_end;
-  std::uint64_t const scanTo = extent == Extent::WholeGroups ? m_length : m_end;
+  std::uint64_t const committedEnd = m_end;
+  if (!isCommitted && !countsGroups && m_state == State::Good)
+    Report(kFileHeaderSize, m_length - m_end, AString(), L"the file holds no commit");
   if (isCommitted && !LoadChain()) {
-    m_index = RecordIndex(extent == Extent::WholeGroups);
-    Scan(kFileHeaderSize, scanTo, false);
-  } else if (extent == Extent::WholeGroups) {
-    Scan(m_end, scanTo, true);
+    m_index = RecordIndex(countsGroups);
+    Scan(kFileHeaderSize, countsGroups ? m_length : committedEnd, false);
+    m_end = std::max(m_end, committedEnd);
+  } else if (countsGroups) {
+    Scan(committedEnd, m_length, true);
   }
   return m_state;
 }
@@ -141,7 +147,7 @@ bool RecordReader::CommitAt(std::uint64_t offset, std::uint64_t limit, CommitInf
 bool RecordReader::FindLastCommit() {
   std::uint64_t to = m_length;
   while (to > kFileHeaderSize && m_state == State::Good) {
-    std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > kWindow ? to - kWindow : 0);
+    std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > kScanAhead ? to - kScanAhead : 0);
     // The mark may lie across the border of two chunks.
     std::uint64_t const upTo = std::min(m_length, to + kRecordMark.size() - 1);
     std::string_view view;
@@ -201,7 +207,7 @@ bool RecordReader::IsUnwritten(std::uint64_t offset, std::uint64_t to) {
 // The next offset at which a good header of this file stands; `to` when there is none.
 std::uint64_t RecordReader::NextHeader(std::uint64_t from, std::uint64_t to) {
   while (from < to) {
-    std::uint64_t const size = std::min(kWindow, to - from);
+    std::uint64_t const size = std::min(kScanAhead, to - from);
     std::string_view view;
     if (!Bytes(from, size, view))
       return to;
@@ -287,12 +293,15 @@ RecordReader::Payload RecordReader::ReadPayload(AString const & name, BlockPlace
   Record record;
   std::string_view bytes;
   m_state = m_state == State::Unreadable ? State::Good : m_state; // A read that failed may go well the next time.
+  m_readAhead = 0;
   bool const good =
-      HeaderAt(place.offset, m_length, record) && record.header.kind == kBlockRecord &&
+      (place.RecordSize() > kScanAhead || Bytes(place.offset, place.RecordSize(), bytes)) && HeaderAt(place.offset, m_length, record) &&
+      record.header.kind == kBlockRecord &&
       PartAt(place.offset + kRecordHeaderSize, record.header.nameLength, record.header.nameChecksum, bytes) &&
       bytes == text::ToUtf8(name) &&
       PartAt(place.offset + record.header.PayloadOffset(), record.header.payloadLength, record.header.payloadChecksum,
              bytes);
+  m_readAhead = kScanAhead;
   if (good) {
     payload.assign(bytes);
     return Payload::Good;

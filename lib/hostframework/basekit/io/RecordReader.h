@@ -5,6 +5,7 @@
 #include "basekit/io/RecordIndex.h"
 
 #include <functional>
+#include <optional>
 
 namespace io {
 
@@ -36,8 +37,11 @@ public:
   enum class Extent { Committed, WholeGroups };
 
   /// Reads header and index.  By default a public file counts to its last commit, a private one to its last group.
-  State Open(std::unique_ptr<file::IFile> file);
-  State Open(std::unique_ptr<file::IFile> file, Extent extent);
+  State Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent = {});
+  /// Goes on with another handle on the same file.
+  void Reopen(std::unique_ptr<file::IFile> file) { m_file = std::move(file); }
+  /// Begins a new file, which holds its header alone.
+  void Begin(std::unique_ptr<file::IFile> file, FileHeader const & header);
   /// Reads what another writer has appended since; false when the file must be opened anew.
   bool Follow();
   /// The bytes of a block; nothing that fails a checksum is handed out.
@@ -46,6 +50,8 @@ public:
   std::size_t Verify(std::function<void(RecordDamage const &)> const & report);
 
   FileHeader const & Header() const { return m_header; }
+  /// The salt was told by the first record; what the header alone tells is lost.
+  bool HeaderIsDamaged() const { return m_headerIsDamaged; }
   RecordIndex const & Index() const { return m_index; }
   RecordIndex & Index() { return m_index; }
   /// All zero for a file that has none.
@@ -64,10 +70,11 @@ public:
   AString const & ErrorText() const { return m_error; }
   file::IFile & File() { return *m_file; }
 
-  /// Takes the file back to the commit that ends at the length; the file itself is not touched.
+  /// False when no commit ends at the length.
   bool FindCommitEndingAt(std::uint64_t length, CommitInfo & commit);
 
 private:
+  static constexpr std::uint64_t kScanAhead = 256 * 1024;
   struct Record {
     RecordHeader header;
     std::uint64_t offset = 0;
@@ -85,6 +92,7 @@ private:
   std::uint64_t NextHeader(std::uint64_t from, std::uint64_t to);
   bool IsUnwritten(std::uint64_t offset, std::uint64_t to);
   void Report(std::uint64_t offset, std::uint64_t length, AString const & name, wchar_t const * what);
+  State ReadState();
   State Fail(State state, AString const & text);
 
   std::unique_ptr<file::IFile> m_file;
@@ -97,11 +105,13 @@ private:
   std::uint64_t m_length = 0;
   std::uint64_t m_indexedTo = 0;
   bool m_cleanlyClosed = false;
+  bool m_headerIsDamaged = false;
   std::vector<RecordDamage> m_damages;
   AString m_error;
   // The part of the file that was read last.
   std::string m_window;
   std::uint64_t m_windowAt = 0;
+  std::uint64_t m_readAhead = kScanAhead;
   std::string m_large;
 };
 
