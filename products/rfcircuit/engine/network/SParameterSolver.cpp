@@ -1,0 +1,61 @@
+#include "products/rfcircuit/engine/network/SParameterSolver.h"
+
+#include "products/rfcircuit/engine/netlist/NetlistError.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace rf {
+
+SParameterSolver::SParameterSolver(Circuit const & circuit)
+    : m_File(circuit.File()), m_Ports(circuit.Ports()), m_System(circuit), m_Solver(m_System.Pattern()) {
+  if (m_Ports.empty())
+    throw NetlistError({std::make_shared<std::string const>(m_File), 0}, "circuit", "it has no ports",
+                       "add voltage sources such as 'V1 in 0 dc 0 ac 1 portnum 1 z0 50'");
+  for (Port const & port : m_Ports) {
+    Element const & element = circuit.Elements()[static_cast<std::size_t>(port.element)];
+    m_Terminals.push_back({NodalSystem::VoltageOf(element.nodes[0]), NodalSystem::VoltageOf(element.nodes[1]),
+                           m_System.BranchOf(port.element)});
+  }
+}
+
+void SParameterSolver::RefuseSingular(double frequency) const {
+  std::string const unknown = m_System.NameOf(m_Solver.SingularColumn());
+  throw NetlistError({std::make_shared<std::string const>(m_File), 0}, fmt::format("circuit at {} Hz", frequency),
+                     "its equations are singular" + (unknown.empty() ? "" : ": nothing determines " + unknown),
+                     "look there for floating nodes, loops of sources and couplings with a factor of 1");
+}
+
+std::complex<double> SParameterSolver::Voltage(Terminals const & port) const {
+  auto const at = [&](int unknown) {
+    return unknown < 0 ? std::complex<double>() : m_Solution[static_cast<std::size_t>(unknown)];
+  };
+  return at(port.plus) - at(port.minus);
+}
+
+// A source of 2 sqrt z0 volts behind z0 sends a wave of one.  At the other ports V = -z0 I, so b = V / sqrt z0 there;
+// at the driven one a = 1 and b = V / sqrt z0 - 1.
+SMatrix SParameterSolver::At(double frequency) {
+  if (!std::isfinite(frequency) || frequency < 0)
+    throw NetlistError({std::make_shared<std::string const>(m_File), 0}, "frequency",
+                       fmt::format("{} Hz is not a frequency", frequency), "give one from 0 Hz");
+  m_System.Evaluate(frequency, m_Matrix);
+  if (!m_Solver.Factor(m_Matrix))
+    RefuseSingular(frequency);
+  SMatrix result(m_Ports.size());
+  for (std::size_t driven = 0; driven < m_Ports.size(); ++driven) {
+    m_Solution.assign(static_cast<std::size_t>(m_System.Size()), 0.0);
+    m_Solution[static_cast<std::size_t>(m_Terminals[driven].branch)] = 2 * std::sqrt(m_Ports[driven].z0);
+    m_Solver.Solve(m_Solution);
+    for (std::size_t seen = 0; seen < m_Ports.size(); ++seen) {
+      std::complex<double> const wave = Voltage(m_Terminals[seen]) / std::sqrt(m_Ports[seen].z0);
+      if (!std::isfinite(wave.real()) || !std::isfinite(wave.imag()))
+        RefuseSingular(frequency);
+      result(seen, driven) = seen == driven ? wave - 1.0 : wave;
+    }
+  }
+  return result;
+}
+
+} // namespace rf

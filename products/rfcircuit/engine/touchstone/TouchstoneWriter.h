@@ -1,0 +1,43 @@
+#pragma once
+
+#include "products/rfcircuit/engine/network/Circuit.h"
+#include "products/rfcircuit/engine/network/SMatrix.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace rf {
+
+/** A file that could not be written, or data that the format can't hold; what() is `FILE: what is wrong; remedy`. */
+class TouchstoneError : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+struct TouchstoneOptions {
+  enum class Format { RealImaginary, MagnitudeDegrees, DecibelDegrees };
+  Format format = Format::RealImaginary;
+  int digits = 15; ///< significant ones of the S-parameters, 1 to 17
+};
+
+/** Writes S-parameters as Touchstone 1: option line `# Hz S RI R 50`, two-port columns in the order 11 21 12 22, at
+   most four pairs a line.  Header lines become comments.  Frequencies are in Hz, ascend, and are written so that they
+   read back exactly.  In decibels a magnitude of zero is written as -400.
+
+    The file is made beside the target and renamed, so that the target is the old or the new one, whole.  It is not
+    synced.  Throws TouchstoneError; the target is untouched then. */
+void WriteTouchstone(std::filesystem::path const & path, std::vector<std::string> const & header,
+                     std::vector<Port> const & ports, std::vector<double> const & frequencies,
+                     std::vector<SMatrix> const & matrices, TouchstoneOptions const & options = {});
+
+/** The same as text; `name` is whom errors are about. */
+std::string TouchstoneText(std::string const & name, std::vector<std::string> const & header,
+                           std::vector<Port> const & ports, std::vector<double> const & frequencies,
+                           std::vector<SMatrix> const & matrices, TouchstoneOptions const & options = {});
+
+/** The extension for a number of ports: `.s2p`. */
+std::string TouchstoneExtension(std::size_t ports);
+
+} // namespace rf
