@@ -1,0 +1,62 @@
+#pragma once
+
+#include "basekit/text/AString.h"
+#include "basekit/value/AComplex.h"
+#include "basekit/value/ValueState.h"
+
+class IValueParser;
+class Variable;
+
+namespace val {
+/// Names of intrinsic variables.
+extern wchar_t const * const kIntrinsicFrequency;
+extern wchar_t const * const kIntrinsicTime;
+extern wchar_t const * const kIntrinsicPass;
+} // namespace val
+
+/// A value: a real, integer or complex number in SI units, or a text.  A value set by text keeps that text as it was
+/// written; a text that is no number (a word, an expression) stays a text.
+class Value {
+public:
+  Value() = default;
+  /// An empty value whose texts without a unit are taken in the given one.
+  explicit Value(Units::FullUnitType units) : m_units(units) {}
+
+  static Value Real(double si, Units::FullUnitType units = Units::kNoUnits);
+  static Value Integer(long number);
+  static Value Complex(AComplex<double> const & si, Units::FullUnitType units = Units::kNoUnits);
+  static Value Text(AString const & text);
+
+  /// True when the text is a number.
+  bool SetValueText(AString const & text, Units::FullUnitType units);
+  bool SetValueText(AString const & text) { return SetValueText(text, m_units); }
+  AString GetText() const;
+
+  bool IsNumber() const { return m_type != val::kNotAQuantity && m_type != val::kText; }
+  bool IsText() const { return m_type == val::kText; }
+  double GetSIValue() const { return m_number.real(); }
+  AComplex<double> const & GetComplexSIValue() const { return m_number; }
+
+  ValueState GetValueState() const;
+  val::ParameterType GetParameterType() const { return m_type; }
+  Units::FullUnitType GetUnits() const { return m_units; }
+
+  /// 0, 1, 2: equal, less, greater.  Numbers come before texts; texts are compared without case.  The two parts of a
+  /// tolerance are those for the real and the imaginary part.
+  static int Compare(Value const & a, Value const & b, AComplex<double> const & relative,
+                     AComplex<double> const & absolute);
+
+  /// The variable that every design has without defining it, by name without case; null for any other name.
+  static Variable * GetIntrinsicVariable(AString const & name);
+
+  /// The parser that foreign words are handed to.  Setting gives back the former one, which the span that set it
+  /// restores; nothing is owned.
+  static IValueParser * SetValueParser(IValueParser * parser);
+  static IValueParser * GetValueParser();
+
+private:
+  AString m_text;
+  AComplex<double> m_number;
+  Units::FullUnitType m_units = Units::kNoUnits;
+  val::ParameterType m_type = val::kNotAQuantity;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "basekit/value/Value.h"
+#include "basekit/value/ValueBase.h"
+
+/// A named value.
+class Variable : public ValueBase {
+public:
+  explicit Variable(AString const & name, AString const & valueText = AString(),
+                    Units::FullUnitType units = Units::kNoUnits);
+  Variable(AString const & name, Value const & value);
+
+  AString const & GetName() const { return m_name; }
+  Value const & GetValue() const { return m_value; }
+  void SetValue(Value const & value) { m_value = value; }
+  AString GetValueText() const { return m_value.GetText(); }
+  bool SetValueText(AString const & text) { return m_value.SetValueText(text); }
+
+  ValueState GetValueState() const override { return m_value.GetValueState(); }
+  /// By the words of the value's text, outside quotes and without case.
+  bool UsesVariable(Variable const & variable) const override;
+
+private:
+  ValueBase * CloneValueBase() const override { return new Variable(*this); }
+
+  AString m_name;
+  Value m_value;
+};
