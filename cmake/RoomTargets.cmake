@@ -11,6 +11,16 @@ function(room_sources out)
   set(${out} ${found} PARENT_SCOPE)
 endfunction()
 
+# Unit tests bear the label of the build they stand in, so that one ctest run over several builds can choose.  They need
+# names of their own too: ctest gives the properties of a test to every test of that name, in whatever build.
+if(SOLUTIONMANAGER_SANITIZERS)
+  set(unit_label unit-sanitize)
+  set(unit_suffix "@sanitize")
+else()
+  set(unit_label unit-release)
+  set(unit_suffix "")
+endif()
+
 # room_tests(NAME FOLDER LIBRARY...): one GoogleTest program per folder of tests, each case known to ctest.
 function(room_tests name folder)
   room_sources(sources ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
@@ -21,5 +31,5 @@ function(room_tests name folder)
   target_link_libraries(${name} PRIVATE test_support ${ARGN})
   target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 300)
+                       TEST_SUFFIX "${unit_suffix}" PROPERTIES TIMEOUT 300 LABELS ${unit_label})
 endfunction()

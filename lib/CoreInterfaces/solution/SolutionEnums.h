@@ -23,3 +23,10 @@ enum SolveRequestCode : int {
   kSolveRefused = 5003,
   kSolveSubmitted = 5004
 };
+
+/// Which versions an invalidation replaces; added up.
+enum InvalidationFlag : int {
+  kInvalidateManager = 1,
+  kInvalidateSetups = 2,
+  kInvalidateSolutions = 4
+};

@@ -2,7 +2,7 @@
 
 #include "basekit/value/AComplex.h"
 #include "basekit/value/VariableValues.h"
-#include "basekit/value/VariationKeyVariableServer.h"
+#include "basekit/value/variation/VariationKeyVariableServer.h"
 
 namespace {
 

@@ -155,7 +155,11 @@ public:
 private:
   friend class BaseSolutionManager;
   friend class CAllSolutionsDeltaState;
-  friend class SolveRequest;
+
+  void DeleteContents();
+  BaseSolution * BecomeDefaultIfFirst(BaseSolution * solution);
+  std::vector<long> SolutionsToSolve(AString const & variation, std::vector<long> const & solutionIDs) const;
+  io::ReadError ReadSolutionOfDesignFile(io::CBlock const & solutionBlock);
 
   AString m_Name;
   mutable long m_ID = -1;

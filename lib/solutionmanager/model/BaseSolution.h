@@ -123,8 +123,6 @@ public:
   void RecoverVersionConsistency(long version);
 
 private:
-  friend class VariationQueries;
-
   VariationIDIndex IndexOf(AString const & variation, long version) const;
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);

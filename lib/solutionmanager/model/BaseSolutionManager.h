@@ -356,6 +356,8 @@ public:
   AString const & GetProductName() const { return m_ProductName; }
   AString const & GetCircuitName() const { return m_CircuitName; }
   long GetVersionID() const { return m_VersionID; }
+  /// Setups and solutions know their manager as one that they don't change; taking IDs from it is the exception.
+  BaseSolutionManager & ForEdit() const { return const_cast<BaseSolutionManager &>(*this); }
 
   // Persistence
   io::ReadError ReadModule(io::CBlock const & block, bool discardCache, ReadMethod method);

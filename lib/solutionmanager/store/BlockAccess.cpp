@@ -48,14 +48,14 @@ LibIOReturn SolutionFileManager::SaveDefinition(io::CBlock & block) const {
     RenamedBlock const renamed(block, internalName);
     result = m_library.SaveDefinition(block);
   }
-  if (result == CStreamioLibrary::kSuccess && name != kRealToInternalBlkName)
+  if (result == CStreamioLibrary::kLibSuccess && name != kRealToInternalBlkName)
     result = WriteRealToInternalBlockNameMap();
   return result;
 }
 
 LibIOReturn SolutionFileManager::LoadBlocks(SolutionVariationKey const & pattern, io::CBlock & block) const {
   LibIOReturn const result = LoadRealToInternalBlockNameMap();
-  if (result != CStreamioLibrary::kSuccess)
+  if (result != CStreamioLibrary::kLibSuccess)
     return result;
   for (auto const & [realName, entry] : m_realToInternal) {
     if (!entry.key.Match(pattern))
@@ -64,7 +64,7 @@ LibIOReturn SolutionFileManager::LoadBlocks(SolutionVariationKey const & pattern
     LoadDefinition(*loaded);
     block << loaded;
   }
-  return CStreamioLibrary::kSuccess;
+  return CStreamioLibrary::kLibSuccess;
 }
 
 LibIOReturn SolutionFileManager::SaveBlocks(io::CBlock & block) const {
@@ -93,21 +93,21 @@ LibIOReturn SolutionFileManager::SaveBlocks(io::CBlock & block) const {
   LibIOReturn result = m_library.SaveBlocks(block);
   for (auto const & [child, name] : children)
     child->Name(name);
-  if (result == CStreamioLibrary::kSuccess)
+  if (result == CStreamioLibrary::kLibSuccess)
     result = WriteRealToInternalBlockNameMap();
   return result;
 }
 
 LibIOReturn SolutionFileManager::DeleteDefinition(AString const & name) {
   LibIOReturn const result = m_library.DeleteDefinition(GetInternalBlockName(name));
-  if (result == CStreamioLibrary::kSuccess)
+  if (result == CStreamioLibrary::kLibSuccess)
     WriteRealToInternalBlockNameMap();
   return result;
 }
 
 LibIOReturn SolutionFileManager::DeleteBlock(AString const & realName) {
   LibIOReturn const result = DeleteDefinition(realName);
-  if (result == CStreamioLibrary::kSuccess) {
+  if (result == CStreamioLibrary::kLibSuccess) {
     m_realToInternal.erase(realName);
     WriteRealToInternalBlockNameMap();
   }
@@ -116,9 +116,9 @@ LibIOReturn SolutionFileManager::DeleteBlock(AString const & realName) {
 
 LibIOReturn SolutionFileManager::DeleteBlocks(SolutionVariationKey const & pattern) {
   LibIOReturn const loaded = LoadRealToInternalBlockNameMap();
-  if (loaded != CStreamioLibrary::kSuccess)
+  if (loaded != CStreamioLibrary::kLibSuccess)
     return loaded;
-  LibIOReturn failure = CStreamioLibrary::kSuccess;
+  LibIOReturn failure = CStreamioLibrary::kLibSuccess;
   NameMap kept;
   for (auto const & [realName, entry] : m_realToInternal) {
     if (!entry.key.Match(pattern)) {
@@ -127,11 +127,11 @@ LibIOReturn SolutionFileManager::DeleteBlocks(SolutionVariationKey const & patte
     }
     LibIOReturn const result = DeleteDefinition(entry.internalName);
     m_mapChanged = true;
-    if (result != CStreamioLibrary::kSuccess)
+    if (result != CStreamioLibrary::kLibSuccess)
       failure = result;
   }
   m_realToInternal.swap(kept);
-  return failure == CStreamioLibrary::kSuccess ? WriteRealToInternalBlockNameMap() : failure;
+  return failure == CStreamioLibrary::kLibSuccess ? WriteRealToInternalBlockNameMap() : failure;
 }
 
 LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realNames) {
@@ -142,14 +142,14 @@ LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realName
     m_realToInternal.erase(realName);
   }
   if (internalNames.empty())
-    return CStreamioLibrary::kSuccess;
+    return CStreamioLibrary::kLibSuccess;
   m_mapChanged = true;
   m_library.DeleteBlocks(internalNames);
   return WriteRealToInternalBlockNameMap();
 }
 
 bool SolutionFileManager::HasDataBlock(SolutionVariationKey const & pattern) const {
-  if (LoadRealToInternalBlockNameMap() != CStreamioLibrary::kSuccess)
+  if (LoadRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
     return false;
   return std::any_of(m_realToInternal.begin(), m_realToInternal.end(),
                      [&](auto const & item) { return item.second.key.Match(pattern); });

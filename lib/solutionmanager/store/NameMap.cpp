@@ -57,11 +57,11 @@ void SolutionFileManager::ExtendNameMap(AString const & realName, AString const 
 
 SolutionFileManager::LibIOReturn SolutionFileManager::LoadRealToInternalBlockNameMap() const {
   if (!m_realToInternal.empty())
-    return CStreamioLibrary::kSuccess;
+    return CStreamioLibrary::kLibSuccess;
   AttachIfPending();
   io::CBlock block(kRealToInternalBlkName);
   LibIOReturn const result = m_library.LoadDefinition(block);
-  if (result != CStreamioLibrary::kSuccess)
+  if (result != CStreamioLibrary::kLibSuccess)
     return result;
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
@@ -71,14 +71,14 @@ SolutionFileManager::LibIOReturn SolutionFileManager::LoadRealToInternalBlockNam
     m_realToInternal.emplace(pair->Name(), EntryOf(pair->Name(), internalName));
   }
   InitNextAvailableIndex();
-  return CStreamioLibrary::kSuccess;
+  return CStreamioLibrary::kLibSuccess;
 }
 
 SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNameMap() const {
   PROFILE_SCOPE("SolutionFileManager_WriteRealToInternalBlockNameMap");
   AttachIfPending();
   if (!m_mapChanged)
-    return CStreamioLibrary::kSuccess;
+    return CStreamioLibrary::kLibSuccess;
   io::CBlock block(kRealToInternalBlkName);
   for (auto const & [realName, entry] : m_realToInternal)
     block << io::CBlock_named_value(realName, io::CBlock_value(entry.internalName));

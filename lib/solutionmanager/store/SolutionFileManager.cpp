@@ -5,6 +5,7 @@
 #include "CoreInterfaces/desktop/IProject.h"
 #include "basekit/diag/Profiling.h"
 #include "basekit/file/CFileUtilities.h"
+#include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 
 AString const SolutionFileManager::kRealToInternalBlkName(L"BlockMapName");
@@ -80,16 +81,13 @@ void SolutionFileManager::ChangeLibPathForSaving(AString const & newPath) const 
   m_libPath = newPath;
   m_attachPending = false;
   m_library.CopyToNewLibPath(newPath);
-  if (m_library.GetStats().status != 0)
+  if (m_library.GetFileStats().status != 0)
     m_attachPending = true;
 }
 
 void SolutionFileManager::SaveProfileData(AString const & fromDir, AString const & toDir) const {
-  std::vector<LongFileName> files;
-  CFileUtilities::SimpleFindWithWildCard(LongFileName(fromDir), L"*.profile", files);
-  for (auto const & file : files)
-    LFN_Copy(file, LongFileName(AString::Format(L"%s%s", toDir, file.NameAndExtension())),
-             BehaviorIfSourceExists::kOverwrite);
+  for (auto const & file : CFileUtilities::SimpleFindWithWildCard(LongFileName(fromDir), L"*.profile"))
+    LFN_Copy(file, LongFileName(AString::Format(L"%s%s", toDir, file.NameAndExtension())), kOverwrite);
 }
 
 SolutionFileManager::LibIOReturn SolutionFileManager::CommitAll(bool flag) {
@@ -122,7 +120,7 @@ bool SolutionFileManager::IsRecovered() const { return !m_attachPending && m_lib
 
 bool SolutionFileManager::HavePrivQsolBlocks() const {
   std::list<AString> names;
-  return IsLibraryInitialized() && m_library.PrivIndexKeyList(names) == CStreamioLibrary::kSuccess && !names.empty();
+  return IsLibraryInitialized() && m_library.PrivIndexKeyList(names) == CStreamioLibrary::kLibSuccess && !names.empty();
 }
 
 void SolutionFileManager::SetBinaryMode(bool binary) { m_library.SetBinaryMode(binary); }
@@ -133,7 +131,7 @@ void SolutionFileManager::SetPrecision(int digits) { m_library.SetPrecision(digi
 
 CStreamioLibraryStats SolutionFileManager::GetFileStats() const {
   AttachIfPending();
-  return m_library.GetStats();
+  return m_library.GetFileStats();
 }
 
 CStreamioLibWritePrivate & SolutionFileManager::GetLibraryForDirectAccess() const {

@@ -1,0 +1,149 @@
+// The blocks of a solution: its definition block, its variations' data blocks, its part of the design file.
+
+#include "CoreInterfaces/solution/ISolutionDefinition.h"
+#include "basekit/diag/Assert.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
+#include "basekit/io/CBlock_ptr.h"
+#include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/definition/FrequencySolutionDefinition.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
+#include "solutionmanager/transfer/ExportVariationContext.h"
+
+namespace {
+
+constexpr auto kBadKey = static_cast<io::ReadError>(-2);
+
+} // namespace
+
+AString BaseSolution::GetBlockDefinitionName() const {
+  return SolutionVariationKey(m_Setup->GetID(), SolutionVariationKey::kSolutionDefinitionKey, GetID(), GetVersionID())
+      .Pack();
+}
+
+bool BaseSolution::WriteDefinitionBlock(io::CBlock & block) const {
+  AString const name = block.Name();
+  KVRO_ASSERT(name.Compare(GetBlockDefinitionName()) == 0);
+  block << io::named(L"SolutionName", m_SolutionName) << io::named(L"SolutionID", GetID())
+        << io::named(L"V", m_VersionID);
+  io::CBlock states(L"States");
+  BaseSolutionManager const * const manager = GetSolutionMgr();
+  if (ExportVariationContext const * const context = manager->GetExportVariationContext()) {
+    auto const at = m_VariationMap.find(
+        VariationIDIndex(context->designVariationKey, m_VersionID, context->designVariationID));
+    if (at != m_VariationMap.end())
+      WriteSolutionVariation(states, *at, manager);
+  } else {
+    for (auto const & entry : m_VariationMap)
+      if (entry.second->GetVersionID() == m_VersionID)
+        WriteSolutionVariation(states, entry, manager);
+  }
+  block << states;
+  if (ISolutionDefinition * const definition = GetSolutionDefinition(id::invalidID)) {
+    io::CBlock definitionBlock(L"Definition");
+    definition->DoDataExchange(definitionBlock, false);
+    block << definitionBlock;
+  }
+  return true;
+}
+
+void BaseSolution::WriteSolutionVariation(io::CBlock & block, VariationMap::value_type const & entry,
+                                          BaseSolutionManager const * manager) {
+  io::CBlock_func item(L"F");
+  item << io::named(L"VID", manager->GetVariationID(entry.first.GetVariation()))
+       << io::named(L"Ver", entry.second->GetVersionID());
+  block << item;
+}
+
+io::ReadError BaseSolution::ReadDefinitionBlock(io::CBlock const & block) {
+  AString const name = block.Name();
+  KVRO_ASSERT(name.Compare(GetBlockDefinitionName()) == 0);
+  block >> io::named(L"SolutionName", m_SolutionName) >> io::named(L"SolutionID", m_ID);
+  io::CBlock states(L"States");
+  block >> states;
+  io::ReadError const result = LoadSolutionVariations(states);
+  // The writer stores the version as "V"; the reader takes "VersionID" and nothing else, on purpose: the version in
+  // the block's name is the one that counts.
+  block >> io::named(L"VersionID", m_VersionID);
+  io::CBlock definitionBlock(L"Definition");
+  block >> definitionBlock;
+  CopyDefinition(m_VersionID, m_VersionID, true);
+  m_SolutionDefinitionMap[m_VersionID]->DoDataExchange(definitionBlock, true);
+  return result;
+}
+
+io::ReadError BaseSolution::LoadSolutionVariations(io::CBlock const & block) {
+  if (block.Empty())
+    return io::kNoError;
+  BaseSolutionManager const * const manager = GetSolutionMgr();
+  for (auto const & child : block) {
+    io::CBlock_ptr<io::CBlock_func> const item(child);
+    if (!item)
+      continue;
+    long variationID = id::invalidID;
+    AString text;
+    *item >> io::named(L"VID", variationID);
+    if (variationID != id::invalidID)
+      text = manager->GetVariationFromID(variationID);
+    else
+      *item >> io::named(L"V", text); // the older form
+    long version = id::invalidID;
+    *item >> io::named(L"Ver", version);
+    if (version == id::invalidID)
+      *item >> io::named(L"VersionID", version);
+    // Looked up by the solution's current version, not by the item's.
+    if (m_VariationMap.count(IndexOf(text, m_VersionID)))
+      continue;
+    BaseSolutionVariation * const newvar = CreateSolutionVariation(text, version);
+    KVRO_ASSERT(newvar);
+  }
+  return io::kNoError;
+}
+
+io::ReadError BaseSolution::ReadVariationDataBlock(AString const & variation, long version) {
+  long const wanted = version == id::invalidID ? m_VersionID : version;
+  SolutionVariationKey const key = KeyOf(variation, wanted);
+  if (!key.IsValidVariationDataKey())
+    return kBadKey;
+  io::CBlock block(key.Pack());
+  GetSolutionMgr()->LoadSingleBlock(block);
+  auto const at = m_VariationMap.find(IndexOf(variation, wanted));
+  BaseSolutionVariation * const entry =
+      at != m_VariationMap.end() ? at->second : CreateSolutionVariation(variation, version);
+  return entry ? entry->ReadVariationDataBlock(block) : io::kNoError;
+}
+
+bool BaseSolution::WriteVariationDataBlock(AString const & variation, long version) const {
+  long const wanted = version == id::invalidID ? m_VersionID : version;
+  auto const at = m_VariationMap.find(IndexOf(variation, wanted));
+  if (at == m_VariationMap.end())
+    return true;
+  io::CBlock block(KeyOf(variation, wanted).Pack());
+  if (!at->second->WriteVariationDataBlock(block))
+    return false;
+  GetSolutionMgr()->SaveSingleBlock(block);
+  return true;
+}
+
+io::ReadError BaseSolution::DesignFileRead(io::CBlock const & block) {
+  io::CBlock extractorBlock(kSimDataExtractorBlockName);
+  block >> extractorBlock;
+  if (!block.Found() || !m_Extractor)
+    return io::kNoError;
+  io::ReadError const result = m_Extractor->DesignFileRead(extractorBlock);
+  return result == io::kWarning ? io::kNoError : result;
+}
+
+bool BaseSolution::DesignFileWrite(io::CBlock & block) {
+  if (!m_Extractor)
+    return true;
+  io::CBlock extractorBlock(kSimDataExtractorBlockName);
+  if (!m_Extractor->DesignFileWrite(extractorBlock))
+    return false;
+  block << extractorBlock;
+  return true;
+}
