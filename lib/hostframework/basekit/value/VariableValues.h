@@ -48,10 +48,9 @@ public:
                              AComplex<double> const & absolute);
   static bool AreVariationKeysEqual(AString const & a, AString const & b);
 
-  /// Reads a variation text.  Names that the server knows take its spelling and its unit for numbers without one;
-  /// others are kept when keepUnknownNames is set and left out otherwise.  Values of defaults that the text lacks
-  /// are added.  Without a server all names are kept.  False when the text is no variation text: the values are
-  /// then opaque, and no defaults enter.
+  /// Reads a variation text.  Names that the server knows take its spelling; others are kept when keepUnknownNames is
+  /// set and left out otherwise.  Without a server all names are kept.  Values of defaults that the text lacks are
+  /// added.  False when the text is no variation text: the values are then opaque, and no defaults enter.
   static bool ResolveVariationKey(AString const & variation, IVariableServer const * server, VariableValues & values,
                                   VariableValues const * defaults, bool keepUnknownNames);
 

@@ -15,9 +15,9 @@ struct Quantity {
   Units::FullUnitType unit = Units::kNoUnits;
 };
 
-/// Reads "12", "-1e-12", "1.2pF", "2.4 GHz", "50+10i".  The decimal exponent of a prefix is joined with that of the
-/// number before it becomes binary, so that 1.2pF is 1.2e-12 bit for bit.  A number without a unit is taken in
-/// the given one.  Texts that are no finite number are refused: expressions, words, nan, infinities.
+/// Reads "12", "-1e-12", "1.2pF", "2.4 GHz", "50+10i", with blanks round it.  The decimal exponent of a prefix is
+/// joined with that of the number before it becomes binary, so that 1.2pF is 1.2e-12 bit for bit.  A number without a
+/// unit is taken in the given one.  Texts that are no finite number are refused: expressions, words, nan, infinities.
 bool ParseQuantity(std::wstring_view text, Quantity & quantity, Units::FullUnitType assumed = Units::kNoUnits);
 
 /// The shortest text that reads back as the same number and unit.

@@ -51,5 +51,7 @@ struct Scale {
 /// A unit wins over a prefix ("m" is the metre, "p" is 1e-12) and the exact case over another one ("M" is 1e6, "k"
 /// and "K" are 1000); "Meg" is 1e6 in any case.  False for a suffix that means nothing.
 bool FindScale(std::wstring_view suffix, Scale & scale);
+/// False, and the scale unchanged, for no unit and for numbers that are none.
+bool GetScale(FullUnitType unit, Scale & scale);
 
 } // namespace Units

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,7 +50,7 @@ public:
 
 private:
   AString m_source;
-  AString m_decoded; ///< the quoted texts that hold escapes
+  std::shared_ptr<std::wstring const> m_decoded; ///< the quoted texts that hold escapes
   std::vector<Pair> m_pairs;
   bool m_opaque = false;
 };

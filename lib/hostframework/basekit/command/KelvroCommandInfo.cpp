@@ -1,0 +1,3 @@
+#include "basekit/command/KelvroCommandInfo.h"
+
+KelvroCommandInfo::~KelvroCommandInfo() = default;

@@ -1,0 +1,68 @@
+#include "basekit/value/Value.h"
+
+#include "basekit/value/units/QuantityText.h"
+#include "basekit/value/units/Tolerance.h"
+
+namespace {
+IValueParser * installedParser = nullptr;
+}
+
+Value Value::Real(double si, Units::FullUnitType units) {
+  Value value(units);
+  value.m_type = val::kReal;
+  value.m_number = si;
+  return value;
+}
+
+Value Value::Integer(long number) {
+  Value value = Real(static_cast<double>(number));
+  value.m_type = val::kInteger;
+  value.m_text = AString::Format(L"%ld", number);
+  return value;
+}
+
+Value Value::Complex(AComplex<double> const & si, Units::FullUnitType units) {
+  Value value(units);
+  value.m_type = val::kComplex;
+  value.m_number = si;
+  return value;
+}
+
+Value Value::Text(AString const & text) {
+  Value value;
+  value.m_type = val::kText;
+  value.m_text = text;
+  return value;
+}
+
+bool Value::SetValueText(AString const & text, Units::FullUnitType units) {
+  val::Quantity quantity;
+  bool const isNumber = val::ParseQuantity(text.View(), quantity, units);
+  m_text = text;
+  m_number = {quantity.real, quantity.imaginary};
+  m_units = quantity.unit != Units::kNoUnits ? quantity.unit : units;
+  m_type = !isNumber ? val::kText : quantity.isComplex ? val::kComplex : val::kReal;
+  return isNumber;
+}
+
+AString Value::GetText() const {
+  if (!m_text.empty() || !IsNumber())
+    return m_text;
+  return val::QuantityText({m_number.real(), m_number.imag(), m_type == val::kComplex, m_units});
+}
+
+ValueState Value::GetValueState() const { return {m_units, Units::GetUnitType(m_units), 1, m_type}; }
+
+int Value::Compare(Value const & a, Value const & b, AComplex<double> const & relative,
+                   AComplex<double> const & absolute) {
+  return val::CompareWithin({a.IsNumber(), a.m_number, a.m_text.View()}, {b.IsNumber(), b.m_number, b.m_text.View()},
+                            relative, absolute);
+}
+
+IValueParser * Value::SetValueParser(IValueParser * parser) {
+  IValueParser * const former = installedParser;
+  installedParser = parser;
+  return former;
+}
+
+IValueParser * Value::GetValueParser() { return installedParser; }

@@ -1,0 +1,9 @@
+#include "basekit/value/ValueBase.h"
+
+ValueMessage::~ValueMessage() = default;
+
+ValueBase::~ValueBase() = default;
+
+bool ValueBase::UsesVariable(Variable const &) const { return false; }
+
+bool ValueBase::DoReceiveMsg(ValueMessage &) const { return false; }

@@ -1,0 +1,78 @@
+#include "basekit/value/VariableNameSpace.h"
+
+#include "CoreInterfaces/IVariableServer.h"
+#include "basekit/value/Variable.h"
+
+namespace {
+VariableNameSpace * latest = nullptr;
+
+VariableSearchFlags FlagsOf(bool intrinsic, bool previous, bool serversFirst) {
+  return VariableSearchFlags()
+      .Set(VariableSearchFlag::SearchIntrinsicVariables, intrinsic)
+      .Set(VariableSearchFlag::AppendToPreviousVNS, previous)
+      .Set(VariableSearchFlag::SearchServersFirst, serversFirst);
+}
+} // namespace
+
+VariableNameSpace::VariableNameSpace(bool searchIntrinsicVariables, bool appendToPrevious, bool searchServersFirst)
+    : m_flags(FlagsOf(searchIntrinsicVariables, appendToPrevious, searchServersFirst)), m_previous(latest) {
+  latest = this;
+}
+
+VariableNameSpace::VariableNameSpace(IVariableServer const * server, bool searchIntrinsicVariables,
+                                     bool appendToPrevious)
+    : VariableNameSpace(searchIntrinsicVariables, appendToPrevious, false) {
+  AddVariableServer(server);
+}
+
+VariableNameSpace::~VariableNameSpace() {
+  // Mostly the latest one goes; one kept longer is taken out of the chain where it stands.
+  for (VariableNameSpace ** link = &latest; *link; link = &(*link)->m_previous)
+    if (*link == this) {
+      *link = m_previous;
+      return;
+    }
+}
+
+VariableNameSpace * VariableNameSpace::Current() { return latest; }
+
+void VariableNameSpace::AddVariable(Variable * variable) {
+  if (variable)
+    m_variables.push_back(variable);
+}
+
+void VariableNameSpace::AddVariableServer(IVariableServer const * server) {
+  if (server)
+    m_servers.push_back(server);
+}
+
+void VariableNameSpace::ClearVariablesAndServers() {
+  m_variables.clear();
+  m_servers.clear();
+}
+
+Variable * VariableNameSpace::FindVariable(AString const & name) const {
+  bool const serversFirst = m_flags.Has(VariableSearchFlag::SearchServersFirst);
+  Variable * found = serversFirst ? FindInServers(name) : FindHere(name);
+  if (!found)
+    found = serversFirst ? FindHere(name) : FindInServers(name);
+  if (!found && m_flags.Has(VariableSearchFlag::SearchIntrinsicVariables))
+    found = Value::GetIntrinsicVariable(name);
+  if (!found && m_previous && m_flags.Has(VariableSearchFlag::AppendToPreviousVNS))
+    found = m_previous->FindVariable(name);
+  return found;
+}
+
+Variable * VariableNameSpace::FindHere(AString const & name) const {
+  for (Variable * const variable : m_variables)
+    if (AString::MatchNoCase(variable->GetName(), name))
+      return variable;
+  return nullptr;
+}
+
+Variable * VariableNameSpace::FindInServers(AString const & name) const {
+  for (IVariableServer const * const server : m_servers)
+    if (Variable * const variable = server->ResolveVariable(name))
+      return variable;
+  return nullptr;
+}
