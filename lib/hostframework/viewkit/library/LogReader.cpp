@@ -1,0 +1,102 @@
+#include "viewkit/library/LogReader.h"
+
+#include "basekit/io/BlockCodec.h"
+#include "basekit/io/CBlock.h"
+
+#include <cerrno>
+#include <random>
+
+namespace library {
+
+using io::RecordReader;
+
+LibIOReturn LogReader::Open(LongFileName const & path, file::OpenMode mode, std::optional<RecordReader::Extent> extent,
+                            std::unique_ptr<LogReader> & log, AString & error) {
+  std::unique_ptr<file::IFile> opened;
+  file::FileStatus const status = file::FileSystem().Open(path, mode, opened);
+  if (!status.Ok()) {
+    error = status.Text();
+    return status.Error() == ENOENT || status.Error() == ENOTDIR ? CStreamioLibrary::kLibNotFound
+                                                                 : CStreamioLibrary::kLibReadFailed;
+  }
+  return Read(std::move(opened), path, extent, log, error);
+}
+
+LibIOReturn LogReader::Read(std::unique_ptr<file::IFile> file, LongFileName const & path,
+                            std::optional<RecordReader::Extent> extent, std::unique_ptr<LogReader> & log,
+                            AString & error) {
+  auto reader = std::make_unique<LogReader>();
+  reader->m_path = path;
+  RecordReader::State const state = reader->m_records.Open(std::move(file), extent);
+  if (state != RecordReader::State::Good) {
+    error = path.FilePath() + L": " + reader->m_records.ErrorText();
+    return state == RecordReader::State::Foreign ? CStreamioLibrary::kLibForeignFile
+           : state == RecordReader::State::Newer ? CStreamioLibrary::kLibNewerVersion
+                                                 : CStreamioLibrary::kLibReadFailed;
+  }
+  auto const & records = reader->m_records;
+  reader->tailIsDirty = records.FileLength() > records.End();
+  reader->mustRewrite = !records.Damages().empty();
+  log = std::move(reader);
+  return CStreamioLibrary::kLibSuccess;
+}
+
+std::unique_ptr<LogReader> LogReader::Begin(std::unique_ptr<file::IFile> file, LongFileName const & path,
+                                            io::FileHeader const & header) {
+  auto reader = std::make_unique<LogReader>();
+  reader->m_path = path;
+  reader->m_records.Begin(std::move(file), header);
+  return reader;
+}
+
+LibIOReturn LogReader::LoadPayload(AString const & name, io::BlockPlace const & place, std::string & payload,
+                                   AString & error) {
+  auto const result = place.isDamaged ? RecordReader::Payload::Damaged : m_records.ReadPayload(name, place, payload);
+  if (result == RecordReader::Payload::Good)
+    return CStreamioLibrary::kLibSuccess;
+  bool const isDamaged = result == RecordReader::Payload::Damaged;
+  error = isDamaged ? m_path.FilePath() + L": block " + name +
+                          AString::Format(L" at offset %lu is damaged", static_cast<unsigned long>(place.offset))
+                    : m_records.ErrorText();
+  return isDamaged ? CStreamioLibrary::kLibDamaged : CStreamioLibrary::kLibReadFailed;
+}
+
+LibIOReturn LogReader::Load(AString const & name, io::BlockPlace const & place, io::CBlock & block, AString & error) {
+  std::string payload;
+  LibIOReturn const result = LoadPayload(name, place, payload, error);
+  return result == CStreamioLibrary::kLibSuccess
+             ? DecodePayload(name, payload, (place.flags & io::kBinaryPayload) != 0, block, error)
+             : result;
+}
+
+LibIOReturn DecodePayload(AString const & name, std::string const & payload, bool isBinary, io::CBlock & block,
+                          AString & error) {
+  AString const own = block.Name();
+  io::CBlock read;
+  if (!io::DecodeBlock(payload, isBinary ? io::Form::Binary : io::Form::Text, read)) {
+    error = AString(L"the content of block ") + name + L" is no block";
+    return CStreamioLibrary::kLibDamaged;
+  }
+  block = std::move(read);
+  block.Name(own);
+  return CStreamioLibrary::kLibSuccess;
+}
+
+std::uint64_t RandomNumber() {
+  static std::random_device device;
+  std::uint64_t number = 0;
+  while (number == 0)
+    number = static_cast<std::uint64_t>(device()) << 32 | device();
+  return number;
+}
+
+bool IsBlockName(AString const & name) {
+  for (wchar_t const character : name) {
+    auto const code = static_cast<unsigned long>(character);
+    if (code > 0x10FFFF || (code >= 0xD800 && code < 0xE000))
+      return false;
+  }
+  return !name.empty() && name.size() * 4 <= io::kLongestName;
+}
+
+} // namespace library

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "basekit/file/FileStatus.h"
+#include "basekit/io/RecordFormat.h"
+#include "basekit/io/RecordIndex.h"
+
+#include <string>
+
+namespace library {
+
+class LogReader;
+
+/// Appends one group of records: after Finish all of it counts, before or after a failure nothing does.  A failure
+/// shortens the file to what it was; when that fails too, the next group begins with it.
+class LogWriter {
+public:
+  /// Calls that write never hand over more than this.
+  static constexpr std::size_t kLargestWrite = 256 * 1024;
+
+  explicit LogWriter(LogReader & log);
+
+  void AddBlock(AString const & name, std::string payload, bool isBinary);
+  void AddDelete(AString const & name);
+  void AddCleanClose();
+  /// Ends the group with the index of what changed and the commit record, which is written twice, so that damage of
+  /// one of them loses nothing.  With `sync` all before it is on the disk before the commit record is written.
+  void AddCommit(io::CommitInfo commit, bool sync);
+  [[nodiscard]] file::FileStatus Finish();
+
+private:
+  struct Record {
+    unsigned kind = 0;
+    unsigned flags = 0;
+    std::string name;
+    std::string payload;
+  };
+  void Add(unsigned kind, AString const & name, std::string payload, unsigned flags);
+  void Emit(bool moreFollows);
+  void Append(std::string_view bytes);
+  void WriteOut();
+  void Sync();
+
+  LogReader & m_log;
+  file::FileStatus m_status;
+  std::uint64_t m_start;
+  std::uint64_t m_at;
+  std::uint64_t m_written;
+  std::string m_buffer;
+  Record m_held;
+  bool m_isHolding = false;
+  std::vector<io::RecordIndex::Change> m_changes;
+  io::RecordIndex::Plan m_plan;
+  io::CommitInfo m_commit;
+  bool m_commits = false;
+  bool m_syncs = false;
+  bool m_syncFailed = false;
+  bool m_closes = false;
+};
+
+} // namespace library
