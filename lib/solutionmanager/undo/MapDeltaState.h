@@ -1,0 +1,66 @@
+#pragma once
+
+#include "basekit/command/KelvroDeltaState.h"
+#include "solutionmanager/undo/MoveItems.h"
+
+#include <map>
+
+/// Items that were added to and removed from a map whose owner made the change itself.  Removed items wait in the
+/// deleted map, whose owner frees them; without a deleted map this record owns what is outside the live map when it
+/// dies.  The maps outlive all undo and redo.
+template <class K, class V, class Cmp> class MapDeltaState : public KelvroDeltaState {
+public:
+  using Map = std::map<K, V, Cmp>;
+
+  /// changeDone: the maps hold the change already; otherwise the first RedoIt makes it.
+  explicit MapDeltaState(Map * liveMap, Map * deletedMap = nullptr, bool changeDone = true)
+      : KelvroDeltaState(changeDone), m_srcMap(liveMap), m_deletedMap(deletedMap) {}
+  ~MapDeltaState() override;
+
+  void UndoIt() override;
+  void RedoIt() override;
+
+  /// Each key once on each side; of a repeated one the later value counts.
+  void Record(K const & keyVal, V const & value, bool inserted);
+
+protected:
+  Map const & InsertedItems() const { return m_insertedItems; }
+  Map const & RemovedItems() const { return m_removedItems; }
+
+private:
+  Map * m_srcMap;
+  Map * m_deletedMap;
+  Map m_insertedItems;
+  Map m_removedItems;
+};
+
+// The bodies are not inline, so that an instance that is declared extern is made in one place alone: where the
+// items' class is known.
+
+template <class K, class V, class Cmp> MapDeltaState<K, V, Cmp>::~MapDeltaState() {
+  if (m_deletedMap)
+    return;
+  for (auto const & item : IsStateChangeDone() ? m_removedItems : m_insertedItems)
+    delete item.second;
+}
+
+template <class K, class V, class Cmp> void MapDeltaState<K, V, Cmp>::UndoIt() {
+  KelvroDeltaState::UndoIt();
+  undo::MoveItems<undo::KeyChecks>(m_insertedItems, m_removedItems, *m_srcMap, m_deletedMap);
+}
+
+template <class K, class V, class Cmp> void MapDeltaState<K, V, Cmp>::RedoIt() {
+  KelvroDeltaState::RedoIt();
+  undo::MoveItems<undo::KeyChecks>(m_removedItems, m_insertedItems, *m_srcMap, m_deletedMap);
+}
+
+template <class K, class V, class Cmp>
+void MapDeltaState<K, V, Cmp>::Record(K const & keyVal, V const & value, bool inserted) {
+  if (inserted) {
+    KVRO_ASSERT(m_insertedItems.find(keyVal) == m_insertedItems.end());
+    m_insertedItems[keyVal] = value;
+  } else {
+    KVRO_ASSERT(m_removedItems.find(keyVal) == m_removedItems.end());
+    m_removedItems[keyVal] = value;
+  }
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "basekit/command/KelvroDeltaState.h"
+#include "solutionmanager/address/VariationIDIndex.h"
+
+#include <map>
+
+class BaseSolutionVariation;
+
+/// Variations that were added to and removed from a solution, for a caller that wants that undone.  Without a deleted
+/// map this record owns what is outside the live map when it dies.
+class SolutionVariationMapDeltaState : public KelvroDeltaState {
+public:
+  using Map = std::map<VariationIDIndex, BaseSolutionVariation *>;
+
+  SolutionVariationMapDeltaState(Map * liveMap, Map * deletedMap, bool changeDone);
+  ~SolutionVariationMapDeltaState() override;
+
+  void UndoIt() override;
+  void RedoIt() override;
+
+  /// The key is the variation's own: its text and version, with the ID that the manager knows.
+  void Record(BaseSolutionVariation * variation, bool inserted);
+
+private:
+  void Apply(Map const & leaving, Map const & arriving);
+
+  Map * m_srcMap;
+  Map * m_deletedMap;
+  Map m_insertedItems;
+  Map m_removedItems;
+};
