@@ -1,0 +1,44 @@
+#pragma once
+
+#include "desktop/product/SolveJob.h"
+#include "desktop/product/SourceDescription.h"
+
+#include <memory>
+
+class BaseSimulationSetup;
+class BaseSolutionVariation;
+class IDesign;
+class LongFileName;
+
+namespace desktop {
+
+class ProductSolutionManager;
+
+/// The door for products: all that the desktop asks of a solver product.  One object per product, alive for the
+/// process; it holds no state of a design.
+class IDesktopProduct {
+public:
+  virtual ~IDesktopProduct() = default;
+  /// The word for the product in commands and files: "rfcircuit".
+  virtual AString GetName() const = 0;
+  /// Reads a source; false with a one-line error that names file, line, thing and remedy.
+  virtual bool ReadSource(LongFileName const & file, SourceDescription & description, AString & error) const = 0;
+  virtual std::unique_ptr<ProductSolutionManager> MakeManager(IDesign * design) const = 0;
+  /// Makes a setup with its solutions and enters it into the manager, which owns it then.
+  virtual BaseSimulationSetup * CreateSetup(ProductSolutionManager & manager, SourceSetup const & setup) const = 0;
+  /// Completes a job for one variation of a setup: type and settings.
+  virtual void DescribeJob(BaseSimulationSetup const & setup, SolveJob & job) const = 0;
+  virtual std::unique_ptr<IJobRunner> MakeJobRunner() const = 0;
+};
+
+/// What a product adds whose results are network parameters.  Reached by a cross-cast from IDesktopProduct.
+class INetworkProduct {
+public:
+  virtual ~INetworkProduct() = default;
+  /// Writes one solved variation, which has its data in memory, as a Touchstone file; the extension (.s2p) comes from
+  /// the number of ports and is added to the name.  Digits are significant ones.  False with a one-line error.
+  virtual bool WriteTouchstone(BaseSolutionVariation const & variation, LongFileName const & fileWithoutExtension,
+                               int digits, LongFileName & written, AString & error) const = 0;
+};
+
+} // namespace desktop

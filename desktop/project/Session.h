@@ -1,0 +1,67 @@
+#pragma once
+
+#include "basekit/text/AString.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace desktop {
+
+class Design;
+class IDesktopProduct;
+class ProductSolutionManager;
+class Project;
+
+/// A project that is open in this process: one design, its solution manager, and the rules of saving.
+///
+/// Files of project NAME:  NAME.sproject (the project file), NAME.sproject.auto (autosave of the design's block),
+/// NAME.sproject.lock, and the folder NAME.results/ with the solution library <design>.qsol and its private twin.
+/// Every change is autosaved before the operation returns; Save makes it permanent; closing without Save keeps the
+/// work for the next session, shown as unsaved.  All failures are desktop::Error.
+class Session {
+public:
+  enum class Access {
+    kWrite,   ///< one process at a time; another one gets ErrorKind::kLocked
+    kReadOnly ///< the committed state and nothing else; writes nothing, also while another process writes
+  };
+
+  /// Makes a new project from a source; nothing is left behind when that fails.  An existing project is refused.
+  static std::unique_ptr<Session> Create(AString const & projectPath, AString const & sourceFile,
+                                         AString const & productName);
+  static std::unique_ptr<Session> Open(AString const & projectPath, Access access);
+  /// Closes without saving: what is unsaved stays in autosave and private library.
+  ~Session();
+
+  Project & GetProject() { return *m_project; }
+  Design & GetDesign() { return *m_design; }
+  ProductSolutionManager & GetManager() { return *m_manager; }
+  IDesktopProduct const & GetProduct() const { return *m_product; }
+
+  /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
+  void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
+  /// Writes project file and library; the autosave goes.
+  void Save();
+  bool HasUnsavedChanges() const;
+  /// Writes and syncs the autosave; called before every solve and after every change.
+  void Autosave();
+  /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.
+  void CheckSourceUnchanged() const;
+  bool IsReadOnly() const { return m_access == Access::kReadOnly; }
+  /// What opening had to tell: a recovery, files set aside.  One line each, for people.
+  std::vector<AString> const & GetNotices() const { return m_notices; }
+
+private:
+  Session();
+  class Lock;
+
+  Access m_access = Access::kWrite;
+  std::unique_ptr<Lock> m_lock;
+  std::unique_ptr<Project> m_project;
+  std::unique_ptr<Design> m_design;
+  std::unique_ptr<ProductSolutionManager> m_manager;
+  IDesktopProduct const * m_product = nullptr;
+  std::vector<AString> m_notices;
+};
+
+} // namespace desktop
