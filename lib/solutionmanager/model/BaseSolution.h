@@ -111,6 +111,9 @@ public:
 
   /// The variation at the index with its block loaded where the library has one; null when there is neither.
   BaseSolutionVariation * GetVariationData(VariationIDIndex const & index, bool createIfMissing);
+  /// The variation at (text, version), made without its data when it is not there: how a library's key list turns into
+  /// variations.
+  BaseSolutionVariation * EnsureVariation(AString const & variation, long version);
   BaseSolutionVariation * GetBestVariation(AString const & variation, bool includeDeleted) const;
   BaseSolutionVariation * GetBaseSolutionVariation(AString const & variation, long version) const;
   BaseSolutionVariation * GetBaseSolutionVariation(SolutionVariationKey const & key) const;

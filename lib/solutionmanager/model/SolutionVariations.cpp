@@ -197,6 +197,11 @@ BaseSolutionVariation * BaseSolution::GetVariationData(VariationIDIndex const & 
   return variation;
 }
 
+BaseSolutionVariation * BaseSolution::EnsureVariation(AString const & variation, long version) {
+  BaseSolutionVariation * const present = Find(m_VariationMap, IndexOf(variation, version));
+  return present ? present : CreateSolutionVariation(variation, version);
+}
+
 BaseSolutionVariation * BaseSolution::GetBestVariation(AString const & variation, bool includeDeleted) const {
   VariationIDIndex const index = IndexOf(variation, m_VersionID);
   if (BaseSolutionVariation * const exact = Find(m_VariationMap, index))
