@@ -35,6 +35,16 @@ public:
   }
 };
 
+// Streams itself without an item.
+class Pair : public CStreamio_object {
+public:
+  CBlock first{AString(L"First")};
+  CBlock second{AString(L"Second")};
+
+  void read(CAbstract_istream & stream) override { stream >> first >> second; }
+  void write(CAbstract_ostream & stream) const override { stream << first << second; }
+};
+
 class Settings : public CStreamio_block_object {
 public:
   double real = 0;
@@ -54,6 +64,18 @@ public:
 };
 
 } // namespace
+
+TEST(StreamioObject, PacksWhatItStreams) {
+  Pair pair;
+  pair.second << named(L"ID", 5L);
+  EXPECT_EQ(pair.Pack(), L"First {} Second { ID = 5 }");
+  for (auto const & packed : {pair.Pack(), pair.BinaryPack()}) {
+    Pair read;
+    EXPECT_TRUE(read.Unpack(packed));
+    EXPECT_EQ(read.Pack(), pair.Pack());
+    EXPECT_FALSE(read.Unpack(packed + AString(L"x")));
+  }
+}
 
 TEST(StreamioItemObject, GetsAllFormsFromItsItem) {
   Key key;
