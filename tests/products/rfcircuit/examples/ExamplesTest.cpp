@@ -64,20 +64,19 @@ struct SimulatorRow {
 
 std::vector<SimulatorRow> RunSimulator(std::filesystem::path const & netlist) {
   TemporaryFolder const folder;
-  auto const result = folder.Path() / "result.txt";
-  auto const script = folder.Write(
-      "run.cir",
-      "* runs the netlist and writes its S-parameters\n.control\nset noaskquit\nset numdgt=17\nset wr_singlescale\n"
-      "source " +
-          netlist.string() +
-          "\nrun\nlet f=real(frequency)\nlet a=real(S_2_1)\nlet b=imag(S_2_1)\n"
-          "let c=real(S_1_1)\nlet d=imag(S_1_1)\nwrdata " +
-          result.string() + " f a b c d\nquit 0\n.endc\n.end\n");
+  auto const script = folder.Write("run.cir", "* runs the netlist and writes its S-parameters\n"
+                                              ".control\nset noaskquit\nset numdgt=17\nset wr_singlescale\n"
+                                              "source " +
+                                                  netlist.string() +
+                                                  "\nrun\nlet hertz=real(frequency)\n"
+                                                  "let re21=real(S_2_1)\nlet im21=imag(S_2_1)\n"
+                                                  "let re11=real(S_1_1)\nlet im11=imag(S_1_1)\n"
+                                                  "wrdata result.txt hertz re21 im21 re11 im11\nquit 0\n.endc\n.end\n");
   std::string const command = "cd '" + folder.Path().string() + "' && timeout 60 /usr/bin/ngspice -b '" +
                               script.string() + "' > log.txt 2>&1 < /dev/null";
   EXPECT_EQ(std::system(command.c_str()), 0) << Content(folder.Path() / "log.txt");
   std::vector<SimulatorRow> rows;
-  std::istringstream text(Content(result));
+  std::istringstream text(Content(folder.Path() / "result.txt"));
   double scale = 0;
   for (SimulatorRow row{}; text >> scale >> row.frequency >> row.re21 >> row.im21 >> row.re11 >> row.im11;)
     rows.push_back(row);
@@ -101,8 +100,8 @@ void ExpectSimulatorAgrees(char const * file) {
 TEST(Examples, AnIndependentSimulatorAgrees) {
   if (!std::filesystem::exists("/usr/bin/ngspice"))
     GTEST_SKIP() << "ngspice is not installed";
-  for (char const * file :
-       {"lowpass/lowpass.cir", "attenuator/attenuator.cir", "sallenkey/sallenkey.cir", "transformer/transformer.cir"})
+  for (char const * file : {"lowpass/lowpass.cir", "attenuator/attenuator.cir", "branchline/branchline.cir",
+                            "sallenkey/sallenkey.cir", "transformer/transformer.cir"})
     ExpectSimulatorAgrees(file);
 }
 

@@ -103,16 +103,19 @@ TEST(NetworkProperty, PivotsAreChosenOnceForASmoothSweep) {
 }
 
 TEST(NetworkProperty, PivotsAreChosenAfreshWhenTheOldOnesFail) {
-  // A chain of gyrators with capacitors at their nodes: at 0 Hz those pivots are gone, the gyrators remain.
-  std::string lines = "V1 n0 0 portnum 1\nV2 n4 0 portnum 2\n";
+  // A capacitor behind a gyrator at each node: at 0 Hz those pivots are gone, only the gyrators remain.
+  std::string lines = "V1 n0 0 portnum 1\nV2 n3 0 portnum 2\n";
   for (int i = 0; i < 4; ++i) {
-    std::string const from = "n" + std::to_string(i), to = "n" + std::to_string(i + 1), name = std::to_string(i);
-    lines += "Ga" + name + " " + from + " 0 " + to + " 0 20m\nGb" + name + " 0 " + to + " " + from + " 0 20m\n";
-    lines += "C" + name + " " + to + " 0 1p\n";
+    std::string const number = std::to_string(i), node = "n" + number;
+    lines += "Ga" + number + " " + node + " 0 leaf" + number + " 0 20m\n";
+    lines += "Gb" + number + " 0 leaf" + number + " " + node + " 0 20m\n";
+    lines += "C" + number + " leaf" + number + " 0 1p\nR" + number + " " + node + " n" + std::to_string((i + 1) % 4) +
+             " 50\n";
   }
   rf::SParameterSolver solver(Build(lines));
   solver.At(1e12);
-  ExpectNear(solver.At(0)(1, 0), 1); // an even number of gyrators of 50 ohm is a matched connection
+  EXPECT_EQ(solver.FullFactorizations(), 1u);
+  ExpectNear(solver.At(0)(0, 0), -1); // an open end behind a gyrator is a short
   EXPECT_EQ(solver.FullFactorizations(), 2u);
 }
 
