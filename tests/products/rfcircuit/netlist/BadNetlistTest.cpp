@@ -348,6 +348,14 @@ TEST(BadNetlist, ACircuitWithoutPortsHasNoSParameters) {
             "test.cir: circuit: it has no ports; add voltage sources such as 'V1 in 0 dc 0 ac 1 portnum 1 z0 50'");
 }
 
+TEST(BadNetlist, AnEmptyNetlistHasNoPortsEither) {
+  for (char const * text : {"", "\n", "only a title", "title\n.end\n", "title\n* nothing\n"}) {
+    auto const circuit = rf::Elaborate(rf::ReadNetlistText(text, "empty.cir"));
+    EXPECT_NE(ErrorOf([&] { rf::SParameterSolver solver(circuit); }).find("empty.cir: circuit: it has no ports"),
+              std::string::npos);
+  }
+}
+
 TEST(BadNetlist, SenselessSweepsAreToldOnReading) {
   EXPECT_EQ(ErrorOfReading(".sp lin 0 1k 2k\n"),
             "test.cir:2: .sp: 0 is not a number of points; give a whole number from 1");

@@ -30,6 +30,10 @@ TEST(Singular, FullyCoupledInductorsInALoop) {
             std::string::npos);
 }
 
+TEST(Singular, APortBetweenGroundAndGroundIsAShort) {
+  ExpectNear(rf::SParameterSolver(Build("V1 0 0 portnum 1\n")).At(1e9)(0, 0), -1);
+}
+
 TEST(Singular, AfterAFailureTheSolverGoesOn) {
   rf::SParameterSolver solver(Build("V1 in 0 portnum 1\nR1 in 0 50\nG1 x 0 in 0 1m\nC1 x 0 1p\n"));
   EXPECT_NE(ErrorOf([&] { solver.At(0); }), "");
