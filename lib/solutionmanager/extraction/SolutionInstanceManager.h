@@ -2,13 +2,13 @@
 
 class BaseSolutionManager;
 
-/// The view of a manager's derived data that the post-processing framework takes, by solution.
+/// The view of derived data by solution identifier that the post-processing framework has of a manager.  One per
+/// manager, which owns it.
 class SolutionInstanceManager {
 public:
-  explicit SolutionInstanceManager(BaseSolutionManager * manager) : m_manager(manager) {}
-
-  BaseSolutionManager * GetBaseSolutionManager() const { return m_manager; }
+  explicit SolutionInstanceManager(BaseSolutionManager * manager) : m_solutionManager(manager) {}
+  BaseSolutionManager * GetSolutionManager() const { return m_solutionManager; }
 
 private:
-  BaseSolutionManager * m_manager;
+  BaseSolutionManager * m_solutionManager;
 };

@@ -3,9 +3,7 @@
 #include "basekit/diag/Assert.h"
 
 CManagedFilesMgr::CManagedFilesMgr(LongFileName const & resultsDir, IDesign * design)
-    : mResultsDir(resultsDir), m_design(design) {
-  KVRO_ASSERT(mResultsDir.IsDirectory());
-}
+    : mResultsDir(resultsDir), m_design(design) {}
 
 CManagedFilesMgr::~CManagedFilesMgr() = default;
 
@@ -63,6 +61,3 @@ bool CManagedFilesMgr::DeleteDirOrMoveDirToBackup(AString const &) {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
-
-// Nothing can have been created or deleted, so there is nothing to make final.
-void CManagedFilesMgr::Commit(LongFileName const &) {}

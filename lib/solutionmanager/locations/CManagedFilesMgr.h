@@ -1,19 +1,41 @@
 #pragma once
 
-#include "CoreInterfaces/solution/IBackupHelperForManagedFiles.h"
-#include "CoreInterfaces/solution/IHubBackupHelperForManagedFiles.h"
 #include "CoreInterfaces/solution/IManagedFileService.h"
 #include "basekit/file/LongFileName.h"
+#include "basekit/text/AString.h"
 
 class IDesign;
 
-/// Files of a design whose life is tied to saving it: what is created or deleted becomes final at the next commit.
-/// The service is not in use yet: every operation on files says so and does nothing.
+/// Moves and copies into the backup area of an integration platform; paths are full ones.
+class IHubBackupHelperForManagedFiles {
+public:
+  virtual bool MoveFileToBackup(AString const & path) = 0;
+  virtual bool MoveDirToBackup(AString const & path) = 0;
+  virtual bool CopyFileToBackup(AString const & path) = 0;
+  virtual bool CopyDirToBackup(AString const & path) = 0;
+
+protected:
+  ~IHubBackupHelperForManagedFiles() = default;
+};
+
+/// Deletions that a later restore can take back.
+class IBackupHelperForManagedFiles {
+public:
+  virtual bool DeleteFileOrMoveFileToBackup(AString const & path) = 0;
+  virtual bool DeleteDirOrMoveDirToBackup(AString const & path) = 0;
+  virtual bool CopyFileToBackup(AString const & path) = 0;
+  virtual bool CopyDirToBackup(AString const & path) = 0;
+
+protected:
+  ~IBackupHelperForManagedFiles() = default;
+};
+
+/// Files in a design's results folder whose life is tied to saving the design: what is created or deleted becomes
+/// final at the next save.  The services come with the result files of solves; until then each one says so.
 class CManagedFilesMgr : public IManagedFileService,
                          public IHubBackupHelperForManagedFiles,
                          public IBackupHelperForManagedFiles {
 public:
-  /// The results directory must be a directory name; the design stays the desktop's.
   CManagedFilesMgr(LongFileName const & resultsDir, IDesign * design);
   ~CManagedFilesMgr() override;
 
@@ -22,7 +44,6 @@ public:
   LongFileName GetFullPathForManagedFile(AString const & baseDir, AString const & fileName) override;
   LongFileName GetManagedFilesDir() override;
   AString GetManagedFilesRelativeDir() override;
-
   bool MoveFileToBackup(AString const & path) override;
   bool MoveDirToBackup(AString const & path) override;
   bool CopyFileToBackup(AString const & path) override;
@@ -30,8 +51,8 @@ public:
   bool DeleteFileOrMoveFileToBackup(AString const & path) override;
   bool DeleteDirOrMoveDirToBackup(AString const & path) override;
 
-  /// Makes final what was created and deleted, in the directory that is then the results directory.
-  void Commit(LongFileName const & resultsDir);
+  /// Makes what was created and deleted final; nothing can have been so far.
+  void Commit(LongFileName const &) {}
 
 private:
   LongFileName mResultsDir;

@@ -6,9 +6,12 @@
 #include "plotkit/SimValueContext.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
+CParsedExpressionCache::CParsedExpressionCache(AString const & expression, BaseSolutionManager const * manager)
+    : m_expression(expression), m_solutionManager(manager) {}
+
 CParsedExpressionCache::~CParsedExpressionCache() = default;
 
-void CParsedExpressionCache::EnsureComputed() {
+void CParsedExpressionCache::Compute() {
   if (!m_cacheComputed)
     PopulateCache();
   KVRO_ASSERT(m_cacheComputed);
@@ -16,46 +19,38 @@ void CParsedExpressionCache::EnsureComputed() {
 
 void CParsedExpressionCache::PopulateCache() {
   IKitDesktop * const desktop = GetIKitDesktop();
-  MessageQueueRestorer const restorer(desktop ? &desktop->GetMessageManager() : nullptr);
+  MessageQueueRestorer const silence(desktop ? &desktop->GetMessageManager() : nullptr);
   ISolutionMgr::ReportTypeMap reportTypes;
   m_expressionValid = m_solutionManager->GetQuantityTypeInfo(reportTypes, m_expression, &m_outputVars,
                                                              &m_simValuesByReportType, nullptr);
   m_cacheComputed = true;
 }
 
-void CParsedExpressionCache::SetResult(bool valid, std::map<unsigned, std::vector<AString>> const & simValues,
-                                       std::vector<OutputVariable *> const & variables) {
-  m_expressionValid = valid;
-  m_simValuesByReportType = simValues;
-  m_outputVars = variables;
-  m_cacheComputed = true;
-}
-
 bool CParsedExpressionCache::IsExpressionValid() {
-  EnsureComputed();
+  Compute();
   return m_expressionValid;
 }
 
 bool CParsedExpressionCache::AreThereQuantitiesOfType(unsigned reportType) {
-  EnsureComputed();
-  auto const found = m_simValuesByReportType.find(reportType);
-  return found != m_simValuesByReportType.end() && !found->second.empty();
+  Compute();
+  auto const at = m_simValuesByReportType.find(reportType);
+  return at != m_simValuesByReportType.end() && !at->second.empty();
 }
 
 void CParsedExpressionCache::GetReferencedReportTypes(std::vector<unsigned> & reportTypes) {
-  EnsureComputed();
-  for (auto const & item : m_simValuesByReportType)
-    reportTypes.push_back(item.first);
+  Compute();
+  for (auto const & [reportType, texts] : m_simValuesByReportType)
+    reportTypes.push_back(reportType);
 }
 
 void CParsedExpressionCache::GetReferencedOutputVars(std::vector<OutputVariable *> & variables) {
-  EnsureComputed();
+  Compute();
   variables.insert(variables.end(), m_outputVars.begin(), m_outputVars.end());
 }
 
 void CParsedExpressionCache::GetReferencedSimValues(std::vector<AString> & texts, unsigned reportType) {
-  EnsureComputed();
-  for (auto const & [type, simValues] : m_simValuesByReportType)
+  Compute();
+  for (auto const & [type, ofType] : m_simValuesByReportType)
     if (reportType == kAllReportTypes || reportType == type)
-      texts.insert(texts.end(), simValues.begin(), simValues.end());
+      texts.insert(texts.end(), ofType.begin(), ofType.end());
 }

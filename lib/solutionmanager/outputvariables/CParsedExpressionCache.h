@@ -8,35 +8,32 @@
 class BaseSolutionManager;
 class OutputVariable;
 
-/// What one expression refers to, analysed once, on the first question.  It stands for the text and the design as they
-/// were then, and lives no longer than one synchronisation.  The manager and the variables outlive it.
+/// Answers questions about one expression from one analysis of it, made on the first question: is it valid, which
+/// report types, sim values and output variables does it refer to.  It stands for the text and the design as they were
+/// then.  Neither the manager nor the variables are owned.
 class CParsedExpressionCache {
 public:
   static constexpr unsigned kAllReportTypes = 0xFFFFFFFF;
 
-  CParsedExpressionCache(AString const & expression, BaseSolutionManager const * solutionManager)
-      : m_expression(expression), m_solutionManager(solutionManager) {}
+  CParsedExpressionCache(AString const & expression, BaseSolutionManager const * manager);
   CParsedExpressionCache(CParsedExpressionCache const &) = default;
   CParsedExpressionCache & operator=(CParsedExpressionCache const &) = default;
   virtual ~CParsedExpressionCache();
 
   bool IsExpressionValid();
   bool AreThereQuantitiesOfType(unsigned reportType);
-  /// Append, report types in ascending order.
+  /// The list operations append.
   void GetReferencedReportTypes(std::vector<unsigned> & reportTypes);
   void GetReferencedOutputVars(std::vector<OutputVariable *> & variables);
+  /// The sim value texts of one report type, or of all in ascending order of type.
   void GetReferencedSimValues(std::vector<AString> & texts, unsigned reportType);
   BaseSolutionManager const * GetSolutionManager() const { return m_solutionManager; }
 
 protected:
   virtual void PopulateCache();
-  /// For a PopulateCache of a derived class.
-  AString const & GetExpression() const { return m_expression; }
-  void SetResult(bool valid, std::map<unsigned, std::vector<AString>> const & simValues,
-                 std::vector<OutputVariable *> const & variables);
 
 private:
-  void EnsureComputed();
+  void Compute();
 
   AString m_expression;
   BaseSolutionManager const * m_solutionManager;

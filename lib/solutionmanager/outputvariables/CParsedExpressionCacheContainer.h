@@ -1,27 +1,31 @@
 #pragma once
 
-#include "solutionmanager/outputvariables/CParsedExpressionCache.h"
-
-#include <memory>
 #include <vector>
 
-/// The expression caches of one trace, owned.  Copying is for putting an empty container into a map: copies share the
-/// elements, and the last one frees them.
+class CParsedExpressionCache;
+
+/// The expression caches of one trace, owned.  A copy shares the caches of its source and never frees them: copying is
+/// meant for an empty container that enters a map.
 class CParsedExpressionCacheContainer {
 public:
   using iterator = std::vector<CParsedExpressionCache *>::iterator;
 
+  CParsedExpressionCacheContainer() = default;
+  CParsedExpressionCacheContainer(CParsedExpressionCacheContainer const & other);
+  CParsedExpressionCacheContainer & operator=(CParsedExpressionCacheContainer const & other);
+  ~CParsedExpressionCacheContainer();
+
   /// Takes ownership.
-  void AddElement(CParsedExpressionCache * element) {
-    m_elements.push_back(element);
-    m_owned->emplace_back(element);
+  void AddElement(CParsedExpressionCache * cache) {
+    m_caches.push_back(cache);
+    m_owned.push_back(cache);
   }
-  iterator GetFirstElementForEdit() { return m_elements.begin(); }
-  iterator GetLastElementForEdit() { return m_elements.end(); }
+  iterator GetFirstElementForEdit() { return m_caches.begin(); }
+  iterator GetLastElementForEdit() { return m_caches.end(); }
 
 private:
-  using Owned = std::vector<std::unique_ptr<CParsedExpressionCache>>;
+  void DeleteOwned();
 
-  std::vector<CParsedExpressionCache *> m_elements;
-  std::shared_ptr<Owned> m_owned = std::make_shared<Owned>();
+  std::vector<CParsedExpressionCache *> m_caches;
+  std::vector<CParsedExpressionCache *> m_owned; ///< those that were added here
 };

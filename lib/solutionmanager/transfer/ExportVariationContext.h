@@ -3,9 +3,11 @@
 #include "basekit/id/Id.h"
 #include "basekit/text/AString.h"
 
-/// The one variation that a design point export writes, while it runs.
-struct ExportVariationContext {
+/// The one variation that is being exported; while a manager has one, its definition blocks are cut down to it.
+class ExportVariationContext {
+public:
   AString designVariationKey;
   long designVariationID = id::invalidID;
-  bool savedState = true; ///< false on the path that exports a design in its unsaved state
+  /// True when the export rests on the saved state of the project.
+  bool isSavedState = true;
 };

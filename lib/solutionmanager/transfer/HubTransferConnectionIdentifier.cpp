@@ -1,8 +1,11 @@
 #include "solutionmanager/transfer/HubTransferConnectionIdentifier.h"
 
+#include "basekit/io/CBlock.h"
 #include "basekit/io/DoDataExchange.h"
 
 HubTransferConnectionIdentifier::~HubTransferConnectionIdentifier() = default;
+
+AString HubTransferConnectionIdentifier::GetItemName() const { return L"TransferConnectionIdentifier"; }
 
 io::ReadError HubTransferConnectionIdentifier::DoDataExchange(io::CBlock & block, bool reading) {
   io::CReadError result;

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "basekit/io/CStreamio_block_object.h"
-#include "basekit/text/AString.h"
 
-/// Names a connection over which another component fetches solved data.
+/// Names a transfer connection: the kind of transfer and the connection's GUID.
 class HubTransferConnectionIdentifier : public io::CStreamio_block_object {
 public:
   HubTransferConnectionIdentifier() = default;
@@ -11,7 +10,7 @@ public:
       : m_transferType(transferType), m_guid(guid) {}
   ~HubTransferConnectionIdentifier() override;
 
-  AString GetItemName() const override { return L"TransferConnectionIdentifier"; }
+  AString GetItemName() const override;
   io::ReadError DoDataExchange(io::CBlock & block, bool reading) override;
 
   AString const & GetTransferType() const { return m_transferType; }
