@@ -25,9 +25,7 @@ class CBlock;
 /// still needs solving and hands solve requests to the desktop's simulation service; a product derives its own class.
 /// Sweep definitions are plain records that the setup holds but frees only in RemoveAllSweeps; a setup made from
 /// another shares them.  A copy shares solutions and records and never frees them.
-class BaseSimulationSetup : public ITaskSetup,
-                            public ISimulationSetupForSweepwise,
-                            public virtual ISimulationSetup {
+class BaseSimulationSetup : public ITaskSetup, public ISimulationSetupForSweepwise, public virtual ISimulationSetup {
 public:
   using SolutionMap = std::map<long, BaseSolution *>;
 
@@ -82,6 +80,9 @@ protected:
   /// Makes a solution that the design file knows and the library does not; null skips its block.
   virtual BaseSolution * CustomCreateSolutionWhileReading(io::CBlock const & block, long id);
   virtual void CustomWriteAdditionalSolutionData(BaseSolution const * solution, io::CBlock & block);
+
+  /// For overrides of CreateSolution: the first solution created becomes the default one.
+  BaseSolution * BecomeDefaultIfFirst(BaseSolution * solution);
 
 public:
   // ISimulationSetupForSweepwise, ISimulationSetup
@@ -157,7 +158,6 @@ private:
   friend class CAllSolutionsDeltaState;
 
   void DeleteContents();
-  BaseSolution * BecomeDefaultIfFirst(BaseSolution * solution);
   std::vector<long> SolutionsToSolve(AString const & variation, std::vector<long> const & solutionIDs) const;
   io::ReadError ReadSolutionOfDesignFile(io::CBlock const & solutionBlock);
 

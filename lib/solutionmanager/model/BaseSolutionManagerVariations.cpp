@@ -4,6 +4,8 @@
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "basekit/value/VariableValues.h"
+#include "basekit/value/variation/VariationKeyVariableServer.h"
 #include "solutionmanager/address/VariationIDIndex.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/VariationIdTable.h"

@@ -25,7 +25,7 @@ CBlock_ptr<CBlock_item> BinaryReader::Item(int depth) {
     return depth == 0 && Value(*value) ? CBlock_ptr<CBlock_item>(value) : CBlock_ptr<CBlock_item>();
   }
   AString name;
-  if (!Text(name))
+  if (!Name(name))
     return {};
   switch (static_cast<ItemTag>(tag)) {
   case ItemTag::Func: {
@@ -48,7 +48,7 @@ CBlock_ptr<CBlock_item> BinaryReader::Item(int depth) {
 bool BinaryReader::BlockHead(AString & name, std::size_t & end) {
   unsigned char tag = 0;
   std::uint64_t length = 0;
-  if (!Byte(tag) || tag != static_cast<unsigned char>(ItemTag::Block) || !Text(name) || !Eight(length) ||
+  if (!Byte(tag) || tag != static_cast<unsigned char>(ItemTag::Block) || !Name(name) || !Eight(length) ||
       length > Left())
     return false;
   end = m_position + static_cast<std::size_t>(length);
@@ -106,7 +106,7 @@ bool BinaryReader::Run(CBlock_func_arg & arguments, bool mayBeNamed) {
   }
   case RunTag::Named: {
     AString name;
-    if (!mayBeNamed || !Text(name))
+    if (!mayBeNamed || !Name(name))
       return false;
     CBlock_ptr<CBlock_named_value> named(new CBlock_named_value(name));
     arguments.AppendArgument(named);
@@ -176,24 +176,54 @@ bool BinaryReader::Value(CBlock_value & value) {
   return false;
 }
 
-bool BinaryReader::Text(AString & text) {
+bool BinaryReader::TextBytes(std::string_view & bytes, bool & areCodes) {
   std::uint64_t head = 0;
   if (!Count(head) || head / 2 > Left())
     return false;
-  auto const bytes = m_bytes.substr(m_position, static_cast<std::size_t>(head / 2));
+  areCodes = head % 2 != 0;
+  bytes = m_bytes.substr(m_position, static_cast<std::size_t>(head / 2));
   m_position += bytes.size();
-  if (head % 2 == 0)
-    return text::FromUtf8Strict(bytes, text);
-  if (bytes.size() % 4 != 0)
+  return true;
+}
+
+bool BinaryReader::Decode(std::string_view bytes, bool areCodes, AString & text) {
+  m_scratch.clear();
+  if (!areCodes) {
+    if (std::any_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }))
+      return text::FromUtf8Strict(bytes, text);
+    m_scratch.assign(bytes.begin(), bytes.end());
+  } else if (bytes.size() % 4 != 0) {
     return false;
-  std::wstring wide;
-  for (std::size_t at = 0; at < bytes.size(); at += 4) {
+  }
+  for (std::size_t at = 0; areCodes && at < bytes.size(); at += 4) {
     std::uint32_t code = 0;
     for (unsigned i = 0; i < 4; ++i)
       code |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + i])) << (8 * i);
-    wide += static_cast<wchar_t>(code);
+    m_scratch += static_cast<wchar_t>(code);
   }
-  text = AString(std::wstring_view(wide));
+  text = AString(std::wstring_view(m_scratch));
+  return true;
+}
+
+bool BinaryReader::Text(AString & text) {
+  std::string_view bytes;
+  bool areCodes = false;
+  return TextBytes(bytes, areCodes) && Decode(bytes, areCodes, text);
+}
+
+bool BinaryReader::Name(AString & name) {
+  std::string_view bytes;
+  bool areCodes = false;
+  if (!TextBytes(bytes, areCodes))
+    return false;
+  if (auto const * known = areCodes ? nullptr : m_known.Find(bytes)) {
+    name = *known;
+    return true;
+  }
+  if (!Decode(bytes, areCodes, name))
+    return false;
+  if (!areCodes)
+    m_known.Keep(bytes, name);
   return true;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "basekit/io/CBlock_ptr.h"
+#include "basekit/io/KnownNames.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace io {
@@ -27,6 +29,9 @@ private:
   bool Run(CBlock_func_arg & arguments, bool mayBeNamed);
   bool Value(CBlock_value & value);
   bool Text(AString & text);
+  bool Name(AString & name);
+  bool TextBytes(std::string_view & bytes, bool & areCodes);
+  bool Decode(std::string_view bytes, bool areCodes, AString & text);
   bool Byte(unsigned char & byte);
   bool Count(std::uint64_t & count);
   bool Eight(std::uint64_t & bits);
@@ -35,6 +40,8 @@ private:
 
   std::string_view m_bytes;
   std::size_t m_position;
+  std::wstring m_scratch;
+  KnownNames m_known;
 };
 
 } // namespace io

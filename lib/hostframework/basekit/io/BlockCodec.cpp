@@ -19,15 +19,6 @@ bool KeepIf(bool written, std::string & out, std::size_t formerSize) {
   return written;
 }
 
-bool BytesOf(AString const & packed, std::string & bytes) {
-  for (wchar_t const c : packed.View()) {
-    if (static_cast<unsigned long>(c) > 0xFF)
-      return false;
-    bytes += static_cast<char>(c);
-  }
-  return true;
-}
-
 } // namespace
 
 bool EncodeItem(CBlock_item const & item, Form form, int precision, std::string & out) {
@@ -80,11 +71,27 @@ bool DecodeBlock(std::string_view bytes, Form form, CBlock & out) {
   return static_cast<bool>(block);
 }
 
+bool PackedBytes(AString const & packed, std::string & bytes) {
+  bytes.clear();
+  bool const isBinary = !packed.empty() && packed[0] > 0 && packed[0] < 0x20 && IsItemTag(static_cast<char>(packed[0]));
+  if (!isBinary) {
+    bytes = text::ToUtf8(packed);
+    return true;
+  }
+  for (wchar_t const c : packed.View()) {
+    if (static_cast<unsigned long>(c) > 0xFF)
+      return false;
+    bytes += static_cast<char>(c);
+  }
+  return true;
+}
+
 CBlock_ptr<CBlock_item> DecodePacked(AString const & packed) {
   std::string bytes;
-  if (packed.empty() || packed[0] >= 0x20)
-    return DecodeItem(text::ToUtf8(packed), Form::Text);
-  return BytesOf(packed, bytes) ? DecodeItem(bytes, Form::Binary) : CBlock_ptr<CBlock_item>();
+  if (!PackedBytes(packed, bytes))
+    return {};
+  bool const isBinary = !bytes.empty() && IsItemTag(bytes.front());
+  return DecodeItem(bytes, isBinary ? Form::Binary : Form::Text);
 }
 
 } // namespace io

@@ -27,7 +27,9 @@ AString CStreamio_object::Pack() const { return Pack(kExactDigits, kStreamPlain)
 AString CStreamio_object::BinaryPack() const { return Pack(kExactDigits, kStreamBinary); }
 
 bool CStreamio_object::Unpack(AString const & packed) {
-  auto const bytes = text::ToUtf8(packed);
+  std::string bytes;
+  if (!PackedBytes(packed, bytes))
+    return false;
   ByteIstream in(bytes);
   read(in);
   return !in.fail() && in.AtEnd();

@@ -21,13 +21,6 @@ bool IsNumberPart(char c) { return IsWordPart(c) || c == '-' || c == '+'; }
 
 bool IsMarkCharacter(char c) { return std::string_view("(){}[]=,").find(c) != std::string_view::npos; }
 
-std::size_t HashOf(std::string_view raw) {
-  std::size_t hash = raw.size();
-  for (char const c : raw)
-    hash = hash * 31 + static_cast<unsigned char>(c);
-  return hash;
-}
-
 bool WordValue(std::string_view word, CBlock_value & value) {
   if (word == "true")
     value = CBlock_value(true);
@@ -123,14 +116,13 @@ bool TextLexer::Text(Token const & token, AString & text) {
 }
 
 bool TextLexer::Name(Token const & token, AString & name) {
-  auto & known = m_known[HashOf(token.text) % m_known.size()];
-  if (token.text.empty() || known.raw != token.text) {
-    if (!Text(token, name))
-      return false;
-    known = Known{token.text, name};
+  if (auto const * known = m_known.Find(token.text)) {
+    name = *known;
     return true;
   }
-  name = known.name;
+  if (!Text(token, name))
+    return false;
+  m_known.Keep(token.text, name);
   return true;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "basekit/io/CToken.h"
+#include "basekit/io/KnownNames.h"
 
-#include <array>
 #include <string>
 #include <string_view>
 
@@ -47,11 +47,7 @@ private:
   std::string_view m_bytes;
   std::size_t m_position;
   std::wstring m_scratch;
-  struct Known {
-    std::string_view raw;
-    AString name;
-  };
-  std::array<Known, 64> m_known;
+  KnownNames m_known;
 };
 
 /// The value that a word, number or quoted token stands for; false for anything else.

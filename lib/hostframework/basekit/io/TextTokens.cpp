@@ -11,6 +11,8 @@ namespace io {
 
 namespace {
 
+constexpr double kAlwaysExact = 9007199254740992.0; // 2^53
+
 bool IsWordStart(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c == L'_'; }
 
 bool IsWordPart(wchar_t c) { return IsWordStart(c) || (c >= L'0' && c <= L'9') || c == L'.'; }
@@ -109,8 +111,12 @@ void AppendReal(std::string & out, double value, int digits) {
   } else {
     char buffer[40];
     bool const exact = digits <= 0 || digits >= kExactDigits;
-    auto const end = exact ? std::to_chars(buffer, buffer + sizeof buffer, value)
-                           : std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, digits);
+    // Beyond 2^53 a floating number is told from a whole one by its exponent, so that runs stay runs.
+    char * const last = buffer + sizeof buffer;
+    auto const end = !exact ? std::to_chars(buffer, last, value, std::chars_format::general, digits)
+                     : std::fabs(value) < kAlwaysExact
+                         ? std::to_chars(buffer, last, value)
+                         : std::to_chars(buffer, last, value, std::chars_format::scientific);
     AppendTidied(out, buffer, end.ptr);
   }
 }

@@ -1,0 +1,44 @@
+#include "tests/solutionmanager/support/TestDesktop.h"
+
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
+
+namespace support {
+
+void TestProject::GetResultsFolder(LongFileName & folder, bool) const { folder = LongFileName(resultsFolder); }
+
+bool TestProject::CreateResultsFolder(LongFileName const & folder) { return LFN_CreateDirectoryAndParents(folder); }
+
+IDesign * TestInstance::GetIDesign() const { return &m_design; }
+
+ISimulationService * TestInstance::GetSimulationService() const { return m_design.GetSimulationService(); }
+
+int TestService::IsSolutionSolving(IDesignInstance *, long, std::vector<long> const & solutionIDs) {
+  asked = solutionIDs;
+  return solving ? 1 : 0;
+}
+
+bool TestService::SubmitSolve(IDesignInstance *, std::vector<SolutionVariationKey> const & keys, void const *,
+                              void const *, long const * parentID, int, int, AString const &, long a, long b) {
+  submitted = keys;
+  parent = *parentID;
+  lastA = a;
+  lastB = b;
+  return accepts;
+}
+
+void TestDesign::GetDesignInstances(std::vector<IDesignInstance *> &) const {}
+
+TestKitDesktop::TestKitDesktop() : m_former(SetIKitDesktop(this)) { m_messages.AddListener(this); }
+
+TestKitDesktop::~TestKitDesktop() {
+  m_messages.RemoveListener(this);
+  SetIKitDesktop(m_former);
+}
+
+void TestKitDesktop::OnMessage(KelvroMessage const & message) {
+  auto const & arguments = message.Arguments().GetArgs();
+  posted.emplace_back(message.GetNumber(), arguments.empty() ? AString() : arguments.front());
+}
+
+} // namespace support

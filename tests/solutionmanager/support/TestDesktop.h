@@ -1,0 +1,117 @@
+#pragma once
+
+#include "CoreInterfaces/desktop/IDesign.h"
+#include "CoreInterfaces/desktop/IDesignInstance.h"
+#include "CoreInterfaces/desktop/IKitDesktop.h"
+#include "CoreInterfaces/desktop/IProductInfo.h"
+#include "CoreInterfaces/desktop/IProject.h"
+#include "CoreInterfaces/desktop/ISimulationService.h"
+#include "basekit/message/KelvroMessage.h"
+#include "basekit/message/MessageManager.h"
+#include "solutionmanager/address/SolutionVariationKey.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <set>
+
+namespace support {
+
+/// A desktop of one project with one design, over a real folder.  What the library asks of it is answered plainly, and
+/// what the library tells it is counted.
+class TestProject : public IProject {
+public:
+  explicit TestProject(AString const & resultsFolder) : resultsFolder(resultsFolder) {}
+  AString GetName() const override { return L"Project"; }
+  void GetResultsFolder(LongFileName & folder, bool forWriting) const override;
+  bool CreateResultsFolder(LongFileName const & folder) override;
+  bool HasUnsavedChanges() const override { return false; }
+
+  AString resultsFolder;
+};
+
+class TestDesign;
+
+class TestInstance : public IDesignInstance {
+public:
+  TestInstance(TestDesign & design, AString const & variation) : m_design(design), m_variation(variation) {}
+  long GetID() const override { return 7; }
+  IDesign * GetIDesign() const override;
+  AString GetVariationKey() const override { return m_variation; }
+  void GetNominalVariableValues(VariableValues &) const override {}
+  ISimulationService * GetSimulationService() const override;
+
+private:
+  TestDesign & m_design;
+  AString m_variation;
+};
+
+class TestService : public ISimulationService {
+public:
+  int IsSolutionSolving(IDesignInstance *, long, std::vector<long> const & solutionIDs) override;
+  int IsSetupSolving(IDesignInstance *, long) override { return solving ? 1 : 0; }
+  bool SubmitSolve(IDesignInstance *, std::vector<SolutionVariationKey> const & keys, void const *, void const *,
+                   long const * parentID, int, int, AString const &, long a, long b) override;
+
+  bool solving = false;
+  bool accepts = true;
+  std::vector<SolutionVariationKey> submitted;
+  std::vector<long> asked;
+  long parent = 0;
+  long lastA = 0;
+  long lastB = 0;
+};
+
+class TestDesign : public IDesign, public IProductInfo {
+public:
+  explicit TestDesign(AString const & resultsFolder) : project(resultsFolder) {}
+
+  AString GetName() const override { return name; }
+  long GetDesignID() const override { return designID; }
+  IProject * GetIProject() const override { return hasProject ? const_cast<TestProject *>(&project) : nullptr; }
+  IProductInfo const * GetProductInfo() const override { return this; }
+  AString GetProductName() const override { return L"TestProduct"; }
+  IReportUpdateService * GetReportUpdateService() const override { return reportUpdateService; }
+  bool IsV2Design() const override { return isV2; }
+  void GetDesignInstances(std::vector<IDesignInstance *> & instances) const override;
+  void NotifySolutionsChanged() override { ++changes; }
+  void NotifySolutionDataDeleted(long) override { ++deletions; }
+  ISimValueManagerHost * GetSimValueManagerHost() const override { return nullptr; }
+  ISimulationService * GetSimulationService() const override { return const_cast<TestService *>(&service); }
+  IDesignEditor * GetDesignEditor() const override { return nullptr; }
+  void GetPropertyVariables(std::vector<Variable *> &) const override {}
+  void GetFurtherVariables(std::vector<Variable *> &) const override {}
+  IVariableServer * GetVariableServer() const override { return nullptr; }
+  IVariableServer * GetProjectVariableServer() const override { return nullptr; }
+  void GetDefaultVariableValues(VariableValues &) const override {}
+  void SetupVariableNameSpace(VariableNameSpace &, bool) const override {}
+  void SetupVNSForPostProcessing(VariableNameSpace &) const override {}
+
+  AString name = L"Design";
+  long designID = 3;
+  TestProject project;
+  bool hasProject = true;
+  bool isV2 = false;
+  IReportUpdateService * reportUpdateService = nullptr;
+  TestService service;
+  int changes = 0;
+  int deletions = 0;
+};
+
+/// The desktop itself, installed for its life; messages are kept by number with their first argument.
+class TestKitDesktop : public IKitDesktop, public IMessageListener {
+public:
+  TestKitDesktop();
+  ~TestKitDesktop() override;
+  bool IsReportRewriteEnabled() const override { return rewrite; }
+  bool UsesPostProcessingVariables() const override { return false; }
+  MessageManager & GetMessageManager() override { return m_messages; }
+  void OnMessage(KelvroMessage const & message) override;
+
+  bool rewrite = false;
+  std::vector<std::pair<long, AString>> posted;
+
+private:
+  MessageManager m_messages;
+  IKitDesktop * m_former;
+};
+
+} // namespace support
