@@ -46,10 +46,9 @@ FrequencySweep MakeSweep(FrequencySweep::Kind kind, SweepNumbers const & numbers
 }
 
 std::optional<FrequencySweep::Kind> KindOf(AString const & word) {
-  for (auto const & [name, kind] : {std::pair{L"lin", FrequencySweep::Kind::Linear},
-                                    std::pair{L"dec", FrequencySweep::Kind::Decade},
-                                    std::pair{L"oct", FrequencySweep::Kind::Octave},
-                                    std::pair{L"list", FrequencySweep::Kind::List}})
+  for (auto const & [name, kind] :
+       {std::pair{L"lin", FrequencySweep::Kind::Linear}, std::pair{L"dec", FrequencySweep::Kind::Decade},
+        std::pair{L"oct", FrequencySweep::Kind::Octave}, std::pair{L"list", FrequencySweep::Kind::List}})
     if (AString::MatchNoCase(word, name))
       return kind;
   return std::nullopt;
@@ -69,8 +68,7 @@ SweepDefinition::SweepType TypeOf(FrequencySweep::Kind kind) {
 }
 
 std::optional<FrequencySweep::Kind> KindOf(SweepDefinition::SweepType type) {
-  for (auto const kind :
-       {FrequencySweep::Kind::Linear, FrequencySweep::Kind::Decade, FrequencySweep::Kind::Octave})
+  for (auto const kind : {FrequencySweep::Kind::Linear, FrequencySweep::Kind::Decade, FrequencySweep::Kind::Octave})
     if (TypeOf(kind) == type)
       return kind;
   return std::nullopt;
