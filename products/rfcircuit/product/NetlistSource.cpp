@@ -33,7 +33,7 @@ AString Summary(rf::Netlist const & netlist, rf::Circuit const & circuit, std::s
                     Counted(circuit.Elements().size() - circuit.Ports().size(), L"element") + L", " +
                     Counted(sweeps, L"sweep");
   if (!netlist.Transients().empty())
-    summary += L" (" + Counted(netlist.Transients().size(), L".tran line") + L" left out)";
+    summary += AString(L" (") + Counted(netlist.Transients().size(), L".tran line") + L" left out)";
   return summary;
 }
 
