@@ -77,6 +77,27 @@ TEST_F(LibraryFaults, ASaveThatFailsLeavesTheBlockAsItWas) {
            [](Library & library, bool succeeded) { ASSERT_EQ(Load(library, L"A"), succeeded ? L"new" : L"old"); });
 }
 
+// Invariant 4.
+TEST_F(LibraryFaults, ASaveThatFailsLeavesTheFileAsItWas) {
+  for (bool const forGood : {false, true}) {
+    Library library;
+    Start(library);
+    auto const before = Bytes(PrivateOf(Path()));
+    FaultyFileSystem faulty;
+    faulty.FailAt(1, forGood);
+    io::CBlock batch =
+        Batch({{L"A", L"new"}, {L"C", L"a longer text, so that half of the write holds a whole record"}});
+    ASSERT_NE(library.SaveBlocks(batch), 0);
+    EXPECT_EQ(Bytes(PrivateOf(Path())) == before, !forGood)
+        << "a file that can't be shortened is, before the next write";
+    faulty.FailAt(0, false);
+    ASSERT_EQ(Save(library, L"A", L"short"), 0);
+    auto const after = Bytes(PrivateOf(Path()));
+    EXPECT_EQ(after.substr(0, before.size()), before);
+    EXPECT_EQ(after.find("longer"), after.npos);
+  }
+}
+
 TEST_F(LibraryFaults, AFirstSaveThatFailsLeavesNothingBehind) {
   for (bool const forGood : {false, true})
     for (int n = 1; n < 4; ++n) {
@@ -192,15 +213,18 @@ TEST_F(LibraryFaults, ACommitThatReturnedZeroSurvivesALossOfPower) {
 TEST_F(LibraryFaults, ALossOfPowerAmidACommitLeavesTheFormerOrTheNewState) {
   bool hasFailed = true;
   for (int n = 1; hasFailed; ++n) {
-    ASSERT_LT(n, 100);
+    ASSERT_LT(n, 1000);
     Library library;
     FaultyFileSystem faulty;
     Start(library);
     Save(library, L"A", L"new");
-    faulty.FailAt(n, true);
+    faulty.FailAt(1 + n / 10, true);
     library.UpdateOriginal();
     hasFailed = faulty.HasFailed();
-    faulty.LosePower();
+    if (n % 10 == 0)
+      faulty.LosePower();
+    else
+      faulty.LosePowerOutOfOrder(static_cast<std::size_t>(n % 10) * 100);
     Crash(Path(), Path(L"after.qsol"));
     faulty.FailAt(0, false);
     Library again(Path(L"after.qsol"), kOrdinary);
