@@ -54,9 +54,9 @@ protected:
         SCOPED_TRACE(testing::Message() << "operation " << n << (forGood ? " and all later ones" : ""));
         ASSERT_LT(n, 200);
         m_at = Path();
+        FaultyFileSystem faulty;
         Library library;
         Start(library);
-        FaultyFileSystem faulty;
         faulty.FailAt(n, forGood);
         bool const succeeded = operation(library) == 0;
         hasFailed = faulty.HasFailed();
@@ -80,10 +80,10 @@ TEST_F(LibraryFaults, ASaveThatFailsLeavesTheBlockAsItWas) {
 // Invariant 4.
 TEST_F(LibraryFaults, ASaveThatFailsLeavesTheFileAsItWas) {
   for (bool const forGood : {false, true}) {
+    FaultyFileSystem faulty;
     Library library;
     Start(library);
     auto const before = Bytes(PrivateOf(Path()));
-    FaultyFileSystem faulty;
     faulty.FailAt(1, forGood);
     io::CBlock batch =
         Batch({{L"A", L"new"}, {L"C", L"a longer text, so that half of the write holds a whole record"}});
@@ -102,8 +102,8 @@ TEST_F(LibraryFaults, AFirstSaveThatFailsLeavesNothingBehind) {
   for (bool const forGood : {false, true})
     for (int n = 1; n < 4; ++n) {
       auto const path = Path(forGood ? L"good.qsol" : L"once.qsol");
-      Library library(path, kOrdinary);
       FaultyFileSystem faulty;
+      Library library(path, kOrdinary);
       faulty.FailAt(n, forGood);
       bool const succeeded = Save(library, L"A", L"one") == 0;
       EXPECT_EQ(succeeded, !faulty.HasFailed());
@@ -144,9 +144,9 @@ TEST_F(LibraryFaults, ARewriteThatFailsLosesNothing) {
 
 TEST_F(LibraryFaults, AResetThatFailsIsDoneOrNotDone) {
   for (int n = 1; n < 4; ++n) {
+    FaultyFileSystem faulty;
     Library library;
     Start(library);
-    FaultyFileSystem faulty;
     faulty.FailAt(n, true);
     library.ResetPrivateLib();
     bool const failed = faulty.HasFailed();
@@ -237,10 +237,10 @@ TEST_F(LibraryFaults, ALossOfPowerAmidACommitLeavesTheFormerOrTheNewState) {
 // Invariant 5.
 TEST_F(LibraryFaults, AFailedSyncIsFollowedByAWholeNewFile) {
   for (int n = 1; n < 30; ++n) {
+    FaultyFileSystem faulty;
     Library library;
     Start(library);
     auto const before = Bytes(Path()).substr(0, 76);
-    FaultyFileSystem faulty;
     faulty.FailAt(n, false);
     bool const succeeded = library.UpdateOriginal() == 0;
     bool const wasSync = !succeeded && Narrow(library.LastError()).find("sync") != std::string::npos;
