@@ -23,6 +23,10 @@ inline constexpr int kMaxDepth = 512;
 /// Reads one block (item) and nothing else but blanks; false, and out as it was, for anything else.
 [[nodiscard]] bool DecodeBlock(std::string_view bytes, Form form, CBlock & out);
 [[nodiscard]] CBlock_ptr<CBlock_item> DecodeItem(std::string_view bytes, Form form);
+/// The bytes of what a Pack gave: UTF-8 of a text, of the binary form one byte a character; false when it is neither.
+[[nodiscard]] bool PackedBytes(AString const & packed, std::string & bytes);
+/// Reads what a Pack gave, of either form.
+[[nodiscard]] CBlock_ptr<CBlock_item> DecodePacked(AString const & packed);
 /// Reads the item at the position, whatever its form, and moves behind it; null, and not moved, on a failure.
 [[nodiscard]] CBlock_ptr<CBlock_item> DecodeItemAt(std::string_view bytes, std::size_t & position);
 

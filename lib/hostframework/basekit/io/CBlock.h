@@ -17,7 +17,7 @@ class CBlockVecPtr;
 
 /// A named list of items in order of insertion, with a name index that ignores case.  Items given by reference are
 /// copied deep, items given by pointer are shared: a later change of theirs shows here.  Copies of a block are deep.
-/// Look-ups set the found flag and never throw.
+/// A null pointer or a bare value cannot be a child: an assertion.  Look-ups set the found flag and never throw.
 class CBlock final : public CBlock_item {
 public:
   using iterator = std::vector<CBlock_ptr<CBlock_item>>::const_iterator;

@@ -55,6 +55,8 @@ public:
   void AppendReals(std::span<double const> values);
   void AppendIntegers(std::span<long const> values);
   void AppendTexts(std::span<AString const> values);
+  void AppendRun(std::vector<double> && values);
+  void AppendRun(std::vector<long> && values);
 
   /// The first argument of that name, case ignored, or null.
   CBlock_named_value const * FindArgument(AString const & name) const;
@@ -66,12 +68,16 @@ public:
   void Skip(iterator & place, std::size_t count) const;
 
 private:
-  using Reals_t = std::vector<double>;
-  using Integers_t = std::vector<long>;
-  using Texts_t = std::vector<AString>;
-  using Run = std::variant<CBlock_ptr<CBlock_named_value>, Reals_t, Integers_t, Texts_t, CBlock_value>;
+  using RealRun = std::vector<double>;
+  using IntegerRun = std::vector<long>;
+  using TextRun = std::vector<AString>;
+  using Run = std::variant<CBlock_ptr<CBlock_named_value>, RealRun, IntegerRun, TextRun, CBlock_value>;
 
   static std::size_t RunSize(Run const & run);
+  template <class RunType> RunType * LastRun();
+  template <class RunType> RunType & RunToExtend();
+  template <class RunType> std::span<typename RunType::value_type const> RestOfRun(iterator const & from) const;
+  RealRun & RealsToExtend();
 
   std::vector<Run> m_runs;
 };

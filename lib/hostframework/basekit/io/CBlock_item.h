@@ -19,13 +19,11 @@ public:
   /// A deep copy on the heap, with no holder.
   CBlock_item * Clone() const;
 
+  /// Takes the next item, which must be of the same kind and of the same name, if this one has a name.
   void read(CAbstract_istream & stream) override;
   void write(CAbstract_ostream & stream) const override;
-  AString Pack(int digits, int flags) const override;
-  AString Pack() const override;
-  AString BinaryPack() const override;
+  /// Takes an item of the same kind with its name.
   bool Unpack(AString const & packed) override;
-  std::size_t BinarySize(CAbstract_ostream const & stream) const override;
 
   virtual AString Name() const;
   /// Every block that holds the item shows the new name and finds it under that.
@@ -44,8 +42,8 @@ public:
   virtual std::size_t SizeOf(bool deep) const;
 
   /// Each fills its argument and returns true when the item has one value of that type, in range; otherwise the
-  /// argument stays as it was.  Whole numbers answer for floating ones and the other way round where nothing is
-  /// lost; texts, truth values and numbers are never taken for each other.  The text of the first belongs to the
+  /// argument stays as it was.  Whole numbers answer for floating ones, floating ones that are whole for whole
+  /// ones; texts, truth values and numbers are never taken for each other.  The text of the first belongs to the
   /// caller, who frees it by delete[].
   virtual bool Query(wchar_t *& value) const;
   virtual bool Query(bool & value) const;
@@ -70,6 +68,9 @@ protected:
 
 private:
   friend class CBlock;
+
+  static unsigned long RenameCount();
+  bool Take(CBlock_item const & other, bool withName);
 
   mutable int m_uses = 0;
   mutable bool m_isChild = false;

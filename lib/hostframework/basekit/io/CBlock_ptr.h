@@ -35,11 +35,7 @@ public:
 
   void read(CAbstract_istream & stream) override;
   void write(CAbstract_ostream & stream) const override;
-  AString Pack(int digits, int flags) const override;
-  AString Pack() const override;
-  AString BinaryPack() const override;
   bool Unpack(AString const & packed) override;
-  std::size_t BinarySize(CAbstract_ostream const & stream) const override;
 
 private:
   T * m_item = nullptr;

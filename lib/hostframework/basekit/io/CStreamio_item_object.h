@@ -13,11 +13,7 @@ class CStreamio_item_object : public CStreamio_object {
 public:
   void read(CAbstract_istream & stream) override;
   void write(CAbstract_ostream & stream) const override;
-  AString Pack(int digits, int flags) const override;
-  AString Pack() const override;
-  AString BinaryPack() const override;
   bool Unpack(AString const & packed) override;
-  std::size_t BinarySize(CAbstract_ostream const & stream) const override;
 
   virtual AString GetItemName() const = 0;
   virtual CBlock_ptr<CBlock_item> BlockItem() const = 0;

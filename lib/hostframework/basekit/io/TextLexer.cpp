@@ -1,0 +1,225 @@
+#include "basekit/io/TextLexer.h"
+
+#include "basekit/io/CBlock_value.h"
+#include "basekit/text/Utf8.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace io {
+
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool IsWordStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
+
+bool IsWordPart(char c) { return IsWordStart(c) || IsDigit(c) || c == '.'; }
+
+bool IsNumberPart(char c) { return IsWordPart(c) || c == '-' || c == '+'; }
+
+bool IsMarkCharacter(char c) { return std::string_view("(){}[]=,").find(c) != std::string_view::npos; }
+
+bool WordValue(std::string_view word, CBlock_value & value) {
+  if (word == "true")
+    value = CBlock_value(true);
+  else if (word == "false")
+    value = CBlock_value(false);
+  else if (word == "none")
+    value = CBlock_value();
+  else if (word == "nan")
+    value = CBlock_value(std::numeric_limits<double>::quiet_NaN());
+  else if (word == "inf")
+    value = CBlock_value(std::numeric_limits<double>::infinity());
+  else
+    return false;
+  return true;
+}
+
+bool NumberValue(std::string_view text, CBlock_value & value) {
+  bool whole = false;
+  long integer = 0;
+  double real = 0;
+  if (!TextLexer::Number(text, whole, integer, real))
+    return false;
+  value = whole ? CBlock_value(integer) : CBlock_value(real);
+  return true;
+}
+
+} // namespace
+
+std::size_t TextLexer::SkipBlanks(std::string_view bytes, std::size_t from) {
+  while (from < bytes.size() && IsBlank(bytes[from]))
+    ++from;
+  return from;
+}
+
+bool TextLexer::AtMark(char mark) {
+  m_position = SkipBlanks(m_bytes, m_position);
+  return m_position < m_bytes.size() && m_bytes[m_position] == mark;
+}
+
+bool TextLexer::Next(Token & token) {
+  m_position = SkipBlanks(m_bytes, m_position);
+  token = Token{CToken::Kind::End, {}, m_position, true};
+  if (m_position >= m_bytes.size())
+    return true;
+  char const first = m_bytes[m_position];
+  if (first == '"')
+    return Quoted(token);
+  std::size_t end = m_position + 1;
+  if (IsWordStart(first)) {
+    token.kind = CToken::Kind::Word;
+    while (end < m_bytes.size() && IsWordPart(m_bytes[end]))
+      ++end;
+  } else if (IsDigit(first) || first == '-') {
+    token.kind = CToken::Kind::Number;
+    while (end < m_bytes.size() && IsNumberPart(m_bytes[end]))
+      ++end;
+  } else if (IsMarkCharacter(first)) {
+    token.kind = CToken::Kind::Mark;
+  } else {
+    return false;
+  }
+  token.text = m_bytes.substr(m_position, end - m_position);
+  m_position = end;
+  return true;
+}
+
+bool TextLexer::Quoted(Token & token) {
+  token.kind = CToken::Kind::Quoted;
+  std::size_t at = m_position + 1;
+  for (; at < m_bytes.size() && m_bytes[at] != '"'; ++at) {
+    auto const byte = static_cast<unsigned char>(m_bytes[at]);
+    if (byte < 0x20)
+      return false; // always escaped; a raw one means that the closing quote is missing
+    if (byte == '\\' || byte >= 0x7F)
+      token.plain = false;
+    if (byte == '\\')
+      ++at;
+  }
+  if (at >= m_bytes.size())
+    return false;
+  token.text = m_bytes.substr(m_position + 1, at - m_position - 1);
+  m_position = at + 1;
+  return true;
+}
+
+bool TextLexer::Text(Token const & token, AString & text) {
+  if (token.plain)
+    m_scratch.assign(token.text.begin(), token.text.end());
+  else if (!Unescape(token.text))
+    return false;
+  text = AString(std::wstring_view(m_scratch));
+  return true;
+}
+
+bool TextLexer::Name(Token const & token, AString & name) {
+  if (auto const * known = m_known.Find(token.text)) {
+    name = *known;
+    return true;
+  }
+  if (!Text(token, name))
+    return false;
+  m_known.Keep(token.text, name);
+  return true;
+}
+
+bool TextLexer::Unescape(std::string_view raw) {
+  m_scratch.clear();
+  for (std::size_t at = 0; at < raw.size();) {
+    if (raw[at] == '\\') {
+      if (!Escape(raw, ++at))
+        return false;
+    } else if (static_cast<unsigned char>(raw[at]) < 0x80) {
+      m_scratch += static_cast<wchar_t>(raw[at++]);
+    } else {
+      auto const end = std::find_if(raw.begin() + static_cast<std::ptrdiff_t>(at), raw.end(),
+                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+      auto const length = static_cast<std::size_t>(end - raw.begin()) - at;
+      AString wide;
+      if (!text::FromUtf8Strict(raw.substr(at, length), wide))
+        return false;
+      m_scratch += wide.View();
+      at += length;
+    }
+  }
+  return true;
+}
+
+bool TextLexer::Escape(std::string_view raw, std::size_t & at) {
+  switch (raw[at++]) {
+  case '"':
+    m_scratch += L'"';
+    return true;
+  case '\\':
+    m_scratch += L'\\';
+    return true;
+  case 'n':
+    m_scratch += L'\n';
+    return true;
+  case 't':
+    m_scratch += L'\t';
+    return true;
+  case 'r':
+    m_scratch += L'\r';
+    return true;
+  case 'u':
+    break;
+  default:
+    return false;
+  }
+  auto const close = raw.find('}', at);
+  if (at >= raw.size() || raw[at] != '{' || close == std::string_view::npos)
+    return false;
+  std::uint32_t code = 0;
+  auto const result = std::from_chars(raw.data() + at + 1, raw.data() + close, code, 16);
+  if (result.ec != std::errc() || result.ptr != raw.data() + close)
+    return false;
+  m_scratch += static_cast<wchar_t>(code);
+  at = close + 1;
+  return true;
+}
+
+bool TextLexer::Number(std::string_view text, bool & whole, long & integer, double & real) {
+  char const * const first = text.data();
+  char const * const last = first + text.size();
+  auto const asWhole = std::from_chars(first, last, integer);
+  whole = asWhole.ec == std::errc() && asWhole.ptr == last && text != "-0";
+  if (whole)
+    return true;
+  auto const asReal = std::from_chars(first, last, real);
+  return asReal.ec == std::errc() && asReal.ptr == last;
+}
+
+bool ValueOfToken(TextLexer & lexer, TextLexer::Token const & token, CBlock_value & value) {
+  switch (token.kind) {
+  case CToken::Kind::Quoted: {
+    AString text;
+    if (!lexer.Text(token, text))
+      return false;
+    value = CBlock_value(text);
+    return true;
+  }
+  case CToken::Kind::Number:
+    return NumberValue(token.text, value);
+  case CToken::Kind::Word:
+    return WordValue(token.text, value);
+  default:
+    return false;
+  }
+}
+
+bool ValueOfToken(CToken const & token, CBlock_value & value) {
+  if (token.TokenKind() == CToken::Kind::Quoted) {
+    value = CBlock_value(token.Text());
+    return true;
+  }
+  auto const narrow = text::ToUtf8(token.Text());
+  return token.TokenKind() == CToken::Kind::Number
+             ? NumberValue(narrow, value)
+             : token.TokenKind() == CToken::Kind::Word && WordValue(narrow, value);
+}
+
+} // namespace io

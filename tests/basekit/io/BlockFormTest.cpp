@@ -1,0 +1,382 @@
+#include "basekit/io/BlockCodec.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CNamed_value_manip.h"
+#include "tests/support/Printers.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+using namespace io;
+
+namespace {
+
+std::string TextOf(CBlock_item const & item, int digits = kExactDigits) {
+  std::string out;
+  EXPECT_TRUE(EncodeItem(item, Form::Text, digits, out));
+  return out;
+}
+
+CBlock Sample() {
+  CBlock block(L"Setup");
+  CBlock_func map(L"Map");
+  map << named(L"V", L"C1=1.2pF; L1=4nH") << named(L"ID", 17L);
+  CBlock_func frequencies(L"Frequencies");
+  frequencies << 1e9 << 1.5e9 << 2e9;
+  CBlock_vec files(L"Files");
+  files.AppendValues(std::vector<AString>{L"a.s2p", L"b.s2p"});
+  CBlock inner(L"Version ID Map");
+  inner << named(L"Valid", true) << CBlock(L"Empty") << CBlock_named_value(L"Nothing");
+  block << named(L"SimSetupID", 3L) << named(L"SimSetupName", L"Sweep \"A\"") << map << frequencies << files << inner;
+  return block;
+}
+
+class RandomTree {
+public:
+  explicit RandomTree(unsigned seed) : m_random(seed) {}
+
+  CBlock Block(int depth = 0) {
+    CBlock block(Text());
+    for (int i = Below(6); i > 0; --i)
+      AddItem(block, depth);
+    return block;
+  }
+
+private:
+  int Below(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
+
+  AString Text() {
+    static constexpr wchar_t alphabet[] = {L'a',    L'Z',   L'_',   L'.',   L'0',  L' ',   L'"',   L'\\',
+                                           L'\n',   L'\t',  L'{',   L'}',   L'=',  L',',   0x00E9, 0x4E2D,
+                                           0x1F600, 0x0001, 0x007F, 0x2028, L'\0', 0xD800, 0xFEFF, 0xFFFD};
+    std::wstring text;
+    for (int i = Below(8); i > 0; --i)
+      text += alphabet[Below(std::size(alphabet))];
+    static constexpr wchar_t const * words[] = {L"true", L"nan", L"none", L"inf", L"-inf", L"5"};
+    return Below(10) == 0 ? AString(words[Below(6)]) : AString(std::wstring_view(text));
+  }
+
+  double Real() {
+    std::uint64_t const bits = m_random();
+    double const any = std::bit_cast<double>(bits);
+    static double const special[] = {0.0,
+                                     -0.0,
+                                     1e9,
+                                     5e-324,
+                                     std::numeric_limits<double>::max(),
+                                     std::numeric_limits<double>::infinity(),
+                                     -std::numeric_limits<double>::infinity(),
+                                     std::numeric_limits<double>::quiet_NaN()};
+    return Below(3) == 0 ? special[Below(8)] : any;
+  }
+
+  CBlock_value Value() {
+    switch (Below(5)) {
+    case 0:
+      return CBlock_value(Text());
+    case 1:
+      return CBlock_value(Below(2) == 0);
+    case 2:
+      return CBlock_value(static_cast<long>(m_random()));
+    case 3:
+      return CBlock_value(Real());
+    default:
+      return CBlock_value();
+    }
+  }
+
+  void AddItem(CBlock & block, int depth) {
+    switch (Below(depth < 4 ? 4 : 3)) {
+    case 0:
+      block << CBlock_named_value(Text(), Value());
+      break;
+    case 1: {
+      CBlock_func func(Text());
+      for (int i = Below(10); i > 0; --i)
+        Below(4) == 0 ? func.AppendArgument(CBlock_ptr<CBlock_named_value>(new CBlock_named_value(Text(), Value())))
+                      : func.AppendArgument(Value());
+      block << func;
+      break;
+    }
+    case 2: {
+      CBlock_vec vec(Text());
+      for (int i = Below(10); i > 0; --i)
+        vec << Text();
+      block << vec;
+      break;
+    }
+    default:
+      block << Block(depth + 1);
+    }
+  }
+
+  std::mt19937_64 m_random;
+};
+
+} // namespace
+
+TEST(TextForm, IsReadByPeopleOneItemALine) {
+  EXPECT_EQ(TextOf(Sample()), "Setup {\n"
+                              "  SimSetupID = 3\n"
+                              "  SimSetupName = \"Sweep \\\"A\\\"\"\n"
+                              "  Map(V = \"C1=1.2pF; L1=4nH\", ID = 17)\n"
+                              "  Frequencies(1e9, 1.5e9, 2e9)\n"
+                              "  Files [\"a.s2p\", \"b.s2p\"]\n"
+                              "  \"Version ID Map\" {\n"
+                              "    Valid = true\n"
+                              "    Empty {}\n"
+                              "    Nothing = none\n"
+                              "  }\n"
+                              "}");
+}
+
+TEST(TextForm, PacksOnOneLine) {
+  EXPECT_EQ(Sample().Pack(),
+            L"Setup { SimSetupID = 3 SimSetupName = \"Sweep \\\"A\\\"\" Map(V = \"C1=1.2pF; L1=4nH\", ID = 17) "
+            L"Frequencies(1e9, 1.5e9, 2e9) Files [\"a.s2p\", \"b.s2p\"] \"Version ID Map\" { Valid = true Empty {} "
+            L"Nothing = none } }");
+  CBlock_func key(L"SolutionKey");
+  key << named(L"SimSetup", 3L) << named(L"Instance", L"a\nb");
+  EXPECT_EQ(key.Pack(), L"SolutionKey(SimSetup = 3, Instance = \"a\\nb\")");
+}
+
+TEST(TextForm, RoundsToThePrecisionBelowSixteen) {
+  CBlock_func func(L"F");
+  func << 1.0 / 3 << 1e-7 << 123456789.0;
+  EXPECT_EQ(TextOf(func, 3), "F(0.333, 1e-7, 1.23e8)");
+  EXPECT_EQ(TextOf(func, 16), "F(0.3333333333333333, 1e-7, 123456789)");
+}
+
+TEST(TextForm, SpellsNumbersThatAreNone) {
+  double const inf = std::numeric_limits<double>::infinity();
+  CBlock_func func(L"F");
+  func << inf << -inf << std::nan("") << -0.0;
+  EXPECT_EQ(TextOf(func), "F(inf, -inf, nan, -0)");
+  CBlock_func read;
+  ASSERT_TRUE(read.Unpack(func.Pack()));
+  auto const run = read.AllReals();
+  ASSERT_EQ(run.size(), 4u);
+  EXPECT_EQ(run[0], inf);
+  EXPECT_EQ(run[1], -inf);
+  EXPECT_TRUE(std::isnan(run[2]));
+  EXPECT_TRUE(std::signbit(run[3]));
+}
+
+TEST(TextForm, SpellsBigFloatingNumbersWithAnExponentSoThatTheyStayOneRun) {
+  CBlock_func func(L"F");
+  func << 9007199254740991.0 << 123456789012345680.0 << 0.5;
+  EXPECT_EQ(TextOf(func), "F(9007199254740991, 1.2345678901234568e17, 0.5)");
+  CBlock_func read;
+  ASSERT_TRUE(read.Unpack(func.Pack()));
+  EXPECT_EQ(read.AllReals().size(), 3u);
+}
+
+TEST(TextForm, QuotesNamesThatAreNoPlainWords) {
+  for (auto const * name : {L"", L"true", L"nan", L"two words", L"1st", L"a=b", L"größe", L"\x01"}) {
+    CBlock const block{AString(name)};
+    EXPECT_EQ(TextOf(block).front(), '"');
+    CBlock read(L"former");
+    ASSERT_TRUE(read.Unpack(block.Pack()));
+    EXPECT_EQ(read.Name(), name);
+  }
+}
+
+TEST(TextForm, ToleratesBlanksButNoJunk) {
+  CBlock out(L"Kept");
+  EXPECT_TRUE(DecodeBlock(" A{B=1 C ( 1 ,2 )\r\n\tD[ ] } \n", Form::Text, out));
+  EXPECT_EQ(out.Pack(), L"A { B = 1 C(1, 2) D [] }");
+  for (auto const * bad : {"",
+                           "A",
+                           "A {",
+                           "A }",
+                           "A {}}",
+                           "A {} B {}",
+                           "A { 5 }",
+                           "A { B = }",
+                           "A { B = word }",
+                           "A { B(1,) }",
+                           "A { B(,1) }",
+                           "A { B(1 2) }",
+                           "A { B [x = 1] }",
+                           "A { B = 1e999 }",
+                           "A { B = 1x }",
+                           "A { B = +1 }",
+                           "A { B = \"x }",
+                           "A { B = \"\\q\" }",
+                           "A { B = \"\\u{}\" }",
+                           "A { B = \"\\u{123456789}\" }",
+                           "A { B = \"\xff\" }",
+                           "A { B = \"a\nb\" }",
+                           "A { ; }",
+                           "B(1)",
+                           "A = 1",
+                           "\x01"}) {
+    EXPECT_FALSE(DecodeBlock(bad, Form::Text, out)) << bad;
+    EXPECT_EQ(out.Name(), L"A");
+    EXPECT_EQ(out.Size(), 3);
+  }
+}
+
+TEST(TextForm, TellsATextFromANumber) {
+  CBlock block;
+  ASSERT_TRUE(block.Unpack(L"B { Text = \"5\" Number = 5 }"));
+  AString text;
+  long number = 0;
+  block >> named(L"Text", text);
+  EXPECT_TRUE(block.Found());
+  block >> named(L"Number", number);
+  EXPECT_TRUE(block.Found());
+  block >> named(L"Text", number);
+  EXPECT_FALSE(block.Found());
+}
+
+TEST(BothForms, RoundTripAnyTree) {
+  for (unsigned seed = 0; seed < 400; ++seed) {
+    auto const block = RandomTree(seed).Block();
+    auto const packed = block.Pack();
+    CBlock fromText;
+    ASSERT_TRUE(fromText.Unpack(packed)) << seed;
+    EXPECT_EQ(fromText.Pack(), packed) << seed;
+    CBlock fromBinary;
+    ASSERT_TRUE(fromBinary.Unpack(block.BinaryPack())) << seed;
+    EXPECT_EQ(fromBinary.Pack(), packed) << seed;
+    EXPECT_EQ(fromBinary.BinaryPack(), block.BinaryPack()) << seed;
+    CBlock fromLines;
+    ASSERT_TRUE(DecodeBlock(TextOf(block), Form::Text, fromLines)) << seed;
+    EXPECT_EQ(fromLines.Pack(), packed) << seed;
+  }
+}
+
+TEST(BothForms, KeepEveryBitOfADouble) {
+  std::mt19937_64 random(7);
+  CBlock_func func(L"F");
+  std::vector<std::uint64_t> bits;
+  while (bits.size() < 20000) {
+    auto const value = std::bit_cast<double>(random());
+    if (std::isnan(value))
+      continue;
+    bits.push_back(std::bit_cast<std::uint64_t>(value));
+    func << value;
+  }
+  for (auto const & packed : {func.Pack(), func.BinaryPack()}) {
+    CBlock_func read;
+    ASSERT_TRUE(read.Unpack(packed));
+    auto const run = read.AllReals();
+    ASSERT_EQ(run.size(), bits.size());
+    for (std::size_t i = 0; i < bits.size(); ++i)
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(run[i]), bits[i]);
+  }
+  std::string binary;
+  ASSERT_TRUE(EncodeItem(func, Form::Binary, kExactDigits, binary));
+  EXPECT_LT(binary.size(), bits.size() * 8 + 20);
+}
+
+TEST(BothForms, RefuseTheOtherForm) {
+  std::string text;
+  std::string binary;
+  ASSERT_TRUE(EncodeBlock(Sample(), Form::Text, kExactDigits, text));
+  ASSERT_TRUE(EncodeBlock(Sample(), Form::Binary, kExactDigits, binary));
+  CBlock out;
+  EXPECT_FALSE(DecodeBlock(text, Form::Binary, out));
+  EXPECT_FALSE(DecodeBlock(binary, Form::Text, out));
+  EXPECT_TRUE(DecodeBlock(binary, Form::Binary, out));
+  EXPECT_EQ(out.Pack(), Sample().Pack());
+}
+
+TEST(BinaryForm, HasThisLayout) {
+  CBlock block(L"B");
+  block << CBlock_named_value(L"N", 258) << CBlock_named_value(L"T", L"x");
+  CBlock_func func(L"F");
+  func << 1.0;
+  block << func;
+  std::string out;
+  ASSERT_TRUE(EncodeBlock(block, Form::Binary, kExactDigits, out));
+  std::string const expected("\x01\x02"
+                             "B\x20\0\0\0\0\0\0\0"
+                             "\x04\x02N\x04\x02\x01\0\0\0\0\0\0"
+                             "\x04\x02T\x01\x02x"
+                             "\x02\x02"
+                             "F\x01\x10\x01\0\0\0\0\0\0\xf0\x3f",
+                             0x0B + 0x20);
+  EXPECT_EQ(out, expected);
+}
+
+TEST(HostileInput, CutAtAnyByteIsRefused) {
+  for (Form const form : {Form::Text, Form::Binary}) {
+    std::string whole;
+    ASSERT_TRUE(EncodeBlock(Sample(), form, kExactDigits, whole));
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+      CBlock out(L"Kept");
+      EXPECT_FALSE(DecodeBlock(std::string_view(whole).substr(0, length), form, out)) << length;
+      EXPECT_EQ(out.Name(), L"Kept");
+    }
+  }
+}
+
+TEST(HostileInput, WithAnyByteChangedNeverCrashes) {
+  std::mt19937 random(3);
+  for (Form const form : {Form::Text, Form::Binary}) {
+    std::string whole;
+    ASSERT_TRUE(EncodeBlock(Sample(), form, kExactDigits, whole));
+    int read = 0;
+    for (int round = 0; round < 20000; ++round) {
+      auto damaged = whole;
+      for (unsigned i = 1 + random() % 3; i > 0; --i)
+        damaged[random() % damaged.size()] = static_cast<char>(random());
+      CBlock out(L"Kept");
+      read += DecodeBlock(damaged, form, out);
+    }
+    EXPECT_LT(read, 20000);
+  }
+}
+
+TEST(HostileInput, NestedTooDeeplyIsRefused) {
+  for (std::size_t const depth : {static_cast<std::size_t>(kMaxDepth) + 1, static_cast<std::size_t>(1000000)}) {
+    std::string text;
+    for (std::size_t i = 0; i < depth; ++i)
+      text += "a{";
+    text.append(depth, '}');
+    CBlock out(L"Kept");
+    EXPECT_FALSE(DecodeBlock(text, Form::Text, out));
+  }
+}
+
+TEST(HostileInput, NestedAsDeeplyAsAllowedReadsBack) {
+  CBlock_ptr<CBlock> top(new CBlock(L"b"));
+  for (int i = 1; i < kMaxDepth; ++i) {
+    CBlock_ptr<CBlock> const outer(new CBlock(L"b"));
+    *outer << top;
+    top = outer;
+  }
+  for (auto const & packed : {top->Pack(), top->BinaryPack()}) {
+    CBlock read;
+    EXPECT_TRUE(read.Unpack(packed));
+    EXPECT_EQ(read.Pack(), top->Pack());
+  }
+  CBlock tooDeep(L"b");
+  tooDeep << top;
+  std::string out("before");
+  EXPECT_FALSE(EncodeBlock(tooDeep, Form::Text, kExactDigits, out));
+  EXPECT_FALSE(EncodeBlock(tooDeep, Form::Binary, kExactDigits, out));
+  EXPECT_EQ(out, "before");
+  EXPECT_TRUE(tooDeep.Pack().empty());
+}
+
+TEST(HostileInput, WithHugeCountsIsRefusedAtOnce) {
+  std::string const huge("\xff\xff\xff\xff\xff\xff\xff\x7f");
+  std::string const overlong("\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\x01");
+  for (auto const & count : {huge, overlong})
+    for (auto const & head : {std::string("\x01"),
+                              std::string("\x02\x02"
+                                          "F"),
+                              std::string("\x02\x02"
+                                          "F\x01\x10"),
+                              std::string("\x02\x02"
+                                          "F\x01\x11"),
+                              std::string("\x03\x02"
+                                          "F\x01\x12"),
+                              std::string("\x01\x02"
+                                          "B")})
+      EXPECT_FALSE(DecodeItem(head + count + std::string(16, '\x01'), Form::Binary));
+}
