@@ -2,7 +2,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <sstream>
 
 #include <unistd.h>
@@ -46,29 +45,21 @@ void ExpectNear(Complex actual, Complex expected, double tolerance) {
   EXPECT_LE(std::abs(actual - expected), tolerance) << "actual " << actual << ", expected " << expected;
 }
 
+std::string const Text(int number) { return std::to_string(number); }
+std::string const Text(double number) { return std::to_string(number); }
+
 std::filesystem::path ExampleFile(std::string const & relative) {
-  auto const root = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path().parent_path();
-  return root / "examples" / relative;
+  return std::filesystem::path(SOURCE_FOLDER) / "examples" / relative;
 }
 
-TemporaryFolder::TemporaryFolder()
-    : m_Path(std::filesystem::temp_directory_path() / ("rfcircuit-" + std::to_string(std::random_device()()))) {
-  std::filesystem::create_directory(m_Path);
+std::filesystem::path FolderOfFiles::Write(std::string const & name, std::string const & content) const {
+  std::filesystem::create_directories((Path() / name).parent_path());
+  std::ofstream(Path() / name, std::ios::binary) << content;
+  return Path() / name;
 }
 
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(m_Path, ignored);
-}
-
-std::filesystem::path TemporaryFolder::Write(std::string const & name, std::string const & content) const {
-  std::filesystem::create_directories((m_Path / name).parent_path());
-  std::ofstream(m_Path / name, std::ios::binary) << content;
-  return m_Path / name;
-}
-
-std::size_t TemporaryFolder::FileCount() const {
-  auto const files = std::filesystem::directory_iterator(m_Path);
+std::size_t FolderOfFiles::FileCount() const {
+  auto const files = std::filesystem::directory_iterator(Path());
   return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 

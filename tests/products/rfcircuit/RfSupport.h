@@ -3,6 +3,7 @@
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
 #include "products/rfcircuit/engine/network/SParameterSolver.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -29,19 +30,18 @@ std::string ErrorOfBuilding(std::string const & lines);
 
 void ExpectNear(Complex actual, Complex expected, double tolerance = 1e-10);
 
+/** A number as text, to put netlists together.  Constant, since GCC 12 raises false alarms (stringop-overflow) where a
+    literal is put before a temporary string. */
+std::string const Text(int number);
+std::string const Text(double number);
+
 std::filesystem::path ExampleFile(std::string const & relative);
 
-/** A folder that is gone after the test. */
-class TemporaryFolder {
+/** A temporary folder with files. */
+class FolderOfFiles : public support::TemporaryFolder {
 public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  std::filesystem::path Path() const { return m_Path; }
   std::filesystem::path Write(std::string const & name, std::string const & content) const;
   std::size_t FileCount() const;
-
-private:
-  std::filesystem::path m_Path;
 };
 
 /** The superuser may do anything: for the time of a test it is somebody else. */

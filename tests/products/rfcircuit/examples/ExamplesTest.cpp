@@ -63,7 +63,7 @@ struct SimulatorRow {
 };
 
 std::vector<SimulatorRow> RunSimulator(std::filesystem::path const & netlist) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const script = folder.Write("run.cir", "* runs the netlist and writes its S-parameters\n"
                                               ".control\nset noaskquit\nset numdgt=17\nset wr_singlescale\n"
                                               "source " +

@@ -10,13 +10,13 @@ TEST(BadNetlist, MissingFile) {
 }
 
 TEST(BadNetlist, AFolderIsNotANetlist) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   EXPECT_EQ(ErrorOf([&] { rf::ReadNetlist(folder.Path()); }),
             folder.Path().string() + ": netlist: is not a file; name a netlist file");
 }
 
 TEST(BadNetlist, UnreadableFile) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Write("locked.cir", "t\nR1 a 0 1\n");
   std::filesystem::permissions(path, std::filesystem::perms::none);
   WithoutPrivileges const asNobody;
@@ -25,14 +25,14 @@ TEST(BadNetlist, UnreadableFile) {
 }
 
 TEST(BadNetlist, TooLargeFileIsNotEvenRead) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Write("large.cir", "t\n");
   std::filesystem::resize_file(path, std::uintmax_t(1) << 40);
   EXPECT_NE(ErrorOf([&] { rf::ReadNetlist(path); }).find("is too large: 1099511627776 bytes"), std::string::npos);
 }
 
 TEST(BadNetlist, BinaryFile) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Write("binary.cir", std::string("\x7f"
                                                            "ELF\0\1\2",
                                                            7));
@@ -41,7 +41,7 @@ TEST(BadNetlist, BinaryFile) {
 }
 
 TEST(BadNetlist, IncludeOfAMissingFileNamesTheIncludingLine) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Write("main.cir", "t\n\n.include none.inc\n");
   EXPECT_EQ(ErrorOf([&] { rf::ReadNetlist(path); }), path.string() + ":3: .include '" +
                                                          (folder.Path() / "none.inc").string() +
@@ -49,7 +49,7 @@ TEST(BadNetlist, IncludeOfAMissingFileNamesTheIncludingLine) {
 }
 
 TEST(BadNetlist, IncludeCircleIsToldWithItsPath) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   folder.Write("a.inc", ".include sub/../b.inc\n");
   folder.Write("sub/x", "");
   auto const second = folder.Write("b.inc", "R1 a 0 1\n.include a.inc\n");
@@ -60,10 +60,10 @@ TEST(BadNetlist, IncludeCircleIsToldWithItsPath) {
 }
 
 TEST(BadNetlist, IncludesThatMultiplyAreRefused) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   for (int level = 0; level < 20; ++level) {
-    std::string const next = ".include l" + std::to_string(level + 1) + ".inc\n";
-    folder.Write("l" + std::to_string(level) + ".inc", next + next + next);
+    std::string const next = ".include l" + Text(level + 1) + ".inc\n";
+    folder.Write("l" + Text(level) + ".inc", next + next + next);
   }
   folder.Write("l20.inc", "* nothing\n");
   auto const path = folder.Write("main.cir", "t\n.include l0.inc\n");
@@ -168,7 +168,7 @@ TEST(BadNetlist, RecursiveParameterOfASubcircuit) {
 TEST(BadNetlist, ChainsOfParametersAreBounded) {
   std::string lines = ".param p0=1\n";
   for (int i = 1; i < 5000; ++i)
-    lines += ".param p" + std::to_string(i) + "={p" + std::to_string(i - 1) + "}\n";
+    lines += ".param p" + Text(i) + "={p" + Text(i - 1) + "}\n";
   EXPECT_NE(ErrorOfBuilding(lines + "R1 a 0 {p4999}\n").find("depend on each other more than 500 deep"),
             std::string::npos);
 }
@@ -223,15 +223,15 @@ TEST(BadNetlist, RecursiveSubcircuitsAreToldWithTheirPath) {
 TEST(BadNetlist, InstancesNestedTooDeep) {
   std::string lines = ".subckt s0 a\nR1 a 0 1\n.ends\n";
   for (int i = 1; i < 200; ++i)
-    lines += ".subckt s" + std::to_string(i) + " a\nX1 a s" + std::to_string(i - 1) + "\n.ends\n";
+    lines += ".subckt s" + Text(i) + " a\nX1 a s" + Text(i - 1) + "\n.ends\n";
   EXPECT_NE(ErrorOfBuilding(lines + "X1 in s199\n").find("instances are nested more than 100 deep"), std::string::npos);
 }
 
 TEST(BadNetlist, SubcircuitsThatMultiplyAreRefused) {
   std::string lines = ".subckt s0 a\n.ends\n";
   for (int i = 1; i < 40; ++i) {
-    std::string const inner = " a s" + std::to_string(i - 1) + "\n";
-    lines += ".subckt s" + std::to_string(i) + " a\nX1" + inner + "X2" + inner + "X3" + inner + ".ends\n";
+    std::string const inner = " a s" + Text(i - 1) + "\n";
+    lines += ".subckt s" + Text(i) + " a\nX1" + inner + "X2" + inner + "X3" + inner + ".ends\n";
   }
   EXPECT_NE(ErrorOfBuilding(lines + "X1 in s39\n").find("more than 1000000 elements"), std::string::npos);
 }
@@ -239,7 +239,7 @@ TEST(BadNetlist, SubcircuitsThatMultiplyAreRefused) {
 TEST(BadNetlist, DefinitionsNestedTooDeep) {
   std::string lines;
   for (int i = 0; i < 100; ++i)
-    lines += ".subckt s" + std::to_string(i) + " a\n";
+    lines += ".subckt s" + Text(i) + " a\n";
   EXPECT_NE(ErrorOfReading(lines).find("subcircuits are defined more than 64 deep in each other"), std::string::npos);
 }
 

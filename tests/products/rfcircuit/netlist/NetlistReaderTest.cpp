@@ -106,7 +106,7 @@ TEST(NetlistReader, PortsAndOtherSources) {
 }
 
 TEST(NetlistReader, DesignVariablesArePlainTopLevelParametersOfTheMainFile) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   folder.Write("lib.inc", ".param fromlib=3\n");
   auto const path = folder.Write("main.cir", "t\n.param Width=4.7p neg=-2 expr={neg*2}\n.include lib.inc\n"
                                              ".subckt s a\n.param inner=1\nR1 a 0 {inner}\n.ends\n.param gap={1}\n");
@@ -143,7 +143,7 @@ TEST(NetlistReader, UnknownOverridesNameTheKnownVariables) {
 }
 
 TEST(NetlistReader, IncludesAreRelativeToTheIncludingFile) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   folder.Write("parts/more/deep.inc", "R3 a 0 3\n");
   folder.Write("parts/first.inc", "R2 a 0 2\n.include 'more/deep.inc'\n.end\nR9 a 0 9\n");
   auto const path = folder.Write("main.cir", "t\nR1 a 0 1\n.INCLUDE \"parts/first.inc\"\nR4 a 0 4\n");
@@ -170,7 +170,7 @@ TEST(NetlistReader, SweepsEvaluateTheirNumbersAndTransientLinesStayText) {
 }
 
 TEST(NetlistReader, AByteOrderMarkIsNotPartOfTheTitle) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   EXPECT_EQ(rf::ReadNetlist(folder.Write("a.cir", "\xEF\xBB\xBFhello\nR1 a 0 1\n")).Title(), "hello");
 }
 

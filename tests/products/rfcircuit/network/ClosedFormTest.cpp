@@ -87,9 +87,8 @@ TEST(ClosedForm, BranchLineCouplerAtItsCentre) {
 TEST(ClosedForm, CoupledInductorsAreATransformer) {
   double const omega = 2 * PI * 50e6;
   for (double k : {0.98, 0.3, -0.7, 0.0}) {
-    auto const s = Solve("V1 a 0 portnum 1 z0 50\nL1 a 0 1u\nL2 b 0 4u\nK1 L1 L2 " + std::to_string(k) +
-                             "\nV2 b 0 portnum 2 z0 200\n",
-                         50e6);
+    auto const s = Solve(
+        "V1 a 0 portnum 1 z0 50\nL1 a 0 1u\nL2 b 0 4u\nK1 L1 L2 " + Text(k) + "\nV2 b 0 portnum 2 z0 200\n", 50e6);
     Complex const z11 = J * omega * 1e-6, z22 = J * omega * 4e-6, z12 = J * omega * k * 2e-6;
     Complex const determinant = (z11 + 50.0) * (z22 + 200.0) - z12 * z12;
     ExpectNear(s(0, 0), ((z11 - 50.0) * (z22 + 200.0) - z12 * z12) / determinant);
@@ -167,9 +166,9 @@ TEST(ClosedForm, ALadderOfTwoThousandNodesIsALine) {
   constexpr int SECTIONS = 2000;
   std::string lines;
   for (int i = 0; i < SECTIONS; ++i) {
-    std::string const from = i == 0 ? "in" : "n" + std::to_string(i);
-    std::string const to = i + 1 == SECTIONS ? "out" : "n" + std::to_string(i + 1);
-    std::string const number = std::to_string(i);
+    std::string const from = i == 0 ? "in" : "n" + Text(i);
+    std::string const to = i + 1 == SECTIONS ? "out" : "n" + Text(i + 1);
+    std::string const number = Text(i);
     lines += "L" + number + " " + from + " " + to + " 0.1n\nC" + number + " " + to + " 0 40f\n";
   }
   auto const circuit = Build(lines + "V1 in 0 portnum 1\nV2 out 0 portnum 2\n");

@@ -11,8 +11,8 @@ using namespace rftest;
 std::string RandomNetwork(unsigned seed, std::string const & kinds) {
   std::mt19937 random(seed);
   auto const below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  auto const node = [&](int i) { return i == 0 ? std::string("0") : "n" + std::to_string(i); };
-  auto const scale = [&] { return std::to_string(0.5 + below(100) / 50.0); };
+  auto const node = [&](int i) { return i == 0 ? std::string("0") : "n" + Text(i); };
+  auto const scale = [&] { return Text(0.5 + below(100) / 50.0); };
   std::string lines;
   int const nodes = 8;
   for (int i = 1; i < 30; ++i) {
@@ -20,7 +20,7 @@ std::string RandomNetwork(unsigned seed, std::string const & kinds) {
     int const to = i <= nodes ? below(i) : below(nodes + 1);
     if (from == to)
       continue;
-    std::string const name = std::to_string(i) + " " + node(from) + " " + node(to);
+    std::string const name = Text(i) + " " + node(from) + " " + node(to);
     switch (kinds[static_cast<std::size_t>(below(static_cast<int>(kinds.size())))]) {
     case 'R':
       lines += "R" + name + " {50*" + scale() + "}\n";
@@ -32,14 +32,13 @@ std::string RandomNetwork(unsigned seed, std::string const & kinds) {
       lines += "C" + name + " {2p*" + scale() + "}\n";
       break;
     default:
-      lines += "T" + std::to_string(i) + " " + node(from) + " 0 " + node(to) + " 0 z0={50*" + scale() + "} td={0.3n*" +
-               scale() + "}\n";
+      lines += "T" + Text(i) + " " + node(from) + " 0 " + node(to) + " 0 z0={50*" + scale() + "} td={0.3n*" + scale() +
+               "}\n";
       lines += "Cx" + name + " {1p*" + scale() + "}\n";
     }
   }
   for (int port = 1; port <= 4; ++port)
-    lines += "V" + std::to_string(port) + " n" + std::to_string(port) + " 0 portnum " + std::to_string(port) +
-             " z0 {40*" + scale() + "}\n";
+    lines += "V" + Text(port) + " n" + Text(port) + " 0 portnum " + Text(port) + " z0 {40*" + scale() + "}\n";
   return lines;
 }
 
@@ -106,11 +105,10 @@ TEST(NetworkProperty, PivotsAreChosenAfreshWhenTheOldOnesFail) {
   // A capacitor behind a gyrator at each node: at 0 Hz those pivots are gone, only the gyrators remain.
   std::string lines = "V1 n0 0 portnum 1\nV2 n3 0 portnum 2\n";
   for (int i = 0; i < 4; ++i) {
-    std::string const number = std::to_string(i), node = "n" + number;
+    std::string const number = Text(i), node = "n" + number;
     lines += "Ga" + number + " " + node + " 0 leaf" + number + " 0 20m\n";
     lines += "Gb" + number + " 0 leaf" + number + " " + node + " 0 20m\n";
-    lines += "C" + number + " leaf" + number + " 0 1p\nR" + number + " " + node + " n" + std::to_string((i + 1) % 4) +
-             " 50\n";
+    lines += "C" + number + " leaf" + number + " 0 1p\nR" + number + " " + node + " n" + Text((i + 1) % 4) + " 50\n";
   }
   rf::SParameterSolver solver(Build(lines));
   solver.At(1e12);

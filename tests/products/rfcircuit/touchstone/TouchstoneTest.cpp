@@ -138,7 +138,7 @@ void Write(Network const & network, std::filesystem::path const & path) {
 }
 
 TEST(Touchstone, WritingReplacesTheTargetAndLeavesNothingBeside) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Write("a.s2p", "old");
   Network const network(2, 3);
   Write(network, path);
@@ -147,7 +147,7 @@ TEST(Touchstone, WritingReplacesTheTargetAndLeavesNothingBeside) {
 }
 
 TEST(Touchstone, ANameThatPromisesAnotherNumberOfPortsIsRefused) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   Network const network(3, 1);
   auto const path = folder.Path() / "a.S2P";
   EXPECT_EQ(ErrorOfWriting([&] { Write(network, path); }),
@@ -158,7 +158,7 @@ TEST(Touchstone, ANameThatPromisesAnotherNumberOfPortsIsRefused) {
 }
 
 TEST(Touchstone, AMissingFolderIsTold) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Path() / "none" / "a.s1p";
   EXPECT_EQ(ErrorOfWriting([&] { Write(Network(1, 1), path); }),
             path.string() +
@@ -166,7 +166,7 @@ TEST(Touchstone, AMissingFolderIsTold) {
 }
 
 TEST(Touchstone, AFolderWithoutPermissionIsTold) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Path() / "a.s1p";
   std::filesystem::permissions(folder.Path(), std::filesystem::perms(0555));
   WithoutPrivileges const asNobody;
@@ -175,7 +175,7 @@ TEST(Touchstone, AFolderWithoutPermissionIsTold) {
 }
 
 TEST(Touchstone, AFolderInTheWayIsTold) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   folder.Write("a.s1p/x", "");
   EXPECT_NE(ErrorOfWriting([&] { Write(Network(1, 1), folder.Path() / "a.s1p"); }).find("can't be written"),
             std::string::npos);
@@ -201,7 +201,7 @@ private:
 };
 
 TEST(Touchstone, AFullDiskIsToldAndLeavesTheOldFile) {
-  TemporaryFolder const folder;
+  FolderOfFiles const folder;
   auto const path = folder.Write("a.s4p", "old");
   Network const network(4, 2000);
   std::string error;
