@@ -18,3 +18,13 @@ SetupConvDef::iterator SetupConvDef::FindByName(AString const & name) const {
 SetupConvDef::iterator SetupConvDef::FindByToken(AString const & token) const {
   return std::find_if(begin(), end(), [&](ConvDef const * def) { return def->GetToken().Compare(token) == 0; });
 }
+
+void SetupConvDef::DeleteWithEntries(std::set<SetupConvDef const *> const & lists) {
+  std::set<ConvDef const *> defs;
+  for (SetupConvDef const * list : lists) {
+    defs.insert(list->begin(), list->end());
+    delete list;
+  }
+  for (ConvDef const * def : defs)
+    delete def;
+}

@@ -2,6 +2,7 @@
 
 #include "basekit/text/AString.h"
 
+#include <set>
 #include <vector>
 
 class ConvDef;
@@ -23,6 +24,9 @@ public:
   /// Both compare exactly and give end() for none.
   iterator FindByName(AString const & name) const;
   iterator FindByToken(AString const & token) const;
+
+  /// Frees lists and their columns, each once, also where lists share columns.
+  static void DeleteWithEntries(std::set<SetupConvDef const *> const & lists);
 
 private:
   std::vector<ConvDef const *> m_defs;

@@ -89,7 +89,9 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::RewriteLibrary(bool conv
 
 void CStreamioLibWritePrivate::SetLibPath(AString const & path, TMode mode) {
   library::Close(*m_state);
+  bool const isReadOnly = m_state->isReadOnly;
   m_state = std::make_unique<LibraryState>();
+  m_state->isReadOnly = isReadOnly;
   m_lastError.clear();
   library::Attach(*m_state, path, mode);
   m_lastError = m_state->error;
@@ -199,6 +201,8 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::ClearLibrary() {
   LibIOReturn const result = m_state->status == kLibSuccess ? DeleteBlocks(names) : m_state->status;
   return result == kLibSuccess ? RewriteLibrary(false) : Checked(result);
 }
+
+void CStreamioLibWritePrivate::SetReadOnly(bool readOnly) { m_state->isReadOnly = readOnly; }
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::AcquireForWriting() {
   return Checked(library::AcquireForWriting(*m_state));

@@ -56,6 +56,8 @@ struct LibraryState {
   LibIOReturn status = CStreamioLibrary::kLibNotAttached;
   /// A copy to another path failed: the statistics tell of it until the next attach.
   LibIOReturn copyResult = CStreamioLibrary::kLibSuccess;
+  /// The private file is passed over, and every write refused.
+  bool isReadOnly = false;
   bool isRecovered = false;
   bool wasWriter = false;
   /// The form of files that are begun.

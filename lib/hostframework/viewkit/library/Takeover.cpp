@@ -153,6 +153,8 @@ LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLib
     error = path.FilePath() + L": " + state.publicLog->Records().Damages().front().what;
   else
     error.clear();
+  if (state.isReadOnly)
+    return kSuccess;
   if (mode == CStreamioLibrary::kRecoveryMode && LFN_Exists(state.privatePath)) {
     auto const taken = AcquireForWriting(state, true);
     state.isRecovered = taken == kSuccess && state.stranger == Stranger::None;
@@ -171,6 +173,8 @@ LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLib
 LibIOReturn AcquireForWriting(LibraryState & state, bool takesOver) {
   if (state.status != kSuccess)
     return state.status;
+  if (state.isReadOnly)
+    return state.Fail(CStreamioLibrary::kLibLocked, state.path.FilePath() + L" is open for reading only");
   if (state.lock.IsHeld())
     return kSuccess;
   if (state.wasWriter && (state.publicLog || state.privateLog))

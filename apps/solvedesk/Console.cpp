@@ -1,0 +1,80 @@
+// The program's two streams: data to standard output, messages to standard error.
+
+#include "apps/solvedesk/Console.h"
+
+#include "basekit/text/Utf8.h"
+#include "desktop/Error.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace solvedesk {
+namespace {
+
+constexpr int kSchemaVersion = 1;
+
+void Write(std::string const & text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+} // namespace
+
+void AddOutputOptions(CLI::App & verb, OutputOptions & options) {
+  verb.add_flag("--json", options.json, "print one JSON document on standard output");
+  verb.add_flag("--quiet", options.quiet, "print no text on standard output");
+}
+
+void PrintResult(OutputOptions const & options, std::string const & text, nlohmann::ordered_json const & document) {
+  if (options.json) {
+    nlohmann::ordered_json whole{{"schema_version", kSchemaVersion}};
+    whole.update(document);
+    Write(whole.dump(2) + "\n");
+  } else if (!options.quiet) {
+    Write(text);
+  }
+}
+
+void PrintEvent(nlohmann::ordered_json const & event) {
+  Write(event.dump() + "\n");
+  std::fflush(stdout);
+}
+
+void PrintMessage(std::string const & text) {
+  std::string line = "solvedesk: " + text;
+  while (!line.empty() && line.back() == '\n')
+    line.pop_back();
+  for (char & c : line)
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
+      c = ' ';
+  std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+void FinishOutput() {
+  errno = 0;
+  if (std::fflush(stdout) != 0 || std::ferror(stdout))
+    throw desktop::Error(desktop::ErrorKind::kFailed, L"standard output: can't be written: " +
+                                                          text::FromUtf8(std::strerror(errno ? errno : EIO)) +
+                                                          L"; check where it leads");
+}
+
+bool IsLiveTerminal() {
+  char const * const terminal = std::getenv("TERM");
+  return isatty(STDERR_FILENO) && !(terminal && std::string(terminal) == "dumb");
+}
+
+std::string Utf8(AString const & text) { return text::ToUtf8(text); }
+
+AString ArgumentText(std::string const & word) {
+  AString wide;
+  if (!text::FromUtf8Strict(word, wide))
+    throw desktop::Error(desktop::ErrorKind::kUsage,
+                         L"'" + text::FromUtf8(word) + L"': is no UTF-8 text; set the terminal to UTF-8");
+  return wide;
+}
+
+} // namespace solvedesk

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "basekit/text/AString.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace solvedesk {
+
+/// How a verb is to tell its result.
+struct OutputOptions {
+  bool json = false;  ///< one document on standard output
+  bool quiet = false; ///< no text on standard output; errors and notices stay
+};
+
+/// Adds --json and --quiet to a verb.
+void AddOutputOptions(CLI::App & verb, OutputOptions & options);
+
+/// The result of a verb on standard output: the document under a schema_version, or the text for people.
+void PrintResult(OutputOptions const & options, std::string const & text, nlohmann::ordered_json const & document);
+/// One JSON value on one line of standard output, which is handed on at once.
+void PrintEvent(nlohmann::ordered_json const & event);
+/// One line on standard error, whatever the text holds: "solvedesk: ...".
+void PrintMessage(std::string const & text);
+/// Throws desktop::Error when something that was printed did not reach its reader.
+void FinishOutput();
+
+/// Whether moving text may be shown on standard error.
+bool IsLiveTerminal();
+
+std::string Utf8(AString const & text);
+/// A word of the command line; throws desktop::Error when it is no valid text.
+AString ArgumentText(std::string const & word);
+
+} // namespace solvedesk

@@ -1,0 +1,159 @@
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/ProjectTree.h"
+#include "apps/solvedesk/Verbs.h"
+#include "basekit/value/Variable.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "plotkit/SweepDefinition.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace solvedesk {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct InfoWords {
+  std::string project;
+  OutputOptions output;
+};
+
+Json SweepJson(SweepDefinition const & sweep) {
+  Json json{{"variable", Utf8(sweep.GetVariableName())},
+            {"type", Utf8(SweepDefinition::GetSweepTypeName(sweep.GetType()))},
+            {"start", sweep.GetStart()},
+            {"stop", sweep.GetStop()}};
+  if (sweep.GetType() == SweepDefinition::kLinearStep)
+    json["step"] = sweep.GetStep();
+  else if (sweep.GetCount() > 0)
+    json["count"] = sweep.GetCount();
+  return json;
+}
+
+std::string SweepText(SweepDefinition const & sweep) {
+  std::string const name = Utf8(sweep.GetVariableName());
+  switch (sweep.GetType()) {
+  case SweepDefinition::kLinearStep:
+    return fmt::format("{} from {} to {} in steps of {}", name, sweep.GetStart(), sweep.GetStop(), sweep.GetStep());
+  case SweepDefinition::kLinearCount:
+    return fmt::format("{} from {} to {}, {} points", name, sweep.GetStart(), sweep.GetStop(), sweep.GetCount());
+  case SweepDefinition::kDecadeCount:
+    return fmt::format("{} from {} to {}, {} a decade", name, sweep.GetStart(), sweep.GetStop(), sweep.GetCount());
+  case SweepDefinition::kOctaveCount:
+    return fmt::format("{} from {} to {}, {} an octave", name, sweep.GetStart(), sweep.GetStop(), sweep.GetCount());
+  default:
+    return fmt::format("{} from {} to {}", name, sweep.GetStart(), sweep.GetStop());
+  }
+}
+
+std::string StateText(VariationState const & state) {
+  return fmt::format("{:<5}  {:<7}  {}", state.isValid ? "valid" : "stale", state.hasData ? "data" : "no data",
+                     !state.hasData  ? "-"
+                     : state.isSaved ? "saved"
+                                     : "unsaved");
+}
+
+/// Builds the tree of a project once, as text for people and as a document.
+class InfoReport {
+public:
+  explicit InfoReport(desktop::Session & session) : m_session(session), m_states(session) {}
+
+  std::string const & Text() const { return m_text; }
+  Json const & Document() const { return m_document; }
+
+  void Make(std::string const & path) {
+    m_text = fmt::format("{} ({}{}{})\n", path, Utf8(m_session.GetProduct().GetName()),
+                         m_session.HasUnsavedChanges() ? ", unsaved changes" : "",
+                         m_session.IsReadOnly() ? ", read only" : "");
+    m_document = {{"project", path},
+                  {"product", Utf8(m_session.GetProduct().GetName())},
+                  {"read_only", m_session.IsReadOnly()},
+                  {"unsaved_changes", m_session.HasUnsavedChanges()},
+                  {"notices", Json::array()}};
+    for (AString const & notice : m_session.GetNotices())
+      m_document["notices"].push_back(Utf8(notice));
+    AddDesign();
+    m_document["setups"] = Json::array();
+    for (auto const & [id, setup] : m_session.GetManager().GetSetups())
+      m_document["setups"].push_back(SetupJson(*setup));
+  }
+
+private:
+  void AddDesign() {
+    desktop::Design const & design = m_session.GetDesign();
+    m_text += fmt::format("  design {}\n", Utf8(design.GetName()));
+    Json variables = Json::array();
+    for (Variable const * variable : design.GetVariables()) {
+      m_text += fmt::format("    {} = {}\n", Utf8(variable->GetName()), Utf8(variable->GetValueText()));
+      variables.push_back({{"name", Utf8(variable->GetName())}, {"value", Utf8(variable->GetValueText())}});
+    }
+    m_document["design"] = {
+        {"name", Utf8(design.GetName())}, {"variation", Utf8(design.GetVariation())}, {"variables", variables}};
+  }
+
+  Json SetupJson(BaseSimulationSetup const & setup) {
+    std::vector<SweepDefinition *> sweeps;
+    setup.GetSweepDefinitions(sweeps);
+    m_text += fmt::format("  setup {}, {}\n", Utf8(setup.GetName()), Utf8(setup.GetSimSetupTypeName()));
+    Json json{{"name", Utf8(setup.GetName())}, {"type", Utf8(setup.GetSimSetupTypeName())}, {"sweeps", Json::array()}};
+    for (SweepDefinition const * sweep : sweeps) {
+      m_text += fmt::format("    sweep {}\n", SweepText(*sweep));
+      json["sweeps"].push_back(SweepJson(*sweep));
+    }
+    json["solutions"] = Json::array();
+    for (auto const & [id, solution] : setup.GetSolutions())
+      json["solutions"].push_back(SolutionJson(*solution));
+    return json;
+  }
+
+  Json SolutionJson(BaseSolution const & solution) {
+    auto const variations = m_states.Of(solution);
+    SolutionCounts const counts = Count(variations);
+    m_text += fmt::format("    solution {}: {} variations, {} valid, {} with data, {} saved\n",
+                          Utf8(solution.GetSolutionName()), counts.all, counts.valid, counts.withData, counts.saved);
+    Json json{{"name", Utf8(solution.GetSolutionName())}, {"variations", Json::array()}};
+    for (VariationState const & state : variations) {
+      m_text += fmt::format("      {}  {}\n", StateText(state), Utf8(state.variation));
+      json["variations"].push_back({{"variation", Utf8(state.variation)},
+                                    {"valid", state.isValid},
+                                    {"has_data", state.hasData},
+                                    {"saved", state.isSaved}});
+    }
+    return json;
+  }
+
+  desktop::Session & m_session;
+  VariationStates m_states;
+  std::string m_text;
+  Json m_document;
+};
+
+int ShowProject(InfoWords const & words) {
+  auto const session = OpenForReading(words.project);
+  InfoReport report(*session);
+  report.Make(Utf8(ProjectPath(words.project)));
+  PrintResult(words.output, report.Text(), report.Document());
+  return 0;
+}
+
+} // namespace
+
+void AddInfoVerb(CLI::App & program, Action & action) {
+  auto const words = std::make_shared<InfoWords>();
+  CLI::App * const verb =
+      program.add_subcommand("info", "show a project's variables, setups, solutions and variations");
+  AddProjectWord(*verb, words->project);
+  AddOutputOptions(*verb, words->output);
+  verb->footer("Example:\n  solvedesk info lowpass --json\n\n"
+               "A variation is valid while nothing changed since it was solved, and saved once it is in the committed\n"
+               "library.  While another process has the project, the state that was saved last is shown.");
+  verb->callback([&action, words] { action = [words] { return ShowProject(*words); }; });
+}
+
+} // namespace solvedesk

@@ -1,0 +1,72 @@
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/Verbs.h"
+#include "basekit/value/Variable.h"
+#include "desktop/Error.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/ProductRegistry.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace solvedesk {
+namespace {
+
+struct NewWords {
+  std::string project;
+  std::string netlist;
+  std::string product = "rfcircuit";
+  OutputOptions output;
+};
+
+void CheckProduct(AString const & name) {
+  auto const & registry = desktop::ProductRegistry::Instance();
+  if (registry.Find(name))
+    return;
+  AString known;
+  for (AString const & other : registry.Names())
+    known += (known.empty() ? L"" : L", ") + other;
+  throw desktop::Error(desktop::ErrorKind::kUsage,
+                       L"--product " + name + L": there is no product of that name; known are: " + known);
+}
+
+int MakeProject(NewWords const & words) {
+  AString const product = ArgumentText(words.product);
+  CheckProduct(product);
+  AString const path = ProjectPath(words.project);
+  auto const session = desktop::Session::Create(path, ArgumentText(words.netlist), product);
+  nlohmann::ordered_json variables = nlohmann::ordered_json::array();
+  nlohmann::ordered_json setups = nlohmann::ordered_json::array();
+  for (Variable const * variable : session->GetDesign().GetVariables())
+    variables.push_back({{"name", Utf8(variable->GetName())}, {"value", Utf8(variable->GetValueText())}});
+  for (auto const & [id, setup] : session->GetManager().GetSetups())
+    setups.push_back(Utf8(setup->GetName()));
+  std::string const text = fmt::format("{}: made from {}; design variables: {}, setups: {}\n", Utf8(path),
+                                       words.netlist, variables.size(), setups.size());
+  PrintResult(words.output, text,
+              {{"project", Utf8(path)},
+               {"netlist", words.netlist},
+               {"product", words.product},
+               {"variables", variables},
+               {"setups", setups}});
+  return 0;
+}
+
+} // namespace
+
+void AddNewVerb(CLI::App & program, Action & action) {
+  auto const words = std::make_shared<NewWords>();
+  CLI::App * const verb = program.add_subcommand("new", "make a project from a netlist");
+  AddProjectWord(*verb, words->project);
+  verb->add_option("--netlist", words->netlist, "the netlist; .param lines become design variables, .sp lines setups")
+      ->required();
+  verb->add_option("--product", words->product, "the solver product that reads it")->capture_default_str();
+  AddOutputOptions(*verb, words->output);
+  verb->footer("Example:\n  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir");
+  verb->callback([&action, words] { action = [words] { return MakeProject(*words); }; });
+}
+
+} // namespace solvedesk

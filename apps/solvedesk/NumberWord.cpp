@@ -1,0 +1,39 @@
+#include "apps/solvedesk/NumberWord.h"
+
+#include "basekit/text/NumberText.h"
+#include "basekit/text/Utf8.h"
+#include "basekit/value/units/QuantityText.h"
+#include "desktop/Error.h"
+
+namespace solvedesk {
+namespace {
+
+[[noreturn]] void Refuse(AString const & where, AString const & word, AString const & problem) {
+  throw desktop::Error(desktop::ErrorKind::kUsage, where + L": '" + word + L"' " + problem);
+}
+
+bool EndsInAmbiguousLetter(AString const & word) {
+  std::size_t const size = word.size();
+  if (size < 2 || !(word.EndsWith(L"m") || word.EndsWith(L"M") || word.EndsWith(L"F")))
+    return false;
+  wchar_t const before = word[size - 2];
+  return (before >= L'0' && before <= L'9') || before == L'.' || before == L' ';
+}
+
+} // namespace
+
+double ReadNumberWord(AString const & word, AString const & where) {
+  AString const trimmed = word.Trimmed();
+  if (EndsInAmbiguousLetter(trimmed))
+    Refuse(where, word,
+           L"can be read in two ways (m: milli or metre, M: mega or milli, F: farad or femto); "
+           L"write the exponent, as in 1e-3");
+  val::Quantity quantity;
+  if (!val::ParseQuantity(trimmed.View(), quantity) || quantity.isComplex)
+    Refuse(where, word, L"is no number; write one such as 0.95, 1e-12 or 2.2p");
+  return quantity.real;
+}
+
+AString PlainNumber(double value) { return text::FromUtf8(text::ShortestReal(value == 0 ? 0.0 : value)); }
+
+} // namespace solvedesk

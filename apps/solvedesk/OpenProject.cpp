@@ -1,0 +1,87 @@
+#include "apps/solvedesk/OpenProject.h"
+
+#include "apps/solvedesk/Console.h"
+#include "desktop/Error.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace solvedesk {
+namespace {
+
+wchar_t const * const kExtension = L".sproject";
+
+std::unique_ptr<desktop::Session> Open(std::string const & project, desktop::Session::Access access) {
+  auto session = desktop::Session::Open(ProjectPath(project), access);
+  for (AString const & notice : session->GetNotices())
+    PrintMessage(Utf8(notice));
+  return session;
+}
+
+AString NamesOf(BaseSolutionManager::SetupMap const & setups) {
+  AString names;
+  for (auto const & [id, setup] : setups)
+    names += (names.empty() ? L"" : L", ") + setup->GetName();
+  return names.empty() ? AString(L"none") : names;
+}
+
+BaseSimulationSetup * FindSetup(BaseSolutionManager::SetupMap const & setups, AString const & name) {
+  auto const found = std::find_if(setups.begin(), setups.end(), [&](auto const & entry) {
+    return AString::MatchNoCase(entry.second->GetName(), name);
+  });
+  if (found == setups.end())
+    throw desktop::Error(desktop::ErrorKind::kUsage,
+                         L"--setup " + name + L": the project has no setup of that name; it has: " + NamesOf(setups));
+  return found->second;
+}
+
+} // namespace
+
+void AddProjectWord(CLI::App & verb, std::string & project) {
+  verb.add_option("PROJECT", project, "the project file; its extension .sproject may be left out")->required();
+}
+
+AString ProjectPath(std::string const & project) {
+  AString const path = ArgumentText(project);
+  if (path.empty() || path.EndsWith(L"/"))
+    throw desktop::Error(desktop::ErrorKind::kUsage,
+                         L"PROJECT '" + path + L"': names no file; give a path such as filters/lowpass");
+  return path.EndsWith(kExtension) ? path : path + kExtension;
+}
+
+std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project) {
+  return Open(project, desktop::Session::Access::kWrite);
+}
+
+std::unique_ptr<desktop::Session> OpenForReading(std::string const & project) {
+  std::string reason;
+  try {
+    return Open(project, desktop::Session::Access::kWrite);
+  } catch (desktop::Error const & error) {
+    if (error.Kind() != desktop::ErrorKind::kLocked && error.Kind() != desktop::ErrorKind::kStorage)
+      throw;
+    reason = error.what();
+  }
+  auto session = Open(project, desktop::Session::Access::kReadOnly);
+  PrintMessage(reason + " (what follows is the state that was saved last)");
+  return session;
+}
+
+std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names) {
+  auto const & setups = session.GetManager().GetSetups();
+  std::vector<BaseSimulationSetup *> chosen;
+  for (std::string const & name : names) {
+    BaseSimulationSetup * const setup = FindSetup(setups, ArgumentText(name));
+    if (std::find(chosen.begin(), chosen.end(), setup) == chosen.end())
+      chosen.push_back(setup);
+  }
+  if (names.empty())
+    for (auto const & [id, setup] : setups)
+      chosen.push_back(setup);
+  return chosen;
+}
+
+} // namespace solvedesk

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "desktop/project/Session.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class BaseSimulationSetup;
+namespace CLI {
+class App;
+}
+
+namespace solvedesk {
+
+/// Adds the word PROJECT, which every verb needs.
+void AddProjectWord(CLI::App & verb, std::string & project);
+
+/// The path of the project file; the extension may be left out.
+AString ProjectPath(std::string const & project);
+
+/// Opens for changes; what opening has to tell goes to standard error.
+std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project);
+/// Opens for looking: for changes where that can be had, so that work that is unsaved or was left by a crash is seen
+/// too, else the saved state, which is then told on standard error.
+std::unique_ptr<desktop::Session> OpenForReading(std::string const & project);
+
+/// The setups of the names, all of them without a name, in the order of their IDs.  An unknown name is refused with
+/// the known ones told.
+std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names);
+
+} // namespace solvedesk

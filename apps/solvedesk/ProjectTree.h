@@ -1,0 +1,47 @@
+#pragma once
+
+#include "basekit/text/AString.h"
+
+#include <cstddef>
+#include <vector>
+
+class BaseSimulationSetup;
+class BaseSolution;
+namespace desktop {
+class Session;
+}
+
+namespace solvedesk {
+
+/// One solved point as it stands: what `info` tells about it.
+struct VariationState {
+  AString variation;
+  bool isValid = false; ///< solved at the present version of its solution
+  bool hasData = false;
+  bool isSaved = false; ///< its data is part of the committed library
+};
+
+/// Answers about the variations of a project; asks the library once which blocks only its private file holds.
+class VariationStates {
+public:
+  explicit VariationStates(desktop::Session & session);
+  /// In the order of the variations' IDs, versions from old to new.
+  std::vector<VariationState> Of(BaseSolution const & solution) const;
+
+private:
+  bool IsCommitted(AString const & realName) const;
+
+  desktop::Session & m_session;
+  std::vector<AString> m_unsavedBlocks; ///< names inside the library, sorted without case
+};
+
+/// Solved, valid and with data: what can be handed out.
+struct SolutionCounts {
+  std::size_t all = 0;
+  std::size_t valid = 0;
+  std::size_t withData = 0;
+  std::size_t saved = 0;
+};
+SolutionCounts Count(std::vector<VariationState> const & variations);
+
+} // namespace solvedesk

@@ -1,0 +1,213 @@
+#include "CoreInterfaces/desktop/IKitDesktop.h"
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/SolveListener.h"
+#include "apps/solvedesk/VaryGrid.h"
+#include "apps/solvedesk/Verbs.h"
+#include "basekit/message/MessageManager.h"
+#include "basekit/message/MessageQueueRestorer.h"
+#include "desktop/Error.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <csignal>
+#include <map>
+
+namespace solvedesk {
+namespace {
+
+using desktop::ErrorKind;
+
+struct SolveWords {
+  std::string project;
+  std::vector<std::string> setups;
+  std::vector<std::string> vary;
+  int jobs = 0;
+  double timeLimit = 3600;
+  bool noSave = false;
+  bool events = false;
+  OutputOptions output;
+};
+
+/// Ctrl-C and a polite end stop the solve for as long as this lives: once, what runs is finished; twice, it stops now.
+class StopOnSignals {
+public:
+  StopOnSignals() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) { desktop::SolveQueue::RequestStop(); };
+    sigemptyset(&action.sa_mask);
+    for (auto & [number, former] : m_former)
+      sigaction(number, &action, &former);
+  }
+  ~StopOnSignals() {
+    for (auto const & [number, former] : m_former)
+      sigaction(number, &former, nullptr);
+  }
+  StopOnSignals(StopOnSignals const &) = delete;
+  StopOnSignals & operator=(StopOnSignals const &) = delete;
+
+private:
+  std::map<int, struct sigaction> m_former{{SIGINT, {}}, {SIGTERM, {}}};
+};
+
+/// The design asks this queue for as long as both live.
+class QueueOfDesign {
+public:
+  QueueOfDesign(desktop::Session & session, desktop::SolveOptions const & options)
+      : m_design(session.GetDesign()), m_queue(session, options) {
+    m_design.SetSimulationService(&m_queue);
+  }
+  ~QueueOfDesign() { m_design.SetSimulationService(nullptr); }
+  QueueOfDesign(QueueOfDesign const &) = delete;
+  QueueOfDesign & operator=(QueueOfDesign const &) = delete;
+
+  desktop::SolveQueue & Queue() { return m_queue; }
+
+private:
+  desktop::Design & m_design;
+  desktop::SolveQueue m_queue;
+};
+
+struct Requested {
+  std::size_t points = 0;
+  std::size_t alreadyValid = 0;
+};
+
+void CheckNumbers(SolveWords const & words) {
+  if (words.jobs < 0 || words.jobs > 1024)
+    throw desktop::Error(ErrorKind::kUsage, L"--jobs: takes 1 to 1024 worker processes, or 0 for one a core");
+  if (!(words.timeLimit > 0 && words.timeLimit <= 1e9))
+    throw desktop::Error(ErrorKind::kUsage, L"--time-limit: takes seconds above 0, at most 1e9");
+  if (words.events && words.output.json)
+    throw desktop::Error(ErrorKind::kUsage, L"--events and --json: both print on standard output; give one of them");
+}
+
+// A point that is valid already is told to the user by a message; here it is counted instead.
+int Request(BaseSimulationSetup const & setup, desktop::DesignInstance & instance) {
+  IKitDesktop * const kit = GetIKitDesktop();
+  MessageQueueRestorer const restorer(kit ? &kit->GetMessageManager() : nullptr);
+  return setup.StartSingleSimulation(&instance, 0, 0, nullptr);
+}
+
+Requested RequestAll(desktop::Session & session, std::vector<BaseSimulationSetup *> const & setups,
+                     VaryGrid const & grid) {
+  Requested requested;
+  for (std::size_t i = 0; i < grid.Size(); ++i) {
+    desktop::Design & design = session.GetDesign();
+    desktop::DesignInstance & instance = design.InstanceFor(design.GetVariation(grid.At(i)));
+    for (BaseSimulationSetup const * setup : setups) {
+      ++requested.points;
+      int const answer = Request(*setup, instance);
+      if (answer == kNothingToSolve)
+        ++requested.alreadyValid;
+      else if (answer == kSolveRefused)
+        throw desktop::Error(ErrorKind::kFailed, setup->GetName() + L" at " + instance.GetVariationKey() +
+                                                     L": can't be queued; see what was told before");
+    }
+  }
+  return requested;
+}
+
+std::vector<BaseSimulationSetup *> SetupsToSolve(desktop::Session & session, SolveWords const & words,
+                                                 VaryGrid const & grid) {
+  auto setups = ChooseSetups(session, words.setups);
+  if (setups.empty())
+    throw desktop::Error(ErrorKind::kUsage,
+                         ProjectPath(words.project) + L": has no setup to solve; give the netlist a .sp line");
+  if (grid.Size() > VaryGrid::kMostPoints / setups.size())
+    throw desktop::Error(ErrorKind::kUsage, L"--vary: asks for more than 10000000 points in all setups together; "
+                                            L"choose one with --setup, or take larger steps");
+  return setups;
+}
+
+nlohmann::ordered_json Numbers(Requested const & requested, desktop::SolveOutcome const & outcome, bool saved) {
+  return {{"points", requested.points}, {"already_valid", requested.alreadyValid}, {"stored", outcome.stored},
+          {"failed", outcome.failed},   {"interrupted", outcome.interrupted},      {"saved", saved}};
+}
+
+std::string Summary(Requested const & requested, desktop::SolveOutcome const & outcome, bool saved) {
+  std::string text =
+      fmt::format("{} points: {} solved, {} valid already", requested.points, outcome.stored, requested.alreadyValid);
+  if (outcome.failed > 0)
+    text += fmt::format(", {} failed", outcome.failed);
+  if (outcome.interrupted)
+    text += ", stopped before the end";
+  return text + (saved ? "; saved\n" : "; not saved\n");
+}
+
+int ExitCode(desktop::SolveOutcome const & outcome) {
+  if (outcome.interrupted)
+    return static_cast<int>(ErrorKind::kInterrupted);
+  return outcome.failed > 0 ? static_cast<int>(ErrorKind::kSolve) : 0;
+}
+
+desktop::SolveOptions QueueOptions(SolveWords const & words, desktop::Session const & session) {
+  desktop::SolveOptions options;
+  options.workers = words.jobs;
+  options.secondsPerJob = words.timeLimit;
+  options.workerWords = {L"worker", L"--product", session.GetProduct().GetName()};
+  return options;
+}
+
+int Solve(SolveWords const & words) {
+  CheckNumbers(words);
+  VaryGrid grid(words.vary);
+  auto const session = OpenForWriting(words.project);
+  grid.ResolveNames(session->GetDesign());
+  auto const setups = SetupsToSolve(*session, words, grid);
+  session->CheckSourceUnchanged();
+  session->Autosave();
+
+  QueueOfDesign solver(*session, QueueOptions(words, *session));
+  Requested const requested = RequestAll(*session, setups, grid);
+  desktop::SolveOutcome outcome;
+  nlohmann::ordered_json failures;
+  {
+    StopOnSignals const stopOnSignals;
+    SolveListener listener(IsLiveTerminal() && !words.output.quiet, words.events);
+    outcome = solver.Queue().Run(listener);
+    failures = listener.Failures();
+  }
+  if (!words.noSave && session->HasUnsavedChanges())
+    session->Save();
+
+  bool const isSaved = !session->HasUnsavedChanges();
+  nlohmann::ordered_json document = Numbers(requested, outcome, isSaved);
+  if (words.events) {
+    nlohmann::ordered_json event{{"event", "finished"}};
+    event.update(document);
+    PrintEvent(event);
+  } else {
+    document["failures"] = failures;
+    PrintResult(words.output, Summary(requested, outcome, isSaved), document);
+  }
+  return ExitCode(outcome);
+}
+
+} // namespace
+
+void AddSolveVerb(CLI::App & program, Action & action) {
+  auto const words = std::make_shared<SolveWords>();
+  CLI::App * const verb = program.add_subcommand("solve", "solve the setups over values of the design variables");
+  AddProjectWord(*verb, words->project);
+  verb->add_option("--setup", words->setups, "a setup to solve; all of them without this")->allow_extra_args(false);
+  verb->add_option("--vary", words->vary, "NAME=A:B:STEP (B included) or NAME=v1,v2,...; several make a grid")
+      ->allow_extra_args(false);
+  verb->add_option("--jobs", words->jobs, "worker processes; 0: one for each core")->capture_default_str();
+  verb->add_option("--time-limit", words->timeLimit, "seconds that one point may take")->capture_default_str();
+  verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work");
+  verb->add_flag("--events", words->events, "print one JSON line for each point once it is safe: stored or failed");
+  AddOutputOptions(*verb, words->output);
+  verb->footer("Examples:\n"
+               "  solvedesk solve lowpass\n"
+               "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n\n"
+               "Points that are valid already are not solved again. Ctrl-C once finishes what runs, twice stops now;\n"
+               "what is solved is kept either way.");
+  verb->callback([&action, words] { action = [words] { return Solve(*words); }; });
+}
+
+} // namespace solvedesk

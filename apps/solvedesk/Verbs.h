@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace solvedesk {
+
+/// What the words of the command line ask for; gives the exit code or throws desktop::Error.
+using Action = std::function<int()>;
+
+// Each adds one verb with its options and help to the program; the verb that is used sets the action.
+void AddNewVerb(CLI::App & program, Action & action);
+void AddInfoVerb(CLI::App & program, Action & action);
+void AddSetVerb(CLI::App & program, Action & action);
+void AddSolveVerb(CLI::App & program, Action & action);
+void AddSaveVerb(CLI::App & program, Action & action);
+void AddTouchstoneVerb(CLI::App & program, Action & action);
+/// What a solve starts for each core; not for people, so it stands in no help.
+void AddWorkerVerb(CLI::App & program, Action & action);
+
+} // namespace solvedesk

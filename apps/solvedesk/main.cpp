@@ -1,0 +1,84 @@
+// solvedesk: the headless desktop as a program.
+
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/Verbs.h"
+#include "desktop/Error.h"
+#include "products/rfcircuit/product/RegisterRfCircuit.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <string>
+
+namespace {
+
+char const * const kVersion = "solvedesk 0.1.0";
+
+char const * const kHelpEnd = R"(Examples:
+  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir
+  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9:1.1:0.05
+  solvedesk info lowpass
+  solvedesk touchstone lowpass --to results
+
+Exit codes:
+  0 done                          5 at least one point could not be solved
+  1 failed                        6 another process has the project
+  2 wrong words or values         7 results could not be stored
+  3 project missing or damaged    8 stopped by the user; what was solved is kept
+  4 netlist missing or wrong
+
+Every verb has its own help: solvedesk solve --help)";
+
+void AddVerbs(CLI::App & program, solvedesk::Action & action) {
+  solvedesk::AddNewVerb(program, action);
+  solvedesk::AddInfoVerb(program, action);
+  solvedesk::AddSetVerb(program, action);
+  solvedesk::AddSolveVerb(program, action);
+  solvedesk::AddSaveVerb(program, action);
+  solvedesk::AddTouchstoneVerb(program, action);
+  solvedesk::AddWorkerVerb(program, action);
+}
+
+std::string HelpCommand(CLI::App const & program) {
+  for (CLI::App const * verb : program.get_subcommands())
+    return "solvedesk " + verb->get_name() + " --help";
+  return "solvedesk --help";
+}
+
+int Run(int count, char ** words) {
+  CLI::App program("Solves the circuits of a project over its design variables, and keeps what was solved.",
+                   "solvedesk");
+  program.set_version_flag("--version", kVersion, "print the version and exit");
+  program.footer(kHelpEnd);
+  program.require_subcommand(1);
+  solvedesk::Action action;
+  AddVerbs(program, action);
+  try {
+    program.parse(count, words);
+  } catch (CLI::ParseError const & error) {
+    if (error.get_exit_code() == 0)
+      return program.exit(error); // help and version
+    solvedesk::PrintMessage(std::string(error.what()) + "; see " + HelpCommand(program));
+    return static_cast<int>(desktop::ErrorKind::kUsage);
+  }
+  RegisterRfCircuit();
+  int const status = action();
+  solvedesk::FinishOutput();
+  return status;
+}
+
+} // namespace
+
+int main(int count, char ** words) {
+  try {
+    return Run(count, words);
+  } catch (desktop::Error const & error) {
+    solvedesk::PrintMessage(error.what());
+    return static_cast<int>(error.Kind());
+  } catch (std::bad_alloc const &) {
+    solvedesk::PrintMessage("out of memory; ask for fewer points at a time");
+  } catch (std::exception const & error) {
+    solvedesk::PrintMessage(std::string("unexpected failure: ") + error.what());
+  }
+  return static_cast<int>(desktop::ErrorKind::kFailed);
+}
