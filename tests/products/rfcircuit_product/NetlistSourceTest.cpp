@@ -26,9 +26,7 @@ std::vector<Example> const & Examples() {
       {"attenuator/attenuator.cir", L"2 ports, 6 elements, 1 sweep", {{L"attenuation", L"10"}}},
       {"branchline/branchline.cir", L"4 ports, 4 elements, 1 sweep", {{L"f0", L"2.4g"}, {L"zline", L"50"}}},
       {"lowpass/lowpass.cir", L"2 ports, 7 elements, 1 sweep", {{L"cscale", L"1.0"}, {L"lscale", L"1.0"}}},
-      {"sallenkey/sallenkey.cir",
-       L"2 ports, 6 elements, 1 sweep",
-       {{L"gain", L"1e5"}, {L"r", L"1k"}, {L"c", L"1n"}}},
+      {"sallenkey/sallenkey.cir", L"2 ports, 6 elements, 1 sweep", {{L"gain", L"1e5"}, {L"r", L"1k"}, {L"c", L"1n"}}},
       {"transformer/transformer.cir",
        L"2 ports, 2 elements, 1 sweep",
        {{L"coupling", L"0.98"}, {L"lprimary", L"1u"}, {L"lsecondary", L"4u"}}}};
@@ -75,8 +73,7 @@ TEST_F(NetlistSource, GivesVariablesTheVeryNumberOfTheNetlist) {
 }
 
 TEST_F(NetlistSource, RewritesValuesWhoseSuffixMeansSomethingElseInAVariation) {
-  auto const source =
-      Source(Write(".param a=1F b=3m c=2.4g\nR1 in out 50\n" + kTwoPorts + ".sp lin 11 1g 2g\n"));
+  auto const source = Source(Write(".param a=1F b=3m c=2.4g\nR1 in out 50\n" + kTwoPorts + ".sp lin 11 1g 2g\n"));
   ASSERT_EQ(source.variables.size(), 3u);
   EXPECT_EQ(source.variables[0].value, L"1e-15"); // not a farad
   EXPECT_EQ(source.variables[1].value, L"0.003"); // not three metres
@@ -90,8 +87,7 @@ TEST_F(NetlistSource, GivesOneSetupForEachSweepInTheOrderOfTheFile) {
   ASSERT_EQ(source.setups.size(), 3u);
   EXPECT_EQ(source.setups[0].name, L"SParameters1");
   EXPECT_EQ(source.setups[2].name, L"SParameters3");
-  EXPECT_EQ(source.setups[0].settings.Pack(),
-            L"Settings { Kind = \"lin\" Points = 11 Start = 1e9 Stop = 2e9 }");
+  EXPECT_EQ(source.setups[0].settings.Pack(), L"Settings { Kind = \"lin\" Points = 11 Start = 1e9 Stop = 2e9 }");
   EXPECT_EQ(source.setups[1].settings.Pack(), L"Settings { Kind = \"dec\" Points = 10 Start = 1000 Stop = 1e6 }");
   EXPECT_EQ(source.setups[2].settings.Pack(), L"Settings { Kind = \"list\" Frequencies(1e9, 3e9) }");
 }
