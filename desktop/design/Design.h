@@ -4,7 +4,9 @@
 #include "CoreInterfaces/desktop/IDesignInstance.h"
 #include "CoreInterfaces/desktop/IProductInfo.h"
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace io {
@@ -13,22 +15,25 @@ class CBlock;
 
 namespace desktop {
 
+class Design;
 class Project;
 
 /// One setting of a design's variables, by its variation text.
 class DesignInstance : public IDesignInstance {
 public:
-  DesignInstance(IDesign & design, long id, AString const & variation);
+  DesignInstance(Design & design, long id, AString const & variation);
+  /// The nominal instance: its variation follows the design's variables.
+  DesignInstance(Design & design, long id);
   long GetID() const override { return m_id; }
-  IDesign * GetIDesign() const override { return &m_design; }
-  AString GetVariationKey() const override { return m_variation; }
+  IDesign * GetIDesign() const override;
+  AString GetVariationKey() const override;
   void GetNominalVariableValues(VariableValues & values) const override;
   ISimulationService * GetSimulationService() const override;
 
 private:
-  IDesign & m_design;
+  Design & m_design;
   long m_id;
-  AString m_variation;
+  std::optional<AString> m_variation;
 };
 
 /// A design of this desktop: name, variables, instances.  The first instance is the nominal one, whose variation
@@ -70,12 +75,13 @@ public:
   /// The variation text of the variables as they are, with some values replaced.
   AString GetVariation(std::vector<std::pair<AString, AString>> const & replaced = {}) const;
 
+  DesignInstance & NominalInstance() { return m_nominal; }
   /// An instance for one variation, owned by the design; the same object for the same text.
   DesignInstance & InstanceFor(AString const & variation);
 
-  /// Items: variables.  The manager's blocks are not part of this.
+  /// Item: block "Variables".  The manager's blocks are not part of this.
   void Write(io::CBlock & block) const;
-  /// False when the block is not what Write made.
+  /// Takes the place of all variables; false, and nothing changed, when the block is not what Write made.
   bool Read(io::CBlock const & block);
 
 private:
@@ -88,7 +94,9 @@ private:
   std::unique_ptr<ProductInfo> m_productInfo;
   std::unique_ptr<VariableServer> m_variableServer;
   std::vector<std::unique_ptr<Variable>> m_variables;
-  mutable std::vector<std::unique_ptr<DesignInstance>> m_instances;
+  DesignInstance m_nominal;
+  /// By variation text; a study queues an instance for each of its points.
+  std::map<AString, DesignInstance> m_instances;
   ISimulationService * m_simulationService = nullptr;
 };
 

@@ -2,8 +2,10 @@
 
 #include "basekit/file/IFileSystem.h"
 #include "basekit/file/LongFileName.h"
+#include "basekit/text/Utf8.h"
 
 #include <cerrno>
+#include <filesystem>
 
 using file::FileInfo;
 using file::FileKind;
@@ -194,6 +196,13 @@ bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & t
 }
 
 AString const & LFN_LastError() { return s_lastError; }
+
+LongFileName LFN_AbsolutePath(LongFileName const & path) {
+  std::error_code ignored; // Without a current folder the path stays relative.
+  std::filesystem::path const given(text::ToUtf8(path.FilePath()));
+  std::filesystem::path const absolute = std::filesystem::absolute(given, ignored);
+  return text::FromUtf8((absolute.empty() ? given : absolute).lexically_normal().string());
+}
 
 bool KvroGetTempFileName(LongFileName const & directory, AString const & prefix, AString const & extension,
                          AString & fileName) {

@@ -34,6 +34,8 @@ bool LFN_CreateDirectoryAndParents(LongFileName const & path);
 /// `overwrite` is true and else left as they are.
 bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & to, bool overwrite);
 AString const & LFN_LastError();
+/// The path from the root, counted from the current folder, without "." and ".." in it.  Links are not followed.
+LongFileName LFN_AbsolutePath(LongFileName const & path);
 
 /// Makes a name in the folder that nothing bears yet: prefix, a number, extension.  False when the folder is not
 /// there.  `fileName` takes the full path; `extension` may come with or without its dot.

@@ -9,6 +9,7 @@
 namespace io {
 
 class BlockIndex;
+class RecordReader;
 
 /// Reads a file of items and tokens, of either form, also one that ends abruptly: what is whole is read.
 /// An open that fails shows as fail().  Flags: StreamFlags.
@@ -26,8 +27,11 @@ public:
   void Close();
 
 private:
+  bool SeekInLibrary(AString const & name);
+
   std::string m_content;
   std::unique_ptr<BlockIndex> m_index;
+  std::unique_ptr<RecordReader> m_library;
 };
 
 } // namespace io

@@ -65,6 +65,11 @@ BlockPlace const * RecordIndex::Find(AString const & name) const {
   return at == m_places.end() ? nullptr : &at->second;
 }
 
+RecordIndex::PlaceMap::value_type const * RecordIndex::Entry(AString const & name) const {
+  auto const at = m_places.find(name);
+  return at == m_places.end() ? nullptr : &*at;
+}
+
 std::vector<RecordIndex::Change> RecordIndex::InFileOrder() const {
   std::vector<Change> blocks;
   blocks.reserve(m_blocks);

@@ -47,6 +47,8 @@ public:
   PlaceMap const & Places() const { return m_places; }
   /// Null for a name that is unknown; a deletion that is kept is found.
   BlockPlace const * Find(AString const & name) const;
+  /// The same with the name as the record spells it.
+  PlaceMap::value_type const * Entry(AString const & name) const;
   /// Blocks in the order in which they stand in the file.
   std::vector<Change> InFileOrder() const;
   std::uint64_t LiveBytes() const { return m_liveBytes; }

@@ -82,6 +82,10 @@ void RecordReader::Begin(std::unique_ptr<file::IFile> file, FileHeader const & h
 
 RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent) {
   m_file = std::move(file);
+  m_window.clear();
+  m_damages.clear();
+  m_state = State::Good;
+  m_cleanlyClosed = false;
   file::FileInfo info;
   if (file::FileStatus const status = m_file->Describe(info); !status.Ok())
     return Fail(State::Unreadable, status.Text());
@@ -89,6 +93,8 @@ RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file, std::o
   std::string_view bytes;
   if (!Bytes(0, std::min<std::uint64_t>(m_length, kFileHeaderSize + kRecordHeaderSize), bytes))
     return Fail(State::Unreadable, m_error);
+  m_isTornHeader =
+      m_length < kFileHeaderSize && bytes.substr(0, kLibraryMagic.size()) == kLibraryMagic.substr(0, bytes.size());
   HeaderState const header = ParseFileHeader(bytes, m_header);
   if (header == HeaderState::Foreign)
     return Fail(State::Foreign, L"the file is no block library");
@@ -295,8 +301,8 @@ RecordReader::Payload RecordReader::ReadPayload(AString const & name, BlockPlace
   m_state = m_state == State::Unreadable ? State::Good : m_state; // A read that failed may go well the next time.
   m_readAhead = 0;
   bool const good =
-      (place.RecordSize() > kScanAhead || Bytes(place.offset, place.RecordSize(), bytes)) && HeaderAt(place.offset, m_length, record) &&
-      record.header.kind == kBlockRecord &&
+      (place.RecordSize() > kScanAhead || Bytes(place.offset, place.RecordSize(), bytes)) &&
+      HeaderAt(place.offset, m_length, record) && record.header.kind == kBlockRecord &&
       PartAt(place.offset + kRecordHeaderSize, record.header.nameLength, record.header.nameChecksum, bytes) &&
       bytes == text::ToUtf8(name) &&
       PartAt(place.offset + record.header.PayloadOffset(), record.header.payloadLength, record.header.payloadChecksum,

@@ -40,6 +40,8 @@ public:
   State Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent = {});
   /// Goes on with another handle on the same file.
   void Reopen(std::unique_ptr<file::IFile> file) { m_file = std::move(file); }
+  /// Reads the file anew through the same handle.
+  State Restart() { return Open(std::move(m_file), m_extent); }
   /// Begins a new file, which holds its header alone.
   void Begin(std::unique_ptr<file::IFile> file, FileHeader const & header);
   /// Reads what another writer has appended since; false when the file must be opened anew.
@@ -50,6 +52,8 @@ public:
   std::size_t Verify(std::function<void(RecordDamage const &)> const & report);
 
   FileHeader const & Header() const { return m_header; }
+  /// Nothing but the begin of a header stands there: the writer stopped before it stored anything.
+  bool IsTornHeader() const { return m_isTornHeader; }
   /// The salt was told by the first record; what the header alone tells is lost.
   bool HeaderIsDamaged() const { return m_headerIsDamaged; }
   RecordIndex const & Index() const { return m_index; }
@@ -106,6 +110,7 @@ private:
   std::uint64_t m_indexedTo = 0;
   bool m_cleanlyClosed = false;
   bool m_headerIsDamaged = false;
+  bool m_isTornHeader = false;
   std::vector<RecordDamage> m_damages;
   AString m_error;
   // The part of the file that was read last.

@@ -50,5 +50,7 @@ protected:
   AString m_lastError;
 
 private:
+  LibIOReturn Checked(LibIOReturn result);
+
   std::unique_ptr<library::InPlaceFile> m_file;
 };

@@ -51,6 +51,9 @@ public:
   LibIOReturn LoadBlocks(io::CBlock & block, bool stopAtDamage);
   LibIOReturn ClearLibrary();
 
+  /// Before an attach: shows the committed state alone and refuses every write with kLibLocked, so that it can be used
+  /// beside a writer and in a folder that can't be written.
+  void SetReadOnly(bool readOnly);
   /// Takes the files for writing now, so that a caller learns early whether it may; the first write does it else.
   LibIOReturn AcquireForWriting();
   bool HasUnsavedChanges() const;

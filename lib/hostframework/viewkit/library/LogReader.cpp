@@ -28,6 +28,8 @@ LibIOReturn LogReader::Read(std::unique_ptr<file::IFile> file, LongFileName cons
   auto reader = std::make_unique<LogReader>();
   reader->m_path = path;
   RecordReader::State const state = reader->m_records.Open(std::move(file), extent);
+  if (state == RecordReader::State::Foreign && reader->m_records.IsTornHeader())
+    return CStreamioLibrary::kLibNotFound;
   if (state != RecordReader::State::Good) {
     error = path.FilePath() + L": " + reader->m_records.ErrorText();
     return state == RecordReader::State::Foreign ? CStreamioLibrary::kLibForeignFile

@@ -115,6 +115,18 @@ void LogWriter::Sync() {
   m_syncFailed = !m_status.Ok();
 }
 
+void LogWriter::TakeBack() {
+  auto & records = m_log.Records();
+  if (m_log.tailIsDirty)
+    m_log.tailIsDirty = !records.File().Truncate(m_start == io::kFileHeaderSize ? 0 : m_start).Ok();
+  records.SetEnd(m_start);
+}
+
+void LogWriter::Abandon() {
+  m_isHolding = false;
+  TakeBack();
+}
+
 file::FileStatus LogWriter::Finish() {
   Emit(false);
   WriteOut();
@@ -123,9 +135,7 @@ file::FileStatus LogWriter::Finish() {
   auto & records = m_log.Records();
   if (!m_status.Ok()) {
     m_log.mustRewrite = m_log.mustRewrite || m_syncFailed;
-    if (m_log.tailIsDirty)
-      m_log.tailIsDirty = !records.File().Truncate(m_start == io::kFileHeaderSize ? 0 : m_start).Ok();
-    records.SetEnd(m_start);
+    TakeBack();
     return m_status;
   }
   m_log.tailIsDirty = false;

@@ -26,6 +26,8 @@ public:
   /// one of them loses nothing.  With `sync` all before it is on the disk before the commit record is written.
   void AddCommit(io::CommitInfo commit, bool sync);
   [[nodiscard]] file::FileStatus Finish();
+  /// Takes back what was written so far.
+  void Abandon();
 
 private:
   struct Record {
@@ -39,6 +41,7 @@ private:
   void Append(std::string_view bytes);
   void WriteOut();
   void Sync();
+  void TakeBack();
 
   LogReader & m_log;
   file::FileStatus m_status;

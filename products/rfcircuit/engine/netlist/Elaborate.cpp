@@ -14,7 +14,7 @@ namespace rf {
 namespace {
 
 constexpr std::size_t DEEPEST_INSTANCE = 100;
-constexpr std::size_t MOST_ELEMENTS = 2'000'000; // instances count too: empty ones must not go on for ever
+constexpr std::size_t MOST_ELEMENTS = 1'000'000; // instances count too: empty ones must not go on for ever
 
 /** Where subcircuits are looked up: the body that is being expanded, then those that its definition stands in. */
 struct Definitions {
@@ -76,7 +76,7 @@ private:
 
   void Count(ElementStatement const & statement, Level const & level) {
     if (++m_Count > MOST_ELEMENTS)
-      throw NetlistError(statement.where, level.path + statement.name, "the circuit has more than 2000000 elements",
+      throw NetlistError(statement.where, level.path + statement.name, "the circuit has more than 1000000 elements",
                          "do subcircuits multiply more than they should?");
   }
 

@@ -90,7 +90,8 @@ EngineeringNumber EngineeringNumber::Read(std::string_view text, bool withSign) 
   if (exponentWithoutDigits ||
       (position < text.size() && (IsDigit(text[position]) || text[position] == '.' || text[position] == '_')))
     return number;
-  decimal += "e" + std::to_string(exponent);
+  decimal += 'e';
+  decimal += std::to_string(exponent);
   auto const converted = std::from_chars(decimal.data(), decimal.data() + decimal.size(), number.value);
   bool const whole = converted.ec == std::errc() && converted.ptr == decimal.data() + decimal.size();
   number.value *= negative ? -factor : factor;

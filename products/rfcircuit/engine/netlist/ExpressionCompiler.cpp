@@ -24,7 +24,7 @@ public:
     SkipBlanks();
     std::size_t const start = m_Position;
     Sum();
-    m_Result.m_Text = std::string(m_Text.substr(start, m_End - start));
+    m_Result.m_Text = WithoutBraces(m_Text.substr(start, m_End - start));
     position = m_End;
     return std::move(m_Result);
   }
@@ -46,6 +46,15 @@ private:
 
   [[noreturn]] void Refuse(std::string const & message, std::string const & remedy) const {
     throw NetlistError(m_Result.m_Where, m_Thing, message, remedy);
+  }
+
+  // Messages show what stands inside the braces or quotes of a whole value.
+  static std::string WithoutBraces(std::string_view text) {
+    char const close = text.empty() ? '\0' : text.front() == '{' ? '}' : text.front();
+    bool const enclosed = close == '}' || close == '\'' || close == '"';
+    if (enclosed && text.size() >= 2 && text.find(close, 1) == text.size() - 1)
+      text = text.substr(1, text.size() - 2);
+    return std::string(text);
   }
 
   void SkipBlanks() {

@@ -8,11 +8,19 @@
 
 namespace rf {
 
-SParameterSolver::SParameterSolver(Circuit const & circuit)
-    : m_File(circuit.File()), m_Ports(circuit.Ports()), m_System(circuit), m_Solver(m_System.Pattern()) {
-  if (m_Ports.empty())
-    throw NetlistError({std::make_shared<std::string const>(m_File), 0}, "circuit", "it has no ports",
+namespace {
+
+std::vector<Port> const & PortsOf(Circuit const & circuit) {
+  if (circuit.Ports().empty())
+    throw NetlistError({std::make_shared<std::string const>(circuit.File()), 0}, "circuit", "it has no ports",
                        "add voltage sources such as 'V1 in 0 dc 0 ac 1 portnum 1 z0 50'");
+  return circuit.Ports();
+}
+
+} // namespace
+
+SParameterSolver::SParameterSolver(Circuit const & circuit)
+    : m_File(circuit.File()), m_Ports(PortsOf(circuit)), m_System(circuit), m_Solver(m_System.Pattern()) {
   for (Port const & port : m_Ports) {
     Element const & element = circuit.Elements()[static_cast<std::size_t>(port.element)];
     m_Terminals.push_back({NodalSystem::VoltageOf(element.nodes[0]), NodalSystem::VoltageOf(element.nodes[1]),

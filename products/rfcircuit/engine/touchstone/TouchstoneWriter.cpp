@@ -1,5 +1,7 @@
 #include "products/rfcircuit/engine/touchstone/TouchstoneWriter.h"
 
+#include <fmt/format.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -22,7 +24,7 @@ void CheckExtension(std::filesystem::path const & path, std::size_t ports) {
   bool const tellsPorts = size > 3 && extension[1] == 's' && extension.back() == 'p' &&
                           extension.find_first_not_of("0123456789", 2) == size - 1;
   if (tellsPorts && extension != TouchstoneExtension(ports))
-    Refuse(path, "the name promises other than " + std::to_string(ports) + " ports",
+    Refuse(path, fmt::format("the name promises other than {} ports", ports),
            "end it with " + TouchstoneExtension(ports));
 }
 
@@ -30,7 +32,7 @@ void CheckExtension(std::filesystem::path const & path, std::size_t ports) {
 class FileBeside {
 public:
   explicit FileBeside(std::filesystem::path const & target) : m_Target(target), m_Path(target) {
-    m_Path += "." + std::to_string(std::random_device()()) + ".tmp";
+    m_Path += fmt::format(".{}.tmp", std::random_device()());
     errno = 0;
     m_File = std::fopen(m_Path.string().c_str(), "wbx");
     if (!m_File)

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "basekit/io/CBlock.h"
+#include "desktop/project/SourceFiles.h"
+
+#include <string>
+
+namespace desktop {
+
+/// What a project file holds, and an autosave beside it.
+struct ProjectRecord {
+  AString productName;
+  AString designName;
+  long designID = 0;
+  /// Grows with every save.  An autosave bears that of the project file that it continues.
+  long generation = 0;
+  SourceFiles sources;
+  /// The next free ID of the design, so that a lost library never leads to an ID given out twice.
+  io::CBlock ids{L"IDs"};
+  /// The design's variables.
+  io::CBlock design{L"Design"};
+  /// What the solution manager wrote of itself.
+  io::CBlock module{L"Module"};
+};
+
+enum class ProjectFileKind { kProject, kAutosave };
+
+/// The bytes of a file: kind and format version, the record, a checksum of both.  Equal records give equal bytes.
+std::string EncodeProject(ProjectRecord const & record, ProjectFileKind kind);
+
+/// The whole content; an Error of kind kProject when the file is missing or can't be read.
+std::string ReadProjectBytes(LongFileName const & file);
+/// An Error of kind kProject when the bytes are of another kind, of a newer version, cut off or damaged.
+ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, LongFileName const & file);
+
+} // namespace desktop

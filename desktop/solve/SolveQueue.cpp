@@ -1,0 +1,268 @@
+#include "desktop/solve/SolveQueue.h"
+
+#include "CoreInterfaces/desktop/IDesignInstance.h"
+#include "basekit/id/Id.h"
+#include "desktop/Error.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/solve/SolveRun.h"
+#include "desktop/solve/StopRequests.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
+
+#include <set>
+#include <tuple>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::size_t kMostErrors = 1000;
+
+struct Point {
+  long setupID = id::invalidID;
+  long solutionID = id::invalidID;
+  long version = id::invalidID;
+  long variationID = id::invalidID;
+  AString variation;
+
+  SolutionVariationKey Key() const { return SolutionVariationKey(setupID, variation, solutionID, version); }
+  /// In the order in which questions narrow down: setup, variation, solution.
+  auto Identity() const { return std::make_tuple(setupID, variationID, solutionID, version); }
+};
+
+BaseSimulationSetup * FindSetup(BaseSolutionManager & manager, long setupID) {
+  return dynamic_cast<BaseSimulationSetup *>(manager.GetISimulationSetupByID(setupID, false, false));
+}
+
+BaseSolution * FindSolution(BaseSolutionManager & manager, Point const & point) {
+  BaseSimulationSetup const * const setup = FindSetup(manager, point.setupID);
+  return setup ? dynamic_cast<BaseSolution *>(setup->GetISolutionByID(point.solutionID, false)) : nullptr;
+}
+
+} // namespace
+
+void ISolveListener::OnStarted(AString const &, AString const &) {}
+void ISolveListener::OnPointProgress(AString const &, AString const &, double, AString const &) {}
+void ISolveListener::OnStored(AString const &, AString const &, double) {}
+void ISolveListener::OnFailed(AString const &, AString const &, AString const &) {}
+void ISolveListener::OnProgress(int, int, int) {}
+
+/// The points of the queue, in the order in which they were submitted; the number of a point is its place.
+class SolveQueue::Impl : public ISolvePoints {
+public:
+  Impl(SolveSite const & site, SolveOptions const & options) : m_site(site), m_options(options) {}
+
+  bool Submit(std::vector<SolutionVariationKey> const & keys);
+  bool IsSolving(IDesignInstance const * instance, long setupID, std::vector<long> const * solutionIDs) const;
+  SolveOutcome Run(ISolveListener & listener);
+
+  // ISolvePoints
+  int CountWaiting() const override { return static_cast<int>(m_points.size() - m_next); }
+  bool TakeNext(int & number, SolveJob & job) override;
+  void Progressed(int number, double fraction, AString const & text) override;
+  void Failed(int number, AString const & error) override;
+  void Store(std::vector<SolvedPoint> const & solved) override;
+
+private:
+  bool Expand(SolutionVariationKey const & key, std::vector<Point> & points) const;
+  bool AddPoint(Point point, std::vector<Point> & points) const;
+  void EnterStored(Point const & point);
+  void TellProgress() { m_listener->OnProgress(m_outcome.stored, m_outcome.failed, static_cast<int>(m_points.size())); }
+  Point PointAt(int number) const { return m_points[static_cast<std::size_t>(number)]; }
+  AString SetupNameOf(Point const & point) const;
+  void Clear();
+
+  SolveSite m_site;
+  SolveOptions m_options;
+  std::vector<Point> m_points;
+  std::size_t m_next = 0;
+  std::set<decltype(Point().Identity())> m_open;
+  ISolveListener * m_listener = nullptr;
+  SolveOutcome m_outcome;
+};
+
+// A point of that solution.  A variation that is there already lends its text, since its data is looked for under that
+// one: equal variations may be written differently.
+bool SolveQueue::Impl::AddPoint(Point point, std::vector<Point> & points) const {
+  BaseSolution const * const solution = FindSolution(m_site.manager, point);
+  if (!solution)
+    return false;
+  if (point.version == id::invalidID)
+    point.version = solution->GetVersionID();
+  if (auto const * const present = solution->GetBaseSolutionVariation(point.variation, point.version))
+    point.variation = present->GetDesignVariationKey();
+  points.push_back(point);
+  return true;
+}
+
+bool SolveQueue::Impl::Expand(SolutionVariationKey const & key, std::vector<Point> & points) const {
+  BaseSimulationSetup const * const setup = FindSetup(m_site.manager, key.GetSimSetupKey());
+  if (!setup)
+    return false;
+  Point point{key.GetSimSetupKey(), key.GetSolutionKey(), key.GetVersionIDKey(), id::invalidID,
+              key.GetDesignVariationKey()};
+  point.variationID = m_site.manager.GetVariationID(point.variation);
+  if (point.solutionID != id::invalidID)
+    return AddPoint(point, points);
+  // The version of such a key is the setup's; each solution is solved at its own current one.
+  point.version = id::invalidID;
+  for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+    point.solutionID = solutionID;
+    if (solution->NeedsToSimulate(point.variation, id::invalidID) && !AddPoint(point, points))
+      return false;
+  }
+  return true;
+}
+
+bool SolveQueue::Impl::Submit(std::vector<SolutionVariationKey> const & keys) {
+  if (m_site.isReadOnly)
+    return false;
+  std::vector<Point> points;
+  for (auto const & key : keys)
+    if (!Expand(key, points))
+      return false;
+  for (auto & point : points)
+    if (m_open.insert(point.Identity()).second)
+      m_points.push_back(std::move(point));
+  return true;
+}
+
+bool SolveQueue::Impl::IsSolving(IDesignInstance const * instance, long setupID,
+                                 std::vector<long> const * solutionIDs) const {
+  // The look-up of a variation may enter it into the library: not for a question that has its answer without.
+  if (m_open.empty() || !instance)
+    return false;
+  long const variationID = m_site.manager.GetVariationID(instance->GetVariationKey());
+  auto at = m_open.lower_bound({setupID, variationID, std::numeric_limits<long>::min(), 0});
+  for (; at != m_open.end() && std::get<0>(*at) == setupID && std::get<1>(*at) == variationID; ++at)
+    if (!solutionIDs || std::find(solutionIDs->begin(), solutionIDs->end(), std::get<2>(*at)) != solutionIDs->end())
+      return true;
+  return false;
+}
+
+void SolveQueue::Impl::Clear() {
+  m_points.clear();
+  m_next = 0;
+  m_open.clear();
+  m_listener = nullptr;
+}
+
+SolveOutcome SolveQueue::Impl::Run(ISolveListener & listener) {
+  if (m_listener)
+    throw Error(ErrorKind::kFailed, L"a solve is running already: wait for its end");
+  struct ClearAtEnd {
+    Impl & queue;
+    ~ClearAtEnd() { queue.Clear(); }
+  } const clear{*this};
+  m_listener = &listener;
+  m_outcome = SolveOutcome();
+  if (m_points.empty())
+    return m_outcome;
+  if (m_site.prepare)
+    m_site.prepare();
+  m_outcome.interrupted = !SolveRun(*this, m_site.product.GetName(), m_options).Run();
+  return std::move(m_outcome);
+}
+
+AString SolveQueue::Impl::SetupNameOf(Point const & point) const {
+  BaseSimulationSetup const * const setup = FindSetup(m_site.manager, point.setupID);
+  return setup ? setup->GetName() : AString::Format(L"setup %d", point.setupID);
+}
+
+bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
+  while (m_next < m_points.size()) {
+    number = static_cast<int>(m_next++);
+    Point const point = PointAt(number);
+    BaseSimulationSetup const * const setup = FindSetup(m_site.manager, point.setupID);
+    if (!setup || !FindSolution(m_site.manager, point)) {
+      Failed(number, L"the setup or solution was deleted before the point was solved");
+      continue;
+    }
+    job = SolveJob();
+    job.sourceFile = m_site.sourceFile;
+    job.setupName = setup->GetName();
+    job.setupType = setup->GetSimSetupTypeName();
+    job.variation = point.variation;
+    m_site.product.DescribeJob(*setup, job);
+    m_listener->OnStarted(job.setupName, job.variation);
+    return true;
+  }
+  return false;
+}
+
+void SolveQueue::Impl::Progressed(int number, double fraction, AString const & text) {
+  Point const point = PointAt(number);
+  m_listener->OnPointProgress(SetupNameOf(point), point.variation, fraction, text);
+}
+
+void SolveQueue::Impl::Failed(int number, AString const & error) {
+  Point const point = PointAt(number);
+  AString const setup = SetupNameOf(point);
+  m_open.erase(point.Identity());
+  ++m_outcome.failed;
+  if (m_outcome.errors.size() < kMostErrors)
+    m_outcome.errors.push_back(setup + L", " + point.variation + L": " + error);
+  m_listener->OnFailed(setup, point.variation, error);
+  TellProgress();
+}
+
+void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
+  io::CBlock batch(L"Batch");
+  for (auto const & result : solved) {
+    result.items->Name(PointAt(result.number).Key().Pack());
+    batch << result.items;
+  }
+  if (m_site.manager.SaveBlocks(batch) != CStreamioLibrary::kLibSuccess)
+    throw Error(ErrorKind::kStorage,
+                AString::Format(L"results can't be stored in '%s': make sure that the disk has room and the folder can "
+                                L"be written, and solve again; %d of %d points are stored",
+                                m_site.manager.GetSolutionFileManager().GetLibPath(), m_outcome.stored,
+                                static_cast<int>(m_points.size())));
+  for (auto const & result : solved)
+    EnterStored(PointAt(result.number));
+  for (auto const & result : solved) {
+    Point const point = PointAt(result.number);
+    ++m_outcome.stored;
+    m_listener->OnStored(SetupNameOf(point), point.variation, result.seconds);
+  }
+  TellProgress();
+}
+
+// The variation is made without its data: of very many points only those that somebody looks at come into memory.
+void SolveQueue::Impl::EnterStored(Point const & point) {
+  m_open.erase(point.Identity());
+  BaseSolution * const solution = FindSolution(m_site.manager, point);
+  BaseSolutionVariation * const variation =
+      solution ? solution->EnsureVariation(point.variation, point.version) : nullptr;
+  // Data of a former solve gives way to what is stored now.
+  if (variation && variation->HasSolutionData())
+    variation->ClearInstanceMemoryData();
+}
+
+SolveQueue::SolveQueue(SolveSite const & site, SolveOptions const & options)
+    : m_impl(std::make_unique<Impl>(site, options)) {}
+
+SolveQueue::~SolveQueue() = default;
+
+int SolveQueue::IsSolutionSolving(IDesignInstance * instance, long setupID, std::vector<long> const & solutionIDs) {
+  return m_impl->IsSolving(instance, setupID, &solutionIDs) ? 1 : 0;
+}
+
+int SolveQueue::IsSetupSolving(IDesignInstance * instance, long setupID) {
+  return m_impl->IsSolving(instance, setupID, nullptr) ? 1 : 0;
+}
+
+bool SolveQueue::SubmitSolve(IDesignInstance *, std::vector<SolutionVariationKey> const & keys, void const *,
+                             void const *, long const *, int, int, AString const &, long, long) {
+  return m_impl->Submit(keys);
+}
+
+int SolveQueue::QueuedCount() const { return m_impl->CountWaiting(); }
+
+SolveOutcome SolveQueue::Run(ISolveListener & listener) { return m_impl->Run(listener); }
+
+void SolveQueue::RequestStop() { StopRequests::Add(); }
+
+} // namespace desktop

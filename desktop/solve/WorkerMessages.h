@@ -1,0 +1,57 @@
+#pragma once
+
+#include "basekit/io/CBlock.h"
+#include "basekit/text/AString.h"
+#include "desktop/product/SolveJob.h"
+#include "desktop/solve/JobFrame.h"
+
+namespace desktop {
+
+/// Desktop and worker must be of the same version; both are the same program nearly always.
+inline constexpr long kWorkerProtocol = 1;
+
+/// The contents of the frames.  Each Read gives false for a frame of another kind or without the items it needs.
+struct HelloMessage {
+  long protocol = kWorkerProtocol;
+  AString product;
+
+  JobFrame Write() const;
+  bool Read(JobFrame const & frame);
+};
+
+struct JobMessage {
+  long number = 0; ///< comes back with all that the worker says about the job
+  SolveJob job;
+
+  JobFrame Write() const;
+  bool Read(JobFrame const & frame);
+};
+
+struct ProgressMessage {
+  long number = 0;
+  double fraction = 0.0;
+  AString text;
+
+  JobFrame Write() const;
+  bool Read(JobFrame const & frame);
+};
+
+struct ResultMessage {
+  long number = 0;
+  double seconds = 0.0;
+  io::CBlock_ptr<io::CBlock> items; ///< the runner's block, shared with the frame
+
+  JobFrame Write() const;
+  bool Read(JobFrame const & frame);
+};
+
+struct ErrorMessage {
+  long number = 0;
+  double seconds = 0.0;
+  AString text;
+
+  JobFrame Write() const;
+  bool Read(JobFrame const & frame);
+};
+
+} // namespace desktop

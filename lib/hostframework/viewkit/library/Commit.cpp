@@ -1,0 +1,179 @@
+// How the private file's work reaches the public file.
+#include "viewkit/library/Commit.h"
+#include "basekit/file/FileOperations.h"
+
+#include "viewkit/library/LibraryState.h"
+#include "viewkit/library/LogWriter.h"
+
+#include <algorithm>
+
+namespace library {
+
+namespace {
+
+constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
+
+io::CommitInfo NextCommit(LibraryState const & state) {
+  io::CommitInfo next = state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
+  next.commit = RandomNumber();
+  ++next.number;
+  if (state.privateLog) {
+    next.mergedSalt = state.privateLog->Records().Header().salt;
+    next.mergedLength = state.privateLog->Records().End();
+  }
+  return next;
+}
+
+struct Unmerged {
+  AString name;
+  io::BlockPlace place;
+};
+
+// In the order in which they were saved.
+std::vector<Unmerged> ListUnmerged(LibraryState const & state) {
+  std::vector<Unmerged> list;
+  for (auto const & name : state.unmerged)
+    if (auto const * const entry = state.privateLog->Index().Entry(name))
+      list.push_back({entry->first, entry->second});
+  std::sort(list.begin(), list.end(),
+            [](Unmerged const & a, Unmerged const & b) { return a.place.offset < b.place.offset; });
+  return list;
+}
+
+// A block of the private file that is damaged is left out, once and told; the public file's own version stays.
+LibIOReturn AppendCommit(LibraryState & state) {
+  auto & target = *state.publicLog;
+  std::vector<AString> damaged;
+  AString damage;
+  LogWriter writer(target);
+  for (auto const & [name, place] : ListUnmerged(state)) {
+    if (!place.IsBlock()) {
+      if (target.Index().Find(name))
+        writer.AddDelete(name);
+      continue;
+    }
+    std::string payload;
+    LibIOReturn const read = state.privateLog->LoadPayload(name, place, payload, state.error);
+    if (read == CStreamioLibrary::kLibDamaged) {
+      damaged.push_back(name);
+      damage = state.error;
+    } else if (read != kSuccess) {
+      writer.Abandon();
+      return read;
+    } else {
+      writer.AddBlock(name, std::move(payload), (place.flags & io::kBinaryPayload) != 0);
+    }
+  }
+  writer.AddCommit(NextCommit(state), true);
+  if (file::FileStatus const status = writer.Finish(); !status.Ok())
+    return state.Fail(status);
+  for (auto const & name : damaged)
+    state.privateLog->Index().Forget(name);
+  return damaged.empty() ? kSuccess : state.Fail(CStreamioLibrary::kLibDamaged, damage);
+}
+
+// Leaves out what can't be read; a block that is damaged in the private file alone falls back to the public one.
+void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
+  std::vector<FoundBlock> whole;
+  std::string payload;
+  for (auto & block : blocks) {
+    auto const isGood = [&] {
+      return block.log->LoadPayload(block.name, block.place, payload, state.error) != CStreamioLibrary::kLibDamaged;
+    };
+    bool good = isGood();
+    auto const * const former =
+        state.publicLog && block.log != state.publicLog.get() ? state.publicLog->Index().Entry(block.name) : nullptr;
+    if (!good && former) {
+      block = {former->first, former->second, state.publicLog.get()};
+      good = isGood();
+    }
+    if (good)
+      whole.push_back(block);
+  }
+  blocks.swap(whole);
+}
+
+} // namespace
+
+LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, bool isBinary) {
+  auto blocks = AllBlocks(state);
+  io::FileHeader header;
+  header.salt = RandomNumber();
+  header.isBinary = isBinary;
+  bool isCopied = false;
+  auto const keepDamaged = [&] {
+    isCopied = isCopied || LFN_Copy(state.path, FreeNameBeside(state.path, L"damaged"), kFailIfExists);
+    return isCopied;
+  };
+  if (state.publicLog && !state.publicLog->Records().Damages().empty() && !keepDamaged())
+    return state.Fail(CStreamioLibrary::kLibWriteFailed, LFN_LastError());
+  std::unique_ptr<LogReader> written;
+  auto const write = [&] {
+    return WriteNewFile(state.path, header, blocks, conversion, NextCommit(state), &state.lock, written, state.error);
+  };
+  LibIOReturn result = write();
+  bool const isDamaged = result == CStreamioLibrary::kLibDamaged;
+  if (isDamaged) {
+    if (state.publicLog && !keepDamaged())
+      return state.Fail(CStreamioLibrary::kLibWriteFailed, LFN_LastError());
+    LeaveOutDamaged(state, blocks);
+    result = write();
+  }
+  if (written) {
+    if (state.publicLog)
+      state.lock.Forget(state.publicLog->Records().File());
+    state.publicLog = std::move(written);
+  }
+  if (result == kSuccess)
+    state.unmerged.clear();
+  return result == kSuccess && isDamaged ? CStreamioLibrary::kLibDamaged : result;
+}
+
+LibIOReturn Commit(LibraryState & state) {
+  LibIOReturn result = state.status;
+  bool const isUpToDate =
+      state.publicLog && !state.publicLog->mustRewrite && state.unmerged.empty() && state.heldDeletes.empty();
+  if (result != kSuccess || isUpToDate)
+    return result;
+  result = AcquireForWriting(state);
+  if (result == kSuccess)
+    result = FlushDeletes(state);
+  if (result != kSuccess)
+    return result;
+  if (!state.publicLog || state.publicLog->mustRewrite) {
+    bool const isBinary = state.publicLog ? state.publicLog->Records().Header().isBinary : state.writesBinary;
+    return CommitWhole(state, Conversion(), isBinary);
+  }
+  result = AppendCommit(state);
+  if (result == kSuccess || result == CStreamioLibrary::kLibDamaged)
+    state.unmerged.clear();
+  return result;
+}
+
+LibIOReturn RevertCommit(LibraryState & state, std::uint64_t length) {
+  LibIOReturn result = AcquireForWriting(state);
+  if (result == kSuccess)
+    result = FlushDeletes(state);
+  if (result != kSuccess)
+    return result;
+  io::CommitInfo commit;
+  std::uint64_t mergedLength = 0;
+  if (!state.publicLog || !state.privateLog || !state.publicLog->Records().FindCommitEndingAt(length, commit) ||
+      !IsTwin(*state.privateLog, commit, mergedLength))
+    return state.Fail(CStreamioLibrary::kLibNotFound, L"there is no such commit to go back to");
+  auto & handle = state.publicLog->Records().File();
+  file::FileStatus status = handle.Truncate(length);
+  if (status.Ok())
+    status = handle.Sync();
+  if (!status.Ok()) {
+    state.publicLog->mustRewrite = true;
+    return state.Fail(status);
+  }
+  result = state.publicLog->Records().Restart() == io::RecordReader::State::Good ? kSuccess
+                                                                                 : CStreamioLibrary::kLibReadFailed;
+  state.cache.clear();
+  FindUnmerged(state, mergedLength);
+  return result;
+}
+
+} // namespace library

@@ -1,0 +1,76 @@
+// What stands for a name: the view over held deletions, the private and the public file (invariant 1).
+#include "viewkit/library/LibraryState.h"
+
+namespace library {
+
+namespace {
+
+// The private file says what stands for the name, be it that nothing does.
+bool IsOverridden(LibraryState const & state, AString const & name) {
+  return state.heldDeletes.contains(name) || (state.privateLog && state.privateLog->Index().Find(name));
+}
+
+} // namespace
+
+FoundBlock FindBlock(LibraryState & state, AString const & name) {
+  if (!state.heldDeletes.contains(name))
+    for (LogReader * const log : {state.privateLog.get(), state.publicLog.get()})
+      if (auto const * const entry = log ? log->Index().Entry(name) : nullptr)
+        return {entry->first, entry->second, entry->second.IsBlock() ? log : nullptr};
+  return {};
+}
+
+std::vector<FoundBlock> AllBlocks(LibraryState & state) {
+  std::vector<FoundBlock> blocks;
+  if (state.publicLog)
+    for (auto const & [name, place] : state.publicLog->Index().InFileOrder())
+      if (!IsOverridden(state, name))
+        blocks.push_back({name, place, state.publicLog.get()});
+  if (state.privateLog)
+    for (auto const & [name, place] : state.privateLog->Index().InFileOrder())
+      if (!state.heldDeletes.contains(name))
+        blocks.push_back({name, place, state.privateLog.get()});
+  return blocks;
+}
+
+CStreamioLibraryStats Statistics(LibraryState const & state) {
+  CStreamioLibraryStats stats;
+  stats.status =
+      static_cast<std::uint32_t>(state.status != CStreamioLibrary::kLibSuccess ? state.status : state.copyResult);
+  std::size_t blocks = 0;
+  if (state.publicLog) {
+    auto const & index = state.publicLog->Index();
+    blocks += index.Blocks();
+    stats.liveBytes += index.LiveBytes();
+    stats.fileBytes += state.publicLog->Records().End();
+  }
+  auto const leaveOut = [&](AString const & name) {
+    auto const * const hidden = state.publicLog ? state.publicLog->Index().Find(name) : nullptr;
+    if (hidden) {
+      --blocks;
+      stats.liveBytes -= hidden->RecordSize();
+    }
+  };
+  if (state.privateLog) {
+    auto const & index = state.privateLog->Index();
+    blocks += index.Blocks();
+    stats.liveBytes += index.LiveBytes();
+    stats.fileBytes += state.privateLog->Records().End();
+    for (auto const & entry : index.Places())
+      leaveOut(entry.first);
+  }
+  for (auto const & name : state.heldDeletes) {
+    auto const * const mine = state.privateLog ? state.privateLog->Index().Find(name) : nullptr;
+    if (!mine) {
+      leaveOut(name);
+    } else if (mine->IsBlock()) {
+      --blocks;
+      stats.liveBytes -= mine->RecordSize();
+    }
+  }
+  stats.blocks = static_cast<std::uint32_t>(blocks);
+  stats.deadBytes = stats.fileBytes - stats.liveBytes;
+  return stats;
+}
+
+} // namespace library

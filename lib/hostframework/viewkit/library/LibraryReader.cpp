@@ -1,0 +1,167 @@
+#include "viewkit/library/LibraryReader.h"
+
+#include "basekit/io/CBlock.h"
+#include "viewkit/library/LibraryState.h"
+
+namespace library {
+
+namespace {
+
+constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
+using Extent = io::RecordReader::Extent;
+
+// The log still shows all that its path holds.
+bool IsCurrent(LogReader * log, LongFileName const & path) {
+  file::FileInfo named;
+  file::FileInfo mine;
+  if (!file::FileSystem().Describe(path, named).Ok())
+    return true;
+  if (!log)
+    return named.kind == file::FileKind::None;
+  return log->Records().File().Describe(mine).Ok() && mine.IsSameFile(named) &&
+         named.length == log->Records().FileLength();
+}
+
+LibraryReader::FileFacts Facts(LogReader const * log) {
+  LibraryReader::FileFacts facts;
+  if (!log)
+    return facts;
+  auto const & records = log->Records();
+  facts.exists = true;
+  facts.version = records.Header().version;
+  facts.isBinary = records.Header().isBinary;
+  facts.commits = records.LastCommit().number;
+  facts.end = records.End();
+  facts.length = records.FileLength();
+  facts.blocks = records.Index().Blocks();
+  facts.liveBytes = records.Index().LiveBytes();
+  return facts;
+}
+
+} // namespace
+
+LibraryReader::LibraryReader() : m_state(std::make_unique<LibraryState>()) {}
+LibraryReader::~LibraryReader() = default;
+
+LibraryReader::LibIOReturn LibraryReader::Open(LongFileName const & path, bool withPrivate) {
+  m_state = std::make_unique<LibraryState>();
+  m_withPrivate = withPrivate;
+  auto & state = *m_state;
+  state.path = path;
+  state.privatePath = PrivatePath(path);
+  state.status = LogReader::Open(path, file::OpenMode::Read, Extent::Committed, state.publicLog, state.error);
+  bool const mayHavePrivate = state.status == kSuccess || state.status == CStreamioLibrary::kLibNotFound;
+  if (mayHavePrivate && withPrivate && OpenPrivate() == kSuccess)
+    state.status = kSuccess;
+  return state.status;
+}
+
+LibraryReader::LibIOReturn LibraryReader::OpenPrivate() {
+  auto & state = *m_state;
+  state.privateLog.reset();
+  std::unique_ptr<LogReader> log;
+  AString error;
+  LibIOReturn const result = LogReader::Open(state.privatePath, file::OpenMode::Read, Extent::WholeGroups, log, error);
+  if (result != kSuccess)
+    return result;
+  std::uint64_t mergedLength = 0;
+  auto const commit = state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
+  if (!IsTwin(*log, commit, mergedLength))
+    return CStreamioLibrary::kLibForeignFile;
+  state.privateLog = std::move(log);
+  return kSuccess;
+}
+
+LibraryReader::LibIOReturn LibraryReader::Refresh(bool & changed) {
+  auto & state = *m_state;
+  changed = !IsCurrent(state.publicLog.get(), state.path);
+  if (changed)
+    return Open(LongFileName(state.path), m_withPrivate);
+  if (!m_withPrivate || IsCurrent(state.privateLog.get(), state.privatePath))
+    return state.status;
+  file::FileInfo named;
+  file::FileInfo mine;
+  auto const before = state.privateLog ? state.privateLog->Records().End() : 0;
+  bool const isSame = state.privateLog && file::FileSystem().Describe(state.privatePath, named).Ok() &&
+                      state.privateLog->Records().File().Describe(mine).Ok() && mine.IsSameFile(named);
+  if (!isSame || !state.privateLog->Records().Follow()) {
+    bool const had = state.privateLog != nullptr;
+    LibIOReturn const opened = OpenPrivate();
+    changed = had || opened == kSuccess;
+    if (opened == kSuccess)
+      state.status = kSuccess;
+  } else {
+    changed = state.privateLog->Records().End() != before;
+  }
+  return state.status;
+}
+
+std::vector<LibraryReader::Entry> LibraryReader::List() {
+  std::vector<Entry> entries;
+  for (auto const & found : AllBlocks(*m_state))
+    entries.push_back({found.name, found.place.payloadLength, found.place.offset,
+                       found.log == m_state->privateLog.get(), (found.place.flags & io::kBinaryPayload) != 0});
+  return entries;
+}
+
+LibraryReader::LibIOReturn LibraryReader::LoadBytes(AString const & name, std::string & bytes, bool & isBinary) {
+  auto & state = *m_state;
+  if (state.status != kSuccess)
+    return state.status;
+  auto const found = FindBlock(state, name);
+  if (!found.log)
+    return state.Fail(CStreamioLibrary::kLibNotFound, AString(L"there is no block ") + name);
+  isBinary = (found.place.flags & io::kBinaryPayload) != 0;
+  return found.log->LoadPayload(found.name, found.place, bytes, state.error);
+}
+
+LibraryReader::LibIOReturn LibraryReader::Load(io::CBlock & block) {
+  std::string bytes;
+  bool isBinary = false;
+  LibIOReturn const result = LoadBytes(block.Name(), bytes, isBinary);
+  return result == kSuccess ? DecodePayload(block.Name(), bytes, isBinary, block, m_state->error) : result;
+}
+
+std::size_t LibraryReader::Verify(std::vector<Damage> & damages) {
+  std::size_t records = 0;
+  for (LogReader * const log : {m_state->publicLog.get(), m_state->privateLog.get()}) {
+    if (!log)
+      continue;
+    bool const isPrivate = log == m_state->privateLog.get();
+    for (auto const & damage : log->Records().Damages())
+      if (log->Records().End() <= damage.offset)
+        damages.push_back({isPrivate, damage.offset, damage.length, damage.name, damage.what});
+    records += log->Records().Verify([&](io::RecordDamage const & damage) {
+      damages.push_back({isPrivate, damage.offset, damage.length, damage.name, damage.what});
+    });
+  }
+  return records;
+}
+
+LibraryReader::FileFacts LibraryReader::PublicFacts() const { return Facts(m_state->publicLog.get()); }
+LibraryReader::FileFacts LibraryReader::PrivateFacts() const { return Facts(m_state->privateLog.get()); }
+AString const & LibraryReader::LastError() const { return m_state->error; }
+
+LibraryReader::PrivateFile LibraryReader::StateOfPrivateFile(LongFileName const & path) {
+  LibraryReader reader;
+  reader.Open(path, false);
+  std::unique_ptr<file::IFile> probe;
+  if (file::FileSystem().Open(PrivatePath(path), file::OpenMode::ReadWrite, probe).Ok() && !probe->TryLock().Ok())
+    return PrivateFile::InUse;
+  probe.reset();
+  std::unique_ptr<LogReader> log;
+  AString error;
+  auto const result = LogReader::Open(PrivatePath(path), file::OpenMode::Read, Extent::WholeGroups, log, error);
+  if (result == CStreamioLibrary::kLibNotFound)
+    return PrivateFile::None;
+  if (result != kSuccess)
+    return PrivateFile::Unreadable;
+  std::uint64_t mergedLength = 0;
+  auto const & state = *reader.m_state;
+  auto const commit = state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
+  if (!IsTwin(*log, commit, mergedLength))
+    return PrivateFile::OtherGeneration;
+  return log->Records().WasClosedCleanly() ? PrivateFile::ClosedInOrder : PrivateFile::LeftByCrash;
+}
+
+} // namespace library

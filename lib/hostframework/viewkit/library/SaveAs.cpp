@@ -1,0 +1,87 @@
+#include "viewkit/library/SaveAs.h"
+
+#include "viewkit/library/Compaction.h"
+#include "viewkit/library/LogWriter.h"
+
+namespace library {
+
+namespace {
+
+constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
+
+LibIOReturn CopyCommitted(LibraryState & from, LibraryState & copy, std::uint64_t commitNumber) {
+  std::vector<FoundBlock> blocks;
+  if (from.publicLog)
+    for (auto const & [name, place] : from.publicLog->Index().InFileOrder())
+      blocks.push_back({name, place, from.publicLog.get()});
+  io::FileHeader header;
+  header.salt = RandomNumber();
+  header.isBinary = from.writesBinary;
+  io::CommitInfo commit;
+  commit.commit = commitNumber;
+  commit.number = 1;
+  return WriteNewFile(copy.path, header, blocks, Conversion(), commit, &copy.lock, copy.publicLog, copy.error);
+}
+
+LibIOReturn CopyUnmerged(LibraryState & from, LibraryState & copy, std::uint64_t baseCommit) {
+  if (from.unmerged.empty())
+    return kSuccess;
+  LibIOReturn const made = EnsurePrivateFile(copy, baseCommit);
+  if (made != kSuccess)
+    return made;
+  LogWriter writer(*copy.privateLog);
+  for (auto const & [name, place] : from.privateLog->Index().Places()) {
+    if (!from.unmerged.contains(name))
+      continue;
+    std::string payload;
+    LibIOReturn const read =
+        place.IsBlock() ? from.privateLog->LoadPayload(name, place, payload, copy.error) : kSuccess;
+    if (read != kSuccess) {
+      writer.Abandon();
+      return read;
+    }
+    if (place.IsBlock())
+      writer.AddBlock(name, std::move(payload), (place.flags & io::kBinaryPayload) != 0);
+    else
+      writer.AddDelete(name);
+  }
+  copy.unmerged = from.unmerged;
+  file::FileStatus const status = writer.Finish();
+  return status.Ok() ? kSuccess : copy.Fail(status);
+}
+
+} // namespace
+
+LibIOReturn CopyLibrary(LibraryState & from, LongFileName const & path, std::unique_ptr<LibraryState> & copy) {
+  if (from.status != kSuccess)
+    return from.status;
+  LibIOReturn result = FlushDeletes(from);
+  if (result != kSuccess)
+    return result;
+  auto made = std::make_unique<LibraryState>();
+  made->path = path;
+  made->privatePath = PrivatePath(path);
+  made->writesBinary = from.writesBinary;
+  std::uint64_t const commit = RandomNumber();
+  std::unique_ptr<file::IFile> replaced;
+  result = LockTarget(*made, replaced);
+  // The private file first: until the last step the target's public file stands.
+  if (result == kSuccess)
+    result = CopyUnmerged(from, *made, commit);
+  if (result == kSuccess)
+    result = CopyCommitted(from, *made, commit);
+  if (replaced)
+    made->lock.Forget(*replaced);
+  if (result != kSuccess) {
+    from.error = made->error;
+    if (!made->publicLog)
+      static_cast<void>(DropPrivateFile(*made)); // The failure is told already.
+    return result;
+  }
+  made->status = kSuccess;
+  made->wasWriter = true;
+  copy = std::move(made);
+  return kSuccess;
+}
+
+} // namespace library

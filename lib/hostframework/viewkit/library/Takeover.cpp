@@ -1,0 +1,278 @@
+// Attaching, taking the files for writing, and which private file is gone on with.
+#include "basekit/file/FileOperations.h"
+#include "viewkit/library/Compaction.h"
+#include "viewkit/library/LibraryState.h"
+#include "viewkit/library/LogWriter.h"
+
+#include <cerrno>
+
+namespace library {
+
+namespace {
+
+constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
+using Extent = io::RecordReader::Extent;
+using Stranger = LibraryState::Stranger;
+
+io::CommitInfo PublicCommit(LibraryState const & state) {
+  return state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
+}
+
+// Takes a private file into use, or notes why it isn't.
+void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver) {
+  state.privateLog.reset();
+  state.unmerged.clear();
+  std::uint64_t mergedLength = 0;
+  bool const isTwin =
+      IsTwin(*log, PublicCommit(state), mergedLength) || (takesOver && log->Records().HeaderIsDamaged());
+  bool const holdsNothing = log->Index().IsEmpty() && log->Records().Damages().empty();
+  if (!isTwin)
+    state.stranger = holdsNothing ? Stranger::None : Stranger::OtherGeneration;
+  else if (!takesOver && !log->Records().WasClosedCleanly())
+    state.stranger = holdsNothing ? Stranger::None : Stranger::LeftByCrash;
+  else {
+    state.stranger = Stranger::None;
+    if (!log->Records().Damages().empty())
+      state.error = log->Path().FilePath() + L": " + log->Records().Damages().front().what;
+    state.privateLog = std::move(log);
+    FindUnmerged(state, mergedLength);
+  }
+}
+
+// A handle on a file that still stands under its name, locked; null with success when there is none.
+LibIOReturn OpenLocked(LibraryState & state, LibraryLock & lock, LongFileName const & path, bool takesOver,
+                       std::unique_ptr<file::IFile> & file) {
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    file.reset();
+    file::FileStatus status = file::FileSystem().Open(path, file::OpenMode::ReadWrite, file);
+    if (status.Error() == ENOENT || status.Error() == ENOTDIR)
+      return kSuccess;
+    if (!status.Ok())
+      return state.Fail(status);
+    status = lock.Add(*file);
+    if (!status.Ok() && takesOver && LibraryLock::TakeFromThisProcess(*file))
+      status = lock.Add(*file);
+    if (!status.Ok()) {
+      file.reset();
+      return state.Fail(CStreamioLibrary::kLibLocked, status.Text());
+    }
+    file::FileInfo mine;
+    file::FileInfo named;
+    if (file->Describe(mine).Ok() && file::FileSystem().Describe(path, named).Ok() && mine.IsSameFile(named))
+      return kSuccess;
+    lock.Forget(*file);
+  }
+  return state.Fail(CStreamioLibrary::kLibLocked, path.FilePath() + L" is being replaced by another library");
+}
+
+// The index that was read before serves on when the file has not changed since.
+LibIOReturn ReadLocked(LibraryState & state, std::unique_ptr<file::IFile> file, LongFileName const & path,
+                       Extent extent, std::unique_ptr<LogReader> & log) {
+  file::FileInfo now;
+  file::FileInfo before;
+  bool const isSame = log && file->Describe(now).Ok() && log->Records().File().Describe(before).Ok() &&
+                      now.IsSameFile(before) && now.length == log->Records().FileLength() &&
+                      before.length == now.length;
+  if (!isSame)
+    return LogReader::Read(std::move(file), path, extent, log, state.error);
+  log->Records().Reopen(std::move(file));
+  return kSuccess;
+}
+
+struct LockedFiles {
+  std::unique_ptr<file::IFile> publicFile;
+  std::unique_ptr<file::IFile> privateFile;
+};
+
+LibIOReturn LockBoth(LibraryState & state, bool takesOver, LockedFiles & files) {
+  LibIOReturn result = OpenLocked(state, state.lock, state.path, takesOver, files.publicFile);
+  if (result == kSuccess)
+    result = OpenLocked(state, state.lock, state.privatePath, takesOver, files.privateFile);
+  // A public file that came up meanwhile is its maker's.
+  if (result == kSuccess && !files.publicFile && LFN_Exists(state.path))
+    result = state.Fail(CStreamioLibrary::kLibLocked, state.path.FilePath() + L" was just made by another library");
+  return result;
+}
+
+// With both files locked: reads what stands in them now.
+LibIOReturn ReadBoth(LibraryState & state, LockedFiles & files, bool takesOver) {
+  LibIOReturn result = kSuccess;
+  if (files.publicFile) {
+    file::IFile * const handle = files.publicFile.get();
+    auto const read = ReadLocked(state, std::move(files.publicFile), state.path, Extent::Committed, state.publicLog);
+    result = read == CStreamioLibrary::kLibNotFound ? kSuccess : read;
+    if (read != kSuccess)
+      state.lock.Forget(*handle);
+    if (read == CStreamioLibrary::kLibNotFound)
+      state.publicLog.reset();
+  } else {
+    state.publicLog.reset();
+  }
+  if (result != kSuccess || !files.privateFile)
+    return result;
+  file::IFile * const handle = files.privateFile.get();
+  std::unique_ptr<LogReader> log;
+  auto const read =
+      LogReader::Read(std::move(files.privateFile), state.privatePath, Extent::WholeGroups, log, state.error);
+  if (log)
+    Judge(state, std::move(log), takesOver);
+  else
+    state.stranger = read == CStreamioLibrary::kLibNotFound ? Stranger::None : Stranger::Unreadable;
+  if (!state.privateLog)
+    state.lock.Forget(*handle);
+  return kSuccess;
+}
+
+} // namespace
+
+LongFileName PrivatePath(LongFileName const & path) { return path.FilePath() + L"_priv"; }
+
+bool IsTwin(LogReader const & privateLog, io::CommitInfo const & publicCommit, std::uint64_t & mergedLength) {
+  auto const & header = privateLog.Records().Header();
+  bool const isMerged = publicCommit.mergedSalt == header.salt;
+  mergedLength = isMerged ? publicCommit.mergedLength : 0;
+  return isMerged || (!privateLog.Records().HeaderIsDamaged() && header.baseCommit == publicCommit.commit);
+}
+
+void FindUnmerged(LibraryState & state, std::uint64_t mergedLength) {
+  state.unmerged.clear();
+  for (auto const & [name, place] : state.privateLog->Index().Places())
+    if (place.offset >= mergedLength)
+      state.unmerged.insert(name);
+}
+
+LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLibrary::TMode mode) {
+  state.path = path;
+  state.privatePath = PrivatePath(path);
+  state.status = kSuccess;
+  auto & error = state.error;
+  auto const result = LogReader::Open(path, file::OpenMode::Read, Extent::Committed, state.publicLog, error);
+  if (result != kSuccess && result != CStreamioLibrary::kLibNotFound)
+    return state.status = result;
+  if (state.publicLog && !state.publicLog->Records().Damages().empty())
+    error = path.FilePath() + L": " + state.publicLog->Records().Damages().front().what;
+  else
+    error.clear();
+  if (state.isReadOnly)
+    return kSuccess;
+  if (mode == CStreamioLibrary::kRecoveryMode && LFN_Exists(state.privatePath)) {
+    auto const taken = AcquireForWriting(state, true);
+    state.isRecovered = taken == kSuccess && state.stranger == Stranger::None;
+    return taken;
+  }
+  std::unique_ptr<LogReader> log;
+  AString reason;
+  auto const read = LogReader::Open(state.privatePath, file::OpenMode::Read, Extent::WholeGroups, log, reason);
+  if (log)
+    Judge(state, std::move(log), false);
+  else if (read != CStreamioLibrary::kLibNotFound)
+    state.stranger = Stranger::Unreadable;
+  return kSuccess;
+}
+
+LibIOReturn AcquireForWriting(LibraryState & state, bool takesOver) {
+  if (state.status != kSuccess)
+    return state.status;
+  if (state.isReadOnly)
+    return state.Fail(CStreamioLibrary::kLibLocked, state.path.FilePath() + L" is open for reading only");
+  if (state.lock.IsHeld())
+    return kSuccess;
+  if (state.wasWriter && (state.publicLog || state.privateLog))
+    return state.Fail(CStreamioLibrary::kLibLocked, state.path.FilePath() + L" was taken over by another library");
+  LockedFiles files;
+  LibIOReturn result = LockBoth(state, takesOver, files);
+  if (result == kSuccess)
+    result = ReadBoth(state, files, takesOver);
+  if (result != kSuccess) {
+    // The files that are still open here lose their locks as they close.
+    if (files.publicFile)
+      state.lock.Forget(*files.publicFile);
+    if (files.privateFile)
+      state.lock.Forget(*files.privateFile);
+    state.lock.Release();
+    return result;
+  }
+  if (!takesOver)
+    result = EnsurePrivateFile(state);
+  if (result != kSuccess)
+    state.lock.Release();
+  state.wasWriter = state.lock.IsHeld();
+  return result;
+}
+
+LibIOReturn LockTarget(LibraryState & state, std::unique_ptr<file::IFile> & publicFile) {
+  LockedFiles files;
+  LibIOReturn result = LockBoth(state, false, files);
+  if (files.privateFile) {
+    if (result == kSuccess)
+      result = SetPrivateFileAside(state.privatePath, state.setAside, state.error);
+    state.lock.Forget(*files.privateFile);
+  }
+  publicFile = std::move(files.publicFile);
+  return result;
+}
+
+LibIOReturn SetPrivateFileAside(LongFileName const & privatePath, AString & setAside, AString & error) {
+  LongFileName const aside = FreeNameBeside(privatePath, L"set-aside");
+  file::FileStatus const status = file::FileSystem().Rename(privatePath, aside);
+  if (status.Ok())
+    setAside = aside.FilePath();
+  else
+    error = status.Text();
+  return status.Ok() ? kSuccess : CStreamioLibrary::kLibWriteFailed;
+}
+
+LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
+  if (state.privateLog)
+    return kSuccess;
+  if (state.stranger != Stranger::None) {
+    auto const moved = SetPrivateFileAside(state.privatePath, state.setAside, state.error);
+    if (moved != kSuccess)
+      return moved;
+    state.stranger = Stranger::None;
+  } else if (LFN_Exists(state.privatePath)) {
+    // It holds nothing.
+    if (auto const status = file::FileSystem().RemoveFile(state.privatePath); !status.Ok())
+      return state.Fail(status);
+  }
+  std::unique_ptr<file::IFile> file;
+  if (auto const status = file::FileSystem().Open(state.privatePath, file::OpenMode::CreateNew, file); !status.Ok())
+    return state.Fail(status);
+  if (auto const status = state.lock.Add(*file); !status.Ok())
+    return state.Fail(CStreamioLibrary::kLibLocked, status.Text());
+  io::FileHeader header;
+  header.isPrivate = true;
+  header.isBinary = state.writesBinary;
+  header.salt = RandomNumber();
+  header.baseCommit = baseCommit.value_or(PublicCommit(state).commit);
+  state.privateLog = LogReader::Begin(std::move(file), state.privatePath, header);
+  return kSuccess;
+}
+
+LibIOReturn DropPrivateFile(LibraryState & state) {
+  if (!state.privateLog)
+    return kSuccess;
+  if (auto const status = file::FileSystem().RemoveFile(state.privatePath); !status.Ok())
+    return state.Fail(status);
+  state.lock.Forget(state.privateLog->Records().File());
+  state.privateLog.reset();
+  state.unmerged.clear();
+  state.wasWriter = state.wasWriter && state.lock.IsHeld();
+  return kSuccess;
+}
+
+void Close(LibraryState & state) {
+  if (!state.lock.IsHeld())
+    return;
+  static_cast<void>(FlushDeletes(state)); // Nobody is left to be told.
+  if (state.privateLog && state.unmerged.empty()) {
+    static_cast<void>(DropPrivateFile(state));
+  } else if (state.privateLog) {
+    LogWriter writer(*state.privateLog);
+    writer.AddCleanClose();
+    static_cast<void>(writer.Finish());
+  }
+  state.lock.Release();
+}
+
+} // namespace library

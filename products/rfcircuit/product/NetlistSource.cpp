@@ -1,0 +1,81 @@
+#include "products/rfcircuit/product/NetlistSource.h"
+
+#include "basekit/file/LongFileName.h"
+#include "basekit/text/Utf8.h"
+#include "basekit/value/units/QuantityText.h"
+#include "desktop/product/SourceDescription.h"
+#include "products/rfcircuit/engine/netlist/Elaborate.h"
+#include "products/rfcircuit/engine/netlist/NetlistError.h"
+#include "products/rfcircuit/product/RfSetup.h"
+#include "products/rfcircuit/product/SweepSettings.h"
+
+namespace rfcircuit {
+namespace {
+
+// Netlists and variation texts read suffixes differently (2.4g is 2.4e9 here and grams there): a value is kept as it
+// was written only where both mean the same number.
+AString VariableText(rf::DesignVariable const & variable) {
+  AString const written = text::FromUtf8(variable.text);
+  val::Quantity read;
+  if (val::ParseQuantity(written.View(), read) && !read.isComplex && read.real == variable.value)
+    return written;
+  read = {};
+  read.real = variable.value;
+  return val::QuantityText(read);
+}
+
+AString Counted(std::size_t count, AString const & thing) {
+  return AString::Format(L"%lu ", count) + thing + (count == 1 ? L"" : L"s");
+}
+
+AString Summary(rf::Netlist const & netlist, rf::Circuit const & circuit, std::size_t sweeps) {
+  AString summary = Counted(circuit.Ports().size(), L"port") + L", " +
+                    Counted(circuit.Elements().size() - circuit.Ports().size(), L"element") + L", " +
+                    Counted(sweeps, L"sweep");
+  if (!netlist.Transients().empty())
+    summary += AString(L" (") + Counted(netlist.Transients().size(), L".tran line") + L" left out)";
+  return summary;
+}
+
+rf::SourcePosition MainFile(rf::Netlist const & netlist) {
+  return {std::make_shared<std::string const>(netlist.FileName()), 0};
+}
+
+desktop::SourceDescription Describe(rf::Netlist const & netlist) {
+  rf::Circuit const circuit = rf::Elaborate(netlist);
+  if (circuit.Ports().empty())
+    throw rf::NetlistError(MainFile(netlist), "circuit", "it has no ports",
+                           "add voltage sources such as 'V1 in 0 dc 0 ac 1 portnum 1 z0 50'");
+  std::vector<rf::SweepLine> const sweeps = netlist.Sweeps();
+  if (sweeps.empty())
+    throw rf::NetlistError(MainFile(netlist), ".sp", "there is no sweep to solve",
+                           "add a line such as '.sp lin 101 1meg 1g'");
+  desktop::SourceDescription description;
+  for (rf::DesignVariable const & variable : netlist.DesignVariables())
+    description.variables.push_back({text::FromUtf8(variable.name), VariableText(variable)});
+  for (rf::SweepLine const & sweep : sweeps) {
+    desktop::SourceSetup setup;
+    setup.name = AString::Format(L"%s%lu", RfSetup::kTypeName, description.setups.size() + 1);
+    setup.typeName = RfSetup::kTypeName;
+    WriteSweep(setup.settings, sweep.sweep);
+    description.setups.push_back(setup);
+  }
+  for (std::string const & file : netlist.Files())
+    description.files.push_back(text::FromUtf8(file));
+  description.summary = Summary(netlist, circuit, sweeps.size());
+  return description;
+}
+
+} // namespace
+
+bool DescribeNetlist(LongFileName const & file, desktop::SourceDescription & description, AString & error) {
+  try {
+    description = Describe(rf::ReadNetlist(text::ToUtf8(file.FilePath())));
+    return true;
+  } catch (rf::NetlistError const & refused) {
+    error = text::FromUtf8(refused.what());
+    return false;
+  }
+}
+
+} // namespace rfcircuit

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "basekit/text/AString.h"
+
+class LongFileName;
+namespace desktop {
+struct SourceDescription;
+}
+
+namespace rfcircuit {
+
+/// Reads a netlist with all that it includes and tells what it asks for.  False with a one-line error for a netlist
+/// that can't be read, can't be solved as it stands, or asks for no sweep.
+bool DescribeNetlist(LongFileName const & file, desktop::SourceDescription & description, AString & error);
+
+} // namespace rfcircuit

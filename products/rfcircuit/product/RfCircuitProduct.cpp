@@ -1,0 +1,81 @@
+#include "products/rfcircuit/product/RfCircuitProduct.h"
+
+#include "desktop/product/ProductRegistry.h"
+#include "products/rfcircuit/product/NetlistSource.h"
+#include "products/rfcircuit/product/RegisterRfCircuit.h"
+#include "products/rfcircuit/product/RfJobRunner.h"
+#include "products/rfcircuit/product/RfManager.h"
+#include "products/rfcircuit/product/RfSetup.h"
+#include "products/rfcircuit/product/RfSolution.h"
+#include "products/rfcircuit/product/RfVariation.h"
+#include "products/rfcircuit/product/SweepSettings.h"
+#include "products/rfcircuit/product/TouchstoneExport.h"
+
+namespace rfcircuit {
+namespace {
+
+// So that the library alone tells the setup with its solutions, before anything is solved.
+void WriteDefinitionBlocks(BaseSolutionManager const & manager, BaseSimulationSetup const & setup) {
+  setup.WriteDefinitionBlock();
+  for (auto const & [id, solution] : setup.GetSolutions()) {
+    io::CBlock block(solution->GetBlockDefinitionName());
+    if (solution->WriteDefinitionBlock(block))
+      manager.SaveSingleBlock(block);
+  }
+}
+
+} // namespace
+
+void RegisterRfCircuit() { desktop::ProductRegistry::Instance().Register(std::make_unique<RfCircuitProduct>()); }
+
+AString RfCircuitProduct::GetName() const { return RfManager::kProductName; }
+
+bool RfCircuitProduct::ReadSource(LongFileName const & file, desktop::SourceDescription & description,
+                                  AString & error) const {
+  return DescribeNetlist(file, description, error);
+}
+
+std::unique_ptr<desktop::ProductSolutionManager> RfCircuitProduct::MakeManager(IDesign * design) const {
+  return std::make_unique<RfManager>(design);
+}
+
+BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionManager & manager,
+                                                    desktop::SourceSetup const & setup) const {
+  AString error;
+  auto const sweep = ReadSweep(setup.settings, error);
+  if (setup.typeName != RfSetup::kTypeName || !sweep)
+    return nullptr;
+  BaseSimulationSetup * const made = manager.CreateSimulationSetup(setup.name, setup.typeName);
+  if (auto * const rfSetup = dynamic_cast<RfSetup *>(made))
+    rfSetup->SetSweep(*sweep);
+  manager.AddSimulation(made, nullptr);
+  BaseSolution * const solution = made->CreateSolution(RfSolution::kName);
+  made->AddSolution(solution, nullptr);
+  if (manager.IsQsolLibraryInitialized())
+    WriteDefinitionBlocks(manager, *made);
+  return made;
+}
+
+void RfCircuitProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const {
+  job.setupName = setup.GetName();
+  job.setupType = setup.GetSimSetupTypeName();
+  job.settings.Clear();
+  auto const * const rfSetup = dynamic_cast<RfSetup const *>(&setup);
+  if (rfSetup && rfSetup->GetSweep())
+    WriteSweep(job.settings, *rfSetup->GetSweep());
+}
+
+std::unique_ptr<desktop::IJobRunner> RfCircuitProduct::MakeJobRunner() const { return std::make_unique<RfJobRunner>(); }
+
+bool RfCircuitProduct::WriteTouchstone(BaseSolutionVariation const & variation,
+                                       LongFileName const & fileWithoutExtension, int digits, LongFileName & written,
+                                       AString & error) const {
+  auto const * const rfVariation = dynamic_cast<RfVariation const *>(&variation);
+  if (!rfVariation || !rfVariation->HasSolutionData()) {
+    error = L"variation '" + variation.GetDesignVariationKey() + L"' has no S-parameters in memory; load it first";
+    return false;
+  }
+  return ExportTouchstone(*rfVariation, fileWithoutExtension, digits, written, error);
+}
+
+} // namespace rfcircuit

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "desktop/product/IDesktopProduct.h"
+
+namespace rfcircuit {
+
+/// Linear RF networks from a netlist: every `.sp` line is a setup, every plain number that a `.param` line of the main
+/// file defines is a design variable.
+class RfCircuitProduct : public desktop::IDesktopProduct, public desktop::INetworkProduct {
+public:
+  AString GetName() const override;
+  bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
+  std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
+  /// Null for a type that is not this product's, or settings without a sensible sweep.  Where the library is open, the
+  /// definition blocks are in it.
+  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
+                                    desktop::SourceSetup const & setup) const override;
+  void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
+  std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override;
+
+  bool WriteTouchstone(BaseSolutionVariation const & variation, LongFileName const & fileWithoutExtension, int digits,
+                       LongFileName & written, AString & error) const override;
+};
+
+} // namespace rfcircuit

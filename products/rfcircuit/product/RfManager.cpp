@@ -1,0 +1,25 @@
+#include "products/rfcircuit/product/RfManager.h"
+
+#include "products/rfcircuit/product/RfSetup.h"
+
+namespace rfcircuit {
+
+AString const RfManager::kProductName(L"rfcircuit");
+
+BaseSimulationSetup * RfManager::CreateSimulationSetup(ISimulationSetup const * source) {
+  return new RfSetup(this, source);
+}
+
+BaseSimulationSetup * RfManager::CreateSimulationSetup(AString const & name, AString const &) {
+  return new RfSetup(this, name);
+}
+
+BaseSimulationSetup * RfManager::CreateSimulationSetup(long id, long version, AString const & typeName) {
+  if (typeName == BaseSimulationSetup::kBaseSimSetupType)
+    return ProductSolutionManager::CreateSimulationSetup(id, version, typeName);
+  return new RfSetup(this, id, version);
+}
+
+AString RfManager::GetDesignResultsFolderName() const { return GetDesignName() + L".rf"; }
+
+} // namespace rfcircuit

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "products/rfcircuit/engine/sweep/FrequencySweep.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+
+#include <optional>
+
+namespace rfcircuit {
+
+/// A frequency sweep of the circuit's S-parameters; one solution, "Sweep".
+///
+/// The sweep is kept whole in the settings block of the design file; one that runs from start to stop also stands
+/// among the setup's sweep definitions, on the variable F, for those who know nothing of this product.  A setup whose
+/// settings can't be read has no sweep: it keeps what is solved, and can't be solved until it gets one.
+class RfSetup : public BaseSimulationSetup {
+public:
+  static AString const kTypeName;
+  static AString const kSettingsBlockName;
+
+  RfSetup(BaseSolutionManager const * manager, AString const & name);
+  RfSetup(BaseSolutionManager const * manager, long id, long version);
+  /// Takes name and sweep.
+  RfSetup(BaseSolutionManager const * manager, ISimulationSetup const * source);
+  RfSetup(RfSetup const &) = delete;
+  RfSetup & operator=(RfSetup const &) = delete;
+  ~RfSetup() override;
+
+  std::optional<rf::FrequencySweep> const & GetSweep() const { return m_sweep; }
+  /// Also tells the solutions' definitions of the current version; invalidate first what was solved otherwise.
+  void SetSweep(rf::FrequencySweep const & sweep);
+
+  AString GetSimSetupTypeName() const override { return kTypeName; }
+  BaseSolution * CreateSolution(long id, long version) override;
+  BaseSolution * CreateSolution(AString const & name) override;
+  io::ReadError DesignFileRead(io::CBlock const & block) override;
+  bool DesignFileWrite(io::CBlock & block) override;
+  /// Equal sweeps, lists included.
+  bool IsEqual(ISimulationSetup const * other) const override;
+
+protected:
+  BaseSolution * CustomCreateSolutionWhileReading(io::CBlock const & block, long id) override;
+
+private:
+  BaseSolution * MakeSolution(long id, long version);
+  void TakeSweepOfDefinitions();
+
+  std::optional<rf::FrequencySweep> m_sweep;
+};
+
+} // namespace rfcircuit

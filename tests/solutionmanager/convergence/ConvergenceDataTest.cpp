@@ -1,0 +1,341 @@
+#include "solutionmanager/convergence/ConvergenceData.h"
+
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/convergence/ConvDef.h"
+#include "solutionmanager/convergence/ConvValue.h"
+#include "solutionmanager/convergence/SetupConvDef.h"
+#include "tests/support/AssertWatch.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using support::AssertWatch;
+
+namespace {
+
+constexpr int kSingle = ConvergenceData::kSingleSet;
+
+class ConvergenceDataTest : public testing::Test {
+protected:
+  ConvergenceDataTest() {
+    setup.AddDef(&pass);
+    setup.AddDef(&delta);
+  }
+
+  void Start(int index) {
+    data.SetSetupDef(&setup, index);
+    data.Initialize(L"10", L"0.02", L"Max delta", L"Pass", L"2", true, L"Passes", index);
+  }
+
+  void AddPass(int number, double value, int index) {
+    ConvValues row;
+    row.AddValue(new IntConvValue(&pass, number));
+    row.AddValue(new DoubleConvValue(&delta, value));
+    data.AddData(&row, index);
+    EXPECT_EQ(row.size(), 0) << "the columns own the values now";
+  }
+
+  io::CBlock Written() const {
+    io::CBlock block(L"Record");
+    EXPECT_TRUE(data.Write(block));
+    return block;
+  }
+
+  IntConvDef pass{L"Pass", L"n", false};
+  DoubleConvDef delta{L"Max delta", L"d", true};
+  SetupConvDef setup{L"Adaptive"};
+  ConvergenceData data{L"Record"};
+};
+
+std::vector<std::wstring> ItemNames(io::CBlock const & block) {
+  std::vector<std::wstring> names;
+  for (auto const & item : block)
+    names.emplace_back(item->Name().View());
+  return names;
+}
+
+} // namespace
+
+TEST_F(ConvergenceDataTest, AnIndexWithoutASetIsSilentWhereASetMayBeMissing) {
+  double number = 0.0;
+  EXPECT_EQ(data.GetMaximumIter(3), L"N/A");
+  EXPECT_EQ(data.GetCurrent(L"Pass", 3), L"N/A");
+  EXPECT_FALSE(data.GetCurrent(L"Pass", number, 3));
+  EXPECT_EQ(data.GetPassData(L"Pass", 1, 3), L"N/A");
+  EXPECT_EQ(data.GetSetupConvDefName(3), L"N/A");
+  EXPECT_TRUE(data.NeedInit(3));
+  EXPECT_TRUE(data.NeedDefinition(3));
+  EXPECT_EQ(data.find(L"Pass", 3), nullptr);
+  std::vector<std::pair<AString, bool>> columns;
+  data.GetTableColumns(columns, 3);
+  data.ClearData(0, 3);
+  data.Initialize(L"1", L"2", L"3", L"4", L"5", true, L"6", 3);
+  EXPECT_TRUE(columns.empty());
+  EXPECT_EQ(data.GetBaseConvergenceData(3), nullptr);
+}
+
+TEST_F(ConvergenceDataTest, EveryOtherAccessToAMissingSetIsReported) {
+  EXPECT_EQ(data.GetMinimumIter(3), L"N/A");
+  EXPECT_EQ(data.GetTargetCriterion(3), L"N/A");
+  EXPECT_EQ(data.GetCriterionLabel(3), L"N/A");
+  EXPECT_EQ(data.GetIterationLabel(3), L"N/A");
+  EXPECT_EQ(data.GetPassesTitle(3), L"N/A");
+  EXPECT_EQ(data.GetTargetConsecPasses(3), L"N/A");
+  EXPECT_EQ(data.GetCurrentConsecPasses(3), L"N/A");
+  EXPECT_FALSE(data.SupportsIsConverged(3));
+  EXPECT_FALSE(data.GetIsConverged(3));
+  EXPECT_FALSE(data.SupportsCriterionDisplay(3));
+  EXPECT_EQ(data.begin(3), data.end(3));
+  EXPECT_EQ(data.find(&pass, 3), data.end(3));
+  data.SetRequestedIter(L"1", 3);
+  data.SetMinimumIter(L"1", 3);
+  data.SetTargetCriterion(L"1", 3);
+  data.SetCriterionLabel(L"1", 3);
+  data.SetTargetConsecPasses(L"1", 3);
+  data.SetCurrentConsecPasses(L"1", 3);
+  data.SetIsConverged(true, 3);
+  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>(20, "pData"));
+  EXPECT_EQ(data.GetBaseConvergenceData(3), nullptr);
+}
+
+TEST_F(ConvergenceDataTest, InitializeStoresTheTextsAndMakesTheColumns) {
+  data.SetSetupDef(&setup, 0);
+  EXPECT_TRUE(data.NeedInit(0));
+  EXPECT_FALSE(data.NeedDefinition(0));
+  EXPECT_EQ(data.GetMaximumIter(0), L"N/A");
+  EXPECT_EQ(data.GetPassesTitle(0), L"");
+  data.Initialize(L"10", L"0.02", L"Max delta", L"Pass", L"2", false, L"Passes", 0);
+  EXPECT_FALSE(data.NeedInit(0));
+  EXPECT_EQ(data.GetMaximumIter(0), L"10");
+  EXPECT_EQ(data.GetTargetCriterion(0), L"0.02");
+  EXPECT_EQ(data.GetCriterionLabel(0), L"Max delta");
+  EXPECT_EQ(data.GetIterationLabel(0), L"Pass");
+  EXPECT_EQ(data.GetMinimumIter(0), L"2");
+  EXPECT_FALSE(data.SupportsCriterionDisplay(0));
+  EXPECT_EQ(data.GetPassesTitle(0), L"Passes");
+  EXPECT_EQ(data.GetSetupConvDefName(0), L"Adaptive");
+  EXPECT_EQ(std::distance(data.begin(0), data.end(0)), 2);
+}
+
+TEST_F(ConvergenceDataTest, ASetWithoutDefinitionIsReportedAndKeepsItsTexts) {
+  data.SetSetupDef(nullptr, 0);
+  AssertWatch::Expect("mDef");
+  data.Initialize(L"10", L"0.02", L"Max delta", L"Pass", L"2", true, L"Passes", 0);
+  EXPECT_EQ(data.GetMaximumIter(0), L"N/A");
+  EXPECT_TRUE(data.NeedInit(0));
+  EXPECT_EQ(data.GetSetupConvDefName(0), L"N/A");
+  AssertWatch::Expect("mDef");
+  ConvValues row;
+  row.AddValue(new IntConvValue(&pass, 1));
+  data.AddData(&row, 0);
+  EXPECT_EQ(row.size(), 1);
+  io::CBlock block(L"Record");
+  EXPECT_FALSE(data.Write(block));
+}
+
+TEST_F(ConvergenceDataTest, PassesAreCountedFromOne) {
+  Start(0);
+  AddPass(1, 0.5, 0);
+  AddPass(2, 0.25, 0);
+  double number = 0.0;
+  EXPECT_EQ(data.GetPassData(L"Max delta", 1, 0), L"0.5");
+  EXPECT_TRUE(data.GetPassData(L"Max delta", 2, number, 0));
+  EXPECT_EQ(number, 0.25);
+  EXPECT_EQ(data.GetPassData(L"Max delta", 3, 0), L"N/A");
+  EXPECT_EQ(data.GetPassData(L"Max delta", 0, 0), L"N/A");
+  EXPECT_FALSE(data.GetPassData(L"no such column", 1, number, 0));
+  EXPECT_EQ(data.GetCurrent(L"Pass", 0), L"2");
+  EXPECT_EQ(data.GetCurrentIter(0), L"2");
+  EXPECT_EQ(data.GetCurrentCriterion(0), L"0.25");
+}
+
+TEST_F(ConvergenceDataTest, ARowOfTheWrongLengthIsReportedAndTakenAllTheSame) {
+  Start(0);
+  ConvValues row;
+  row.AddValue(new IntConvValue(&pass, 1));
+  AssertWatch::Expect("!\"Invalid size\"");
+  data.AddData(&row, 0);
+  EXPECT_EQ(data.GetCurrent(L"Pass", 0), L"1");
+  EXPECT_EQ(data.GetCurrent(L"Max delta", 0), L"N/A");
+}
+
+TEST_F(ConvergenceDataTest, AValueOfAForeignColumnIsReportedAndGetsAColumn) {
+  Start(0);
+  IntConvDef const foreign(L"Mesh", L"m", false);
+  ConvValues row;
+  row.AddValue(new IntConvValue(&pass, 1));
+  row.AddValue(new IntConvValue(&foreign, 100));
+  AssertWatch::Expect("dIt != mDef->end()");
+  data.AddData(&row, 0);
+  EXPECT_EQ(data.find(&foreign, 0)->second.size(), 1);
+}
+
+TEST_F(ConvergenceDataTest, TableColumnsAreThoseThatAreShownInTheOrderOfTheList) {
+  pass.SetHidden();
+  Start(0);
+  std::vector<std::pair<AString, bool>> columns;
+  data.GetTableColumns(columns, 0);
+  EXPECT_EQ(columns, (std::vector<std::pair<AString, bool>>{{L"Max delta", true}}));
+  EXPECT_EQ(data.find(L"Pass", 0), &pass);
+}
+
+TEST_F(ConvergenceDataTest, ClearDataKeepsTheFirstPasses) {
+  Start(0);
+  AddPass(1, 0.5, 0);
+  AddPass(2, 0.25, 0);
+  data.ClearData(1, 0);
+  EXPECT_EQ(data.GetCurrent(L"Pass", 0), L"1");
+  data.ClearData(0, 0);
+  EXPECT_EQ(data.GetCurrent(L"Pass", 0), L"N/A");
+}
+
+TEST_F(ConvergenceDataTest, AnotherListKeepsColumnsOfTheSameNameAndPadsNewOnes) {
+  Start(0);
+  AddPass(1, 0.5, 0);
+  AddPass(2, 0.25, 0);
+  IntConvDef const newPass(L"Pass", L"k", false);
+  StringConvDef const remark(L"Remark", L"r", false);
+  SetupConvDef other(L"Other");
+  other.AddDef(&remark);
+  other.AddDef(&newPass);
+  data.SetSetupDef(&other, 0);
+  EXPECT_EQ(data.GetCurrent(L"Pass", 0), L"2");
+  EXPECT_EQ(data.find(&remark, 0)->second.size(), 2);
+  EXPECT_FALSE(data.find(&remark, 0)->second.GetValue(0)->IsValid());
+  EXPECT_EQ(data.find(&delta, 0), data.end(0));
+  EXPECT_EQ(data.find(&pass, 0), data.end(0));
+}
+
+TEST_F(ConvergenceDataTest, AColumnThatBothListsHoldKeepsItsValues) {
+  Start(0);
+  AddPass(1, 0.5, 0);
+  SetupConvDef other(L"Other");
+  other.AddDef(&delta);
+  data.SetSetupDef(&other, 0);
+  EXPECT_EQ(data.GetCurrent(L"Max delta", 0), L"0.5");
+  data.SetSetupDef(&other, 0);
+  EXPECT_EQ(data.GetCurrent(L"Max delta", 0), L"0.5");
+}
+
+TEST_F(ConvergenceDataTest, AColumnThatWasNeverMadeIsReportedWhenTheListChanges) {
+  data.SetSetupDef(&setup, 0);
+  SetupConvDef const other(L"Other");
+  AssertWatch::Expect("!column.empty()");
+  data.SetSetupDef(&other, 0);
+  EXPECT_EQ(data.GetSetupConvDefName(0), L"Other");
+}
+
+TEST_F(ConvergenceDataTest, TheSingleSetIsWrittenFlat) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  data.SetTargetConsecPasses(L"2", kSingle);
+  data.SetCurrentConsecPasses(L"1", kSingle);
+  auto const block = Written();
+  EXPECT_EQ(ItemNames(block), (std::vector<std::wstring>{L"ConvSetupName", L"MaxPasses", L"MinPasses", L"ConvTarget",
+                                                         L"ConvTargetConsecPasses", L"ConvCurrentConsecPasses", L"c"}));
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, kSingle);
+  EXPECT_EQ(read.Read(block, nullptr), io::kNoError);
+  EXPECT_EQ(read.GetMaximumIter(kSingle), L"10");
+  EXPECT_EQ(read.GetTargetConsecPasses(kSingle), L"2");
+  EXPECT_EQ(read.GetCurrentConsecPasses(kSingle), L"1");
+  EXPECT_EQ(read.GetPassData(L"Max delta", 1, kSingle), L"0.5");
+  EXPECT_TRUE(read.NeedInit(kSingle)) << "reading is not initialising";
+}
+
+TEST_F(ConvergenceDataTest, ASingleSetOfAnotherIndexIsWrittenAsASubBlock) {
+  Start(0);
+  EXPECT_EQ(ItemNames(Written()), std::vector<std::wstring>{L"0"});
+}
+
+TEST_F(ConvergenceDataTest, SeveralSetsComeBackUnderTheirIndices) {
+  Start(0);
+  Start(1);
+  AddPass(1, 0.5, 1);
+  auto const block = Written();
+  EXPECT_EQ(ItemNames(block), (std::vector<std::wstring>{L"0", L"1"}));
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, 0);
+  read.SetSetupDef(&setup, 1);
+  EXPECT_EQ(read.Read(block, nullptr), io::kNoError);
+  EXPECT_EQ(read.GetCurrent(L"Pass", 0), L"N/A");
+  EXPECT_EQ(read.GetCurrent(L"Pass", 1), L"1");
+}
+
+TEST_F(ConvergenceDataTest, AnswersThatAreNotSupportedAreLeftOut) {
+  Start(kSingle);
+  data.SetIsConverged(false, kSingle);
+  EXPECT_TRUE(data.SupportsIsConverged(kSingle));
+  data.GetBaseConvergenceData(kSingle);
+  auto block = Written();
+  EXPECT_EQ(ItemNames(block)[1], L"IsConverged");
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, kSingle);
+  read.Read(block, nullptr);
+  EXPECT_TRUE(read.SupportsIsConverged(kSingle));
+  EXPECT_FALSE(read.GetIsConverged(kSingle));
+  data.Initialize(L"1", L"2", L"3", L"4", L"5", false, L"6", kSingle);
+  EXPECT_EQ(ItemNames(Written())[2], L"SupportsCriterionDisplay");
+}
+
+TEST_F(ConvergenceDataTest, ABlockOfAnotherNameIsLeftAlone) {
+  EXPECT_EQ(data.Read(io::CBlock(L"record"), nullptr), io::kNoError);
+  EXPECT_EQ(data.GetBaseConvergenceData(kSingle), nullptr);
+}
+
+TEST_F(ConvergenceDataTest, AChildBlockThatIsNoNumberIsTheSingleSetAndTheParentsItemsDoNotCountOnPurpose) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  io::CBlock child(L"abc");
+  ASSERT_TRUE(data.GetBaseConvergenceData(kSingle)->Write(child));
+  io::CBlock block(L"Record");
+  block << io::named(L"MaxPasses", L"99") << child;
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, kSingle);
+  EXPECT_EQ(read.Read(block, nullptr), io::kNoError);
+  EXPECT_EQ(read.GetMaximumIter(kSingle), L"10");
+  EXPECT_EQ(read.GetCurrent(L"Pass", kSingle), L"1");
+}
+
+TEST_F(ConvergenceDataTest, OlderFilesHoldTheNumberOfPassesAsANumber) {
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, kSingle);
+  io::CBlock block(L"Record");
+  block << io::named(L"MaxPasses", 12);
+  read.Read(block, nullptr);
+  EXPECT_EQ(read.GetMaximumIter(kSingle), L"12");
+  read.Read(io::CBlock(L"Record"), nullptr);
+  EXPECT_EQ(read.GetMaximumIter(kSingle), L"0") << "none at all reads as zero, on purpose";
+}
+
+TEST_F(ConvergenceDataTest, APassWithAMissingValueStillCounts) {
+  io::CBlock block(L"Record");
+  io::CBlock_func first(L"c");
+  first << io::named(L"n", 1);
+  block << first << io::CBlock_func(L"C") << io::CBlock_func(L"c");
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, kSingle);
+  read.Read(block, nullptr);
+  EXPECT_EQ(read.find(&pass, kSingle)->second.size(), 2) << "the name of a pass is exact";
+  EXPECT_EQ(read.GetPassData(L"Max delta", 1, kSingle), L"N/A");
+  EXPECT_EQ(read.GetPassData(L"Pass", 1, kSingle), L"1");
+}
+
+TEST_F(ConvergenceDataTest, CopiesShareTheSetsAndTheLastFreesThem) {
+  ConvergenceData copy(L"Other");
+  {
+    ConvergenceData original(L"Record");
+    original.SetSetupDef(&setup, 0);
+    copy = original;
+    original.SetTargetCriterion(L"7", 0);
+  }
+  EXPECT_EQ(copy.GetName(), L"Record");
+  EXPECT_EQ(copy.GetTargetCriterion(0), L"7");
+}
+
+TEST_F(ConvergenceDataTest, WritingTheLastPassIsAProductsBusiness) {
+  io::CBlock block(L"Record");
+  EXPECT_FALSE(data.WriteLastConv(block));
+}

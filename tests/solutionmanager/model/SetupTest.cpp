@@ -1,0 +1,177 @@
+#include "solutionmanager/model/BaseSimulationSetup.h"
+
+#include "CoreInterfaces/desktop/SimulationTask.h"
+#include "basekit/command/KelvroCommand.h"
+#include "plotkit/SweepDefinition.h"
+#include "tests/solutionmanager/support/TestProduct.h"
+#include "tests/support/AssertWatch.h"
+#include "tests/support/Printers.h"
+
+using support::AssertWatch;
+
+class SetupTest : public support::ModelTest {
+protected:
+  support::TestInstance m_instance{m_design, L"x=1"};
+};
+
+TEST_F(SetupTest, AnIDIsIssuedOnce) {
+  support::TestSetup const setup(&Manager(), AString(L"A"));
+  long const id = setup.GetID();
+  EXPECT_EQ(setup.GetID(), id);
+  EXPECT_EQ(setup.GetUniqueID(), id);
+}
+
+TEST_F(SetupTest, TheFirstSolutionCreatedStaysTheDefault) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  BaseSolution * const first = &SolutionOf(setup);
+  BaseSolution * const second = setup.CreateSolution(L"Second");
+  setup.AddSolution(second, nullptr);
+  EXPECT_EQ(setup.GetBaseSolution(), first);
+  setup.SetDefaultSolution(second);
+  EXPECT_EQ(setup.GetBaseSolution(), second);
+}
+
+TEST_F(SetupTest, DeletingTheDefaultSolutionLeavesItSetOnPurpose) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  BaseSolution & solution = SolutionOf(setup);
+  setup.DeleteSolution(solution.GetID(), nullptr);
+  EXPECT_EQ(setup.GetDefaultISolution(), static_cast<ISolution *>(&solution));
+  EXPECT_TRUE(solution.IsDeleted());
+}
+
+TEST_F(SetupTest, ASecondDeletionIsNoChange) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  long const id = SolutionOf(setup).GetID();
+  setup.DeleteSolution(id, nullptr);
+  KelvroCommand command(L"delete");
+  setup.DeleteSolution(id, &command);
+  EXPECT_FALSE(command.HasDeltaStates());
+}
+
+TEST_F(SetupTest, DeletingAnUnknownSolutionIsReported) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  AssertWatch::Expect("(it != m_BaseSolutionMap.end()) || (GetISolutionByID(solution_id, true) != 0)");
+  setup.DeleteSolution(999, nullptr);
+}
+
+TEST_F(SetupTest, OfTwoSolutionsOfOneNameTheYoungerIsFound) {
+  BaseSimulationSetup & setup = AddSetup(L"A", L"Same");
+  BaseSolution * const younger = setup.CreateSolution(L"Same");
+  setup.AddSolution(younger, nullptr);
+  EXPECT_EQ(setup.GetISolution(L"same", false), static_cast<ISolution *>(younger));
+}
+
+TEST_F(SetupTest, SolvingAsksForWhatIsNotValidYet) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  SimulationTask const task(11, 22, {});
+  EXPECT_EQ(setup.StartSingleSimulation(&m_instance, &task), kSolveSubmitted);
+  ASSERT_EQ(m_design.service.submitted.size(), 1u);
+  EXPECT_TRUE(m_design.service.submitted[0] == SolutionVariationKey(setup.GetID(), L"x=1", -1, setup.GetVersionID()));
+  EXPECT_EQ(m_design.service.lastA, 11);
+  EXPECT_EQ(m_design.service.lastB, 22);
+  EXPECT_EQ(m_design.service.parent, -1);
+}
+
+TEST_F(SetupTest, SolvingAnswersWhatTheServiceSays) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  m_design.service.accepts = false;
+  EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, nullptr), kSolveRefused);
+  m_design.service.solving = true;
+  EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, nullptr), kAlreadySolving);
+  ASSERT_EQ(m_desktop.posted.size(), 1u);
+  EXPECT_EQ(m_desktop.posted[0], std::make_pair(24681L, AString(L"A")));
+}
+
+TEST_F(SetupTest, SolutionsThatAreUpToDateAreToldOneByOne) {
+  BaseSimulationSetup & setup = AddSetup(L"A", L"First");
+  BaseSolution * const second = setup.CreateSolution(L"Second");
+  setup.AddSolution(second, nullptr);
+  Solve(SolutionOf(setup), L"x=1", {1});
+  Solve(*second, L"x=1", {2});
+  std::vector<long> const both = {SolutionOf(setup).GetID(), second->GetID()};
+  EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, &both), kNothingToSolve);
+  ASSERT_EQ(m_desktop.posted.size(), 2u);
+  EXPECT_EQ(m_desktop.posted[0], std::make_pair(24680L, AString(L"A : First")));
+  EXPECT_EQ(m_desktop.posted[1], std::make_pair(24680L, AString(L"A : Second")));
+  EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, nullptr), kNothingToSolve);
+  EXPECT_EQ(m_desktop.posted.back(), std::make_pair(24680L, AString(L"A")));
+}
+
+TEST_F(SetupTest, OfAListOnlyWhatNeedsSolvingIsSubmitted) {
+  BaseSimulationSetup & setup = AddSetup(L"A", L"First");
+  BaseSolution * const second = setup.CreateSolution(L"Second");
+  setup.AddSolution(second, nullptr);
+  Solve(SolutionOf(setup), L"x=1", {1});
+  std::vector<long> const asked = {SolutionOf(setup).GetID(), second->GetID(), 4711};
+  EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, &asked), kSolveSubmitted);
+  EXPECT_EQ(m_design.service.asked, std::vector<long>{second->GetID()});
+  ASSERT_EQ(m_design.service.submitted.size(), 1u);
+  EXPECT_EQ(m_design.service.submitted[0].GetSolutionKey(), second->GetID());
+}
+
+TEST_F(SetupTest, ASetupWithoutSolutionsNeedsNoSolveAndSaysSoForAnInstanceOnly) {
+  support::TestSetup const setup(&Manager(), AString(L"Empty"));
+  EXPECT_FALSE(setup.NeedsToSimulate(AString(L"x=1")));
+  EXPECT_TRUE(m_desktop.posted.empty());
+  EXPECT_FALSE(setup.NeedsToSimulate(&m_instance));
+  ASSERT_EQ(m_desktop.posted.size(), 1u);
+  EXPECT_EQ(m_desktop.posted[0].first, 24680);
+}
+
+TEST_F(SetupTest, EqualityLooksAtSweepsNotAtNames) {
+  support::TestSetup a(&Manager(), AString(L"A")), b(&Manager(), AString(L"B"));
+  EXPECT_TRUE(a.IsEqual(&b));
+  auto * sweep = new SweepDefinition;
+  sweep->SetVariableName(L"F");
+  a.AddSingleSweep(sweep);
+  EXPECT_FALSE(a.IsEqual(&b));
+  support::TestSetup const shared(&Manager(), &a);
+  EXPECT_TRUE(a.IsEqual(&shared));
+  a.RemoveAllSweeps();
+}
+
+TEST_F(SetupTest, InvalidatingTheManagerAloneTellsTheDesignWhenThereAreNoSolutions) {
+  support::TestSetup setup(&Manager(), AString(L"A"));
+  setup.Invalidate(nullptr, 50, kInvalidateManager);
+  EXPECT_EQ(setup.GetVersionID(), 0);
+  EXPECT_EQ(m_design.changes, 1);
+}
+
+TEST_F(SetupTest, InvalidationReachesDeletedSolutionsToo) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  BaseSolution & solution = SolutionOf(setup);
+  setup.DeleteSolution(solution.GetID(), nullptr);
+  setup.Invalidate(nullptr, 50, kInvalidateSolutions);
+  EXPECT_EQ(solution.GetVersionID(), 50);
+}
+
+TEST_F(SetupTest, InvalidationWithACommandIsUndone) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  Solve(SolutionOf(setup), L"x=1", {1});
+  KelvroCommand command(L"edit");
+  Manager().Invalidate(&command, kInvalidateSetups | kInvalidateSolutions);
+  EXPECT_FALSE(SolutionOf(setup).HasValidSolutionData(L"x=1", -1));
+  command.Undo();
+  EXPECT_TRUE(SolutionOf(setup).HasValidSolutionData(L"x=1", -1));
+  EXPECT_EQ(setup.GetVersionID(), 0);
+  command.Redo();
+  EXPECT_FALSE(SolutionOf(setup).HasValidSolutionData(L"x=1", -1));
+}
+
+TEST_F(SetupTest, ACopySharesSolutionsAndNeverFreesThem) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  {
+    BaseSimulationSetup const copy(setup);
+    EXPECT_EQ(copy.GetSolutions(), setup.GetSolutions());
+    EXPECT_EQ(copy.GetID(), setup.GetID());
+  }
+  EXPECT_EQ(SolutionOf(setup).GetSolutionName(), AString(L"Sweep"));
+}
+
+TEST_F(SetupTest, AConvergenceBlockNameKeepsAnInvalidVersionOnPurpose) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  SolutionVariationKey key;
+  ASSERT_TRUE(key.Unpack(setup.GetConvBlockName(L"x=1", -1)));
+  EXPECT_EQ(key.GetVersionIDKey(), -1);
+  EXPECT_EQ(key.GetSolutionKey(), SolutionVariationKey::kConvDataKey);
+}

@@ -1,0 +1,112 @@
+#include "tests/support/worker/TestSolver.h"
+
+#include "basekit/io/CBlock_func.h"
+#include "basekit/io/Checksum.h"
+#include "basekit/text/Utf8.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+#include <unistd.h>
+
+namespace support {
+
+namespace {
+
+using desktop::IJobProgress;
+using desktop::SolveJob;
+
+bool Has(AString const & variation, wchar_t const * word) { return variation.find(AString(word)) != AString::npos; }
+
+// A file of the process's number in the folder that the text names behind "in".
+void LeaveNumber(AString const & variation) {
+  std::size_t const at = variation.find(AString(L" in "));
+  if (at == AString::npos)
+    return;
+  std::ofstream(text::ToUtf8(variation.substr(at + 4)) + "/" + std::to_string(::getpid())) << "here\n";
+}
+
+io::CBlock Nested(int depth) {
+  io::CBlock block(L"Deep");
+  for (int level = 0; level < depth; ++level) {
+    io::CBlock outer(L"Deep");
+    outer << io::CBlock_ptr<io::CBlock>(new io::CBlock(std::move(block)));
+    block = std::move(outer);
+  }
+  return block;
+}
+
+class Runner : public desktop::IJobRunner {
+public:
+  bool Run(SolveJob const & job, io::CBlock & result, AString & error, IJobProgress & progress) override {
+    AString const & variation = job.variation;
+    Break(variation);
+    if (Has(variation, L"refuse")) {
+      error = L"node 7 has no\nconnection";
+      return false;
+    }
+    if (Has(variation, L"slow"))
+      std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    if (Has(variation, L"tell"))
+      Tell(progress);
+    io::CBlock_func values(L"Values");
+    values << static_cast<double>(variation.size()) << static_cast<double>(++m_solved)
+           << static_cast<double>(::getpid());
+    for (int i = 0; Has(variation, L"large") && i < 1'000'000; ++i)
+      values << 0.5 * i;
+    result << values;
+    if (Has(variation, L"deep"))
+      result << Nested(600);
+    return true;
+  }
+
+private:
+  void Break(AString const & variation) {
+    if (Has(variation, L"abort")) {
+      std::fprintf(stderr, "matrix\tis singular\n");
+      std::abort();
+    }
+    if (Has(variation, L"exit")) {
+      std::printf("leaving\n");
+      std::exit(3);
+    }
+    if (Has(variation, L"sleep")) {
+      LeaveNumber(variation);
+      std::fprintf(stderr, "waiting for a licence\n");
+      std::this_thread::sleep_for(std::chrono::hours(1));
+    }
+    if (Has(variation, L"throw"))
+      throw std::runtime_error("out of ideas");
+    for (int i = 0; Has(variation, L"print") && i < 20000; ++i)
+      std::printf("line %d of what a solver tells about itself\n", i);
+  }
+
+  void Tell(IJobProgress & progress) {
+    for (int step = 0; step < 30; ++step) {
+      progress.Report(step / 30.0, L"factoring");
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+  }
+
+  int m_solved = 0;
+};
+
+} // namespace
+
+void TestSolver::DescribeJob(BaseSimulationSetup const &, SolveJob & job) const {
+  job.settings << io::CBlock_named_value(L"Passes", io::CBlock_value(3));
+}
+
+std::unique_ptr<desktop::IJobRunner> TestSolver::MakeJobRunner() const { return std::make_unique<Runner>(); }
+
+void SignHeader(std::string & frame) {
+  constexpr std::size_t kChecksumAt = 20;
+  std::uint32_t const checksum = io::Checksum(std::string_view(frame).substr(0, kChecksumAt));
+  std::memcpy(frame.data() + kChecksumAt, &checksum, sizeof checksum);
+}
+
+} // namespace support

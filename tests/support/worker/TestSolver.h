@@ -1,0 +1,30 @@
+#pragma once
+
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
+
+#include <string>
+
+namespace support {
+
+/// A product whose jobs do what the variation's words say: "abort", "exit", "sleep", "print", "throw", "refuse",
+/// "deep", "large", "slow", "tell"; anything else is solved.  The result is the list Values with the length of the
+/// variation's text, the number of jobs that this worker has solved, and the worker's process.
+class TestSolver : public desktop::IDesktopProduct {
+public:
+  static inline wchar_t const * const kName = L"testsolver";
+
+  AString GetName() const override { return kName; }
+  bool ReadSource(LongFileName const &, desktop::SourceDescription &, AString &) const override { return false; }
+  std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign *) const override { return nullptr; }
+  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager &, desktop::SourceSetup const &) const override {
+    return nullptr;
+  }
+  void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
+  std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override;
+};
+
+/// Puts the right checksum into a frame's header that was tampered with.
+void SignHeader(std::string & frame);
+
+} // namespace support
