@@ -21,6 +21,9 @@ public:
   std::vector<AString> Names() const;
 
 private:
+  ProductRegistry();
+  ~ProductRegistry();
+
   std::vector<std::unique_ptr<IDesktopProduct>> m_products;
 };
 

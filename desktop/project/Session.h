@@ -2,8 +2,10 @@
 
 #include "basekit/text/AString.h"
 
-#include <functional>
 #include <memory>
+#include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace desktop {
@@ -12,6 +14,10 @@ class Design;
 class IDesktopProduct;
 class ProductSolutionManager;
 class Project;
+class ProjectLock;
+enum class ProjectFileKind;
+struct ProjectRecord;
+struct SourceDescription;
 
 /// A project that is open in this process: one design, its solution manager, and the rules of saving.
 ///
@@ -40,28 +46,55 @@ public:
 
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
-  /// Writes project file and library; the autosave goes.
+  /// Writes project file and library; the autosave goes.  When the library can't be committed, project file and
+  /// autosave stay as they were.
   void Save();
   bool HasUnsavedChanges() const;
-  /// Writes and syncs the autosave; called before every solve and after every change.
+  /// Writes and syncs the autosave; called before every solve and after every change.  Nothing is written when the
+  /// design is what it was at the last write.
   void Autosave();
   /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
   /// What opening had to tell: a recovery, files set aside.  One line each, for people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
+  /// The real names (packed keys) of all blocks of the committed library; what is not among them is not saved yet.
+  std::set<AString> GetCommittedBlocks() const;
 
 private:
-  Session();
-  class Lock;
+  explicit Session(Access access);
 
-  Access m_access = Access::kWrite;
-  std::unique_ptr<Lock> m_lock;
+  // Making a project
+  void ReadSource(AString const & sourceFile, SourceDescription & description);
+  void MakeProject(AString const & designName, SourceDescription const & description);
+  void RemoveWhatWasMade();
+
+  // Opening one
+  void OpenForReading();
+  void OpenForWriting();
+  ProjectRecord RecordToOpen(ProjectRecord const & saved);
+  void MakeDesign(ProjectRecord const & record);
+  void ReadLibrary(ProjectRecord const & record);
+  void SetAside(AString const & file, wchar_t const * why);
+  void RefuseLibrary(AString const & what) const;
+
+  // Saving it
+  ProjectRecord MakeRecord() const;
+  void WriteChangedDefinitions();
+  void RefuseWhenReadOnly() const;
+  void RefuseStorage(AString const & what) const;
+
+  Access m_access;
+  std::unique_ptr<ProjectLock> m_lock;
   std::unique_ptr<Project> m_project;
   std::unique_ptr<Design> m_design;
   std::unique_ptr<ProductSolutionManager> m_manager;
   IDesktopProduct const * m_product = nullptr;
   std::vector<AString> m_notices;
+  long m_generation = 0;
+  bool m_hasAutosave = false;
+  /// The design as it was last written, for telling whether there is anything to write.
+  std::string m_lastWritten;
 };
 
 } // namespace desktop

@@ -26,7 +26,8 @@ std::string Content(IFile & file) {
 
 class FaultyFile : public IFile {
 public:
-  FaultyFile(FaultyFileSystem & system, std::unique_ptr<IFile> file) : m_system(system), m_file(std::move(file)) {}
+  FaultyFile(std::shared_ptr<FaultyFileSystem::Ledger> ledger, std::unique_ptr<IFile> file)
+      : m_ledger(std::move(ledger)), m_file(std::move(file)) {}
 
   FileStatus Read(std::uint64_t offset, std::span<char> into, std::size_t & got) override {
     return m_file->Read(offset, into, got);
@@ -35,8 +36,9 @@ public:
     std::string all;
     for (auto const & piece : pieces)
       all += piece;
-    m_system.NoteWrite(all.size());
-    FileStatus const status = m_system.Next(L"write");
+    m_ledger->largestWrite = std::max(m_ledger->largestWrite, all.size());
+    ++m_ledger->writes;
+    FileStatus const status = m_ledger->Next(L"write");
     if (!status.Ok())
       all.resize(all.size() / 2);
     std::string_view const piece = all;
@@ -44,14 +46,14 @@ public:
     return status.Ok() ? written : status;
   }
   FileStatus Truncate(std::uint64_t length) override {
-    FileStatus const status = m_system.Next(L"shorten");
+    FileStatus const status = m_ledger->Next(L"shorten");
     return status.Ok() ? m_file->Truncate(length) : status;
   }
   FileStatus Sync() override {
-    FileStatus const status = m_system.Next(L"sync");
+    FileStatus const status = m_ledger->Next(L"sync");
     FileInfo info;
     if (status.Ok() && m_file->Describe(info).Ok())
-      m_system.NoteSync(info.node, Content(*m_file));
+      m_ledger->synced[info.node] = Content(*m_file);
     return status;
   }
   FileStatus Describe(FileInfo & info) override { return m_file->Describe(info); }
@@ -59,47 +61,57 @@ public:
   FileStatus Unlock() override { return m_file->Unlock(); }
 
 private:
-  FaultyFileSystem & m_system;
+  std::shared_ptr<FaultyFileSystem::Ledger> m_ledger;
   std::unique_ptr<IFile> m_file;
 };
 
 } // namespace
 
 FaultyFileSystem::FaultyFileSystem() : m_system(file::SystemFiles()), m_former(file::SetFileSystem(this)) {}
-FaultyFileSystem::~FaultyFileSystem() { file::SetFileSystem(m_former); }
-
-void FaultyFileSystem::FailAt(int operation, bool forGood) {
-  m_operations = 0;
-  m_failAt = operation;
-  m_forGood = forGood;
-  m_hasFailed = false;
+FaultyFileSystem::~FaultyFileSystem() {
+  file::SetFileSystem(m_former);
+  m_ledger->failAt = 0;
 }
 
-FileStatus FaultyFileSystem::Next(wchar_t const * what) {
-  ++m_operations;
-  bool const fails = m_failAt > 0 && (m_forGood ? m_operations >= m_failAt : m_operations == m_failAt);
-  m_hasFailed = m_hasFailed || fails;
+void FaultyFileSystem::FailAt(int operation, bool forGood) {
+  m_ledger->operations = 0;
+  m_ledger->failAt = operation;
+  m_ledger->forGood = forGood;
+  m_ledger->hasFailed = false;
+}
+
+FileStatus FaultyFileSystem::Ledger::Next(wchar_t const * what) {
+  ++operations;
+  bool const fails = failAt > 0 && (forGood ? operations >= failAt : operations == failAt);
+  hasFailed = hasFailed || fails;
   return fails ? FileStatus(ENOSPC, AString(L"cannot ") + what + L": no room") : FileStatus();
 }
 
-void FaultyFileSystem::NoteWrite(std::size_t size) {
-  m_largestWrite = std::max(m_largestWrite, size);
-  ++m_writes;
+void FaultyFileSystem::LosePower() {
+  RestoreAll([](std::string const & synced, std::string const &) { return synced; });
 }
 
-void FaultyFileSystem::NoteSync(std::uint64_t node, std::string content) { m_synced[node] = std::move(content); }
+void FaultyFileSystem::LosePowerOutOfOrder(std::size_t last) {
+  RestoreAll([last](std::string const & synced, std::string const & now) {
+    std::string mixed = now;
+    for (std::size_t at = synced.size(); at + last < now.size(); ++at)
+      mixed[at] = '\0';
+    return mixed;
+  });
+}
 
-void FaultyFileSystem::LosePower() {
-  for (auto const & entry : m_written) {
+void FaultyFileSystem::RestoreAll(
+    std::function<std::string(std::string const & synced, std::string const & now)> const & restore) {
+  for (auto const & path : m_written) {
     FileInfo info;
     std::unique_ptr<IFile> file;
-    if (!m_system.Describe(entry.first, info).Ok() || info.kind != file::FileKind::File ||
-        !m_system.Open(entry.first, file::OpenMode::ReadWrite, file).Ok())
+    if (!m_system.Describe(path, info).Ok() || info.kind != file::FileKind::File ||
+        !m_system.Open(path, file::OpenMode::ReadWrite, file).Ok())
       continue;
-    std::string const & content = m_synced[info.node];
+    std::string const content = restore(m_ledger->synced[info.node], Content(*file));
     std::string_view const piece = content;
     if (!file->Truncate(0).Ok() || !file->Write(0, std::span(&piece, 1)).Ok())
-      m_hasFailed = true;
+      m_ledger->hasFailed = true;
   }
 }
 
@@ -107,7 +119,7 @@ FileStatus FaultyFileSystem::Open(LongFileName const & path, file::OpenMode mode
   FileInfo info;
   bool const makes = mode != file::OpenMode::Read && mode != file::OpenMode::ReadWrite;
   if (makes)
-    if (FileStatus status = Next(L"open"); !status.Ok())
+    if (FileStatus status = m_ledger->Next(L"open"); !status.Ok())
       return status;
   std::unique_ptr<IFile> file;
   FileStatus status = m_system.Open(path, mode, file);
@@ -115,11 +127,11 @@ FileStatus FaultyFileSystem::Open(LongFileName const & path, file::OpenMode mode
     return status;
   if (mode != file::OpenMode::Read && file->Describe(info).Ok()) {
     // What stands in a file before it is touched first counts as synced.
-    if (!m_synced.contains(info.node) || info.length == 0)
-      m_synced[info.node] = Content(*file);
-    m_written[path.FilePath()] = true;
+    if (!m_ledger->synced.contains(info.node) || info.length == 0)
+      m_ledger->synced[info.node] = Content(*file);
+    m_written.insert(path.FilePath());
   }
-  opened = std::make_unique<FaultyFile>(*this, std::move(file));
+  opened = std::make_unique<FaultyFile>(m_ledger, std::move(file));
   return {};
 }
 
@@ -128,32 +140,32 @@ FileStatus FaultyFileSystem::Describe(LongFileName const & path, FileInfo & info
 }
 
 FileStatus FaultyFileSystem::Rename(LongFileName const & from, LongFileName const & to) {
-  FileStatus status = Next(L"rename");
+  FileStatus status = m_ledger->Next(L"rename");
   if (!status.Ok())
     return status;
   status = m_system.Rename(from, to);
   if (status.Ok() && m_written.erase(from.FilePath()) > 0)
-    m_written[to.FilePath()] = true;
+    m_written.insert(to.FilePath());
   return status;
 }
 
 FileStatus FaultyFileSystem::RemoveFile(LongFileName const & path) {
-  FileStatus const status = Next(L"delete");
+  FileStatus const status = m_ledger->Next(L"delete");
   return status.Ok() ? m_system.RemoveFile(path) : status;
 }
 
 FileStatus FaultyFileSystem::RemoveFolder(LongFileName const & path) {
-  FileStatus const status = Next(L"delete");
+  FileStatus const status = m_ledger->Next(L"delete");
   return status.Ok() ? m_system.RemoveFolder(path) : status;
 }
 
 FileStatus FaultyFileSystem::MakeFolder(LongFileName const & path) {
-  FileStatus const status = Next(L"create");
+  FileStatus const status = m_ledger->Next(L"create");
   return status.Ok() ? m_system.MakeFolder(path) : status;
 }
 
 FileStatus FaultyFileSystem::SyncFolder(LongFileName const & path) {
-  FileStatus const status = Next(L"sync");
+  FileStatus const status = m_ledger->Next(L"sync");
   return status.Ok() ? m_system.SyncFolder(path) : status;
 }
 
@@ -162,7 +174,7 @@ FileStatus FaultyFileSystem::List(LongFileName const & path, std::vector<AString
 }
 
 FileStatus FaultyFileSystem::SetMode(LongFileName const & path, unsigned mode) {
-  FileStatus const status = Next(L"change the mode of");
+  FileStatus const status = m_ledger->Next(L"change the mode of");
   return status.Ok() ? m_system.SetMode(path, mode) : status;
 }
 

@@ -2,8 +2,10 @@
 
 #include "basekit/file/IFileSystem.h"
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace support {
@@ -17,12 +19,15 @@ public:
   ~FaultyFileSystem() override;
 
   void FailAt(int operation, bool forGood);
-  int Operations() const { return m_operations; }
-  bool HasFailed() const { return m_hasFailed; }
-  std::size_t LargestWrite() const { return m_largestWrite; }
-  int Writes() const { return m_writes; }
+  int Operations() const { return m_ledger->operations; }
+  bool HasFailed() const { return m_ledger->hasFailed; }
+  std::size_t LargestWrite() const { return m_ledger->largestWrite; }
+  int Writes() const { return m_ledger->writes; }
   /// Every file that was opened for writing goes back to its content at the last sync of it.
   void LosePower();
+  /// The same on a disk that wrote out of order: of what was appended since the last sync the last bytes (that many)
+  /// are there, and zeros before them.
+  void LosePowerOutOfOrder(std::size_t last);
 
   file::FileStatus Open(LongFileName const & path, file::OpenMode mode, std::unique_ptr<file::IFile> & opened) override;
   file::FileStatus Describe(LongFileName const & path, file::FileInfo & info) override;
@@ -34,22 +39,26 @@ public:
   file::FileStatus List(LongFileName const & path, std::vector<AString> & names) override;
   file::FileStatus SetMode(LongFileName const & path, unsigned mode) override;
 
-  // For the files that it opened.
-  file::FileStatus Next(wchar_t const * what);
-  void NoteWrite(std::size_t size);
-  void NoteSync(std::uint64_t node, std::string content);
+  /// What it shares with the files that it opened, which may outlive it and then work as ever.
+  struct Ledger {
+    int operations = 0;
+    int failAt = 0;
+    bool forGood = false;
+    bool hasFailed = false;
+    std::size_t largestWrite = 0;
+    int writes = 0;
+    std::map<std::uint64_t, std::string> synced;
+
+    file::FileStatus Next(wchar_t const * what);
+  };
 
 private:
+  void RestoreAll(std::function<std::string(std::string const & synced, std::string const & now)> const & restore);
+
   file::IFileSystem & m_system;
   file::IFileSystem * m_former;
-  int m_operations = 0;
-  int m_failAt = 0;
-  bool m_forGood = false;
-  bool m_hasFailed = false;
-  std::size_t m_largestWrite = 0;
-  int m_writes = 0;
-  std::map<std::uint64_t, std::string> m_synced;
-  std::map<AString, bool> m_written;
+  std::shared_ptr<Ledger> m_ledger = std::make_shared<Ledger>();
+  std::set<AString> m_written;
 };
 
 } // namespace support

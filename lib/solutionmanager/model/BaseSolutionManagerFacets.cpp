@@ -151,21 +151,15 @@ void BaseSolutionManager::SetPostProcessingIsOn(bool on) { m_PostProcessingIsOn 
 
 bool BaseSolutionManager::IsDeembeddingLossLess() const { return m_DeembeddingLossLess; }
 
-namespace {
-
-constexpr int kPortValueUnitType = 90;
-
-} // namespace
-
 int BaseSolutionManager::GetDeembeddingDistances(std::vector<FloatValue> & distances) const {
-  distances.assign(m_PortSettings.size(), FloatValue(kPortValueUnitType));
+  distances.assign(m_PortSettings.size(), FloatValue(Units::kNoUnits));
   for (std::size_t port = 0; port < m_PortSettings.size(); ++port)
     distances[port] = m_PortSettings[port].GetDeembeddingDist();
   return static_cast<int>(distances.size());
 }
 
 int BaseSolutionManager::GetRenormalizeImpedances(std::vector<ComplexValue> & impedances) const {
-  impedances.assign(m_PortSettings.size(), ComplexValue(kPortValueUnitType));
+  impedances.assign(m_PortSettings.size(), ComplexValue(Units::kNoUnits));
   for (std::size_t port = 0; port < m_PortSettings.size(); ++port)
     impedances[port] = m_PortSettings[port].GetTermination(true);
   return static_cast<int>(impedances.size());

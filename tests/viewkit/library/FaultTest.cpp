@@ -54,9 +54,9 @@ protected:
         SCOPED_TRACE(testing::Message() << "operation " << n << (forGood ? " and all later ones" : ""));
         ASSERT_LT(n, 200);
         m_at = Path();
+        FaultyFileSystem faulty;
         Library library;
         Start(library);
-        FaultyFileSystem faulty;
         faulty.FailAt(n, forGood);
         bool const succeeded = operation(library) == 0;
         hasFailed = faulty.HasFailed();
@@ -77,12 +77,33 @@ TEST_F(LibraryFaults, ASaveThatFailsLeavesTheBlockAsItWas) {
            [](Library & library, bool succeeded) { ASSERT_EQ(Load(library, L"A"), succeeded ? L"new" : L"old"); });
 }
 
+// Invariant 4.
+TEST_F(LibraryFaults, ASaveThatFailsLeavesTheFileAsItWas) {
+  for (bool const forGood : {false, true}) {
+    FaultyFileSystem faulty;
+    Library library;
+    Start(library);
+    auto const before = Bytes(PrivateOf(Path()));
+    faulty.FailAt(1, forGood);
+    io::CBlock batch =
+        Batch({{L"A", L"new"}, {L"C", L"a longer text, so that half of the write holds a whole record"}});
+    ASSERT_NE(library.SaveBlocks(batch), 0);
+    EXPECT_EQ(Bytes(PrivateOf(Path())) == before, !forGood)
+        << "a file that can't be shortened is, before the next write";
+    faulty.FailAt(0, false);
+    ASSERT_EQ(Save(library, L"A", L"short"), 0);
+    auto const after = Bytes(PrivateOf(Path()));
+    EXPECT_EQ(after.substr(0, before.size()), before);
+    EXPECT_EQ(after.find("longer"), after.npos);
+  }
+}
+
 TEST_F(LibraryFaults, AFirstSaveThatFailsLeavesNothingBehind) {
   for (bool const forGood : {false, true})
     for (int n = 1; n < 4; ++n) {
       auto const path = Path(forGood ? L"good.qsol" : L"once.qsol");
-      Library library(path, kOrdinary);
       FaultyFileSystem faulty;
+      Library library(path, kOrdinary);
       faulty.FailAt(n, forGood);
       bool const succeeded = Save(library, L"A", L"one") == 0;
       EXPECT_EQ(succeeded, !faulty.HasFailed());
@@ -123,9 +144,9 @@ TEST_F(LibraryFaults, ARewriteThatFailsLosesNothing) {
 
 TEST_F(LibraryFaults, AResetThatFailsIsDoneOrNotDone) {
   for (int n = 1; n < 4; ++n) {
+    FaultyFileSystem faulty;
     Library library;
     Start(library);
-    FaultyFileSystem faulty;
     faulty.FailAt(n, true);
     library.ResetPrivateLib();
     bool const failed = faulty.HasFailed();
@@ -192,15 +213,18 @@ TEST_F(LibraryFaults, ACommitThatReturnedZeroSurvivesALossOfPower) {
 TEST_F(LibraryFaults, ALossOfPowerAmidACommitLeavesTheFormerOrTheNewState) {
   bool hasFailed = true;
   for (int n = 1; hasFailed; ++n) {
-    ASSERT_LT(n, 100);
+    ASSERT_LT(n, 1000);
     Library library;
     FaultyFileSystem faulty;
     Start(library);
     Save(library, L"A", L"new");
-    faulty.FailAt(n, true);
+    faulty.FailAt(1 + n / 10, true);
     library.UpdateOriginal();
     hasFailed = faulty.HasFailed();
-    faulty.LosePower();
+    if (n % 10 == 0)
+      faulty.LosePower();
+    else
+      faulty.LosePowerOutOfOrder(static_cast<std::size_t>(n % 10) * 100);
     Crash(Path(), Path(L"after.qsol"));
     faulty.FailAt(0, false);
     Library again(Path(L"after.qsol"), kOrdinary);
@@ -213,10 +237,10 @@ TEST_F(LibraryFaults, ALossOfPowerAmidACommitLeavesTheFormerOrTheNewState) {
 // Invariant 5.
 TEST_F(LibraryFaults, AFailedSyncIsFollowedByAWholeNewFile) {
   for (int n = 1; n < 30; ++n) {
+    FaultyFileSystem faulty;
     Library library;
     Start(library);
     auto const before = Bytes(Path()).substr(0, 76);
-    FaultyFileSystem faulty;
     faulty.FailAt(n, false);
     bool const succeeded = library.UpdateOriginal() == 0;
     bool const wasSync = !succeeded && Narrow(library.LastError()).find("sync") != std::string::npos;

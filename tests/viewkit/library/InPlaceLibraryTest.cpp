@@ -129,9 +129,9 @@ TEST_F(InPlaceLibrary, LeavesOutADamagedBlockAndTellsOfIt) {
 TEST_F(InPlaceLibrary, GoesOnAfterASaveThatFailed) {
   for (int n = 1; n < 6; ++n) {
     auto const path = Path(AString::Format(L"%d.qsol", n).c_str());
+    support::FaultyFileSystem faulty;
     CStreamioLibPrivate library;
     library.SetLibPath(path);
-    support::FaultyFileSystem faulty;
     faulty.FailAt(n, true);
     bool const first = Save(library, L"A", L"one") == 0;
     bool const second = Save(library, L"B", L"two") == 0;

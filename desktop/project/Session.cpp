@@ -1,0 +1,173 @@
+// An open project: changing, saving and closing it.
+#include "desktop/project/Session.h"
+
+#include "basekit/file/FileOperations.h"
+#include "basekit/io/BlockCodec.h"
+#include "basekit/value/Variable.h"
+#include "desktop/Error.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/CommittedLibrary.h"
+#include "desktop/project/NewFile.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/ProjectFile.h"
+#include "desktop/project/ProjectLock.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
+
+std::string Bytes(io::CBlock const & block) {
+  std::string bytes;
+  static_cast<void>(io::EncodeBlock(block, io::Form::Text, io::kExactDigits, bytes)); // Too deep: compares as empty.
+  return bytes;
+}
+
+// Saves a block unless the library holds it as it is.
+bool SaveIfChanged(BaseSolutionManager const & manager, io::CBlock & block) {
+  io::CBlock stored(block.Name());
+  if (manager.LoadSingleBlock(stored) == kSuccess && Bytes(stored) == Bytes(block))
+    return true;
+  return manager.SaveSingleBlock(block) == kSuccess;
+}
+
+std::vector<std::pair<Variable *, Value>> ReadAssignments(Design const & design,
+                                                          std::vector<std::pair<AString, AString>> const & texts) {
+  std::vector<std::pair<Variable *, Value>> assignments;
+  for (auto const & [name, text] : texts) {
+    Variable * const variable = design.FindVariable(name);
+    if (!variable) {
+      AString known;
+      for (Variable const * const other : design.GetVariables())
+        known += (known.empty() ? AString() : AString(L", ")) + other->GetName();
+      throw Error(ErrorKind::kUsage, name + L": the design has no variable of that name; it has: " +
+                                         (known.empty() ? AString(L"none") : known));
+    }
+    Value value(variable->GetValue().GetUnits());
+    if (!value.SetValueText(text))
+      throw Error(ErrorKind::kUsage, name + L"=" + text + L": '" + text +
+                                         L"' is no number; give one such as 1.5, 2.2e-12 or 2.2pF");
+    assignments.emplace_back(variable, value);
+  }
+  return assignments;
+}
+
+} // namespace
+
+Session::Session(Access access) : m_access(access) {}
+
+Session::~Session() = default;
+
+std::set<AString> Session::GetCommittedBlocks() const { return CommittedBlockNames(m_manager->GetQsolPath()); }
+
+void Session::CheckSourceUnchanged() const { CheckUnchanged(m_project->GetSourceFiles(), m_project->GetFolder()); }
+
+bool Session::HasUnsavedChanges() const {
+  return m_hasAutosave || m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().HasUnsavedChanges();
+}
+
+void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assignments) {
+  RefuseWhenReadOnly();
+  auto values = ReadAssignments(*m_design, assignments);
+  auto const exchange = [&values] {
+    for (auto & [variable, value] : values) {
+      Value const former = variable->GetValue();
+      variable->SetValue(value);
+      value = former;
+    }
+    std::reverse(values.begin(), values.end()); // A name given twice goes back in steps.
+  };
+  exchange();
+  try {
+    Autosave();
+  } catch (...) {
+    exchange();
+    throw;
+  }
+}
+
+ProjectRecord Session::MakeRecord() const {
+  ProjectRecord record;
+  record.productName = m_product->GetName();
+  record.designName = m_design->GetName();
+  record.designID = m_design->GetDesignID();
+  record.sources = m_project->GetSourceFiles();
+  m_manager->WriteNextUniqueID(record.ids);
+  m_design->Write(record.design);
+  if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
+    throw Error(ErrorKind::kFailed, m_project->GetFile().FilePath() +
+                                        L": the product could not write the design; nothing was saved");
+  return record;
+}
+
+void Session::Autosave() {
+  RefuseWhenReadOnly();
+  ProjectRecord record = MakeRecord();
+  std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
+  if (state == m_lastWritten)
+    return;
+  record.generation = m_generation;
+  NewFile(m_project->GetAutosaveFile(), EncodeProject(record, ProjectFileKind::kAutosave)).Install();
+  m_hasAutosave = true;
+  m_lastWritten = state;
+}
+
+void Session::Save() {
+  RefuseWhenReadOnly();
+  WriteChangedDefinitions();
+  ProjectRecord record = MakeRecord();
+  std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
+  record.generation = m_generation + 1;
+  NewFile projectFile(m_project->GetFile(), EncodeProject(record, ProjectFileKind::kProject));
+  // Attaches a library that is not there yet.
+  auto & library = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess();
+  if (m_manager->GetSolutionFileManager().CommitAll(false) != kSuccess)
+    RefuseStorage(library.LastError());
+  projectFile.Install();
+  m_generation = record.generation;
+  m_lastWritten = state;
+  // One that stays is of an older generation: the next session drops it.
+  LFN_DeleteFile(m_project->GetAutosaveFile());
+  m_hasAutosave = false;
+}
+
+void Session::WriteChangedDefinitions() {
+  auto const save = [this](io::CBlock & block) {
+    if (!SaveIfChanged(*m_manager, block))
+      RefuseStorage(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
+  };
+  for (auto const & [id, setup] : m_manager->GetSetups()) {
+    io::CBlock setupBlock(setup->GetBlockDefinitionName());
+    setup->WriteDefinitionBlock(setupBlock);
+    save(setupBlock);
+    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+      io::CBlock block(solution->GetBlockDefinitionName());
+      solution->WriteDefinitionBlock(block);
+      save(block);
+    }
+  }
+  // Last: what stands above may have issued IDs.
+  io::CBlock header(BaseSolutionManager::kHeaderBlockName);
+  m_manager->WriteDefinitionBlock(header);
+  save(header);
+}
+
+void Session::RefuseWhenReadOnly() const {
+  if (IsReadOnly())
+    throw Error(ErrorKind::kUsage, m_project->GetFile().FilePath() +
+                                       L": the project is open for reading only; open it for writing to change it");
+}
+
+void Session::RefuseStorage(AString const & what) const {
+  throw Error(ErrorKind::kStorage, m_project->GetResultsFolder().FilePath() + L": results can't be stored (" + what +
+                                       L"); make room or get permission, and try again");
+}
+
+} // namespace desktop
