@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreInterfaces/desktop/IInterfaceQueriable.h"
-#include "CoreInterfaces/reportkern/ReportForward.h"
+#include "CoreInterfaces/IInterfaceQueriable.h"
+#include "CoreInterfaces/ReportForward.h"
 #include "basekit/text/AString.h"
 
 #include <vector>
