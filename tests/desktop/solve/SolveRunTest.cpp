@@ -224,7 +224,8 @@ TEST(SolveRun, OnlyTheEndOfWhatAWorkerWroteStandsInTheError) {
   SolveOptions options = OptionsFor(L"product");
   options.secondsPerJob = 2;
   EXPECT_TRUE(Solve(points, options));
-  EXPECT_TRUE(points.errors[0].EndsWith(L"line 19999 of what a solver tells about itself")) << text::ToUtf8(points.errors[0]);
+  EXPECT_TRUE(points.errors[0].EndsWith(L"line 19999 of what a solver tells about itself"))
+      << text::ToUtf8(points.errors[0]);
   EXPECT_LT(points.errors[0].size(), 2200u);
 }
 
