@@ -160,7 +160,6 @@ int Solve(SolveWords const & words) {
   grid.ResolveNames(session->GetDesign());
   auto const setups = SetupsToSolve(*session, words, grid);
   session->CheckSourceUnchanged();
-  session->Autosave();
 
   QueueOfDesign solver(*session, QueueOptions(words, *session));
   Requested const requested = RequestAll(*session, setups, grid);

@@ -83,7 +83,7 @@ void WriteItem(desktop::INetworkProduct const & product, Item & item, AString co
   bool const done = product.WriteTouchstone(*variation, LongFileName(base), digits, written, error);
   variation->ClearInstanceMemoryData();
   if (!done)
-    throw desktop::Error(ErrorKind::kStorage, error);
+    throw desktop::Error(ErrorKind::kFailed, error);
   item.file = Utf8(written.NameAndExtension());
 }
 

@@ -61,7 +61,7 @@ int Run(int count, char ** words) {
     solvedesk::PrintMessage(std::string(error.what()) + "; see " + HelpCommand(program));
     return static_cast<int>(desktop::ErrorKind::kUsage);
   }
-  RegisterRfCircuit();
+  rfcircuit::RegisterRfCircuit();
   int const status = action();
   solvedesk::FinishOutput();
   return status;

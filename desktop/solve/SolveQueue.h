@@ -21,8 +21,7 @@ public:
   virtual ~ISolveListener() = default;
   virtual void OnStarted(AString const & setup, AString const & variation);
   /// How far a running point is, 0 to 1, and what its solver does; a few times a second at most.
-  virtual void OnPointProgress(AString const & setup, AString const & variation, double fraction,
-                               AString const & text);
+  virtual void OnPointProgress(AString const & setup, AString const & variation, double fraction, AString const & text);
   /// The point is in the library and survives the death of this process.  Seconds are those of the solver.
   virtual void OnStored(AString const & setup, AString const & variation, double seconds);
   virtual void OnFailed(AString const & setup, AString const & variation, AString const & error);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreInterfaces/reportkern/ReportForward.h"
+#include "CoreInterfaces/ReportForward.h"
 #include "basekit/text/AString.h"
 
 #include <vector>

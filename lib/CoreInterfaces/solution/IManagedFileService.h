@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreInterfaces/desktop/IInterfaceQueriable.h"
+#include "CoreInterfaces/IInterfaceQueriable.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/text/AString.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreInterfaces/reportkern/ReportForward.h"
+#include "CoreInterfaces/ReportForward.h"
 #include "basekit/text/AString.h"
 
 #include <vector>
@@ -16,8 +16,8 @@ class IProductSolutionMgrForPlot {
 public:
   virtual int GetProductRangedFunctionCategoryNames(std::vector<AString> & names, unsigned reportType,
                                                     rep::DisplayType displayType) const = 0;
-  virtual int GetProductRangedFunctionNames(std::vector<AString> & names, AString const & category,
-                                            unsigned reportType, rep::DisplayType displayType) const = 0;
+  virtual int GetProductRangedFunctionNames(std::vector<AString> & names, AString const & category, unsigned reportType,
+                                            rep::DisplayType displayType) const = 0;
   virtual AString GetProductRangedFunctionDescription(AString const & function) const = 0;
   virtual bool GetProductRangedFunctionDefaultParameters(PropList & parameters, AString const & function) const = 0;
   virtual bool ScaleProductRangedFunctionValueToGivenUnits(double & result, AString & units, AString const & function,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CoreInterfaces/desktop/IInterfaceQueriable.h"
+#include "CoreInterfaces/IInterfaceQueriable.h"
 
 #include <vector>
 

@@ -94,7 +94,7 @@ TEST(NetworkData, StandsInTheBlockAsTheFormatPageShows) {
   data.SetS(0, 0, 0, {0.25, -0.5});
   data.SetS(1, 0, 0, {0.125, 0.0625});
   EXPECT_EQ(BlockOf(data).Pack(),
-            AString(L"Data { Frequencies(1000000000, 1500000000) Ports { Port(Number = 1, Name = \"V1\", Z0 = 50) } "
+            AString(L"Data { Frequencies(1e9, 1.5e9) Ports { Port(Number = 1, Name = \"V1\", Z0 = 50) } "
                     L"S(0.25, -0.5, 0.125, 0.0625) }"));
 }
 

@@ -3,6 +3,7 @@
 #include "desktop/product/SolveJob.h"
 #include "desktop/product/SourceDescription.h"
 #include "products/rfcircuit/product/NetworkData.h"
+#include "tests/support/Printers.h"
 
 #include <filesystem>
 #include <string>

@@ -47,9 +47,9 @@ std::vector<double> FrequenciesOf(FrequencySolutionDefinition const & definition
 
 TEST(SweepSettings, ReadWell) {
   EXPECT_EQ(SettingsOf(FrequencySweep::Linear(201, 10e6, 2e9)).Pack(),
-            AString(L"Settings { Kind = \"lin\" Points = 201 Start = 10000000 Stop = 2000000000 }"));
+            AString(L"Settings { Kind = \"lin\" Points = 201 Start = 1e7 Stop = 2e9 }"));
   EXPECT_EQ(SettingsOf(FrequencySweep::List({2e9, 1e9})).Pack(),
-            AString(L"Settings { Kind = \"list\" Frequencies(1000000000, 2000000000) }"));
+            AString(L"Settings { Kind = \"list\" Frequencies(1e9, 2e9) }"));
 }
 
 TEST(SweepSettings, OfAnyKindComeBackWithTheSameFrequencies) {

@@ -66,6 +66,8 @@ public:
 
 private:
   void Break(AString const & variation) {
+    for (int i = 0; Has(variation, L"print") && i < 20000; ++i)
+      std::printf("line %d of what a solver tells about itself\n", i);
     if (Has(variation, L"abort")) {
       std::fprintf(stderr, "matrix\tis singular\n");
       std::abort();
@@ -81,8 +83,6 @@ private:
     }
     if (Has(variation, L"throw"))
       throw std::runtime_error("out of ideas");
-    for (int i = 0; Has(variation, L"print") && i < 20000; ++i)
-      std::printf("line %d of what a solver tells about itself\n", i);
   }
 
   void Tell(IJobProgress & progress) {

@@ -104,6 +104,8 @@ public:
   explicit EndlessPoints(AString const & variation) : m_variation(variation) {}
   int CountWaiting() const override { return 2 - m_taken; }
   bool TakeNext(int & number, SolveJob & job) override {
+    if (CountWaiting() == 0)
+      return false;
     number = m_taken++;
     job.variation = m_variation;
     return true;

@@ -2,7 +2,9 @@
 #include "tests/support/FaultyFileSystem.h"
 #include "tests/viewkit/library/LibraryFixture.h"
 
+#include <csignal>
 #include <functional>
+#include <sys/resource.h>
 
 namespace {
 
@@ -287,4 +289,71 @@ TEST_F(LibraryFaults, ACommitCostsWhatChanged) {
   Save(library, L"Block7", L"y");
   library.UpdateOriginal();
   EXPECT_LT(library.CommittedLength() - before, 2000u);
+}
+
+TEST_F(LibraryFaults, AFolderThatVanishesFailsAndComesBackWithAllThatWasSaved) {
+  auto const folder = Path(L"folder");
+  auto const path = folder + L"/a.qsol";
+  LFN_CreateDirectory(folder);
+  Library library(path, kOrdinary);
+  Save(library, L"A", L"committed");
+  library.CommitAll(false);
+  Save(library, L"B", L"saved");
+  ASSERT_TRUE(LFN_Delete(folder));
+  EXPECT_NE(Save(library, L"C", L"x"), 0);
+  EXPECT_NE(library.CommitAll(false), 0);
+  EXPECT_EQ(Load(library, L"A"), L"committed");
+  EXPECT_EQ(Load(library, L"B"), L"saved");
+  LFN_CreateDirectory(folder);
+  EXPECT_EQ(Save(library, L"C", L"y"), 0) << Narrow(library.LastError());
+  EXPECT_EQ(library.CommitAll(false), 0) << Narrow(library.LastError());
+  Library again(path, kOrdinary);
+  EXPECT_EQ(Load(again, L"A"), L"committed");
+  EXPECT_EQ(Load(again, L"B"), L"saved");
+  EXPECT_EQ(Load(again, L"C"), L"y");
+}
+
+TEST_F(LibraryFaults, APrivateFileThatIsMadeAgainBelongsToThePublicFileAsItIsNow) {
+  Library library(Path(), kOrdinary);
+  Save(library, L"A", L"one");
+  library.UpdateOriginal();
+  Save(library, L"B", L"saved");
+  LFN_DeleteFile(PrivateOf(Path()));
+  ASSERT_EQ(Save(library, L"C", L"more"), 0);
+  Crash(Path(), Path(L"crashed.qsol"));
+  Library recovered(Path(L"crashed.qsol"), CStreamioLibrary::kRecoveryMode);
+  EXPECT_TRUE(recovered.IsRecovered());
+  EXPECT_EQ(Load(recovered, L"A"), L"one");
+  EXPECT_EQ(Load(recovered, L"B"), L"saved");
+  EXPECT_EQ(Load(recovered, L"C"), L"more");
+}
+
+TEST_F(LibraryFaults, APublicFileThatSomebodyReplacedIsNotWritten) {
+  Library library(Path(), kOrdinary);
+  Save(library, L"A", L"one");
+  library.CommitAll(false);
+  Save(library, L"A", L"two");
+  LFN_DeleteFile(Path());
+  SetBytes(Path(), "theirs");
+  EXPECT_NE(library.CommitAll(false), 0);
+  EXPECT_EQ(Bytes(Path()), "theirs");
+}
+
+TEST_F(LibraryFaults, AFullDiskFailsTheSaveAndRoomMendsIt) {
+  Library library(Path(), kOrdinary);
+  ASSERT_EQ(Save(library, L"A", L"one"), 0);
+  rlimit former{};
+  ::getrlimit(RLIMIT_FSIZE, &former);
+  auto const handler = ::signal(SIGXFSZ, SIG_IGN);
+  rlimit const small{Bytes(PrivateOf(Path())).size() + 50, former.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  auto const failed = Save(library, L"A", L"two");
+  ::setrlimit(RLIMIT_FSIZE, &former);
+  ::signal(SIGXFSZ, handler);
+  EXPECT_EQ(failed, CStreamioLibrary::kLibWriteFailed);
+  EXPECT_EQ(Load(library, L"A"), L"one");
+  EXPECT_EQ(Save(library, L"A", L"three"), 0);
+  Crash(Path(), Path(L"crashed.qsol"));
+  Library recovered(Path(L"crashed.qsol"), CStreamioLibrary::kRecoveryMode);
+  EXPECT_EQ(Load(recovered, L"A"), L"three");
 }

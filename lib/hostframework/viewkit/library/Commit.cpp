@@ -131,6 +131,12 @@ LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, boo
 
 LibIOReturn Commit(LibraryState & state) {
   LibIOReturn result = state.status;
+  if (state.publicLog && state.lock.IsHeld()) {
+    Standing const standing = StandsUnderItsName(*state.publicLog);
+    if (standing == Standing::Replaced)
+      return state.Fail(CStreamioLibrary::kLibWriteFailed, state.path.FilePath() + L" is another file now");
+    state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == Standing::Vanished;
+  }
   bool const isUpToDate =
       state.publicLog && !state.publicLog->mustRewrite && state.unmerged.empty() && state.heldDeletes.empty();
   if (result != kSuccess || isUpToDate)

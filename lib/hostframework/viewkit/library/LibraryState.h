@@ -86,11 +86,15 @@ FoundBlock FindBlock(LibraryState & state, AString const & name);
 std::vector<FoundBlock> AllBlocks(LibraryState & state);
 CStreamioLibraryStats Statistics(LibraryState const & state);
 
+/// What stands under the name of an open file.
+enum class Standing { Same, Vanished, Replaced };
+Standing StandsUnderItsName(LogReader & log);
+
 // Takeover.cpp: attaching, and which private file is gone on with.
 
 LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLibrary::TMode mode);
 LibIOReturn AcquireForWriting(LibraryState & state, bool takesOver = false);
-/// Makes the private file exist, for a library that may write.
+/// Makes the private file exist, for a library that may write; one that vanished is made again.
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit = {});
 /// Locks the files that a copy is to replace; a private one is set aside.  `publicFile` holds the lock until it closes.
 LibIOReturn LockTarget(LibraryState & state, std::unique_ptr<file::IFile> & publicFile);
@@ -113,6 +117,8 @@ struct EncodedBlock {
   bool isBinary = false;
 };
 LibIOReturn SaveGroup(LibraryState & state, std::vector<EncodedBlock> blocks);
+/// Writes what the names stand for in one private file as a group of another.
+LibIOReturn CopyUnmerged(LogReader & from, LibraryState::NameSet const & names, LogReader & to, AString & error);
 LibIOReturn HoldDeletes(LibraryState & state, std::vector<AString> const & names);
 LibIOReturn FlushDeletes(LibraryState & state);
 

@@ -1,7 +1,6 @@
 #include "viewkit/library/SaveAs.h"
 
 #include "viewkit/library/Compaction.h"
-#include "viewkit/library/LogWriter.h"
 
 namespace library {
 
@@ -23,31 +22,15 @@ LibIOReturn CopyCommitted(LibraryState & from, LibraryState & copy, std::uint64_
   return WriteNewFile(copy.path, header, blocks, Conversion(), commit, &copy.lock, copy.publicLog, copy.error);
 }
 
-LibIOReturn CopyUnmerged(LibraryState & from, LibraryState & copy, std::uint64_t baseCommit) {
+LibIOReturn CopyPrivate(LibraryState & from, LibraryState & copy, std::uint64_t baseCommit) {
   if (from.unmerged.empty())
     return kSuccess;
-  LibIOReturn const made = EnsurePrivateFile(copy, baseCommit);
-  if (made != kSuccess)
-    return made;
-  LogWriter writer(*copy.privateLog);
-  for (auto const & [name, place] : from.privateLog->Index().Places()) {
-    if (!from.unmerged.contains(name))
-      continue;
-    std::string payload;
-    LibIOReturn const read =
-        place.IsBlock() ? from.privateLog->LoadPayload(name, place, payload, copy.error) : kSuccess;
-    if (read != kSuccess) {
-      writer.Abandon();
-      return read;
-    }
-    if (place.IsBlock())
-      writer.AddBlock(name, std::move(payload), (place.flags & io::kBinaryPayload) != 0);
-    else
-      writer.AddDelete(name);
-  }
-  copy.unmerged = from.unmerged;
-  file::FileStatus const status = writer.Finish();
-  return status.Ok() ? kSuccess : copy.Fail(status);
+  LibIOReturn result = EnsurePrivateFile(copy, baseCommit);
+  if (result == kSuccess)
+    result = CopyUnmerged(*from.privateLog, from.unmerged, *copy.privateLog, copy.error);
+  if (result == kSuccess)
+    copy.unmerged = from.unmerged;
+  return result;
 }
 
 } // namespace
@@ -67,7 +50,7 @@ LibIOReturn CopyLibrary(LibraryState & from, LongFileName const & path, std::uni
   result = LockTarget(*made, replaced);
   // The private file first: until the last step the target's public file stands.
   if (result == kSuccess)
-    result = CopyUnmerged(from, *made, commit);
+    result = CopyPrivate(from, *made, commit);
   if (result == kSuccess)
     result = CopyCommitted(from, *made, commit);
   if (replaced)

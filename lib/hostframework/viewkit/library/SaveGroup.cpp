@@ -54,6 +54,28 @@ LibIOReturn SaveGroup(LibraryState & state, std::vector<EncodedBlock> blocks) {
   return kSuccess;
 }
 
+LibIOReturn CopyUnmerged(LogReader & from, LibraryState::NameSet const & names, LogReader & to, AString & error) {
+  LogWriter writer(to);
+  for (auto const & [name, place] : from.Index().Places()) {
+    if (!names.contains(name))
+      continue;
+    std::string payload;
+    LibIOReturn const read = place.IsBlock() ? from.LoadPayload(name, place, payload, error) : kSuccess;
+    if (read != kSuccess) {
+      writer.Abandon();
+      return read;
+    }
+    if (place.IsBlock())
+      writer.AddBlock(name, std::move(payload), (place.flags & io::kBinaryPayload) != 0);
+    else
+      writer.AddDelete(name);
+  }
+  file::FileStatus const status = writer.Finish();
+  if (!status.Ok())
+    error = status.Text();
+  return status.Ok() ? kSuccess : CStreamioLibrary::kLibWriteFailed;
+}
+
 LibIOReturn HoldDeletes(LibraryState & state, std::vector<AString> const & names) {
   if (state.status != kSuccess)
     return state.status;

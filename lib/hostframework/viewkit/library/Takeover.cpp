@@ -222,9 +222,46 @@ LibIOReturn SetPrivateFileAside(LongFileName const & privatePath, AString & setA
   return status.Ok() ? kSuccess : CStreamioLibrary::kLibWriteFailed;
 }
 
+Standing StandsUnderItsName(LogReader & log) {
+  file::FileInfo named;
+  file::FileInfo mine;
+  if (!file::FileSystem().Describe(log.Path(), named).Ok() || !log.Records().File().Describe(mine).Ok())
+    return Standing::Replaced;
+  return named.kind == file::FileKind::None ? Standing::Vanished
+         : mine.IsSameFile(named)           ? Standing::Same
+                                            : Standing::Replaced;
+}
+
+namespace {
+
+// Somebody removed the file under its writer; what it held is still to be read through the open file.
+LibIOReturn MakePrivateFileAgain(LibraryState & state) {
+  auto vanished = std::move(state.privateLog);
+  LibIOReturn result = EnsurePrivateFile(state);
+  if (result == kSuccess) {
+    result = CopyUnmerged(*vanished, state.unmerged, *state.privateLog, state.error);
+    if (result != kSuccess) {
+      auto const unmerged = state.unmerged;
+      static_cast<void>(DropPrivateFile(state)); // The failure is told already.
+      state.unmerged = unmerged;
+    }
+  }
+  if (result != kSuccess)
+    state.privateLog = std::move(vanished);
+  else
+    state.lock.Forget(vanished->Records().File());
+  return result;
+}
+
+} // namespace
+
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
-  if (state.privateLog)
-    return kSuccess;
+  if (state.privateLog) {
+    Standing const standing = StandsUnderItsName(*state.privateLog);
+    if (standing == Standing::Replaced)
+      return state.Fail(CStreamioLibrary::kLibWriteFailed, state.privatePath.FilePath() + L" is another file now");
+    return standing == Standing::Same ? kSuccess : MakePrivateFileAgain(state);
+  }
   if (state.stranger != Stranger::None) {
     auto const moved = SetPrivateFileAside(state.privatePath, state.setAside, state.error);
     if (moved != kSuccess)
@@ -252,7 +289,7 @@ LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t>
 LibIOReturn DropPrivateFile(LibraryState & state) {
   if (!state.privateLog)
     return kSuccess;
-  if (auto const status = file::FileSystem().RemoveFile(state.privatePath); !status.Ok())
+  if (auto const status = file::FileSystem().RemoveFile(state.privatePath); !status.Ok() && status.Error() != ENOENT)
     return state.Fail(status);
   state.lock.Forget(state.privateLog->Records().File());
   state.privateLog.reset();

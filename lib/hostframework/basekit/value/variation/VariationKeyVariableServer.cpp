@@ -11,7 +11,8 @@ VariationKeyVariableServer::~VariationKeyVariableServer() = default;
 
 Variable * VariationKeyVariableServer::ResolveVariable(AString const & name) const {
   if (!m_read) {
-    for (VariationText::Pair const & pair : VariationText(m_variation).Pairs())
+    VariationText const parsed(m_variation);
+    for (VariationText::Pair const & pair : parsed.Pairs())
       m_variables.push_back(std::make_unique<Variable>(AString(pair.name), AString(pair.text)));
     m_read = true;
   }

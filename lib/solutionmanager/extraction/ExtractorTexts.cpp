@@ -1,0 +1,92 @@
+// What the words of an expression mean to an extractor.
+
+#include "basekit/diag/Assert.h"
+#include "plotkit/OutputVariable.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
+
+namespace {
+
+ValueState UnknownQuantity() {
+  return {Units::GetDefaultUnits(Units::kNoUnitType), Units::kNoUnitType, 1, val::kNotAQuantity};
+}
+
+} // namespace
+
+OutputVariable * BaseSimDataExtractor::FindVariable(AString const & name) const {
+  OutputVariable * const canned = GetBaseSolutionMgr()->GetCannedOutputVariable(name);
+  return canned ? canned : GetBaseSolutionMgr()->FindOutputVariable(name);
+}
+
+ValueState BaseSimDataExtractor::QuantityState(AString const & text, rep::CalculationType domain) const {
+  ValueState const state = GetQuantityType(text, static_cast<int>(domain));
+  return state.parameterType == val::kNotAQuantity ? UnknownQuantity() : state;
+}
+
+ValueState BaseSimDataExtractor::GetQuantityType(AString const &, int) const {
+  KVRO_ASSERT(0);
+  return UnknownQuantity();
+}
+
+ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text) {
+  if (AreOldReportStructuresSupported())
+    if (OutputVariable const * const variable = FindVariable(text))
+      return variable->GetValueState();
+  return QuantityState(text, mSimValueContext.GetCalculationType());
+}
+
+ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text, SimValueContext const * context) {
+  if (!AreOldReportStructuresSupported()) {
+    KVRO_ASSERT(!"Not supported in new reporter rewrite!");
+    return {Units::kNoUnits, Units::kNoUnitType, 1, val::kNotAQuantity};
+  }
+  if (OutputVariable const * const variable = FindVariable(text))
+    return GetBaseSolutionMgr()->IsValidOutputVariable(variable->GetName(), this, context) ? variable->GetValueState()
+                                                                                           : UnknownQuantity();
+  return QuantityState(text, SimValueContext(context).GetCalculationType());
+}
+
+ValueBase * BaseSimDataExtractor::ParseText(AString const &) {
+  if (!AreOldReportStructuresSupported())
+    KVRO_ASSERT(!"Not supported in new reporter rewrite!");
+  else
+    KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+double BaseSimDataExtractor::GetValue(ValueBase const &) {
+  KVRO_ASSERT(0);
+  return 0.0;
+}
+
+AComplex<double> BaseSimDataExtractor::GetComplexValue(ValueBase const &) {
+  KVRO_ASSERT(0);
+  return {};
+}
+
+ValueBase * BaseSimDataExtractor::GetDynamicDatasetValue(ValueBase const *, ValueBase const *) {
+  if (!AreOldReportStructuresSupported())
+    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  else
+    KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+ValueBase * BaseSimDataExtractor::GetDynamicDatasetValueForValidation(ValueState const &, ValueState const &) {
+  KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+int BaseSimDataExtractor::GetFunctionNames(std::vector<AString> &, ValueState const &, unsigned,
+                                           rep::DisplayType) const {
+  KVRO_ASSERT(!"Not available yet");
+  return 0;
+}
+
+bool BaseSimDataExtractor::GetReferencedSimValues(ValueBase *, std::vector<SimValue *> &, SolutionPointSet *) {
+  if (!AreOldReportStructuresSupported())
+    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  else
+    KVRO_ASSERT(!"Not available yet");
+  return false;
+}

@@ -1,0 +1,90 @@
+#include "solutionmanager/extraction/SimDataExtractorForReports.h"
+
+#include "CoreInterfaces/solution/ISimDataExtractor3.h"
+#include "CoreInterfaces/solution/ISimulationSetup.h"
+#include "CoreInterfaces/solution/ISolution.h"
+#include "basekit/diag/Assert.h"
+#include "basekit/diag/IMemoryTimeProfiler.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+
+SimDataExtractorForReports::~SimDataExtractorForReports() = default;
+
+ValueState SimDataExtractorForReports::GetQuantityTypeForReports(AString const & quantity,
+                                                                 SimValueContext const & context,
+                                                                 unsigned reportType) const {
+  ValueState state;
+  bool isInteger = false;
+  m_extractor->GetISimDataExtractor3()->GetQuantityType(state, isInteger, quantity, context, reportType);
+  if (isInteger && state.parameterType != val::kInteger) {
+    KVRO_ASSERT(!"If quantity is integer, set the parameter-type to int.");
+    KVRO_ASSERT(!"Retiring the additional arg going forward.");
+    KVRO_ASSERT(!"Also data associated is to be returned as IntColumn");
+  }
+  return state;
+}
+
+AString SimDataExtractorForReports::GetEnumQuantityText(AString const & quantity, SimValueContext const & context,
+                                                        unsigned reportType, double value) const {
+  AString text;
+  m_extractor->GetISimDataExtractor3()->GetEnumQuantityText(text, quantity, context, reportType, value);
+  if (text.empty())
+    KVRO_ASSERT(!"To be called by core, only if type is enum-type and products to implement if so");
+  return text;
+}
+
+bool SimDataExtractorForReports::IsImportedSolution() const {
+  ISolution const * const solution = m_extractor->GetISolution();
+  return solution->GetISimulationSetup()->IsImportedSolution(static_cast<int>(solution->GetID()));
+}
+
+AString SimDataExtractorForReports::GetGlobalSolutionName() const {
+  return m_extractor->GetISolution()->GetGlobalSolutionName();
+}
+
+SweepBase const * SimDataExtractorForReports::GetSweep(AString const &, SimValueContext const & context,
+                                                       unsigned reportType) const {
+  MemoryTimeProfilerScope const span("SimDataExtractorForReports::GetSweep");
+  std::vector<SweepBase const *> sweeps;
+  // Only a product's own sweeps could be here; to look at their names waits for the sweep classes.
+  if (GetSweeps(sweeps, context, reportType) > 0)
+    KVRO_ASSERT(!"Not available yet");
+  return nullptr;
+}
+
+int SimDataExtractorForReports::GetSweeps(std::vector<SweepBase const *> & sweeps, SimValueContext const & context,
+                                          unsigned reportType) const {
+  MemoryTimeProfilerScope const span("SimDataExtractorForReports::GetSweeps");
+  return m_extractor->GetSweeps(sweeps, context, reportType);
+}
+
+bool SimDataExtractorForReports::IsReportTypeSupported(unsigned reportType) const {
+  return m_extractor->IsSupportedReportTypes({reportType});
+}
+
+void SimDataExtractorForReports::Extractor3Op1() { m_extractor->GetISimDataExtractor3()->Extractor3Op1(); }
+
+void SimDataExtractorForReports::Extractor3Op2() { m_extractor->GetISimDataExtractor3()->Extractor3Op2(); }
+
+void SimDataExtractorForReports::Extractor3Op3() { m_extractor->GetISimDataExtractor3()->Extractor3Op3(); }
+
+void SimDataExtractorForReports::Extractor3Op4() { m_extractor->GetISimDataExtractor3()->Extractor3Op4(); }
+
+void SimDataExtractorForReports::Extractor3Op5() { m_extractor->GetISimDataExtractor3()->Extractor3Op5(); }
+
+void SimDataExtractorForReports::Extractor3Op6() { m_extractor->GetISimDataExtractor3()->Extractor3Op6(); }
+
+void SimDataExtractorForReports::Extractor3Op7() { m_extractor->GetISimDataExtractor3()->Extractor3Op7(); }
+
+void SimDataExtractorForReports::Extractor3Op10() { m_extractor->GetISimDataExtractor3()->Extractor3Op10(); }
+
+void SimDataExtractorForReports::Extractor3Op11() { m_extractor->GetISimDataExtractor3()->Extractor3Op11(); }
+
+void SimDataExtractorForReports::Extractor3Op12() { m_extractor->GetISimDataExtractor3()->Extractor3Op12(); }
+
+void SimDataExtractorForReports::Extractor3Op13() { m_extractor->GetISimDataExtractor3()->Extractor3Op13(); }
+
+void SimDataExtractorForReports::Extractor3Op14() { m_extractor->GetISimDataExtractor3()->Extractor3Op14(); }
+
+void SimDataExtractorForReports::Extractor3Op15() { m_extractor->GetISimDataExtractor3()->Extractor3Op15(); }
+
+void SimDataExtractorForReports::Extractor3Op16() { m_extractor->GetISimDataExtractor3()->Extractor3Op16(); }

@@ -1,0 +1,358 @@
+#include "desktop/solve/SolveQueue.h"
+
+#include "basekit/text/Utf8.h"
+#include "desktop/Error.h"
+#include "tests/solutionmanager/support/TestProduct.h"
+#include "tests/support/Printers.h"
+#include "tests/support/worker/TestSolver.h"
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <sys/resource.h>
+
+using namespace desktop;
+using support::TestVariation;
+
+namespace {
+
+/// What a run told, as lines.
+class Listener : public ISolveListener {
+public:
+  void OnStarted(AString const & setup, AString const & variation) override {
+    started.push_back(setup + L", " + variation);
+    if (onStart)
+      onStart(variation);
+  }
+  void OnStored(AString const & setup, AString const & variation, double seconds) override {
+    EXPECT_GE(seconds, 0.0);
+    stored.push_back(setup + L", " + variation);
+    if (onStored)
+      onStored(variation);
+  }
+  void OnFailed(AString const &, AString const & variation, AString const & error) override {
+    errors[variation] = error;
+  }
+  void OnProgress(int done, int failed, int total) override { progress = {done, failed, total}; }
+
+  std::function<void(AString const &)> onStart;
+  std::function<void(AString const &)> onStored;
+  std::vector<AString> started;
+  std::vector<AString> stored;
+  std::map<AString, AString> errors;
+  std::vector<int> progress;
+};
+
+/// A setup with one solution, and a queue of real workers that solve it.
+class SolveQueueTest : public support::ModelTest {
+protected:
+  SolveQueueTest() : m_setup(AddSetup(L"Setup1")), m_solution(SolutionOf(m_setup)), m_queue(Site(), Options()) {}
+
+  SolveSite Site() {
+    return {Manager(), m_solver, L"filter.cir", false, [this] { ++m_preparations; }};
+  }
+  static SolveOptions Options() {
+    SolveOptions options;
+    options.workers = 2;
+    options.workerProgram = text::FromUtf8(TEST_WORKER);
+    options.workerWords = {L"product"};
+    return options;
+  }
+  SolutionVariationKey WholeSetup(AString const & variation) {
+    return SolutionVariationKey(m_setup.GetID(), variation, id::invalidID, m_setup.GetVersionID());
+  }
+  SolutionVariationKey KeyOf(AString const & variation, long version) {
+    return SolutionVariationKey(m_setup.GetID(), variation, m_solution.GetID(), version);
+  }
+  SolutionVariationKey KeyOf(AString const & variation) { return KeyOf(variation, m_solution.GetVersionID()); }
+  bool Submit(std::vector<SolutionVariationKey> const & keys) { return SubmitTo(m_queue, keys); }
+  bool SubmitTo(SolveQueue & queue, std::vector<SolutionVariationKey> const & keys) {
+    long const parent = id::invalidID;
+    return queue.SubmitSolve(nullptr, keys, nullptr, nullptr, &parent, 0, 0, AString(), 0, 0);
+  }
+  bool SubmitVariations(int count, wchar_t const * format = L"N=%d") {
+    std::vector<SolutionVariationKey> keys;
+    for (int i = 0; i < count; ++i)
+      keys.push_back(KeyOf(AString::Format(format, i)));
+    return Submit(keys);
+  }
+  TestVariation * DataOf(AString const & variation, long version) {
+    return dynamic_cast<TestVariation *>(
+        m_solution.GetVariationData(VariationIDIndex(variation, version, &Manager()), false));
+  }
+  /// The values of a solved point, loaded from the library.
+  std::vector<double> ValuesOf(AString const & variation) {
+    TestVariation const * const data = DataOf(variation, m_solution.GetVersionID());
+    return data ? data->values : std::vector<double>();
+  }
+
+  support::TestSolver m_solver;
+  int m_preparations = 0;
+  BaseSimulationSetup & m_setup;
+  BaseSolution & m_solution;
+  SolveQueue m_queue;
+  Listener m_listener;
+};
+
+} // namespace
+
+TEST_F(SolveQueueTest, EveryPointIsStoredAndReadable) {
+  ASSERT_TRUE(SubmitVariations(30));
+  EXPECT_EQ(m_queue.QueuedCount(), 30);
+  SolveOutcome const outcome = m_queue.Run(m_listener);
+  EXPECT_EQ(outcome.stored, 30);
+  EXPECT_EQ(outcome.failed, 0);
+  EXPECT_FALSE(outcome.interrupted);
+  EXPECT_EQ(m_queue.QueuedCount(), 0);
+  EXPECT_EQ(m_listener.started.size(), 30u);
+  EXPECT_EQ(m_listener.stored.size(), 30u);
+  EXPECT_EQ(m_listener.progress, (std::vector{30, 0, 30}));
+  for (int i = 0; i < 30; ++i) {
+    auto const values = ValuesOf(AString::Format(L"N=%d", i));
+    ASSERT_EQ(values.size(), 3u);
+    EXPECT_EQ(values[0], i < 10 ? 3.0 : 4.0);
+  }
+}
+
+TEST_F(SolveQueueTest, WhatWasAcknowledgedIsInTheLibraryOfTheNextSession) {
+  ASSERT_TRUE(SubmitVariations(5));
+  m_listener.onStored = [this](AString const & variation) { EXPECT_TRUE(Manager().HasDataBlock(KeyOf(variation))); };
+  m_queue.Run(m_listener);
+  WriteDefinitions();
+  auto const keys = std::vector{KeyOf(L"N=0"), KeyOf(L"N=4")};
+  Reopen();
+  for (auto const & key : keys) {
+    io::CBlock block(key.Pack());
+    EXPECT_EQ(Manager().LoadSingleBlock(block), CStreamioLibrary::kLibSuccess);
+    EXPECT_EQ(block.Size(), 1);
+  }
+}
+
+TEST_F(SolveQueueTest, ASolvedVariationIsMadeWithoutItsDataInMemory) {
+  ASSERT_TRUE(SubmitVariations(1));
+  m_queue.Run(m_listener);
+  ASSERT_EQ(m_solution.size(), 1);
+  EXPECT_FALSE(m_solution.GetVariations().begin()->second->HasSolutionData());
+  EXPECT_TRUE(m_solution.HasValidSolutionData(AString(L"N=0"), id::invalidID));
+}
+
+TEST_F(SolveQueueTest, DataInMemoryOfAFormerSolveGivesWayToWhatIsStoredNow) {
+  Solve(m_solution, L"N=0", {17.0});
+  ASSERT_EQ(ValuesOf(L"N=0"), std::vector{17.0});
+  ASSERT_TRUE(SubmitVariations(1));
+  m_queue.Run(m_listener);
+  EXPECT_EQ(ValuesOf(L"N=0").size(), 3u);
+}
+
+TEST_F(SolveQueueTest, AKeyOfTheWholeSetupMeansEachSolutionThatNeedsItAtItsOwnVersion) {
+  m_setup.AddSolution(m_setup.CreateSolution(L"Second"), nullptr);
+  m_setup.AddSolution(m_setup.CreateSolution(L"Third"), nullptr);
+  auto at = m_setup.GetSolutions().begin();
+  BaseSolution & second = *(++at)->second;
+  BaseSolution & third = *(++at)->second;
+  second.Invalidate(nullptr, id::invalidID);
+  Solve(third, L"N=1", {1.0});
+  ASSERT_TRUE(Submit({WholeSetup(L"N=1")}));
+  EXPECT_EQ(m_queue.QueuedCount(), 2);
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 2);
+  EXPECT_TRUE(m_solution.HasValidSolutionData(AString(L"N=1"), id::invalidID));
+  EXPECT_TRUE(second.HasValidSolutionData(AString(L"N=1"), second.GetVersionID()));
+}
+
+TEST_F(SolveQueueTest, AWholeSetupThatNeedsNothingQueuesNothing) {
+  Solve(m_solution, L"N=1", {1.0});
+  EXPECT_TRUE(Submit({WholeSetup(L"N=1")}));
+  EXPECT_EQ(m_queue.QueuedCount(), 0);
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 0);
+  EXPECT_EQ(m_preparations, 0);
+}
+
+TEST_F(SolveQueueTest, APointIsStoredUnderTheVersionSubmittedThoughAnEditCameMeanwhile) {
+  long const version = m_solution.GetVersionID();
+  ASSERT_TRUE(SubmitVariations(1));
+  m_solution.Invalidate(nullptr, id::invalidID);
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 1);
+  EXPECT_TRUE(Manager().HasDataBlock(KeyOf(L"N=0", version)));
+  EXPECT_NE(DataOf(L"N=0", version), nullptr);
+  EXPECT_FALSE(m_solution.HasValidSolutionData(AString(L"N=0"), id::invalidID));
+}
+
+TEST_F(SolveQueueTest, APointThatIsQueuedOrRunningIsNotQueuedAgain) {
+  ASSERT_TRUE(SubmitVariations(3));
+  ASSERT_TRUE(SubmitVariations(4));
+  ASSERT_TRUE(Submit({WholeSetup(L"N=1")}));
+  EXPECT_EQ(m_queue.QueuedCount(), 4);
+  m_listener.onStart = [this](AString const & variation) { EXPECT_TRUE(Submit({KeyOf(variation)})); };
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 4);
+}
+
+TEST_F(SolveQueueTest, EqualVariationsWrittenDifferentlyAreOnePoint) {
+  Solve(m_solution, L"C=1pF", {1.0});
+  ASSERT_TRUE(Submit({KeyOf(L"C=0.001nF"), KeyOf(L"C=1pF"), KeyOf(L"C=1e-12F")}));
+  EXPECT_EQ(m_queue.QueuedCount(), 1);
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 1);
+  EXPECT_EQ(m_solution.size(), 1);
+  EXPECT_EQ(ValuesOf(L"C=0.001nF").size(), 3u);
+}
+
+TEST_F(SolveQueueTest, WhatIsBeingSolvedIsToldTruly) {
+  support::TestInstance instance(m_design, L"N=0");
+  support::TestInstance other(m_design, L"N=7");
+  auto const isSolving = [this](support::TestInstance & which, long solutionID) {
+    return m_queue.IsSolutionSolving(&which, m_setup.GetID(), {solutionID});
+  };
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 0);
+  ASSERT_TRUE(SubmitVariations(1));
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 1);
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID() + 100), 0);
+  EXPECT_EQ(m_queue.IsSetupSolving(&other, m_setup.GetID()), 0);
+  EXPECT_EQ(isSolving(instance, m_solution.GetID()), 1);
+  EXPECT_EQ(isSolving(instance, m_solution.GetID() + 100), 0);
+  m_listener.onStart = [&](AString const &) { EXPECT_EQ(isSolving(instance, m_solution.GetID()), 1); };
+  m_listener.onStored = [&](AString const &) { EXPECT_EQ(isSolving(instance, m_solution.GetID()), 0); };
+  m_queue.Run(m_listener);
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 0);
+}
+
+TEST_F(SolveQueueTest, KeysWithAnUnknownSetupOrSolutionAreRefusedTogether) {
+  SolutionVariationKey const unknownSetup(m_setup.GetID() + 100, L"N=1", m_solution.GetID(), 0);
+  SolutionVariationKey const unknownSolution(m_setup.GetID(), L"N=1", m_solution.GetID() + 100, 0);
+  EXPECT_FALSE(Submit({KeyOf(L"N=1"), unknownSetup}));
+  EXPECT_FALSE(Submit({KeyOf(L"N=1"), unknownSolution}));
+  EXPECT_EQ(m_queue.QueuedCount(), 0);
+}
+
+TEST_F(SolveQueueTest, AProjectOpenForReadingTakesNoSolve) {
+  SolveSite site = Site();
+  site.isReadOnly = true;
+  SolveQueue queue(site, Options());
+  EXPECT_FALSE(SubmitTo(queue, {KeyOf(L"N=1")}));
+  EXPECT_EQ(queue.QueuedCount(), 0);
+}
+
+TEST_F(SolveQueueTest, TheProjectIsMadeSafeOnceBeforeTheFirstJob) {
+  ASSERT_TRUE(SubmitVariations(5));
+  m_listener.onStart = [this](AString const &) { EXPECT_EQ(m_preparations, 1); };
+  m_queue.Run(m_listener);
+  EXPECT_EQ(m_preparations, 1);
+}
+
+TEST_F(SolveQueueTest, AFailureToMakeTheProjectSafeStartsNothing) {
+  SolveSite site = Site();
+  site.prepare = [] { throw Error(ErrorKind::kStorage, L"the autosave can't be written"); };
+  SolveQueue queue(site, Options());
+  ASSERT_TRUE(SubmitTo(queue, {KeyOf(L"N=1")}));
+  EXPECT_THROW(queue.Run(m_listener), Error);
+  EXPECT_TRUE(m_listener.started.empty());
+  EXPECT_EQ(queue.QueuedCount(), 0);
+}
+
+TEST_F(SolveQueueTest, FailedPointsAreToldByNameAndTheRestIsStored) {
+  ASSERT_TRUE(Submit({KeyOf(L"Do=abort"), KeyOf(L"Do=refuse"), KeyOf(L"Do=solve")}));
+  SolveOutcome const outcome = m_queue.Run(m_listener);
+  EXPECT_EQ(outcome.stored, 1);
+  EXPECT_EQ(outcome.failed, 2);
+  EXPECT_EQ(m_listener.progress, (std::vector{1, 2, 3}));
+  EXPECT_EQ(m_listener.errors[L"Do=refuse"], L"node 7 has no connection");
+  ASSERT_EQ(outcome.errors.size(), 2u);
+  auto errors = outcome.errors;
+  std::sort(errors.begin(), errors.end());
+  EXPECT_EQ(errors[0], L"Setup1, Do=abort: the worker was killed by signal 6 (Aborted): matrix is singular");
+  EXPECT_EQ(errors[1], L"Setup1, Do=refuse: node 7 has no connection");
+  EXPECT_EQ(m_solution.size(), 1);
+}
+
+TEST_F(SolveQueueTest, AFailedPointCanBeSubmittedAgain) {
+  ASSERT_TRUE(Submit({KeyOf(L"Do=refuse")}));
+  m_queue.Run(m_listener);
+  ASSERT_TRUE(Submit({KeyOf(L"Do=refuse")}));
+  EXPECT_EQ(m_queue.QueuedCount(), 1);
+}
+
+TEST_F(SolveQueueTest, PointsSubmittedDuringARunAreSolvedByIt) {
+  ASSERT_TRUE(SubmitVariations(1));
+  m_listener.onStored = [this](AString const & variation) {
+    if (variation == L"N=0")
+      EXPECT_TRUE(SubmitVariations(3, L"Later=%d"));
+  };
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 4);
+  EXPECT_EQ(m_listener.progress, (std::vector{4, 0, 4}));
+}
+
+TEST_F(SolveQueueTest, ARunInsideARunIsRefused) {
+  ASSERT_TRUE(SubmitVariations(1));
+  m_listener.onStart = [this](AString const &) { EXPECT_THROW(m_queue.Run(m_listener), Error); };
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 1);
+}
+
+TEST_F(SolveQueueTest, PointsOfASetupThatWasDeletedMeanwhileFail) {
+  ASSERT_TRUE(SubmitVariations(2));
+  Manager().DeleteSimulationSetup(m_setup.GetID(), nullptr);
+  SolveOutcome const outcome = m_queue.Run(m_listener);
+  EXPECT_EQ(outcome.failed, 2);
+  EXPECT_EQ(m_listener.errors[L"N=0"], L"the setup or solution was deleted before the point was solved");
+}
+
+TEST_F(SolveQueueTest, AnInterruptedRunKeepsWhatIsSolvedAndForgetsTheRest) {
+  ASSERT_TRUE(SubmitVariations(50));
+  m_listener.onStart = [this](AString const &) {
+    if (m_listener.started.size() == 4)
+      SolveQueue::RequestStop();
+  };
+  SolveOutcome const outcome = m_queue.Run(m_listener);
+  EXPECT_TRUE(outcome.interrupted);
+  EXPECT_EQ(outcome.stored, 4);
+  EXPECT_EQ(outcome.failed, 0);
+  EXPECT_EQ(m_listener.stored.size(), 4u);
+  EXPECT_EQ(m_solution.size(), 4);
+  EXPECT_EQ(m_queue.QueuedCount(), 0);
+}
+
+namespace {
+
+/// No file of this process grows beyond the size; writing on fails as it does on a full disk.
+class LargestFile {
+public:
+  explicit LargestFile(std::uintmax_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &m_former);
+    rlimit limit = m_former;
+    limit.rlim_cur = size;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~LargestFile() {
+    ::setrlimit(RLIMIT_FSIZE, &m_former);
+    std::signal(SIGXFSZ, m_handler);
+  }
+
+private:
+  void (*m_handler)(int);
+  rlimit m_former;
+};
+
+} // namespace
+
+TEST_F(SolveQueueTest, ResultsThatCannotBeStoredEndTheRunAndAreNotAcknowledged) {
+  ASSERT_TRUE(SubmitVariations(2));
+  m_queue.Run(m_listener);
+  ASSERT_EQ(m_listener.stored.size(), 2u);
+  auto const keys = std::vector{KeyOf(L"Do=large; N=1"), KeyOf(L"Do=large; N=2")};
+  ASSERT_TRUE(Submit(keys));
+  {
+    std::uintmax_t constexpr kRoom = 1'000'000;
+    LargestFile const limit(std::filesystem::file_size(text::ToUtf8(Manager().GetQsolPath()) + "_priv") + kRoom);
+    try {
+      m_queue.Run(m_listener);
+      FAIL() << "results of 8 MB fit into 1 MB";
+    } catch (Error const & error) {
+      EXPECT_EQ(error.Kind(), ErrorKind::kStorage);
+      EXPECT_NE(std::string(error.what()).find("Design.qsol"), std::string::npos) << error.what();
+    }
+  }
+  EXPECT_EQ(m_listener.stored.size(), 2u);
+  EXPECT_EQ(m_queue.QueuedCount(), 0);
+  EXPECT_EQ(ValuesOf(L"N=1").size(), 3u);
+  ASSERT_TRUE(Submit(keys));
+  EXPECT_EQ(m_queue.Run(m_listener).stored, 2) << "there is room again";
+  EXPECT_EQ(ValuesOf(L"Do=large; N=2").size(), 1'000'003u);
+}

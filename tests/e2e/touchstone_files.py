@@ -1,0 +1,99 @@
+"""Touchstone files of a project: all of them or none, under names that stay where they belong."""
+import os
+import unittest
+
+from _solvedesk import SETUP, DeskTest, files_below, index_of, read, write
+
+
+class TouchstoneFiles(DeskTest):
+    def solved(self, values='10,20'):
+        self.small_project()
+        self.run_desk('solve', 'small', '--vary', 'res=' + values)
+
+    def test_names_are_readable_and_unique(self):
+        self.solved()
+        self.run_desk('touchstone', 'small', '--to', 'out')
+        names = [row['file'] for row in index_of('out')]
+        self.assertEqual(names, [f'{SETUP}_cap=1e-12_res=10.s1p', f'{SETUP}_cap=1e-12_res=20.s1p'])
+        self.assertEqual(files_below('out'), sorted(names + ['index.csv']))
+
+    def test_folders_are_made_with_their_parents(self):
+        self.solved()
+        self.run_desk('touchstone', 'small', '--to', 'a/b/c/')
+        self.assertEqual(len(files_below('a/b/c')), 3)
+
+    def test_one_variation_is_chosen_by_its_values(self):
+        self.solved()
+        self.run_desk('touchstone', 'small', '--to', 'out', '--variation', 'res=20.0; CAP=1e-12')
+        self.assertEqual([row['variation'] for row in index_of('out')], ['cap=1e-12; res=20'])
+
+    def test_a_variation_that_is_not_solved_is_a_usage_error(self):
+        self.solved()
+        self.assertIn('res=99', self.refuse(2, 'touchstone', 'small', '--to', 'out', '--variation', 'cap=1e-12; res=99'))
+        self.assertFalse(os.path.exists('out'))
+
+    def test_nothing_solved_is_told_with_the_remedy(self):
+        self.small_project()
+        self.assertIn('solvedesk solve', self.refuse(1, 'touchstone', 'small', '--to', 'out'))
+        self.assertFalse(os.path.exists('out'))
+
+    def test_digits_are_significant_ones(self):
+        self.solved('10')
+        self.run_desk('touchstone', 'small', '--to', 'out', '--digits', '3')
+        row = read(os.path.join('out', index_of('out')[0]['file'])).decode().splitlines()[-1]
+        self.assertRegex(row.split()[1], r'^-?\d\.\d\de[+-]\d\d$')
+
+    def test_seventeen_digits_are_the_same_bits_every_time(self):
+        self.solved()
+        self.run_desk('touchstone', 'small', '--to', 'a', '--digits', '17')
+        self.run_desk('touchstone', 'small', '--to', 'b', '--digits', '17')
+        for name in files_below('a'):
+            self.assertEqual(read(os.path.join('a', name)), read(os.path.join('b', name)))
+
+    def test_files_of_the_same_names_are_replaced_and_others_stay(self):
+        self.solved()
+        os.mkdir('out')
+        name = f'{SETUP}_cap=1e-12_res=10.s1p'
+        write(f'out/{name}', 'old')
+        write('out/notes.txt', 'mine')
+        self.run_desk('touchstone', 'small', '--to', 'out')
+        self.assertNotEqual(read(f'out/{name}'), b'old')
+        self.assertEqual(read('out/notes.txt'), b'mine')
+        self.assertEqual(len(files_below('out')), 4)
+
+    def test_a_failure_on_the_way_leaves_the_folder_as_it_was(self):
+        self.solved()
+        os.mkdir('out')
+        first, last = (f'{SETUP}_cap=1e-12_res={value}.s1p' for value in (10, 20))
+        write(f'out/{first}', 'old')
+        os.mkdir(f'out/{last}')
+        self.assertIn(last, self.refuse(7, 'touchstone', 'small', '--to', 'out'))
+        self.assertEqual(read(f'out/{first}'), b'old')
+        self.assertEqual(files_below('out'), [first])
+        self.assertEqual(os.listdir(f'out/{last}'), [])
+
+    def test_a_file_in_place_of_the_folder_is_refused(self):
+        self.solved()
+        write('out', 'a file')
+        self.assertIn('out', self.refuse(7, 'touchstone', 'small', '--to', 'out'))
+        self.assertEqual(read('out'), b'a file')
+
+    def test_links_are_replaced_and_not_followed(self):
+        self.solved('10')
+        os.mkdir('out')
+        write('elsewhere', 'untouched')
+        name = f'{SETUP}_cap=1e-12_res=10.s1p'
+        os.symlink('../elsewhere', f'out/{name}')
+        self.run_desk('touchstone', 'small', '--to', 'out')
+        self.assertEqual(read('elsewhere'), b'untouched')
+        self.assertFalse(os.path.islink(f'out/{name}'))
+
+    def test_points_that_are_not_saved_yet_are_written_too(self):
+        self.solved()
+        self.run_desk('solve', 'small', '--vary', 'res=30', '--no-save')
+        self.run_desk('touchstone', 'small', '--to', 'out')
+        self.assertEqual(len(index_of('out')), 3)
+
+
+if __name__ == '__main__':
+    unittest.main()
