@@ -1,4 +1,4 @@
-#include "basekit/command/KelvroIDServer.h"
+#include "basekit/io/CNamed_value_manip.h"
 #include "desktop/project/ProjectFile.h"
 #include "tests/desktop/support/SessionFixture.h"
 #include "tests/support/FaultyFileSystem.h"
@@ -154,8 +154,7 @@ TEST_F(RecoverProject, DropsTheAutosaveThatASaveDidNotComeToRemove) {
 TEST_F(RecoverProject, MakesASetupThatOnlyTheDesignKnows) {
   Create();
   ProjectRecord record = desktop::DecodeProject(Read("study.sproject"), ProjectFileKind::kProject, L"a");
-  io::CBlock setup(*record.module.FindBlock(L"SimSetup"));
-  setup = io::CBlock(L"SimSetup");
+  io::CBlock setup(L"SimSetup");
   setup << io::named(L"TypeName", L"Fake") << io::named(L"ID", 900) << io::named(L"Name", L"Added");
   io::CBlock solution(L"Solution");
   solution << io::named(L"ID", 901) << io::named(L"Name", L"New points");
@@ -210,14 +209,12 @@ TEST_F(RecoverProject, LosesNothingWhateverOperationOfASaveFails) {
     std::filesystem::copy(kept, m_folder.Path(), std::filesystem::copy_options::recursive);
     {
       auto const session = Open();
-      std::string const project = Read("study.sproject");
       support::FaultyFileSystem files;
       files.FailAt(operation, false);
       auto const refusal = RefusalOf([&] { session->Save(); });
       failed = files.HasFailed();
       refusals += refusal.kind.has_value() ? 1 : 0;
-      if (refusal.kind.has_value())
-        EXPECT_EQ(refusal.kind, desktop::ErrorKind::kStorage);
+      EXPECT_EQ(refusal.kind.value_or(desktop::ErrorKind::kStorage), desktop::ErrorKind::kStorage);
     }
     auto const session = Open();
     EXPECT_EQ(TextOf(*session, L"C"), L"5") << "operation " << operation;

@@ -25,7 +25,7 @@ TEST_F(SetVariables, RefusesAValueThatIsNoNumber) {
   auto const session = Create();
   for (wchar_t const * const value : {L"", L"two", L"nan", L"1+", L"2*C"}) {
     auto const refusal = RefusalOf([&] { session->SetVariables({{L"C", value}}); });
-    EXPECT_EQ(refusal.kind, ErrorKind::kUsage) << text::ToUtf8(value);
+    EXPECT_EQ(refusal.kind, ErrorKind::kUsage) << text::ToUtf8(AString(value));
     EXPECT_NE(refusal.text.find("is no number"), std::string::npos);
   }
   EXPECT_EQ(TextOf(*session, L"C"), L"1");
