@@ -2,7 +2,10 @@
 
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/Verbs.h"
+#include "basekit/message/MessageManager.h"
 #include "desktop/Error.h"
+#include "desktop/KitDesktop.h"
+#include "desktop/message/Catalogue.h"
 #include "products/rfcircuit/product/RegisterRfCircuit.h"
 
 #include <CLI/CLI.hpp>
@@ -28,6 +31,14 @@ Exit codes:
   4 netlist missing or wrong
 
 Every verb has its own help: solvedesk solve --help)";
+
+/// Tells people what the library and the desktop have to tell.
+class MessagesToConsole : public IMessageListener {
+public:
+  void OnMessage(KelvroMessage const & message) override {
+    solvedesk::PrintMessage(solvedesk::Utf8(desktop::ComposeMessage(message)));
+  }
+};
 
 void AddVerbs(CLI::App & program, solvedesk::Action & action) {
   solvedesk::AddNewVerb(program, action);
@@ -62,6 +73,9 @@ int Run(int count, char ** words) {
     return static_cast<int>(desktop::ErrorKind::kUsage);
   }
   rfcircuit::RegisterRfCircuit();
+  desktop::KitDesktop kit;
+  MessagesToConsole messages;
+  kit.GetMessageManager().AddListener(&messages);
   int const status = action();
   solvedesk::FinishOutput();
   return status;

@@ -39,8 +39,7 @@ private:
 };
 
 Design::Design(Project & project, AString const & name, long designID, AString const & productName)
-    : m_project(project), m_name(name), m_designID(designID),
-      m_productInfo(std::make_unique<ProductInfo>(productName)),
+    : m_project(project), m_name(name), m_designID(designID), m_productInfo(std::make_unique<ProductInfo>(productName)),
       m_variableServer(std::make_unique<VariableServer>(*this)), m_nominal(*this, kNominalInstanceID) {}
 
 Design::~Design() = default;

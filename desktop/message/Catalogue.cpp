@@ -17,7 +17,8 @@ struct Entry {
 // By rising numbers.
 constexpr Entry kEntries[] = {
     {24527, L"There is an output variable of the name '%1' already. Choose another name."},
-    {24528, L"The entry '%1' among the design's output variables is damaged and was left out. Enter the variable anew."},
+    {24528,
+     L"The entry '%1' among the design's output variables is damaged and was left out. Enter the variable anew."},
     {24553, L"The output variable '%1' can't be deleted while another output variable refers to it. Change or delete "
             L"that one first."},
     {24554, L"There is no memory left to make the output variable '%1'. Close something and try again."},

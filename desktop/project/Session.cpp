@@ -52,8 +52,8 @@ std::vector<std::pair<Variable *, Value>> ReadAssignments(Design const & design,
     }
     Value value(variable->GetValue().GetUnits());
     if (!value.SetValueText(text))
-      throw Error(ErrorKind::kUsage, name + L"=" + text + L": '" + text +
-                                         L"' is no number; give one such as 1.5, 2.2e-12 or 2.2pF");
+      throw Error(ErrorKind::kUsage,
+                  name + L"=" + text + L": '" + text + L"' is no number; give one such as 1.5, 2.2e-12 or 2.2pF");
     assignments.emplace_back(variable, value);
   }
   return assignments;
@@ -102,8 +102,8 @@ ProjectRecord Session::MakeRecord() const {
   m_manager->WriteNextUniqueID(record.ids);
   m_design->Write(record.design);
   if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
-    throw Error(ErrorKind::kFailed, m_project->GetFile().FilePath() +
-                                        L": the product could not write the design; nothing was saved");
+    throw Error(ErrorKind::kFailed,
+                m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");
   return record;
 }
 
@@ -113,6 +113,7 @@ void Session::Autosave() {
   std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
   if (state == m_lastWritten)
     return;
+  WriteMissingDefinitions();
   record.generation = m_generation;
   NewFile(m_project->GetAutosaveFile(), EncodeProject(record, ProjectFileKind::kAutosave)).Install();
   m_hasAutosave = true;
@@ -136,6 +137,28 @@ void Session::Save() {
   // One that stays is of an older generation: the next session drops it.
   LFN_DeleteFile(m_project->GetAutosaveFile());
   m_hasAutosave = false;
+}
+
+// An object that is new, or has a new version, is known to the library from then on.
+void Session::WriteMissingDefinitions() {
+  auto const & library = m_manager->GetSolutionFileManager();
+  auto const isThere = [&library](AString const & name) {
+    bool found = false;
+    library.GetInternalBlockName(found, name);
+    return found;
+  };
+  bool isStored = true;
+  for (auto const & [id, setup] : m_manager->GetSetups()) {
+    if (!isThere(setup->GetBlockDefinitionName()))
+      isStored = setup->WriteDefinitionBlock() && isStored;
+    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+      io::CBlock block(solution->GetBlockDefinitionName());
+      if (!isThere(block.Name()))
+        isStored = solution->WriteDefinitionBlock(block) && library.SaveDefinition(block) == kSuccess && isStored;
+    }
+  }
+  if (!isStored)
+    RefuseStorage(library.GetLibraryForDirectAccess().LastError());
 }
 
 void Session::WriteChangedDefinitions() {

@@ -81,6 +81,7 @@ private:
   // Saving it
   ProjectRecord MakeRecord() const;
   void WriteChangedDefinitions();
+  void WriteMissingDefinitions();
   void RefuseWhenReadOnly() const;
   void RefuseStorage(AString const & what) const;
 

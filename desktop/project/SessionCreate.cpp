@@ -24,8 +24,8 @@ IDesktopProduct const & FindProduct(AString const & name) {
   AString known;
   for (AString const & other : ProductRegistry::Instance().Names())
     known += (known.empty() ? AString() : AString(L", ")) + other;
-  throw Error(ErrorKind::kUsage, name + L": there is no such product; this program has: " +
-                                     (known.empty() ? AString(L"none") : known));
+  throw Error(ErrorKind::kUsage,
+              name + L": there is no such product; this program has: " + (known.empty() ? AString(L"none") : known));
 }
 
 // Files that a project left would be taken for the new one's.

@@ -84,8 +84,7 @@ void Session::OpenForWriting() {
   AString const project = m_project->GetName();
   switch (library::LibraryReader::StateOfPrivateFile(LongFileName(path))) {
   case PrivateFile::InUse:
-    throw Error(ErrorKind::kLocked,
-                path + L": another process writes the project's library; wait until it is done");
+    throw Error(ErrorKind::kLocked, path + L": another process writes the project's library; wait until it is done");
   case PrivateFile::LeftByCrash: {
     auto const committed = CommittedBlockNames(path);
     m_manager->SetRecoverOnRead(true);
@@ -136,12 +135,12 @@ ProjectRecord Session::RecordToOpen(ProjectRecord const & saved) {
 void Session::SetAside(AString const & file, wchar_t const * why) {
   AString aside;
   LongFileName const path(file);
-  bool const isMoved = KvroGetTempFileName(LongFileName(path.DirPath()), path.NameAndExtension() + L".set-aside-",
-                                           AString(), aside) &&
-                       LFN_Rename(path, LongFileName(aside));
+  bool const isMoved =
+      KvroGetTempFileName(LongFileName(path.DirPath()), path.NameAndExtension() + L".set-aside-", AString(), aside) &&
+      LFN_Rename(path, LongFileName(aside));
   if (!isMoved)
-    throw Error(ErrorKind::kStorage, file + L": can't be set aside (" + LFN_LastError() +
-                                         L"); get permission to write to the folder");
+    throw Error(ErrorKind::kStorage,
+                file + L": can't be set aside (" + LFN_LastError() + L"); get permission to write to the folder");
   m_notices.push_back(file + L": " + why + L"; it was set aside as " + aside);
 }
 
@@ -149,12 +148,13 @@ void Session::MakeDesign(ProjectRecord const & record) {
   m_product = ProductRegistry::Instance().Find(record.productName);
   if (!m_product)
     throw Error(ErrorKind::kProject, m_project->GetFile().FilePath() + L": the project needs the product '" +
-                                         record.productName + L"', which this program does not have; use one that has it");
+                                         record.productName +
+                                         L"', which this program does not have; use one that has it");
   m_project->SetSourceFiles(record.sources);
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());
   if (!m_design->Read(record.design))
-    throw Error(ErrorKind::kProject,
-                m_project->GetFile().FilePath() + L": the design's variables can't be read; put back a copy of the file");
+    throw Error(ErrorKind::kProject, m_project->GetFile().FilePath() +
+                                         L": the design's variables can't be read; put back a copy of the file");
   m_manager = m_product->MakeManager(m_design.get());
   m_manager->ResetNextUniqueID(record.ids);
 }

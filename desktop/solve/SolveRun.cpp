@@ -135,6 +135,9 @@ bool SolveRun::Impl::Run() {
       Wait();
       CheckDeadlines();
       RemoveLost();
+      // Who hears of the last points may have more of them.
+      if (!HasWork())
+        StoreSolved();
     }
     bool const isComplete = m_points.CountWaiting() == 0 && Count(Worker::State::kBusy) == 0;
     StopRequests::Count() > 1 ? m_workers.clear() : EndWorkers();
@@ -195,7 +198,7 @@ void SolveRun::Impl::GiveJobs() {
 
 int SolveRun::Impl::Timeout() const {
   // A worker that failed to start is tried again at once.
-  Clock::time_point next = m_workers.empty() ? Clock::now() : Clock::time_point::max();
+  Clock::time_point next = m_workers.empty() || !HasWork() ? Clock::now() : Clock::time_point::max();
   for (auto const & worker : m_workers)
     if (worker->state != Worker::State::kIdle)
       next = std::min(next, worker->deadline);

@@ -56,7 +56,7 @@ public:
     io::CBlock_func values(L"Values");
     values << static_cast<double>(variation.size()) << static_cast<double>(++m_solved)
            << static_cast<double>(::getpid());
-    for (int i = 0; Has(variation, L"large") && i < 1'000'000; ++i)
+    for (int i = 0; Has(variation, L"large") && i < 200'000; ++i)
       values << 0.5 * i;
     result << values;
     if (Has(variation, L"deep"))

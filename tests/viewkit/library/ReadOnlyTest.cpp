@@ -10,7 +10,7 @@ TEST_F(ReadOnlyLibrary, ShowsTheCommittedStateBesideAWriter) {
   Save(writer, L"A", L"two");
   Library reader;
   reader.SetReadOnly(true);
-  reader.SetLibPath(Path().FilePath(), Library::kOrdinaryMode);
+  reader.SetLibPath(Path(), Library::kOrdinaryMode);
   EXPECT_EQ(Load(reader, L"A"), L"one");
   EXPECT_FALSE(reader.HasUnsavedChanges());
 }
@@ -24,7 +24,7 @@ TEST_F(ReadOnlyLibrary, PassesOverAPrivateFileThatWasClosedInOrder) {
   }
   Library reader;
   reader.SetReadOnly(true);
-  reader.SetLibPath(Path().FilePath(), Library::kOrdinaryMode);
+  reader.SetLibPath(Path(), Library::kOrdinaryMode);
   EXPECT_EQ(Load(reader, L"A"), L"one");
 }
 
@@ -36,7 +36,7 @@ TEST_F(ReadOnlyLibrary, RefusesEveryWriteAndLeavesTheFolderAsItWas) {
   }
   Library reader;
   reader.SetReadOnly(true);
-  reader.SetLibPath(Path().FilePath(), Library::kOrdinaryMode);
+  reader.SetLibPath(Path(), Library::kOrdinaryMode);
   EXPECT_EQ(Save(reader, L"B", L"two"), Library::kLibLocked);
   EXPECT_EQ(reader.DeleteDefinition(L"A"), Library::kLibLocked);
   EXPECT_EQ(reader.RewriteLibrary(false), Library::kLibLocked);

@@ -1,0 +1,27 @@
+// What a queue needs, taken from an open project.
+
+#include "basekit/file/LongFileName.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/Session.h"
+#include "desktop/solve/SolveQueue.h"
+
+namespace desktop {
+
+namespace {
+
+SolveSite SiteOf(Session & session) {
+  // The source is looked at once more: a worker would read what it is now and store it as what it was.
+  auto const prepare = [&session] {
+    session.CheckSourceUnchanged();
+    session.Autosave();
+  };
+  return {session.GetManager(), session.GetProduct(), session.GetProject().GetSourceFile().FilePath(),
+          session.IsReadOnly(), prepare};
+}
+
+} // namespace
+
+SolveQueue::SolveQueue(Session & session, SolveOptions const & options) : SolveQueue(SiteOf(session), options) {}
+
+} // namespace desktop

@@ -1,0 +1,112 @@
+#include "tests/desktop/support/FakeProduct.h"
+
+#include "basekit/file/LongFileName.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/text/Utf8.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace support {
+
+io::ReadError FakeVariation::ReadVariationDataBlock(io::CBlock const & block) {
+  io::ReadError const result = BaseSolutionVariation::ReadVariationDataBlock(block);
+  io::CBlock_func data(L"Values");
+  block >> data;
+  values.clear();
+  auto place = data.begin();
+  for (double value = 0; data.QueryUnamedValues(place, value);)
+    values.push_back(value);
+  return result;
+}
+
+bool FakeVariation::WriteVariationDataBlock(io::CBlock & block) const {
+  io::CBlock_func data(L"Values");
+  for (double const value : values)
+    data << value;
+  block << data;
+  return BaseSolutionVariation::WriteVariationDataBlock(block);
+}
+
+bool FakeVariation::ClearInstanceMemoryData() {
+  values.clear();
+  return true;
+}
+
+FakeSolution::FakeSolution(BaseSimulationSetup const & setup, long id, long version)
+    : BaseSolution(setup, id, version) {
+  SetExtractor(new BaseSimDataExtractor(&setup.GetBaseSolutionMgr()->ForEdit(), this));
+}
+
+BaseSolutionVariation * FakeSolution::CreateSolutionVariation(AString const & variation, long version) {
+  return EnterNewVariation(new FakeVariation(this, variation, version));
+}
+
+BaseSolution * FakeSetup::CreateSolution(long id, long version) {
+  return BecomeDefaultIfFirst(new FakeSolution(*this, id, version));
+}
+
+BaseSolution * FakeSetup::CreateSolution(AString const & name) {
+  auto * const solution = new FakeSolution(*this, -1, 0);
+  solution->SetSolutionName(name);
+  return BecomeDefaultIfFirst(solution);
+}
+
+BaseSimulationSetup * FakeManager::CreateSimulationSetup(long id, long version, AString const &) {
+  return new FakeSetup(this, id, version);
+}
+
+BaseSimulationSetup * FakeManager::CreateSimulationSetup(AString const & name, AString const &) {
+  return new FakeSetup(this, name);
+}
+
+BaseSimulationSetup * FakeManager::CreateSimulationSetup(ISimulationSetup const * source) {
+  return new FakeSetup(this, source);
+}
+
+bool FakeProduct::ReadSource(LongFileName const & file, desktop::SourceDescription & description,
+                             AString & error) const {
+  std::ifstream stream(text::ToUtf8(file.FilePath()));
+  description.files.push_back(file.FilePath());
+  std::string line;
+  for (int number = 1; std::getline(stream, line); ++number) {
+    std::istringstream words(line);
+    std::string word;
+    std::string name;
+    std::string value;
+    words >> word >> name >> value;
+    if (word == "param")
+      description.variables.push_back({text::FromUtf8(name), text::FromUtf8(value)});
+    else if (word == "setup")
+      description.setups.push_back({text::FromUtf8(name), L"Fake", io::CBlock(L"Settings")});
+    else if (word == "include")
+      description.files.push_back(file.DirPath() + text::FromUtf8(name));
+    else
+      error = file.FilePath() + AString::Format(L":%d: unknown word '%s'", number, text::FromUtf8(word));
+  }
+  if (!stream.eof())
+    error = file.FilePath() + L": there is no such source";
+  return error.empty();
+}
+
+std::unique_ptr<desktop::ProductSolutionManager> FakeProduct::MakeManager(IDesign * design) const {
+  return std::make_unique<FakeManager>(design);
+}
+
+BaseSimulationSetup * FakeProduct::CreateSetup(desktop::ProductSolutionManager & manager,
+                                               desktop::SourceSetup const & source) const {
+  if (source.name == L"broken")
+    return nullptr;
+  BaseSimulationSetup * const setup = manager.CreateSimulationSetup(source.name, source.typeName);
+  manager.AddSimulation(setup, nullptr);
+  setup->AddSolution(setup->CreateSolution(L"Points"), nullptr);
+  return setup;
+}
+
+void FakeProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const {
+  job.setupName = setup.GetName();
+  job.setupType = setup.GetSimSetupTypeName();
+}
+
+} // namespace support

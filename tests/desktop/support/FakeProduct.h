@@ -1,0 +1,63 @@
+#pragma once
+
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
+
+#include <vector>
+
+namespace support {
+
+/// Solved data that is one list of numbers.
+class FakeVariation : public BaseSolutionVariation {
+public:
+  using BaseSolutionVariation::BaseSolutionVariation;
+  io::ReadError ReadVariationDataBlock(io::CBlock const & block) override;
+  bool WriteVariationDataBlock(io::CBlock & block) const override;
+  bool HasSolutionData() const override { return !values.empty(); }
+  bool ClearInstanceMemoryData() override;
+
+  std::vector<double> values;
+};
+
+class FakeSolution : public BaseSolution {
+public:
+  FakeSolution(BaseSimulationSetup const & setup, long id, long version);
+
+protected:
+  BaseSolutionVariation * CreateSolutionVariation(AString const & variation, long version) override;
+};
+
+class FakeSetup : public BaseSimulationSetup {
+public:
+  using BaseSimulationSetup::BaseSimulationSetup;
+  AString GetSimSetupTypeName() const override { return L"Fake"; }
+  BaseSolution * CreateSolution(long id, long version) override;
+  BaseSolution * CreateSolution(AString const & name) override;
+};
+
+class FakeManager : public desktop::ProductSolutionManager {
+public:
+  using ProductSolutionManager::ProductSolutionManager;
+  BaseSimulationSetup * CreateSimulationSetup(long id, long version, AString const & typeName) override;
+  BaseSimulationSetup * CreateSimulationSetup(AString const & name, AString const & typeName) override;
+  BaseSimulationSetup * CreateSimulationSetup(ISimulationSetup const * source) override;
+  AString GetDesignResultsFolderName() const override { return L"fake"; }
+};
+
+/// A product whose source is lines of words: "param NAME VALUE", "setup NAME", "include FILE"; a setup named "broken"
+/// can't be made.
+class FakeProduct : public desktop::IDesktopProduct {
+public:
+  AString GetName() const override { return L"fake"; }
+  bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
+  std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
+  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
+                                    desktop::SourceSetup const & setup) const override;
+  void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
+  std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override { return nullptr; }
+};
+
+} // namespace support
