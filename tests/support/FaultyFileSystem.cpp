@@ -59,6 +59,7 @@ public:
   FileStatus Describe(FileInfo & info) override { return m_file->Describe(info); }
   FileStatus TryLock() override { return m_file->TryLock(); }
   FileStatus Unlock() override { return m_file->Unlock(); }
+  FileStatus AskLock(bool & isLocked) override { return m_file->AskLock(isLocked); }
 
 private:
   std::shared_ptr<FaultyFileSystem::Ledger> m_ledger;

@@ -12,19 +12,6 @@
 #include "products/rfcircuit/product/TouchstoneExport.h"
 
 namespace rfcircuit {
-namespace {
-
-// So that the library alone tells the setup with its solutions, before anything is solved.
-void WriteDefinitionBlocks(BaseSolutionManager const & manager, BaseSimulationSetup const & setup) {
-  setup.WriteDefinitionBlock();
-  for (auto const & [id, solution] : setup.GetSolutions()) {
-    io::CBlock block(solution->GetBlockDefinitionName());
-    if (solution->WriteDefinitionBlock(block))
-      manager.SaveSingleBlock(block);
-  }
-}
-
-} // namespace
 
 void RegisterRfCircuit() { desktop::ProductRegistry::Instance().Register(std::make_unique<RfCircuitProduct>()); }
 
@@ -49,10 +36,7 @@ BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionMana
   if (auto * const rfSetup = dynamic_cast<RfSetup *>(made))
     rfSetup->SetSweep(*sweep);
   manager.AddSimulation(made, nullptr);
-  BaseSolution * const solution = made->CreateSolution(RfSolution::kName);
-  made->AddSolution(solution, nullptr);
-  if (manager.IsQsolLibraryInitialized())
-    WriteDefinitionBlocks(manager, *made);
+  made->AddSolution(made->CreateSolution(RfSolution::kName), nullptr);
   return made;
 }
 

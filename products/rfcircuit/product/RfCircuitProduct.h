@@ -11,8 +11,7 @@ public:
   AString GetName() const override;
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
-  /// Null for a type that is not this product's, or settings without a sensible sweep.  Where the library is open, the
-  /// definition blocks are in it.
+  /// Null for a type that is not this product's, or settings without a sensible sweep.
   BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
                                     desktop::SourceSetup const & setup) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;

@@ -98,19 +98,19 @@ TEST_F(CreateProject, LeavesNothingBehindWhateverOperationFails) {
   bool failed = true;
   int refusals = 0;
   for (int operation = 1; failed; ++operation) {
+    bool refused = false;
     {
       support::FaultyFileSystem files;
       files.FailAt(operation, false);
-      bool const refused = RefusalOf([&] { Create(); }).kind.has_value();
+      refused = RefusalOf([&] { Create(); }).kind.has_value();
       failed = files.HasFailed();
-      if (!refused) {
-        // What failed was not needed: the project is whole.
-        EXPECT_FALSE(RefusalOf([&] { Open(); }).kind.has_value()) << "operation " << operation;
-        std::filesystem::remove(m_folder / "study.sproject");
-        std::filesystem::remove(m_folder / "study.sproject.lock");
-        std::filesystem::remove_all(m_folder / "study.results");
-      }
-      refusals += refused ? 1 : 0;
+    }
+    refusals += refused ? 1 : 0;
+    if (!refused) {
+      // What failed was not needed: the project is whole.
+      EXPECT_FALSE(RefusalOf([&] { Open(); }).kind.has_value()) << "operation " << operation;
+      std::filesystem::remove(m_folder / "study.sproject");
+      std::filesystem::remove_all(m_folder / "study.results");
     }
     EXPECT_EQ(Names(), m_before) << "operation " << operation;
     ASSERT_LT(operation, 500);

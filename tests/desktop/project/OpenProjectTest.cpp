@@ -139,10 +139,9 @@ TEST_F(OpenProject, ReadsTheCommittedStateBesideAWriter) {
 
 TEST_F(OpenProject, NeitherTakesOverNorSetsAsideWhenReadOnly) {
   Create();
-  Crash([&] {
-    auto const session = Open();
-    session->SetVariables({{L"C", L"3"}});
-    Solve(*session, kOther, 0.3);
+  Crash([&](desktop::Session & session) {
+    session.SetVariables({{L"C", L"3"}});
+    Solve(session, kOther, 0.3);
   });
   auto const before = Names();
   {
@@ -171,6 +170,26 @@ TEST_F(OpenProject, ReadsInAFolderThatCanNotBeWritten) {
   });
   for (auto const * name : {".", "study.results"})
     std::filesystem::permissions(m_folder / name, std::filesystem::perms(0755));
+}
+
+TEST_F(OpenProject, SaysWhenResultsCanNotBeStored) {
+  Create();
+  std::filesystem::permissions(m_folder.Path(), std::filesystem::perms(0777));
+  std::filesystem::permissions(m_folder / "study.results", std::filesystem::perms(0555));
+  WithoutRights([&] {
+    auto const session = Open();
+    EXPECT_NE(Solve(*session, kPoint, 0.1), 0);
+    session->GetManager().Invalidate(nullptr, 7);
+    for (auto const & work : {std::function<void()>([&] { session->Autosave(); }), {[&] { session->Save(); }}}) {
+      auto const refusal = RefusalOf(work);
+      EXPECT_EQ(refusal.kind, ErrorKind::kStorage);
+      EXPECT_NE(refusal.text.find("results can't be stored"), std::string::npos);
+      EXPECT_NE(refusal.text.find("ermission"), std::string::npos);
+    }
+  });
+  std::filesystem::permissions(m_folder / "study.results", std::filesystem::perms(0755));
+  EXPECT_FALSE(Exists("study.sproject.auto"));
+  EXPECT_FALSE(Open()->HasUnsavedChanges());
 }
 
 TEST_F(OpenProject, RefusesEveryChangeWhenReadOnly) {

@@ -55,20 +55,23 @@ TEST_F(ProjectFile, RefusesAFileCutAtAnyByte) {
   Create();
   std::string const whole = Read("study.sproject");
   for (std::size_t length = 0; length + 1 < whole.size(); ++length) {
-    auto const refusal = RefusalOfFile(whole.substr(0, length));
+    auto const refusal = RefusalOf([&] { DecodeProject(whole.substr(0, length), ProjectFileKind::kProject, L"a"); });
     ASSERT_EQ(refusal.kind, ErrorKind::kProject) << length;
     ASSERT_NE(refusal.text.find("is cut off"), std::string::npos) << length << ": " << refusal.text;
   }
+  EXPECT_EQ(RefusalOfFile("").kind, ErrorKind::kProject);
+  EXPECT_EQ(RefusalOfFile(whole.substr(0, whole.size() / 2)).kind, ErrorKind::kProject);
   EXPECT_FALSE(RefusalOfFile(whole).kind.has_value());
 }
 
-TEST_F(ProjectFile, RefusesAFileWithAnyByteChanged) {
+TEST_F(ProjectFile, RefusesAFileWithAnyBitFlipped) {
   Create();
   std::string const whole = Read("study.sproject");
-  for (std::size_t at = 0; at + 1 < whole.size(); ++at) {
+  for (std::size_t bit = 0; bit < 8 * (whole.size() - 1); ++bit) {
     std::string damaged = whole;
-    damaged[at] = static_cast<char>(damaged[at] ^ 1);
-    EXPECT_EQ(RefusalOfFile(damaged).kind, ErrorKind::kProject) << at;
+    damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
+    EXPECT_EQ(RefusalOf([&] { DecodeProject(damaged, ProjectFileKind::kProject, L"a"); }).kind, ErrorKind::kProject)
+        << bit;
   }
 }
 

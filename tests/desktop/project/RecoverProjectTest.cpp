@@ -23,11 +23,10 @@ TEST_F(RecoverProject, KeepsEveryPointThatWasStoredBeforeACrash) {
     ASSERT_EQ(Solve(*session, PointOf(1), 0.1), 0);
     session->Save();
   }
-  Crash([&] {
-    auto const session = Open();
-    session->SetVariables({{L"C", L"9"}});
+  Crash([&](desktop::Session & session) {
+    session.SetVariables({{L"C", L"9"}});
     for (int number = 2; number <= 20; ++number)
-      if (Solve(*session, PointOf(number), number / 10.0) != CStreamioLibrary::kLibSuccess)
+      if (Solve(session, PointOf(number), number / 10.0) != CStreamioLibrary::kLibSuccess)
         std::_Exit(1);
   });
   {
@@ -48,10 +47,9 @@ TEST_F(RecoverProject, KeepsEveryPointThatWasStoredBeforeACrash) {
 TEST_F(RecoverProject, SurvivesACrashAfterARecovery) {
   Create();
   for (int round = 1; round <= 4; ++round)
-    Crash([&] {
-      auto const session = Open();
-      session->Autosave();
-      Solve(*session, PointOf(round), round);
+    Crash([&](desktop::Session & session) {
+      session.Autosave();
+      Solve(session, PointOf(round), round);
     });
   auto const session = Open();
   EXPECT_EQ(SolutionOf(*session).size(), 4);
@@ -62,14 +60,13 @@ TEST_F(RecoverProject, SurvivesACrashAfterARecovery) {
 
 TEST_F(RecoverProject, KeepsPointsOfAVersionThatIsNewSinceTheLastSave) {
   Create();
-  Crash([&] {
-    auto const session = Open();
-    Solve(*session, PointOf(1), 0.1);
+  Crash([&](desktop::Session & session) {
+    Solve(session, PointOf(1), 0.1);
     // So many IDs that versions differ in their number of digits: as texts they sort another way.
     for (int i = 0; i < 120; ++i)
-      session->GetManager().Invalidate(nullptr, 7);
-    session->Autosave();
-    Solve(*session, PointOf(2), 0.2);
+      session.GetManager().Invalidate(nullptr, 7);
+    session.Autosave();
+    Solve(session, PointOf(2), 0.2);
   });
   auto const session = Open();
   EXPECT_TRUE(SolutionOf(*session).HasValidSolutionData(PointOf(2), id::invalidID));
@@ -85,10 +82,9 @@ TEST_F(RecoverProject, GivesOutNoIdTwiceAfterACrash) {
     auto const session = Open();
     before = session->GetManager().PeekNextUniqueID();
   }
-  Crash([&] {
-    auto const session = Open();
-    session->Autosave();
-    Solve(*session, PointOf(1), 0.1);
+  Crash([&](desktop::Session & session) {
+    session.Autosave();
+    Solve(session, PointOf(1), 0.1);
   });
   EXPECT_GT(Open()->GetManager().PeekNextUniqueID(), before);
 }
@@ -223,4 +219,26 @@ TEST_F(RecoverProject, LosesNothingWhateverOperationOfASaveFails) {
   }
   EXPECT_GT(refusals, 5);
   std::filesystem::remove_all(kept);
+}
+
+TEST_F(RecoverProject, SavesOnceThereIsRoomAgain) {
+  Create();
+  bool failed = true;
+  for (int operation = 1; failed; ++operation) {
+    auto const session = Open();
+    session->SetVariables({{L"C", AString::Format(L"%d", operation + 1)}});
+    ASSERT_EQ(Solve(*session, PointOf(operation), operation), 0);
+    {
+      support::FaultyFileSystem files;
+      files.FailAt(operation, false);
+      RefusalOf([&] { session->Save(); });
+      failed = files.HasFailed();
+    }
+    EXPECT_FALSE(RefusalOf([&] { session->Save(); }).kind.has_value()) << "operation " << operation;
+    EXPECT_FALSE(session->HasUnsavedChanges()) << "operation " << operation;
+    auto const reader = Open(Access::kReadOnly);
+    EXPECT_EQ(ValueOf(*reader, PointOf(operation)), operation);
+    EXPECT_EQ(TextOf(*reader, L"C"), AString::Format(L"%d", operation + 1));
+    ASSERT_LT(operation, 500);
+  }
 }

@@ -90,12 +90,13 @@ AString SessionTest::TextOf(desktop::Session & session, AString const & variable
   return session.GetDesign().FindVariable(variable)->GetValueText();
 }
 
-void SessionTest::Crash(std::function<void()> const & work) {
+void SessionTest::Crash(std::function<void(desktop::Session &)> const & work) const {
   pid_t const child = ::fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
     try {
-      work();
+      auto const session = Open();
+      work(*session);
       ::kill(::getpid(), SIGKILL);
     } catch (std::exception const & error) {
       std::fprintf(stderr, "%s\n", error.what());

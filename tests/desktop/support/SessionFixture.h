@@ -41,8 +41,8 @@ protected:
   static std::optional<double> ValueOf(desktop::Session & session, AString const & variation);
   static AString TextOf(desktop::Session & session, AString const & variable);
 
-  /// Runs in another process, which then dies without an end of its own.
-  static void Crash(std::function<void()> const & work);
+  /// Opens the project in another process, which works with it and dies with it open.
+  void Crash(std::function<void(desktop::Session &)> const & work) const;
   /// Runs as a user without rights here; skips the test when that can't be had.
   void WithoutRights(std::function<void()> const & work) const;
 

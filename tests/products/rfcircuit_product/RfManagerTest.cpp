@@ -120,14 +120,14 @@ TEST_F(RfManager, FindsItsDataAgainInTheLibrary) {
   EXPECT_EQ(setup.GetName(), L"SParameters1");
   EXPECT_EQ(SolutionOf(setup).GetSolutionName(), L"Sweep");
   EXPECT_TRUE(SolutionOf(setup).HasValidSolutionData(kNominal, id::invalidID));
-  auto const * const variation = VariationAt(setup, L"LSCALE=1; cscale=1.00");
+  auto const * const variation = VariationAt(setup, kNominal);
   ASSERT_NE(variation, nullptr);
   ExpectSame(variation->GetData(), solved);
 }
 
 TEST_F(RfManager, KnowsItsSetupsFromTheLibraryBeforeAnythingIsSolved) {
   CreateSetupOf(kLowpass);
-  ASSERT_EQ(Manager().GetSolutionFileManager().CommitAll(false), CStreamioLibrary::kLibSuccess);
+  Commit();
   Reopen();
   ASSERT_EQ(Manager().GetSetups().size(), 1u);
   EXPECT_EQ(ReopenedSetup().GetName(), L"SParameters1");

@@ -19,7 +19,7 @@ namespace support {
 /// what the library tells it is counted.
 class TestProject : public IProject {
 public:
-  explicit TestProject(AString const & resultsFolder) : resultsFolder(resultsFolder) {}
+  explicit TestProject(AString const & folder) : resultsFolder(folder) {}
   AString GetName() const override { return L"Project"; }
   void GetResultsFolder(LongFileName & folder, bool forWriting) const override;
   bool CreateResultsFolder(LongFileName const & folder) override;

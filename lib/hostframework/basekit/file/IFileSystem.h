@@ -45,6 +45,8 @@ public:
   /// belongs to this open file and ends with it, at the latest with the process.
   virtual FileStatus TryLock() = 0;
   virtual FileStatus Unlock() = 0;
+  /// Whether another open file has the lock; nothing is taken, and reading is all that the file must be open for.
+  virtual FileStatus AskLock(bool & isLocked) = 0;
 };
 
 enum class OpenMode {

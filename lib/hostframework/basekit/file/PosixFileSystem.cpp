@@ -90,6 +90,15 @@ public:
   FileStatus TryLock() override { return Told(Lock(F_WRLCK), L"lock"); }
   FileStatus Unlock() override { return Told(Lock(F_UNLCK), L"unlock"); }
 
+  FileStatus AskLock(bool & isLocked) override {
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    FileStatus const status = Told(::fcntl(m_descriptor, F_OFD_GETLK, &lock), L"ask for the lock of");
+    isLocked = status.Ok() && lock.l_type != F_UNLCK;
+    return status;
+  }
+
 private:
   static void Advance(std::vector<iovec> & pieces, std::size_t & first, std::size_t written) {
     while (first < pieces.size() && written >= pieces[first].iov_len)

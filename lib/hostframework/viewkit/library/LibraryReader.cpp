@@ -31,10 +31,14 @@ LibraryReader::FileFacts Facts(LogReader const * log) {
   facts.version = records.Header().version;
   facts.isBinary = records.Header().isBinary;
   facts.commits = records.LastCommit().number;
+  facts.salt = records.Header().salt;
+  facts.commit = records.LastCommit().commit;
+  facts.baseCommit = records.Header().baseCommit;
   facts.end = records.End();
   facts.length = records.FileLength();
   facts.blocks = records.Index().Blocks();
   facts.liveBytes = records.Index().LiveBytes();
+  facts.wasClosedInOrder = records.WasClosedCleanly();
   return facts;
 }
 
@@ -54,6 +58,20 @@ LibraryReader::LibIOReturn LibraryReader::Open(LongFileName const & path, bool w
   if (mayHavePrivate && withPrivate && OpenPrivate() == kSuccess)
     state.status = kSuccess;
   return state.status;
+}
+
+LibraryReader::LibIOReturn LibraryReader::OpenAlone(LongFileName const & file) {
+  m_state = std::make_unique<LibraryState>();
+  m_withPrivate = false;
+  auto & state = *m_state;
+  std::unique_ptr<LogReader> log;
+  state.status = LogReader::Open(file, file::OpenMode::Read, {}, log, state.error);
+  if (state.status != kSuccess)
+    return state.status;
+  bool const isPrivate = log->Records().Header().isPrivate;
+  (isPrivate ? state.privatePath : state.path) = file;
+  (isPrivate ? state.privateLog : state.publicLog) = std::move(log);
+  return kSuccess;
 }
 
 LibraryReader::LibIOReturn LibraryReader::OpenPrivate() {
@@ -146,7 +164,9 @@ LibraryReader::PrivateFile LibraryReader::StateOfPrivateFile(LongFileName const 
   LibraryReader reader;
   reader.Open(path, false);
   std::unique_ptr<file::IFile> probe;
-  if (file::FileSystem().Open(PrivatePath(path), file::OpenMode::ReadWrite, probe).Ok() && !probe->TryLock().Ok())
+  bool isLocked = false;
+  if (file::FileSystem().Open(PrivatePath(path), file::OpenMode::Read, probe).Ok() && probe->AskLock(isLocked).Ok() &&
+      isLocked)
     return PrivateFile::InUse;
   probe.reset();
   std::unique_ptr<LogReader> log;

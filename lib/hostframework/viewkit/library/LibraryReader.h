@@ -50,11 +50,17 @@ public:
     unsigned version = 0;
     bool isBinary = false;
     std::uint64_t commits = 0;
+    /// Drawn at random for the file; for its last commit, 0 without one; and what a private file was begun on.
+    std::uint64_t salt = 0;
+    std::uint64_t commit = 0;
+    std::uint64_t baseCommit = 0;
     /// What counts, and what the file has.
     std::uint64_t end = 0;
     std::uint64_t length = 0;
     std::uint64_t blocks = 0;
     std::uint64_t liveBytes = 0;
+    /// Of a private file.
+    bool wasClosedInOrder = false;
   };
 
   LibraryReader();
@@ -64,6 +70,8 @@ public:
 
   /// kLibNotFound when there is neither file.
   LibIOReturn Open(LongFileName const & path, bool withPrivate);
+  /// One file by itself, public or private, wherever it belongs; the facts tell which it is.
+  LibIOReturn OpenAlone(LongFileName const & file);
   /// Reads what was committed, or saved, since; `changed` tells whether there was anything.
   LibIOReturn Refresh(bool & changed);
   /// In the order of the files, the public one first.

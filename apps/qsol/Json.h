@@ -1,0 +1,37 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <iosfwd>
+#include <string>
+
+namespace io {
+class CBlock;
+}
+
+namespace qsol {
+
+using Json = nlohmann::ordered_json;
+struct Block;
+struct OpenedLibrary;
+
+/// What every document begins with: schema version, file, what of it is shown, notices.
+Json DocumentHead(OpenedLibrary const & opened);
+/// Names, kind, address, size and place of a block.
+Json ToJson(Block const & block, OpenedLibrary const & opened);
+/// The items of a block, in order.  Numbers are exact; nan and the infinities stand as {"number": "nan"}.
+Json ItemsOf(io::CBlock const & block);
+
+/// One document whose last member is a list, written as it comes: a library may hold more than memory should.
+class JsonListing {
+public:
+  JsonListing(std::ostream & out, Json const & head, std::string const & list);
+  void Add(Json const & element);
+  void Finish();
+
+private:
+  std::ostream & m_out;
+  bool m_isFirst = true;
+};
+
+} // namespace qsol

@@ -1,0 +1,120 @@
+// qsol verify: what is damaged, where, and what is still good.
+
+#include "apps/qsol/VerifyVerb.h"
+
+#include "apps/qsol/Failure.h"
+#include "apps/qsol/Json.h"
+#include "apps/qsol/Text.h"
+#include "apps/qsol/Verbs.h"
+#include "apps/qsol/Verification.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <fmt/ostream.h>
+
+namespace qsol {
+
+namespace {
+
+std::string Described(Block const & block) {
+  std::string const address = block.Address();
+  std::string const variation = OneLine(block.Variation());
+  return fmt::format("{} ({}{}{}{}{})", OneLine(block.entry.name), NameOf(block.kind), address.empty() ? "" : " ",
+                     address, variation.empty() ? "" : " ", variation);
+}
+
+std::string ToText(Verification::Problem const & problem) {
+  std::string text = fmt::format("damaged: {}", OneLine(problem.file));
+  if (problem.length > 0)
+    text += fmt::format(" at {}, {} bytes", problem.offset, problem.length);
+  text += ": " + problem.what;
+  if (!problem.lost.empty()) {
+    text += "; lost:";
+    for (Block const * const block : problem.lost)
+      text += " " + Described(*block);
+  } else if (!problem.name.empty()) {
+    text += "; block " + OneLine(problem.name);
+  }
+  return text;
+}
+
+void Print(Verification const & found, OpenedLibrary const & opened, std::ostream & out) {
+  for (auto const & problem : found.problems)
+    fmt::print(out, "{}\n", ToText(problem));
+  for (std::string const & remark : found.remarks)
+    fmt::print(out, "note: {}\n", remark);
+  std::size_t const blocks = found.goodBlocks + found.lostBlocks;
+  fmt::print(out, "{}: {} ({}), {} whole, {} of {} good\n", OneLine(opened.publicPath),
+             found.IsFine() ? "fine" : "damaged", opened.Shown(), Count(found.wholeRecords, "record"), found.goodBlocks,
+             Count(blocks, "block"));
+}
+
+Json ToJson(Verification::Problem const & problem) {
+  Json lost = Json::array();
+  for (Block const * const block : problem.lost)
+    lost.push_back({{"name", Utf8(block->entry.name)},
+                    {"real_name", block->realName.empty() ? Json() : Json(Utf8(block->realName))},
+                    {"kind", NameOf(block->kind)}});
+  return {{"file", Utf8(problem.file)},
+          {"offset", problem.offset},
+          {"length", problem.length},
+          {"what", problem.what},
+          {"block", problem.name.empty() ? Json() : Json(Utf8(problem.name))},
+          {"lost", lost}};
+}
+
+Json ToJson(Verification const & found, Catalogue const & catalogue, OpenedLibrary const & opened) {
+  Json document = DocumentHead(opened);
+  document["fine"] = found.IsFine();
+  document["private_state"] = NameOf(opened.privateState);
+  document["whole_records"] = found.wholeRecords;
+  document["good_blocks"] = found.goodBlocks;
+  document["lost_blocks"] = found.lostBlocks;
+  document["damages"] = Json::array();
+  for (auto const & problem : found.problems)
+    document["damages"].push_back(ToJson(problem));
+  document["dangling"] = Json::array();
+  for (auto const & entry : catalogue.Dangling())
+    document["dangling"].push_back({{"name", Utf8(entry.internalName)}, {"real_name", Utf8(entry.realName)}});
+  document["unmapped"] = Json::array();
+  for (Block const * const block : found.unmapped)
+    document["unmapped"].push_back(Utf8(block->entry.name));
+  document["remarks"] = found.remarks;
+  return document;
+}
+
+} // namespace
+
+int VerifyLibrary(VerifyOptions const & options, Streams const & streams) {
+  ViewOptions view = options.view;
+  view.withPrivate = !view.committedOnly;
+  OpenedLibrary opened;
+  OpenLibrary(view, opened);
+  Catalogue const catalogue(opened.reader);
+  Verification const found = Verify(opened, catalogue, view.committedOnly);
+  if (options.json)
+    streams.out << ToJson(found, catalogue, opened).dump(2) << '\n';
+  else
+    Print(found, opened, streams.out);
+  for (std::string const & notice : opened.notices)
+    streams.note(notice);
+  return static_cast<int>(found.IsFine() ? Exit::Done : Exit::Failed);
+}
+
+void AddVerifyVerb(CLI::App & program, Action & action) {
+  auto const options = std::make_shared<VerifyOptions>();
+  CLI::App * const verb = program.add_subcommand("verify", "check every record; tell what is damaged and what is good");
+  AddViewOptions(*verb, options->view);
+  verb->add_flag("--json", options->json, "print one JSON document");
+  verb->footer("Both files are checked unless --committed-only is given. The last line is the verdict. No damage, but\n"
+               "told: a tail that a write left unfinished, entries of the name map without a block, blocks without an\n"
+               "entry. Nothing is repaired: what is good can be read, what is lost has to be solved anew.\n\n"
+               "Exit code 0: fine, 1: damaged, 3: can't be read, 4: no library, 5: of a later format.\n\n"
+               "Examples:\n"
+               "  qsol verify amp.qsol\n"
+               "  qsol verify amp.qsol --json");
+  verb->callback(
+      [&action, options] { action = [options](Streams const & streams) { return VerifyLibrary(*options, streams); }; });
+}
+
+} // namespace qsol

@@ -1,0 +1,80 @@
+#include "solutionmanager/outputvariables/CParsedExpressionCache.h"
+#include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
+
+#include "plotkit/SimValueContext.h"
+#include "tests/solutionmanager/support/TestProduct.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Knows S11 and S21 of report type 1 and Z of type 2; "bad" is no expression.
+class QuantityManager : public support::TestManager {
+public:
+  using TestManager::TestManager;
+  bool GetQuantityTypeInfo(ReportTypeMap &, AString const & expression, std::vector<OutputVariable *> *,
+                           SimValuesByReportType * simValues, SolutionPointSet *) const override {
+    ++analyses;
+    if (expression == L"S11+S21+Z")
+      *simValues = {{1, {L"S11", L"S21"}}, {2, {L"Z"}}};
+    return expression != L"bad";
+  }
+  mutable int analyses = 0;
+};
+
+class ParsedExpressionCacheTest : public support::ModelTest {
+protected:
+  QuantityManager m_quantities{&m_design};
+};
+
+} // namespace
+
+TEST_F(ParsedExpressionCacheTest, TheFirstQuestionAnalysesAndTheOthersDoNot) {
+  CParsedExpressionCache cache(L"S11+S21+Z", &m_quantities);
+  EXPECT_EQ(m_quantities.analyses, 0);
+  EXPECT_TRUE(cache.IsExpressionValid());
+  EXPECT_TRUE(cache.AreThereQuantitiesOfType(2));
+  EXPECT_EQ(m_quantities.analyses, 1);
+  CParsedExpressionCache copy(cache);
+  EXPECT_TRUE(copy.AreThereQuantitiesOfType(1));
+  EXPECT_EQ(m_quantities.analyses, 1) << "a copy of a computed cache answers without analysing";
+}
+
+TEST_F(ParsedExpressionCacheTest, SimValuesAreListedByReportTypeOrAllTogether) {
+  CParsedExpressionCache cache(L"S11+S21+Z", &m_quantities);
+  std::vector<unsigned> types;
+  cache.GetReferencedReportTypes(types);
+  EXPECT_EQ(types, (std::vector<unsigned>{1, 2}));
+  std::vector<AString> texts;
+  cache.GetReferencedSimValues(texts, 1);
+  cache.GetReferencedSimValues(texts, 5);
+  EXPECT_EQ(texts, (std::vector<AString>{L"S11", L"S21"}));
+  texts.clear();
+  cache.GetReferencedSimValues(texts, CParsedExpressionCache::kAllReportTypes);
+  EXPECT_EQ(texts, (std::vector<AString>{L"S11", L"S21", L"Z"}));
+}
+
+TEST_F(ParsedExpressionCacheTest, ATextWithoutSimValuesIsValidAndRefersToNothing) {
+  CParsedExpressionCache cache(L"1+2", &m_quantities);
+  EXPECT_TRUE(cache.IsExpressionValid());
+  EXPECT_FALSE(cache.AreThereQuantitiesOfType(1));
+  std::vector<unsigned> types;
+  std::vector<OutputVariable *> variables;
+  cache.GetReferencedReportTypes(types);
+  cache.GetReferencedOutputVars(variables);
+  EXPECT_TRUE(types.empty());
+  EXPECT_TRUE(variables.empty());
+}
+
+TEST_F(ParsedExpressionCacheTest, AnExpressionThatDoesNotParseIsNotValid) {
+  EXPECT_FALSE(CParsedExpressionCache(L"bad", &m_quantities).IsExpressionValid());
+}
+
+TEST_F(ParsedExpressionCacheTest, AContainerOwnsItsElementsOnce) {
+  CParsedExpressionCacheContainer container;
+  auto * cache = new CParsedExpressionCache(L"1", &m_quantities);
+  container.AddElement(cache);
+  CParsedExpressionCacheContainer copy(container);
+  ASSERT_EQ(std::distance(copy.GetFirstElementForEdit(), copy.GetLastElementForEdit()), 1);
+  EXPECT_EQ(*copy.GetFirstElementForEdit(), cache);
+}
