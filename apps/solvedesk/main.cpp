@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <exception>
 #include <string>
 
@@ -84,6 +85,8 @@ int Run(int count, char ** words) {
 } // namespace
 
 int main(int count, char ** words) {
+  // A limit on the size of files is met as a full disk is: told, with what was stored kept.
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     return Run(count, words);
   } catch (desktop::Error const & error) {

@@ -1,8 +1,8 @@
 """usage: kill_solve.py [--times N] [--seed SEED]
 
 Kills a solve at random moments, again and again, and asks from outside whether every point that was acknowledged is
-there after reopening, bit for bit.  The oracle is the event lines that the solve had printed when it died; the reference
-is one solve that nobody disturbed.
+there after reopening, bit for bit.  The oracle is the event lines that the solve had printed when it died; the
+reference is one solve that nobody disturbed.
 """
 import argparse
 import json
@@ -83,7 +83,8 @@ def check(project, acknowledged, whole):
         return complaints
     files = touchstone(project, project + '-files')
     complaints += [f'{point} can not be written' for point in acknowledged if point not in files]
-    complaints += [f'{point} differs from the undisturbed solve' for point, data in files.items() if data != whole[point]]
+    complaints += [f'{point} differs from the undisturbed solve'
+                   for point, data in files.items() if data != whole[point]]
     return complaints
 
 
@@ -125,8 +126,8 @@ def main():
     while kills < options.times and rounds < 4 * options.times:
         project = f'round{rounds}'
         complaints, told = kill_and_finish(project, source, whole, seconds)
-        print(f'round {rounds}: killed with {" and then ".join(map(str, told)) or "all"} of {POINTS} points acknowledged',
-              flush=True)
+        when = ' and then '.join(f'killed at {count}' for count in told) or 'over before it could be killed, at all'
+        print(f'round {rounds}: {when} of {POINTS} points acknowledged', flush=True)
         if complaints:
             sys.exit('\n'.join(complaints + [f'seed {options.seed}, round {rounds}']))
         kills, rounds = kills + len(told), rounds + 1

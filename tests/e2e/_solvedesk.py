@@ -38,7 +38,8 @@ class DeskTest(unittest.TestCase):
 
     def run_desk(self, *words, code=0):
         """Runs solvedesk to its end and checks its exit code."""
-        done = subprocess.run([SOLVEDESK, *words], stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=300)
+        done = subprocess.run([SOLVEDESK, *words], stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                              timeout=300)
         self.assertEqual(done.returncode, code,
                          f'solvedesk {" ".join(words)}\nstdout: {done.stdout}\nstderr: {done.stderr}')
         return done

@@ -1,8 +1,9 @@
 """What programs read: JSON documents, events, exit codes, streams."""
 import json
+import subprocess
 import unittest
 
-from _solvedesk import SETUP, SMALL, DeskTest, write
+from _solvedesk import SETUP, SMALL, SOLVEDESK, DeskTest, write
 
 
 class Documents(DeskTest):
@@ -79,10 +80,9 @@ class Documents(DeskTest):
 
     def test_output_that_can_not_be_written_is_a_failure(self):
         self.small_project()
-        import subprocess
-        from _solvedesk import SOLVEDESK
         with open('/dev/full', 'w', encoding='utf-8') as full:
-            done = subprocess.run([SOLVEDESK, 'info', 'small'], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
+            done = subprocess.run([SOLVEDESK, 'info', 'small'], stdout=full, stderr=subprocess.PIPE, text=True,
+                                  check=False)
         self.assertEqual(done.returncode, 1)
         self.assertIn('standard output', done.stderr)
 

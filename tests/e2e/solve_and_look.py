@@ -103,7 +103,8 @@ class SolveAndLook(DeskTest):
         self.small_project()
         self.run_desk('solve', 'small')
         text = self.run_desk('info', 'small').stdout
-        for part in ('small.sproject', 'cap = 1e-12', 'res = 50', 'setup ' + SETUP, 'valid', 'saved', 'cap=1e-12; res=50'):
+        for part in ('small.sproject', 'cap = 1e-12', 'res = 50', 'setup ' + SETUP, 'valid', 'saved',
+                     'cap=1e-12; res=50'):
             self.assertIn(part, text)
 
     def test_a_project_works_from_another_folder(self):

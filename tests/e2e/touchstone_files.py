@@ -29,7 +29,8 @@ class TouchstoneFiles(DeskTest):
 
     def test_a_variation_that_is_not_solved_is_a_usage_error(self):
         self.solved()
-        self.assertIn('res=99', self.refuse(2, 'touchstone', 'small', '--to', 'out', '--variation', 'cap=1e-12; res=99'))
+        words = ('touchstone', 'small', '--to', 'out', '--variation', 'cap=1e-12; res=99')
+        self.assertIn('res=99', self.refuse(2, *words))
         self.assertFalse(os.path.exists('out'))
 
     def test_nothing_solved_is_told_with_the_remedy(self):

@@ -1,12 +1,14 @@
-"""One process has a project at a time; workers may die, and a solve may be stopped, without costing other points."""
+"""One process has a project at a time; workers may die, a solve may be stopped and the disk may be full without costing
+points that were acknowledged."""
 import json
 import os
+import resource
 import signal
 import subprocess
 import time
 import unittest
 
-from _solvedesk import SMALL, SOLVEDESK, DeskTest, read
+from _solvedesk import LOWPASS, SMALL, SOLVEDESK, DeskTest, read
 
 # Enough frequencies for a point to take a while.
 SLOW = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 20001 1meg 1g')
@@ -106,6 +108,24 @@ class TwoProcesses(DeskTest):
         document = self.document('solve', 'slow', '--vary', 'res=1,2', '--time-limit', '0.05', code=5)
         self.assertEqual((document['failed'], document['stored']), (2, 0))
         self.assertLess(time.monotonic() - started, 60)
+
+    def test_a_full_disk_is_told_and_what_was_acknowledged_is_kept(self):
+        self.small_project('slow', read(LOWPASS).decode())
+        words = [SOLVEDESK, 'solve', 'slow', '--vary', 'cscale=0.8:1.2:0.02', '--vary', 'lscale=0.8:1.2:0.02']
+        for limit in range(4_000_000, 20_000_000, 4_000_000):  # all points together take some 16 MB
+            done = subprocess.run(words + ['--events'], stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                                  preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)),
+                                  timeout=300, check=False)
+            self.assertEqual(done.returncode, 7, done.stderr)
+            self.assertIn('slow.results', done.stderr)
+            acknowledged = self.stored([json.loads(line) for line in done.stdout.splitlines()])
+            self.assertLess(len(acknowledged), 441)
+            if acknowledged:
+                break
+        self.assertTrue(acknowledged)
+        self.assertLessEqual(acknowledged, self.with_data('slow'))
+        subprocess.run(words, stdin=subprocess.DEVNULL, capture_output=True, timeout=300, check=True)
+        self.assertEqual(len(self.with_data('slow')), 441)
 
 
 if __name__ == '__main__':
