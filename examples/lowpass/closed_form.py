@@ -107,8 +107,8 @@ def main():
     if not files:
         sys.exit(f'{options.folder}: index.csv names no file')
     sizes = set()
-    shown = {0, len(files) // 4, len(files) // 2, len(files) - 1}
-    print(f'{"cscale":>7} {"lscale":>7} {"f/MHz":>10} {"|S21| solved":>17} {"ladder":>17} {"Chebyshev":>17} {"|diff|":>11}')
+    shown = {0, len(files) // 3, len(files) // 2, max(0, len(files) - 3)}
+    print(f'{"cscale":>7} {"lscale":>7} {"f/MHz":>10} {"|S21| solved":>17} {"ladder":>17} {"Chebyshev":>17} {"difference":>11}')
     worst, count = 0.0, 0
     for number, (path, values) in enumerate(files):
         points = read_touchstone(path)

@@ -2,8 +2,7 @@
 import os
 import unittest
 
-import closed_form
-from _solvedesk import LOWPASS, SETUP, SMALL, DeskTest, files_below, index_of, write
+from _solvedesk import LOWPASS, SETUP, SMALL, DeskTest, closed_form, files_below, index_of, write
 
 GRID = ('--vary', 'cscale=0.9:1.1:0.05', '--vary', 'lscale=0.9:1.1:0.05')
 

@@ -15,7 +15,7 @@ namespace {
 std::array<wchar_t const *, SweepDefinition::kNumOfSweepType> const kTypeNames{L"",    L"LIN",  L"DEC",
                                                                                L"OCT", L"ESTP", L"LINC"};
 
-/// The one text object of these characters; the pool only grows, by as many names as a session ever uses.
+/// The one text object of these characters; the pool only grows, by as many names as a program ever uses.
 AString const * Interned(AString const & text) {
   static std::set<AString> s_texts;
   return &*s_texts.insert(text).first;

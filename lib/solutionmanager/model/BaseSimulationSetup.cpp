@@ -9,6 +9,7 @@
 #include "basekit/profile/CProfileData.h"
 #include "basekit/value/Variable.h"
 #include "basekit/value/VariableValues.h"
+#include "plotkit/SweepDefinition.h"
 #include "solutionmanager/convergence/ConvergenceData.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -30,6 +31,8 @@ BaseSimulationSetup::BaseSimulationSetup(BaseSolutionManager const * manager, lo
 BaseSimulationSetup::BaseSimulationSetup(BaseSolutionManager const * manager, ISimulationSetup const * source)
     : m_Name(source->GetName()), m_SolutionMgr(manager) {
   source->GetSweepDefinitions(m_SweepDefs);
+  for (SweepDefinition * const definition : m_SweepDefs)
+    definition->Share();
 }
 
 BaseSimulationSetup::BaseSimulationSetup(BaseSimulationSetup const & source)

@@ -19,11 +19,6 @@ RfSetup::RfSetup(BaseSolutionManager const * manager, long id, long version)
 
 RfSetup::RfSetup(BaseSolutionManager const * manager, ISimulationSetup const * source)
     : BaseSimulationSetup(manager, source) {
-  // The base took the source's own records; this setup gives them up like any other holder.
-  std::vector<SweepDefinition *> shared;
-  GetSweepDefinitions(shared);
-  for (SweepDefinition * const definition : shared)
-    definition->Share();
   if (auto const * const setup = dynamic_cast<RfSetup const *>(source))
     m_sweep = setup->m_sweep;
   else

@@ -255,10 +255,12 @@ TEST(SolveRun, AWorkerThatWritesNonsenseCostsItsPointAlone) {
 }
 
 TEST(SolveRun, AResultCountsThoughItsWorkerMisbehavesAfterwards) {
-  Points points({L"last words", L"twice", L"last words", L"a"});
-  EXPECT_TRUE(Solve(points, OptionsFor(L"raw")));
-  EXPECT_EQ(points.stored.size(), 4u);
-  EXPECT_TRUE(points.errors.empty());
+  for (wchar_t const * const variation : {L"last words", L"twice"}) {
+    Points points({variation});
+    EXPECT_TRUE(Solve(points, OptionsFor(L"raw")));
+    EXPECT_EQ(points.stored.size(), 1u);
+    EXPECT_TRUE(points.errors.empty());
+  }
 }
 
 TEST(SolveRun, AWorkerProgramThatDoesNotExistEndsTheRunAndFailsNoPoint) {

@@ -175,3 +175,19 @@ TEST_F(SetupTest, AConvergenceBlockNameKeepsAnInvalidVersionOnPurpose) {
   EXPECT_EQ(key.GetVersionIDKey(), -1);
   EXPECT_EQ(key.GetSolutionKey(), SolutionVariationKey::kConvDataKey);
 }
+
+TEST_F(SetupTest, SweepsSharedWithAnotherSetupLiveUntilBothGaveThemUp) {
+  support::TestSetup first(&Manager(), AString(L"A"));
+  auto * const sweep = new SweepDefinition;
+  sweep->SetVariableName(L"F");
+  first.AddSingleSweep(sweep);
+  support::TestSetup second(&Manager(), &first);
+  {
+    support::TestSetup copy(first);
+    copy.RemoveAllSweeps();
+  }
+  first.RemoveAllSweeps();
+  EXPECT_EQ(second.GetSweepDef(L"F"), sweep);
+  EXPECT_EQ(second.GetSweepDef(L"f"), nullptr);
+  second.RemoveAllSweeps();
+}
