@@ -6,7 +6,7 @@ import subprocess
 import time
 import unittest
 
-from _solvedesk import SMALL, SOLVEDESK, DeskTest
+from _solvedesk import SMALL, SOLVEDESK, DeskTest, read
 
 # Enough frequencies for a point to take a while.
 SLOW = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 20001 1meg 1g')
@@ -25,18 +25,19 @@ def children(pid):
 class TwoProcesses(DeskTest):
     def start_solve(self, *words):
         """A solve that runs, with its first event read."""
-        process = subprocess.Popen([SOLVEDESK, 'solve', 'slow', *MANY, '--events', *words], stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        with open('errors', 'w', encoding='utf-8') as errors:
+            process = subprocess.Popen([SOLVEDESK, 'solve', 'slow', *MANY, '--events', *words],
+                                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=errors, text=True)
         self.addCleanup(process.stdout.close)
-        self.addCleanup(process.stderr.close)
         self.addCleanup(lambda: process.poll() is None and process.kill())
         first = json.loads(process.stdout.readline())
         self.assertEqual(first['event'], 'stored')
         return process, first
 
     def finish(self, process):
-        out, err = process.communicate(timeout=300)
-        return [json.loads(line) for line in out.splitlines()], err
+        events = [json.loads(line) for line in process.stdout]
+        process.wait()
+        return events, read('errors').decode()
 
     def stored(self, events):
         return {event['variation'] for event in events if event['event'] == 'stored'}
