@@ -3,6 +3,7 @@
 #include "basekit/text/AString.h"
 
 #include <cstddef>
+#include <set>
 #include <vector>
 
 class BaseSimulationSetup;
@@ -21,18 +22,15 @@ struct VariationState {
   bool isSaved = false; ///< its data is part of the committed library
 };
 
-/// Answers about the variations of a project; asks the library once which blocks only its private file holds.
+/// Answers about the variations of a project; asks the library once which blocks are committed.
 class VariationStates {
 public:
-  explicit VariationStates(desktop::Session & session);
+  explicit VariationStates(desktop::Session const & session);
   /// In the order of the variations' IDs, versions from old to new.
   std::vector<VariationState> Of(BaseSolution const & solution) const;
 
 private:
-  bool IsCommitted(AString const & realName) const;
-
-  desktop::Session & m_session;
-  std::vector<AString> m_unsavedBlocks; ///< names inside the library, sorted without case
+  std::set<AString> m_committed;
 };
 
 /// Solved, valid and with data: what can be handed out.

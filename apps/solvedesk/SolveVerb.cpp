@@ -9,6 +9,7 @@
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <CLI/CLI.hpp>
@@ -96,9 +97,14 @@ int Request(BaseSimulationSetup const & setup, desktop::DesignInstance & instanc
 Requested RequestAll(desktop::Session & session, std::vector<BaseSimulationSetup *> const & setups,
                      VaryGrid const & grid) {
   Requested requested;
-  for (std::size_t i = 0; i < grid.Size(); ++i) {
-    desktop::Design & design = session.GetDesign();
-    desktop::DesignInstance & instance = design.InstanceFor(design.GetVariation(grid.At(i)));
+  desktop::Design & design = session.GetDesign();
+  std::vector<AString> variations;
+  variations.reserve(grid.Size());
+  for (std::size_t i = 0; i < grid.Size(); ++i)
+    variations.push_back(design.GetVariation(grid.At(i)));
+  session.GetManager().IssueVariationIDs(variations);
+  for (AString const & variation : variations) {
+    desktop::DesignInstance & instance = design.InstanceFor(variation);
     for (BaseSimulationSetup const * setup : setups) {
       ++requested.points;
       int const answer = Request(*setup, instance);
@@ -162,11 +168,13 @@ int Solve(SolveWords const & words) {
   session->CheckSourceUnchanged();
 
   QueueOfDesign solver(*session, QueueOptions(words, *session));
-  Requested const requested = RequestAll(*session, setups, grid);
+  Requested requested;
   desktop::SolveOutcome outcome;
   nlohmann::ordered_json failures;
   {
+    // Also while points are queued: a request to stop then ends the run before it begins.
     StopOnSignals const stopOnSignals;
+    requested = RequestAll(*session, setups, grid);
     SolveListener listener(IsLiveTerminal() && !words.output.quiet, words.events);
     outcome = solver.Queue().Run(listener);
     failures = listener.Failures();

@@ -370,6 +370,9 @@ public:
   void WriteVersionIDsToQdsn(io::CBlock & design) const;
   void ReadVersionIDsFromQdsn(io::CBlock const & design);
   AString GetVariationFromID(long id) const;
+  /// As GetVariationID of each text, but the table reaches the library once, not once for each new text: for whoever is
+  /// about to ask for many.
+  void IssueVariationIDs(std::vector<AString> const & variations);
   VariationIDMap const & GetVariationIDMap() const { return m_VariationIDMap; }
   static void WriteVariationIDBlockFunc(io::CBlock & block, VariationIDMap::value_type const & entry);
 
@@ -434,6 +437,7 @@ private:
 
   void BuildMembers();
   SetupDirectory Directory() const;
+  bool FindVariationID(AString const & variation, long & id) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   io::ReadError ReadOutputVariables(io::CBlock const & block);
   io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock);

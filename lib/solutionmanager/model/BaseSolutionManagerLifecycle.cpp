@@ -136,8 +136,7 @@ AString BaseSolutionManager::GetQsolPath() const {
   AString const path = folder + m_Design->GetName() + GetFileExt();
   if (libraryExists(path) || !m_Design->GetIProject())
     return path;
-  AString const olderPath =
-      folder + m_Design->GetIProject()->GetName() + L"_" + m_Design->GetName() + GetFileExt();
+  AString const olderPath = folder + m_Design->GetIProject()->GetName() + L"_" + m_Design->GetName() + GetFileExt();
   return libraryExists(olderPath) ? olderPath : path;
 }
 

@@ -11,7 +11,8 @@ bool BaseSolutionManager::GetValueInfoForExpression(AString const &, ISolution c
   return false;
 }
 
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &, ISimDataExtractor *, SimValueContext const *, OutputVariable *) const {
+int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &, ISimDataExtractor *,
+                                            SimValueContext const *, OutputVariable *) const {
   KVRO_ASSERT(!"Not available yet");
   return 0;
 }
@@ -51,7 +52,8 @@ bool BaseSolutionManager::IsValidOutputVariableName(AString const &, bool) const
   return false;
 }
 
-bool BaseSolutionManager::IsValidOutputVariableExpression(AString const &, ISimDataExtractor *, SimValueContext const *) const {
+bool BaseSolutionManager::IsValidOutputVariableExpression(AString const &, ISimDataExtractor *,
+                                                          SimValueContext const *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
@@ -76,12 +78,14 @@ bool BaseSolutionManager::IsExpressionAffectedByMinorEdits(KelvroCommand const *
   return false;
 }
 
-bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AString const &, AString const &, AString const &, IDesignInstance *) const {
+bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AString const &, AString const &,
+                                                 AString const &, IDesignInstance *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
 
-void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *, std::vector<ISolutionPointSet *> const *) {
+void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *,
+                                                             std::vector<ISolutionPointSet *> const *) {
   KVRO_ASSERT(!"Not available yet");
 }
 
@@ -134,13 +138,9 @@ int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
   return 0;
 }
 
-void BaseSolutionManager::SynchronizeSweeps(KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
+void BaseSolutionManager::SynchronizeSweeps(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
 
-void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
+void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
 
 void BaseSolutionManager::SynchronizeTracesAndGetAffectedSPS(std::vector<ISolutionPointSet *> &, KelvroCommand *) {
   KVRO_ASSERT(!"Not available yet");
@@ -150,20 +150,26 @@ void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace *, CParsedEx
   KVRO_ASSERT(!"Not available yet");
 }
 
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
+bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
+    SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
 
-void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &, std::vector<AString> &, IKelvroCommand const *, long, long) const {
+void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &,
+                                                        std::vector<AString> &, IKelvroCommand const *, long,
+                                                        long) const {
   KVRO_ASSERT(!"Not available yet");
 }
 
-void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &, std::vector<AString> &, IKelvroCommand const *, long, ReportTypeSolutionDefinition const *, long) const {
+void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &,
+                                                        std::vector<AString> &, IKelvroCommand const *, long,
+                                                        ReportTypeSolutionDefinition const *, long) const {
   KVRO_ASSERT(!"Not available yet");
 }
 
-bool BaseSolutionManager::GetQuantityTypeInfo(ReportTypeMap &, AString const &, std::vector<OutputVariable *> *, SimValuesByReportType *, SolutionPointSet *) const {
+bool BaseSolutionManager::GetQuantityTypeInfo(ReportTypeMap &, AString const &, std::vector<OutputVariable *> *,
+                                              SimValuesByReportType *, SolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
@@ -173,9 +179,7 @@ bool BaseSolutionManager::GetReferencedVariables(AString const &, std::vector<AS
   return false;
 }
 
-void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
-  KVRO_ASSERT(!"Not available yet");
-}
+void BaseSolutionManager::UpdateAllOutputVariableLegacyText() { KVRO_ASSERT(!"Not available yet"); }
 
 void BaseSolutionManager::GetValParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
@@ -185,12 +189,14 @@ void BaseSolutionManager::GetImportedParserList(std::vector<IValueParser *> &, S
   KVRO_ASSERT(!"Not available yet");
 }
 
-bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *, TraceDefParams const &) const {
+bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *,
+                                                            TraceDefParams const &) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
 
-bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *, io::CBlock const &) {
+bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *,
+                                                            io::CBlock const &) {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
@@ -199,7 +205,8 @@ void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long)
   KVRO_ASSERT(!"Not available yet");
 }
 
-void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long, ReportTypeSolutionDefinition const &) const {
+void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long,
+                                                   ReportTypeSolutionDefinition const &) const {
   KVRO_ASSERT(!"Not available yet");
 }
 
@@ -217,7 +224,8 @@ void BaseSolutionManager::GetRangedFunctionCategoryNames(std::vector<AString> &,
   KVRO_ASSERT(!"Not available yet");
 }
 
-void BaseSolutionManager::GetRangedFunctionNames(std::vector<AString> &, AString const &, unsigned, rep::DisplayType) const {
+void BaseSolutionManager::GetRangedFunctionNames(std::vector<AString> &, AString const &, unsigned,
+                                                 rep::DisplayType) const {
   KVRO_ASSERT(!"Not available yet");
 }
 
@@ -231,7 +239,8 @@ bool BaseSolutionManager::GetRangedFunctionDefaultParameters(PropList &, AString
   return false;
 }
 
-bool BaseSolutionManager::ScaleRangedFunctionValueToGivenUnits(double &, AString &, AString const &, double, Units::FullUnitType, Units::FullUnitType) const {
+bool BaseSolutionManager::ScaleRangedFunctionValueToGivenUnits(double &, AString &, AString const &, double,
+                                                               Units::FullUnitType, Units::FullUnitType) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
@@ -241,9 +250,7 @@ bool BaseSolutionManager::IsCyclic(AString const &, AString const &) const {
   return false;
 }
 
-void BaseSolutionManager::UpdateOutputVariables(KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
+void BaseSolutionManager::UpdateOutputVariables(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
 
 int BaseSolutionManager::GetOutputVariables(OutputVariableMap &) const {
   KVRO_ASSERT(!"Not available yet");
@@ -264,6 +271,7 @@ void BaseSolutionManager::OnAddOutputVar(IKelvroCommand *, AString const &, Outp
   KVRO_ASSERT(!"Not available yet");
 }
 
-void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> &) const {
+void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
+                                                     std::map<Trace *, CParsedExpressionCacheContainer> &) const {
   KVRO_ASSERT(!"Not available yet");
 }

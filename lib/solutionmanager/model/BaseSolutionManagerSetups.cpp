@@ -74,8 +74,8 @@ void BaseSolutionManager::DeleteSimulationSetup(long id, KelvroCommand * command
 }
 
 bool BaseSolutionManager::AddImportData(ISolution * solution, KelvroCommand * command) {
-  auto * const setup = const_cast<BaseSimulationSetup *>(
-      dynamic_cast<BaseSimulationSetup const *>(solution->GetISimulationSetup()));
+  auto * const setup =
+      const_cast<BaseSimulationSetup *>(dynamic_cast<BaseSimulationSetup const *>(solution->GetISimulationSetup()));
   if (!setup)
     return false;
   if (m_ImportedSimSetupMap.count(setup->GetID()))
@@ -105,15 +105,13 @@ ISimulationSetup * BaseSolutionManager::GetISimulationSetupByID(long id, bool in
 }
 
 ISolution * BaseSolutionManager::GetISolution(AString const & name, bool includeDeleted, bool includeImported) const {
-  return Directory().Find(includeDeleted, includeImported, [&](auto const & entry) {
-    return entry.second->GetISolution(name, includeDeleted);
-  });
+  return Directory().Find(includeDeleted, includeImported,
+                          [&](auto const & entry) { return entry.second->GetISolution(name, includeDeleted); });
 }
 
 ISolution * BaseSolutionManager::GetISolutionByID(long id, bool includeDeleted, bool includeImported) const {
-  return Directory().Find(includeDeleted, includeImported, [&](auto const & entry) {
-    return entry.second->GetISolutionByID(id, includeDeleted);
-  });
+  return Directory().Find(includeDeleted, includeImported,
+                          [&](auto const & entry) { return entry.second->GetISolutionByID(id, includeDeleted); });
 }
 
 ITaskSetup * BaseSolutionManager::GetITaskSetupByID(long id) const {
@@ -215,8 +213,8 @@ ISimulationSetupForSweepwise * BaseSolutionManager::GetISimulationSetupForSweepw
   return dynamic_cast<BaseSimulationSetup *>(GetISimulationSetup(name, includeDeleted, includeImported));
 }
 
-ISimulationSetupForSweepwise *
-BaseSolutionManager::GetISimulationSetupForSweepwiseByID(long id, bool includeDeleted, bool includeImported) const {
+ISimulationSetupForSweepwise * BaseSolutionManager::GetISimulationSetupForSweepwiseByID(long id, bool includeDeleted,
+                                                                                        bool includeImported) const {
   return dynamic_cast<BaseSimulationSetup *>(GetISimulationSetupByID(id, includeDeleted, includeImported));
 }
 

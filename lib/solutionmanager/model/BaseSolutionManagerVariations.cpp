@@ -18,16 +18,39 @@ VariationIDIndex::VariationIDIndex(AString const & variation, long version, Base
     KVRO_ASSERT(!"Should pass in solnMgr to speed up VariationIDIndex compare");
 }
 
-long BaseSolutionManager::GetVariationID(AString const & variation) const {
+bool BaseSolutionManager::FindVariationID(AString const & variation, long & id) const {
   auto const exact = m_VariationIDMap.find(variation);
-  if (exact != m_VariationIDMap.end())
-    return exact->second;
-  if (auto const * const equal = m_VariationIdTable->FindEqual(m_VariationIDMap, variation))
-    return equal->second;
-  long const id = ForEdit().FetchNextUniqueIDNoWrite();
+  if (exact != m_VariationIDMap.end()) {
+    id = exact->second;
+    return true;
+  }
+  auto const * const equal = m_VariationIdTable->FindEqual(m_VariationIDMap, variation);
+  if (equal)
+    id = equal->second;
+  return equal != nullptr;
+}
+
+long BaseSolutionManager::GetVariationID(AString const & variation) const {
+  long id = id::invalidID;
+  if (FindVariationID(variation, id))
+    return id;
+  id = ForEdit().FetchNextUniqueIDNoWrite();
   AddVariationID(variation, id);
   WriteDefinitionBlock();
   return id;
+}
+
+void BaseSolutionManager::IssueVariationIDs(std::vector<AString> const & variations) {
+  bool anyNew = false;
+  for (AString const & variation : variations) {
+    long known = id::invalidID;
+    if (FindVariationID(variation, known))
+      continue;
+    AddVariationID(variation, FetchNextUniqueIDNoWrite());
+    anyNew = true;
+  }
+  if (anyNew)
+    WriteDefinitionBlock();
 }
 
 void BaseSolutionManager::AddVariationID(AString const & variation, long id) const {

@@ -31,21 +31,18 @@ ConvergenceData * BaseSimulationSetup::SetupConvData(AString const &, long, int)
   return nullptr;
 }
 
-void BaseSimulationSetup::AddConvValues(AString const &, long, ConvValues *, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
+void BaseSimulationSetup::AddConvValues(AString const &, long, ConvValues *, int) { KVRO_ASSERT(!"Not available yet"); }
 
 void BaseSimulationSetup::CreateConvData(AString const &, long, SetupConvDef const *, int) {
   KVRO_ASSERT(!"Not available yet");
 }
 
-void BaseSimulationSetup::InitConvData(AString const &, long, AString const &, AString const &, AString const &, AString const &, AString const &, AString const &, int) {
+void BaseSimulationSetup::InitConvData(AString const &, long, AString const &, AString const &, AString const &,
+                                       AString const &, AString const &, AString const &, int) {
   KVRO_ASSERT(!"Not available yet");
 }
 
-void BaseSimulationSetup::ClearConvValues(AString const &, long, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
+void BaseSimulationSetup::ClearConvValues(AString const &, long, int) { KVRO_ASSERT(!"Not available yet"); }
 
 bool BaseSimulationSetup::AnyConvData(AString const &) const {
   KVRO_ASSERT(!"Not available yet");

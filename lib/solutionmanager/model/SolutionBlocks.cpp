@@ -33,8 +33,8 @@ bool BaseSolution::WriteDefinitionBlock(io::CBlock & block) const {
   io::CBlock states(L"States");
   BaseSolutionManager const * const manager = GetSolutionMgr();
   if (ExportVariationContext const * const context = manager->GetExportVariationContext()) {
-    auto const at = m_VariationMap.find(
-        VariationIDIndex(context->designVariationKey, m_VersionID, context->designVariationID));
+    auto const at =
+        m_VariationMap.find(VariationIDIndex(context->designVariationKey, m_VersionID, context->designVariationID));
     if (at != m_VariationMap.end())
       WriteSolutionVariation(states, *at, manager);
   } else {

@@ -122,10 +122,9 @@ void ForEachText(BaseSolution::VariationMap const & map, long version, AString p
     if (text == previous)
       continue;
     previous = text;
-    BaseSolutionVariation * const entry =
-        at->first.GetVersionID() == version
-            ? at->second
-            : Find(map, VariationIDIndex(text, version, at->first.GetVariationID()));
+    BaseSolutionVariation * const entry = at->first.GetVersionID() == version
+                                              ? at->second
+                                              : Find(map, VariationIDIndex(text, version, at->first.GetVariationID()));
     if (!visit(entry))
       return;
   }

@@ -151,6 +151,9 @@ LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realName
 bool SolutionFileManager::HasDataBlock(SolutionVariationKey const & pattern) const {
   if (LoadRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
     return false;
+  // A key stands under its own packed text; the walk is for patterns and for variations written differently.
+  if (m_realToInternal.count(pattern.Pack()))
+    return true;
   return std::any_of(m_realToInternal.begin(), m_realToInternal.end(),
                      [&](auto const & item) { return item.second.key.Match(pattern); });
 }

@@ -70,3 +70,21 @@ TEST_F(VariationIDIndexTest, EqualTextsAreFoundAmongManyWithoutAWalk) {
   for (int i = 0; i < 2000; i += 97)
     EXPECT_EQ(Manager().GetVariationID(AString::Format(L"b=%d.0;a=%de0", i * 7, i)), 100000 + i);
 }
+
+TEST_F(VariationIDIndexTest, ManyIDsAreIssuedWithOneWriteOfTheTable) {
+  Manager().WriteDefinitionBlock();
+  auto const before = Manager().GetFileStats().fileBytes;
+  Manager().GetVariationID(L"a=1");
+  auto const oneWrite = Manager().GetFileStats().fileBytes - before;
+  std::vector<AString> texts;
+  for (int i = 2; i < 100; ++i)
+    texts.push_back(AString::Format(L"a=%d", i));
+  auto const beforeMany = Manager().GetFileStats().fileBytes;
+  Manager().IssueVariationIDs(texts);
+  auto const table = Manager().GetFileStats().fileBytes - beforeMany;
+  EXPECT_LT(table, 40 * oneWrite);
+  long const id = Manager().GetVariationID(L"A=57");
+  Commit();
+  Reopen();
+  EXPECT_EQ(Manager().GetVariationID(L"a = 57"), id);
+}

@@ -1,6 +1,7 @@
 #include "viewkit/library/LibraryReader.h"
 
 #include "basekit/file/FileOperations.h"
+#include "basekit/file/IFileSystem.h"
 #include "tests/viewkit/library/LibraryFixture.h"
 
 using library::LibraryReader;
@@ -118,4 +119,43 @@ TEST_F(ReaderOfLibraries, TextLibrariesArePrintable) {
   library.CommitAll(false);
   for (char const character : Bytes(Path()))
     ASSERT_TRUE(character == '\n' || (character >= ' ' && character <= '~'));
+}
+
+TEST_F(ReaderOfLibraries, ReadsOneFileByItselfWhereverItBelongs) {
+  Library library(Path(), Library::kOrdinaryMode);
+  Save(library, L"A", L"committed");
+  library.CommitAll(false);
+  Save(library, L"B", L"saved");
+  Crash(Path(), Path(L"b.qsol"));
+  LibraryReader reader;
+  ASSERT_EQ(reader.OpenAlone(PrivateOf(Path(L"b.qsol"))), 0);
+  EXPECT_FALSE(reader.PublicFacts().exists);
+  EXPECT_EQ(reader.PrivateFacts().baseCommit, [&] {
+    LibraryReader committed;
+    committed.Open(Path(), false);
+    return committed.PublicFacts().commit;
+  }());
+  EXPECT_EQ(Read(reader, L"B"), L"saved");
+  EXPECT_EQ(Read(reader, L"A"), L"<none>");
+  ASSERT_EQ(reader.OpenAlone(Path(L"b.qsol")), 0);
+  EXPECT_FALSE(reader.PrivateFacts().exists);
+  EXPECT_EQ(Read(reader, L"A"), L"committed");
+  EXPECT_EQ(reader.OpenAlone(Path(L"none")), CStreamioLibrary::kLibNotFound);
+}
+
+TEST_F(ReaderOfLibraries, AsksForTheLockOfThePrivateFileAndTakesNone) {
+  Library library(Path(), Library::kOrdinaryMode);
+  Save(library, L"A", L"one");
+  EXPECT_EQ(LibraryReader::StateOfPrivateFile(Path()), LibraryReader::PrivateFile::InUse);
+  Crash(Path(), Path(L"b.qsol"));
+  std::unique_ptr<file::IFile> file;
+  ASSERT_TRUE(file::FileSystem().Open(PrivateOf(Path(L"b.qsol")), file::OpenMode::ReadWrite, file).Ok());
+  EXPECT_EQ(LibraryReader::StateOfPrivateFile(Path(L"b.qsol")), LibraryReader::PrivateFile::LeftByCrash);
+  bool isLocked = true;
+  EXPECT_TRUE(file->AskLock(isLocked).Ok());
+  EXPECT_FALSE(isLocked);
+  ASSERT_TRUE(file->TryLock().Ok());
+  EXPECT_EQ(LibraryReader::StateOfPrivateFile(Path(L"b.qsol")), LibraryReader::PrivateFile::InUse);
+  EXPECT_TRUE(file->AskLock(isLocked).Ok());
+  EXPECT_FALSE(isLocked) << "one's own lock is not another's";
 }
