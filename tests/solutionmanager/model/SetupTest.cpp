@@ -125,8 +125,9 @@ TEST_F(SetupTest, EqualityLooksAtSweepsNotAtNames) {
   sweep->SetVariableName(L"F");
   a.AddSingleSweep(sweep);
   EXPECT_FALSE(a.IsEqual(&b));
-  support::TestSetup const shared(&Manager(), &a);
+  support::TestSetup shared(&Manager(), &a);
   EXPECT_TRUE(a.IsEqual(&shared));
+  shared.RemoveAllSweeps();
   a.RemoveAllSweeps();
 }
 
