@@ -36,6 +36,11 @@ if(SOLUTIONMANAGER_SANITIZERS)
     -fsanitize=${SOLUTIONMANAGER_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(project_options INTERFACE -fsanitize=${SOLUTIONMANAGER_SANITIZERS})
 endif()
+if(SOLUTIONMANAGER_BUILD_FUZZERS)
+  # Libraries report which branches an input reached; the fuzzers link the engine.
+  target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
