@@ -62,15 +62,30 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
   }
   for (std::string const & file : netlist.Files())
     description.files.push_back(text::FromUtf8(file));
+  for (rf::NetlistNote const & note : netlist.Notes())
+    description.notes.push_back(text::FromUtf8(note.Text()));
   description.summary = Summary(netlist, circuit, sweeps.size());
   return description;
+}
+
+// What is wrong may be wrong because the first statement was taken for the title.
+desktop::SourceDescription DescribeOrBlameTitle(rf::Netlist const & netlist) {
+  try {
+    return Describe(netlist);
+  } catch (rf::NetlistError const & refused) {
+    auto const & notes = netlist.Notes();
+    if (notes.empty() || !notes.front().IsAboutTitle())
+      throw;
+    throw rf::NetlistError({std::make_shared<std::string const>(refused.File()), refused.Line()}, refused.Thing(),
+                           refused.Message(), refused.Remedy() + "; note: " + notes.front().message);
+  }
 }
 
 } // namespace
 
 bool DescribeNetlist(LongFileName const & file, desktop::SourceDescription & description, AString & error) {
   try {
-    description = Describe(rf::ReadNetlist(text::ToUtf8(file.FilePath())));
+    description = DescribeOrBlameTitle(rf::ReadNetlist(text::ToUtf8(file.FilePath())));
     return true;
   } catch (rf::NetlistError const & refused) {
     error = text::FromUtf8(refused.what());

@@ -104,6 +104,21 @@ TEST_F(NetlistSource, TellsOfTransientsThatAreLeftOut) {
             L"2 ports, 1 element, 1 sweep (1 .tran line left out)");
 }
 
+TEST_F(NetlistSource, HandsOnTheNotesOfTheReader) {
+  auto const file = Write("R1 in out 50\n" + kTwoPorts + ".sp lin 11 1g 2g\n.temp 27\n.tran 1n 1u\n");
+  EXPECT_EQ(Source(file).notes,
+            (std::vector<AString>{Wide(file) + L":6: .temp: ignored",
+                                  Wide(file) + L":7: .tran: ignored; .sp sweeps alone are solved"}));
+}
+
+TEST_F(NetlistSource, WhoseFirstPortIsTakenForTheTitleIsRefusedWithThatNote) {
+  auto const file = WriteFile(m_folder / "test.cir", kTwoPorts + "R1 in out 50\nR2 in 0 50\n.sp lin 11 1g 2g\n");
+  EXPECT_EQ(ErrorOfSource(file),
+            file.string() + ":2: V2: it is port 2, but there is no port 1; number the ports 1, 2, 3, ... without gaps; "
+                            "note: line 1 is the title and is not read, though it looks like a statement; put a title "
+                            "line in front of it");
+}
+
 TEST_F(NetlistSource, WithoutPortsIsRefusedWithARemedy) {
   auto const file = Write("R1 in 0 50\n.sp lin 11 1g 2g\n");
   EXPECT_EQ(ErrorOfSource(file), file.string() + ": circuit: it has no ports; add voltage sources such as 'V1 in 0 dc "
