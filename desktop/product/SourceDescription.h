@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-/// A design variable that a source defines, with its value as it was written.
+/// A design variable that a source defines, with its value as variations are to show it.
 struct SourceVariable {
   AString name;
   AString value;

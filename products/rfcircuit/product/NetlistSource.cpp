@@ -1,8 +1,8 @@
 #include "products/rfcircuit/product/NetlistSource.h"
 
 #include "basekit/file/LongFileName.h"
+#include "basekit/text/NumberText.h"
 #include "basekit/text/Utf8.h"
-#include "basekit/value/units/QuantityText.h"
 #include "desktop/product/SourceDescription.h"
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
@@ -12,16 +12,9 @@
 namespace rfcircuit {
 namespace {
 
-// Netlists and variation texts read suffixes differently (2.4g is 2.4e9 here and grams there): a value is kept as it
-// was written only where both mean the same number.
+// A point has one text whether its values come from the netlist, were set or swept: the shortest plain number.
 AString VariableText(rf::DesignVariable const & variable) {
-  AString const written = text::FromUtf8(variable.text);
-  val::Quantity read;
-  if (val::ParseQuantity(written.View(), read) && !read.isComplex && read.real == variable.value)
-    return written;
-  read = {};
-  read.real = variable.value;
-  return val::QuantityText(read);
+  return text::FromUtf8(text::ShortestReal(variable.value == 0 ? 0.0 : variable.value));
 }
 
 AString Counted(std::size_t count, AString const & thing) {
