@@ -34,6 +34,16 @@ rf::SourcePosition MainFile(rf::Netlist const & netlist) {
   return {std::make_shared<std::string const>(netlist.FileName()), 0};
 }
 
+[[noreturn]] void RefuseWithoutSweep(rf::Netlist const & netlist) {
+  for (rf::NetlistNote const & note : netlist.Notes()) {
+    if (note.thing == ".ac") // its numbers mean the same to .sp
+      throw rf::NetlistError(note.where, note.thing, "there is no sweep to solve, as .ac lines are ignored",
+                             "write '.sp" + note.statement.substr(note.thing.size()) + "' instead");
+  }
+  throw rf::NetlistError(MainFile(netlist), ".sp", "there is no sweep to solve",
+                         "add a line such as '.sp lin 101 1meg 1g'");
+}
+
 desktop::SourceDescription Describe(rf::Netlist const & netlist) {
   rf::Circuit const circuit = rf::Elaborate(netlist);
   if (circuit.Ports().empty())
@@ -41,8 +51,7 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
                            "add voltage sources such as 'V1 in 0 dc 0 ac 1 portnum 1 z0 50'");
   std::vector<rf::SweepLine> const sweeps = netlist.Sweeps();
   if (sweeps.empty())
-    throw rf::NetlistError(MainFile(netlist), ".sp", "there is no sweep to solve",
-                           "add a line such as '.sp lin 101 1meg 1g'");
+    RefuseWithoutSweep(netlist);
   desktop::SourceDescription description;
   for (rf::DesignVariable const & variable : netlist.DesignVariables())
     description.variables.push_back({text::FromUtf8(variable.name), VariableText(variable)});

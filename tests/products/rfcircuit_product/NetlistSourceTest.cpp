@@ -26,7 +26,9 @@ std::vector<Example> const & Examples() {
       {"attenuator/attenuator.cir", L"2 ports, 6 elements, 1 sweep", {{L"attenuation", L"10"}}},
       {"branchline/branchline.cir", L"4 ports, 4 elements, 1 sweep", {{L"f0", L"2.4e+09"}, {L"zline", L"50"}}},
       {"lowpass/lowpass.cir", L"2 ports, 7 elements, 1 sweep", {{L"cscale", L"1"}, {L"lscale", L"1"}}},
-      {"sallenkey/sallenkey.cir", L"2 ports, 6 elements, 1 sweep", {{L"gain", L"1e+05"}, {L"r", L"1000"}, {L"c", L"1e-09"}}},
+      {"sallenkey/sallenkey.cir",
+       L"2 ports, 6 elements, 1 sweep",
+       {{L"gain", L"1e+05"}, {L"r", L"1000"}, {L"c", L"1e-09"}}},
       {"transformer/transformer.cir",
        L"2 ports, 2 elements, 1 sweep",
        {{L"coupling", L"0.98"}, {L"lprimary", L"1e-06"}, {L"lsecondary", L"4e-06"}}}};
@@ -130,6 +132,12 @@ TEST_F(NetlistSource, WithoutASweepIsRefusedWithARemedy) {
   auto const file = Write("R1 in out 50\n" + kTwoPorts);
   EXPECT_EQ(ErrorOfSource(file),
             file.string() + ": .sp: there is no sweep to solve; add a line such as '.sp lin 101 1meg 1g'");
+}
+
+TEST_F(NetlistSource, WithAnAcLineForASweepIsRefusedWithTheLineToWrite) {
+  auto const file = Write("R1 in out 50\n" + kTwoPorts + ".AC dec 10 1k 1meg\n");
+  EXPECT_EQ(ErrorOfSource(file), file.string() + ":5: .ac: there is no sweep to solve, as .ac lines are ignored; write "
+                                                 "'.sp dec 10 1k 1meg' instead");
 }
 
 TEST_F(NetlistSource, ThatCanNotBeReadGivesTheReadersOneLine) {
