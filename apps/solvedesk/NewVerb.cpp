@@ -44,6 +44,11 @@ int MakeProject(NewWords const & words) {
     variables.push_back({{"name", Utf8(variable->GetName())}, {"value", Utf8(variable->GetValueText())}});
   for (auto const & [id, setup] : session->GetManager().GetSetups())
     setups.push_back(Utf8(setup->GetName()));
+  nlohmann::ordered_json notes = nlohmann::ordered_json::array();
+  for (AString const & note : session->GetNotices()) {
+    PrintMessage("note: " + Utf8(note));
+    notes.push_back(Utf8(note));
+  }
   std::string const text = fmt::format("{}: made from {}; design variables: {}, setups: {}\n", Utf8(path),
                                        words.netlist, variables.size(), setups.size());
   PrintResult(words.output, text,
@@ -51,7 +56,8 @@ int MakeProject(NewWords const & words) {
                {"netlist", words.netlist},
                {"product", words.product},
                {"variables", variables},
-               {"setups", setups}});
+               {"setups", setups},
+               {"notes", notes}});
   return 0;
 }
 

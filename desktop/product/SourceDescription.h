@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-/// A design variable that a source defines, with its value as it was written.
+/// A design variable that a source defines, with its value as variations are to show it.
 struct SourceVariable {
   AString name;
   AString value;
@@ -28,6 +28,8 @@ struct SourceDescription {
   std::vector<AString> files;
   /// One line for people: "2 ports, 9 elements".
   AString summary;
+  /// What the source holds that may surprise its writer, one line each, with its place: "a.cir:7: .temp: ignored".
+  std::vector<AString> notes;
 };
 
 } // namespace desktop

@@ -56,7 +56,8 @@ public:
   /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
-  /// What opening had to tell: a recovery, files set aside.  One line each, for people.
+  /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
+  /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
   /// The real names (packed keys) of all blocks of the committed library; what is not among them is not saved yet.
   std::set<AString> GetCommittedBlocks() const;

@@ -70,6 +70,7 @@ void Session::ReadSource(AString const & sourceFile, SourceDescription & descrip
   for (AString const & file : description.files)
     files.push_back(SourceFile::Read(file, m_project->GetFolder()));
   m_project->SetSourceFiles(files);
+  m_notices = description.notes;
 }
 
 void Session::MakeProject(AString const & designName, SourceDescription const & description) {

@@ -19,6 +19,14 @@ class Documents(DeskTest):
         files = self.document('touchstone', 'p', '--to', 'out')['files']
         self.assertEqual([sorted(file) for file in files], [['file', 'setup', 'variation']])
 
+    def test_new_notes_what_it_did_not_read(self):
+        write('c.cir', SMALL.replace('.sp', '.temp 27\n.sp'))
+        done = self.run_desk('new', 'p', '--netlist', 'c.cir')
+        self.assertEqual(done.stderr, 'solvedesk: note: c.cir:6: .temp: ignored\n')
+        self.assertEqual(self.document('new', 'q', '--netlist', 'c.cir')['notes'], ['c.cir:6: .temp: ignored'])
+        write('d.cir', SMALL)
+        self.assertEqual(self.document('new', 'r', '--netlist', 'd.cir')['notes'], [])
+
     def test_info_tells_sweeps_and_the_state_of_each_variation(self):
         self.small_project()
         self.run_desk('solve', 'small')

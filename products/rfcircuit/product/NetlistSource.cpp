@@ -1,8 +1,8 @@
 #include "products/rfcircuit/product/NetlistSource.h"
 
 #include "basekit/file/LongFileName.h"
+#include "basekit/text/NumberText.h"
 #include "basekit/text/Utf8.h"
-#include "basekit/value/units/QuantityText.h"
 #include "desktop/product/SourceDescription.h"
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
@@ -12,16 +12,9 @@
 namespace rfcircuit {
 namespace {
 
-// Netlists and variation texts read suffixes differently (2.4g is 2.4e9 here and grams there): a value is kept as it
-// was written only where both mean the same number.
+// A point has one text whether its values come from the netlist, were set or swept: the shortest plain number.
 AString VariableText(rf::DesignVariable const & variable) {
-  AString const written = text::FromUtf8(variable.text);
-  val::Quantity read;
-  if (val::ParseQuantity(written.View(), read) && !read.isComplex && read.real == variable.value)
-    return written;
-  read = {};
-  read.real = variable.value;
-  return val::QuantityText(read);
+  return text::FromUtf8(text::ShortestReal(variable.value == 0 ? 0.0 : variable.value));
 }
 
 AString Counted(std::size_t count, AString const & thing) {
@@ -41,6 +34,16 @@ rf::SourcePosition MainFile(rf::Netlist const & netlist) {
   return {std::make_shared<std::string const>(netlist.FileName()), 0};
 }
 
+[[noreturn]] void RefuseWithoutSweep(rf::Netlist const & netlist) {
+  for (rf::NetlistNote const & note : netlist.Notes()) {
+    if (note.thing == ".ac") // its numbers mean the same to .sp
+      throw rf::NetlistError(note.where, note.thing, "there is no sweep to solve, as .ac lines are ignored",
+                             "write '.sp" + note.statement.substr(note.thing.size()) + "' instead");
+  }
+  throw rf::NetlistError(MainFile(netlist), ".sp", "there is no sweep to solve",
+                         "add a line such as '.sp lin 101 1meg 1g'");
+}
+
 desktop::SourceDescription Describe(rf::Netlist const & netlist) {
   rf::Circuit const circuit = rf::Elaborate(netlist);
   if (circuit.Ports().empty())
@@ -48,8 +51,7 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
                            "add voltage sources such as 'V1 in 0 dc 0 ac 1 portnum 1 z0 50'");
   std::vector<rf::SweepLine> const sweeps = netlist.Sweeps();
   if (sweeps.empty())
-    throw rf::NetlistError(MainFile(netlist), ".sp", "there is no sweep to solve",
-                           "add a line such as '.sp lin 101 1meg 1g'");
+    RefuseWithoutSweep(netlist);
   desktop::SourceDescription description;
   for (rf::DesignVariable const & variable : netlist.DesignVariables())
     description.variables.push_back({text::FromUtf8(variable.name), VariableText(variable)});
@@ -62,15 +64,30 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
   }
   for (std::string const & file : netlist.Files())
     description.files.push_back(text::FromUtf8(file));
+  for (rf::NetlistNote const & note : netlist.Notes())
+    description.notes.push_back(text::FromUtf8(note.Text()));
   description.summary = Summary(netlist, circuit, sweeps.size());
   return description;
+}
+
+// What is wrong may be wrong because the first statement was taken for the title.
+desktop::SourceDescription DescribeOrBlameTitle(rf::Netlist const & netlist) {
+  try {
+    return Describe(netlist);
+  } catch (rf::NetlistError const & refused) {
+    auto const & notes = netlist.Notes();
+    if (notes.empty() || !notes.front().IsAboutTitle())
+      throw;
+    throw rf::NetlistError({std::make_shared<std::string const>(refused.File()), refused.Line()}, refused.Thing(),
+                           refused.Message(), refused.Remedy() + "; note: " + notes.front().message);
+  }
 }
 
 } // namespace
 
 bool DescribeNetlist(LongFileName const & file, desktop::SourceDescription & description, AString & error) {
   try {
-    description = Describe(rf::ReadNetlist(text::ToUtf8(file.FilePath())));
+    description = DescribeOrBlameTitle(rf::ReadNetlist(text::ToUtf8(file.FilePath())));
     return true;
   } catch (rf::NetlistError const & refused) {
     error = text::FromUtf8(refused.what());

@@ -8,6 +8,8 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
+
 namespace rfcircuit {
 namespace {
 
@@ -55,8 +57,10 @@ bool ExportTouchstone(RfVariation const & variation, LongFileName const & fileWi
   NetworkData const & data = variation.GetData();
   std::string const path = text::ToUtf8(fileWithoutExtension.FilePath()) + rf::TouchstoneExtension(data.Ports().size());
   if (std::string const differing = DifferingPorts(data); !differing.empty()) {
-    error = text::FromUtf8(path + ": " + differing +
-                           ", a Touchstone file has one reference for all; give the ports of the netlist one z0");
+    // The file's name alone: its folder may be one that files are gathered in before they go where they are wanted.
+    error = text::FromUtf8(std::filesystem::path(path).filename().string() +
+                           ": a Touchstone file of version 1 holds one reference impedance for all ports, but " +
+                           differing + "; give all ports of the netlist the same z0");
     return false;
   }
   rf::TouchstoneOptions options;

@@ -24,12 +24,14 @@ struct Example {
 std::vector<Example> const & Examples() {
   static std::vector<Example> const examples{
       {"attenuator/attenuator.cir", L"2 ports, 6 elements, 1 sweep", {{L"attenuation", L"10"}}},
-      {"branchline/branchline.cir", L"4 ports, 4 elements, 1 sweep", {{L"f0", L"2.4g"}, {L"zline", L"50"}}},
-      {"lowpass/lowpass.cir", L"2 ports, 7 elements, 1 sweep", {{L"cscale", L"1.0"}, {L"lscale", L"1.0"}}},
-      {"sallenkey/sallenkey.cir", L"2 ports, 6 elements, 1 sweep", {{L"gain", L"1e5"}, {L"r", L"1k"}, {L"c", L"1n"}}},
+      {"branchline/branchline.cir", L"4 ports, 4 elements, 1 sweep", {{L"f0", L"2.4e+09"}, {L"zline", L"50"}}},
+      {"lowpass/lowpass.cir", L"2 ports, 7 elements, 1 sweep", {{L"cscale", L"1"}, {L"lscale", L"1"}}},
+      {"sallenkey/sallenkey.cir",
+       L"2 ports, 6 elements, 1 sweep",
+       {{L"gain", L"1e+05"}, {L"r", L"1000"}, {L"c", L"1e-09"}}},
       {"transformer/transformer.cir",
        L"2 ports, 2 elements, 1 sweep",
-       {{L"coupling", L"0.98"}, {L"lprimary", L"1u"}, {L"lsecondary", L"4u"}}}};
+       {{L"coupling", L"0.98"}, {L"lprimary", L"1e-06"}, {L"lsecondary", L"4e-06"}}}};
   return examples;
 }
 
@@ -72,12 +74,13 @@ TEST_F(NetlistSource, GivesVariablesTheVeryNumberOfTheNetlist) {
   }
 }
 
-TEST_F(NetlistSource, RewritesValuesWhoseSuffixMeansSomethingElseInAVariation) {
-  auto const source = Source(Write(".param a=1F b=3m c=2.4g\nR1 in out 50\n" + kTwoPorts + ".sp lin 11 1g 2g\n"));
-  ASSERT_EQ(source.variables.size(), 3u);
-  EXPECT_EQ(source.variables[0].value, L"1e-15"); // not a farad
-  EXPECT_EQ(source.variables[1].value, L"0.003"); // not three metres
-  EXPECT_EQ(source.variables[2].value, L"2.4g");
+TEST_F(NetlistSource, GivesVariablesTheShortestPlainNumberHoweverTheyAreWritten) {
+  auto const source =
+      Source(Write(".param a=1F b=3m c={+1.00} d=-0 e=0.1000\nR1 in out 50\n" + kTwoPorts + ".sp lin 11 1g 2g\n"));
+  std::vector<AString> values;
+  for (auto const & variable : source.variables)
+    values.push_back(variable.value);
+  EXPECT_EQ(values, (std::vector<AString>{L"1e-15", L"0.003", L"1", L"0", L"0.1"}));
 }
 
 TEST_F(NetlistSource, GivesOneSetupForEachSweepInTheOrderOfTheFile) {
@@ -104,6 +107,21 @@ TEST_F(NetlistSource, TellsOfTransientsThatAreLeftOut) {
             L"2 ports, 1 element, 1 sweep (1 .tran line left out)");
 }
 
+TEST_F(NetlistSource, HandsOnTheNotesOfTheReader) {
+  auto const file = Write("R1 in out 50\n" + kTwoPorts + ".sp lin 11 1g 2g\n.temp 27\n.tran 1n 1u\n");
+  EXPECT_EQ(Source(file).notes,
+            (std::vector<AString>{Wide(file) + L":6: .temp: ignored",
+                                  Wide(file) + L":7: .tran: ignored; .sp sweeps alone are solved"}));
+}
+
+TEST_F(NetlistSource, WhoseFirstPortIsTakenForTheTitleIsRefusedWithThatNote) {
+  auto const file = WriteFile(m_folder / "test.cir", kTwoPorts + "R1 in out 50\nR2 in 0 50\n.sp lin 11 1g 2g\n");
+  EXPECT_EQ(ErrorOfSource(file),
+            file.string() + ":2: V2: it is port 2, but there is no port 1; number the ports 1, 2, 3, ... without gaps; "
+                            "note: line 1 is the title and is not read, though it looks like a statement; put a title "
+                            "line in front of it");
+}
+
 TEST_F(NetlistSource, WithoutPortsIsRefusedWithARemedy) {
   auto const file = Write("R1 in 0 50\n.sp lin 11 1g 2g\n");
   EXPECT_EQ(ErrorOfSource(file), file.string() + ": circuit: it has no ports; add voltage sources such as 'V1 in 0 dc "
@@ -114,6 +132,12 @@ TEST_F(NetlistSource, WithoutASweepIsRefusedWithARemedy) {
   auto const file = Write("R1 in out 50\n" + kTwoPorts);
   EXPECT_EQ(ErrorOfSource(file),
             file.string() + ": .sp: there is no sweep to solve; add a line such as '.sp lin 101 1meg 1g'");
+}
+
+TEST_F(NetlistSource, WithAnAcLineForASweepIsRefusedWithTheLineToWrite) {
+  auto const file = Write("R1 in out 50\n" + kTwoPorts + ".AC dec 10 1k 1meg\n");
+  EXPECT_EQ(ErrorOfSource(file), file.string() + ":5: .ac: there is no sweep to solve, as .ac lines are ignored; write "
+                                                 "'.sp dec 10 1k 1meg' instead");
 }
 
 TEST_F(NetlistSource, ThatCanNotBeReadGivesTheReadersOneLine) {

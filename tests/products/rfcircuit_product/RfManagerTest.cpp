@@ -15,7 +15,7 @@ using rfcircuit::RfSetup;
 namespace {
 
 std::string const kLowpass = "lowpass/lowpass.cir";
-AString const kNominal = L"cscale=1.0; lscale=1.0";
+AString const kNominal = L"cscale=1; lscale=1";
 
 class RfManager : public RfProductTest {};
 

@@ -5,6 +5,7 @@
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
 
 #include <algorithm>
+#include <optional>
 #include <system_error>
 
 namespace rf {
@@ -45,18 +46,25 @@ void IncludeReader::NoteFile(std::string const & name) {
 
 void IncludeReader::Feed(std::string const & text, std::filesystem::path const & path, int skipLines) {
   m_Open.push_back(Identity(path));
-  bool inControl = false;
+  std::optional<SourcePosition> control;
   for (LogicalLine const & line : SplitIntoStatements(text, path.string(), skipLines)) {
     std::string const word = FirstWord(line);
     if (word == ".end")
       break;
-    if (inControl || word == ".control")
-      inControl = word != ".endc";
-    else if (word == ".include" || word == ".inc")
+    if (control) {
+      if (word == ".endc")
+        control.reset();
+      continue;
+    }
+    if (word == ".control")
+      control = line.Start();
+    if (word == ".include" || word == ".inc")
       Include(line, path);
     else
       m_Receiver(line, m_Open.size() == 1);
   }
+  if (control)
+    throw NetlistError(*control, ".control", "the script is not closed", "end it with .endc");
   m_Open.pop_back();
 }
 

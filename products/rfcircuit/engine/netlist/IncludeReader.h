@@ -12,7 +12,7 @@ namespace rf {
 
 /** Feeds the statements of a file and of all that it includes to a receiver, in order.
     Includes are looked up beside the file that includes them; circles, deep nesting and an excess of text are refused.
-    `.control` blocks are another program's script and passed over; `.end` ends the file it stands in. */
+    Of a `.control` block, another program's script, the first line alone is fed; `.end` ends the file it stands in. */
 class IncludeReader {
 public:
   using Receiver = std::function<void(LogicalLine const & line, bool inMainFile)>;

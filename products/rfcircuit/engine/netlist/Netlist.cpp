@@ -32,6 +32,8 @@ FrequencySweep EvaluateSweep(SweepStatement const & statement, ParameterScope & 
 
 } // namespace
 
+std::string NetlistNote::Text() const { return DiagnosticLine(where, thing, message, {}); }
+
 Netlist::Netlist(std::shared_ptr<NetlistContent const> content) : m_Content(std::move(content)) {}
 
 std::string const & Netlist::Title() const { return m_Content->title; }
@@ -39,6 +41,7 @@ std::string const & Netlist::FileName() const { return m_Content->files.front();
 std::vector<std::string> const & Netlist::Files() const { return m_Content->files; }
 std::vector<DesignVariable> const & Netlist::DesignVariables() const { return m_Content->designVariables; }
 std::vector<TransientLine> const & Netlist::Transients() const { return m_Content->transients; }
+std::vector<NetlistNote> const & Netlist::Notes() const { return m_Content->notes; }
 
 std::vector<SweepLine> Netlist::Sweeps(Overrides const & overrides) const {
   ParameterScope scope(*m_Content, overrides);

@@ -38,6 +38,19 @@ struct TransientLine {
   SourcePosition where;
 };
 
+/** What was read but does nothing, and may surprise its writer: a command for other analyses, once for each kind, or a
+    title that looks like a statement (its `thing` is empty). */
+struct NetlistNote {
+  SourcePosition where;
+  std::string thing; ///< the command: `.temp`
+  std::string message;
+  std::string statement; ///< the whole line
+
+  bool IsAboutTitle() const { return thing.empty(); }
+  /** One line, `FILE:LINE: thing: message`. */
+  std::string Text() const;
+};
+
 /** A netlist as read: parsed, not yet evaluated.  Immutable; copies share their content. */
 class Netlist {
 public:
@@ -51,6 +64,8 @@ public:
   /** In the order of the file. */
   std::vector<DesignVariable> const & DesignVariables() const;
   std::vector<TransientLine> const & Transients() const;
+  /** The one about the title first, then in the order of the file. */
+  std::vector<NetlistNote> const & Notes() const;
 
   /** The frequency sweeps, in the order of the file; their numbers may be expressions of the design variables. */
   std::vector<SweepLine> Sweeps(Overrides const & overrides = {}) const;

@@ -16,6 +16,7 @@ struct NetlistContent {
   std::vector<SweepStatement> sweeps;
   std::vector<TransientLine> transients;
   std::vector<DesignVariable> designVariables;
+  std::vector<NetlistNote> notes;
 };
 
 } // namespace rf

@@ -14,8 +14,10 @@ std::string OnOneLine(std::string const & text) {
   return text.size() > LONGEST ? shown + "..." : shown;
 }
 
-std::string OneLine(SourcePosition const & where, std::string const & thing, std::string const & message,
-                    std::string const & remedy) {
+} // namespace
+
+std::string DiagnosticLine(SourcePosition const & where, std::string const & thing, std::string const & message,
+                           std::string const & remedy) {
   std::string text = where.FileName();
   if (where.line > 0)
     text += (text.empty() ? "line " : ":") + std::to_string(where.line);
@@ -27,10 +29,8 @@ std::string OneLine(SourcePosition const & where, std::string const & thing, std
   return remedy.empty() ? text : text + "; " + OnOneLine(remedy);
 }
 
-} // namespace
-
 NetlistError::NetlistError(SourcePosition where, std::string thing, std::string message, std::string remedy)
-    : std::runtime_error(OneLine(where, thing, message, remedy)), m_Where(std::move(where)), m_Thing(std::move(thing)),
-      m_Message(std::move(message)), m_Remedy(std::move(remedy)) {}
+    : std::runtime_error(DiagnosticLine(where, thing, message, remedy)), m_Where(std::move(where)),
+      m_Thing(std::move(thing)), m_Message(std::move(message)), m_Remedy(std::move(remedy)) {}
 
 } // namespace rf

@@ -7,8 +7,12 @@
 
 namespace rf {
 
+/** `FILE:LINE: thing: what is wrong; remedy` on one line; parts that are not known are left out. */
+std::string DiagnosticLine(SourcePosition const & where, std::string const & thing, std::string const & message,
+                           std::string const & remedy);
+
 /** The one exception of reading, elaborating and analysing a circuit.
-    what() is one line, `FILE:LINE: thing: what is wrong; remedy`; parts that are not known are left out. */
+    what() is a DiagnosticLine. */
 class NetlistError : public std::runtime_error {
 public:
   NetlistError(SourcePosition where, std::string thing, std::string message, std::string remedy);

@@ -4,8 +4,10 @@
 #include "products/rfcircuit/engine/netlist/LineCursor.h"
 #include "products/rfcircuit/engine/netlist/NetlistContent.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
+#include "products/rfcircuit/engine/netlist/SourceText.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace rf {
 namespace {
@@ -20,9 +22,10 @@ bool IsParameterName(std::string const & name) {
 }
 
 bool IsForOtherAnalyses(std::string const & word) {
-  static char const * const words[] = {".ac",   ".dc",    ".op",    ".noise",   ".tf",      ".pz",      ".four",
-                                       ".meas", ".print", ".plot",  ".save",    ".probe",   ".options", ".option",
-                                       ".temp", ".ic",    ".width", ".nodeset", ".measure", ".title",   ".endc"};
+  static char const * const words[] = {".ac",      ".dc",     ".op",    ".noise",  ".tf",    ".pz",
+                                       ".four",    ".meas",   ".print", ".plot",   ".save",  ".probe",
+                                       ".options", ".option", ".temp",  ".ic",     ".width", ".nodeset",
+                                       ".measure", ".title",  ".endc",  ".control"};
   return std::find(std::begin(words), std::end(words), word) != std::end(words);
 }
 
@@ -76,12 +79,26 @@ private:
     else if (word == ".sp")
       Sweep(cursor, line);
     else if (word == ".tran")
-      m_Content->transients.push_back({line.text, line.Start()});
+      Transient(line);
     else if (word == ".global")
       GlobalNodes(cursor);
-    else if (!IsForOtherAnalyses(word))
+    else if (IsForOtherAnalyses(word))
+      NoteOnce(word, word == ".control" ? "ignored up to .endc" : "ignored", line);
+    else
       throw NetlistError(line.Start(), word, "unknown command",
-                         "known are .param, .subckt, .ends, .include, .sp, .tran, .global and .end");
+                         "known are .param, .subckt, .ends, .include, .sp, .global and .end");
+  }
+
+  void Transient(LogicalLine const & line) {
+    m_Content->transients.push_back({line.text, line.Start()});
+    NoteOnce(".tran", "ignored; .sp sweeps alone are solved", line);
+  }
+
+  void NoteOnce(std::string const & word, std::string const & message, LogicalLine const & line) {
+    auto & notes = m_Content->notes;
+    bool const isNoted = std::any_of(notes.begin(), notes.end(), [&](auto const & note) { return note.thing == word; });
+    if (!isNoted)
+      notes.push_back({line.Start(), word, message, line.text});
   }
 
   void Parameters(LineCursor & cursor, LogicalLine const & line, bool inMainFile) {
@@ -191,15 +208,51 @@ private:
   std::map<std::string, SourcePosition> m_TopElementNames;
 };
 
+bool IsElementWithNumbers(LogicalLine const & line) {
+  try {
+    ElementStatement const element = ReadElement(line);
+    bool const isExpression = line.text.find('{') != std::string::npos;
+    return !element.values.empty() &&
+           (isExpression || std::all_of(element.values.begin(), element.values.end(),
+                                        [](auto const & value) { return value.expression.PlainNumber().has_value(); }));
+  } catch (NetlistError const &) {
+    return false; // words for people
+  }
+}
+
+// A title is any text.  One that is a command or an element was hardly meant as a title, and without it the circuit is
+// another one: a command is refused, an element is noted, as a title of three words may look like one by chance.
+std::optional<NetlistNote> CheckTitle(std::string const & title, std::string const & fileName) {
+  if (title.empty() || title[0] == '+')
+    return std::nullopt;
+  auto const lines = SplitIntoStatements(title, fileName, 0);
+  if (lines.empty())
+    return std::nullopt;
+  std::string const word = Folded(LineCursor(lines[0]).Word());
+  if (word.size() > 1 && word[0] == '.' && IsLetter(word[1]) && word != ".title")
+    throw NetlistError(lines[0].Start(), word, "line 1 is the title and is not read, though it looks like a statement",
+                       "put a title line in front of it");
+  if (!IsElementWithNumbers(lines[0]))
+    return std::nullopt;
+  return NetlistNote{lines[0].Start(),
+                     {},
+                     "line 1 is the title and is not read, though it looks like a statement; put a title line in "
+                     "front of it",
+                     title};
+}
+
 } // namespace
 
 Netlist ReadNetlistText(std::string const & text, std::string const & fileName) {
+  auto const titleNote = CheckTitle(FirstLine(text), fileName);
   ContentBuilder builder;
   IncludeReader reader([&](LogicalLine const & line, bool inMainFile) { builder.Take(line, inMainFile); });
   std::string const title = reader.FeedMain(text, fileName);
   auto const content = builder.Finish();
   content->title = title;
   content->files = reader.Files();
+  if (titleNote)
+    content->notes.insert(content->notes.begin(), *titleNote);
   Netlist const netlist(content);
   netlist.Sweeps(); // a senseless sweep is told at once
   return netlist;

@@ -90,7 +90,19 @@ TEST(BadNetlist, UnknownElement) {
 
 TEST(BadNetlist, UnknownCommand) {
   EXPECT_EQ(ErrorOfReading(".model d d\n"), "test.cir:2: .model: unknown command; known are .param, .subckt, .ends, "
-                                            ".include, .sp, .tran, .global and .end");
+                                            ".include, .sp, .global and .end");
+}
+
+TEST(BadNetlist, ACommandInTheTitleLine) {
+  EXPECT_EQ(ErrorOf([] { rf::ReadNetlistText(".PARAM r=5\nR1 a 0 {r}\n", "x.cir"); }),
+            "x.cir:1: .param: line 1 is the title and is not read, though it looks like a statement; put a title line "
+            "in front of it");
+}
+
+TEST(BadNetlist, AScriptThatIsNotClosed) {
+  EXPECT_EQ(ErrorOfReading("R1 a 0 1\n.control\nrun\n.end\n"),
+            "test.cir:3: .control: the script is not closed; end it with .endc");
+  EXPECT_EQ(ErrorOfReading(".control\n"), "test.cir:2: .control: the script is not closed; end it with .endc");
 }
 
 TEST(BadNetlist, TooFewNodes) {

@@ -53,6 +53,38 @@ TEST(NetlistReader, ScriptsAndOtherAnalysesArePassedOver) {
             (Values{5}));
 }
 
+std::vector<std::string> NotesOf(std::string const & text) {
+  std::vector<std::string> lines;
+  auto const netlist = rf::ReadNetlistText(text, "x.cir");
+  for (rf::NetlistNote const & note : netlist.Notes())
+    lines.push_back(note.Text());
+  return lines;
+}
+
+using Notes = std::vector<std::string>;
+
+TEST(NetlistReader, CommandsThatAreIgnoredAreNotedOnceForEachKind) {
+  EXPECT_EQ(NotesOf("t\n.temp 27\nR1 a 0 5\n.AC dec 10 1 1k\n.temp 30\n.tran 1n 1u\n.control\nrun\n.temp\n.endc\n"),
+            (Notes{"x.cir:2: .temp: ignored", "x.cir:4: .ac: ignored",
+                   "x.cir:6: .tran: ignored; .sp sweeps alone are solved", "x.cir:7: .control: ignored up to .endc"}));
+  EXPECT_EQ(NotesOf("t\n.param a=1\nR1 a 0 {a}\n.sp lin 2 1 2\n.global b\n.end\n"), Notes{});
+}
+
+TEST(NetlistReader, ATitleThatIsAnElementWithNumbersIsNoted) {
+  std::string const note = "x.cir:1: line 1 is the title and is not read, though it looks like a statement; put a "
+                           "title line in front of it";
+  for (char const * title : {"C1 in 0 10p", "  l2 a b 1n ; series", "V1 in 0 dc 0 ac 1 portnum 1 z0 50", "R1 a 0 {2*r}",
+                             "T1 a 0 b 0 z0=50 td=1n"})
+    EXPECT_EQ(NotesOf(std::string(title) + "\nR1 a 0 5\n"), Notes{note}) << title;
+}
+
+TEST(NetlistReader, ATitleOfWordsIsNotNoted) {
+  for (char const * title :
+       {"", "R1 is my title", "Low-pass filter: 7th-order Chebyshev, 0.1 dB ripple", "* C1 in 0 10p", "; R1 a 0 5",
+        "+ 5", "...", ".5 dB filter", ".title a filter", "X1 a b part", "\"quoted"})
+    EXPECT_EQ(NotesOf(std::string(title) + "\nR1 a 0 5\n"), Notes{}) << title;
+}
+
 TEST(NetlistReader, ParametersInAnyOrderAndForm) {
   EXPECT_EQ(Resistances("R1 a 0 {c}\nR2 a 0 'a+1'\nR3 a 0 b\nR4 a 0 R={a}\nR5 a 0 r = a * 3\nR6 a 0 \"a*5\"\n"
                         ".param a=2 b = {a*2} c='a + b' d=a + b e=1\nR7 a 0 {d}\n"),
