@@ -4,13 +4,16 @@
 #include "apps/solvedesk/SolveListener.h"
 #include "apps/solvedesk/VaryGrid.h"
 #include "apps/solvedesk/Verbs.h"
+#include "basekit/id/Id.h"
 #include "basekit/message/MessageManager.h"
 #include "basekit/message/MessageQueueRestorer.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -29,6 +32,7 @@ struct SolveWords {
   std::vector<std::string> vary;
   int jobs = 0;
   double timeLimit = 3600;
+  bool again = false;
   bool noSave = false;
   bool events = false;
   OutputOptions output;
@@ -94,8 +98,20 @@ int Request(BaseSimulationSetup const & setup, desktop::DesignInstance & instanc
   return setup.StartSingleSimulation(&instance, 0, 0, nullptr);
 }
 
+// All solutions of the setup, valid or not: what stands in the library gives way to what is solved.
+int RequestAnew(BaseSimulationSetup const & setup, desktop::DesignInstance & instance, desktop::SolveQueue & queue) {
+  std::vector<long> solutionIDs;
+  for (auto const & [id, solution] : setup.GetSolutions())
+    solutionIDs.push_back(id);
+  std::vector<SolutionVariationKey> keys;
+  setup.GetSolutionVariationKeysForSolve(keys, instance.GetVariationKey(), &solutionIDs);
+  long const noParent = id::invalidID;
+  return queue.SubmitSolve(&instance, keys, nullptr, nullptr, &noParent, 0, 0, AString(), 0, 0) ? kSolveSubmitted
+                                                                                                : kSolveRefused;
+}
+
 Requested RequestAll(desktop::Session & session, std::vector<BaseSimulationSetup *> const & setups,
-                     VaryGrid const & grid) {
+                     VaryGrid const & grid, desktop::SolveQueue * anew) {
   Requested requested;
   desktop::Design & design = session.GetDesign();
   std::vector<AString> variations;
@@ -107,7 +123,7 @@ Requested RequestAll(desktop::Session & session, std::vector<BaseSimulationSetup
     desktop::DesignInstance & instance = design.InstanceFor(variation);
     for (BaseSimulationSetup const * setup : setups) {
       ++requested.points;
-      int const answer = Request(*setup, instance);
+      int const answer = anew ? RequestAnew(*setup, instance, *anew) : Request(*setup, instance);
       if (answer == kNothingToSolve)
         ++requested.alreadyValid;
       else if (answer == kSolveRefused)
@@ -174,7 +190,7 @@ int Solve(SolveWords const & words) {
   {
     // Also while points are queued: a request to stop then ends the run before it begins.
     StopOnSignals const stopOnSignals;
-    requested = RequestAll(*session, setups, grid);
+    requested = RequestAll(*session, setups, grid, words.again ? &solver.Queue() : nullptr);
     SolveListener listener(IsLiveTerminal() && !words.output.quiet, words.events);
     outcome = solver.Queue().Run(listener);
     failures = listener.Failures();
@@ -202,17 +218,18 @@ void AddSolveVerb(CLI::App & program, Action & action) {
   CLI::App * const verb = program.add_subcommand("solve", "solve the setups over values of the design variables");
   AddProjectWord(*verb, words->project);
   verb->add_option("--setup", words->setups, "a setup to solve; all of them without this")->allow_extra_args(false);
-  verb->add_option("--vary", words->vary, "NAME=A:B:STEP (B included) or NAME=v1,v2,...; several make a grid")
+  verb->add_option("--vary", words->vary, "NAME=A:B:STEP (B included when a step falls on it) or NAME=v1,v2,...; several make a grid")
       ->allow_extra_args(false);
   verb->add_option("--jobs", words->jobs, "worker processes; 0: one for each core")->capture_default_str();
   verb->add_option("--time-limit", words->timeLimit, "seconds that one point may take")->capture_default_str();
+  verb->add_flag("--again", words->again, "solve also points that are valid already, such as one whose data is damaged");
   verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work");
   verb->add_flag("--events", words->events, "print one JSON line for each point once it is safe: stored or failed");
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk solve lowpass\n"
                "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n\n"
-               "Points that are valid already are not solved again. Ctrl-C once finishes what runs, twice stops now;\n"
+               "Points that are valid already are not solved again, unless --again says so. Ctrl-C once finishes what runs, twice stops now;\n"
                "what is solved is kept either way.");
   verb->callback([&action, words] { action = [words] { return Solve(*words); }; });
 }

@@ -16,6 +16,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <sstream>
+
 namespace solvedesk {
 namespace {
 
@@ -72,15 +74,27 @@ std::vector<Item> Collect(desktop::Session & session, TouchstoneWords const & wo
   return items;
 }
 
+// The words that solve a variation anew.
+std::string SolveAgain(std::string const & project, Item const & item) {
+  std::string command = "solvedesk solve " + project + " --again --setup " + item.setup;
+  std::istringstream parts(item.variation);
+  for (std::string part; std::getline(parts >> std::ws, part, ';');)
+    command += " --vary " + part;
+  return command;
+}
+
 // Loads one variation for as long as it takes to write it.
-void WriteItem(desktop::INetworkProduct const & product, Item & item, AString const & base, int digits) {
+void WriteItem(desktop::INetworkProduct const & product, TouchstoneWords const & words, Item & item,
+               AString const & base) {
   BaseSolutionVariation * const variation = item.solution->GetVariationData(item.index, false);
   if (!variation || !variation->HasSolutionData())
-    throw desktop::Error(ErrorKind::kProject, text::FromUtf8(item.setup + " at " + item.variation) +
-                                                  L": its data can't be read; `qsol verify` tells what is wrong");
+    throw desktop::Error(ErrorKind::kProject,
+                         text::FromUtf8(item.setup + " at " + item.variation +
+                                        ": its data can't be read (`qsol verify` tells what is wrong); solve it anew: " +
+                                        SolveAgain(words.project, item)));
   LongFileName written;
   AString error;
-  bool const done = product.WriteTouchstone(*variation, LongFileName(base), digits, written, error);
+  bool const done = product.WriteTouchstone(*variation, LongFileName(base), words.digits, written, error);
   variation->ClearInstanceMemoryData();
   if (!done)
     throw desktop::Error(ErrorKind::kFailed, error);
@@ -100,7 +114,7 @@ void WriteAll(desktop::INetworkProduct const & product, TouchstoneWords const & 
   std::string index = "file,setup,variation\n";
   for (Item & item : items) {
     std::string const base = (delivery.Workplace() / names.Make(item.wantedName)).string();
-    WriteItem(product, item, ArgumentText(base), words.digits);
+    WriteItem(product, words, item, ArgumentText(base));
     index += fmt::format("{},{},{}\n", Quoted(item.file), Quoted(item.setup), Quoted(item.variation));
   }
   delivery.WriteFile("index.csv", index);
