@@ -1,6 +1,6 @@
 """A point whose data is damaged: refused with the remedy, and the remedy works."""
 import glob
-import re
+import json
 import shlex
 import subprocess
 import unittest
@@ -25,9 +25,9 @@ class SolveAgain(DeskTest):
         self.run_desk('solve', 'small', *POINTS)
         listed = subprocess.run([QSOL, 'list', 'small.results/small.qsol', '--kind', 'data', '--variation',
                                  'cap=1e-12; res=3', '--json'], capture_output=True, text=True, check=True).stdout
-        offset, size = (int(re.search(rf'"{word}": (\d+)', listed).group(1)) for word in ('offset', 'bytes'))
+        block, = json.loads(listed)['blocks']
         content = bytearray(read('small.results/small.qsol'))
-        content[offset + size // 2] ^= 0x55
+        content[block['offset'] + block['bytes'] // 2] ^= 0x55
         with open('small.results/small.qsol', 'wb') as file:
             file.write(content)
 
