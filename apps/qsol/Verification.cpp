@@ -45,8 +45,22 @@ private:
       for (Block const & block : m_catalogue.Blocks())
         if (Covers(damage, block.entry) && m_lost.insert(&block).second)
           problem.lost.push_back(&block);
-      m_found.problems.push_back(std::move(problem));
+      if (problem.lost.empty() && IsReplaced(damage))
+        m_found.remarks.push_back(
+            fmt::format("{}: {} bytes at {} are damaged, and a later record of block {} replaced them",
+                        OneLine(problem.file), damage.length, damage.offset, OneLine(damage.name)));
+      else
+        m_found.problems.push_back(std::move(problem));
     }
+  }
+
+  // A damaged record that counts no more, since its block was written again in the same file or behind it.
+  bool IsReplaced(LibraryReader::Damage const & damage) const {
+    for (Block const & block : m_catalogue.Blocks())
+      if (!damage.name.empty() && block.entry.name == damage.name)
+        return (block.entry.isPrivate && !damage.isPrivate) ||
+               (block.entry.isPrivate == damage.isPrivate && block.entry.offset >= damage.offset + damage.length);
+    return false;
   }
 
   // What no checksum tells: bytes that are whole but are no block, places that the index tells wrongly.

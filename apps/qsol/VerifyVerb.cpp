@@ -12,6 +12,8 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
+#include <algorithm>
+
 namespace qsol {
 
 namespace {
@@ -38,11 +40,21 @@ std::string ToText(Verification::Problem const & problem) {
   return text;
 }
 
+// Of the rest of what can be lost nothing can be solved.
+bool LosesData(Verification const & found) {
+  auto const isData = [](Block const * block) { return block->kind == Kind::Data; };
+  return std::any_of(found.problems.begin(), found.problems.end(), [&](auto const & problem) {
+    return std::any_of(problem.lost.begin(), problem.lost.end(), isData);
+  });
+}
+
 void Print(Verification const & found, OpenedLibrary const & opened, std::ostream & out) {
   for (auto const & problem : found.problems)
     fmt::print(out, "{}\n", ToText(problem));
   for (std::string const & remark : found.remarks)
     fmt::print(out, "note: {}\n", remark);
+  if (LosesData(found))
+    fmt::print(out, "note: solve anew what is lost: solvedesk solve PROJECT --again --vary NAME=VALUE ...\n");
   std::size_t const blocks = found.goodBlocks + found.lostBlocks;
   fmt::print(out, "{}: {} ({}), {} whole, {} of {} good\n", OneLine(opened.publicPath),
              found.IsFine() ? "fine" : "damaged", opened.Shown(), Count(found.wholeRecords, "record"), found.goodBlocks,
@@ -108,7 +120,8 @@ void AddVerifyVerb(CLI::App & program, Action & action) {
   verb->add_flag("--json", options->json, "print one JSON document");
   verb->footer("Both files are checked unless --committed-only is given. The last line is the verdict. No damage, but\n"
                "told: a tail that a write left unfinished, entries of the name map without a block, blocks without an\n"
-               "entry. Nothing is repaired: what is good can be read, what is lost has to be solved anew.\n\n"
+               "entry. Nothing is repaired: what is good can be read, what is lost has to be solved anew:\n"
+               "solvedesk solve PROJECT --again --vary NAME=VALUE ...\n\n"
                "Exit code 0: fine, 1: damaged, 3: can't be read, 4: no library, 5: of a later format.\n\n"
                "Examples:\n"
                "  qsol verify amp.qsol\n"

@@ -52,6 +52,19 @@ std::string HelpCommand(CLI::App const & program) {
   return "qsol --help";
 }
 
+std::string VerbNames(CLI::App const & program) {
+  std::string names;
+  for (CLI::App const * verb : program.get_subcommands([](CLI::App const *) { return true; }))
+    names += (names.empty() ? "" : ", ") + verb->get_name();
+  return names;
+}
+
+// The first word is the verb; a wrong one is named.
+bool IsWrongVerb(CLI::App const & program, int count, char ** words) {
+  auto const isNamed = [words](CLI::App const * verb) { return verb->get_name() == words[1]; };
+  return count > 1 && *words[1] != '-' && program.get_subcommands(isNamed).empty();
+}
+
 int Perform(qsol::Action const & action) {
   qsol::OutputBuffer buffer(STDOUT_FILENO);
   std::ostream out(&buffer);
@@ -80,6 +93,11 @@ int Run(int count, char ** words) {
   qsol::AddShowVerb(program, action);
   qsol::AddStatsVerb(program, action);
   qsol::AddVerifyVerb(program, action);
+  if (IsWrongVerb(program, count, words)) {
+    PrintMessage(std::string("'") + words[1] + "': there is no such verb; the verbs are " + VerbNames(program) +
+                 "; see qsol --help");
+    return static_cast<int>(qsol::Exit::Usage);
+  }
   try {
     program.parse(count, words);
   } catch (CLI::ParseError const & error) {

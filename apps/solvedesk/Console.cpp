@@ -20,7 +20,23 @@ namespace {
 
 constexpr int kSchemaVersion = 1;
 
-void Write(std::string const & text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+int s_outputError = 0; // Of the first output that failed.
+
+bool Written(bool isWritten) {
+  if (!isWritten && s_outputError == 0)
+    s_outputError = errno ? errno : EIO;
+  return isWritten;
+}
+
+bool Write(std::string const & text) {
+  errno = 0;
+  return Written(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+}
+
+bool Flush() {
+  errno = 0;
+  return Written(std::fflush(stdout) == 0 && !std::ferror(stdout));
+}
 
 } // namespace
 
@@ -39,10 +55,12 @@ void PrintResult(OutputOptions const & options, std::string const & text, nlohma
   }
 }
 
-void PrintEvent(nlohmann::ordered_json const & event) {
-  Write(event.dump() + "\n");
-  std::fflush(stdout);
+bool PrintEvent(nlohmann::ordered_json const & event) {
+  bool const isWritten = Write(event.dump() + "\n");
+  return Flush() && isWritten;
 }
+
+bool IsReaderGone() { return s_outputError == EPIPE; }
 
 void PrintMessage(std::string const & text) {
   std::string line = "solvedesk: " + text;
@@ -54,17 +72,21 @@ void PrintMessage(std::string const & text) {
   std::fprintf(stderr, "%s\n", line.c_str());
 }
 
-void FinishOutput() {
-  errno = 0;
-  if (std::fflush(stdout) != 0 || std::ferror(stdout))
-    throw desktop::Error(desktop::ErrorKind::kFailed, L"standard output: can't be written: " +
-                                                          text::FromUtf8(std::strerror(errno ? errno : EIO)) +
-                                                          L"; check where it leads");
+void FinishOutput(std::string const & done) {
+  if (Flush())
+    return;
+  std::string const problem = std::string("standard output: can't be written: ") + std::strerror(s_outputError);
+  throw desktop::Error(desktop::ErrorKind::kFailed,
+                       text::FromUtf8(problem + (done.empty() ? "" : " (" + done + ")") + "; check where it leads"));
 }
 
 bool IsLiveTerminal() {
   char const * const terminal = std::getenv("TERM");
   return isatty(STDERR_FILENO) && !(terminal && std::string(terminal) == "dumb");
+}
+
+std::string Count(long long number, std::string const & word) {
+  return std::to_string(number) + " " + word + (number == 1 ? "" : "s");
 }
 
 std::string Utf8(AString const & text) { return text::ToUtf8(text); }

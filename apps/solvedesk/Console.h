@@ -23,16 +23,20 @@ void AddOutputOptions(CLI::App & verb, OutputOptions & options);
 
 /// The result of a verb on standard output: the document under a schema_version, or the text for people.
 void PrintResult(OutputOptions const & options, std::string const & text, nlohmann::ordered_json const & document);
-/// One JSON value on one line of standard output, which is handed on at once.
-void PrintEvent(nlohmann::ordered_json const & event);
+/// One JSON value on one line of standard output, which is handed on at once; false when that failed.
+bool PrintEvent(nlohmann::ordered_json const & event);
 /// One line on standard error, whatever the text holds: "solvedesk: ...".
 void PrintMessage(std::string const & text);
-/// Throws desktop::Error when something that was printed did not reach its reader.
-void FinishOutput();
+/// Whether output failed because nobody reads it any more; only where SIGPIPE is ignored.
+bool IsReaderGone();
+/// Throws desktop::Error when something that was printed did not reach its reader; it tells what was done all the same.
+void FinishOutput(std::string const & done = std::string());
 
 /// Whether moving text may be shown on standard error.
 bool IsLiveTerminal();
 
+/// "1 point", "2 points".
+std::string Count(long long number, std::string const & word);
 std::string Utf8(AString const & text);
 /// A word of the command line; throws desktop::Error when it is no valid text.
 AString ArgumentText(std::string const & word);

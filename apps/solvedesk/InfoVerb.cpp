@@ -6,6 +6,7 @@
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
 #include "plotkit/SweepDefinition.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -42,7 +43,8 @@ std::string SweepText(SweepDefinition const & sweep) {
   case SweepDefinition::kLinearStep:
     return fmt::format("{} from {} to {} in steps of {}", name, sweep.GetStart(), sweep.GetStop(), sweep.GetStep());
   case SweepDefinition::kLinearCount:
-    return fmt::format("{} from {} to {}, {} points", name, sweep.GetStart(), sweep.GetStop(), sweep.GetCount());
+    return fmt::format("{} from {} to {}, {}", name, sweep.GetStart(), sweep.GetStop(),
+                       Count(sweep.GetCount(), "point"));
   case SweepDefinition::kDecadeCount:
     return fmt::format("{} from {} to {}, {} a decade", name, sweep.GetStart(), sweep.GetStop(), sweep.GetCount());
   case SweepDefinition::kOctaveCount:
@@ -78,6 +80,7 @@ public:
                   {"notices", Json::array()}};
     for (AString const & notice : m_session.GetNotices())
       m_document["notices"].push_back(Utf8(notice));
+    AddSource();
     AddDesign();
     m_document["setups"] = Json::array();
     for (auto const & [id, setup] : m_session.GetManager().GetSetups())
@@ -85,6 +88,18 @@ public:
   }
 
 private:
+  void AddSource() {
+    std::string const note = NoteOfSource(m_session);
+    if (!note.empty())
+      m_document["notices"].push_back(note);
+    std::string const source = Utf8(m_session.GetProject().GetSourceFile().FilePath());
+    std::string const library = Utf8(m_session.GetManager().GetQsolPath());
+    m_text +=
+        fmt::format("  source {}{}\n  library {}\n", source, note.empty() ? "" : " (not as it was read)", library);
+    m_document["source"] = {{"path", source}, {"changed", !note.empty()}};
+    m_document["library"] = library;
+  }
+
   void AddDesign() {
     desktop::Design const & design = m_session.GetDesign();
     m_text += fmt::format("  design {}\n", Utf8(design.GetName()));
@@ -115,8 +130,8 @@ private:
   Json SolutionJson(BaseSolution const & solution) {
     auto const variations = m_states.Of(solution);
     SolutionCounts const counts = Count(variations);
-    m_text += fmt::format("    solution {}: {} variations, {} valid, {} with data, {} saved\n",
-                          Utf8(solution.GetSolutionName()), counts.all, counts.valid, counts.withData, counts.saved);
+    m_text += fmt::format("    solution {}: {}, {} valid, {} with data, {} saved\n", Utf8(solution.GetSolutionName()),
+                          Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved);
     Json json{{"name", Utf8(solution.GetSolutionName())}, {"variations", Json::array()}};
     for (VariationState const & state : variations) {
       m_text += fmt::format("      {}  {}\n", StateText(state), Utf8(state.variation));

@@ -5,6 +5,9 @@
 #include "basekit/value/units/QuantityText.h"
 #include "desktop/Error.h"
 
+#include <cmath>
+#include <cstdlib>
+
 namespace solvedesk {
 namespace {
 
@@ -20,6 +23,18 @@ bool EndsInAmbiguousLetter(AString const & word) {
   return (before >= L'0' && before <= L'9') || before == L'.' || before == L' ';
 }
 
+// Of a number that is beyond what can be held; 0 for any other.
+wchar_t const * ProblemOfSize(AString const & word) {
+  std::string const text = text::ToUtf8(word);
+  char * end = nullptr;
+  double const value = std::strtod(text.c_str(), &end);
+  bool const hasDigits = end != text.c_str() && text.find_first_of("123456789") < text.find_first_of("eE");
+  bool const isNumber = hasDigits && text.find_first_of("xXnN") >= static_cast<std::size_t>(end - text.c_str());
+  if (isNumber && std::isinf(value))
+    return L"is too large; numbers go up to 1.7e308";
+  return isNumber && value == 0 ? L"is too small; numbers go down to 4.9e-324, and 0" : nullptr;
+}
+
 } // namespace
 
 double ReadNumberWord(AString const & word, AString const & where) {
@@ -28,6 +43,8 @@ double ReadNumberWord(AString const & word, AString const & where) {
     Refuse(where, word,
            L"can be read in two ways (m: milli or metre, M: mega or milli, F: farad or femto); "
            L"write the exponent, as in 1e-3");
+  if (wchar_t const * const problem = ProblemOfSize(trimmed))
+    Refuse(where, word, problem);
   val::Quantity quantity;
   if (!val::ParseQuantity(trimmed.View(), quantity) || quantity.isComplex)
     Refuse(where, word, L"is no number; write one such as 0.95, 1e-12 or 2.2p");

@@ -70,6 +70,18 @@ std::unique_ptr<desktop::Session> OpenForReading(std::string const & project) {
   return session;
 }
 
+std::string NoteOfSource(desktop::Session const & session) {
+  try {
+    session.CheckSourceUnchanged();
+    return std::string();
+  } catch (desktop::Error const & error) {
+    std::string const what = error.what();
+    std::string const note = what.substr(0, what.rfind("; ")) + "; results are those of the netlist as it was read";
+    PrintMessage(note);
+    return note;
+  }
+}
+
 std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names) {
   auto const & setups = session.GetManager().GetSetups();
   std::vector<BaseSimulationSetup *> chosen;

@@ -25,6 +25,9 @@ std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project);
 /// too, else the saved state, which is then told on standard error.
 std::unique_ptr<desktop::Session> OpenForReading(std::string const & project);
 
+/// One line when the source is not what it was when the project read it, told on standard error too; else empty.
+std::string NoteOfSource(desktop::Session const & session);
+
 /// The setups of the names, all of them without a name, in the order of their IDs.  An unknown name is refused with
 /// the known ones told.
 std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names);

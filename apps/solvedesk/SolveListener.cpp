@@ -19,18 +19,20 @@ SolveListener::SolveListener(bool showsProgress, bool printsEvents)
 SolveListener::~SolveListener() { ClearLine(); }
 
 void SolveListener::OnStored(AString const & setup, AString const & variation, double seconds) {
+  ++m_stored;
   if (m_printsEvents)
-    PrintEvent({{"event", "stored"}, {"setup", Utf8(setup)}, {"variation", Utf8(variation)}, {"seconds", seconds}});
+    Tell({{"event", "stored"}, {"setup", Utf8(setup)}, {"variation", Utf8(variation)}, {"seconds", seconds}});
 }
 
 void SolveListener::OnFailed(AString const & setup, AString const & variation, AString const & error) {
+  ++m_failed;
   ClearLine();
   PrintMessage(fmt::format("{} at {}: {}", Utf8(setup), Utf8(variation), Utf8(error)));
   nlohmann::ordered_json failure{{"setup", Utf8(setup)}, {"variation", Utf8(variation)}, {"error", Utf8(error)}};
   if (m_printsEvents) {
     nlohmann::ordered_json event{{"event", "failed"}};
     event.update(failure);
-    PrintEvent(event);
+    Tell(event);
   }
   m_failures.push_back(std::move(failure));
 }
@@ -49,6 +51,13 @@ void SolveListener::OnProgress(int done, int failed, int total) {
   std::fflush(stderr);
   m_lineIsShown = true;
   m_lastShown = now;
+}
+
+void SolveListener::Tell(nlohmann::ordered_json const & event) {
+  if (PrintEvent(event) || !IsReaderGone() || m_readerIsGone)
+    return;
+  m_readerIsGone = true;
+  desktop::SolveQueue::RequestStop();
 }
 
 void SolveListener::ClearLine() {

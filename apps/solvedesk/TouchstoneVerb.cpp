@@ -1,5 +1,6 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/Delivery.h"
+#include "apps/solvedesk/ExportIndex.h"
 #include "apps/solvedesk/FileNames.h"
 #include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/Verbs.h"
@@ -16,6 +17,11 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <sstream>
+
 namespace solvedesk {
 namespace {
 
@@ -26,14 +32,16 @@ struct TouchstoneWords {
   std::string folder;
   int digits = 15;
   std::vector<std::string> setups;
-  std::string variation;
+  std::optional<std::string> variation;
   OutputOptions output;
+
+  bool IsPart() const { return variation || !setups.empty(); }
 };
 
 struct Item {
   BaseSolution * solution = nullptr;
   VariationIDIndex index;
-  std::string wantedName;
+  std::string name; ///< of its file, without extension
   std::string setup;
   std::string variation;
   std::string file;
@@ -46,23 +54,28 @@ std::string WantedName(BaseSimulationSetup const & setup, BaseSolution const & s
   return name + "_" + Utf8(variation);
 }
 
-void CollectOf(BaseSimulationSetup const & setup, AString const & wanted, std::vector<Item> & items) {
+// Also what is not asked for takes its name: a variation has the same one in every export.
+void CollectOf(BaseSimulationSetup const & setup, bool isAsked, AString const & wanted, FileNames & names,
+               std::vector<Item> & items) {
   for (auto const & [id, solution] : setup.GetSolutions()) {
     for (auto const & [index, variation] : solution->GetVariations()) {
       AString const text = variation->GetDesignVariationKey();
       if (!variation->IsVariationValid() || !solution->HasSolutionData(text, variation->GetVersionID()))
         continue;
-      if (wanted.empty() || VariableValues::AreVariationKeysEqual(text, wanted))
-        items.push_back({solution, index, WantedName(setup, *solution, text), Utf8(setup.GetName()), Utf8(text), {}});
+      std::string const name = names.Make(WantedName(setup, *solution, text));
+      if (isAsked && (wanted.empty() || VariableValues::AreVariationKeysEqual(text, wanted)))
+        items.push_back({solution, index, name, Utf8(setup.GetName()), Utf8(text), {}});
     }
   }
 }
 
 std::vector<Item> Collect(desktop::Session & session, TouchstoneWords const & words) {
   std::vector<Item> items;
-  AString const wanted = ArgumentText(words.variation);
-  for (BaseSimulationSetup const * setup : ChooseSetups(session, words.setups))
-    CollectOf(*setup, wanted, items);
+  AString const wanted = ArgumentText(words.variation.value_or(std::string()));
+  FileNames names;
+  auto const asked = ChooseSetups(session, words.setups);
+  for (BaseSimulationSetup const * setup : ChooseSetups(session, {}))
+    CollectOf(*setup, std::find(asked.begin(), asked.end(), setup) != asked.end(), wanted, names, items);
   if (items.empty() && !wanted.empty())
     throw desktop::Error(ErrorKind::kUsage, AString(L"--variation '") + wanted +
                                                 L"': no solved and valid variation equals it; `info` lists them");
@@ -72,38 +85,53 @@ std::vector<Item> Collect(desktop::Session & session, TouchstoneWords const & wo
   return items;
 }
 
+// The words that solve a variation anew.
+std::string SolveAgain(std::string const & project, Item const & item) {
+  std::string command = "solvedesk solve " + project + " --again --setup " + item.setup;
+  std::istringstream parts(item.variation);
+  for (std::string part; std::getline(parts >> std::ws, part, ';');)
+    command += " --vary " + part;
+  return command;
+}
+
+// The file was made in a workplace: it is told by the place it was made for.
+[[noreturn]] void RefuseFile(AString const & error, AString const & base, std::string const & folder, bool isStorage) {
+  namespace fs = std::filesystem;
+  std::string text = Utf8(error);
+  fs::path const made = Utf8(base);
+  if (text.starts_with(made.string()))
+    text.replace(0, made.string().size(), (fs::path(folder) / made.filename()).string());
+  throw desktop::Error(isStorage ? ErrorKind::kStorage : ErrorKind::kFailed, text::FromUtf8(text));
+}
+
 // Loads one variation for as long as it takes to write it.
-void WriteItem(desktop::INetworkProduct const & product, Item & item, AString const & base, int digits) {
+void WriteItem(desktop::INetworkProduct const & product, TouchstoneWords const & words, Item & item,
+               AString const & base) {
   BaseSolutionVariation * const variation = item.solution->GetVariationData(item.index, false);
   if (!variation || !variation->HasSolutionData())
-    throw desktop::Error(ErrorKind::kProject, text::FromUtf8(item.setup + " at " + item.variation) +
-                                                  L": its data can't be read; `qsol verify` tells what is wrong");
+    throw desktop::Error(
+        ErrorKind::kProject,
+        text::FromUtf8(item.setup + " at " + item.variation +
+                       ": its data can't be read (`qsol verify` tells what is wrong); solve it anew: " +
+                       SolveAgain(words.project, item)));
   LongFileName written;
   AString error;
-  bool const done = product.WriteTouchstone(*variation, LongFileName(base), digits, written, error);
+  bool const done = product.WriteTouchstone(*variation, LongFileName(base), words.digits, written, error);
   variation->ClearInstanceMemoryData();
   if (!done)
-    throw desktop::Error(ErrorKind::kFailed, error);
+    RefuseFile(error, base, words.folder, !written.IsEmpty());
   item.file = Utf8(written.NameAndExtension());
 }
 
-std::string Quoted(std::string const & text) {
-  std::string quoted = "\"";
-  for (char const c : text)
-    quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + "\"";
-}
-
 void WriteAll(desktop::INetworkProduct const & product, TouchstoneWords const & words, std::vector<Item> & items) {
+  ExportIndex index(std::filesystem::path(words.folder) / "index.csv", words.IsPart());
   Delivery delivery(words.folder);
-  FileNames names;
-  std::string index = "file,setup,variation\n";
   for (Item & item : items) {
-    std::string const base = (delivery.Workplace() / names.Make(item.wantedName)).string();
-    WriteItem(product, item, ArgumentText(base), words.digits);
-    index += fmt::format("{},{},{}\n", Quoted(item.file), Quoted(item.setup), Quoted(item.variation));
+    std::string const base = (delivery.Workplace() / item.name).string();
+    WriteItem(product, words, item, ArgumentText(base));
+    index.Add(item.file, item.setup, item.variation);
   }
-  delivery.WriteFile("index.csv", index);
+  delivery.WriteFile("index.csv", index.Text());
   delivery.Deliver();
 }
 
@@ -112,6 +140,8 @@ int WriteTouchstone(TouchstoneWords const & words) {
     throw desktop::Error(ErrorKind::kUsage, L"--digits: takes 1 to 17 significant digits");
   if (ArgumentText(words.folder).empty())
     throw desktop::Error(ErrorKind::kUsage, L"--to: names no folder; give one");
+  if (words.variation && ArgumentText(*words.variation).Trimmed().empty())
+    throw desktop::Error(ErrorKind::kUsage, L"--variation: names no variation; `info` lists them");
   auto const session = OpenForReading(words.project);
   auto const * const product = dynamic_cast<desktop::INetworkProduct const *>(&session->GetProduct());
   if (!product)
@@ -119,12 +149,20 @@ int WriteTouchstone(TouchstoneWords const & words) {
                                                 session->GetProduct().GetName() +
                                                 L" makes no network parameters; use a project of another product");
   std::vector<Item> items = Collect(*session, words);
+  std::string const note = NoteOfSource(*session);
   WriteAll(*product, words, items);
   nlohmann::ordered_json files = nlohmann::ordered_json::array();
   for (Item const & item : items)
     files.push_back({{"file", item.file}, {"setup", item.setup}, {"variation", item.variation}});
-  PrintResult(words.output, fmt::format("{} files and index.csv in {}\n", items.size(), words.folder),
-              {{"folder", words.folder}, {"files", files}});
+  nlohmann::ordered_json notices = nlohmann::ordered_json::array();
+  for (AString const & notice : session->GetNotices())
+    notices.push_back(Utf8(notice));
+  if (!note.empty())
+    notices.push_back(note);
+  PrintResult(
+      words.output,
+      fmt::format("{} and index.csv in {}\n", Count(static_cast<long long>(items.size()), "file"), words.folder),
+      {{"folder", words.folder}, {"notices", notices}, {"files", files}});
   return 0;
 }
 
@@ -142,7 +180,8 @@ void AddTouchstoneVerb(CLI::App & program, Action & action) {
   verb->footer("Examples:\n"
                "  solvedesk touchstone lowpass --to results\n"
                "  solvedesk touchstone lowpass --to results --digits 17 --variation \"cscale=1; lscale=1\"\n\n"
-               "All files are written, or none and the folder is as it was. Files of the same names are replaced.");
+               "All files are written, or none and the folder is as it was. Files of the same names are replaced.\n"
+               "With --setup or --variation the rows of index.csv that tell of other files stay.");
   verb->callback([&action, words] { action = [words] { return WriteTouchstone(*words); }; });
 }
 

@@ -57,6 +57,19 @@ std::string HelpCommand(CLI::App const & program) {
   return "solvedesk --help";
 }
 
+std::string VerbNames(CLI::App const & program) {
+  std::string names;
+  for (CLI::App const * verb : program.get_subcommands([](CLI::App const * any) { return !any->get_group().empty(); }))
+    names += (names.empty() ? "" : ", ") + verb->get_name();
+  return names;
+}
+
+// The first word is the verb; a wrong one is named.
+bool IsWrongVerb(CLI::App const & program, int count, char ** words) {
+  auto const isNamed = [words](CLI::App const * verb) { return verb->get_name() == words[1]; };
+  return count > 1 && *words[1] != '-' && program.get_subcommands(isNamed).empty();
+}
+
 int Run(int count, char ** words) {
   CLI::App program("Solves the circuits of a project over its design variables, and keeps what was solved.",
                    "solvedesk");
@@ -65,6 +78,11 @@ int Run(int count, char ** words) {
   program.require_subcommand(1);
   solvedesk::Action action;
   AddVerbs(program, action);
+  if (IsWrongVerb(program, count, words)) {
+    solvedesk::PrintMessage(std::string("'") + words[1] + "': there is no such verb; the verbs are " +
+                            VerbNames(program) + "; see solvedesk --help");
+    return static_cast<int>(desktop::ErrorKind::kUsage);
+  }
   try {
     program.parse(count, words);
   } catch (CLI::ParseError const & error) {
@@ -78,7 +96,8 @@ int Run(int count, char ** words) {
   MessagesToConsole messages;
   kit.GetMessageManager().AddListener(&messages);
   int const status = action();
-  solvedesk::FinishOutput();
+  if (!solvedesk::IsReaderGone()) // Then its verb told so.
+    solvedesk::FinishOutput();
   return status;
 }
 

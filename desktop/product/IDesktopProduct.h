@@ -36,7 +36,8 @@ class INetworkProduct {
 public:
   virtual ~INetworkProduct() = default;
   /// Writes one solved variation, which has its data in memory, as a Touchstone file; the extension (.s2p) comes from
-  /// the number of ports and is added to the name.  Digits are significant ones.  False with a one-line error.
+  /// the number of ports and is added to the name.  Digits are significant ones.  False with a one-line error;
+  /// `written` names the file all the same when it was the file system that refused it, and is empty otherwise.
   virtual bool WriteTouchstone(BaseSolutionVariation const & variation, LongFileName const & fileWithoutExtension,
                                int digits, LongFileName & written, AString & error) const = 0;
 };

@@ -1,5 +1,6 @@
 // Making a project: the source is read first, then everything is written, the project file last.
 #include "basekit/file/FileOperations.h"
+#include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
@@ -28,6 +29,17 @@ IDesktopProduct const & FindProduct(AString const & name) {
               name + L": there is no such product; this program has: " + (known.empty() ? AString(L"none") : known));
 }
 
+// The longest names of files that come beside those of a name, also of ones set aside, must fit a folder's entry.
+void RefuseLongName(LongFileName const & file, AString const & longestCompanion) {
+  constexpr std::size_t kMostBytes = 255;
+  std::size_t const size = text::ToUtf8(longestCompanion).size();
+  if (size > kMostBytes)
+    throw Error(ErrorKind::kUsage,
+                file.FilePath() + AString::Format(L": name too long by %d bytes, as the files beside it have longer "
+                                                  L"names; choose a shorter one",
+                                                  static_cast<int>(size - kMostBytes)));
+}
+
 // Files that a project left would be taken for the new one's.
 void RefuseWhatIsThere(Project const & project) {
   if (LFN_Exists(project.GetFile()))
@@ -46,6 +58,9 @@ std::unique_ptr<Session> Session::Create(AString const & projectPath, AString co
   std::unique_ptr<Session> session(new Session(Access::kWrite));
   session->m_product = &FindProduct(productName);
   session->m_project = std::make_unique<Project>(projectPath);
+  LongFileName const & file = session->m_project->GetFile();
+  RefuseLongName(file, file.NameAndExtension() + L".auto.set-aside-1000");
+  RefuseLongName(sourceFile, LongFileName(sourceFile).Name() + L".qsol_priv.set-aside-1000");
   RefuseWhatIsThere(*session->m_project);
   SourceDescription description;
   session->ReadSource(sourceFile, description);

@@ -39,6 +39,20 @@ AString RecoveryNotice(AString const & project, int points) {
                                                  AString(points == 1 ? L"point" : L"points"));
 }
 
+// Of bytes that no commit covers.  Beside a writer they may be those of a commit on its way.
+AString NoticeOfTail(AString const & path) {
+  library::LibraryReader reader;
+  if (library::LibraryReader::StateOfPrivateFile(LongFileName(path)) == PrivateFile::InUse ||
+      reader.Open(LongFileName(path), false) != CStreamioLibrary::kLibSuccess)
+    return AString();
+  auto const facts = reader.PublicFacts();
+  if (!facts.exists || facts.length <= facts.end)
+    return AString();
+  return path + AString::Format(L": %lu bytes behind the last commit don't count: a save was interrupted or the file "
+                                L"was cut; `qsol verify` tells more",
+                                static_cast<unsigned long>(facts.length - facts.end));
+}
+
 bool HoldTheSame(ProjectRecord const & a, ProjectRecord b) {
   b.generation = a.generation;
   return EncodeProject(a, ProjectFileKind::kProject) == EncodeProject(b, ProjectFileKind::kProject);
@@ -162,10 +176,13 @@ void Session::MakeDesign(ProjectRecord const & record) {
 void Session::ReadLibrary(ProjectRecord const & record) {
   AString const path = m_manager->GetQsolPath();
   bool const isThere = LFN_Exists(LongFileName(path));
+  AString const tail = NoticeOfTail(path); // A writer may write over it from here on.
   m_manager->InitializeFromDesign(false);
   io::ReadError const result = m_manager->ReadModule(record.module, false, ReadMethod::kAllFiles);
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
+  if (!tail.empty())
+    m_notices.push_back(tail);
   if (!isThere)
     m_notices.push_back(path + L": the library is missing, and with it all solved points; put back a copy of it before "
                                L"you save, or solve again");

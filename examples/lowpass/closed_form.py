@@ -103,7 +103,10 @@ def main():
     parser.add_argument('--rows', type=int, default=5, help='frequencies shown of each file shown')
     parser.add_argument('--expect', help='such as 25x201')
     options = parser.parse_args()
-    files = list(read_index(options.folder))
+    try:
+        files = list(read_index(options.folder))
+    except OSError as error:
+        sys.exit(f'{error.filename}: {error.strerror}; name the folder of a `solvedesk touchstone`')
     if not files:
         sys.exit(f'{options.folder}: index.csv names no file')
     sizes = set()

@@ -81,6 +81,11 @@ class Damage(QsolTest):
         self.assertEqual(before, (os.listdir('.'), os.stat('amp.qsol').st_mtime_ns))
         os.chmod('.', 0o755)
 
+    def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
+        line = self.refuse(2, 'lsit', 'amp.qsol')
+        for part in ("'lsit'", 'list, show, stats, verify'):
+            self.assertIn(part, line)
+
 
 if __name__ == '__main__':
     unittest.main()

@@ -146,6 +146,28 @@ class Refusals(DeskTest):
             with self.subTest(' '.join(words)):
                 self.refuse(USAGE, *words)
 
+    def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
+        message = self.refuse(USAGE, 'slove', 'small')
+        for part in ("'slove'", 'new, info, set, solve, save, touchstone'):
+            self.assertIn(part, message)
+        self.assertNotIn('worker', message)
+
+    def test_numbers_beyond_what_can_be_held_are_told_as_such(self):
+        self.small_project()
+        for word, part in {'1e400': 'too large', '-1e400': 'too large', '1e-400': 'too small'}.items():
+            self.assertIn(part, self.refuse(USAGE, 'set', 'small', 'res=' + word))
+            self.assertIn(part, self.refuse(USAGE, 'solve', 'small', '--vary', 'res=' + word))
+        self.run_desk('set', 'small', 'res=0e-400')
+
+    def test_a_name_whose_companions_would_not_fit_is_refused(self):
+        for name in ('n' * 230, 'ü' * 115):
+            self.assertIn('name too long', self.refuse(USAGE, 'new', name, '--netlist', LOWPASS))
+        self.assertEqual(files_below(), [])
+        name = 'n' * 225
+        self.run_desk('new', name, '--netlist', LOWPASS)
+        self.run_desk('set', name, 'cscale=2')
+        self.run_desk('solve', name)
+
     def test_an_unknown_setup_is_refused_with_the_known_ones(self):
         self.small_project()
         for words in (['solve', 'small', '--setup', 'Nope'], ['touchstone', 'small', '--to', 'o', '--setup', 'Nope']):

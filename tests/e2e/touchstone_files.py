@@ -1,8 +1,10 @@
 """Touchstone files of a project: all of them or none, under names that stay where they belong."""
 import os
+import resource
+import subprocess
 import unittest
 
-from _solvedesk import SETUP, DeskTest, files_below, index_of, read, write
+from _solvedesk import SETUP, SOLVEDESK, DeskTest, files_below, index_of, read, write
 
 
 class TouchstoneFiles(DeskTest):
@@ -94,6 +96,40 @@ class TouchstoneFiles(DeskTest):
         self.run_desk('solve', 'small', '--vary', 'res=30', '--no-save')
         self.run_desk('touchstone', 'small', '--to', 'out')
         self.assertEqual(len(index_of('out')), 3)
+
+    def test_an_export_of_part_keeps_the_rows_of_other_files(self):
+        self.solved('10,20,30')
+        self.run_desk('touchstone', 'small', '--to', 'out')
+        whole = index_of('out')
+        self.run_desk('touchstone', 'small', '--to', 'out', '--variation', 'cap=1e-12; res=20')
+        self.assertEqual(index_of('out'), whole)
+        self.run_desk('solve', 'small', '--vary', 'res=40')
+        self.run_desk('touchstone', 'small', '--to', 'out', '--variation', 'cap=1e-12; res=40')
+        self.assertEqual([row['variation'].split('res=')[1] for row in index_of('out')], ['10', '20', '30', '40'])
+
+    def test_an_index_of_something_else_is_refused_before_anything_is_written(self):
+        self.solved('10')
+        os.mkdir('out')
+        write('out/index.csv', 'name,price\napple,3\n')
+        for words in ([], ['--setup', SETUP]):
+            self.assertIn('index.csv', self.refuse(7, 'touchstone', 'small', '--to', 'out', *words))
+        self.assertEqual(files_below('out'), ['index.csv'])
+        self.assertEqual(read('out/index.csv'), b'name,price\napple,3\n')
+
+    def test_an_empty_variation_is_a_usage_error(self):
+        self.solved('10')
+        for word in ('', ' '):
+            self.assertIn('--variation', self.refuse(2, 'touchstone', 'small', '--to', 'out', '--variation', word))
+
+    def test_a_full_disk_is_told_by_the_place_of_the_file(self):
+        self.solved('10')
+        done = subprocess.run([SOLVEDESK, 'touchstone', 'small', '--to', 'out'], stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=60, check=False,
+                              preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100)))
+        self.assertEqual(done.returncode, 7, done.stderr)
+        self.assertIn(f'out/{SETUP}_cap=1e-12_res=10.s1p: ', done.stderr)
+        self.assertNotIn('.solvedesk-', done.stderr)
+        self.assertFalse(os.path.exists('out'))
 
 
 if __name__ == '__main__':

@@ -127,6 +127,50 @@ class TwoProcesses(DeskTest):
         subprocess.run(words, stdin=subprocess.DEVNULL, capture_output=True, timeout=300, check=True)
         self.assertEqual(len(self.with_data('slow')), 441)
 
+    def test_a_reader_of_events_that_goes_away_stops_the_run_and_costs_nothing(self):
+        self.small_project('slow', SLOW)
+        process, _ = self.start_solve()
+        process.stdout.close()
+        process.wait(timeout=120)
+        self.assertEqual(process.returncode, 8)
+        self.assertIn('went away', read('errors').decode())
+        states = self.variations('slow').values()
+        self.assertTrue(0 < len(states) < 200)
+        self.assertTrue(all(state['saved'] for state in states))
+
+    def test_a_terminal_that_goes_away_stops_the_run(self):
+        self.small_project('slow', SLOW)
+        process, first = self.start_solve()
+        process.send_signal(signal.SIGHUP)
+        events, _ = self.finish(process)
+        self.assertEqual((process.returncode, events[-1]['event']), (8, 'finished'))
+        self.assertEqual(self.with_data('slow'), self.stored([first] + events))
+
+    def test_events_that_can_not_be_written_cost_no_point(self):
+        self.small_project('slow')
+        with open('/dev/full', 'w', encoding='utf-8') as full:
+            done = subprocess.run([SOLVEDESK, 'solve', 'slow', '--vary', 'res=1,2,3', '--events'], stdout=full,
+                                  stdin=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, timeout=60, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn('3 points: 3 solved, 0 valid already; saved', done.stderr)
+        self.assertEqual(len(self.with_data('slow')), 3)
+
+    def test_a_save_that_finds_no_room_is_made_up_for_by_save(self):
+        self.small_project('slow')
+        self.run_desk('solve', 'slow', '--vary', 'res=1:40:1')
+        size = os.stat('slow.results/slow.qsol').st_size
+        words = [SOLVEDESK, 'solve', 'slow', '--vary', 'res=41:50:1', '--events']
+        done = subprocess.run(words, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60, check=False,
+                              preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size + 500, size + 500)))
+        self.assertEqual(done.returncode, 7, done.stderr)
+        self.assertIn('`solvedesk save slow` is enough', done.stderr)
+        last = json.loads(done.stdout.splitlines()[-1])
+        self.assertEqual((last['event'], last['stored'], last['saved']), ('finished', 10, False))
+        self.assertIn('solvedesk save slow', last['error'])
+        self.run_desk('save', 'slow')
+        self.assertTrue(all(state['saved'] for state in self.variations('slow').values()))
+        self.assertEqual(len(self.with_data('slow')), 50)
+
 
 if __name__ == '__main__':
     unittest.main()

@@ -66,7 +66,12 @@ bool ExportTouchstone(RfVariation const & variation, LongFileName const & fileWi
   rf::TouchstoneOptions options;
   options.digits = digits;
   try {
+    written = LongFileName();
     rf::WriteTouchstone(path, Header(variation), EnginePorts(data), data.Frequencies(), Matrices(data), options);
+  } catch (rf::TouchstoneFileError const & refused) {
+    written = LongFileName(text::FromUtf8(path));
+    error = text::FromUtf8(refused.what());
+    return false;
   } catch (rf::TouchstoneError const & refused) {
     error = text::FromUtf8(refused.what());
     return false;

@@ -67,7 +67,7 @@ public:
 
 private:
   [[noreturn]] void RefuseWith(int error, std::string const & remedy) const {
-    Refuse(m_Target, std::string("can't be written: ") + std::strerror(error), remedy);
+    throw TouchstoneFileError(m_Target.string() + ": can't be written: " + std::strerror(error) + "; " + remedy);
   }
 
   std::filesystem::path m_Target;

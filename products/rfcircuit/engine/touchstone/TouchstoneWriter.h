@@ -16,6 +16,12 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/** The file system refused the file. */
+class TouchstoneFileError : public TouchstoneError {
+public:
+  using TouchstoneError::TouchstoneError;
+};
+
 struct TouchstoneOptions {
   enum class Format { RealImaginary, MagnitudeDegrees, DecibelDegrees };
   Format format = Format::RealImaginary;
