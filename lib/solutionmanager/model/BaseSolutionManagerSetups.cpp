@@ -161,32 +161,34 @@ void AppendValid(std::vector<ISolution *> const & candidates, std::vector<ISolut
   }
 }
 
-} // namespace
+using ListSolutions = int (ISimulationSetup::*)(std::vector<ISolution *> &) const;
 
-int BaseSolutionManager::GetValidISolutionList(std::vector<ISolution *> & list, bool includeDeleted,
-                                               bool includeImported) const {
-  std::vector<ISimulationSetup *> setups;
-  if (GetISimulationSetupList(setups, includeDeleted, includeImported) == 0)
+int AppendValidOf(std::vector<ISimulationSetup *> const & setups, ListSolutions listSolutions,
+                  std::vector<ISolution *> & list) {
+  if (setups.empty())
     return 0;
   for (ISimulationSetup const * const setup : setups) {
     std::vector<ISolution *> solutions;
-    setup->GetISolutionList(solutions);
+    (setup->*listSolutions)(solutions);
     AppendValid(solutions, list);
   }
   return static_cast<int>(list.size());
 }
 
+} // namespace
+
+int BaseSolutionManager::GetValidISolutionList(std::vector<ISolution *> & list, bool includeDeleted,
+                                               bool includeImported) const {
+  std::vector<ISimulationSetup *> setups;
+  GetISimulationSetupList(setups, includeDeleted, includeImported);
+  return AppendValidOf(setups, &ISimulationSetup::GetISolutionList, list);
+}
+
 int BaseSolutionManager::GetValidISolutionListForSweepwise(std::vector<ISolution *> & list, bool includeDeleted,
                                                            bool includeImported) const {
   std::vector<ISimulationSetup *> setups;
-  if (GetISimulationSetupList(setups, includeDeleted, includeImported) == 0)
-    return 0;
-  for (ISimulationSetup const * const setup : setups) {
-    std::vector<ISolution *> solutions;
-    setup->GetISolutionListForSweepwise(solutions);
-    AppendValid(solutions, list);
-  }
-  return static_cast<int>(list.size());
+  GetISimulationSetupList(setups, includeDeleted, includeImported);
+  return AppendValidOf(setups, &ISimulationSetup::GetISolutionListForSweepwise, list);
 }
 
 int BaseSolutionManager::GetValidISolutionListForSweepwise(std::vector<ISolutionForSweepwise *> & list,
