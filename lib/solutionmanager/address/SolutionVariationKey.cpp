@@ -27,10 +27,12 @@ AString const & NotSet() {
 
 } // namespace
 
-SolutionVariationKey::SolutionVariationKey() : SolutionVariationKey(id::invalidID, NotSet(), id::invalidID, id::invalidID) {}
+SolutionVariationKey::SolutionVariationKey()
+    : SolutionVariationKey(id::invalidID, NotSet(), id::invalidID, id::invalidID) {}
 
 SolutionVariationKey::SolutionVariationKey(long simSetup, AString const & designVariation, long solution, long version)
-    : m_simSetupKey(simSetup), m_designVariationKey(designVariation), m_solutionKey(solution), m_versionIDKey(version) {}
+    : m_simSetupKey(simSetup), m_designVariationKey(designVariation), m_solutionKey(solution), m_versionIDKey(version) {
+}
 
 SolutionVariationKey::SolutionVariationKey(SolutionVariationKey const & other) = default;
 
@@ -74,7 +76,9 @@ bool SolutionVariationKey::IsValidSolutionKey() const {
   return m_solutionKey != kProfileDataKey && m_solutionKey != kConvDataKey && !IsSimSetupDefinitionKey();
 }
 
-bool SolutionVariationKey::IsValidVariationDataKey() const { return IsValidSolutionKey() && !IsSolutionDefinitionKey(); }
+bool SolutionVariationKey::IsValidVariationDataKey() const {
+  return IsValidSolutionKey() && !IsSolutionDefinitionKey();
+}
 
 namespace {
 

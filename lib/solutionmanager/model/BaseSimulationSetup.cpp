@@ -17,6 +17,8 @@
 #include "solutionmanager/undo/PreserveState.h"
 #include "solutionmanager/undo/SolutionMapDeltaState.h"
 
+#include <type_traits>
+
 AString const BaseSimulationSetup::kSolBlockName(L"Solution");
 AString const BaseSimulationSetup::kSolutionID(L"ID");
 AString const BaseSimulationSetup::kSolutionName(L"Name");
@@ -35,17 +37,32 @@ BaseSimulationSetup::BaseSimulationSetup(BaseSolutionManager const * manager, IS
     definition->Share();
 }
 
-BaseSimulationSetup::BaseSimulationSetup(BaseSimulationSetup const & source)
-    : m_SolutionMgr(source.m_SolutionMgr), m_OwnsContents(false) {
-  *this = source;
+BaseSimulationSetup::BaseSimulationSetup(BaseSimulationSetup const & source) : m_SolutionMgr(source.m_SolutionMgr) {
+  ShareContentsOf(source);
 }
 
 BaseSimulationSetup & BaseSimulationSetup::operator=(BaseSimulationSetup const & source) {
   if (this == &source)
     return *this;
-  if (m_OwnsContents)
-    DeleteContents();
-  m_OwnsContents = false;
+  // The source may share what is this setup's own, so nothing is freed before this setup dies.
+  Retire(m_BaseSolutionMap);
+  Retire(m_DeletedSolutionMap);
+  Retire(m_ConvergenceData);
+  Retire(m_ProfileData);
+  auto const formerSweeps = m_SweepDefs;
+  ShareContentsOf(source);
+  for (SweepDefinition * const definition : formerSweeps)
+    SweepDefinition::FreeStorage(definition);
+  return *this;
+}
+
+template <class Map> void BaseSimulationSetup::Retire(Map const & map) {
+  for (auto const & [key, object] : map)
+    if (m_Shared.insert(object).second)
+      m_Retired.emplace_back(std::shared_ptr<std::remove_pointer_t<typename Map::mapped_type>>(object));
+}
+
+void BaseSimulationSetup::ShareContentsOf(BaseSimulationSetup const & source) {
   m_Name = source.m_Name;
   m_ID = source.m_ID;
   m_VersionID = source.m_VersionID;
@@ -56,26 +73,33 @@ BaseSimulationSetup & BaseSimulationSetup::operator=(BaseSimulationSetup const &
   m_SweepDefs = source.m_SweepDefs;
   m_ConvergenceData = source.m_ConvergenceData;
   m_ProfileData = source.m_ProfileData;
-  return *this;
-}
-
-BaseSimulationSetup::~BaseSimulationSetup() {
-  if (m_OwnsContents)
-    DeleteContents();
-}
-
-void BaseSimulationSetup::DeleteContents() {
-  for (auto * map : {&m_BaseSolutionMap, &m_DeletedSolutionMap}) {
+  for (auto const * const map : {&m_BaseSolutionMap, &m_DeletedSolutionMap})
     for (auto const & [id, solution] : *map)
-      delete solution;
-    map->clear();
-  }
+      m_Shared.insert(solution);
   for (auto const & [index, data] : m_ConvergenceData)
-    delete data;
-  m_ConvergenceData.clear();
+    m_Shared.insert(data);
   for (auto const & [index, data] : m_ProfileData)
-    delete data;
-  m_ProfileData.clear();
+    m_Shared.insert(data);
+  for (SweepDefinition * const definition : m_SweepDefs)
+    definition->Share();
+  m_HeldSweeps = m_SweepDefs;
+}
+
+template <class Map> void BaseSimulationSetup::DeleteOwned(Map & map) {
+  for (auto const & [key, object] : map)
+    if (!m_Shared.count(object))
+      delete object;
+  map.clear();
+}
+
+// The sweep definitions stay, whoever may still use them; a copy gives up what it held.
+BaseSimulationSetup::~BaseSimulationSetup() {
+  DeleteOwned(m_BaseSolutionMap);
+  DeleteOwned(m_DeletedSolutionMap);
+  DeleteOwned(m_ConvergenceData);
+  DeleteOwned(m_ProfileData);
+  for (SweepDefinition * const definition : m_HeldSweeps)
+    SweepDefinition::FreeStorage(definition);
 }
 
 long BaseSimulationSetup::GetID() const {
@@ -130,6 +154,10 @@ void BaseSimulationSetup::AddSolution(BaseSolution * solution, KelvroCommand * c
     return;
   auto * delta = new SolutionMapDeltaState<long, BaseSolution *>(&m_BaseSolutionMap, &m_DeletedSolutionMap);
   m_BaseSolutionMap.emplace(solution->GetID(), solution);
+  // A deleted solution that comes back stands in one map only.
+  auto const deleted = m_DeletedSolutionMap.find(solution->GetID());
+  if (deleted != m_DeletedSolutionMap.end() && deleted->second == solution)
+    m_DeletedSolutionMap.erase(deleted);
   delta->Record(solution->GetID(), solution, true);
   if (command)
     command->AddDeltaState(delta);
@@ -202,9 +230,13 @@ int BaseSimulationSetup::GetISolutionListForSweepwise(std::vector<ISolutionForSw
 }
 
 int BaseSimulationSetup::GetValidISolutions(std::vector<ISolution *> & list) const {
-  for (auto const & [id, solution] : m_BaseSolutionMap)
-    if (solution->IsValid())
-      list.push_back(solution);
+  std::vector<ISolution *> solutions;
+  GetISolutionList(solutions);
+  for (ISolution * const candidate : solutions) {
+    auto const * const solution = dynamic_cast<BaseSolution const *>(candidate);
+    if (solution && solution->IsValid())
+      list.push_back(candidate);
+  }
   return static_cast<int>(list.size());
 }
 

@@ -9,6 +9,8 @@
 #include "solutionmanager/address/VariationIDIndex.h"
 
 #include <map>
+#include <memory>
+#include <set>
 #include <vector>
 
 class BaseSolution;
@@ -157,7 +159,9 @@ private:
   friend class BaseSolutionManager;
   friend class CAllSolutionsDeltaState;
 
-  void DeleteContents();
+  void ShareContentsOf(BaseSimulationSetup const & source);
+  template <class Map> void Retire(Map const & map);
+  template <class Map> void DeleteOwned(Map & map);
   std::vector<long> SolutionsToSolve(AString const & variation, std::vector<long> const & solutionIDs) const;
   io::ReadError ReadSolutionOfDesignFile(io::CBlock const & solutionBlock);
 
@@ -172,6 +176,10 @@ private:
   std::map<VariationIDIndex, ConvergenceData *> m_ConvergenceData;
   mutable std::map<VariationIDIndex, CProfileData *> m_ProfileData;
 
-  /// False in a copy, which shares the solutions and records of its source and never frees them.
-  bool m_OwnsContents = true;
+  /// Solutions and records that came from another setup, or that m_Retired frees: the maps don't own them.
+  std::set<void const *> m_Shared;
+  /// What was this setup's own when it was assigned to; dies with it.
+  std::vector<std::shared_ptr<void>> m_Retired;
+  /// Sweep definitions that a copy holds; given up with the copy.
+  std::vector<SweepDefinition *> m_HeldSweeps;
 };

@@ -13,6 +13,8 @@
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/undo/PreserveState.h"
 
+#include <algorithm>
+
 AString const BaseSolution::kSimDataExtractorBlockName(L"SimDataExtractor");
 
 BaseSolution::BaseSolution(BaseSimulationSetup const & setup, long id, long version)
@@ -88,7 +90,8 @@ bool BaseSolution::NameIdentifiesSolution(AString const & name) const {
   if (AString::MatchNoCase(m_SolutionName, name))
     return true;
   auto const tokens = name.Tokenize(L":");
-  if (tokens.size() == 2 && AString::MatchNoCase(tokens[0].Trimmed(), m_Setup->GetName()) &&
+  auto const colons = std::count(name.begin(), name.end(), L':');
+  if (colons == 1 && tokens.size() == 2 && AString::MatchNoCase(tokens[0].Trimmed(), m_Setup->GetName()) &&
       AString::MatchNoCase(tokens[1].Trimmed(), m_SolutionName))
     return true;
   return GetGlobalSolutionName().CompareNoCase(name) == 0;

@@ -440,6 +440,8 @@ private:
   bool FindVariationID(AString const & variation, long & id) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   io::ReadError ReadOutputVariables(io::CBlock const & block);
+  void ReadSetups(io::CBlock const & block, AString const & blockName,
+                  io::ReadError (BaseSolutionManager::*read)(io::CBlock const &), io::ReadError & result);
   io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock);
   io::ReadError ReadImportedSetupOfDesignFile(io::CBlock const & setupBlock);
   bool WriteSetups(io::CBlock & block, SetupMap const & setups, AString const & blockName);

@@ -96,7 +96,10 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
     AString variation;
     long id = id::invalidID;
     *item >> io::named(L"V", variation) >> io::named(L"ID", id);
-    AddVariationID(variation, id);
+    // An entry without an ID would take all its indexes off the order of variation maps.
+    KVRO_ASSERT(id != id::invalidID);
+    if (id != id::invalidID)
+      AddVariationID(variation, id);
   }
 }
 
@@ -119,11 +122,13 @@ io::ReadError BaseSolutionManager::BuildUtilityCollections() {
     if (key.GetSimSetupKey() == id::invalidID)
       continue;
     auto at = m_SimSetupMap.find(key.GetSimSetupKey());
-    if (at == m_SimSetupMap.end())
-      at = m_SimSetupMap
-               .emplace(key.GetSimSetupKey(),
-                        CreateSimulationSetup(key.GetSimSetupKey(), key.GetVersionIDKey(), AString()))
-               .first;
+    if (at == m_SimSetupMap.end()) {
+      BaseSimulationSetup * const made = CreateSimulationSetup(key.GetSimSetupKey(), key.GetVersionIDKey(), AString());
+      KVRO_ASSERT(made);
+      if (!made)
+        continue;
+      at = m_SimSetupMap.emplace(key.GetSimSetupKey(), made).first;
+    }
     BaseSimulationSetup * const setup = at->second;
     if (!key.IsValidSolutionKey()) {
       // The last of the setup's own keys wins.
@@ -162,6 +167,8 @@ void BaseSolutionManager::WriteVersionIDsToQdsn(io::CBlock & design) const {
 void BaseSolutionManager::ReadVersionIDsFromQdsn(io::CBlock const & design) {
   io::CBlock block(L"Version ID Map");
   design >> block;
+  // A design that remembers no version leaves the manager's as it is.
+  m_RecoveredVersionID = id::invalidID;
   if (design.Found())
     ReadVersionIDsFromBlock(block);
 }
@@ -248,7 +255,7 @@ bool BaseSolutionManager::DeleteOldBlocks(std::set<AString> const & packedKeys) 
   for (AString const & packed : packedKeys) {
     SolutionVariationKey key;
     // A text that is no key must not become a pattern that fits everything.
-    bool const unpacked = key.Unpack(packed);
+    bool const unpacked = key.Unpack(packed) && key.Pack() == packed;
     KVRO_ASSERT(unpacked);
     if (unpacked)
       ForEdit().m_SolutionFileManager.DeleteBlocks(key);

@@ -54,14 +54,16 @@ bool BaseSolutionManager::AllFilesWrite(io::CBlock &) {
 }
 
 bool BaseSolutionManager::DoDataExchangeSimValueCache(bool) {
-  // Nothing is cached yet: the file comes with the sim values.
+  // Nothing is cached yet: the file comes with the sim values.  Every read and write of a module asks, so this is no
+  // report.
   return !AreOldReportStructuresSupported();
 }
 
 bool BaseSolutionManager::DesignFileWrite(io::CBlock & block) {
   bool result = true;
   if (!m_OutputVariableMap.empty()) {
-    KVRO_ASSERT(!"How does this have old output variables?!" || AreOldReportStructuresSupported());
+    if (!AreOldReportStructuresSupported())
+      KVRO_ASSERT(!"How does this have old output variables?!");
     KVRO_ASSERT(!"Not available yet");
     result = false;
   }
@@ -93,25 +95,26 @@ io::ReadError BaseSolutionManager::DesignFileRead(io::CBlock const & block) {
       nameSpace.AddVariableServer(m_Design->GetProjectVariableServer());
   }
   io::ReadError result = ReadOutputVariables(block);
+  // All active setups first, then the imported ones.
+  ReadSetups(block, kSimSetupBlockName, &BaseSolutionManager::ReadSetupOfDesignFile, result);
+  ReadSetups(block, kImportedSimSetupBlockName, &BaseSolutionManager::ReadImportedSetupOfDesignFile, result);
+  if (AreOldReportStructuresSupported())
+    UpdateAllOutputVariableLegacyText();
+  return result;
+}
+
+void BaseSolutionManager::ReadSetups(io::CBlock const & block, AString const & blockName,
+                                     io::ReadError (BaseSolutionManager::*read)(io::CBlock const &),
+                                     io::ReadError & result) {
   for (auto const & child : block) {
-    io::ReadError childResult = io::kNoError;
-    if (AString::MatchNoCase(child->Name(), kSimSetupBlockName)) {
-      io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
-      KVRO_ASSERT(simSetupBlock);
-      if (simSetupBlock)
-        childResult = ReadSetupOfDesignFile(*simSetupBlock);
-    } else if (AString::MatchNoCase(child->Name(), kImportedSimSetupBlockName)) {
-      io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
-      KVRO_ASSERT(simSetupBlock);
-      if (simSetupBlock)
-        childResult = ReadImportedSetupOfDesignFile(*simSetupBlock);
-    }
+    if (!AString::MatchNoCase(child->Name(), blockName))
+      continue;
+    io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
+    KVRO_ASSERT(simSetupBlock);
+    io::ReadError const childResult = simSetupBlock ? (this->*read)(*simSetupBlock) : io::kNoError;
     if (childResult != io::kNoError)
       result = childResult;
   }
-  if (AreOldReportStructuresSupported() && !m_OutputVariableMap.empty())
-    UpdateAllOutputVariableLegacyText();
-  return result;
 }
 
 io::ReadError BaseSolutionManager::ReadOutputVariables(io::CBlock const & block) {

@@ -26,7 +26,7 @@ void * BaseSolutionManager::GetInterface(int interfaceID) {
   switch (interfaceID) {
   case 0:
   case kSolutionMgrInterface:
-    return this;
+    return static_cast<ISolutionMgr *>(this);
   case kSolutionReporterInterface:
     return static_cast<ISolutionReporter *>(this);
   case kTaskSetupManagerInterface:

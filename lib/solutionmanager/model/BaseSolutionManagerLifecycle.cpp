@@ -62,16 +62,18 @@ BaseSolutionManager::~BaseSolutionManager() {
   SetupConvDef::DeleteWithEntries(definitions);
   m_ConvDefMap.clear();
   ClearCannedOutputVariables();
-  KVRO_ASSERT(mCannedOutputVariables.size() == 0);
+  // clang-format off
+  KVRO_ASSERT(mCannedOutputVariables.size()==0);
+  // clang-format on
   delete m_ManagedFilesMgr;
   m_ManagedFilesMgr = nullptr;
 }
 
 void BaseSolutionManager::ClearCannedOutputVariables() {
-  bool const canClear = AreOldReportStructuresSupported() || mCannedOutputVariables.empty();
-  KVRO_ASSERT(canClear);
-  if (!canClear)
+  if (!AreOldReportStructuresSupported() && !mCannedOutputVariables.empty()) {
+    KVRO_ASSERT(0);
     return;
+  }
   for (auto const & [name, variable] : mCannedOutputVariables)
     delete variable;
   mCannedOutputVariables.clear();
@@ -240,9 +242,10 @@ void BaseSolutionManager::SetupConvDefs() {}
 
 void BaseSolutionManager::AddSetupConvDef(SetupConvDef const * definition) {
   SetupConvDef const *& entry = m_ConvDefMap[definition->GetName()];
-  if (entry && entry != definition) {
+  if (entry) {
     KVRO_ASSERT(!"Duplicate problem conv def");
-    m_ReplacedConvDefs.push_back(entry);
+    if (entry != definition)
+      m_ReplacedConvDefs.push_back(entry);
   }
   entry = definition;
 }

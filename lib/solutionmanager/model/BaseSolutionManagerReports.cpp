@@ -179,7 +179,11 @@ bool BaseSolutionManager::GetReferencedVariables(AString const &, std::vector<AS
   return false;
 }
 
-void BaseSolutionManager::UpdateAllOutputVariableLegacyText() { KVRO_ASSERT(!"Not available yet"); }
+void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
+  // Called after every read of a design: without output variables there is no text to bring up to date.
+  if (!m_OutputVariableMap.empty())
+    KVRO_ASSERT(!"Not available yet");
+}
 
 void BaseSolutionManager::GetValParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");

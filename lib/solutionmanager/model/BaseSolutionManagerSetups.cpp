@@ -13,6 +13,13 @@ namespace {
 
 using SetupDelta = SolutionMapDeltaState<long, BaseSimulationSetup *>;
 
+// A deleted setup that comes back stands in one map only.
+void TakeBack(BaseSolutionManager::SetupMap & deletedMap, BaseSimulationSetup * setup) {
+  auto const deleted = deletedMap.find(setup->GetID());
+  if (deleted != deletedMap.end() && deleted->second == setup)
+    deletedMap.erase(deleted);
+}
+
 void HandOver(SetupDelta * delta, KelvroCommand * command) {
   if (command)
     command->AddDeltaState(delta);
@@ -48,6 +55,7 @@ void BaseSolutionManager::AddSimulation(BaseSimulationSetup * simSetup, KelvroCo
     return;
   auto * delta = new SetupDelta(&m_SimSetupMap, &m_DeletedSimSetupMap);
   m_SimSetupMap.emplace(simSetup->GetID(), simSetup);
+  TakeBack(m_DeletedSimSetupMap, simSetup);
   delta->Record(simSetup->GetID(), simSetup, true);
   HandOver(delta, command);
 }
@@ -82,6 +90,7 @@ bool BaseSolutionManager::AddImportData(ISolution * solution, KelvroCommand * co
     return true;
   auto * delta = new SetupDelta(&m_ImportedSimSetupMap, &m_DeletedImportedSimSetupMap);
   m_ImportedSimSetupMap.emplace(setup->GetID(), setup);
+  TakeBack(m_DeletedImportedSimSetupMap, setup);
   delta->Record(setup->GetID(), setup, true);
   HandOver(delta, command);
   return true;
@@ -256,7 +265,7 @@ void BaseSolutionManager::GetAllAssociatedSimDataExtractors(std::vector<BaseSimD
   for (SetupMap const * const map : {&m_SimSetupMap, &m_ImportedSimSetupMap})
     for (auto const & [id, setup] : *map)
       for (auto const & [solutionID, solution] : setup->GetSolutions())
-        if (BaseSimDataExtractor * const extractor = solution->GetBaseSimDataExtractor())
+        if (auto * const extractor = dynamic_cast<BaseSimDataExtractor *>(solution->GetISimDataExtractor()))
           extractors.push_back(extractor);
 }
 

@@ -38,7 +38,7 @@ void BaseSolutionVariation::ResetOverrideIsValid(bool overrideIsValid) {
 }
 
 void BaseSolutionVariation::DeleteMe(KelvroCommand * command) {
-  // The text is copied: the call may be the last thing that this object lives to see.
+  // The text is copied: a product may free its deleted variations at once.
   AString const variation = m_DesignVariationKey;
   m_Solution->DeleteSolutionVariation(variation, command);
 }

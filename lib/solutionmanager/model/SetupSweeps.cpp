@@ -11,11 +11,10 @@ void BaseSimulationSetup::AddSingleSweep(SweepDefinition * definition) { m_Sweep
 
 void BaseSimulationSetup::RemoveAllSweeps() {
   // A sweep definition is a plain record: its storage goes back without a destructor.
-  // A copy of a setup holds none of its own.
-  if (m_OwnsContents)
-    for (SweepDefinition * const definition : m_SweepDefs)
-      SweepDefinition::FreeStorage(definition);
+  for (SweepDefinition * const definition : m_SweepDefs)
+    SweepDefinition::FreeStorage(definition);
   m_SweepDefs.clear();
+  m_HeldSweeps.clear();
 }
 
 unsigned BaseSimulationSetup::GetSweepDefinitions(std::vector<SweepDefinition *> & list) const {

@@ -113,7 +113,7 @@ bool BaseSolution::HasValidSolutionData(AString const & variation, long version)
 
 namespace {
 
-// Calls visit(first entry, entry of the version or null) for each run of equal texts in map order until it returns
+// Calls visit(text, entry of the version or null) for each run of equal texts in map order until it returns
 // false.  The first text is compared with the given one, and skipped when equal.
 template <class Visit>
 void ForEachText(BaseSolution::VariationMap const & map, long version, AString previous, Visit visit) {
@@ -125,7 +125,7 @@ void ForEachText(BaseSolution::VariationMap const & map, long version, AString p
     BaseSolutionVariation * const entry = at->first.GetVersionID() == version
                                               ? at->second
                                               : Find(map, VariationIDIndex(text, version, at->first.GetVariationID()));
-    if (!visit(entry))
+    if (!visit(text, entry))
       return;
   }
 }
@@ -149,7 +149,7 @@ bool BaseSolution::HasValidVariation(long version) const {
     return false;
   bool found = false;
   ForEachText(m_VariationMap, version == id::invalidID ? m_VersionID : version, NoText(),
-              [&found](BaseSolutionVariation const * entry) {
+              [&found](AString const &, BaseSolutionVariation const * entry) {
                 found = entry && entry->IsVariationValid() && entry->HasSolutionData();
                 return !found;
               });
@@ -161,7 +161,7 @@ bool BaseSolution::AreAllVariationsValid() const {
     return false;
   bool all = true;
   ForEachText(m_VariationMap, m_VersionID, NoText(),
-              [&all](BaseSolutionVariation const * entry) { return all = entry != nullptr; });
+              [&all](AString const &, BaseSolutionVariation const * entry) { return all = entry != nullptr; });
   return all;
 }
 
@@ -235,17 +235,21 @@ long BaseSolution::GetClosestVersionWithData() const {
 }
 
 void BaseSolution::GetAvailableVariations(std::list<AString> & variations, long version) const {
-  std::vector<BaseSolutionVariation *> found;
-  GetAvailableVariations(found, version);
-  for (BaseSolutionVariation const * const variation : found)
-    variations.push_back(variation->GetDesignVariationKey());
+  if (m_VariationMap.empty())
+    return;
+  ForEachText(m_VariationMap, version == id::invalidID ? GetClosestVersionWithData() : version, TemporaryText(),
+              [&variations](AString const & text, BaseSolutionVariation * entry) {
+                if (entry)
+                  variations.push_back(text);
+                return true;
+              });
 }
 
 void BaseSolution::GetAvailableVariations(std::vector<BaseSolutionVariation *> & variations, long version) const {
   if (m_VariationMap.empty())
     return;
   ForEachText(m_VariationMap, version == id::invalidID ? GetClosestVersionWithData() : version, TemporaryText(),
-              [&variations](BaseSolutionVariation * entry) {
+              [&variations](AString const &, BaseSolutionVariation * entry) {
                 if (entry)
                   variations.push_back(entry);
                 return true;

@@ -10,6 +10,8 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr long kNothingToSolveMessage = 24680;
@@ -94,7 +96,7 @@ int BaseSimulationSetup::StartSingleSimulation(IDesignInstance * instance, long 
     solving = service->IsSolutionSolving(instance, GetID(), toSolve) == 1;
   } else {
     bool const anyToSolve = std::any_of(m_BaseSolutionMap.begin(), m_BaseSolutionMap.end(), [&](auto const & entry) {
-      return entry.second->NeedsToSimulate(variation, id::invalidID);
+      return !entry.second || entry.second->NeedsToSimulate(variation, id::invalidID);
     });
     if (!anyToSolve) {
       PostWarning(kNothingToSolveMessage, m_Name);

@@ -9,6 +9,8 @@
 #include "basekit/io/CToken_istream.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
+#include <map>
+
 namespace {
 
 constexpr int kReadFlags = 1;
@@ -29,18 +31,67 @@ bool BaseSolutionManager::CanRecoverSolutions() const {
   return stream.BlockSeek(SolutionFileManager::kRealToInternalBlkName);
 }
 
-bool BaseSolutionManager::RecoverQsolFile(io::CBlock const & designBlock, AString const & path) {
-  io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
-  bool const merged = RecoverQsolBlockNameMap(path, nameMap);
-  m_SolutionFileManager.SetLibPath(path, CStreamioLibrary::kRecoveryMode);
-  if (!IsRecovered() || !merged)
-    return false;
+namespace {
+
+using NamePairs = std::map<AString, AString>;
+
+NamePairs PairsOf(io::CBlock const & nameMap) {
+  NamePairs pairs;
   for (auto const & child : nameMap) {
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
     AString internalName;
     if (pair && pair->Query(internalName))
-      m_SolutionFileManager.ExtendNameMap(pair->Name(), internalName);
+      pairs.emplace(pair->Name(), internalName);
   }
+  return pairs;
+}
+
+io::CBlock NameMapOfFile(AString const & path) {
+  io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
+  io::CToken_iostream file(LongFileName(path), kReadWriteFlags);
+  file.BuildIndex(kFullIndex);
+  if (file.BlockSeek(nameMap.Name()))
+    file >> nameMap;
+  return nameMap;
+}
+
+// The merged map is right but where the private file, which is younger, gave a block another name: an entry whose block
+// is gone, or belongs to another real name by now, takes the private file's pair, and goes when that has none.
+NamePairs WithoutLostBlocks(NamePairs const & merged, NamePairs const & privatePairs,
+                            CStreamioLibWritePrivate & library) {
+  std::map<AString, AString> ownerInPrivate;
+  for (auto const & [realName, internalName] : privatePairs)
+    ownerInPrivate.emplace(internalName, realName);
+  NamePairs kept;
+  for (auto const & [realName, internalName] : merged) {
+    auto const owner = ownerInPrivate.find(internalName);
+    bool const hasOtherOwner = owner != ownerInPrivate.end() && owner->second != realName;
+    auto const younger = privatePairs.find(realName);
+    if (younger == privatePairs.end()) {
+      if (!hasOtherOwner)
+        kept.emplace(realName, internalName);
+      continue;
+    }
+    io::CBlock probe(internalName);
+    bool const isLost = younger->second != internalName &&
+                        (hasOtherOwner || library.LoadDefinition(probe) != CStreamioLibrary::kLibSuccess);
+    kept.emplace(realName, isLost ? younger->second : internalName);
+  }
+  return kept;
+}
+
+} // namespace
+
+bool BaseSolutionManager::RecoverQsolFile(io::CBlock const & designBlock, AString const & path) {
+  io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
+  bool const merged = RecoverQsolBlockNameMap(path, nameMap);
+  NamePairs const privatePairs = PairsOf(NameMapOfFile(path + L"_priv"));
+  m_SolutionFileManager.SetLibPath(path, CStreamioLibrary::kRecoveryMode);
+  if (!IsRecovered() || !merged)
+    return false;
+  for (auto const & [realName, internalName] :
+       WithoutLostBlocks(PairsOf(nameMap), privatePairs, m_SolutionFileManager.GetLibraryForDirectAccess()))
+    m_SolutionFileManager.ExtendNameMap(realName, internalName);
   m_SolutionFileManager.InitNextAvailableIndex();
   if (m_SolutionFileManager.WriteRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
     return false;

@@ -5,6 +5,8 @@
 #include "basekit/io/CBlock_ptr.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 
+#include <algorithm>
+
 namespace {
 
 using LibIOReturn = SolutionFileManager::LibIOReturn;
@@ -37,9 +39,9 @@ LibIOReturn SolutionFileManager::SaveDefinition(io::CBlock & block) const {
   PROFILE_SCOPE("SolutionFileManager_SaveDefinition");
   AttachIfPending();
   AString const name = block.Name();
-  // A save never replaces a name map that it has not seen: the map is read first.  A library without one has none.
-  if (!IsNameMap(name))
-    LoadRealToInternalBlockNameMap();
+  if (LibIOReturn const seen = IsNameMap(name) ? CStreamioLibrary::kLibSuccess : SeeNameMap();
+      seen != CStreamioLibrary::kLibSuccess)
+    return seen;
   AString internalName = GetInternalBlockName(name);
   if (!IsNameMap(name) && AString::MatchNoCase(internalName, name))
     internalName = EntryForNewBlock(name);
@@ -70,7 +72,8 @@ LibIOReturn SolutionFileManager::LoadBlocks(SolutionVariationKey const & pattern
 LibIOReturn SolutionFileManager::SaveBlocks(io::CBlock & block) const {
   PROFILE_SCOPE("SolutionFileManager_SaveBlocks");
   AttachIfPending();
-  LoadRealToInternalBlockNameMap();
+  if (LibIOReturn const seen = SeeNameMap(); seen != CStreamioLibrary::kLibSuccess)
+    return seen;
   std::vector<std::pair<io::CBlock *, AString>> children;
   children.reserve(static_cast<std::size_t>(block.Size()));
   std::vector<AString> replaced;
@@ -106,6 +109,8 @@ LibIOReturn SolutionFileManager::DeleteDefinition(AString const & name) {
 }
 
 LibIOReturn SolutionFileManager::DeleteBlock(AString const & realName) {
+  if (LibIOReturn const seen = SeeNameMap(); seen != CStreamioLibrary::kLibSuccess)
+    return seen;
   LibIOReturn const result = DeleteDefinition(realName);
   if (result == CStreamioLibrary::kLibSuccess) {
     m_realToInternal.erase(realName);
@@ -135,6 +140,8 @@ LibIOReturn SolutionFileManager::DeleteBlocks(SolutionVariationKey const & patte
 }
 
 LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realNames) {
+  if (LibIOReturn const seen = SeeNameMap(); seen != CStreamioLibrary::kLibSuccess)
+    return seen;
   std::vector<AString> internalNames;
   internalNames.reserve(realNames.size());
   for (auto const & realName : realNames) {

@@ -1,5 +1,6 @@
 // The map from real block names to internal ones, and its block in the library.
 
+#include "basekit/diag/Assert.h"
 #include "basekit/diag/Profiling.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_named_value.h"
@@ -7,13 +8,19 @@
 #include "basekit/text/ParseName.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace {
 
 unsigned long TrailingNumber(AString const & internalName) {
   AString stem;
   unsigned long number = 0;
   i18n::ParseName(internalName, stem, number, false);
-  return number;
+  // A number out of a file after which no more would fit is no number of ours.
+  bool const isSane = number <= std::numeric_limits<unsigned long>::max() / 2;
+  KVRO_ASSERT(isSane);
+  return isSane ? number : 0;
 }
 
 SRealToInternalData EntryOf(AString const & realName, AString const & internalName) {
@@ -59,6 +66,10 @@ SolutionFileManager::LibIOReturn SolutionFileManager::LoadRealToInternalBlockNam
   if (!m_realToInternal.empty())
     return CStreamioLibrary::kLibSuccess;
   AttachIfPending();
+  return MergeNameMapOfLibrary();
+}
+
+SolutionFileManager::LibIOReturn SolutionFileManager::MergeNameMapOfLibrary() const {
   io::CBlock block(kRealToInternalBlkName);
   LibIOReturn const result = m_library.LoadDefinition(block);
   if (result != CStreamioLibrary::kLibSuccess)
@@ -71,7 +82,21 @@ SolutionFileManager::LibIOReturn SolutionFileManager::LoadRealToInternalBlockNam
     m_realToInternal.emplace(pair->Name(), EntryOf(pair->Name(), internalName));
   }
   InitNextAvailableIndex();
+  m_mapSeen = true;
   return CStreamioLibrary::kLibSuccess;
+}
+
+// Before the map is changed or written: a library whose map can't be read must not lose it.  One that has no map, or
+// that is not attached, has none to lose.
+SolutionFileManager::LibIOReturn SolutionFileManager::SeeNameMap() const {
+  if (m_mapSeen)
+    return CStreamioLibrary::kLibSuccess;
+  AttachIfPending();
+  LibIOReturn const result = MergeNameMapOfLibrary();
+  m_mapSeen = m_mapSeen || result == CStreamioLibrary::kLibNotFound;
+  return result == CStreamioLibrary::kLibNotFound || result == CStreamioLibrary::kLibNotAttached
+             ? CStreamioLibrary::kLibSuccess
+             : result;
 }
 
 SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNameMap() const {
@@ -79,6 +104,9 @@ SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNa
   AttachIfPending();
   if (!m_mapChanged)
     return CStreamioLibrary::kLibSuccess;
+  LibIOReturn const seen = SeeNameMap();
+  if (seen != CStreamioLibrary::kLibSuccess)
+    return seen;
   io::CBlock block(kRealToInternalBlkName);
   for (auto const & [realName, entry] : m_realToInternal)
     block << io::CBlock_named_value(realName, io::CBlock_value(entry.internalName));

@@ -8,6 +8,8 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 
+#include <algorithm>
+
 AString const SolutionFileManager::kRealToInternalBlkName(L"BlockMapName");
 
 namespace {
@@ -17,14 +19,17 @@ constexpr auto kRecoveryMode = static_cast<SolutionFileManager::TMode>(1);
 
 AString PrivateTwin(AString const & path) { return path + L"_priv"; }
 
-// Without a project the folder is that of the path itself.
+// Without a project the folder is that of the path itself, whichever slash it uses.
 AString FolderOf(AString const & path) {
-  auto const lastSlash = path.View().find_last_of(L"/\\");
-  return lastSlash == AString::npos ? AString() : path.substr(0, lastSlash + 1);
+  std::wstring folder(path.View());
+  std::replace(folder.begin(), folder.end(), L'\\', L'/');
+  auto const lastSlash = folder.rfind(L'/');
+  return lastSlash == AString::npos ? AString() : AString(std::wstring_view(folder).substr(0, lastSlash + 1));
 }
 
 } // namespace
 
+// The library path is the file's own path: everything that compares or shows it means the file.
 SolutionFileManager::SolutionFileManager(LongFileName const & file)
     : m_library(file, kOrdinaryMode), m_libPath(file.FilePath()), m_attachPending(false), m_project(nullptr) {}
 
@@ -71,12 +76,14 @@ void SolutionFileManager::SetLibPathInternal(AString const & path, TMode mode) c
       LFN_CreateDirectory(folder);
   }
   m_realToInternal.clear();
+  m_mapSeen = false;
   m_mapChanged = true;
   m_library.SetLibPath(path, mode);
 }
 
 void SolutionFileManager::ChangeLibPathForSaving(AString const & newPath) const {
-  if (newPath != m_libPath)
+  // Without an old path there is nothing to take along.
+  if (newPath != m_libPath && !m_libPath.empty())
     SaveProfileData(LongFileName(m_libPath).DirPath(), LongFileName(newPath).DirPath());
   m_libPath = newPath;
   m_attachPending = false;

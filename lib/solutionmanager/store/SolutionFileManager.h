@@ -7,6 +7,7 @@
 #include <list>
 #include <map>
 #include <set>
+#include <vector>
 
 class IProject;
 class LongFileName;
@@ -96,6 +97,8 @@ private:
   void SetLibPathInternal(AString const & path, TMode mode) const;
   void AttachIfPending() const;
   AString EntryForNewBlock(AString const & realName) const;
+  LibIOReturn MergeNameMapOfLibrary() const;
+  LibIOReturn SeeNameMap() const;
   LibIOReturn DeleteDefinition(AString const & name);
 
   mutable NameMap m_realToInternal;
@@ -105,4 +108,7 @@ private:
   mutable AString m_libPath;
   mutable bool m_attachPending;
   IProject * m_project;
+
+  /// Whether what the library holds of the map is part of the map here; a map that was not seen is never replaced.
+  mutable bool m_mapSeen = false;
 };

@@ -68,7 +68,7 @@ TEST_F(VerifiedLibrary, NamesTheDamagedBlockItsPlaceAndWhatIsGood) {
   EXPECT_NE(told.out.find("7 of 8 blocks good"), std::string::npos);
 }
 
-TEST_F(VerifiedLibrary, DamageOfASupersededRecordLosesNoBlock) {
+TEST_F(VerifiedLibrary, DamageOfASupersededRecordIsToldAsANoteAndLosesNoBlock) {
   {
     CStreamioLibWritePrivate library(LongFileName(text::FromUtf8(File())), CStreamioLibWritePrivate::kOrdinaryMode);
     for (wchar_t const * const text : {L"former", L"present"}) {
@@ -79,10 +79,12 @@ TEST_F(VerifiedLibrary, DamageOfASupersededRecordLosesNoBlock) {
     }
   }
   Spoil(File(), "former");
-  auto const found = Found(1);
-  EXPECT_EQ(found["damages"][0]["block"], "A");
-  EXPECT_TRUE(found["damages"][0]["lost"].empty());
+  auto const found = Found(0);
+  EXPECT_TRUE(found["fine"]);
+  EXPECT_TRUE(found["damages"].empty());
   EXPECT_EQ(found["lost_blocks"], 0);
+  ASSERT_EQ(found["notes"].size(), 1u);
+  EXPECT_NE(found["notes"][0].get<std::string>().find("replaced"), std::string::npos);
 }
 
 TEST_F(VerifiedLibrary, EveryFlippedBitBeforeTheLastCommitIsToldAndNoDamagedBlockIsShown) {

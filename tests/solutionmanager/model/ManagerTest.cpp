@@ -2,6 +2,8 @@
 
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
+#include "basekit/io/CNamed_value_manip.h"
 #include "solutionmanager/convergence/SetupConvDef.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
@@ -197,4 +199,41 @@ TEST_F(ManagerTest, ATextThatIsNoKeyNeverDeletesEverything) {
   AssertWatch::Expect("unpacked");
   EXPECT_TRUE(Manager().DeleteOldBlocks({L"no key at all"}));
   EXPECT_TRUE(SolutionOf(a).HasSolutionData(L"x=1", 0));
+}
+
+TEST_F(ManagerTest, ASetupThatIsAddedAgainAfterItsDeletionStandsInOneMap) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  Manager().DeleteSimulationSetup(setup.GetID(), nullptr);
+  Manager().AddSimulation(&setup, nullptr);
+  EXPECT_TRUE(Manager().GetDeletedSetups().empty());
+  EXPECT_EQ(Manager().GetISimulationSetup(L"A", false, false), &setup);
+}
+
+TEST_F(ManagerTest, ADesignWithoutAVersionMapLeavesTheVersionsAsTheyAre) {
+  AddSetup(L"A");
+  Manager().Invalidate(nullptr, kInvalidateManager);
+  long const version = Manager().GetVersionID();
+  ASSERT_NE(version, 0);
+  Manager().ApplyVersionIDs(io::CBlock(L"Module"));
+  EXPECT_EQ(Manager().GetVersionID(), version);
+}
+
+TEST_F(ManagerTest, AKeyOfMissingFieldsNeverDeletesEverything) {
+  BaseSimulationSetup & a = AddSetup(L"A");
+  Solve(SolutionOf(a), L"x=1", {1});
+  AssertWatch::Expect("unpacked");
+  Manager().DeleteOldBlocks({L"SolutionKey(VersionID = -1)"});
+  EXPECT_TRUE(SolutionOf(a).HasSolutionData(L"x=1", 0));
+}
+
+TEST_F(ManagerTest, AVariationEntryWithoutAnIDIsRefused) {
+  io::CBlock header(L"FileHeader");
+  io::CBlock variations(L"VariationIDs");
+  io::CBlock_func entry(L"Map");
+  entry << io::named(L"V", L"x=1");
+  variations << entry;
+  header << variations;
+  AssertWatch::Expect("id != id::invalidID");
+  Manager().ReadDefinitionBlock(header);
+  EXPECT_TRUE(Manager().GetVariationIDMap().empty());
 }

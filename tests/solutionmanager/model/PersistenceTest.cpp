@@ -1,7 +1,7 @@
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "basekit/file/LongFileName.h"
 #include "basekit/text/Utf8.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"

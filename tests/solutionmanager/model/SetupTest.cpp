@@ -192,3 +192,33 @@ TEST_F(SetupTest, SweepsSharedWithAnotherSetupLiveUntilBothGaveThemUp) {
   EXPECT_EQ(second.GetSweepDef(L"f"), nullptr);
   second.RemoveAllSweeps();
 }
+
+TEST_F(SetupTest, ACopyAssignedBackLeavesEachSolutionOwnedOnce) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  BaseSolution * const solution = &SolutionOf(setup);
+  {
+    BaseSimulationSetup copy(setup);
+    copy.SetName(L"Edited");
+    setup = copy;
+  }
+  EXPECT_EQ(setup.GetName(), AString(L"Edited"));
+  EXPECT_EQ(&SolutionOf(setup), solution);
+  EXPECT_EQ(solution->GetSolutionName(), AString(L"Sweep"));
+}
+
+TEST_F(SetupTest, ASolutionAddedToACopyBelongsToTheCopy) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  BaseSimulationSetup copy(setup);
+  copy.AddSolution(copy.CreateSolution(L"Second"), nullptr);
+  EXPECT_EQ(copy.GetSolutions().size(), 2u);
+  EXPECT_EQ(setup.GetSolutions().size(), 1u);
+}
+
+TEST_F(SetupTest, ASolutionThatIsAddedAgainAfterItsDeletionStandsInOneMap) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  BaseSolution & solution = SolutionOf(setup);
+  setup.DeleteSolution(solution.GetID(), nullptr);
+  setup.AddSolution(&solution, nullptr);
+  EXPECT_TRUE(setup.GetDeletedSolutions().empty());
+  EXPECT_FALSE(solution.IsDeleted());
+}

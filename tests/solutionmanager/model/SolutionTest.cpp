@@ -110,6 +110,8 @@ TEST_F(SolutionTest, ASolutionIsNamedAloneOrWithItsSetup) {
   EXPECT_TRUE(m_solution.NameIdentifiesSolution(L" Setup  :  Sweep "));
   EXPECT_FALSE(m_solution.NameIdentifiesSolution(L"Other : Sweep"));
   EXPECT_FALSE(m_solution.NameIdentifiesSolution(L"Setup : Sweep : x"));
+  EXPECT_FALSE(m_solution.NameIdentifiesSolution(L"Setup::Sweep"));
+  EXPECT_FALSE(m_solution.NameIdentifiesSolution(L"Setup:Sweep:"));
   m_solution.SetSolutionName(L"a : b : c");
   EXPECT_TRUE(m_solution.NameIdentifiesSolution(L"A : B : C"));
 }

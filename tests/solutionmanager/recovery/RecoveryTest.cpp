@@ -74,9 +74,7 @@ TEST_F(RecoveryTest, ACrashBeforeTheFirstSaveLeavesAllInThePrivateFile) {
   });
   ReopenRecovering(design);
   ASSERT_EQ(Manager().GetSetups().size(), 1u);
-  EXPECT_TRUE(
-      SolutionOf(*Manager().GetSetups().begin()->second).HasSolutionData(static_cast<IDesignInstance *>(nullptr), -1) ||
-      Manager().HasDataBlock(SolutionVariationKey(-1, L"x=1", -1, -1)));
+  EXPECT_TRUE(Manager().HasDataBlock(SolutionVariationKey(-1, L"x=1", -1, -1)));
 }
 
 TEST_F(RecoveryTest, AfterACleanCloseThereIsNothingToRecover) {
@@ -119,4 +117,24 @@ TEST_F(RecoveryTest, DeletionsOfTheInterfaceTakeSetupsAndSolutionsAlong) {
   EXPECT_TRUE(Manager().HasDataBlock(SolutionVariationKey(keptID, L"NotSet", -1, -1)));
   Manager().RecoverUIDeletions({}, {});
   EXPECT_TRUE(Manager().GetSetups().empty());
+}
+
+TEST_F(RecoveryTest, ABlockDeletedAndSolvedAgainBeforeACrashIsFoundUnderItsNewName) {
+  io::CBlock const design = SavedDesign();
+  Crash([this] {
+    Open();
+    BaseSolution & solution = SolutionOf(*Manager().GetSetups().begin()->second);
+    solution.DeleteSolutionVariation(L"x=1", nullptr);
+    Solve(solution, L"x=9", {9});
+    Solve(solution, L"x=1", {5, 6});
+  });
+  ReopenRecovering(design);
+  BaseSolution & solution = SolutionOf(*Manager().GetSetups().begin()->second);
+  auto const valuesOf = [&](AString const & text) {
+    auto * const data =
+        static_cast<support::TestVariation *>(solution.GetVariationData(VariationIDIndex(text, 0, &Manager()), false));
+    return data ? data->values : std::vector<double>();
+  };
+  EXPECT_EQ(valuesOf(L"x=1"), (std::vector<double>{5, 6}));
+  EXPECT_EQ(valuesOf(L"x=9"), std::vector<double>{9});
 }

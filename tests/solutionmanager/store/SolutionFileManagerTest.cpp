@@ -250,3 +250,58 @@ TEST_F(SolutionFileManagerTest, ResetDropsTheBlocksAndLeavesTheMapInMemory) {
   EXPECT_EQ(Names(files).size(), 1u);
   EXPECT_EQ(ContentOf(files, DataName(1)), -1);
 }
+
+TEST_F(SolutionFileManagerTest, NoOperationReplacesAMapThatItHasNotSeen) {
+  {
+    SolutionFileManager files{LongFileName(Path())};
+    for (long version : {1, 2, 3}) {
+      io::CBlock block = Block(DataName(version), version);
+      files.SaveDefinition(block);
+    }
+    files.CommitAll(false);
+  }
+  {
+    SolutionFileManager updated{LongFileName(Path())};
+    EXPECT_EQ(updated.UpdateOriginal(), kOk);
+    EXPECT_EQ(Names(updated).size(), 3u);
+  }
+  SolutionFileManager deletedOne{LongFileName(Path())};
+  EXPECT_EQ(deletedOne.DeleteBlock(DataName(1)), kOk);
+  EXPECT_EQ(Names(deletedOne).size(), 2u);
+  EXPECT_EQ(deletedOne.DeleteBlocks(std::set<AString>{DataName(2)}), kOk);
+  EXPECT_EQ(Names(deletedOne), std::list<AString>{DataName(3)});
+  EXPECT_EQ(ContentOf(deletedOne, DataName(3)), 3);
+}
+
+TEST_F(SolutionFileManagerTest, ASaveIntoALibraryWhoseMapIsDamagedIsRefusedAndTouchesNothing) {
+  {
+    SolutionFileManager files{LongFileName(Path())};
+    io::CBlock block = Block(DataName(1), 1);
+    files.SaveDefinition(block);
+    files.CommitAll(false);
+  }
+  std::string bytes;
+  {
+    std::ifstream file(m_folder / "d.qsol", std::ios::binary);
+    bytes.assign(std::istreambuf_iterator<char>(file), {});
+  }
+  auto const at = bytes.find("= \"SolutionBlock1\"");
+  ASSERT_NE(at, std::string::npos);
+  bytes[at + 3] = 'Z';
+  std::ofstream(m_folder / "d.qsol", std::ios::binary) << bytes;
+  SolutionFileManager files{LongFileName(Path())};
+  io::CBlock block = Block(DataName(2), 2);
+  EXPECT_NE(files.SaveDefinition(block), kOk);
+  io::CBlock batch;
+  batch << Block(DataName(3), 3);
+  EXPECT_NE(files.SaveBlocks(batch), kOk);
+  EXPECT_FALSE(files.HavePrivQsolBlocks());
+}
+
+TEST_F(SolutionFileManagerTest, AFolderIsFoundBehindEitherSlash) {
+  std::string path = (m_folder / "made" / "d.qsol").string();
+  path[path.rfind('/')] = '\\';
+  SolutionFileManager files{static_cast<IProject *>(nullptr)};
+  files.SetLibPath(text::FromUtf8(path), CStreamioLibrary::kRecoveryMode);
+  EXPECT_TRUE(std::filesystem::is_directory(m_folder / "made"));
+}
