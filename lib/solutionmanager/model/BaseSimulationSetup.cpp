@@ -127,7 +127,8 @@ bool BaseSimulationSetup::IsImportedSolution(int id) const {
 ISolution * BaseSimulationSetup::GetDefaultISolution() const { return m_DefaultSolution; }
 
 void BaseSimulationSetup::SetDefaultSolution(BaseSolution * solution) {
-  KVRO_ASSERT(m_BaseSolutionMap.find(solution->GetID()) != m_BaseSolutionMap.end());
+  if (solution)
+    KVRO_ASSERT(m_BaseSolutionMap.find(solution->GetID()) != m_BaseSolutionMap.end());
   m_DefaultSolution = solution;
 }
 
@@ -254,7 +255,10 @@ void BaseSimulationSetup::SolutionWasRenamed(AString const & oldName, AString co
 
 ISolution * BaseSimulationSetup::FindBestISolutionFit(ISolutionDefinition * definition,
                                                       SolutionDefinitionMatch & match) const {
+  KVRO_ASSERT(definition);
   for (auto const & [id, solution] : m_BaseSolutionMap) {
+    if (!definition)
+      break;
     ISolutionDefinition const * const candidate = solution->GetSolutionDefinition(id::invalidID);
     if (candidate && *candidate == *definition) {
       match = SolutionDefinitionMatch::kExact;

@@ -241,6 +241,9 @@ bool BaseSolutionManager::LoadCurrentDesignSolutionData() {
 void BaseSolutionManager::SetupConvDefs() {}
 
 void BaseSolutionManager::AddSetupConvDef(SetupConvDef const * definition) {
+  KVRO_ASSERT(definition);
+  if (!definition)
+    return;
   SetupConvDef const *& entry = m_ConvDefMap[definition->GetName()];
   if (entry) {
     KVRO_ASSERT(!"Duplicate problem conv def");

@@ -82,6 +82,9 @@ void BaseSolutionManager::DeleteSimulationSetup(long id, KelvroCommand * command
 }
 
 bool BaseSolutionManager::AddImportData(ISolution * solution, KelvroCommand * command) {
+  KVRO_ASSERT(solution);
+  if (!solution)
+    return false;
   auto * const setup =
       const_cast<BaseSimulationSetup *>(dynamic_cast<BaseSimulationSetup const *>(solution->GetISimulationSetup()));
   if (!setup)
@@ -137,6 +140,9 @@ int BaseSolutionManager::GetITaskSetupList(std::vector<ITaskSetup *> & list) con
 }
 
 ISimulationSetup * BaseSolutionManager::FindEquivalentISimulationSetup(ISimulationSetup * setup) const {
+  KVRO_ASSERT(setup);
+  if (!setup)
+    return nullptr;
   ISimulationSetup * firstEqual = nullptr;
   for (auto const & [id, candidate] : m_SimSetupMap) {
     if (static_cast<ISimulationSetup *>(candidate) == setup)

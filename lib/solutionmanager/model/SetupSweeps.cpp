@@ -1,5 +1,6 @@
 // The sweep definitions of a setup: plain records that setups made from one another share.
 
+#include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "plotkit/SweepDefinition.h"
@@ -43,6 +44,9 @@ bool BaseSimulationSetup::GetOffsetF1Flag(AString const & variable, int & flag) 
 }
 
 bool BaseSimulationSetup::IsEqual(ISimulationSetup const * other) const {
+  KVRO_ASSERT(other);
+  if (!other)
+    return false;
   std::vector<SweepDefinition *> theirs;
   other->GetSweepDefinitions(theirs);
   return std::equal(m_SweepDefs.begin(), m_SweepDefs.end(), theirs.begin(), theirs.end(),

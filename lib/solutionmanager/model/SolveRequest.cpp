@@ -61,6 +61,9 @@ bool BaseSimulationSetup::GetSolutionVariationKeysForSolve(std::vector<SolutionV
 }
 
 int BaseSimulationSetup::StartSingleSimulation(IDesignInstance * instance, SimulationTask const * task) const {
+  KVRO_ASSERT(task);
+  if (!task)
+    return kSolveRefused;
   auto const & solutionIDs = task->GetSolutionIDs();
   return StartSingleSimulation(instance, task->GetA(), task->GetB(), solutionIDs.empty() ? nullptr : &solutionIDs);
 }
@@ -83,7 +86,8 @@ std::vector<long> BaseSimulationSetup::SolutionsToSolve(AString const & variatio
 
 int BaseSimulationSetup::StartSingleSimulation(IDesignInstance * instance, long a, long b,
                                                std::vector<long> const * solutionIDs) const {
-  ISimulationService * const service = instance->GetSimulationService();
+  KVRO_ASSERT(instance);
+  ISimulationService * const service = instance ? instance->GetSimulationService() : nullptr;
   if (!service)
     return kSolveRefused;
   AString const variation = instance->GetVariationKey();

@@ -63,7 +63,8 @@ long CAllSolutionsDeltaState::StateForNewcomers(bool undo) {
   if (!undo)
     return m_newState;
   if (m_otherState == id::invalidID)
-    m_otherState = m_setup->GetBaseSolutionMgr()->ForEdit().FetchNextUniqueID();
+    // Undo does no file work: the counter reaches the library with the next write of the header.
+    m_otherState = m_setup->GetBaseSolutionMgr()->ForEdit().FetchNextUniqueIDNoWrite();
   return m_otherState;
 }
 

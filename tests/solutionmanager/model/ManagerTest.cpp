@@ -237,3 +237,18 @@ TEST_F(ManagerTest, AVariationEntryWithoutAnIDIsRefused) {
   Manager().ReadDefinitionBlock(header);
   EXPECT_TRUE(Manager().GetVariationIDMap().empty());
 }
+
+TEST_F(ManagerTest, NothingWhereAnObjectIsMeantIsReportedAndAnswered) {
+  for (char const * const text : {"solution", "setup", "definition", "definition", "other", "task", "instance"})
+    AssertWatch::Expect(text);
+  EXPECT_FALSE(Manager().AddImportData(nullptr, nullptr));
+  EXPECT_EQ(Manager().FindEquivalentISimulationSetup(nullptr), nullptr);
+  Manager().AddSetupConvDef(nullptr);
+  BaseSimulationSetup const & a = AddSetup(L"A");
+  SolutionDefinitionMatch match = SolutionDefinitionMatch::kExact;
+  EXPECT_EQ(a.FindBestISolutionFit(nullptr, match), nullptr);
+  EXPECT_EQ(match, SolutionDefinitionMatch::kNone);
+  EXPECT_FALSE(a.IsEqual(nullptr));
+  EXPECT_EQ(a.StartSingleSimulation(nullptr, nullptr), kSolveRefused);
+  EXPECT_EQ(a.StartSingleSimulation(nullptr, 0, 0, nullptr), kSolveRefused);
+}
