@@ -157,7 +157,6 @@ public:
 
 private:
   friend class BaseSolutionManager;
-  friend class CAllSolutionsDeltaState;
 
   void ShareContentsOf(BaseSimulationSetup const & source);
   template <class Map> void Retire(Map const & map);
