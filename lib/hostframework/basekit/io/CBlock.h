@@ -12,6 +12,7 @@
 
 namespace io {
 
+class BlockJournal;
 class CBlockFuncPtr;
 class CBlockVecPtr;
 
@@ -26,6 +27,9 @@ public:
 
   CBlock();
   explicit CBlock(AString const & name);
+  /// A block whose content is that of the journal, made when somebody looks; by then it is a block like any other.  A
+  /// copy of one that nobody looked at shares the journal.
+  CBlock(AString const & name, std::shared_ptr<BlockJournal> journal);
   CBlock(CBlock const & other);
   CBlock(CBlock && other) noexcept;
   CBlock & operator=(CBlock const & other);
@@ -69,6 +73,8 @@ public:
   /// The first child of that name and kind where it lies, or null; the found flag is left alone.
   CBlock_item * FindItem(AString const & name, Kind kind) const;
   CBlock const * FindBlock(AString const & name) const;
+  /// Null once somebody looked at the content, or changed it.
+  std::shared_ptr<BlockJournal> const & Journal() const { return m_journal; }
 
   AString Name() const override { return m_name; }
   void Name(AString const & name) override;

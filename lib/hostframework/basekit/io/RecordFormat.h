@@ -25,13 +25,14 @@ struct FileHeader {
 };
 
 /// Kinds from kFirstSkippedKind on are skipped by a reader that does not know them; other unknown kinds stop it.
-/// 0x10 to 0x1F are kept for edits of blocks that stand before them.
 enum RecordKind : unsigned {
   kBlockRecord = 0x01,
   kDeleteRecord = 0x02,
   kIndexRecord = 0x03,
   kCommitRecord = 0x04,
   kCleanCloseRecord = 0x05,
+  /// Edits of a block that stands before it: see BlockPatch.
+  kPatchRecord = 0x10,
   kFirstSkippedKind = 0x80,
 };
 
