@@ -93,6 +93,7 @@ private:
 
   AString m_name;
   std::vector<CBlock_ptr<CBlock_item>> m_items;
+  mutable std::shared_ptr<BlockJournal> m_journal;
   mutable std::unique_ptr<NameIndex> m_index;
   mutable bool m_found = false;
   mutable bool m_error = false;
