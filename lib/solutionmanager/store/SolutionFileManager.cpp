@@ -7,6 +7,7 @@
 #include "basekit/file/CFileUtilities.h"
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
+#include "solutionmanager/store/BlockKeyIndex.h"
 
 #include <algorithm>
 
@@ -75,7 +76,7 @@ void SolutionFileManager::SetLibPathInternal(AString const & path, TMode mode) c
     else
       LFN_CreateDirectory(folder);
   }
-  m_realToInternal.clear();
+  ClearEntries();
   m_mapSeen = false;
   m_mapChanged = true;
   m_library.SetLibPath(path, mode);

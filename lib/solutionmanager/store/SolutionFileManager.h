@@ -1,25 +1,19 @@
 #pragma once
 
-#include "basekit/text/AString.h"
-#include "solutionmanager/address/SolutionVariationKey.h"
+#include "solutionmanager/store/SRealToInternalData.h"
 #include "viewkit/library/CStreamioLibWritePrivate.h"
 
 #include <list>
-#include <map>
+#include <memory>
 #include <set>
 #include <vector>
 
+class BlockKeyIndex;
 class IProject;
 class LongFileName;
 namespace io {
 class CBlock;
 }
-
-/// What the name map holds for a block: the key that its real name unpacks to, and the name it bears in the library.
-struct SRealToInternalData {
-  SolutionVariationKey key;
-  AString internalName;
-};
 
 /// Owner of the solution library of one design: a public file, a private file beside it, and the map from real block
 /// names (packed keys, long and changing) to short internal ones.  Every block of solved data passes through it.
@@ -29,7 +23,7 @@ class SolutionFileManager {
 public:
   using LibIOReturn = CStreamioLibrary::LibIOReturn;
   using TMode = CStreamioLibWritePrivate::TMode;
-  using NameMap = std::map<AString, SRealToInternalData>;
+  using NameMap = RealToInternalMap;
 
   static AString const kRealToInternalBlkName;
 
@@ -96,10 +90,18 @@ public:
 private:
   void SetLibPathInternal(AString const & path, TMode mode) const;
   void AttachIfPending() const;
-  AString EntryForNewBlock(AString const & realName) const;
   LibIOReturn MergeNameMapOfLibrary() const;
   LibIOReturn SeeNameMap() const;
   LibIOReturn DeleteDefinition(AString const & name);
+  BlockKeyIndex const & KeyIndex() const;
+
+  // Entries come and go by these alone.
+  NameMap::iterator InsertEntry(NameMap::const_iterator before, AString const & realName,
+                                SRealToInternalData const & entry) const;
+  NameMap::iterator EraseEntry(NameMap::const_iterator entry) const;
+  void ClearEntries() const;
+  /// The internal name to save a block under; a new block gets an entry.
+  AString InternalNameForSave(AString const & realName, bool & isNew) const;
 
   mutable NameMap m_realToInternal;
   mutable unsigned long m_nextAvailableIndex = 1;
@@ -111,4 +113,6 @@ private:
 
   /// Whether what the library holds of the map is part of the map here; a map that was not seen is never replaced.
   mutable bool m_mapSeen = false;
+  /// Null until a pattern is looked up.
+  mutable std::unique_ptr<BlockKeyIndex> m_keyIndex;
 };
