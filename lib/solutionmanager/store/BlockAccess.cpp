@@ -25,8 +25,6 @@ private:
   AString m_former;
 };
 
-bool IsNameMap(AString const & name) { return AString::MatchNoCase(name, SolutionFileManager::kRealToInternalBlkName); }
-
 } // namespace
 
 LibIOReturn SolutionFileManager::LoadDefinition(io::CBlock & block) const {

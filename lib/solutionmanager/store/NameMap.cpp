@@ -34,6 +34,8 @@ SRealToInternalData EntryOf(AString const & realName, AString const & internalNa
 
 } // namespace
 
+bool SolutionFileManager::IsNameMap(AString const & name) { return AString::MatchNoCase(name, kRealToInternalBlkName); }
+
 AString SolutionFileManager::GetInternalBlockName(bool & found, AString const & realName) const {
   auto const at = m_realToInternal.find(realName);
   found = at != m_realToInternal.end();
@@ -71,9 +73,16 @@ void SolutionFileManager::InitNextAvailableIndex() const {
   ++m_nextAvailableIndex;
 }
 
+// A file may claim anything: the map's own block has no entry, and no other block stands in its place.
+bool SolutionFileManager::CanBeEntry(AString const & realName, AString const & internalName) {
+  bool const isEntry = !internalName.empty() && !IsNameMap(realName) && !IsNameMap(internalName);
+  KVRO_ASSERT(isEntry);
+  return isEntry;
+}
+
 void SolutionFileManager::ExtendNameMap(AString const & realName, AString const & internalName) {
   auto const before = m_realToInternal.lower_bound(realName);
-  if (before != m_realToInternal.end() && before->first == realName)
+  if ((before != m_realToInternal.end() && before->first == realName) || !CanBeEntry(realName, internalName))
     return;
   InsertEntry(before, realName, EntryOf(realName, internalName));
   m_nextAvailableIndex = std::max(m_nextAvailableIndex, TrailingNumber(internalName));
@@ -95,7 +104,7 @@ SolutionFileManager::LibIOReturn SolutionFileManager::MergeNameMapOfLibrary() co
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
     AString internalName;
-    if (!pair || !pair->Query(internalName))
+    if (!pair || !pair->Query(internalName) || !CanBeEntry(pair->Name(), internalName))
       continue;
     InsertEntry(m_realToInternal.end(), pair->Name(), EntryOf(pair->Name(), internalName));
   }
@@ -125,9 +134,7 @@ SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNa
   LibIOReturn const seen = SeeNameMap();
   if (seen != CStreamioLibrary::kLibSuccess)
     return seen;
-  io::CBlock block(kRealToInternalBlkName);
-  for (auto const & [realName, entry] : m_realToInternal)
-    block << io::CBlock_named_value(realName, io::CBlock_value(entry.internalName));
+  io::CBlock block(kRealToInternalBlkName, m_journal);
   LibIOReturn const result = SaveDefinition(block);
   m_mapChanged = false;
   return result;

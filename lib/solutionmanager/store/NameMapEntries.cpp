@@ -1,6 +1,9 @@
 // Entries of the name map come and go here, so that what is derived from the map keeps up with it.
 
 #include "basekit/diag/Profiling.h"
+#include "basekit/io/BlockJournal.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_named_value.h"
 #include "solutionmanager/store/BlockKeyIndex.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 
@@ -10,6 +13,10 @@ namespace {
 
 using Entries = std::vector<std::pair<AString, SRealToInternalData>>;
 
+io::CBlock_named_value ItemOf(RealToInternalMap::value_type const & entry) {
+  return {entry.first, io::CBlock_value(entry.second.internalName)};
+}
+
 } // namespace
 
 SolutionFileManager::NameMap::iterator SolutionFileManager::InsertEntry(NameMap::const_iterator before,
@@ -17,20 +24,37 @@ SolutionFileManager::NameMap::iterator SolutionFileManager::InsertEntry(NameMap:
                                                                         SRealToInternalData const & entry) const {
   auto const size = m_realToInternal.size();
   auto const at = m_realToInternal.emplace_hint(before, realName, entry);
-  if (m_realToInternal.size() != size && m_keyIndex)
+  if (m_realToInternal.size() == size)
+    return at;
+  if (m_keyIndex)
     m_keyIndex->Insert(at);
+  if (auto const next = std::next(at); next == m_realToInternal.end()) {
+    m_journal->Insert(ItemOf(*at), nullptr);
+  } else {
+    auto const nextItem = ItemOf(*next);
+    m_journal->Insert(ItemOf(*at), &nextItem);
+  }
   return at;
 }
 
 SolutionFileManager::NameMap::iterator SolutionFileManager::EraseEntry(NameMap::const_iterator entry) const {
   if (m_keyIndex)
     m_keyIndex->Erase(entry);
-  return m_realToInternal.erase(entry);
+  auto const item = ItemOf(*entry);
+  auto const next = m_realToInternal.erase(entry);
+  m_journal->Remove(item);
+  return next;
 }
 
 void SolutionFileManager::ClearEntries() const {
   m_keyIndex.reset();
   m_realToInternal.clear();
+  m_journal->Restart();
+}
+
+void SolutionFileManager::FillNameMapBlock(io::CBlock & block) const {
+  for (auto const & entry : m_realToInternal)
+    block << ItemOf(entry);
 }
 
 BlockKeyIndex const & SolutionFileManager::KeyIndex() const {

@@ -12,8 +12,9 @@ class BlockKeyIndex;
 class IProject;
 class LongFileName;
 namespace io {
+class BlockJournal;
 class CBlock;
-}
+} // namespace io
 
 /// Owner of the solution library of one design: a public file, a private file beside it, and the map from real block
 /// names (packed keys, long and changing) to short internal ones.  Every block of solved data passes through it.
@@ -90,6 +91,8 @@ public:
 private:
   void SetLibPathInternal(AString const & path, TMode mode) const;
   void AttachIfPending() const;
+  static bool IsNameMap(AString const & name);
+  static bool CanBeEntry(AString const & realName, AString const & internalName);
   LibIOReturn MergeNameMapOfLibrary() const;
   LibIOReturn SeeNameMap() const;
   LibIOReturn DeleteDefinition(AString const & name);
@@ -100,6 +103,8 @@ private:
                                 SRealToInternalData const & entry) const;
   NameMap::iterator EraseEntry(NameMap::const_iterator entry) const;
   void ClearEntries() const;
+  std::shared_ptr<io::BlockJournal> NewJournal() const;
+  void FillNameMapBlock(io::CBlock & block) const;
   /// The internal name to save a block under; a new block gets an entry.
   AString InternalNameForSave(AString const & realName, bool & isNew) const;
 
@@ -115,4 +120,6 @@ private:
   mutable bool m_mapSeen = false;
   /// Null until a pattern is looked up.
   mutable std::unique_ptr<BlockKeyIndex> m_keyIndex;
+  /// What changed in the map since the library stored it, so that a save doesn't write the whole map.
+  std::shared_ptr<io::BlockJournal> m_journal;
 };
