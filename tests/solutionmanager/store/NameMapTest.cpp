@@ -157,35 +157,32 @@ TEST_F(NameMapTest, UpdatingTheOriginalMarksTheMapAsChanged) {
 }
 
 TEST_F(NameMapTest, AnUpdateOfTheOriginalThatFailsMarksTheMapAsChangedToo) {
+  support::FaultyFileSystem disk;
   ASSERT_EQ(Save(DataName(1), 1), kOk);
-  {
-    support::FaultyFileSystem faulty;
-    faulty.FailAt(1, true);
-    EXPECT_NE(Files().UpdateOriginal(), kOk);
-  }
+  disk.FailAt(1, true);
+  EXPECT_NE(Files().UpdateOriginal(), kOk);
+  disk.FailAt(0, false);
   EXPECT_TRUE(Writes([this] { EXPECT_EQ(Files().WriteRealToInternalBlockNameMap(), kOk); }));
 }
 
-// Once at each file operation of a save: among the failures there is one that hits the map's block alone.
+// One failure at each file operation of a save in turn: among them are those that hit the map's block alone.
 TEST_F(NameMapTest, AFailedSaveOfTheMapClearsTheFlagOnPurpose) {
+  support::FaultyFileSystem disk;
   int mapFailures = 0;
   for (int operation = 1; operation <= 4; ++operation) {
-    m_files = nullptr;
-    std::filesystem::remove(m_folder / "d.qsol_priv");
-    ASSERT_EQ(Save(DataName(1), 1), kOk);
-    LibIOReturn result = kOk;
-    {
-      support::FaultyFileSystem faulty;
-      faulty.FailAt(operation, true);
-      result = Save(DataName(2), 2);
-    }
-    if (result == kOk || ContentOf(DataName(2)) != 2)
+    ASSERT_EQ(Save(DataName(50 + operation), 1), kOk);
+    AString const name = DataName(1 + operation);
+    disk.FailAt(operation, true);
+    LibIOReturn const result = Save(name, operation);
+    disk.FailAt(0, false);
+    if (result == kOk || ContentOf(name) != operation)
       continue;
     ++mapFailures;
     EXPECT_FALSE(Writes([this] { EXPECT_EQ(Files().WriteRealToInternalBlockNameMap(), kOk); }));
-    EXPECT_EQ(NamesInLibrary(), std::vector<AString>{DataName(1)});
-    ASSERT_EQ(Save(DataName(3), 3), kOk);
-    EXPECT_EQ(NamesInLibrary(), (std::vector<AString>{DataName(1), DataName(2), DataName(3)}));
+    EXPECT_EQ(MapInMemory().count(name), 1u);
+    EXPECT_EQ(MapInLibrary().size(), MapInMemory().size() - 1);
+    ASSERT_EQ(Save(DataName(100 + operation), 0), kOk);
+    EXPECT_EQ(MapInLibrary().size(), MapInMemory().size());
   }
   EXPECT_GT(mapFailures, 0);
 }
@@ -199,10 +196,12 @@ TEST_F(NameMapTest, TheStoredMapIsThatOfTheMemoryAfterAnyMixOfChanges) {
       Files().DeleteBlocks(Key(1, AString::Format(L"a=%d", version % 4), -1, -1));
     if (version % 13 == 6)
       Files().DeleteBlock(Names().front());
-    if (version == 30)
+    if (version == 30) {
       ASSERT_EQ(Files().UpdateOriginal(), kOk);
-    if (version == 45)
+    }
+    if (version == 45) {
       ASSERT_EQ(Files().CommitAll(false), kOk);
+    }
   }
   ASSERT_EQ(Save(L"last", 1), kOk);
   Pairs expected;
