@@ -5,8 +5,6 @@
 #include "viewkit/library/LibraryState.h"
 #include "viewkit/library/LogWriter.h"
 
-#include <algorithm>
-
 namespace library {
 
 namespace {
@@ -24,44 +22,30 @@ io::CommitInfo NextCommit(LibraryState const & state) {
   return next;
 }
 
-struct Unmerged {
-  AString name;
-  io::BlockPlace place;
-};
-
-// In the order in which they were saved.
-std::vector<Unmerged> ListUnmerged(LibraryState const & state) {
-  std::vector<Unmerged> list;
-  for (auto const & name : state.unmerged)
-    if (auto const * const entry = state.privateLog->Index().Entry(name))
-      list.push_back({entry->first, entry->second});
-  std::sort(list.begin(), list.end(),
-            [](Unmerged const & a, Unmerged const & b) { return a.place.offset < b.place.offset; });
-  return list;
-}
+void NoteMerged(LibraryState & state) { state.mergedLength = state.privateLog ? state.privateLog->Records().End() : 0; }
 
 // A block of the private file that is damaged is left out, once and told; the public file's own version stays.
 LibIOReturn AppendCommit(LibraryState & state) {
   auto & target = *state.publicLog;
-  std::vector<AString> damaged;
+  std::vector<std::string> damaged;
   AString damage;
   LogWriter writer(target);
-  for (auto const & [name, place] : ListUnmerged(state)) {
+  std::string payload;
+  for (auto const & [name, place] : Unmerged(state)) {
     if (!place.IsBlock()) {
       if (target.Index().Find(name))
-        writer.AddDelete(name);
+        writer.AddDelete(name, LogWriter::Group::GoesOn);
       continue;
     }
-    std::string payload;
     LibIOReturn const read = state.privateLog->LoadPayload(name, place, payload, state.error);
     if (read == CStreamioLibrary::kLibDamaged) {
-      damaged.push_back(name);
+      damaged.emplace_back(name);
       damage = state.error;
     } else if (read != kSuccess) {
       writer.Abandon();
       return read;
     } else {
-      writer.AddBlock(name, std::move(payload), (place.flags & io::kBinaryPayload) != 0);
+      writer.AddBlock(name, payload, (place.flags & io::kBinaryPayload) != 0, LogWriter::Group::GoesOn);
     }
   }
   writer.AddCommit(NextCommit(state), true);
@@ -81,10 +65,10 @@ void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
       return block.log->LoadPayload(block.name, block.place, payload, state.error) != CStreamioLibrary::kLibDamaged;
     };
     bool good = isGood();
-    auto const * const former =
-        state.publicLog && block.log != state.publicLog.get() ? state.publicLog->Index().Entry(block.name) : nullptr;
-    if (!good && former) {
-      block = {former->first, former->second, state.publicLog.get()};
+    io::RecordIndex::Named former;
+    if (!good && state.publicLog && block.log != state.publicLog.get() &&
+        state.publicLog->Index().Find(block.name, former)) {
+      block = {std::string(former.name), former.place, state.publicLog.get()};
       good = isGood();
     }
     if (good)
@@ -125,7 +109,7 @@ LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, boo
     state.publicLog = std::move(written);
   }
   if (result == kSuccess)
-    state.unmerged.clear();
+    NoteMerged(state);
   return result == kSuccess && isDamaged ? CStreamioLibrary::kLibDamaged : result;
 }
 
@@ -137,13 +121,13 @@ LibIOReturn Commit(LibraryState & state) {
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.path.FilePath() + L" is another file now");
     state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == Standing::Vanished;
   }
-  bool const isUpToDate =
-      state.publicLog && !state.publicLog->mustRewrite && state.unmerged.empty() && state.heldDeletes.empty();
+  bool const isUpToDate = state.publicLog && !state.publicLog->mustRewrite && !HasUnmerged(state) &&
+                          state.heldDeletes.empty() && !state.journaled.HasUnsent();
   if (result != kSuccess || isUpToDate)
     return result;
   result = AcquireForWriting(state);
   if (result == kSuccess)
-    result = FlushDeletes(state);
+    result = Flush(state);
   if (result != kSuccess)
     return result;
   if (!state.publicLog || state.publicLog->mustRewrite) {
@@ -152,14 +136,14 @@ LibIOReturn Commit(LibraryState & state) {
   }
   result = AppendCommit(state);
   if (result == kSuccess || result == CStreamioLibrary::kLibDamaged)
-    state.unmerged.clear();
+    NoteMerged(state);
   return result;
 }
 
 LibIOReturn RevertCommit(LibraryState & state, std::uint64_t length) {
   LibIOReturn result = AcquireForWriting(state);
   if (result == kSuccess)
-    result = FlushDeletes(state);
+    result = Flush(state);
   if (result != kSuccess)
     return result;
   io::CommitInfo commit;
@@ -178,7 +162,7 @@ LibIOReturn RevertCommit(LibraryState & state, std::uint64_t length) {
   result = state.publicLog->Records().Restart() == io::RecordReader::State::Good ? kSuccess
                                                                                  : CStreamioLibrary::kLibReadFailed;
   state.cache.clear();
-  FindUnmerged(state, mergedLength);
+  state.mergedLength = mergedLength;
   return result;
 }
 
