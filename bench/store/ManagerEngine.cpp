@@ -15,7 +15,7 @@ namespace {
 
 // About 120 characters, as those of a design with a few variables are.
 AString NameOf(std::size_t number) {
-  return SolutionVariationKey(3, AString::Format(L"C1=\"%lu.25pF\"; L1=\"4.7nH\"", number), 5, 7).Pack();
+  return SolutionVariationKey(3, AString::Format(L"C1=\"%lu.25pF\"; L1=\"4.7nH\"; W1=\"0.35mm\"", number), 5, 7).Pack();
 }
 
 class ManagerEngine : public IEngine {

@@ -110,9 +110,7 @@ void OpenAndList(Work & work, Purpose purpose) {
 
 void LoadRandom(Work & work) {
   work.engine.Open(work.job.folder, Purpose::Work);
-  Numbers const first = {1};
-  work.engine.PrepareNames(first);
-  work.engine.Load(0);
+  work.engine.List();
   InChunks(work, Shuffled(work.job.n), kChunk, [&](std::span<std::size_t const> chunk) {
     work.engine.PrepareNames(chunk);
     std::span<double const> loaded;
