@@ -289,9 +289,12 @@ void RecordIndex::EndChain() {
   std::reverse(m_segments.begin(), m_segments.end());
   m_indexedTo = m_segments.empty() ? 0 : m_segments.back().offset;
   m_changed.clear();
-  if (m_keepsDeletions)
-    return;
-  // Deletions stayed until now, to hide older entries.
+  if (!m_keepsDeletions)
+    ForgetDeletions(); // They stayed until now, to hide older entries.
+}
+
+void RecordIndex::ForgetDeletions() {
+  m_keepsDeletions = false;
   for (auto & entry : m_entries)
     if (entry.place.kind != 0 && !entry.place.IsBlock()) {
       Count(entry.place, -1);

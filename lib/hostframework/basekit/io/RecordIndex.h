@@ -86,6 +86,8 @@ public:
   bool TakeSegment(std::string_view payload, bool isBinary, std::uint64_t offset, std::uint64_t & previous);
   /// Ends the reading of a chain, whose records came newest first.
   void EndChain();
+  /// Deletions are kept no longer.
+  void ForgetDeletions();
 
 private:
   struct Entry {

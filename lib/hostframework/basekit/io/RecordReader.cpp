@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::string_view kRecordMark = "#q ";
 constexpr std::size_t kUnwrittenRun = 16;
+// The last commit stands at the end, unless the writer died in one.
+constexpr std::uint64_t kCommitSearch = 4096;
 
 } // namespace
 
@@ -81,6 +83,11 @@ void RecordReader::Begin(std::unique_ptr<file::IFile> file, FileHeader const & h
   m_index = RecordIndex(header.isPrivate);
   m_indexedTo = kFileHeaderSize;
   SetEnd(kFileHeaderSize);
+}
+
+void RecordReader::BecomePublic() {
+  m_extent = Extent::Committed;
+  m_index.ForgetDeletions();
 }
 
 RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent) {
@@ -155,8 +162,9 @@ bool RecordReader::CommitAt(std::uint64_t offset, std::uint64_t limit, CommitInf
 // Searches backward, since a commit ends with its record; a torn one behind it costs a longer search.
 bool RecordReader::FindLastCommit() {
   std::uint64_t to = m_length;
+  std::uint64_t step = kCommitSearch;
   while (to > kFileHeaderSize && m_state == State::Good) {
-    std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > kScanAhead ? to - kScanAhead : 0);
+    std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > step ? to - step : 0);
     // The mark may lie across the border of two chunks.
     std::uint64_t const upTo = std::min(m_length, to + kRecordMark.size() - 1);
     std::string_view view;
@@ -174,6 +182,7 @@ bool RecordReader::FindLastCommit() {
         return true;
       }
     to = from;
+    step = std::min(2 * step, kScanAhead);
   }
   return false;
 }

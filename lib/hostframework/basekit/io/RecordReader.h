@@ -46,6 +46,8 @@ public:
   State Restart() { return Open(std::move(m_file), m_extent); }
   /// Begins a new file, which holds its header alone.
   void Begin(std::unique_ptr<file::IFile> file, FileHeader const & header);
+  /// A private file that was renamed with all its content committed.
+  void BecomePublic();
   /// Reads what another writer has appended since; false when the file must be opened anew.
   bool Follow();
   /// The bytes of a block in the form that the place tells; nothing that fails a checksum is handed out.  A block that
@@ -54,6 +56,8 @@ public:
   /// Reads the whole file up to its end and calls for each damage; returns the number of records that are whole.
   std::size_t Verify(std::function<void(RecordDamage const &)> const & report);
 
+  /// False also for a file that began as a private one and became public with a commit of its own.
+  bool IsPrivate() const { return m_header.isPrivate && m_commit.mergedSalt != m_header.salt; }
   FileHeader const & Header() const { return m_header; }
   /// Nothing but the begin of a header stands there: the writer stopped before it stored anything.
   bool IsTornHeader() const { return m_isTornHeader; }

@@ -99,7 +99,7 @@ void CStreamioLibWritePrivate::SetLibPath(AString const & path, TMode mode) {
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::CommitAll(bool compact) {
   auto & state = *m_state;
   state.writesBinary = IsBinaryModeFile();
-  LibIOReturn result = library::Commit(state);
+  LibIOReturn result = library::Commit(state, true);
   if (result != kLibSuccess)
     return Checked(result);
   auto const stats = library::Statistics(state);
@@ -111,7 +111,7 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::CommitAll(bool compact) 
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::UpdateOriginal() {
   m_state->writesBinary = IsBinaryModeFile();
-  return Checked(library::Commit(*m_state));
+  return Checked(library::Commit(*m_state, false));
 }
 
 void CStreamioLibWritePrivate::ResetPrivateLib() {

@@ -77,6 +77,46 @@ void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
   blocks.swap(whole);
 }
 
+// Nothing is lost and little copied when the private file itself becomes the first public one.
+bool CanBecomePublic(LibraryState const & state) {
+  if (state.publicLog || !state.privateLog || state.privateLog->mustRewrite)
+    return false;
+  auto const & log = *state.privateLog;
+  return log.Index().LiveBytes() * 2 > log.Records().End();
+}
+
+LibIOReturn BecomePublic(LibraryState & state) {
+  auto & log = *state.privateLog;
+  LogWriter writer(log);
+  std::string payload;
+  LibIOReturn read = kSuccess;
+  log.Index().ForEach([&](io::RecordIndex::Named const & named) {
+    if (named.place.kind != io::kPatchRecord || read != kSuccess)
+      return;
+    read = log.LoadPayload(named.name, named.place, payload, state.error);
+    if (read == kSuccess)
+      writer.AddBlock(named.name, payload, (named.place.flags & io::kBinaryPayload) != 0, LogWriter::Group::GoesOn);
+  });
+  if (read != kSuccess) {
+    writer.Abandon();
+    return read;
+  }
+  writer.AddCommit(NextCommit(state), true);
+  file::FileStatus status = writer.Finish();
+  if (status.Ok())
+    status = file::FileSystem().Rename(state.privatePath, state.path);
+  if (!status.Ok())
+    return state.Fail(status);
+  state.publicLog = std::move(state.privateLog);
+  state.publicLog->SetPath(state.path);
+  state.publicLog->Records().BecomePublic();
+  state.mergedLength = 0;
+  state.journaled.Clear();
+  status = file::FileSystem().SyncFolder(state.path.DirPath());
+  state.publicLog->mustRewrite = !status.Ok();
+  return status.Ok() ? kSuccess : state.Fail(status);
+}
+
 } // namespace
 
 LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, bool isBinary) {
@@ -113,13 +153,13 @@ LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, boo
   return result == kSuccess && isDamaged ? CStreamioLibrary::kLibDamaged : result;
 }
 
-LibIOReturn Commit(LibraryState & state) {
+LibIOReturn Commit(LibraryState & state, bool mayEndPrivateFile) {
   LibIOReturn result = state.status;
   if (state.publicLog && state.lock.IsHeld()) {
-    Standing const standing = StandsUnderItsName(*state.publicLog);
-    if (standing == Standing::Replaced)
+    auto const standing = StandsUnderItsName(*state.publicLog);
+    if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.path.FilePath() + L" is another file now");
-    state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == Standing::Vanished;
+    state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == file::Standing::Vanished;
   }
   bool const isUpToDate = state.publicLog && !state.publicLog->mustRewrite && !HasUnmerged(state) &&
                           state.heldDeletes.empty() && !state.journaled.HasUnsent();
@@ -130,6 +170,8 @@ LibIOReturn Commit(LibraryState & state) {
     result = Flush(state);
   if (result != kSuccess)
     return result;
+  if (mayEndPrivateFile && CanBecomePublic(state))
+    return BecomePublic(state);
   if (!state.publicLog || state.publicLog->mustRewrite) {
     bool const isBinary = state.publicLog ? state.publicLog->Records().Header().isBinary : state.writesBinary;
     return CommitWhole(state, Conversion(), isBinary);

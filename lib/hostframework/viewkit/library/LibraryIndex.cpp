@@ -7,16 +7,20 @@ namespace library {
 
 namespace {
 
+bool IsHeld(LibraryState const & state, std::string_view name) {
+  return !state.heldDeletes.empty() && state.heldDeletes.contains(name);
+}
+
 // The private file says what stands for the name, be it that nothing does.
 bool IsOverridden(LibraryState const & state, std::string_view name) {
-  return state.heldDeletes.contains(name) || (state.privateLog && state.privateLog->Index().Find(name));
+  return IsHeld(state, name) || (state.privateLog && state.privateLog->Index().Find(name));
 }
 
 } // namespace
 
 FoundBlock FindBlock(LibraryState & state, std::string_view name) {
   io::RecordIndex::Named found;
-  if (state.heldDeletes.empty() || !state.heldDeletes.contains(name))
+  if (!IsHeld(state, name))
     for (LogReader * const log : {state.privateLog.get(), state.publicLog.get()})
       if (log && log->Index().Find(name, found))
         return {std::string(found.name), found.place, found.place.IsBlock() ? log : nullptr};
@@ -43,13 +47,15 @@ bool HasUnmerged(LibraryState const & state) {
 
 std::vector<FoundBlock> AllBlocks(LibraryState & state) {
   std::vector<FoundBlock> blocks;
+  blocks.reserve((state.publicLog ? state.publicLog->Index().Blocks() : 0) +
+                 (state.privateLog ? state.privateLog->Index().Blocks() : 0));
   if (state.publicLog)
     for (auto const & [name, place] : state.publicLog->Index().InFileOrder())
       if (!IsOverridden(state, name))
         blocks.push_back({std::string(name), place, state.publicLog.get()});
   if (state.privateLog)
     for (auto const & [name, place] : state.privateLog->Index().InFileOrder())
-      if (!state.heldDeletes.contains(name))
+      if (!IsHeld(state, name))
         blocks.push_back({std::string(name), place, state.privateLog.get()});
   return blocks;
 }

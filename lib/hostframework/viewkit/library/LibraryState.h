@@ -97,9 +97,8 @@ std::vector<io::RecordIndex::Named> Unmerged(LibraryState const & state);
 bool HasUnmerged(LibraryState const & state);
 CStreamioLibraryStats Statistics(LibraryState const & state);
 
-/// What stands under the name of an open file.
-enum class Standing { Same, Vanished, Replaced };
-Standing StandsUnderItsName(LogReader & log);
+/// Replaced also when it can't be told.
+file::Standing StandsUnderItsName(LogReader & log);
 
 // Takeover.cpp: attaching, and which private file is gone on with.
 

@@ -215,14 +215,10 @@ LibIOReturn SetPrivateFileAside(LongFileName const & privatePath, AString & setA
   return status.Ok() ? kSuccess : CStreamioLibrary::kLibWriteFailed;
 }
 
-Standing StandsUnderItsName(LogReader & log) {
-  file::FileInfo named;
-  file::FileInfo mine;
-  if (!file::FileSystem().Describe(log.Path(), named).Ok() || !log.Records().File().Describe(mine).Ok())
-    return Standing::Replaced;
-  return named.kind == file::FileKind::None ? Standing::Vanished
-         : mine.IsSameFile(named)           ? Standing::Same
-                                            : Standing::Replaced;
+file::Standing StandsUnderItsName(LogReader & log) {
+  auto standing = file::Standing::Replaced;
+  file::FileStatus const status = log.Records().File().StandsUnder(log.Path(), standing);
+  return status.Ok() ? standing : file::Standing::Replaced;
 }
 
 namespace {
@@ -251,10 +247,10 @@ LibIOReturn MakePrivateFileAgain(LibraryState & state) {
 
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
   if (state.privateLog) {
-    Standing const standing = StandsUnderItsName(*state.privateLog);
-    if (standing == Standing::Replaced)
+    auto const standing = StandsUnderItsName(*state.privateLog);
+    if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.privatePath.FilePath() + L" is another file now");
-    return standing == Standing::Same ? kSuccess : MakePrivateFileAgain(state);
+    return standing == file::Standing::Same ? kSuccess : MakePrivateFileAgain(state);
   }
   if (state.stranger != Stranger::None) {
     auto const moved = SetPrivateFileAside(state.privatePath, state.setAside, state.error);
