@@ -32,8 +32,11 @@ public:
   void Remove(CBlock_item const & item);
   /// The content changed in a way that edits don't tell.
   void Restart();
+  /// False while nobody stored the block: an edit is as good as a restart then.
+  bool KeepsEdits() const { return m_isStored; }
   /// The owner goes: blocks that were made of the journal and not looked at yet stay empty.
   void Close() { m_fill = nullptr; }
+  bool IsOpen() const { return m_fill != nullptr; }
 
   /// The store's: edits are numbered from the journal's begin on.  Identity changes with each restart.
   std::uint64_t Identity() const { return m_identity; }
