@@ -160,12 +160,8 @@ TEST_F(BlockAccessTest, DeletingABlockThatIsNotThereIsNoFailure) {
 }
 
 TEST_F(BlockAccessTest, ADeletionThatFailsKeepsTheEntry) {
-  support::FaultyFileSystem disk;
-  SaveVersions({1});
-  ASSERT_EQ(Files().CommitAll(false), kOk);
-  disk.FailAt(1, true);
-  EXPECT_NE(Files().DeleteBlock(DataName(1)), kOk);
-  disk.FailAt(0, false);
+  Unattached().ExtendNameMap(DataName(1), L"SolutionBlock1");
+  EXPECT_EQ(Files().DeleteBlock(DataName(1)), CStreamioLibrary::kLibNotAttached);
   EXPECT_EQ(Names(), std::vector<AString>{DataName(1)});
 }
 
@@ -190,13 +186,11 @@ TEST_F(BlockAccessTest, DeletionsOfAPatternReachTheFile) {
 }
 
 TEST_F(BlockAccessTest, EntriesOfAPatternGoAlthoughTheirBlocksCouldNotBeDeletedOnPurpose) {
-  support::FaultyFileSystem disk;
-  SaveVersions({1, 2, 3});
-  ASSERT_EQ(Files().CommitAll(false), kOk);
-  disk.FailAt(1, true);
-  EXPECT_NE(Files().DeleteBlocks(Key(1, L"NotSet", 2, -1)), kOk);
-  disk.FailAt(0, false);
-  EXPECT_TRUE(MapInMemory().empty());
+  Unattached();
+  for (long const version : {1, 2, 3})
+    Files().ExtendNameMap(DataName(version), L"SolutionBlock1");
+  EXPECT_EQ(Files().DeleteBlocks(Key(1, L"NotSet", 2, 2)), CStreamioLibrary::kLibNotAttached);
+  EXPECT_EQ(Names(), (std::vector<AString>{DataName(1), DataName(3)}));
 }
 
 TEST_F(BlockAccessTest, ASetOfNamesTakesThoseOutsideTheMapAsTheyStand) {
@@ -214,14 +208,12 @@ TEST_F(BlockAccessTest, AnEmptySetOfNamesWritesNothing) {
   EXPECT_FALSE(Writes([this] { EXPECT_EQ(Files().DeleteBlocks(std::set<AString>{}), kOk); }));
 }
 
-TEST_F(BlockAccessTest, ASetOfNamesLeavesTheMapAloneWhateverBecomesOfTheBlocksOnPurpose) {
-  support::FaultyFileSystem disk;
-  SaveVersions({1, 2});
-  ASSERT_EQ(Files().CommitAll(false), kOk);
-  disk.FailAt(1, true);
-  Files().DeleteBlocks(std::set<AString>{DataName(1)});
-  disk.FailAt(0, false);
-  EXPECT_EQ(MapInMemory().size(), 1u);
+TEST_F(BlockAccessTest, EntriesOfASetOfNamesGoAlthoughTheirBlocksCouldNotBeDeletedOnPurpose) {
+  Unattached();
+  for (long const version : {1, 2})
+    Files().ExtendNameMap(DataName(version), L"SolutionBlock1");
+  EXPECT_NE(Files().DeleteBlocks(std::set<AString>{DataName(1)}), kOk);
+  EXPECT_EQ(Names(), std::vector<AString>{DataName(2)});
 }
 
 TEST_F(BlockAccessTest, KeyListsAreAppendedInMapOrder) {

@@ -5,6 +5,7 @@
 #include "tests/support/FaultyFileSystem.h"
 
 #include <algorithm>
+#include <array>
 
 using NameMapTest = support::StoreTest;
 using Key = SolutionVariationKey;
@@ -152,8 +153,10 @@ TEST_F(NameMapTest, ExtendingMarksTheMapAsChangedUnlessTheNameIsThere) {
 
 TEST_F(NameMapTest, UpdatingTheOriginalMarksTheMapAsChanged) {
   ASSERT_EQ(Save(DataName(1), 1), kOk);
+  EXPECT_FALSE(MapIsMarkedAsChanged());
   ASSERT_EQ(Files().UpdateOriginal(), kOk);
-  EXPECT_TRUE(Writes([this] { Files().WriteRealToInternalBlockNameMap(); }));
+  EXPECT_TRUE(MapIsMarkedAsChanged());
+  EXPECT_FALSE(MapIsMarkedAsChanged());
 }
 
 TEST_F(NameMapTest, AnUpdateOfTheOriginalThatFailsMarksTheMapAsChangedToo) {
@@ -162,7 +165,7 @@ TEST_F(NameMapTest, AnUpdateOfTheOriginalThatFailsMarksTheMapAsChangedToo) {
   disk.FailAt(1, true);
   EXPECT_NE(Files().UpdateOriginal(), kOk);
   disk.FailAt(0, false);
-  EXPECT_TRUE(Writes([this] { EXPECT_EQ(Files().WriteRealToInternalBlockNameMap(), kOk); }));
+  EXPECT_TRUE(MapIsMarkedAsChanged());
 }
 
 // One failure at each file operation of a save in turn: among them are those that hit the map's block alone.
@@ -212,4 +215,27 @@ TEST_F(NameMapTest, TheStoredMapIsThatOfTheMemoryAfterAnyMixOfChanges) {
   ASSERT_EQ(Files().CommitAll(false), kOk);
   Reopen();
   EXPECT_EQ(MapInLibrary(), expected);
+}
+
+TEST_F(NameMapTest, AChangeWritesAsLittleInALargeLibraryAsInASmallOne) {
+  auto const growth = [this](auto const & work) {
+    auto const before = Length("d.qsol_priv");
+    work();
+    return Length("d.qsol_priv") - before;
+  };
+  long next = 10000;
+  auto const save = [&] { ASSERT_EQ(Save(DataName(++next), 1), kOk); };
+  auto const rename = [&] {
+    Files().VariationKeyChanged(AString::Format(L"v=%d", next), AString::Format(L"v=%d", next + 1));
+    ASSERT_EQ(Save(DataName(++next, AString::Format(L"v=%d", next)), 1), kOk);
+  };
+  auto const remove = [&] { ASSERT_EQ(Files().DeleteBlocks(Key(1, L"NotSet", 2, next)), kOk); };
+  for (int i = 0; i < 10; ++i)
+    save();
+  auto const small = std::array{growth(save), growth(rename), growth(rename), growth(remove)};
+  for (int i = 0; i < 500; ++i)
+    save();
+  auto const large = std::array{growth(save), growth(rename), growth(rename), growth(remove)};
+  for (std::size_t i = 0; i < small.size(); ++i)
+    EXPECT_LE(large[i], small[i] + 100) << i;
 }

@@ -112,6 +112,15 @@ protected:
     return std::pair(Length("d.qsol"), Length("d.qsol_priv")) != before;
   }
 
+  /// Whether a write of the name map replaces what somebody else put there.
+  bool MapIsMarkedAsChanged() {
+    io::CBlock other(SolutionFileManager::kRealToInternalBlkName);
+    other << io::CBlock_named_value(L"other", io::CBlock_value(AString(L"SolutionBlock1")));
+    EXPECT_EQ(Files().GetLibraryForDirectAccess().SaveDefinition(other), kOk);
+    EXPECT_EQ(Files().WriteRealToInternalBlockNameMap(), kOk);
+    return NamesInLibrary() != std::vector<AString>{L"other"};
+  }
+
   TemporaryFolder m_folder;
   std::unique_ptr<SolutionFileManager> m_files;
 };
