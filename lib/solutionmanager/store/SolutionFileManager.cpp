@@ -31,7 +31,6 @@ AString FolderOf(AString const & path) {
 
 } // namespace
 
-// Built on a file the manager shows the file's folder as its library path.
 SolutionFileManager::SolutionFileManager(LongFileName const & file)
     : m_library(file, kOrdinaryMode), m_libPath(file.DirPath()), m_attachPending(false), m_project(nullptr),
       m_journal(NewJournal()) {}

@@ -28,6 +28,7 @@ public:
 
   static AString const kRealToInternalBlkName;
 
+  /// The library path is then the file's folder.
   explicit SolutionFileManager(LongFileName const & file);
   explicit SolutionFileManager(IProject * project);
   SolutionFileManager(SolutionFileManager const &) = delete;
