@@ -300,6 +300,7 @@ TEST_F(LibraryFaults, AFolderThatVanishesFailsAndComesBackWithAllThatWasSaved) {
   library.CommitAll(false);
   Save(library, L"B", L"saved");
   ASSERT_TRUE(LFN_Delete(folder));
+  LetAMomentPass();
   EXPECT_NE(Save(library, L"C", L"x"), 0);
   EXPECT_NE(library.CommitAll(false), 0);
   EXPECT_EQ(Load(library, L"A"), L"committed");
@@ -319,6 +320,7 @@ TEST_F(LibraryFaults, APrivateFileThatIsMadeAgainBelongsToThePublicFileAsItIsNow
   library.UpdateOriginal();
   Save(library, L"B", L"saved");
   LFN_DeleteFile(PrivateOf(Path()));
+  LetAMomentPass();
   ASSERT_EQ(Save(library, L"C", L"more"), 0);
   Crash(Path(), Path(L"crashed.qsol"));
   Library recovered(Path(L"crashed.qsol"), CStreamioLibrary::kRecoveryMode);

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 AString LibraryFixture::Path(wchar_t const * name) const {
   return text::FromUtf8(m_folder.Path().string()) + L"/" + name;
@@ -60,3 +61,5 @@ void LibraryFixture::Crash(AString const & path, AString const & to) const {
       std::filesystem::copy_file(Narrow(from), Narrow(target));
   }
 }
+
+void LibraryFixture::LetAMomentPass() { std::this_thread::sleep_for(std::chrono::milliseconds(5)); }

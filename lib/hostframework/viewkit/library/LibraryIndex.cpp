@@ -23,7 +23,7 @@ FoundBlock FindBlock(LibraryState & state, std::string_view name) {
   if (!IsHeld(state, name))
     for (LogReader * const log : {state.privateLog.get(), state.publicLog.get()})
       if (log && log->Index().Find(name, found))
-        return {std::string(found.name), found.place, found.place.IsBlock() ? log : nullptr};
+        return {found.name, found.place, found.place.IsBlock() ? log : nullptr};
   return {};
 }
 
@@ -52,11 +52,11 @@ std::vector<FoundBlock> AllBlocks(LibraryState & state) {
   if (state.publicLog)
     for (auto const & [name, place] : state.publicLog->Index().InFileOrder())
       if (!IsOverridden(state, name))
-        blocks.push_back({std::string(name), place, state.publicLog.get()});
+        blocks.push_back({name, place, state.publicLog.get()});
   if (state.privateLog)
     for (auto const & [name, place] : state.privateLog->Index().InFileOrder())
       if (!IsHeld(state, name))
-        blocks.push_back({std::string(name), place, state.privateLog.get()});
+        blocks.push_back({name, place, state.privateLog.get()});
   return blocks;
 }
 

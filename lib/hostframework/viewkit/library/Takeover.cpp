@@ -13,6 +13,7 @@ namespace {
 constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 using Extent = io::RecordReader::Extent;
 using Stranger = LibraryState::Stranger;
+constexpr std::chrono::milliseconds kMoment(2);
 
 io::CommitInfo PublicCommit(LibraryState const & state) {
   return state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
@@ -247,6 +248,11 @@ LibIOReturn MakePrivateFileAgain(LibraryState & state) {
 
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
   if (state.privateLog) {
+    // To look costs a good part of a save: not again within a moment.
+    auto const now = std::chrono::steady_clock::now();
+    if (now - state.privateLog->lookedAt < kMoment)
+      return kSuccess;
+    state.privateLog->lookedAt = now;
     auto const standing = StandsUnderItsName(*state.privateLog);
     if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.privatePath.FilePath() + L" is another file now");
