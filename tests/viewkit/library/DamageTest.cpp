@@ -1,5 +1,6 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/io/RecordFormat.h"
+#include "tests/support/PageCacheFileSystem.h"
 #include "tests/viewkit/library/LibraryFixture.h"
 #include "viewkit/library/LibraryReader.h"
 
@@ -119,6 +120,34 @@ TEST_F(LibraryDamage, NeverReturnsADamagedBlockAndAlwaysReportsIt) {
       }
     }
     SetBytes(path, whole);
+  }
+}
+
+TEST_F(LibraryDamage, ShowsTheTrueContentOrNoneWhicheverBitIsFlipped) {
+  {
+    Library live(Path(L"live.qsol"), Library::kOrdinaryMode);
+    Save(live, L"A", L"committed");
+    live.UpdateOriginal();
+    Save(live, L"A", L"saved");
+    Save(live, L"B", L"saved");
+    Crash(Path(L"live.qsol"), Path());
+  }
+  support::PageCacheFileSystem const quick;
+  auto const publicBytes = Bytes(Path());
+  auto const privateBytes = Bytes(PrivateOf(Path()));
+  for (bool const isPrivate : {false, true}) {
+    auto const & whole = isPrivate ? privateBytes : publicBytes;
+    for (std::size_t bit = 0; bit < whole.size() * 8; ++bit) {
+      std::string flipped = whole;
+      flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << bit % 8));
+      SetBytes(Path(), isPrivate ? publicBytes : flipped);
+      SetBytes(PrivateOf(Path()), isPrivate ? flipped : privateBytes);
+      Library library(Path(), Library::kRecoveryMode);
+      auto const a = Load(library, L"A");
+      auto const b = Load(library, L"B");
+      ASSERT_TRUE(a == L"committed" || a == L"saved" || a.StartsWith(L"<")) << isPrivate << bit << Narrow(a);
+      ASSERT_TRUE(b == L"saved" || b.StartsWith(L"<")) << isPrivate << bit << Narrow(b);
+    }
   }
 }
 
