@@ -26,7 +26,11 @@ void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver)
   bool const isTwin =
       IsTwin(*log, PublicCommit(state), mergedLength) || (takesOver && log->Records().HeaderIsDamaged());
   bool const holdsNothing = log->Index().IsEmpty() && log->Records().Damages().empty();
-  if (!isTwin)
+  // A loss of power took records that are part of the public file; what came behind them would pass for merged too.
+  bool const isTorn = mergedLength > log->Records().End();
+  if (isTorn)
+    state.stranger = log->Records().FileLength() <= mergedLength ? Stranger::None : Stranger::OtherGeneration;
+  else if (!isTwin)
     state.stranger = holdsNothing ? Stranger::None : Stranger::OtherGeneration;
   else if (!takesOver && !log->Records().WasClosedCleanly())
     state.stranger = holdsNothing ? Stranger::None : Stranger::LeftByCrash;
