@@ -248,3 +248,52 @@ TEST_F(LibraryDamage, SurvivesRandomBytes) {
     ASSERT_NE(Save(library, L"A", L"one"), 0) << "a foreign file is never written";
   }
 }
+
+TEST_F(LibraryDamage, ReadsFromThePublicFileWhatDamageTookOfThePrivateOneAfterTheCommit) {
+  {
+    Library live(Path(L"live.qsol"), Library::kOrdinaryMode);
+    Save(live, L"A", L"one");
+    live.CommitAll(false);
+    Save(live, L"A", L"two");
+    Save(live, L"A", L"three");
+    Save(live, L"C", L"whole");
+    live.UpdateOriginal();
+    Crash(Path(L"live.qsol"), Path());
+  }
+  auto bytes = Bytes(PrivateOf(Path()));
+  auto const record = bytes.rfind("#q 01", bytes.find("three"));
+  bytes.replace(record, 40, 40, 'x');
+  SetBytes(PrivateOf(Path()), bytes);
+  Library library(Path(), Library::kRecoveryMode);
+  EXPECT_EQ(Load(library, L"A"), L"three");
+  EXPECT_EQ(Save(library, L"B", L"next"), 0);
+  library.CommitAll(false);
+  Library again(Path(), Library::kOrdinaryMode);
+  EXPECT_EQ(Load(again, L"A"), L"three");
+  EXPECT_EQ(Load(again, L"B"), L"next");
+}
+
+TEST_F(LibraryDamage, KeepsWhatIsSavedAfterALossOfPowerCutThePrivateFileWithinWhatWasCommitted) {
+  {
+    Library live(Path(L"live.qsol"), Library::kOrdinaryMode);
+    Save(live, L"A", L"one");
+    live.CommitAll(false);
+    Save(live, L"A", L"two");
+    Save(live, L"A", L"three");
+    live.UpdateOriginal();
+    Crash(Path(L"live.qsol"), Path());
+  }
+  auto const bytes = Bytes(PrivateOf(Path()));
+  SetBytes(PrivateOf(Path()), bytes.substr(0, bytes.find("three")));
+  Library library(Path(), Library::kRecoveryMode);
+  EXPECT_EQ(Load(library, L"A"), L"three");
+  ASSERT_EQ(Save(library, L"B", L"next"), 0);
+  Crash(Path(), Path(L"crashed.qsol"));
+  Library crashed(Path(L"crashed.qsol"), Library::kRecoveryMode);
+  EXPECT_EQ(Load(crashed, L"A"), L"three");
+  EXPECT_EQ(Load(crashed, L"B"), L"next");
+  ASSERT_EQ(library.CommitAll(false), 0);
+  Library again(Path(), Library::kOrdinaryMode);
+  EXPECT_EQ(Load(again, L"A"), L"three");
+  EXPECT_EQ(Load(again, L"B"), L"next");
+}
