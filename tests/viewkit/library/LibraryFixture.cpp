@@ -51,7 +51,8 @@ std::string LibraryFixture::Bytes(AString const & path) {
 }
 
 void LibraryFixture::SetBytes(AString const & path, std::string const & bytes) {
-  std::ofstream(Narrow(path), std::ios::binary | std::ios::trunc) << bytes;
+  std::filesystem::remove(Narrow(path)); // A new file is quicker than one that is emptied.
+  std::ofstream(Narrow(path), std::ios::binary) << bytes;
 }
 
 void LibraryFixture::Crash(AString const & path, AString const & to) const {
