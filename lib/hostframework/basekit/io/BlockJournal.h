@@ -36,6 +36,7 @@ public:
   bool KeepsEdits() const { return m_isStored; }
   /// The owner goes: blocks that were made of the journal and not looked at yet stay empty.
   void Close() { m_fill = nullptr; }
+  bool IsOpen() const { return m_fill != nullptr; }
 
   /// The store's: edits are numbered from the journal's begin on.  Identity changes with each restart.
   std::uint64_t Identity() const { return m_identity; }

@@ -1,5 +1,9 @@
 #include "basekit/text/Utf8.h"
 
+#include "basekit/text/CaseFolding.h"
+
+#include <algorithm>
+
 namespace text {
 
 namespace {
@@ -33,6 +37,20 @@ bool DecodeOne(std::string_view bytes, std::size_t & at, unsigned long & code) {
     return false;
   at += static_cast<std::size_t>(more);
   return true;
+}
+
+bool IsAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+}
+
+char FoldAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+// The next character, folded.
+unsigned long TakeFolded(std::string_view bytes, std::size_t & at) {
+  unsigned long code = 0;
+  if (!DecodeOne(bytes, at, code))
+    code = kReplacement;
+  return static_cast<unsigned long>(FoldCase(static_cast<wchar_t>(code)));
 }
 
 bool Decode(std::string_view bytes, std::wstring & wide) {
@@ -72,26 +90,91 @@ void AppendUtf8(std::string & out, wchar_t character) {
   }
 }
 
+void AppendUtf8(std::string & out, std::wstring_view wide) {
+  std::size_t const start = out.size();
+  out.resize(start + wide.size());
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    if (static_cast<unsigned long>(wide[i]) >= 0x80) {
+      out.resize(start + i);
+      for (wchar_t const character : wide.substr(i))
+        AppendUtf8(out, character);
+      return;
+    }
+    out[start + i] = static_cast<char>(wide[i]);
+  }
+}
+
 std::string ToUtf8(std::wstring_view wide) {
   std::string out;
-  out.reserve(wide.size());
-  for (wchar_t const character : wide)
-    AppendUtf8(out, character);
+  AppendUtf8(out, wide);
   return out;
 }
 
+namespace {
+
+// Plain texts are the rule, and short.
+bool WidenAscii(std::string_view bytes, AString & wide) {
+  wchar_t characters[256];
+  if (bytes.size() > std::size(characters) || !IsAscii(bytes))
+    return false;
+  std::copy(bytes.begin(), bytes.end(), characters);
+  wide = AString(characters, bytes.size());
+  return true;
+}
+
+} // namespace
+
 AString FromUtf8(std::string_view bytes) {
+  AString text;
+  if (WidenAscii(bytes, text))
+    return text;
   std::wstring wide;
   Decode(bytes, wide);
   return AString(std::wstring_view(wide));
 }
 
 bool FromUtf8Strict(std::string_view bytes, AString & wide) {
+  if (WidenAscii(bytes, wide))
+    return true;
   std::wstring decoded;
   if (!Decode(bytes, decoded))
     return false;
   wide = AString(std::wstring_view(decoded));
   return true;
+}
+
+bool IsUtf8(std::string_view bytes) {
+  if (IsAscii(bytes))
+    return true;
+  unsigned long code = 0;
+  for (std::size_t at = 0; at < bytes.size();)
+    if (!DecodeOne(bytes, at, code))
+      return false;
+  return true;
+}
+
+std::uint32_t HashNoCase(std::string_view utf8) noexcept {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (std::size_t at = 0; at < utf8.size();) {
+    unsigned long const code = static_cast<signed char>(utf8[at]) >= 0
+                                   ? static_cast<unsigned long>(FoldAscii(utf8[at++]))
+                                   : TakeFolded(utf8, at);
+    hash = (hash ^ code) * 0x100000001B3; // FNV-1a over the folded codes
+  }
+  return static_cast<std::uint32_t>(hash ^ hash >> 32);
+}
+
+bool EqualNoCase(std::string_view a, std::string_view b) noexcept {
+  if (a == b)
+    return true;
+  std::size_t atA = 0;
+  std::size_t atB = 0;
+  while (atA < a.size() && atB < b.size()) {
+    bool const isPlain = static_cast<signed char>(a[atA]) >= 0 && static_cast<signed char>(b[atB]) >= 0;
+    if (isPlain ? FoldAscii(a[atA++]) != FoldAscii(b[atB++]) : TakeFolded(a, atA) != TakeFolded(b, atB))
+      return false;
+  }
+  return atA == a.size() && atB == b.size();
 }
 
 } // namespace text

@@ -21,7 +21,7 @@ io::CommitInfo PublicCommit(LibraryState const & state) {
 // Takes a private file into use, or notes why it isn't.
 void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver) {
   state.privateLog.reset();
-  state.unmerged.clear();
+  state.mergedLength = 0;
   std::uint64_t mergedLength = 0;
   bool const isTwin =
       IsTwin(*log, PublicCommit(state), mergedLength) || (takesOver && log->Records().HeaderIsDamaged());
@@ -35,7 +35,7 @@ void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver)
     if (!log->Records().Damages().empty())
       state.error = log->Path().FilePath() + L": " + log->Records().Damages().front().what;
     state.privateLog = std::move(log);
-    FindUnmerged(state, mergedLength);
+    state.mergedLength = mergedLength;
   }
 }
 
@@ -134,13 +134,6 @@ bool IsTwin(LogReader const & privateLog, io::CommitInfo const & publicCommit, s
   return isMerged || (!privateLog.Records().HeaderIsDamaged() && header.baseCommit == publicCommit.commit);
 }
 
-void FindUnmerged(LibraryState & state, std::uint64_t mergedLength) {
-  state.unmerged.clear();
-  for (auto const & [name, place] : state.privateLog->Index().Places())
-    if (place.offset >= mergedLength)
-      state.unmerged.insert(name);
-}
-
 LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLibrary::TMode mode) {
   state.path = path;
   state.privatePath = PrivatePath(path);
@@ -222,14 +215,10 @@ LibIOReturn SetPrivateFileAside(LongFileName const & privatePath, AString & setA
   return status.Ok() ? kSuccess : CStreamioLibrary::kLibWriteFailed;
 }
 
-Standing StandsUnderItsName(LogReader & log) {
-  file::FileInfo named;
-  file::FileInfo mine;
-  if (!file::FileSystem().Describe(log.Path(), named).Ok() || !log.Records().File().Describe(mine).Ok())
-    return Standing::Replaced;
-  return named.kind == file::FileKind::None ? Standing::Vanished
-         : mine.IsSameFile(named)           ? Standing::Same
-                                            : Standing::Replaced;
+file::Standing StandsUnderItsName(LogReader & log) {
+  auto standing = file::Standing::Replaced;
+  file::FileStatus const status = log.Records().File().StandsUnder(log.Path(), standing);
+  return status.Ok() ? standing : file::Standing::Replaced;
 }
 
 namespace {
@@ -238,18 +227,19 @@ namespace {
 LibIOReturn MakePrivateFileAgain(LibraryState & state) {
   auto vanished = std::move(state.privateLog);
   LibIOReturn result = EnsurePrivateFile(state);
+  std::uint64_t const mergedLength = state.mergedLength;
   if (result == kSuccess) {
-    result = CopyUnmerged(*vanished, state.unmerged, *state.privateLog, state.error);
-    if (result != kSuccess) {
-      auto const unmerged = state.unmerged;
+    result = CopyUnmerged(state, *vanished, *state.privateLog, state.error);
+    if (result != kSuccess)
       static_cast<void>(DropPrivateFile(state)); // The failure is told already.
-      state.unmerged = unmerged;
-    }
   }
-  if (result != kSuccess)
+  if (result != kSuccess) {
     state.privateLog = std::move(vanished);
-  else
+    state.mergedLength = mergedLength;
+  } else {
     state.lock.Forget(vanished->Records().File());
+    state.mergedLength = 0;
+  }
   return result;
 }
 
@@ -257,10 +247,10 @@ LibIOReturn MakePrivateFileAgain(LibraryState & state) {
 
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
   if (state.privateLog) {
-    Standing const standing = StandsUnderItsName(*state.privateLog);
-    if (standing == Standing::Replaced)
+    auto const standing = StandsUnderItsName(*state.privateLog);
+    if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.privatePath.FilePath() + L" is another file now");
-    return standing == Standing::Same ? kSuccess : MakePrivateFileAgain(state);
+    return standing == file::Standing::Same ? kSuccess : MakePrivateFileAgain(state);
   }
   if (state.stranger != Stranger::None) {
     auto const moved = SetPrivateFileAside(state.privatePath, state.setAside, state.error);
@@ -293,7 +283,8 @@ LibIOReturn DropPrivateFile(LibraryState & state) {
     return state.Fail(status);
   state.lock.Forget(state.privateLog->Records().File());
   state.privateLog.reset();
-  state.unmerged.clear();
+  state.mergedLength = 0;
+  state.journaled.Clear();
   state.wasWriter = state.wasWriter && state.lock.IsHeld();
   return kSuccess;
 }
@@ -301,8 +292,8 @@ LibIOReturn DropPrivateFile(LibraryState & state) {
 void Close(LibraryState & state) {
   if (!state.lock.IsHeld())
     return;
-  static_cast<void>(FlushDeletes(state)); // Nobody is left to be told.
-  if (state.privateLog && state.unmerged.empty()) {
+  static_cast<void>(Flush(state)); // Nobody is left to be told.
+  if (state.privateLog && !HasUnmerged(state)) {
     static_cast<void>(DropPrivateFile(state));
   } else if (state.privateLog) {
     LogWriter writer(*state.privateLog);
