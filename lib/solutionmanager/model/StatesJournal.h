@@ -3,7 +3,6 @@
 #include "solutionmanager/model/BaseSolution.h"
 
 #include <memory>
-#include <set>
 
 namespace io {
 class BlockJournal;
@@ -11,7 +10,8 @@ class CBlock_func;
 } // namespace io
 
 /// Which variations the "States" block of a solution names, so that a library can store what changed of them.  It is
-/// told each change of the solution's map and finds out itself when the solution got another version.
+/// told each change of the solution's map and finds out itself when the solution got another version.  Blocks of a
+/// former version, not looked at yet, keep what that one had then.
 class StatesJournal {
 public:
   explicit StatesJournal(BaseSolution const & solution);
@@ -28,12 +28,13 @@ public:
   static io::CBlock_func Item(long variationID, long version);
 
 private:
+  struct States;
+
   void Rebuild(long version);
   bool IsTold(BaseSolution::VariationMap::value_type const & entry) const;
 
   BaseSolution const & m_solution;
+  std::shared_ptr<States> m_states;
   std::shared_ptr<io::BlockJournal> m_journal;
-  std::set<long> m_variationIDs; ///< of the version's entries: the order of the map
-  long m_version;
   bool m_isKnown = false;
 };

@@ -5,9 +5,11 @@
 #include "basekit/io/BlockJournal.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "basekit/text/Utf8.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/Printers.h"
 
+#include <filesystem>
 #include <random>
 
 using support::TestManager;
@@ -82,6 +84,8 @@ public:
 
 class JournaledBlocksTest : public support::ModelTest {
 protected:
+  /// A manager whose own library takes nothing, so that all edits are left to a Store.
+  void Detach() { m_manager = std::make_unique<TestManager>(&m_design); }
   io::CBlock Header() {
     io::CBlock header(BaseSolutionManager::kHeaderBlockName);
     EXPECT_TRUE(Manager().WriteDefinitionBlock(header));
@@ -108,6 +112,7 @@ protected:
   void Enter(BaseSolution & solution, AString const & variation, long version) {
     solution.GetVariationData(VariationIDIndex(variation, version, &Manager()), true);
   }
+  std::uintmax_t PrivateBytes() { return std::filesystem::file_size(text::ToUtf8(Manager().GetQsolPath()) + "_priv"); }
   /// The block as the library holds it.
   io::CBlock Loaded(AString const & name) {
     io::CBlock block(name);
@@ -134,6 +139,7 @@ TEST_F(JournaledBlocksTest, AHeaderWithoutVariationsHasNoBlockOfThem) {
 }
 
 TEST_F(JournaledBlocksTest, VariationIDsStoredByEditsEqualTheWhole) {
+  Detach();
   std::mt19937 random(3);
   Store store;
   for (int step = 0; step < 400; ++step) {
@@ -149,21 +155,23 @@ TEST_F(JournaledBlocksTest, VariationIDsStoredByEditsEqualTheWhole) {
   EXPECT_GT(store.patches, 390);
 }
 
-TEST_F(JournaledBlocksTest, VariationIDsThatWereReadAreStoredWhole) {
-  Store store;
+TEST_F(JournaledBlocksTest, VariationIDsThatWereReadAreToldToo) {
   Manager().GetVariationID(L"x=1");
+  Manager().GetVariationID(L"x=3");
+  auto const former = Header();
+  former.FindBlock(L"VariationIDs")->Size(); // looked at while its manager is there
+  Detach();
+  Store store;
+  Manager().GetVariationID(L"x=2");
   store.Save(*Header().FindBlock(L"VariationIDs"));
-  Commit();
-  Reopen();
-  store.Save(*Header().FindBlock(L"VariationIDs"));
-  EXPECT_EQ(store.patches, 0);
-  Manager().GetVariationID(L"x=0");
+  Manager().ReadDefinitionBlock(former);
   store.Save(*Header().FindBlock(L"VariationIDs"));
   EXPECT_EQ(store.patches, 1);
   EXPECT_EQ(store.Content(), WholeVariationIDs());
 }
 
 TEST_F(JournaledBlocksTest, ManyIDsAtOnceAreToldOneByOne) {
+  Detach();
   Store store;
   Manager().GetVariationID(L"x=5");
   store.Save(*Header().FindBlock(L"VariationIDs"));
@@ -174,6 +182,7 @@ TEST_F(JournaledBlocksTest, ManyIDsAtOnceAreToldOneByOne) {
 }
 
 TEST_F(JournaledBlocksTest, StatesStoredByEditsEqualTheWhole) {
+  Detach();
   std::mt19937 random(4);
   BaseSolution & solution = SolutionOf(AddSetup(L"A"));
   std::vector<long> versions{solution.GetVersionID()};
@@ -210,7 +219,20 @@ TEST_F(JournaledBlocksTest, StatesStandAlsoWhenThereAreNone) {
   EXPECT_TRUE(block.FindBlock(L"States")->Empty());
 }
 
+TEST_F(JournaledBlocksTest, StatesOfAFormerVersionKeepWhatItHad) {
+  BaseSolution & solution = SolutionOf(AddSetup(L"A"));
+  Enter(solution, L"x=1", solution.GetVersionID());
+  Enter(solution, L"x=2", solution.GetVersionID());
+  auto const former = Definition(solution);
+  auto const states = WholeStates(solution);
+  solution.Invalidate(nullptr, -1);
+  Enter(solution, L"x=3", solution.GetVersionID());
+  EXPECT_EQ(Text(*Definition(solution).FindBlock(L"States")), WholeStates(solution));
+  EXPECT_EQ(Text(*former.FindBlock(L"States")), states);
+}
+
 TEST_F(JournaledBlocksTest, AVariationThatIsAddedToATakenIndexIsNotTold) {
+  Detach();
   BaseSolution & solution = SolutionOf(AddSetup(L"A"));
   Enter(solution, L"x=1", solution.GetVersionID());
   Store store;
@@ -304,4 +326,24 @@ TEST_F(JournaledBlocksTest, AReopenedLibraryHoldsThemAsTheyWere) {
   auto const & again = SolutionOf(*Manager().GetSetups().begin()->second);
   EXPECT_EQ(again.size(), 5);
   EXPECT_EQ(WholeStates(again), states);
+}
+
+TEST_F(JournaledBlocksTest, ASaveTakesNoMoreRoomInALibraryOfManyVariations) {
+  BaseSolution & solution = SolutionOf(AddSetup(L"A"));
+  auto const bytesOfOneMore = [&](unsigned number) {
+    auto const before = PrivateBytes();
+    Enter(solution, VariationText(number), solution.GetVersionID());
+    auto block = Definition(solution);
+    EXPECT_EQ(Manager().SaveSingleBlock(block), CStreamioLibrary::kLibSuccess);
+    Manager().FetchNextUniqueID();
+    return PrivateBytes() - before;
+  };
+  WriteDefinitions();
+  for (unsigned number = 0; number < 10; ++number)
+    bytesOfOneMore(number);
+  auto const ofFew = bytesOfOneMore(100);
+  for (unsigned number = 1000; number < 2000; ++number)
+    Enter(solution, VariationText(number), solution.GetVersionID());
+  bytesOfOneMore(3000);
+  EXPECT_LT(bytesOfOneMore(3001), 2 * ofFew);
 }

@@ -4,6 +4,7 @@
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -17,7 +18,7 @@ namespace file {
 
 namespace {
 
-constexpr int kMostPieces = 64;
+constexpr std::size_t kMostPieces = 64;
 
 std::string Bytes(LongFileName const & path) { return text::ToUtf8(path.FilePath()); }
 
@@ -59,21 +60,22 @@ public:
   }
 
   FileStatus Write(std::uint64_t offset, std::span<std::string_view const> pieces) override {
-    std::vector<iovec> left;
-    left.reserve(pieces.size());
-    for (auto const & piece : pieces)
-      if (!piece.empty())
-        left.push_back({const_cast<char *>(piece.data()), piece.size()});
-    for (std::size_t first = 0; first < left.size();) {
-      auto const count = std::min<std::size_t>(left.size() - first, kMostPieces);
-      ssize_t const step =
-          ::pwritev(m_descriptor, left.data() + first, static_cast<int>(count), static_cast<off_t>(offset));
-      if (step < 0 && errno == EINTR)
-        continue;
-      if (step <= 0)
-        return Failure(L"write", m_path, step == 0 ? EIO : errno);
-      offset += static_cast<std::uint64_t>(step);
-      Advance(left, first, static_cast<std::size_t>(step));
+    std::array<iovec, kMostPieces> left;
+    for (std::size_t piece = 0; piece < pieces.size();) {
+      std::size_t count = 0;
+      for (; piece < pieces.size() && count < left.size(); ++piece)
+        if (!pieces[piece].empty())
+          left[count++] = {const_cast<char *>(pieces[piece].data()), pieces[piece].size()};
+      for (std::size_t first = 0; first < count;) {
+        ssize_t const step =
+            ::pwritev(m_descriptor, &left[first], static_cast<int>(count - first), static_cast<off_t>(offset));
+        if (step < 0 && errno == EINTR)
+          continue;
+        if (step <= 0)
+          return Failure(L"write", m_path, step == 0 ? EIO : errno);
+        offset += static_cast<std::uint64_t>(step);
+        Advance(std::span(left.data(), count), first, static_cast<std::size_t>(step));
+      }
     }
     return {};
   }
@@ -120,7 +122,7 @@ public:
   }
 
 private:
-  static void Advance(std::vector<iovec> & pieces, std::size_t & first, std::size_t written) {
+  static void Advance(std::span<iovec> pieces, std::size_t & first, std::size_t written) {
     while (first < pieces.size() && written >= pieces[first].iov_len)
       written -= pieces[first++].iov_len;
     if (written > 0) {

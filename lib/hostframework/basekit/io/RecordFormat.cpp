@@ -64,9 +64,23 @@ bool ParseHeaderLine(std::string_view bytes, FileHeader & header) {
 
 } // namespace
 
+namespace {
+
+// Each byte as two digits.
+constexpr auto kDigitPairs = [] {
+  std::array<char, 512> pairs{};
+  for (std::size_t byte = 0; byte < 256; ++byte) {
+    pairs[2 * byte] = "0123456789abcdef"[byte >> 4];
+    pairs[2 * byte + 1] = "0123456789abcdef"[byte & 0xF];
+  }
+  return pairs;
+}();
+
+} // namespace
+
 char * PutHex(char * at, std::uint64_t value, int digits) {
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
-    *at++ = "0123456789abcdef"[value >> shift & 0xF];
+  for (int shift = 4 * digits - 8; shift >= 0; shift -= 8, at += 2)
+    std::memcpy(at, &kDigitPairs[2 * (value >> shift & 0xFF)], 2);
   return at;
 }
 

@@ -75,7 +75,7 @@ std::uint32_t PartChecksum(std::string_view part);
 /// Digits and small letters, as many as told; false for anything else.
 bool ParseHex(std::string_view digits, std::uint64_t & value);
 void AppendHex(std::string & out, std::uint64_t value, int digits);
-/// Returns the place behind the digits.
+/// An even number of digits; returns the place behind them.
 char * PutHex(char * at, std::uint64_t value, int digits);
 
 /// Payload of a commit record: fixed text.

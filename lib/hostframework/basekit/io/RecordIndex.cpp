@@ -22,14 +22,11 @@ std::uint64_t BlockPlace::RecordSize() const { return kRecordHeaderSize + nameLe
 std::uint64_t BlockPlace::PayloadOffset() const { return offset + kRecordHeaderSize + nameLength + 1; }
 
 // The slot that holds the name, or the free one where it belongs.
-std::uint32_t RecordIndex::SlotOf(std::string_view name, std::uint32_t hash) const {
+RecordIndex::Slot & RecordIndex::SlotOf(std::string_view name, std::uint32_t hash) const {
   auto const mask = static_cast<std::uint32_t>(m_slots.size() - 1);
-  for (std::uint32_t slot = hash & mask;; slot = (slot + 1) & mask) {
-    Id const id = m_slots[slot];
-    if (id == kNone)
-      return slot;
-    auto const & entry = m_entries[id];
-    if (entry.hash == hash && text::EqualNoCase(NameOf(entry), name))
+  for (std::uint32_t at = hash & mask;; at = (at + 1) & mask) {
+    Slot & slot = m_slots[at];
+    if (slot.id == kNone || (slot.hash == hash && text::EqualNoCase(NameOf(m_entries[slot.id]), name)))
       return slot;
   }
 }
@@ -38,31 +35,32 @@ std::uint32_t RecordIndex::SlotOf(std::string_view name, std::uint32_t hash) con
 void RecordIndex::Rehash(std::size_t entries) const {
   if (entries * 3 <= m_slots.size() * 2 && !m_slots.empty())
     return;
-  std::size_t size = 16;
-  while (size * 2 < entries * 3)
+  std::size_t size = 32;
+  while (size < entries * 3)
     size *= 2;
-  m_slots.assign(size * 2, kNone);
-  auto const mask = static_cast<std::uint32_t>(m_slots.size() - 1);
-  for (std::size_t id = 0; id < m_hashed; ++id) {
-    std::uint32_t slot = m_entries[id].hash & mask;
-    while (m_slots[slot] != kNone)
-      slot = (slot + 1) & mask;
-    m_slots[slot] = static_cast<Id>(id);
+  std::vector<Slot> former(size);
+  former.swap(m_slots);
+  auto const mask = static_cast<std::uint32_t>(size - 1);
+  for (Slot const & slot : former) {
+    std::uint32_t at = slot.hash & mask;
+    if (slot.id == kNone)
+      continue;
+    while (m_slots[at].id != kNone)
+      at = (at + 1) & mask;
+    m_slots[at] = slot;
   }
 }
 
 void RecordIndex::HashAll() const {
   if (m_hashed == m_entries.size())
     return;
-  std::size_t const former = m_hashed;
-  for (std::size_t id = former; id < m_entries.size(); ++id)
-    m_entries[id].hash = text::HashNoCase(NameOf(m_entries[id]));
   Rehash(m_entries.size());
   for (; m_hashed < m_entries.size(); ++m_hashed) {
     auto & entry = m_entries[m_hashed];
-    auto const slot = SlotOf(NameOf(entry), entry.hash);
-    if (m_slots[slot] == kNone) {
-      m_slots[slot] = static_cast<Id>(m_hashed);
+    std::uint32_t const hash = text::HashNoCase(NameOf(entry));
+    Slot & slot = SlotOf(NameOf(entry), hash);
+    if (slot.id == kNone) {
+      slot = {hash, static_cast<Id>(m_hashed)};
     } else {
       // One record names it twice: the first counts.
       Count(entry.place, -1);
@@ -73,7 +71,7 @@ void RecordIndex::HashAll() const {
 
 RecordIndex::Id RecordIndex::IdOf(std::string_view name) const {
   HashAll();
-  return m_slots.empty() ? kNone : m_slots[SlotOf(name, text::HashNoCase(name))];
+  return m_slots.empty() ? kNone : SlotOf(name, text::HashNoCase(name)).id;
 }
 
 BlockPlace const * RecordIndex::Find(std::string_view name) const {
@@ -144,20 +142,17 @@ void RecordIndex::Apply(Change const & change) {
   HashAll();
   Rehash(m_entries.size() + 1);
   std::uint32_t const hash = text::HashNoCase(change.name);
-  auto const slot = SlotOf(change.name, hash);
-  Id id = m_slots[slot];
-  if (id != kNone) {
-    if (m_entries[id].place.offset < m_indexedTo)
-      m_changed.push_back(id);
-    Set(id, change.name, place);
+  Slot & slot = SlotOf(change.name, hash);
+  if (slot.id != kNone) {
+    if (m_entries[slot.id].place.offset < m_indexedTo)
+      m_changed.push_back(slot.id);
+    Set(slot.id, change.name, place);
     return;
   }
   place.nameLength = static_cast<std::uint32_t>(change.name.size());
-  id = Add(change.name, place);
-  m_entries[id].hash = hash;
-  m_slots[slot] = id;
+  slot = {hash, Add(change.name, place)};
   m_hashed = m_entries.size();
-  m_changed.push_back(id);
+  m_changed.push_back(slot.id);
 }
 
 void RecordIndex::Apply(std::vector<Change> const & changes) {

@@ -93,7 +93,6 @@ private:
   struct Entry {
     BlockPlace place;
     std::uint64_t nameAt = 0;
-    std::uint32_t hash = 0;
     std::uint32_t mark = 0;
   };
   struct Segment {
@@ -107,7 +106,11 @@ private:
   }
   void HashAll() const;
   void Rehash(std::size_t entries) const;
-  std::uint32_t SlotOf(std::string_view name, std::uint32_t hash) const;
+  struct Slot {
+    std::uint32_t hash = 0;
+    Id id = kNone;
+  };
+  Slot & SlotOf(std::string_view name, std::uint32_t hash) const;
   Id IdOf(std::string_view name) const;
   Id Add(std::string_view name, BlockPlace const & place);
   void Set(Id id, std::string_view name, BlockPlace const & place);
@@ -117,7 +120,7 @@ private:
   mutable std::vector<Entry> m_entries;
   std::string m_names;
   /// Ids by hash of the name, open addressing; entries from m_hashed on are not in it yet.
-  mutable std::vector<Id> m_slots;
+  mutable std::vector<Slot> m_slots;
   mutable std::size_t m_hashed = 0;
   std::vector<Segment> m_segments;
   std::vector<Id> m_changed;

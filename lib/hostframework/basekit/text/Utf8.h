@@ -16,6 +16,7 @@ AString FromUtf8(std::string_view bytes);
 /// False, and nothing written, when the bytes are not valid UTF-8.
 bool FromUtf8Strict(std::string_view bytes, AString & wide);
 bool IsUtf8(std::string_view bytes);
+bool IsAscii(std::wstring_view wide) noexcept;
 void AppendUtf8(std::string & out, wchar_t character);
 void AppendUtf8(std::string & out, std::wstring_view wide);
 

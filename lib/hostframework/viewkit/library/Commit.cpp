@@ -68,7 +68,7 @@ void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
     io::RecordIndex::Named former;
     if (!good && state.publicLog && block.log != state.publicLog.get() &&
         state.publicLog->Index().Find(block.name, former)) {
-      block = {std::string(former.name), former.place, state.publicLog.get()};
+      block = {former.name, former.place, state.publicLog.get()};
       good = isGood();
     }
     if (good)

@@ -112,7 +112,7 @@ LibIOReturn InPlaceFile::Rewrite(bool keepsBlocks, Conversion const & conversion
   std::vector<FoundBlock> blocks;
   if (keepsBlocks && m_log)
     for (auto const & [name, place] : m_log->Index().InFileOrder())
-      blocks.push_back({std::string(name), place, m_log.get()});
+      blocks.push_back({name, place, m_log.get()});
   io::FileHeader header;
   header.salt = RandomNumber();
   header.isBinary = conversion.isBinary;

@@ -11,9 +11,15 @@ bool IsHeld(LibraryState const & state, std::string_view name) {
   return !state.heldDeletes.empty() && state.heldDeletes.contains(name);
 }
 
+// What is merged stands in the public file, which was synced as the private one was not.
+bool Counts(LibraryState const & state, LogReader const * log, io::BlockPlace const & place) {
+  return log != state.privateLog.get() || place.offset >= state.mergedLength;
+}
+
 // The private file says what stands for the name, be it that nothing does.
 bool IsOverridden(LibraryState const & state, std::string_view name) {
-  return IsHeld(state, name) || (state.privateLog && state.privateLog->Index().Find(name));
+  auto const * const place = state.privateLog ? state.privateLog->Index().Find(name) : nullptr;
+  return IsHeld(state, name) || (place && Counts(state, state.privateLog.get(), *place));
 }
 
 } // namespace
@@ -22,8 +28,8 @@ FoundBlock FindBlock(LibraryState & state, std::string_view name) {
   io::RecordIndex::Named found;
   if (!IsHeld(state, name))
     for (LogReader * const log : {state.privateLog.get(), state.publicLog.get()})
-      if (log && log->Index().Find(name, found))
-        return {std::string(found.name), found.place, found.place.IsBlock() ? log : nullptr};
+      if (log && log->Index().Find(name, found) && Counts(state, log, found.place))
+        return {found.name, found.place, found.place.IsBlock() ? log : nullptr};
   return {};
 }
 
@@ -52,11 +58,11 @@ std::vector<FoundBlock> AllBlocks(LibraryState & state) {
   if (state.publicLog)
     for (auto const & [name, place] : state.publicLog->Index().InFileOrder())
       if (!IsOverridden(state, name))
-        blocks.push_back({std::string(name), place, state.publicLog.get()});
+        blocks.push_back({name, place, state.publicLog.get()});
   if (state.privateLog)
     for (auto const & [name, place] : state.privateLog->Index().InFileOrder())
-      if (!IsHeld(state, name))
-        blocks.push_back({std::string(name), place, state.privateLog.get()});
+      if (!IsHeld(state, name) && Counts(state, state.privateLog.get(), place))
+        blocks.push_back({name, place, state.privateLog.get()});
   return blocks;
 }
 
@@ -79,15 +85,18 @@ CStreamioLibraryStats Statistics(LibraryState const & state) {
     }
   };
   if (state.privateLog) {
-    auto const & index = state.privateLog->Index();
-    blocks += index.Blocks();
-    stats.liveBytes += index.LiveBytes();
     stats.fileBytes += state.privateLog->Records().End();
-    index.ForEach([&](io::RecordIndex::Named const & entry) { leaveOut(entry.name); });
+    state.privateLog->Index().ForEach([&](io::RecordIndex::Named const & entry) {
+      if (!Counts(state, state.privateLog.get(), entry.place))
+        return;
+      leaveOut(entry.name);
+      blocks += entry.place.IsBlock();
+      stats.liveBytes += entry.place.IsBlock() ? entry.place.RecordSize() : 0;
+    });
   }
   for (auto const & name : state.heldDeletes) {
     auto const * const mine = state.privateLog ? state.privateLog->Index().Find(name) : nullptr;
-    if (!mine) {
+    if (!mine || !Counts(state, state.privateLog.get(), *mine)) {
       leaveOut(name);
     } else if (mine->IsBlock()) {
       --blocks;

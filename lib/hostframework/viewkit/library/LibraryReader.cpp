@@ -87,6 +87,7 @@ LibraryReader::LibIOReturn LibraryReader::OpenPrivate() {
   if (!IsTwin(*log, commit, mergedLength))
     return CStreamioLibrary::kLibForeignFile;
   state.privateLog = std::move(log);
+  state.mergedLength = mergedLength;
   return kSuccess;
 }
 

@@ -33,7 +33,8 @@ namespace library {
 ///  6. A public file that names the private one as merged holds all its records up to the told length.
 ///  7. A private file is dropped only when a commit that holds all of it is on the disk, or on an explicit reset.
 ///  8. A private file that is not this library's to go on with is moved aside, never deleted.
-///  9. Files are written only while both that exist are locked and still stand under their names.
+///  9. Files are written only while both that exist are locked and, as of two milliseconds ago, stand under their
+///  names.
 /// 10. A record that edits a block goes on from the newest record of that block in the same private file; a public file
 ///     holds whole blocks alone.
 /// 11. The edits of a journaled block whose record failed go out before any later record does.
@@ -82,9 +83,9 @@ struct LibraryState {
 
 // LibraryIndex.cpp: the view over both files.
 
-/// A block as its record spells it, in UTF-8.
+/// A block as its record spells it, in UTF-8; the name is valid until the log changes.
 struct FoundBlock {
-  std::string name;
+  std::string_view name;
   io::BlockPlace place;
   LogReader * log = nullptr;
 };

@@ -101,6 +101,8 @@ std::uint64_t RandomNumber() {
 }
 
 bool IsBlockName(AString const & name) {
+  if (text::IsAscii(name.View()))
+    return !name.empty() && name.size() <= io::kLongestName;
   for (wchar_t const character : name) {
     auto const code = static_cast<unsigned long>(character);
     if (code > 0x10FFFF || (code >= 0xD800 && code < 0xE000))

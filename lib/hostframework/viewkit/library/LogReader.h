@@ -4,6 +4,8 @@
 #include "basekit/io/RecordReader.h"
 #include "viewkit/library/CStreamioLibrary.h"
 
+#include <chrono>
+
 namespace library {
 
 using LibIOReturn = CStreamioLibrary::LibIOReturn;
@@ -41,6 +43,8 @@ public:
   bool mustRewrite = false;
   /// Kept by LogWriter from one group to the next.
   std::string writeBuffer;
+  /// When somebody looked last whether the file stands under its name.
+  std::chrono::steady_clock::time_point lookedAt;
 
 private:
   LongFileName m_path;

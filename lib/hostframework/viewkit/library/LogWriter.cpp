@@ -6,6 +6,13 @@
 
 namespace library {
 
+namespace {
+
+// A payload that is longer is not copied to go out with its header.
+constexpr std::size_t kGathered = 16 * 1024;
+
+} // namespace
+
 LogWriter::LogWriter(LogReader & log)
     : m_log(log), m_start(log.Records().End()), m_at(m_start), m_written(m_start), m_buffer(log.writeBuffer) {
   m_buffer.clear();
@@ -67,7 +74,7 @@ void LogWriter::AddCommit(io::CommitInfo commit, bool sync) {
     Emit(io::kCommitRecord, {}, payload, 0, Group::Ends);
 }
 
-// Returns the payload's checksum.  The last record of a small group goes out from where it lies.
+// Returns the payload's checksum.  A long payload that ends a group goes out from where it lies.
 std::uint32_t LogWriter::Emit(unsigned kind, std::string_view name, std::string_view payload, unsigned flags,
                               Group group) {
   io::RecordHeader header;
@@ -81,14 +88,16 @@ std::uint32_t LogWriter::Emit(unsigned kind, std::string_view name, std::string_
   char line[io::kRecordHeaderSize];
   io::FormatRecordHeader(header, m_at, line);
   m_at += header.RecordSize();
-  std::string_view const pieces[] = {m_buffer, std::string_view(line, sizeof line), name, "\n", payload, "\n"};
-  std::size_t const size = m_buffer.size() + header.RecordSize();
-  if (group == Group::Ends && size <= kLargestWrite) {
+  for (std::string_view const piece : {std::string_view(line, sizeof line), name, std::string_view("\n")})
+    Append(piece);
+  std::size_t const size = m_buffer.size() + payload.size() + 1;
+  if (group == Group::Ends && payload.size() > kGathered && size <= kLargestWrite) {
+    std::string_view const pieces[] = {m_buffer, payload, "\n"};
     Write(pieces, size);
     m_buffer.clear();
   } else {
-    for (std::size_t piece = 1; piece < std::size(pieces); ++piece)
-      Append(pieces[piece]);
+    Append(payload);
+    Append("\n");
   }
   return header.payloadChecksum;
 }

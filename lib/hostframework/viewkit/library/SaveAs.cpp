@@ -12,7 +12,7 @@ LibIOReturn CopyCommitted(LibraryState & from, LibraryState & copy, std::uint64_
   std::vector<FoundBlock> blocks;
   if (from.publicLog)
     for (auto const & [name, place] : from.publicLog->Index().InFileOrder())
-      blocks.push_back({std::string(name), place, from.publicLog.get()});
+      blocks.push_back({name, place, from.publicLog.get()});
   io::FileHeader header;
   header.salt = RandomNumber();
   header.isBinary = from.writesBinary;

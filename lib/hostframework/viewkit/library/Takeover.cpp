@@ -13,6 +13,7 @@ namespace {
 constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 using Extent = io::RecordReader::Extent;
 using Stranger = LibraryState::Stranger;
+constexpr std::chrono::milliseconds kMoment(2);
 
 io::CommitInfo PublicCommit(LibraryState const & state) {
   return state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
@@ -26,7 +27,11 @@ void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver)
   bool const isTwin =
       IsTwin(*log, PublicCommit(state), mergedLength) || (takesOver && log->Records().HeaderIsDamaged());
   bool const holdsNothing = log->Index().IsEmpty() && log->Records().Damages().empty();
-  if (!isTwin)
+  // A loss of power took records that are part of the public file; what came behind them would pass for merged too.
+  bool const isTorn = mergedLength > log->Records().End();
+  if (isTorn)
+    state.stranger = log->Records().FileLength() <= mergedLength ? Stranger::None : Stranger::OtherGeneration;
+  else if (!isTwin)
     state.stranger = holdsNothing ? Stranger::None : Stranger::OtherGeneration;
   else if (!takesOver && !log->Records().WasClosedCleanly())
     state.stranger = holdsNothing ? Stranger::None : Stranger::LeftByCrash;
@@ -116,11 +121,13 @@ LibIOReturn ReadBoth(LibraryState & state, LockedFiles & files, bool takesOver) 
       LogReader::Read(std::move(files.privateFile), state.privatePath, Extent::WholeGroups, log, state.error);
   if (log)
     Judge(state, std::move(log), takesOver);
+  else if (read == CStreamioLibrary::kLibReadFailed)
+    result = read; // The disk failed: what the file holds may be this library's work.
   else
     state.stranger = read == CStreamioLibrary::kLibNotFound ? Stranger::None : Stranger::Unreadable;
   if (!state.privateLog)
     state.lock.Forget(*handle);
-  return kSuccess;
+  return result;
 }
 
 } // namespace
@@ -148,8 +155,14 @@ LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLib
     error.clear();
   if (state.isReadOnly)
     return kSuccess;
-  if (mode == CStreamioLibrary::kRecoveryMode && LFN_Exists(state.privatePath)) {
+  file::FileInfo left;
+  file::FileStatus const seen = file::FileSystem().Describe(state.privatePath, left);
+  if (mode == CStreamioLibrary::kRecoveryMode && !seen.Ok())
+    return state.status = state.Fail(CStreamioLibrary::kLibReadFailed, seen.Text());
+  if (mode == CStreamioLibrary::kRecoveryMode && left.kind != file::FileKind::None) {
     auto const taken = AcquireForWriting(state, true);
+    if (taken == CStreamioLibrary::kLibReadFailed)
+      state.status = taken; // Else the first write would set aside what was not read.
     state.isRecovered = taken == kSuccess && state.stranger == Stranger::None;
     return taken;
   }
@@ -247,6 +260,11 @@ LibIOReturn MakePrivateFileAgain(LibraryState & state) {
 
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
   if (state.privateLog) {
+    // To look costs a good part of a save: not again within a moment.
+    auto const now = std::chrono::steady_clock::now();
+    if (now - state.privateLog->lookedAt < kMoment)
+      return kSuccess;
+    state.privateLog->lookedAt = now;
     auto const standing = StandsUnderItsName(*state.privateLog);
     if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.privatePath.FilePath() + L" is another file now");
