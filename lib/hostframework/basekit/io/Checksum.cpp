@@ -2,9 +2,6 @@
 
 #include <array>
 #include <cstring>
-#if defined(__x86_64__)
-#include <nmmintrin.h>
-#endif
 
 namespace io {
 
@@ -85,17 +82,17 @@ __attribute__((target("sse4.2"))) std::uint32_t ByInstruction(std::uint32_t sum,
     std::uint64_t second = 0;
     std::uint64_t third = 0;
     for (std::size_t i = 0; i < kLane; i += 8) {
-      first = _mm_crc32_u64(first, Eight(at + i));
-      second = _mm_crc32_u64(second, Eight(at + kLane + i));
-      third = _mm_crc32_u64(third, Eight(at + 2 * kLane + i));
+      first = __builtin_ia32_crc32di(first, Eight(at + i));
+      second = __builtin_ia32_crc32di(second, Eight(at + kLane + i));
+      third = __builtin_ia32_crc32di(third, Eight(at + 2 * kLane + i));
     }
     first = Shifted(kShiftTwo, first) ^ Shifted(kShiftOne, second) ^ third;
   }
   for (; left >= 8; left -= 8, at += 8)
-    first = _mm_crc32_u64(first, Eight(at));
+    first = __builtin_ia32_crc32di(first, Eight(at));
   auto rest = static_cast<std::uint32_t>(first);
   for (; left > 0; --left, ++at)
-    rest = _mm_crc32_u8(rest, *at);
+    rest = __builtin_ia32_crc32qi(rest, *at);
   return rest;
 }
 

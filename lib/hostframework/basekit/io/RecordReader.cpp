@@ -369,8 +369,13 @@ RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::s
   CBlock block;
   auto const formOf = [](std::uint8_t flags) { return (flags & kBinaryPayload) != 0 ? Form::Binary : Form::Text; };
   bool good = DecodeBlock(payload, formOf(at.flags), block);
-  for (auto patch = patches.rbegin(); good && patch != patches.rend(); ++patch)
-    good = ApplyPatch(*patch, formOf(place.flags), block);
+  while (good && !patches.empty()) {
+    BlockPatch next = std::move(patches.back());
+    patches.pop_back();
+    while (!patches.empty() && JoinPatches(next, patches.back()))
+      patches.pop_back();
+    good = ApplyPatch(next, formOf(place.flags), block);
+  }
   payload.clear();
   return good && EncodeBlock(block, formOf(place.flags), kExactDigits, payload) ? Payload::Good : Payload::Damaged;
 }
