@@ -101,6 +101,7 @@ SolutionFileManager::LibIOReturn SolutionFileManager::MergeNameMapOfLibrary() co
   LibIOReturn const result = m_library.LoadDefinition(block);
   if (result != CStreamioLibrary::kLibSuccess)
     return result;
+  bool const wasEmpty = m_realToInternal.empty();
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
     AString internalName;
@@ -110,6 +111,8 @@ SolutionFileManager::LibIOReturn SolutionFileManager::MergeNameMapOfLibrary() co
   }
   InitNextAvailableIndex();
   m_mapSeen = true;
+  if (wasEmpty && m_realToInternal.size() == static_cast<std::size_t>(block.Size()))
+    m_library.NoteStored(io::CBlock(kRealToInternalBlkName, m_journal));
   return CStreamioLibrary::kLibSuccess;
 }
 

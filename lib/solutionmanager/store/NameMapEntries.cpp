@@ -28,7 +28,9 @@ SolutionFileManager::NameMap::iterator SolutionFileManager::InsertEntry(NameMap:
     return at;
   if (m_keyIndex)
     m_keyIndex->Insert(at);
-  if (auto const next = std::next(at); next == m_realToInternal.end()) {
+  if (!m_journal->Keeps()) {
+    m_journal->CountEdit();
+  } else if (auto const next = std::next(at); next == m_realToInternal.end()) {
     m_journal->Insert(ItemOf(*at), nullptr);
   } else {
     auto const nextItem = ItemOf(*next);

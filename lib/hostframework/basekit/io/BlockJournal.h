@@ -30,6 +30,9 @@ public:
   /// for the end.
   void Insert(CBlock_item const & item, CBlock_item const * before);
   void Remove(CBlock_item const & item);
+  /// Whether edits are kept: until the block was stored nobody needs them, and to count them is enough.
+  bool Keeps() const { return m_isStored; }
+  void CountEdit() { ++m_first; }
   /// The content changed in a way that edits don't tell.
   void Restart();
   /// False while nobody stored the block: an edit is as good as a restart then.

@@ -29,6 +29,8 @@ bool NeedsCode(wchar_t c) {
          (code >= 0xD800 && code < 0xE000) || code > 0x10FFFF;
 }
 
+bool IsPlain(wchar_t c) { return c >= 0x20 && c < 0x7F && c != L'"' && c != L'\\'; }
+
 void AppendEscaped(std::string & out, wchar_t c) {
   switch (c) {
   case L'"':
@@ -89,11 +91,13 @@ void AppendName(std::string & out, AString const & name) {
 
 void AppendQuoted(std::string & out, AString const & text) {
   out += '"';
-  for (wchar_t const c : text.View()) {
-    if (c >= 0x20 && c < 0x7F && c != L'"' && c != L'\\')
-      out += static_cast<char>(c);
-    else
-      AppendEscaped(out, c);
+  auto left = text.View();
+  while (!left.empty()) {
+    auto const run = static_cast<std::size_t>(std::find_if_not(left.begin(), left.end(), IsPlain) - left.begin());
+    text::AppendUtf8(out, left.substr(0, run));
+    if (run < left.size())
+      AppendEscaped(out, left[run]);
+    left.remove_prefix(std::min(run + 1, left.size()));
   }
   out += '"';
 }

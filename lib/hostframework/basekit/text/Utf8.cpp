@@ -74,9 +74,9 @@ bool Decode(std::string_view bytes, std::wstring & wide) {
 } // namespace
 
 bool IsAscii(std::wstring_view wide) noexcept {
-  unsigned long all = 0;
+  std::uint32_t all = 0;
   for (wchar_t const character : wide)
-    all |= static_cast<unsigned long>(character);
+    all |= static_cast<std::uint32_t>(character);
   return all < 0x80;
 }
 

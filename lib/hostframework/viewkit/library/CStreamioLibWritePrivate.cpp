@@ -212,6 +212,12 @@ bool CStreamioLibWritePrivate::HasUnsavedChanges() const {
   return library::HasUnmerged(*m_state) || !m_state->heldDeletes.empty() || m_state->journaled.HasUnsent();
 }
 
+void CStreamioLibWritePrivate::NoteStored(io::CBlock const & block) {
+  auto const found = library::FindBlock(*m_state, text::ToUtf8(block.Name()));
+  if (found.log)
+    m_state->journaled.Holds(block, found.log == m_state->privateLog.get() ? &found.place : nullptr);
+}
+
 AString const & CStreamioLibWritePrivate::WasSetAside() const { return m_state->setAside; }
 
 std::uint64_t CStreamioLibWritePrivate::CommittedLength() const {

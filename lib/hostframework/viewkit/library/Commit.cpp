@@ -107,11 +107,11 @@ LibIOReturn BecomePublic(LibraryState & state) {
     status = file::FileSystem().Rename(state.privatePath, state.path);
   if (!status.Ok())
     return state.Fail(status);
+  state.journaled.MovedToPublic(log.Index());
   state.publicLog = std::move(state.privateLog);
   state.publicLog->SetPath(state.path);
   state.publicLog->Records().BecomePublic();
   state.mergedLength = 0;
-  state.journaled.Clear();
   status = file::FileSystem().SyncFolder(state.path.DirPath());
   state.publicLog->mustRewrite = !status.Ok();
   return status.Ok() ? kSuccess : state.Fail(status);

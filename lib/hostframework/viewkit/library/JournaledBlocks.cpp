@@ -15,6 +15,7 @@ namespace {
 constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 // A block that is smaller is not stored whole for its size's sake.
 constexpr std::uint64_t kSmall = 64 * 1024;
+constexpr std::uint64_t kMostEdits = 4;
 
 io::BlockJournal * JournalOf(io::CBlock_item const & item) {
   return item.IsBlock() ? static_cast<io::CBlock const &>(item).Journal().get() : nullptr;
@@ -56,13 +57,14 @@ bool JournaledBlocks::IsJournaled(io::CBlock const & block) {
          std::any_of(block.begin(), block.end(), [](auto const & child) { return JournalOf(*child) != nullptr; });
 }
 
-LibIOReturn JournaledBlocks::Prepare(io::CBlock const & block, io::BlockPlace const * place, Encoding const & encoding,
-                                     Record & record, AString & error) const {
+LibIOReturn JournaledBlocks::Prepare(io::CBlock const & block, io::BlockPlace const * place, bool isWhole,
+                                     Encoding const & encoding, Record & record, AString & error) const {
   record.name = text::ToUtf8(block.Name());
   record.parts = PartsOf(block);
   auto const known = m_known.find(record.name);
-  if (known != m_known.end() && place && place->offset == known->second.offset &&
-      encoding.precision >= io::kExactDigits && PreparePatch(block, known->second, encoding, record))
+  std::uint64_t const offset = place ? place->offset : 0;
+  if (!isWhole && known != m_known.end() && offset == known->second.offset && encoding.precision >= io::kExactDigits &&
+      PreparePatch(block, known->second, encoding, record))
     return kSuccess;
   // The copy is looked at, the block stays journaled, should the record fail.
   return EncodeBlock(io::CBlock(block), encoding, record.payload, error);
@@ -87,11 +89,13 @@ bool JournaledBlocks::PreparePatch(io::CBlock const & block, Known const & known
   record.isNeedless = isBlockItself && patch.parts.front().lines.empty();
   if (record.isNeedless)
     return true;
+  if (known.offset == 0)
+    return false;
   auto const form = encoding.isBinary ? io::Form::Binary : io::Form::Text;
   if (!isBlockItself && !io::EncodeBlock(WithoutJournaled(block), form, encoding.precision, patch.content))
     return false;
   io::FormatPatch(patch, record.payload);
-  record.isPatch = known.patchBytes + record.payload.size() <= std::max(kSmall, known.wholeBytes);
+  record.isPatch = known.patchBytes + record.payload.size() <= std::max(kSmall, kMostEdits * known.wholeBytes);
   if (!record.isPatch)
     record.payload.clear();
   return record.isPatch;
@@ -99,8 +103,6 @@ bool JournaledBlocks::PreparePatch(io::CBlock const & block, Known const & known
 
 void JournaledBlocks::Stored(Record const & record, std::uint64_t offset) {
   m_unsent.erase(record.name);
-  if (record.isNeedless)
-    return;
   auto & known = m_known[record.name];
   known.offset = offset;
   known.parts = record.parts;
@@ -132,6 +134,23 @@ std::vector<io::CBlock const *> JournaledBlocks::Unsent(NameSet const & names) {
     if (!names.contains(name))
       blocks.push_back(block.Item());
   return blocks;
+}
+
+void JournaledBlocks::Holds(io::CBlock const & block, io::BlockPlace const * place) {
+  Record record;
+  record.name = text::ToUtf8(block.Name());
+  record.parts = PartsOf(block);
+  Stored(record, place ? place->offset : 0);
+}
+
+// What was stored under the name by other means since is not what the journal goes on from.
+void JournaledBlocks::MovedToPublic(io::RecordIndex const & privateIndex) {
+  std::erase_if(m_known, [&](auto const & entry) {
+    auto const * const place = privateIndex.Find(entry.first);
+    return entry.second.offset != (place ? place->offset : 0);
+  });
+  for (auto & [name, known] : m_known)
+    known.offset = 0;
 }
 
 void JournaledBlocks::Clear() {

@@ -10,14 +10,15 @@
 
 namespace io {
 class BlockJournal;
+class RecordIndex;
 struct BlockPlace;
 } // namespace io
 
 namespace library {
 
 /// What a private file holds of the blocks that remember their edits, so that the next store of one appends the edits
-/// alone.  Now and then such a block is stored whole: when its edits take more room than it, so that reading it costs
-/// no more than twice the block.
+/// alone.  Now and then such a block is stored whole: when its edits take four times the room that it took, so that
+/// reading it costs a few times the block at most.
 class JournaledBlocks {
 public:
   struct Part {
@@ -39,19 +40,24 @@ public:
 
   /// The block or one of its children remembers its edits.
   static bool IsJournaled(io::CBlock const & block);
-  /// `place`: where the private file has the block, or null.
-  CStreamioLibrary::LibIOReturn Prepare(io::CBlock const & block, io::BlockPlace const * place,
+  /// `place`: where the private file has the block, or null; `isWhole`: the record can't be one of edits.
+  CStreamioLibrary::LibIOReturn Prepare(io::CBlock const & block, io::BlockPlace const * place, bool isWhole,
                                         Encoding const & encoding, Record & record, AString & error) const;
+  /// The library holds the block as it is now: in the private file at the place, or for null in the public one.
+  void Holds(io::CBlock const & block, io::BlockPlace const * place);
   void Stored(Record const & record, std::uint64_t offset);
   /// The record of the block did not reach the file.
   void Failed(io::CBlock const & block);
   /// Blocks that failed and are still to be had, but for those of the names.
   std::vector<io::CBlock const *> Unsent(NameSet const & names);
   bool HasUnsent() const { return !m_unsent.empty(); }
+  /// The file is gone with what it held; the public one may hold the same.
   void Clear();
+  void MovedToPublic(io::RecordIndex const & privateIndex);
 
 private:
   struct Known {
+    /// 0: whole, in the public file.
     std::uint64_t offset = 0;
     std::uint64_t wholeBytes = 0;
     std::uint64_t patchBytes = 0;

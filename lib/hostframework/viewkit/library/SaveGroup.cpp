@@ -73,22 +73,17 @@ private:
       bool const isSecond = std::any_of(m_items.begin(), m_items.end(), [&](Item const & other) {
         return other.journaled && NameEqual()(other.journaled->name, name);
       });
-      auto const * const place = isSecond || m_state.heldDeletes.contains(name) ? nullptr : Find(name);
-      LibIOReturn const result = m_state.journaled.Prepare(block, place, m_encoding, *item.journaled, m_state.error);
+      bool const isWhole = isSecond || m_state.heldDeletes.contains(name);
+      LibIOReturn const result = m_state.journaled.Prepare(block, m_state.privateLog->Index().Find(name), isWhole,
+                                                           m_encoding, *item.journaled, m_state.error);
       if (result != kSuccess)
         return result;
       if (item.journaled->isNeedless) {
-        m_state.journaled.Stored(*item.journaled, 0);
         return kSuccess;
       }
     }
     m_items.push_back(std::move(item));
     return kSuccess;
-  }
-
-  io::BlockPlace const * Find(std::string const & name) const {
-    auto const * const place = m_state.privateLog->Index().Find(name);
-    return place && place->IsBlock() ? place : nullptr;
   }
 
   LibIOReturn Write(LogWriter & writer) {

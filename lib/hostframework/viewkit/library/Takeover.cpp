@@ -299,10 +299,13 @@ LibIOReturn DropPrivateFile(LibraryState & state) {
     return kSuccess;
   if (auto const status = file::FileSystem().RemoveFile(state.privatePath); !status.Ok() && status.Error() != ENOENT)
     return state.Fail(status);
+  if (HasUnmerged(state))
+    state.journaled.Clear();
+  else
+    state.journaled.MovedToPublic(state.privateLog->Index());
   state.lock.Forget(state.privateLog->Records().File());
   state.privateLog.reset();
   state.mergedLength = 0;
-  state.journaled.Clear();
   state.wasWriter = state.wasWriter && state.lock.IsHeld();
   return kSuccess;
 }
