@@ -96,6 +96,16 @@ void Commit(Work & work) {
   work.Timed(work.job.n, [&] { work.engine.Commit(); });
 }
 
+// Of one block in ten, into a library that has a commit.
+void CommitMore(Work & work) {
+  work.engine.Open(work.job.folder, Purpose::Work);
+  Numbers some = Shuffled(work.job.n);
+  some.resize(std::max<std::size_t>(1, some.size() / 10));
+  work.engine.Prepare(some, work.job.payload, 1);
+  work.engine.SaveAll();
+  work.Timed(some.size(), [&] { work.engine.Commit(); });
+}
+
 void OpenAndList(Work & work, Purpose purpose) {
   std::size_t listed = 0;
   auto const before = HeapInUse();
@@ -153,6 +163,7 @@ std::vector<Entry> const & Table() {
       {{"save_stream", Before::Nothing, true}, SaveStream},
       {{"batch_save", Before::Nothing, true}, BatchSave},
       {{"commit", Before::Nothing, true}, Commit},
+      {{"commit_more", Before::Committed, true}, CommitMore},
       {{"open_index", Before::Committed, false}, [](Work & work) { OpenAndList(work, Purpose::List); }},
       {{"load_random", Before::Committed, false}, LoadRandom},
       {{"overwrite", Before::Committed, true}, Overwrite},
