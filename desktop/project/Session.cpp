@@ -33,7 +33,8 @@ std::string Bytes(io::CBlock const & block) {
 // Saves a block unless the library holds it as it is.
 bool SaveIfChanged(BaseSolutionManager const & manager, io::CBlock & block) {
   io::CBlock stored(block.Name());
-  if (manager.LoadSingleBlock(stored) == kSuccess && Bytes(stored) == Bytes(block))
+  // A copy is compared: a block that somebody looked at is stored whole, edits and all.
+  if (manager.LoadSingleBlock(stored) == kSuccess && Bytes(stored) == Bytes(io::CBlock(block)))
     return true;
   return manager.SaveSingleBlock(block) == kSuccess;
 }

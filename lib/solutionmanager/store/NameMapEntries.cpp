@@ -28,7 +28,7 @@ SolutionFileManager::NameMap::iterator SolutionFileManager::InsertEntry(NameMap:
     return at;
   if (m_keyIndex)
     m_keyIndex->Insert(at);
-  if (!m_journal->Keeps()) {
+  if (!m_journal->KeepsEdits()) {
     m_journal->CountEdit();
   } else if (auto const next = std::next(at); next == m_realToInternal.end()) {
     m_journal->Insert(ItemOf(*at), nullptr);

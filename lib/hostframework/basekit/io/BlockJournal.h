@@ -30,8 +30,7 @@ public:
   /// for the end.
   void Insert(CBlock_item const & item, CBlock_item const * before);
   void Remove(CBlock_item const & item);
-  /// Whether edits are kept: until the block was stored nobody needs them, and to count them is enough.
-  bool Keeps() const { return m_isStored; }
+  /// Instead of the two, while KeepsEdits() is false: nobody needs the edit itself.
   void CountEdit() { ++m_first; }
   /// The content changed in a way that edits don't tell.
   void Restart();

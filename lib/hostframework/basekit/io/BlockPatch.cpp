@@ -145,19 +145,6 @@ bool MergePatch(BlockPatch const & later, BlockPatch & patch) {
   return true;
 }
 
-bool JoinPatches(BlockPatch & earlier, BlockPatch & later) {
-  bool const isSame = std::equal(earlier.parts.begin(), earlier.parts.end(), later.parts.begin(), later.parts.end(),
-                                 [](BlockPatch::Part const & a, BlockPatch::Part const & b) {
-                                   return a.isBlockItself == b.isBlockItself && a.child == b.child;
-                                 });
-  if (!isSame)
-    return false;
-  for (std::size_t i = 0; i < earlier.parts.size(); ++i)
-    earlier.parts[i].lines += later.parts[i].lines;
-  earlier.content.swap(later.content);
-  return true;
-}
-
 bool ApplyPatch(BlockPatch const & patch, Form form, CBlock & block) {
   if (!IsWhole(patch))
     return false;

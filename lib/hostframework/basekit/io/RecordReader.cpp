@@ -372,7 +372,7 @@ RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::s
   while (good && !patches.empty()) {
     BlockPatch next = std::move(patches.back());
     patches.pop_back();
-    while (!patches.empty() && JoinPatches(next, patches.back()))
+    while (!patches.empty() && MergePatch(patches.back(), next))
       patches.pop_back();
     good = ApplyPatch(next, formOf(place.flags), block);
   }

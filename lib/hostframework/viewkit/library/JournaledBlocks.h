@@ -48,6 +48,8 @@ public:
   void Stored(Record const & record, std::uint64_t offset);
   /// The record of the block did not reach the file.
   void Failed(io::CBlock const & block);
+  /// The block was deleted since.
+  void Deleted(std::string const & name) { m_unsent.erase(name); }
   /// Blocks that failed and are still to be had, but for those of the names.
   std::vector<io::CBlock const *> Unsent(NameSet const & names);
   bool HasUnsent() const { return !m_unsent.empty(); }

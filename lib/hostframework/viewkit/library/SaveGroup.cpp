@@ -203,8 +203,10 @@ LibIOReturn HoldDeletes(LibraryState & state, std::vector<AString> const & names
   if (!state.cache.empty())
     for (auto const & name : names)
       state.cache.erase(name);
-  for (auto & name : found)
+  for (auto & name : found) {
+    state.journaled.Deleted(name);
     state.heldDeletes.insert(std::move(name));
+  }
   return kSuccess;
 }
 
