@@ -1,0 +1,25 @@
+#pragma once
+
+#include "apps/qsol/SelectionWords.h"
+
+#include <optional>
+#include <string>
+
+namespace qsol {
+
+struct Streams;
+
+struct FollowOptions {
+  std::string file;
+  SelectionWords selection;
+  /// What is there now, and no more.
+  bool once = false;
+  /// The content of each block too.
+  bool items = false;
+  std::optional<double> seconds;
+  bool json = false;
+};
+
+int Follow(FollowOptions const & options, Streams const & streams);
+
+} // namespace qsol
