@@ -58,9 +58,10 @@ void FollowEvents::LookAt(Block const & block, KnownBlocks & now) {
   }
   if (m_isFirst && !block.entry.isPrivate)
     return;
-  // A commit, or a compaction, moves blocks as they are.
+  // A commit, or a compaction, moves blocks as they are; of one that was never read the length must do.
   bool const mayHaveMoved = isKnown && before->second.salt != salt;
-  if (mayHaveMoved && before->second.hash == 0 && before->second.block.entry.length == block.entry.length)
+  bool const isSameSize = isKnown && before->second.block.entry.length == block.entry.length;
+  if (mayHaveMoved && !block.entry.isPrivate && before->second.hash == 0 && isSameSize)
     return;
   mine.hash = HashOf(block);
   if (!mayHaveMoved || before->second.hash != mine.hash)

@@ -77,7 +77,6 @@ public:
 private:
   bool IsWritten() const { return IsLocked(m_opened.privatePath) || IsLocked(m_opened.publicPath); }
 
-  // A pipe or folder that somebody puts in the place of a file would never be read.
   bool Refresh() {
     bool changed = false;
     if (m_opened.reader.Refresh(changed) != kGood)
@@ -139,20 +138,23 @@ private:
 
 } // namespace
 
-int Follow(FollowOptions const & options, Streams const & streams) {
-  OpenedLibrary opened;
-  OpenLibrary({options.file, true, false}, opened);
+void OpenToFollow(std::string const & file, OpenedLibrary & opened) {
+  OpenLibrary({file, true, false}, opened);
   if (opened.publicPath == opened.privatePath)
     throw Failure(Exit::Usage,
                   OneLine(opened.publicPath) + ": is a private file; name the library that it stands beside");
-  bool const hasTwin = opened.privateState != PrivateFile::Unreadable;
-  // Opened anew, as a reader that follows: where there is no public file yet the other way leaves nothing to follow.
-  if (!opened.ShowsPublic() && opened.reader.Open(LongFileName(opened.publicPath), hasTwin) != kGood)
-    throw Failure(Exit::Unreadable, OneLine(opened.reader.LastError()) + "; save the project first");
+  if (opened.privateState == PrivateFile::Unreadable)
+    throw Failure(Exit::Unreadable, WhyUnreadable(opened.privatePath) + "; move it elsewhere first");
+  // Anew: a private file that is not there yet is looked for from now on.
+  if (opened.reader.Open(LongFileName(opened.publicPath), true) != kGood)
+    throw Failure(Exit::Unreadable, OneLine(opened.reader.LastError()) + "; check the file and its permissions");
+}
+
+int Follow(FollowOptions const & options, Streams const & streams) {
+  OpenedLibrary opened;
+  OpenToFollow(options.file, opened);
   for (std::string const & notice : opened.notices)
     streams.note(notice);
-  if (!hasTwin)
-    throw Failure(Exit::Unreadable, "what is being written can't be followed; move what stands there elsewhere first");
   return Follower(options, opened, streams).Run();
 }
 

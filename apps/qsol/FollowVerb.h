@@ -8,6 +8,7 @@
 namespace qsol {
 
 struct Streams;
+struct OpenedLibrary;
 
 struct FollowOptions {
   std::string file;
@@ -20,6 +21,8 @@ struct FollowOptions {
   bool json = false;
 };
 
+/// Opens a library with whatever private file it has or will have; throws Failure where it can't be followed.
+void OpenToFollow(std::string const & file, OpenedLibrary & opened);
 int Follow(FollowOptions const & options, Streams const & streams);
 
 } // namespace qsol

@@ -1,0 +1,128 @@
+#include "apps/qsol/FollowEvents.h"
+#include "apps/qsol/FollowVerb.h"
+#include "tests/apps/qsol/QsolFixture.h"
+
+#include <filesystem>
+
+#include <sys/stat.h>
+
+using qsol::FollowOptions;
+
+class FollowedLibrary : public QsolFixture {
+protected:
+  Told Follow(FollowOptions options = {}) const {
+    options.json = true;
+    return Perform(qsol::Follow, options);
+  }
+  static std::vector<Json> Events(std::string const & out) {
+    std::vector<Json> events;
+    std::istringstream lines(out);
+    for (std::string line; std::getline(lines, line);)
+      events.push_back(Json::parse(line));
+    return events;
+  }
+};
+
+/// The events themselves, with a writer in the same process.
+class FollowEventsTest : public FollowedLibrary {
+protected:
+  std::vector<Json> Look() {
+    bool changed = false;
+    EXPECT_EQ(m_opened.reader.Refresh(changed), CStreamioLibrary::kLibSuccess);
+    m_events->Look();
+    auto const events = Events(m_out.str());
+    m_out.str({});
+    return events;
+  }
+  void Start(qsol::Selection const & selection = {}) {
+    OpenToFollow(File(), m_opened);
+    m_events.emplace(m_opened, selection, qsol::FollowEvents::Style{true, false}, m_out);
+  }
+  qsol::OpenedLibrary m_opened;
+  std::ostringstream m_out;
+  std::optional<qsol::FollowEvents> m_events;
+};
+
+TEST_F(FollowEventsTest, TellEachBlockOnceAsItIsStoredReplacedDeletedAndCommitted) {
+  MakeLibrary();
+  SolutionFileManager writer{Path(File())};
+  writer.LoadRealToInternalBlockNameMap();
+  Start();
+  EXPECT_TRUE(Look().empty()) << "the committed state is nothing new";
+  Save(writer, DataName(L"a=7"), 7);
+  auto events = Look();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0]["event"], "block");
+  EXPECT_EQ(events[0]["variation"], "a=7");
+  EXPECT_EQ(events[0]["replaces"], false);
+  EXPECT_TRUE(Look().empty());
+  Save(writer, DataName(L"a=1"), 0.2);
+  events = Look();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0]["replaces"], true);
+  ASSERT_EQ(writer.DeleteBlock(DataName(L"a=7")), CStreamioLibrary::kLibSuccess);
+  ASSERT_EQ(writer.CommitAll(false), CStreamioLibrary::kLibSuccess);
+  events = Look();
+  ASSERT_EQ(events.size(), 2u) << "what was told before isn't told again when it is committed";
+  EXPECT_EQ(events[0]["event"], "committed");
+  EXPECT_EQ(events[1]["event"], "deleted");
+  ASSERT_EQ(writer.RewriteLibrary(false), CStreamioLibrary::kLibSuccess);
+  for (auto const & event : Look())
+    EXPECT_EQ(event["event"], "committed");
+}
+
+TEST_F(FollowEventsTest, KeepToWhatIsSelected) {
+  MakeLibrary();
+  SolutionFileManager writer{Path(File())};
+  writer.LoadRealToInternalBlockNameMap();
+  qsol::Selection selection;
+  selection.kind = qsol::Kind::Data;
+  Start(selection);
+  Look();
+  Save(writer, L"FileHeader", 2);
+  Save(writer, DataName(L"a=7"), 7);
+  auto const events = Look();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0]["kind"], "data");
+}
+
+TEST_F(FollowedLibrary, OnceTellsWhatIsNotCommittedAndEnds) {
+  MakeLibrary();
+  SolutionFileManager writer{Path(File())};
+  writer.LoadRealToInternalBlockNameMap();
+  Save(writer, DataName(L"a=7"), 7);
+  FollowOptions options;
+  options.once = true;
+  options.items = true;
+  auto const told = Follow(options);
+  EXPECT_EQ(told.code, 0);
+  auto const events = Events(told.out);
+  ASSERT_EQ(events.size(), 3u);
+  EXPECT_EQ(events[0]["is_written"], true);
+  EXPECT_EQ(events[1]["items"], Json::parse(R"([{"name": "Value", "value": 7}])"));
+  EXPECT_EQ(events[2]["why"], "once");
+}
+
+TEST_F(FollowedLibrary, EndsWhenTheTimeIsOver) {
+  MakeLibrary();
+  FollowOptions options;
+  options.seconds = 0.15;
+  auto const told = Follow(options);
+  EXPECT_EQ(told.code, 0);
+  EXPECT_EQ(Events(told.out).back()["why"], "time is over");
+}
+
+TEST_F(FollowedLibrary, IsNoPrivateFileAloneAndNoPipe) {
+  MakeLibrary();
+  {
+    SolutionFileManager writer{Path(File())};
+    writer.LoadRealToInternalBlockNameMap();
+    Save(writer, DataName(L"a=7"), 7);
+  }
+  FollowOptions options;
+  options.file = Twin();
+  EXPECT_EQ(Follow(options).code, 2);
+  std::filesystem::remove(Twin());
+  ASSERT_EQ(::mkfifo(Twin().c_str(), 0600), 0);
+  EXPECT_EQ(Follow().code, 3);
+}
