@@ -10,12 +10,6 @@ namespace qsol {
 
 namespace {
 
-AString const & IdentityOf(Block const & block) { return block.realName.empty() ? block.entry.name : block.realName; }
-
-bool IsCompared(Block const & block, Catalogue const & catalogue) {
-  return block.kind != Kind::Map || !catalogue.MapError().empty();
-}
-
 /// Blocks with a key, found by it however the variation is spelled.
 class KeyIndex {
 public:
@@ -51,21 +45,26 @@ private:
 } // namespace
 
 BlockPairs::BlockPairs(Catalogue const & a, Catalogue const & b) {
+  bool const haveMaps = a.HasMap() && b.HasMap();
+  auto const identityOf = [&](Block const & block) -> AString const & {
+    return haveMaps && !block.realName.empty() ? block.realName : block.entry.name;
+  };
+  auto const isCompared = [&](Block const & block) { return !haveMaps || block.kind != Kind::Map; };
   std::map<AString, Block const *> byName;
   for (Block const & block : b.Blocks())
-    if (IsCompared(block, b))
-      byName.emplace(IdentityOf(block), &block);
+    if (isCompared(block))
+      byName.emplace(identityOf(block), &block);
   std::set<Block const *> taken;
   std::vector<Block const *> unpaired;
   for (Block const & block : a.Blocks()) {
-    auto const found = byName.find(IdentityOf(block));
+    auto const found = byName.find(identityOf(block));
     if (found != byName.end() && taken.insert(found->second).second)
       both.emplace_back(&block, found->second);
-    else if (IsCompared(block, a))
+    else if (isCompared(block))
       unpaired.push_back(&block);
   }
   for (Block const & block : b.Blocks())
-    if (IsCompared(block, b) && !taken.contains(&block))
+    if (isCompared(block) && !taken.contains(&block))
       onlyInB.push_back(&block);
   KeyIndex index(onlyInB);
   for (Block const * const block : unpaired) {
