@@ -112,7 +112,9 @@ private:
     case PrivateFile::InUse:
       return {};
     case PrivateFile::LeftByCrash:
-      m_streams.note(twin + ": its writer went without closing it; take the work over: solvedesk recover PROJECT");
+      m_streams.note(
+          twin +
+          ": its writer went without closing it; opening its project takes the work over: solvedesk save PROJECT");
       return End("left by a crash", Exit::Failed);
     case PrivateFile::Unreadable:
       m_streams.note(WhyUnreadable(m_opened.privatePath));

@@ -44,7 +44,9 @@ void RefuseWhatIsNotReady(OpenedLibrary const & opened) {
   case PrivateFile::InUse:
     throw Failure(Exit::Failed, name + ": another process is writing it; wait for its end");
   case PrivateFile::LeftByCrash:
-    throw Failure(Exit::Failed, twin + ": holds work that a crash left; take it over first: solvedesk recover PROJECT");
+    throw Failure(
+        Exit::Failed,
+        twin + ": holds work that a crash left; open its project first, which takes it over: solvedesk save PROJECT");
   case PrivateFile::OtherGeneration:
     throw Failure(Exit::Failed, twin + ": belongs to another state of the library; move it elsewhere first");
   case PrivateFile::Unreadable:

@@ -20,7 +20,7 @@ class Follow(DeskTest):
         self.assertEqual(len(found), 1, found)
         return found.pop()
 
-    def start(self, program, *words):
+    def launch(self, program, *words):
         process = subprocess.Popen([program, *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE, text=True)
         self.addCleanup(process.stderr.close)
@@ -32,11 +32,11 @@ class Follow(DeskTest):
         return process
 
     def start_solve(self, *words):
-        return self.start(SOLVEDESK, 'solve', 'slow', '--vary', 'res=1:40:1', '--events', *words)
+        return self.launch(SOLVEDESK, 'solve', 'slow', '--vary', 'res=1:40:1', '--events', *words)
 
     def start_follow(self, *words):
         """A follower that has begun."""
-        process = self.start(QSOL, 'follow', self.library(), '--json', *words)
+        process = self.launch(QSOL, 'follow', self.library(), '--json', *words)
         begin = json.loads(process.stdout.readline())
         self.assertEqual((begin['event'], begin['schema_version']), ('begin', 1))
         return process

@@ -85,12 +85,13 @@ private:
   }
 
   std::size_t NextHead(std::size_t position) const {
+    TextLexer lexer(m_bytes, position);
     for (;;) {
       auto const end = m_bytes.find('\n', position);
       if (end == std::string_view::npos)
         return m_bytes.size();
       position = end + 1;
-      TextLexer lexer(m_bytes, position);
+      lexer.MoveTo(position);
       TextLexer::Token token;
       bool const mayBegin = position < m_bytes.size() && !TextLexer::IsBlank(m_bytes[position]) && lexer.Next(token);
       bool const isName = token.kind == CToken::Kind::Word || token.kind == CToken::Kind::Quoted;

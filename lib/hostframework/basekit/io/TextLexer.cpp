@@ -117,13 +117,15 @@ bool TextLexer::Text(Token const & token, AString & text) {
 }
 
 bool TextLexer::Name(Token const & token, AString & name) {
-  if (auto const * known = m_known.Find(token.text)) {
+  if (auto const * known = m_known ? m_known->Find(token.text) : nullptr) {
     name = *known;
     return true;
   }
   if (!Text(token, name))
     return false;
-  m_known.Keep(token.text, name);
+  if (!m_known)
+    m_known = std::make_unique<KnownNames>();
+  m_known->Keep(token.text, name);
   return true;
 }
 
