@@ -29,6 +29,7 @@ using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
 constexpr auto kGood = CStreamioLibrary::kLibSuccess;
+constexpr int kMostRereads = 5;
 constexpr Seconds kShortestPause(0.1);
 constexpr Seconds kLongestPause(5);
 /// A look may take this part of the time at most, so that following a large library stays cheap.
@@ -67,7 +68,7 @@ public:
       hadWriter = hadWriter || isThere || changed;
       if (changed)
         Look();
-      else if (hadWriter && !isThere)
+      else if (hadWriter && !isThere && !m_wasEarly)
         if (auto const code = EndOfWriter())
           return *code;
     }
@@ -77,12 +78,19 @@ public:
 private:
   bool IsWritten() const { return IsLocked(m_opened.privatePath) || IsLocked(m_opened.publicPath); }
 
+  // Tells whether there is anything to look at.  The two files are read one after the other, so a commit between may
+  // leave the private one out of view: then it is too early for a look.
   bool Refresh() {
-    bool changed = false;
-    if (m_opened.reader.Refresh(changed) != kGood)
-      throw Failure(Exit::Unreadable, OneLine(m_opened.publicPath) + ": can't be read any more: " +
-                                          OneLine(m_opened.reader.LastError()) + "; check what became of it");
-    return changed;
+    bool any = m_wasEarly;
+    bool changed = true;
+    for (int count = 0; changed && count < kMostRereads; ++count) {
+      if (m_opened.reader.Refresh(changed) != kGood)
+        throw Failure(Exit::Unreadable, OneLine(m_opened.publicPath) + ": can't be read any more: " +
+                                            OneLine(m_opened.reader.LastError()) + "; check what became of it");
+      any = any || changed;
+    }
+    m_wasEarly = any && !m_opened.ShowsPrivate() && IsLocked(m_opened.privatePath);
+    return any && !m_wasEarly;
   }
 
   void Look() {
@@ -136,6 +144,7 @@ private:
   FollowEvents m_events;
   Clock::time_point m_start = Clock::now();
   Seconds m_lookTime{0};
+  bool m_wasEarly = false;
 };
 
 } // namespace

@@ -54,7 +54,7 @@ class Follow(DeskTest):
         events, err = self.finish(follow)
         self.assertEqual((follow.returncode, err), (0, ''))
         told = [event['variation'] for event in events if event['event'] == 'block']
-        self.assertEqual(len(told), 40, told)
+        self.assertEqual(len(told), 40, [(e["event"], e.get("variation"), e.get("where"), e.get("offset")) for e in events])
         self.assertEqual(sorted(told), sorted(set(told)))
         self.assertEqual(set(stored), set(told))
         self.assertEqual(events[-1], {'event': 'end', 'why': 'closed in order'})

@@ -1,8 +1,11 @@
 #include "apps/qsol/FollowEvents.h"
 #include "apps/qsol/FollowVerb.h"
+#include "basekit/file/IFileSystem.h"
 #include "tests/apps/qsol/QsolFixture.h"
 
 #include <filesystem>
+#include <functional>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -110,6 +113,74 @@ TEST_F(FollowedLibrary, EndsWhenTheTimeIsOver) {
   auto const told = Follow(options);
   EXPECT_EQ(told.code, 0);
   EXPECT_EQ(Events(told.out).back()["why"], "time is over");
+}
+
+namespace {
+
+/// The system's files, with something that happens as a file is described.
+class HookedFiles : public file::IFileSystem {
+public:
+  HookedFiles() : m_former(file::SetFileSystem(this)) {}
+  ~HookedFiles() override { file::SetFileSystem(m_former); }
+
+  std::function<void(LongFileName const &)> onDescribe;
+
+  file::FileStatus Describe(LongFileName const & path, file::FileInfo & info) override {
+    if (auto const hook = std::exchange(onDescribe, nullptr)) {
+      hook(path);
+      if (!onDescribe)
+        onDescribe = hook;
+    }
+    return m_system.Describe(path, info);
+  }
+  file::FileStatus Open(LongFileName const & path, file::OpenMode mode,
+                        std::unique_ptr<file::IFile> & opened) override {
+    return m_system.Open(path, mode, opened);
+  }
+  file::FileStatus Rename(LongFileName const & from, LongFileName const & to) override {
+    return m_system.Rename(from, to);
+  }
+  file::FileStatus RemoveFile(LongFileName const & path) override { return m_system.RemoveFile(path); }
+  file::FileStatus RemoveFolder(LongFileName const & path) override { return m_system.RemoveFolder(path); }
+  file::FileStatus MakeFolder(LongFileName const & path) override { return m_system.MakeFolder(path); }
+  file::FileStatus SyncFolder(LongFileName const & path) override { return m_system.SyncFolder(path); }
+  file::FileStatus List(LongFileName const & path, std::vector<AString> & names) override {
+    return m_system.List(path, names);
+  }
+  file::FileStatus SetMode(LongFileName const & path, unsigned mode) override { return m_system.SetMode(path, mode); }
+
+private:
+  file::IFileSystem & m_system = file::SystemFiles();
+  file::IFileSystem * m_former;
+};
+
+} // namespace
+
+TEST_F(FollowedLibrary, LosesNothingFromViewWhenACommitComesBetweenTheReadingOfTheTwoFiles) {
+  MakeLibrary();
+  SolutionFileManager writer{Path(File())};
+  writer.LoadRealToInternalBlockNameMap();
+  Save(writer, DataName(L"a=7"), 7);
+  std::ostringstream out;
+  bool isCommitted = false;
+  HookedFiles files;
+  files.onDescribe = [&](LongFileName const & path) {
+    if (isCommitted || path != Path(Twin()) || out.str().find("a=7") == std::string::npos)
+      return;
+    isCommitted = true;
+    EXPECT_EQ(writer.CommitAll(false), CStreamioLibrary::kLibSuccess);
+    Save(writer, DataName(L"a=8"), 8);
+  };
+  FollowOptions options;
+  options.file = File();
+  options.json = true;
+  options.seconds = 0.6;
+  EXPECT_EQ(qsol::Follow(options, {out, [](std::string const &) {}}), 0);
+  ASSERT_TRUE(isCommitted);
+  std::vector<std::string> told;
+  for (auto const & event : Events(out.str()))
+    told.push_back(event["event"].get<std::string>() + event.value("variation", ""));
+  EXPECT_EQ(told, (std::vector<std::string>{"begin", "blocka=7", "committed", "blocka=8", "end"})) << out.str();
 }
 
 TEST_F(FollowedLibrary, IsNoPrivateFileAloneAndNoPipe) {
