@@ -30,7 +30,9 @@ public:
       : m_ledger(std::move(ledger)), m_file(std::move(file)) {}
 
   FileStatus Read(std::uint64_t offset, std::span<char> into, std::size_t & got) override {
-    return m_file->Read(offset, into, got);
+    got = 0;
+    FileStatus const status = m_ledger->NextRead(L"read");
+    return status.Ok() ? m_file->Read(offset, into, got) : status;
   }
   FileStatus Write(std::uint64_t offset, std::span<std::string_view const> pieces) override {
     std::string all;
@@ -56,8 +58,14 @@ public:
       m_ledger->synced[info.node] = Content(*m_file);
     return status;
   }
-  FileStatus Describe(FileInfo & info) override { return m_file->Describe(info); }
-  FileStatus TryLock() override { return m_file->TryLock(); }
+  FileStatus Describe(FileInfo & info) override {
+    FileStatus const status = m_ledger->NextRead(L"look at");
+    return status.Ok() ? m_file->Describe(info) : status;
+  }
+  FileStatus TryLock() override {
+    FileStatus const status = m_ledger->NextRead(L"lock");
+    return status.Ok() ? m_file->TryLock() : status;
+  }
   FileStatus Unlock() override { return m_file->Unlock(); }
   FileStatus AskLock(bool & isLocked) override { return m_file->AskLock(isLocked); }
 
@@ -81,7 +89,16 @@ void FaultyFileSystem::FailAt(int operation, bool forGood) {
   m_ledger->hasFailed = false;
 }
 
+FileStatus FaultyFileSystem::Ledger::NextRead(wchar_t const * what) {
+  if (!countsReads)
+    return {};
+  FileStatus const status = Next(what);
+  return status.Ok() ? status : FileStatus(EIO, AString(L"cannot ") + what + L": the disk fails");
+}
+
 FileStatus FaultyFileSystem::Ledger::Next(wchar_t const * what) {
+  if (isPaused)
+    return {};
   ++operations;
   bool const fails = failAt > 0 && (forGood ? operations >= failAt : operations == failAt);
   hasFailed = hasFailed || fails;
@@ -119,9 +136,8 @@ void FaultyFileSystem::RestoreAll(
 FileStatus FaultyFileSystem::Open(LongFileName const & path, file::OpenMode mode, std::unique_ptr<IFile> & opened) {
   FileInfo info;
   bool const makes = mode != file::OpenMode::Read && mode != file::OpenMode::ReadWrite;
-  if (makes)
-    if (FileStatus status = m_ledger->Next(L"open"); !status.Ok())
-      return status;
+  if (FileStatus failed = makes ? m_ledger->Next(L"open") : m_ledger->NextRead(L"open"); !failed.Ok())
+    return failed;
   std::unique_ptr<IFile> file;
   FileStatus status = m_system.Open(path, mode, file);
   if (!status.Ok())
@@ -137,7 +153,8 @@ FileStatus FaultyFileSystem::Open(LongFileName const & path, file::OpenMode mode
 }
 
 FileStatus FaultyFileSystem::Describe(LongFileName const & path, FileInfo & info) {
-  return m_system.Describe(path, info);
+  FileStatus const status = m_ledger->NextRead(L"look at");
+  return status.Ok() ? m_system.Describe(path, info) : status;
 }
 
 FileStatus FaultyFileSystem::Rename(LongFileName const & from, LongFileName const & to) {
@@ -171,7 +188,8 @@ FileStatus FaultyFileSystem::SyncFolder(LongFileName const & path) {
 }
 
 FileStatus FaultyFileSystem::List(LongFileName const & path, std::vector<AString> & names) {
-  return m_system.List(path, names);
+  FileStatus const status = m_ledger->NextRead(L"list");
+  return status.Ok() ? m_system.List(path, names) : status;
 }
 
 FileStatus FaultyFileSystem::SetMode(LongFileName const & path, unsigned mode) {

@@ -19,6 +19,10 @@ public:
   ~FaultyFileSystem() override;
 
   void FailAt(int operation, bool forGood);
+  /// Reading, asking and locking count as operations too; those fail with EIO.
+  void CountReads(bool countsReads) { m_ledger->countsReads = countsReads; }
+  /// Meanwhile nothing fails and nothing counts.
+  void Pause(bool isPaused) { m_ledger->isPaused = isPaused; }
   int Operations() const { return m_ledger->operations; }
   bool HasFailed() const { return m_ledger->hasFailed; }
   std::size_t LargestWrite() const { return m_ledger->largestWrite; }
@@ -45,11 +49,14 @@ public:
     int failAt = 0;
     bool forGood = false;
     bool hasFailed = false;
+    bool countsReads = false;
+    bool isPaused = false;
     std::size_t largestWrite = 0;
     int writes = 0;
     std::map<std::uint64_t, std::string> synced;
 
     file::FileStatus Next(wchar_t const * what);
+    file::FileStatus NextRead(wchar_t const * what);
   };
 
 private:

@@ -11,6 +11,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
+#include "solutionmanager/model/StatesJournal.h"
 #include "solutionmanager/undo/PreserveState.h"
 
 #include <algorithm>
@@ -41,6 +42,7 @@ BaseSolution & BaseSolution::operator=(BaseSolution const & source) {
 }
 
 BaseSolution::~BaseSolution() {
+  m_StatesJournal.reset();
   for (auto const & [version, definition] : m_SolutionDefinitionMap)
     delete definition;
   for (auto const & [index, variation] : m_VariationMap)

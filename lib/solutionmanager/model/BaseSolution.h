@@ -7,6 +7,7 @@
 
 #include <list>
 #include <map>
+#include <memory>
 #include <vector>
 
 class BaseSimDataExtractor;
@@ -16,6 +17,7 @@ class BaseSolutionVariation;
 class FrequencySolutionDefinition;
 class KelvroCommand;
 class SolutionVariationKey;
+class StatesJournal;
 namespace io {
 class CBlock;
 }
@@ -130,6 +132,8 @@ private:
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);
   bool HasDataForCurrentState() const;
+  std::pair<VariationMap::iterator, bool> Enter(BaseSolutionVariation * variation);
+  io::CBlock StatesBlock() const;
 
   BaseSimulationSetup const * m_Setup;
   AString m_ProductName;
@@ -141,4 +145,7 @@ private:
   std::map<long, FrequencySolutionDefinition *> m_SolutionDefinitionMap;
   VariationMap m_VariationMap;
   VariationMap m_DeletedVariationMap;
+
+  /// Of m_VariationMap, from the first time on that it was written.
+  mutable std::unique_ptr<StatesJournal> m_StatesJournal;
 };

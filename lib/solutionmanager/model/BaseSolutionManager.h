@@ -38,6 +38,9 @@ class SetupConvDef;
 class SetupDirectory;
 class SolutionInstanceManager;
 class VariationIdTable;
+namespace io {
+class BlockJournal;
+}
 
 /// All solved data of one design: the class that every product derives its solution manager from.
 ///
@@ -438,6 +441,7 @@ private:
   void BuildMembers();
   SetupDirectory Directory() const;
   bool FindVariationID(AString const & variation, long & id) const;
+  void TellJournal(VariationIDMap::const_iterator entry) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   io::ReadError ReadOutputVariables(io::CBlock const & block);
   void ReadSetups(io::CBlock const & block, AString const & blockName,
@@ -474,6 +478,8 @@ private:
 
   /// Answers over m_VariationIDMap that a walk of the map would also give, without the walk.
   std::unique_ptr<VariationIdTable> m_VariationIdTable;
+  /// Of m_VariationIDMap, so that a library can store the header by what was added to it.
+  std::shared_ptr<io::BlockJournal> m_VariationIDJournal;
   /// Definitions that a later one of the same setup type replaced; convergence records may still point at them.
   std::vector<SetupConvDef const *> m_ReplacedConvDefs;
 };

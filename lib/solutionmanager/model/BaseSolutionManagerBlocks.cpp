@@ -49,14 +49,17 @@ bool BaseSolutionManager::WriteDefinitionBlock(io::CBlock & block) const {
   bool const wroteNextID = WriteNextUniqueID(block);
   if (m_VariationIDMap.empty())
     return wroteNextID;
-  io::CBlock variations(L"VariationIDs");
+  AString const name(L"VariationIDs");
+  if (!m_ExportVariationContext) {
+    block << io::CBlock(name, m_VariationIDJournal);
+    return wroteNextID;
+  }
+  io::CBlock variations(name);
   for (auto const & entry : m_VariationIDMap) {
-    if (!m_ExportVariationContext) {
-      WriteVariationIDBlockFunc(variations, entry);
-    } else if (entry.second == m_ExportVariationContext->designVariationID) {
-      WriteVariationIDBlockFunc(variations, entry);
-      break;
-    }
+    if (entry.second != m_ExportVariationContext->designVariationID)
+      continue;
+    WriteVariationIDBlockFunc(variations, entry);
+    break;
   }
   block << variations;
   return wroteNextID;

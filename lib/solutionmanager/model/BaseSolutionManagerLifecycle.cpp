@@ -8,6 +8,8 @@
 #include "basekit/diag/Assert.h"
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
+#include "basekit/io/BlockJournal.h"
+#include "basekit/io/CBlock.h"
 #include "plotkit/OutputVariable.h"
 #include "solutionmanager/convergence/SetupConvDef.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
@@ -41,6 +43,10 @@ BaseSolutionManager::BaseSolutionManager(LongFileName const & file)
 
 void BaseSolutionManager::BuildMembers() {
   m_VariationIdTable = std::make_unique<VariationIdTable>();
+  m_VariationIDJournal = std::make_shared<io::BlockJournal>([this](io::CBlock & block) {
+    for (auto const & entry : m_VariationIDMap)
+      WriteVariationIDBlockFunc(block, entry);
+  });
   m_SolutionInstanceManager = new SolutionInstanceManager(this);
   m_SolutionFileManager.SetPrecision(kFullPrecision);
 }
@@ -67,6 +73,7 @@ BaseSolutionManager::~BaseSolutionManager() {
   // clang-format on
   delete m_ManagedFilesMgr;
   m_ManagedFilesMgr = nullptr;
+  m_VariationIDJournal->Close();
 }
 
 void BaseSolutionManager::ClearCannedOutputVariables() {

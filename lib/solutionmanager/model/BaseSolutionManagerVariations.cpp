@@ -1,6 +1,7 @@
 // The table of variation IDs.
 
 #include "basekit/diag/Assert.h"
+#include "basekit/io/BlockJournal.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CNamed_value_manip.h"
@@ -55,8 +56,23 @@ void BaseSolutionManager::IssueVariationIDs(std::vector<AString> const & variati
 
 void BaseSolutionManager::AddVariationID(AString const & variation, long id) const {
   auto const [at, isNew] = m_VariationIDMap.emplace(variation, id);
-  if (isNew)
-    m_VariationIdTable->Inserted(at);
+  if (!isNew)
+    return;
+  m_VariationIdTable->Inserted(at);
+  TellJournal(at);
+}
+
+void BaseSolutionManager::TellJournal(VariationIDMap::const_iterator entry) const {
+  // Items are not made for nobody: a library that is opened brings its whole table.
+  if (!m_VariationIDJournal->KeepsEdits())
+    return m_VariationIDJournal->Restart();
+  io::CBlock items;
+  WriteVariationIDBlockFunc(items, *entry);
+  auto const next = std::next(entry);
+  if (next == m_VariationIDMap.end())
+    return m_VariationIDJournal->Insert(**items.begin(), nullptr);
+  WriteVariationIDBlockFunc(items, *next);
+  m_VariationIDJournal->Insert(**items.begin(), std::next(items.begin())->Item());
 }
 
 AString BaseSolutionManager::GetVariationFromID(long id) const {

@@ -12,6 +12,7 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
+#include "solutionmanager/model/StatesJournal.h"
 #include "solutionmanager/transfer/ExportVariationContext.h"
 
 namespace {
@@ -25,24 +26,33 @@ AString BaseSolution::GetBlockDefinitionName() const {
       .Pack();
 }
 
-bool BaseSolution::WriteDefinitionBlock(io::CBlock & block) const {
-  AString const name = block.Name();
-  KVRO_ASSERT(name.Compare(GetBlockDefinitionName()) == 0);
-  block << io::named(L"SolutionName", m_SolutionName) << io::named(L"SolutionID", GetID())
-        << io::named(L"V", m_VersionID);
-  io::CBlock states(L"States");
+io::CBlock BaseSolution::StatesBlock() const {
+  AString const name(L"States");
   BaseSolutionManager const * const manager = GetSolutionMgr();
+  io::CBlock states(name);
   if (ExportVariationContext const * const context = manager->GetExportVariationContext()) {
     auto const at =
         m_VariationMap.find(VariationIDIndex(context->designVariationKey, m_VersionID, context->designVariationID));
     if (at != m_VariationMap.end())
       WriteSolutionVariation(states, *at, manager);
-  } else {
-    for (auto const & entry : m_VariationMap)
-      if (entry.second->GetVersionID() == m_VersionID)
-        WriteSolutionVariation(states, entry, manager);
+    return states;
   }
-  block << states;
+  if (!m_StatesJournal)
+    m_StatesJournal = std::make_unique<StatesJournal>(*this);
+  if (auto const journal = m_StatesJournal->Current(m_VersionID))
+    return io::CBlock(name, journal);
+  for (auto const & entry : m_VariationMap)
+    if (entry.second->GetVersionID() == m_VersionID)
+      WriteSolutionVariation(states, entry, manager);
+  return states;
+}
+
+bool BaseSolution::WriteDefinitionBlock(io::CBlock & block) const {
+  AString const name = block.Name();
+  KVRO_ASSERT(name.Compare(GetBlockDefinitionName()) == 0);
+  block << io::named(L"SolutionName", m_SolutionName) << io::named(L"SolutionID", GetID())
+        << io::named(L"V", m_VersionID);
+  block << StatesBlock();
   if (ISolutionDefinition * const definition = GetSolutionDefinition(id::invalidID)) {
     io::CBlock definitionBlock(L"Definition");
     definition->DoDataExchange(definitionBlock, false);
@@ -53,10 +63,7 @@ bool BaseSolution::WriteDefinitionBlock(io::CBlock & block) const {
 
 void BaseSolution::WriteSolutionVariation(io::CBlock & block, VariationMap::value_type const & entry,
                                           BaseSolutionManager const * manager) {
-  io::CBlock_func item(L"F");
-  item << io::named(L"VID", manager->GetVariationID(entry.first.GetVariation()))
-       << io::named(L"Ver", entry.second->GetVersionID());
-  block << item;
+  block << StatesJournal::Item(manager->GetVariationID(entry.first.GetVariation()), entry.second->GetVersionID());
 }
 
 io::ReadError BaseSolution::ReadDefinitionBlock(io::CBlock const & block) {

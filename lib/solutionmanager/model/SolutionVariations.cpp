@@ -9,6 +9,7 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
+#include "solutionmanager/model/StatesJournal.h"
 
 #include <set>
 
@@ -263,9 +264,16 @@ void BaseSolution::ListCurrentVariations(std::list<AString> & valid, std::list<A
     invalid.push_back(variation->GetSolutionVariationKey().Pack());
 }
 
-BaseSolutionVariation * BaseSolution::EnterNewVariation(BaseSolutionVariation * variation) {
-  auto const [at, entered] =
+std::pair<BaseSolution::VariationMap::iterator, bool> BaseSolution::Enter(BaseSolutionVariation * variation) {
+  auto const entered =
       m_VariationMap.emplace(IndexOf(variation->GetDesignVariationKey(), variation->GetVersionID()), variation);
+  if (entered.second && m_StatesJournal)
+    m_StatesJournal->Inserted(*entered.first);
+  return entered;
+}
+
+BaseSolutionVariation * BaseSolution::EnterNewVariation(BaseSolutionVariation * variation) {
+  auto const [at, entered] = Enter(variation);
   if (!entered)
     delete variation;
   return at->second;
@@ -279,7 +287,7 @@ void BaseSolution::AddSolutionVariation(BaseSolutionVariation * variation) {
   KVRO_ASSERT(variation);
   // On a taken index the caller keeps the object.
   if (variation)
-    m_VariationMap.emplace(IndexOf(variation->GetDesignVariationKey(), variation->GetVersionID()), variation);
+    Enter(variation);
 }
 
 void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroCommand *) {
@@ -298,6 +306,8 @@ void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroComm
       place->second = entry;
     }
     entry->ClearInstanceMemoryData();
+    if (m_StatesJournal)
+      m_StatesJournal->Removed(*at);
     at = m_VariationMap.erase(at);
   }
   GetSolutionMgr()->DeleteOldBlocks(packedKeys);

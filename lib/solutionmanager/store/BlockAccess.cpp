@@ -1,11 +1,10 @@
-// Loading, saving, finding and deleting blocks by their real names.
+// Loading, saving and deleting blocks by their real names.
 
 #include "basekit/diag/Profiling.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_ptr.h"
+#include "solutionmanager/store/BlockKeyIndex.h"
 #include "solutionmanager/store/SolutionFileManager.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -26,8 +25,6 @@ private:
   AString m_former;
 };
 
-bool IsNameMap(AString const & name) { return AString::MatchNoCase(name, SolutionFileManager::kRealToInternalBlkName); }
-
 } // namespace
 
 LibIOReturn SolutionFileManager::LoadDefinition(io::CBlock & block) const {
@@ -42,12 +39,10 @@ LibIOReturn SolutionFileManager::SaveDefinition(io::CBlock & block) const {
   if (LibIOReturn const seen = IsNameMap(name) ? CStreamioLibrary::kLibSuccess : SeeNameMap();
       seen != CStreamioLibrary::kLibSuccess)
     return seen;
-  AString internalName = GetInternalBlockName(name);
-  if (!IsNameMap(name) && AString::MatchNoCase(internalName, name))
-    internalName = EntryForNewBlock(name);
+  bool isNew = false;
   LibIOReturn result;
   {
-    RenamedBlock const renamed(block, internalName);
+    RenamedBlock const renamed(block, IsNameMap(name) ? GetInternalBlockName(name) : InternalNameForSave(name, isNew));
     result = m_library.SaveDefinition(block);
   }
   if (result == CStreamioLibrary::kLibSuccess && name != kRealToInternalBlkName)
@@ -59,10 +54,8 @@ LibIOReturn SolutionFileManager::LoadBlocks(SolutionVariationKey const & pattern
   LibIOReturn const result = LoadRealToInternalBlockNameMap();
   if (result != CStreamioLibrary::kLibSuccess)
     return result;
-  for (auto const & [realName, entry] : m_realToInternal) {
-    if (!entry.key.Match(pattern))
-      continue;
-    io::CBlock_ptr<io::CBlock> const loaded(new io::CBlock(realName));
+  for (auto const & at : KeyIndex().Matches(pattern)) {
+    io::CBlock_ptr<io::CBlock> const loaded(new io::CBlock(at->first));
     LoadDefinition(*loaded);
     block << loaded;
   }
@@ -82,13 +75,10 @@ LibIOReturn SolutionFileManager::SaveBlocks(io::CBlock & block) const {
     if (!child)
       continue;
     AString const name = child->Name();
-    AString internalName = GetInternalBlockName(name);
-    if (!IsNameMap(name)) {
-      if (AString::MatchNoCase(internalName, name))
-        internalName = EntryForNewBlock(name);
-      else
-        replaced.push_back(internalName);
-    }
+    bool isNew = true;
+    AString const internalName = IsNameMap(name) ? GetInternalBlockName(name) : InternalNameForSave(name, isNew);
+    if (!isNew)
+      replaced.push_back(internalName);
     children.emplace_back(child.Item(), name);
     child->Name(internalName);
   }
@@ -112,30 +102,31 @@ LibIOReturn SolutionFileManager::DeleteBlock(AString const & realName) {
   if (LibIOReturn const seen = SeeNameMap(); seen != CStreamioLibrary::kLibSuccess)
     return seen;
   LibIOReturn const result = DeleteDefinition(realName);
-  if (result == CStreamioLibrary::kLibSuccess) {
-    m_realToInternal.erase(realName);
-    WriteRealToInternalBlockNameMap();
-  }
+  if (result != CStreamioLibrary::kLibSuccess)
+    return result;
+  if (auto const at = m_realToInternal.find(realName); at != m_realToInternal.end())
+    EraseEntry(at);
+  WriteRealToInternalBlockNameMap();
   return result;
 }
 
+// Each deletion writes a map that still holds all entries; the last write alone holds what is left.
 LibIOReturn SolutionFileManager::DeleteBlocks(SolutionVariationKey const & pattern) {
   LibIOReturn const loaded = LoadRealToInternalBlockNameMap();
   if (loaded != CStreamioLibrary::kLibSuccess)
     return loaded;
+  if (LibIOReturn const seen = SeeNameMap(); seen != CStreamioLibrary::kLibSuccess)
+    return seen;
   LibIOReturn failure = CStreamioLibrary::kLibSuccess;
-  NameMap kept;
-  for (auto const & [realName, entry] : m_realToInternal) {
-    if (!entry.key.Match(pattern)) {
-      kept.emplace_hint(kept.end(), realName, entry);
-      continue;
-    }
-    LibIOReturn const result = DeleteDefinition(entry.internalName);
+  auto const doomed = KeyIndex().Matches(pattern);
+  for (auto const & at : doomed) {
+    LibIOReturn const result = DeleteDefinition(at->second.internalName);
     m_mapChanged = true;
     if (result != CStreamioLibrary::kLibSuccess)
       failure = result;
   }
-  m_realToInternal.swap(kept);
+  for (auto const & at : doomed)
+    EraseEntry(at);
   return failure == CStreamioLibrary::kLibSuccess ? WriteRealToInternalBlockNameMap() : failure;
 }
 
@@ -145,51 +136,16 @@ LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realName
   std::vector<AString> internalNames;
   internalNames.reserve(realNames.size());
   for (auto const & realName : realNames) {
-    internalNames.push_back(GetInternalBlockName(realName));
-    m_realToInternal.erase(realName);
+    auto const at = m_realToInternal.find(realName);
+    internalNames.push_back(at == m_realToInternal.end() ? realName : at->second.internalName);
+    if (at != m_realToInternal.end())
+      EraseEntry(at);
   }
   if (internalNames.empty())
     return CStreamioLibrary::kLibSuccess;
   m_mapChanged = true;
   m_library.DeleteBlocks(internalNames);
   return WriteRealToInternalBlockNameMap();
-}
-
-bool SolutionFileManager::HasDataBlock(SolutionVariationKey const & pattern) const {
-  if (LoadRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
-    return false;
-  // A key stands under its own packed text; the walk is for patterns and for variations written differently.
-  if (m_realToInternal.count(pattern.Pack()))
-    return true;
-  return std::any_of(m_realToInternal.begin(), m_realToInternal.end(),
-                     [&](auto const & item) { return item.second.key.Match(pattern); });
-}
-
-LibIOReturn SolutionFileManager::GetKeyList(SolutionVariationKey const & pattern, std::list<AString> & names) const {
-  PROFILE_SCOPE("SolutionFileManager_GetKeyList");
-  LibIOReturn const result = LoadRealToInternalBlockNameMap();
-  for (auto const & [realName, entry] : m_realToInternal)
-    if (entry.key.Match(pattern))
-      names.push_back(entry.internalName);
-  return result;
-}
-
-LibIOReturn SolutionFileManager::GetSolutionKeyList(SolutionVariationKey const & pattern,
-                                                    std::list<AString> & names) const {
-  PROFILE_SCOPE("SolutionFileManager_GetSolnKeyList");
-  LibIOReturn const result = LoadRealToInternalBlockNameMap();
-  for (auto const & [realName, entry] : m_realToInternal)
-    if (entry.key.Match(pattern))
-      names.push_back(entry.key.Pack());
-  return result;
-}
-
-LibIOReturn SolutionFileManager::IndexKeyList(std::list<AString> & names, bool) const {
-  PROFILE_SCOPE("SolutionFileManager_IndexKeyList");
-  LibIOReturn const result = LoadRealToInternalBlockNameMap();
-  for (auto const & [realName, entry] : m_realToInternal)
-    names.push_back(realName);
-  return result;
 }
 
 void SolutionFileManager::CacheBlock(AString const & name, bool isInternal) const {

@@ -6,6 +6,7 @@
 #include "basekit/io/CBlock_named_value.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/text/ParseName.h"
+#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 
 #include <algorithm>
@@ -26,12 +27,14 @@ unsigned long TrailingNumber(AString const & internalName) {
 SRealToInternalData EntryOf(AString const & realName, AString const & internalName) {
   SRealToInternalData entry;
   // A name that is no packed key keeps a default key, which only a pattern of all wildcards finds.
-  entry.key.Unpack(realName);
+  UnpackQuickly(realName, entry.key);
   entry.internalName = internalName;
   return entry;
 }
 
 } // namespace
+
+bool SolutionFileManager::IsNameMap(AString const & name) { return AString::MatchNoCase(name, kRealToInternalBlkName); }
 
 AString SolutionFileManager::GetInternalBlockName(bool & found, AString const & realName) const {
   auto const at = m_realToInternal.find(realName);
@@ -48,6 +51,21 @@ AString SolutionFileManager::GenerateUniqueBlockName() const {
   return AString::Format(L"SolutionBlock%d", m_nextAvailableIndex++);
 }
 
+// An entry whose internal name is its own real name doesn't count as one: the block gets another internal name.
+AString SolutionFileManager::InternalNameForSave(AString const & realName, bool & isNew) const {
+  auto before = m_realToInternal.lower_bound(realName);
+  bool const hasEntry = before != m_realToInternal.end() && before->first == realName;
+  isNew = !hasEntry || AString::MatchNoCase(before->second.internalName, realName);
+  if (!isNew)
+    return before->second.internalName;
+  if (hasEntry)
+    before = EraseEntry(before);
+  AString const internalName = GenerateUniqueBlockName();
+  InsertEntry(before, realName, EntryOf(realName, internalName));
+  m_mapChanged = true;
+  return internalName;
+}
+
 void SolutionFileManager::InitNextAvailableIndex() const {
   m_nextAvailableIndex = 0;
   for (auto const & [realName, entry] : m_realToInternal)
@@ -55,9 +73,18 @@ void SolutionFileManager::InitNextAvailableIndex() const {
   ++m_nextAvailableIndex;
 }
 
+// A file may claim anything: the map's own block has no entry, and no other block stands in its place.
+bool SolutionFileManager::CanBeEntry(AString const & realName, AString const & internalName) {
+  bool const isEntry = !internalName.empty() && !IsNameMap(realName) && !IsNameMap(internalName);
+  KVRO_ASSERT(isEntry);
+  return isEntry;
+}
+
 void SolutionFileManager::ExtendNameMap(AString const & realName, AString const & internalName) {
-  if (!m_realToInternal.emplace(realName, EntryOf(realName, internalName)).second)
+  auto const before = m_realToInternal.lower_bound(realName);
+  if ((before != m_realToInternal.end() && before->first == realName) || !CanBeEntry(realName, internalName))
     return;
+  InsertEntry(before, realName, EntryOf(realName, internalName));
   m_nextAvailableIndex = std::max(m_nextAvailableIndex, TrailingNumber(internalName));
   m_mapChanged = true;
 }
@@ -77,9 +104,9 @@ SolutionFileManager::LibIOReturn SolutionFileManager::MergeNameMapOfLibrary() co
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
     AString internalName;
-    if (!pair || !pair->Query(internalName))
+    if (!pair || !pair->Query(internalName) || !CanBeEntry(pair->Name(), internalName))
       continue;
-    m_realToInternal.emplace(pair->Name(), EntryOf(pair->Name(), internalName));
+    InsertEntry(m_realToInternal.end(), pair->Name(), EntryOf(pair->Name(), internalName));
   }
   InitNextAvailableIndex();
   m_mapSeen = true;
@@ -107,9 +134,7 @@ SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNa
   LibIOReturn const seen = SeeNameMap();
   if (seen != CStreamioLibrary::kLibSuccess)
     return seen;
-  io::CBlock block(kRealToInternalBlkName);
-  for (auto const & [realName, entry] : m_realToInternal)
-    block << io::CBlock_named_value(realName, io::CBlock_value(entry.internalName));
+  io::CBlock block(kRealToInternalBlkName, m_journal);
   LibIOReturn const result = SaveDefinition(block);
   m_mapChanged = false;
   return result;
@@ -118,32 +143,4 @@ SolutionFileManager::LibIOReturn SolutionFileManager::WriteRealToInternalBlockNa
 void SolutionFileManager::GetRealToInternalNameMap(NameMap & map) const {
   if (&map != &m_realToInternal)
     map = m_realToInternal;
-}
-
-AString SolutionFileManager::EntryForNewBlock(AString const & realName) const {
-  AString const internalName = GenerateUniqueBlockName();
-  m_realToInternal.emplace(realName, EntryOf(realName, internalName));
-  m_mapChanged = true;
-  return internalName;
-}
-
-void SolutionFileManager::VariationKeyChanged(AString const & oldKey, AString const & newKey) const {
-  PROFILE_SCOPE("SolutionFileManager_VarKeyChanged");
-  NameMap renamed;
-  bool anyChanged = false;
-  for (auto const & [realName, entry] : m_realToInternal) {
-    if (entry.key.GetDesignVariationKey().Compare(oldKey) != 0) {
-      renamed.emplace(realName, entry);
-      continue;
-    }
-    SRealToInternalData moved = entry;
-    moved.key.SetDesignVariationKey(newKey);
-    renamed.emplace(moved.key.Pack(), moved);
-    anyChanged = true;
-  }
-  if (!anyChanged)
-    return;
-  m_realToInternal.swap(renamed);
-  m_mapChanged = true;
-  WriteRealToInternalBlockNameMap();
 }

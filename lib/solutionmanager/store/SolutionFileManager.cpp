@@ -7,6 +7,8 @@
 #include "basekit/file/CFileUtilities.h"
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
+#include "basekit/io/BlockJournal.h"
+#include "solutionmanager/store/BlockKeyIndex.h"
 
 #include <algorithm>
 
@@ -29,13 +31,18 @@ AString FolderOf(AString const & path) {
 
 } // namespace
 
-// The library path is the file's own path: everything that compares or shows it means the file.
 SolutionFileManager::SolutionFileManager(LongFileName const & file)
-    : m_library(file, kOrdinaryMode), m_libPath(file.FilePath()), m_attachPending(false), m_project(nullptr) {}
+    : m_library(file, kOrdinaryMode), m_libPath(file.DirPath()), m_attachPending(false), m_project(nullptr),
+      m_journal(NewJournal()) {}
 
-SolutionFileManager::SolutionFileManager(IProject * project) : m_attachPending(true), m_project(project) {}
+SolutionFileManager::SolutionFileManager(IProject * project)
+    : m_attachPending(true), m_project(project), m_journal(NewJournal()) {}
 
-SolutionFileManager::~SolutionFileManager() = default;
+SolutionFileManager::~SolutionFileManager() { m_journal->Close(); }
+
+std::shared_ptr<io::BlockJournal> SolutionFileManager::NewJournal() const {
+  return std::make_shared<io::BlockJournal>([this](io::CBlock & block) { FillNameMapBlock(block); });
+}
 
 bool SolutionFileManager::IsLibraryInitialized() const { return !m_libPath.empty() && !m_attachPending; }
 
@@ -75,7 +82,7 @@ void SolutionFileManager::SetLibPathInternal(AString const & path, TMode mode) c
     else
       LFN_CreateDirectory(folder);
   }
-  m_realToInternal.clear();
+  ClearEntries();
   m_mapSeen = false;
   m_mapChanged = true;
   m_library.SetLibPath(path, mode);
@@ -116,12 +123,19 @@ SolutionFileManager::LibIOReturn SolutionFileManager::RewriteLibrary(bool flag) 
   return m_library.RewriteLibrary(flag);
 }
 
+// The map stays in memory as it is, here and where the library is deleted: what the library holds of it is another one
+// from then on, so the next write is whole.
 void SolutionFileManager::ResetPrivateLib() {
-  if (IsLibraryInitialized())
-    m_library.ResetPrivateLib();
+  if (!IsLibraryInitialized())
+    return;
+  m_library.ResetPrivateLib();
+  m_journal->Restart();
 }
 
-void SolutionFileManager::DeleteLibrary() { m_library.DeleteLibrary(); }
+void SolutionFileManager::DeleteLibrary() {
+  m_library.DeleteLibrary();
+  m_journal->Restart();
+}
 
 bool SolutionFileManager::IsRecovered() const { return !m_attachPending && m_library.IsRecovered(); }
 

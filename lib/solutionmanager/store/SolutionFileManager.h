@@ -1,25 +1,20 @@
 #pragma once
 
-#include "basekit/text/AString.h"
-#include "solutionmanager/address/SolutionVariationKey.h"
+#include "solutionmanager/store/SRealToInternalData.h"
 #include "viewkit/library/CStreamioLibWritePrivate.h"
 
 #include <list>
-#include <map>
+#include <memory>
 #include <set>
 #include <vector>
 
+class BlockKeyIndex;
 class IProject;
 class LongFileName;
 namespace io {
+class BlockJournal;
 class CBlock;
-}
-
-/// What the name map holds for a block: the key that its real name unpacks to, and the name it bears in the library.
-struct SRealToInternalData {
-  SolutionVariationKey key;
-  AString internalName;
-};
+} // namespace io
 
 /// Owner of the solution library of one design: a public file, a private file beside it, and the map from real block
 /// names (packed keys, long and changing) to short internal ones.  Every block of solved data passes through it.
@@ -29,10 +24,11 @@ class SolutionFileManager {
 public:
   using LibIOReturn = CStreamioLibrary::LibIOReturn;
   using TMode = CStreamioLibWritePrivate::TMode;
-  using NameMap = std::map<AString, SRealToInternalData>;
+  using NameMap = RealToInternalMap;
 
   static AString const kRealToInternalBlkName;
 
+  /// The library path is then the file's folder.
   explicit SolutionFileManager(LongFileName const & file);
   explicit SolutionFileManager(IProject * project);
   SolutionFileManager(SolutionFileManager const &) = delete;
@@ -96,10 +92,22 @@ public:
 private:
   void SetLibPathInternal(AString const & path, TMode mode) const;
   void AttachIfPending() const;
-  AString EntryForNewBlock(AString const & realName) const;
+  static bool IsNameMap(AString const & name);
+  static bool CanBeEntry(AString const & realName, AString const & internalName);
   LibIOReturn MergeNameMapOfLibrary() const;
   LibIOReturn SeeNameMap() const;
   LibIOReturn DeleteDefinition(AString const & name);
+  BlockKeyIndex const & KeyIndex() const;
+
+  // Entries come and go by these alone.
+  NameMap::iterator InsertEntry(NameMap::const_iterator before, AString const & realName,
+                                SRealToInternalData const & entry) const;
+  NameMap::iterator EraseEntry(NameMap::const_iterator entry) const;
+  void ClearEntries() const;
+  std::shared_ptr<io::BlockJournal> NewJournal() const;
+  void FillNameMapBlock(io::CBlock & block) const;
+  /// The internal name to save a block under; a new block gets an entry.
+  AString InternalNameForSave(AString const & realName, bool & isNew) const;
 
   mutable NameMap m_realToInternal;
   mutable unsigned long m_nextAvailableIndex = 1;
@@ -111,4 +119,8 @@ private:
 
   /// Whether what the library holds of the map is part of the map here; a map that was not seen is never replaced.
   mutable bool m_mapSeen = false;
+  /// Null until a pattern is looked up.
+  mutable std::unique_ptr<BlockKeyIndex> m_keyIndex;
+  /// What changed in the map since the library stored it, so that a save doesn't write the whole map.
+  std::shared_ptr<io::BlockJournal> m_journal;
 };

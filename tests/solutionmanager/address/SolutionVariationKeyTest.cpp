@@ -1,4 +1,7 @@
 #include "solutionmanager/address/SolutionVariationKey.h"
+
+#include "basekit/value/Variable.h"
+#include "basekit/value/VariableValues.h"
 #include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
@@ -84,4 +87,98 @@ TEST(SolutionVariationKey, AVariableIsReadFromTheVariation) {
   EXPECT_TRUE(Data().GetValueString(L"L1", number, isNumber));
   EXPECT_TRUE(isNumber);
   EXPECT_DOUBLE_EQ(number.real(), 4e-9);
+}
+
+TEST(SolutionVariationKey, ADefaultKeyIsAllWildcards) {
+  Key const key;
+  EXPECT_EQ(key.GetSimSetupKey(), -1);
+  EXPECT_EQ(key.GetDesignVariationKey(), AString(L"NotSet"));
+  EXPECT_EQ(key.GetSolutionKey(), -1);
+  EXPECT_EQ(key.GetVersionIDKey(), -1);
+  EXPECT_EQ(key.GetItemName(), AString(L"SolutionKey"));
+}
+
+TEST(SolutionVariationKey, FieldsAreSetOneByOne) {
+  Key key;
+  key.SetSimSetupKey(3);
+  key.SetDesignVariationKey(L"C1=1.2pF; L1=4nH");
+  key.SetSolutionKey(9);
+  key.SetVersionIDKey(5);
+  EXPECT_EQ(key.Pack(), Data().Pack());
+}
+
+TEST(SolutionVariationKey, AssignmentToItselfChangesNothing) {
+  Key key = Data();
+  Key const & same = key;
+  key = same;
+  EXPECT_EQ(key.Pack(), Data().Pack());
+}
+
+TEST(SolutionVariationKey, OnlyAFunctionItemIsRead) {
+  Key key = Data();
+  EXPECT_FALSE(key.Unpack(L"SolutionKey { SimSetup = 1 }"));
+  EXPECT_FALSE(key.Unpack(L"SimSetup = 1"));
+  EXPECT_EQ(key.Pack(), Data().Pack());
+}
+
+TEST(SolutionVariationKey, TheVerdictOfAReadIsThatOfItsLastQueryOnPurpose) {
+  Key withoutVersion = Data();
+  EXPECT_FALSE(withoutVersion.Unpack(L"SolutionKey(SimSetup = 1, Instance = \"a=1\", Solution = 2)"));
+  EXPECT_EQ(withoutVersion.GetSimSetupKey(), 1);
+  EXPECT_EQ(withoutVersion.GetVersionIDKey(), 5);
+  Key versionAlone = Data();
+  EXPECT_TRUE(versionAlone.Unpack(L"SolutionKey(VersionID = 8)"));
+  EXPECT_EQ(versionAlone.GetSimSetupKey(), 3);
+  EXPECT_EQ(versionAlone.GetVersionIDKey(), 8);
+}
+
+TEST(SolutionVariationKey, AnItemIsReadByItsArgumentsWhateverItIsCalledOnPurpose) {
+  Key key;
+  EXPECT_TRUE(key.Unpack(L"AnotherName(SimSetup = 1, Instance = \"a=1\", Solution = 2, VersionID = 3)"));
+  EXPECT_TRUE(key == Key(1, L"a=1", 2, 3));
+}
+
+TEST(SolutionVariationKey, DefinitionKeysAreToldApartWithCase) {
+  EXPECT_TRUE(Key(1, L"SetupDefinition", -1, 2).IsSimSetupDefinitionKey());
+  EXPECT_FALSE(Key(1, L"setupdefinition", -1, 2).IsSimSetupDefinitionKey());
+  EXPECT_TRUE(Key(1, L"SolutionDefinition", 3, 2).IsSolutionDefinitionKey());
+  EXPECT_FALSE(Key(1, L"SetupDefinition", 3, 2).IsSolutionDefinitionKey());
+}
+
+TEST(SolutionVariationKey, ADefinitionAndAVariationAreComparedAsTextsWithoutCase) {
+  EXPECT_TRUE(Key(1, L"setupdefinition", 3, 2) == Key(1, L"SetupDefinition", 3, 2));
+  EXPECT_FALSE(Key(1, L"SetupDefinition", 3, 2) == Key(1, L"SolutionDefinition", 3, 2));
+  EXPECT_TRUE(Key(1, L"A=1", Key::kConvDataKey, 2) == Key(1, L"a=1", Key::kConvDataKey, 2));
+  EXPECT_FALSE(Key(1, L"a=1", Key::kConvDataKey, 2) == Key(1, L"a=1.0", Key::kConvDataKey, 2));
+}
+
+TEST(SolutionVariationKey, APatternOfVariationDataFindsConvergenceByTextAlone) {
+  Key const stored(3, L"a=1", Key::kConvDataKey, 5);
+  EXPECT_TRUE(stored.Match(Key(3, L"A=1", -1, -1)));
+  EXPECT_FALSE(stored.Match(Key(3, L"a=1.0", -1, -1)));
+}
+
+TEST(SolutionVariationKey, TheStaticFormsTakeTheVariationFirst) {
+  AString value;
+  EXPECT_TRUE(Key::GetValueString(L"a=1; b=2", L"B", value));
+  EXPECT_EQ(value, AString(L"2"));
+  AComplex<double> number;
+  bool isNumber = true;
+  EXPECT_TRUE(Key::GetValueString(L"a=word", L"a", number, isNumber));
+  EXPECT_FALSE(isNumber);
+  EXPECT_FALSE(Key::GetValueString(L"a=1", L"b", number, isNumber));
+}
+
+TEST(SolutionVariationKey, AVariationTextIsBuiltOfVariablesAndCompletedByThem) {
+  Variable a(L"a", L"1"), b(L"b", L"2");
+  std::vector<Variable *> const variables{&b, &a};
+  EXPECT_EQ(Key::BuildVariationKey(variables), VariableValues::BuildVariationKey(variables, nullptr));
+  EXPECT_TRUE(VariableValues::AreVariationKeysEqual(Key::BuildVariationKey(variables), L"a=1; b=2"));
+  EXPECT_TRUE(VariableValues::AreVariationKeysEqual(Key::BuildCompleteVariationKey(L"a=7", variables), L"a=7; b=2"));
+}
+
+TEST(SolutionVariationKey, AWordOfAPackedTextIsNeverMistakenForAnotherVersion) {
+  Key key;
+  EXPECT_TRUE(key.Unpack(Key(1, L"x, VersionID = 99)", 2, 3).Pack()));
+  EXPECT_EQ(key.GetVersionIDKey(), 3);
 }

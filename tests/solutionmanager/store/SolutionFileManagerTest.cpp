@@ -1,51 +1,24 @@
 #include "solutionmanager/store/SolutionFileManager.h"
 
-#include "basekit/file/FileOperations.h"
-#include "basekit/file/LongFileName.h"
-#include "basekit/io/CBlock.h"
-#include "basekit/io/CBlock_named_value.h"
-#include "basekit/io/CBlock_ptr.h"
-#include "basekit/io/CNamed_value_manip.h"
-#include "basekit/text/Utf8.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/solutionmanager/support/StoreTest.h"
 
 #include <fstream>
-#include <gtest/gtest.h>
 
-namespace {
-
-using Key = SolutionVariationKey;
-constexpr auto kOk = CStreamioLibrary::kLibSuccess;
-
-class SolutionFileManagerTest : public testing::Test {
+class SolutionFileManagerTest : public support::StoreTest {
 protected:
-  AString Path(char const * name = "d.qsol") const { return text::FromUtf8((m_folder / name).string()); }
-  io::CBlock Block(AString const & name, long content) const {
-    io::CBlock block(name);
-    block << io::named(L"N", content);
-    return block;
-  }
-  AString DataName(long version, AString const & variation = L"a=1") const {
-    return Key(1, variation, 2, version).Pack();
-  }
-  long ContentOf(SolutionFileManager & files, AString const & name) const {
+  static long ContentOf(SolutionFileManager & files, AString const & name) {
     io::CBlock block(name);
     long content = -1;
     if (files.LoadDefinition(block) == kOk)
       block >> io::named(L"N", content);
     return content;
   }
-  std::list<AString> Names(SolutionFileManager & files) const {
+  static std::list<AString> Names(SolutionFileManager & files) {
     std::list<AString> names;
     files.IndexKeyList(names, false);
     return names;
   }
-
-  support::TemporaryFolder m_folder;
 };
-
-} // namespace
 
 TEST_F(SolutionFileManagerTest, BlocksGetInternalNamesInOrderOfFirstSave) {
   SolutionFileManager files{LongFileName(Path())};

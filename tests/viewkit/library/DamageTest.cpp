@@ -1,5 +1,6 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/io/RecordFormat.h"
+#include "tests/support/PageCacheFileSystem.h"
 #include "tests/viewkit/library/LibraryFixture.h"
 #include "viewkit/library/LibraryReader.h"
 
@@ -122,6 +123,34 @@ TEST_F(LibraryDamage, NeverReturnsADamagedBlockAndAlwaysReportsIt) {
   }
 }
 
+TEST_F(LibraryDamage, ShowsTheTrueContentOrNoneWhicheverBitIsFlipped) {
+  {
+    Library live(Path(L"live.qsol"), Library::kOrdinaryMode);
+    Save(live, L"A", L"committed");
+    live.UpdateOriginal();
+    Save(live, L"A", L"saved");
+    Save(live, L"B", L"saved");
+    Crash(Path(L"live.qsol"), Path());
+  }
+  support::PageCacheFileSystem const quick;
+  auto const publicBytes = Bytes(Path());
+  auto const privateBytes = Bytes(PrivateOf(Path()));
+  for (bool const isPrivate : {false, true}) {
+    auto const & whole = isPrivate ? privateBytes : publicBytes;
+    for (std::size_t bit = 0; bit < whole.size() * 8; ++bit) {
+      std::string flipped = whole;
+      flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << bit % 8));
+      SetBytes(Path(), isPrivate ? publicBytes : flipped);
+      SetBytes(PrivateOf(Path()), isPrivate ? flipped : privateBytes);
+      Library library(Path(), Library::kRecoveryMode);
+      auto const a = Load(library, L"A");
+      auto const b = Load(library, L"B");
+      ASSERT_TRUE(a == L"committed" || a == L"saved" || a.StartsWith(L"<")) << isPrivate << bit << Narrow(a);
+      ASSERT_TRUE(b == L"saved" || b.StartsWith(L"<")) << isPrivate << bit << Narrow(b);
+    }
+  }
+}
+
 TEST_F(LibraryDamage, FlipsInThePublicFileLoseNoMoreThanTheBlockThatTheyHit) {
   MakeLibrary(Path(L"live.qsol"));
   LFN_DeleteFile(PrivateOf(Path()));
@@ -218,4 +247,53 @@ TEST_F(LibraryDamage, SurvivesRandomBytes) {
     ASSERT_NE(Load(library, L"A"), L"one");
     ASSERT_NE(Save(library, L"A", L"one"), 0) << "a foreign file is never written";
   }
+}
+
+TEST_F(LibraryDamage, ReadsFromThePublicFileWhatDamageTookOfThePrivateOneAfterTheCommit) {
+  {
+    Library live(Path(L"live.qsol"), Library::kOrdinaryMode);
+    Save(live, L"A", L"one");
+    live.CommitAll(false);
+    Save(live, L"A", L"two");
+    Save(live, L"A", L"three");
+    Save(live, L"C", L"whole");
+    live.UpdateOriginal();
+    Crash(Path(L"live.qsol"), Path());
+  }
+  auto bytes = Bytes(PrivateOf(Path()));
+  auto const record = bytes.rfind("#q 01", bytes.find("three"));
+  bytes.replace(record, 40, 40, 'x');
+  SetBytes(PrivateOf(Path()), bytes);
+  Library library(Path(), Library::kRecoveryMode);
+  EXPECT_EQ(Load(library, L"A"), L"three");
+  EXPECT_EQ(Save(library, L"B", L"next"), 0);
+  library.CommitAll(false);
+  Library again(Path(), Library::kOrdinaryMode);
+  EXPECT_EQ(Load(again, L"A"), L"three");
+  EXPECT_EQ(Load(again, L"B"), L"next");
+}
+
+TEST_F(LibraryDamage, KeepsWhatIsSavedAfterALossOfPowerCutThePrivateFileWithinWhatWasCommitted) {
+  {
+    Library live(Path(L"live.qsol"), Library::kOrdinaryMode);
+    Save(live, L"A", L"one");
+    live.CommitAll(false);
+    Save(live, L"A", L"two");
+    Save(live, L"A", L"three");
+    live.UpdateOriginal();
+    Crash(Path(L"live.qsol"), Path());
+  }
+  auto const bytes = Bytes(PrivateOf(Path()));
+  SetBytes(PrivateOf(Path()), bytes.substr(0, bytes.find("three")));
+  Library library(Path(), Library::kRecoveryMode);
+  EXPECT_EQ(Load(library, L"A"), L"three");
+  ASSERT_EQ(Save(library, L"B", L"next"), 0);
+  Crash(Path(), Path(L"crashed.qsol"));
+  Library crashed(Path(L"crashed.qsol"), Library::kRecoveryMode);
+  EXPECT_EQ(Load(crashed, L"A"), L"three");
+  EXPECT_EQ(Load(crashed, L"B"), L"next");
+  ASSERT_EQ(library.CommitAll(false), 0);
+  Library again(Path(), Library::kOrdinaryMode);
+  EXPECT_EQ(Load(again, L"A"), L"three");
+  EXPECT_EQ(Load(again, L"B"), L"next");
 }

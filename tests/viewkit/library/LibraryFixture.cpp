@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 AString LibraryFixture::Path(wchar_t const * name) const {
   return text::FromUtf8(m_folder.Path().string()) + L"/" + name;
@@ -50,7 +51,8 @@ std::string LibraryFixture::Bytes(AString const & path) {
 }
 
 void LibraryFixture::SetBytes(AString const & path, std::string const & bytes) {
-  std::ofstream(Narrow(path), std::ios::binary | std::ios::trunc) << bytes;
+  std::filesystem::remove(Narrow(path)); // A new file is quicker than one that is emptied.
+  std::ofstream(Narrow(path), std::ios::binary) << bytes;
 }
 
 void LibraryFixture::Crash(AString const & path, AString const & to) const {
@@ -60,3 +62,5 @@ void LibraryFixture::Crash(AString const & path, AString const & to) const {
       std::filesystem::copy_file(Narrow(from), Narrow(target));
   }
 }
+
+void LibraryFixture::LetAMomentPass() { std::this_thread::sleep_for(std::chrono::milliseconds(5)); }

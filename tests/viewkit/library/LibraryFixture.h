@@ -30,6 +30,8 @@ protected:
   /// Copies the two files of a library that is still at work to another name: what a crash would leave.
   void Crash(AString const & path, AString const & to) const;
   static std::string Narrow(AString const & path);
+  /// A writer looks at the names of its files anew after two milliseconds.
+  static void LetAMomentPass();
 
   support::TemporaryFolder m_folder;
 };

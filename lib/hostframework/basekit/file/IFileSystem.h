@@ -29,6 +29,9 @@ struct FileInfo {
   }
 };
 
+/// What stands under the name of an open file: the file, nothing, or another one.
+enum class Standing { Same, Vanished, Replaced };
+
 /// An open file; closing is the destructor's.  Offsets and lengths are bytes.
 class IFile {
 public:
@@ -41,6 +44,8 @@ public:
   /// Returns when the file's content would survive a loss of power.
   virtual FileStatus Sync() = 0;
   virtual FileStatus Describe(FileInfo & info) = 0;
+  /// Whether the path still names this file.  Quick when it is asked again for the same path: the folder is kept open.
+  virtual FileStatus StandsUnder(LongFileName const & path, Standing & standing);
   /// Takes the exclusive lock of the file without waiting; fails with EAGAIN while another open file has it.  The lock
   /// belongs to this open file and ends with it, at the latest with the process.
   virtual FileStatus TryLock() = 0;

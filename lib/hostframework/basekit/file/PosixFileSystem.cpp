@@ -4,6 +4,7 @@
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -17,7 +18,9 @@ namespace file {
 
 namespace {
 
-constexpr int kMostPieces = 64;
+constexpr std::size_t kMostPieces = 64;
+
+std::string Bytes(LongFileName const & path) { return text::ToUtf8(path.FilePath()); }
 
 FileStatus Failure(wchar_t const * what, AString const & path, int error) {
   AString const reason = text::FromUtf8(std::generic_category().message(error));
@@ -35,7 +38,11 @@ void Fill(FileInfo & info, struct stat const & status) {
 class PosixFile : public IFile {
 public:
   PosixFile(int descriptor, AString const & path) : m_descriptor(descriptor), m_path(path) {}
-  ~PosixFile() override { ::close(m_descriptor); }
+  ~PosixFile() override {
+    ::close(m_descriptor);
+    if (m_folder >= 0)
+      ::close(m_folder);
+  }
 
   FileStatus Read(std::uint64_t offset, std::span<char> into, std::size_t & got) override {
     got = 0;
@@ -53,20 +60,22 @@ public:
   }
 
   FileStatus Write(std::uint64_t offset, std::span<std::string_view const> pieces) override {
-    std::vector<iovec> left;
-    for (auto const & piece : pieces)
-      if (!piece.empty())
-        left.push_back({const_cast<char *>(piece.data()), piece.size()});
-    for (std::size_t first = 0; first < left.size();) {
-      auto const count = std::min<std::size_t>(left.size() - first, kMostPieces);
-      ssize_t const step =
-          ::pwritev(m_descriptor, left.data() + first, static_cast<int>(count), static_cast<off_t>(offset));
-      if (step < 0 && errno == EINTR)
-        continue;
-      if (step <= 0)
-        return Failure(L"write", m_path, step == 0 ? EIO : errno);
-      offset += static_cast<std::uint64_t>(step);
-      Advance(left, first, static_cast<std::size_t>(step));
+    std::array<iovec, kMostPieces> left;
+    for (std::size_t piece = 0; piece < pieces.size();) {
+      std::size_t count = 0;
+      for (; piece < pieces.size() && count < left.size(); ++piece)
+        if (!pieces[piece].empty())
+          left[count++] = {const_cast<char *>(pieces[piece].data()), pieces[piece].size()};
+      for (std::size_t first = 0; first < count;) {
+        ssize_t const step =
+            ::pwritev(m_descriptor, &left[first], static_cast<int>(count - first), static_cast<off_t>(offset));
+        if (step < 0 && errno == EINTR)
+          continue;
+        if (step <= 0)
+          return Failure(L"write", m_path, step == 0 ? EIO : errno);
+        offset += static_cast<std::uint64_t>(step);
+        Advance(std::span(left.data(), count), first, static_cast<std::size_t>(step));
+      }
     }
     return {};
   }
@@ -87,6 +96,19 @@ public:
     return {};
   }
 
+  FileStatus StandsUnder(LongFileName const & path, Standing & standing) override {
+    if (path != m_askedPath || m_folder < 0)
+      RememberFolder(path);
+    struct stat named {};
+    bool const isThere = ::fstatat(m_folder < 0 ? AT_FDCWD : m_folder, m_askedName.c_str(), &named, 0) == 0;
+    if (!isThere && errno != ENOENT && errno != ENOTDIR)
+      return Failure(L"describe", path.FilePath(), errno);
+    standing = !isThere                                             ? Standing::Vanished
+               : named.st_dev == m_device && named.st_ino == m_node ? Standing::Same
+                                                                    : Standing::Replaced;
+    return {};
+  }
+
   FileStatus TryLock() override { return Told(Lock(F_WRLCK), L"lock"); }
   FileStatus Unlock() override { return Told(Lock(F_UNLCK), L"unlock"); }
 
@@ -100,13 +122,28 @@ public:
   }
 
 private:
-  static void Advance(std::vector<iovec> & pieces, std::size_t & first, std::size_t written) {
+  static void Advance(std::span<iovec> pieces, std::size_t & first, std::size_t written) {
     while (first < pieces.size() && written >= pieces[first].iov_len)
       written -= pieces[first++].iov_len;
     if (written > 0) {
       pieces[first].iov_base = static_cast<char *>(pieces[first].iov_base) + written;
       pieces[first].iov_len -= written;
     }
+  }
+
+  // One component is looked up at a time from then on; without the folder it is the whole path.
+  void RememberFolder(LongFileName const & path) {
+    struct stat mine {};
+    if (::fstat(m_descriptor, &mine) == 0) {
+      m_device = mine.st_dev;
+      m_node = mine.st_ino;
+    }
+    if (m_folder >= 0)
+      ::close(m_folder);
+    std::string const folder = Bytes(LongFileName(path.DirPath()));
+    m_folder = ::open(folder.empty() ? "." : folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    m_askedName = Bytes(m_folder < 0 ? path : LongFileName(path.NameAndExtension()));
+    m_askedPath = path;
   }
 
   int Lock(short kind) const {
@@ -125,6 +162,12 @@ private:
 
   int m_descriptor;
   AString m_path;
+  // Of the question what stands under a path.
+  LongFileName m_askedPath;
+  std::string m_askedName;
+  int m_folder = -1;
+  dev_t m_device = 0;
+  ino_t m_node = 0;
 };
 
 int Flags(OpenMode mode) {
@@ -214,7 +257,6 @@ public:
   }
 
 private:
-  static std::string Bytes(LongFileName const & path) { return text::ToUtf8(path.FilePath()); }
   static FileStatus Told(int result, wchar_t const * what, LongFileName const & path) {
     return result == 0 ? FileStatus() : Failure(what, path.FilePath(), errno);
   }
@@ -227,6 +269,19 @@ IFileSystem * s_inUse = nullptr;
 IFileSystem & SystemFiles() {
   static PosixFileSystem system;
   return system;
+}
+
+FileStatus IFile::StandsUnder(LongFileName const & path, Standing & standing) {
+  FileInfo named;
+  FileInfo mine;
+  FileStatus status = FileSystem().Describe(path, named);
+  if (status.Ok())
+    status = Describe(mine);
+  if (status.Ok())
+    standing = named.kind == FileKind::None ? Standing::Vanished
+               : mine.IsSameFile(named)     ? Standing::Same
+                                            : Standing::Replaced;
+  return status;
 }
 
 IFileSystem & FileSystem() { return s_inUse ? *s_inUse : SystemFiles(); }

@@ -187,15 +187,12 @@ bool BinaryReader::TextBytes(std::string_view & bytes, bool & areCodes) {
 }
 
 bool BinaryReader::Decode(std::string_view bytes, bool areCodes, AString & text) {
-  m_scratch.clear();
-  if (!areCodes) {
-    if (std::any_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }))
-      return text::FromUtf8Strict(bytes, text);
-    m_scratch.assign(bytes.begin(), bytes.end());
-  } else if (bytes.size() % 4 != 0) {
+  if (!areCodes)
+    return text::FromUtf8Strict(bytes, text);
+  if (bytes.size() % 4 != 0)
     return false;
-  }
-  for (std::size_t at = 0; areCodes && at < bytes.size(); at += 4) {
+  m_scratch.clear();
+  for (std::size_t at = 0; at < bytes.size(); at += 4) {
     std::uint32_t code = 0;
     for (unsigned i = 0; i < 4; ++i)
       code |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + i])) << (8 * i);

@@ -143,6 +143,11 @@ void BinaryWriter::Value(CBlock_value const & value) {
 // The lowest bit of the length tells texts of plain codes, four bytes each, which UTF-8 cannot hold.
 void BinaryWriter::Text(AString const & text) {
   auto const view = text.View();
+  if (text::IsAscii(view)) {
+    Count(view.size() * 2);
+    text::AppendUtf8(m_out, view);
+    return;
+  }
   if (std::all_of(view.begin(), view.end(), IsScalar)) {
     auto const bytes = text::ToUtf8(view);
     Count(bytes.size() * 2);
@@ -165,8 +170,7 @@ template <class Number> void BinaryWriter::Numbers(std::span<Number const> numbe
   static_assert(sizeof(Number) == 8);
   Count(numbers.size());
   auto const at = m_out.size();
-  m_out.resize(at + numbers.size_bytes());
-  std::memcpy(m_out.data() + at, numbers.data(), numbers.size_bytes());
+  m_out.append(reinterpret_cast<char const *>(numbers.data()), numbers.size_bytes());
   if constexpr (GByteOrder)
     for (auto i = at; i < m_out.size(); i += 8)
       std::reverse(m_out.data() + i, m_out.data() + i + 8);

@@ -32,8 +32,11 @@ public:
   void Remove(CBlock_item const & item);
   /// The content changed in a way that edits don't tell.
   void Restart();
+  /// False while nobody stored the block: an edit is as good as a restart then.
+  bool KeepsEdits() const { return m_isStored; }
   /// The owner goes: blocks that were made of the journal and not looked at yet stay empty.
   void Close() { m_fill = nullptr; }
+  bool IsOpen() const { return m_fill != nullptr; }
 
   /// The store's: edits are numbered from the journal's begin on.  Identity changes with each restart.
   std::uint64_t Identity() const { return m_identity; }
@@ -47,15 +50,23 @@ public:
   void FillInto(CBlock & block) const;
 
 private:
+  bool Begin(char const * verb, CBlock_item const & item);
+  void Keep();
+
   Fill m_fill;
   std::uint64_t m_identity;
   std::uint64_t m_first = 0;
   std::vector<std::string> m_edits;
   std::size_t m_editBytes = 0;
+  std::string m_line; // the edit that is being written: saves an allocation each
   bool m_isStored = false;
 };
 
-/// Carries out the lines of a journal on a block; false, and the block as it was, when they don't fit.
+/// Edits take this much memory at most.
+inline constexpr std::size_t kMostEditBytes = std::size_t{16} << 20;
+
+/// Carries out the lines of a journal on a block, in time of its items and the lines; false, and the block as it was,
+/// when they don't fit: what is inserted stands already, what is removed or stood before doesn't, or stands twice.
 [[nodiscard]] bool ApplyEdits(std::string_view lines, CBlock & block);
 
 } // namespace io

@@ -1,6 +1,7 @@
 #include "basekit/io/CBlock.h"
 
 #include "basekit/diag/Assert.h"
+#include "basekit/io/BlockJournal.h"
 #include "basekit/io/CBlockFuncPtr.h"
 #include "basekit/io/CBlockVecPtr.h"
 
@@ -30,11 +31,14 @@ CBlock::CBlock() : CBlock_item(Kind::Block) {}
 
 CBlock::CBlock(AString const & name) : CBlock_item(Kind::Block), m_name(name) {}
 
+CBlock::CBlock(AString const & name, std::shared_ptr<BlockJournal> journal)
+    : CBlock_item(Kind::Block), m_name(name), m_journal(std::move(journal)) {}
+
 CBlock::CBlock(CBlock const & other) : CBlock_item(other), m_name(other.m_name) { CopyContent(other); }
 
 CBlock::CBlock(CBlock && other) noexcept
     : CBlock_item(other), m_name(std::move(other.m_name)), m_items(std::move(other.m_items)),
-      m_index(std::move(other.m_index)) {
+      m_journal(std::move(other.m_journal)), m_index(std::move(other.m_index)) {
   other.Clear();
 }
 
@@ -51,8 +55,10 @@ CBlock & CBlock::operator=(CBlock && other) noexcept {
   if (this != &other) {
     auto const name = other.m_name;
     auto items = std::move(other.m_items);
+    auto journal = std::move(other.m_journal);
     other.Clear();
     m_index.reset();
+    m_journal.swap(journal);
     m_items.swap(items); // the former children go when the new ones are in place
     Name(name);
   }
@@ -62,21 +68,30 @@ CBlock & CBlock::operator=(CBlock && other) noexcept {
 CBlock::~CBlock() = default;
 
 void CBlock::CopyContent(CBlock const & other) {
-  std::vector<CBlock_ptr<CBlock_item>> items;
+  ItemList items;
   items.reserve(other.m_items.size());
   for (auto const & item : other.m_items) {
     items.emplace_back(item->Clone());
     items.back()->m_isChild = true;
   }
+  auto journal = other.m_journal;
   m_index.reset();
-  m_items.swap(items);
+  m_journal.swap(journal);
+  m_items.swap(items); // the other may be a child, which goes with these
+}
+
+void CBlock::FillFromJournal() const {
+  auto const journal = std::move(m_journal);
+  CBlock content;
+  journal->FillInto(content);
+  m_items.swap(content.m_items);
 }
 
 void CBlock::Append(CBlock_item * item) {
   KVRO_ASSERT(item && !item->IsValue());
   if (!item || item->IsValue())
     return;
-  m_items.emplace_back(item);
+  Items().emplace_back(item);
   item->m_isChild = true;
   if (m_index)
     m_index->Add(item);
@@ -182,7 +197,7 @@ CBlock::NameIndex & CBlock::Index() const {
     m_index.reset();
   if (!m_index) {
     m_index = std::make_unique<NameIndex>();
-    for (auto const & item : m_items)
+    for (auto const & item : Items())
       m_index->Add(item.Item());
   }
   m_index->renames = RenameCount();
@@ -208,7 +223,7 @@ CBlock_ptr<CBlock_item> CBlock::Item(const_iterator const & place) const {
 }
 
 CBlock_item * CBlock::FindItem(AString const & name, Kind kind) const {
-  if (m_items.size() <= kSmall) {
+  if (Items().size() <= kSmall) {
     for (auto const & item : m_items)
       if (item->ItemKind() == kind && AString::MatchNoCase(item->Name(), name))
         return item.Item();
@@ -230,6 +245,7 @@ void CBlock::Name(AString const & name) {
 
 void CBlock::Clear() {
   m_index.reset();
+  m_journal.reset();
   m_items.clear();
 }
 
@@ -237,8 +253,9 @@ std::size_t CBlock::SizeOf(bool deep) const {
   std::size_t bytes = sizeof *this;
   if (!deep)
     return bytes;
-  bytes += m_name.size() * sizeof(wchar_t) + m_items.capacity() * sizeof(CBlock_ptr<CBlock_item>);
-  for (auto const & item : m_items)
+  auto const & items = Items();
+  bytes += m_name.size() * sizeof(wchar_t) + items.capacity() * sizeof(CBlock_ptr<CBlock_item>);
+  for (auto const & item : items)
     bytes += item->SizeOf(true);
   return bytes;
 }

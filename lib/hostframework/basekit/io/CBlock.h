@@ -49,8 +49,8 @@ public:
   CBlock & operator<<(CBlockFuncPtr const & func);
   CBlock & operator<<(CBlockVecPtr const & vec);
 
-  iterator begin() const { return m_items.begin(); }
-  iterator end() const { return m_items.end(); }
+  iterator begin() const { return Items().begin(); }
+  iterator end() const { return Items().end(); }
 
   /// The first child of that kind under the argument's name: its content is copied, the argument keeps its name.
   CBlock const & operator>>(CBlock & block) const;
@@ -79,22 +79,29 @@ public:
 
   AString Name() const override { return m_name; }
   void Name(AString const & name) override;
-  bool Empty() const override { return m_items.empty(); }
-  int Size() const override { return static_cast<int>(m_items.size()); }
+  bool Empty() const override { return Items().empty(); }
+  int Size() const override { return static_cast<int>(Items().size()); }
   void Clear() override;
   bool IsBlock() const override { return true; }
   std::size_t SizeOf(bool deep) const override;
 
 private:
   struct NameIndex;
+  using ItemList = std::vector<CBlock_ptr<CBlock_item>>;
 
+  ItemList & Items() const {
+    if (m_journal) [[unlikely]]
+      FillFromJournal();
+    return m_items;
+  }
+  void FillFromJournal() const;
   NameIndex & Index() const;
   void Append(CBlock_item * item);
   void CopyContent(CBlock const & other);
 
   AString m_name;
-  std::vector<CBlock_ptr<CBlock_item>> m_items;
-  mutable std::shared_ptr<BlockJournal> m_journal;
+  mutable ItemList m_items;
+  mutable std::shared_ptr<BlockJournal> m_journal; // while it stands, the items are none
   mutable std::unique_ptr<NameIndex> m_index;
   mutable bool m_found = false;
   mutable bool m_error = false;

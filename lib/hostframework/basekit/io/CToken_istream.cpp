@@ -4,6 +4,7 @@
 #include "basekit/io/BlockIndex.h"
 #include "basekit/io/CBlock_item.h"
 #include "basekit/io/RecordReader.h"
+#include "basekit/text/Utf8.h"
 
 namespace io {
 
@@ -72,12 +73,11 @@ bool CToken_istream::BlockSeek(AString const & name) {
 }
 
 bool CToken_istream::SeekInLibrary(AString const & name) {
-  auto const * const entry = m_library->Index().Entry(name);
-  if (!entry || !entry->second.IsBlock())
+  auto const * const place = m_library->Index().Find(text::ToUtf8(name));
+  if (!place || !place->IsBlock())
     return false;
   // A damaged block is found but can't be read.
-  bool const isWhole = !entry->second.isDamaged &&
-                       m_library->ReadPayload(entry->first, entry->second, m_content) == RecordReader::Payload::Good;
+  bool const isWhole = !place->isDamaged && m_library->ReadPayload(*place, m_content) == RecordReader::Payload::Good;
   if (!isWhole) {
     m_content.clear();
     SetFail();

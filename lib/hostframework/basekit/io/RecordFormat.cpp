@@ -2,6 +2,9 @@
 
 #include "basekit/io/Checksum.h"
 
+#include <array>
+#include <cstring>
+
 namespace io {
 
 namespace {
@@ -61,18 +64,52 @@ bool ParseHeaderLine(std::string_view bytes, FileHeader & header) {
 
 } // namespace
 
-void AppendHex(std::string & out, std::uint64_t value, int digits) {
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
-    out += "0123456789abcdef"[value >> shift & 0xF];
+namespace {
+
+// Each byte as two digits.
+constexpr auto kDigitPairs = [] {
+  std::array<char, 512> pairs{};
+  for (std::size_t byte = 0; byte < 256; ++byte) {
+    pairs[2 * byte] = "0123456789abcdef"[byte >> 4];
+    pairs[2 * byte + 1] = "0123456789abcdef"[byte & 0xF];
+  }
+  return pairs;
+}();
+
+} // namespace
+
+char * PutHex(char * at, std::uint64_t value, int digits) {
+  for (int shift = 4 * digits - 8; shift >= 0; shift -= 8, at += 2)
+    std::memcpy(at, &kDigitPairs[2 * (value >> shift & 0xFF)], 2);
+  return at;
 }
+
+void AppendHex(std::string & out, std::uint64_t value, int digits) {
+  char text[16];
+  out.append(text, PutHex(text, value, digits));
+}
+
+namespace {
+
+constexpr signed char kNoDigit = -1;
+
+constexpr auto kDigitWorth = [] {
+  std::array<signed char, 256> worth{};
+  worth.fill(kNoDigit);
+  for (int digit = 0; digit < 16; ++digit)
+    worth[static_cast<unsigned char>("0123456789abcdef"[digit])] = static_cast<signed char>(digit);
+  return worth;
+}();
+
+} // namespace
 
 bool ParseHex(std::string_view digits, std::uint64_t & value) {
   if (digits.empty() || digits.size() > 16)
     return false;
   value = 0;
   for (char const digit : digits) {
-    int const worth = digit >= '0' && digit <= '9' ? digit - '0' : digit >= 'a' && digit <= 'f' ? digit - 'a' + 10 : -1;
-    if (worth < 0)
+    int const worth = kDigitWorth[static_cast<unsigned char>(digit)];
+    if (worth == kNoDigit)
       return false;
     value = value << 4 | static_cast<unsigned>(worth);
   }
@@ -108,27 +145,30 @@ HeaderState ParseFileHeader(std::string_view bytes, FileHeader & header) {
   return HeaderState::Foreign;
 }
 
-std::string FormatRecordHeader(RecordHeader const & header, std::uint64_t offset) {
-  std::string line("#q ");
-  AppendHex(line, header.kind, 2);
-  line += ' ';
-  AppendHex(line, header.flags, 2);
-  line += ' ';
-  AppendHex(line, header.nameLength, 8);
-  line += ' ';
-  AppendHex(line, header.payloadLength, 12);
-  line += ' ';
-  AppendHex(line, header.salt, 16);
-  line += ' ';
-  AppendHex(line, header.nameChecksum, 8);
-  line += ' ';
-  AppendHex(line, header.payloadChecksum, 8);
-  line += ' ';
-  std::string place;
-  AppendHex(place, offset, 16);
-  AppendHex(line, Checksum(line, Checksum(place)), 8);
-  line += '\n';
-  return line;
+namespace {
+
+// The offset takes part as 16 digits before the line.
+std::uint32_t HeaderChecksum(std::string_view line, std::uint64_t offset) {
+  char place[16];
+  PutHex(place, offset, 16);
+  return Checksum(line.substr(0, kRecordChecksumAt), Checksum(std::string_view(place, sizeof place)));
+}
+
+} // namespace
+
+void FormatRecordHeader(RecordHeader const & header, std::uint64_t offset, char (&line)[kRecordHeaderSize]) {
+  std::memset(line, ' ', sizeof line);
+  line[0] = '#';
+  line[1] = 'q';
+  char * at = PutHex(line + 3, header.kind, 2);
+  at = PutHex(at + 1, header.flags, 2);
+  at = PutHex(at + 1, header.nameLength, 8);
+  at = PutHex(at + 1, header.payloadLength, 12);
+  at = PutHex(at + 1, header.salt, 16);
+  at = PutHex(at + 1, header.nameChecksum, 8);
+  at = PutHex(at + 1, header.payloadChecksum, 8);
+  at = PutHex(at + 1, HeaderChecksum(std::string_view(line, sizeof line), offset), 8);
+  *at = '\n';
 }
 
 bool ParseRecordHeader(std::string_view bytes, std::uint64_t offset, RecordHeader & header) {
@@ -154,9 +194,7 @@ bool ParseRecordHeader(std::string_view bytes, std::uint64_t offset, RecordHeade
   fields.Literal("\n");
   if (!fields.Good())
     return false;
-  std::string place;
-  AppendHex(place, offset, 16);
-  return checksum == Checksum(bytes.substr(0, kRecordChecksumAt), Checksum(place));
+  return checksum == HeaderChecksum(bytes, offset);
 }
 
 std::uint32_t PartChecksum(std::string_view part) { return Checksum("\n", Checksum(part)); }

@@ -68,13 +68,15 @@ HeaderState ParseFileHeader(std::string_view bytes, FileHeader & header);
 
 /// The checksum of a header covers the offset at which the record stands, so that a copy of a record inside some
 /// payload is never taken for one.
-std::string FormatRecordHeader(RecordHeader const & header, std::uint64_t offset);
+void FormatRecordHeader(RecordHeader const & header, std::uint64_t offset, char (&line)[kRecordHeaderSize]);
 bool ParseRecordHeader(std::string_view bytes, std::uint64_t offset, RecordHeader & header);
 std::uint32_t PartChecksum(std::string_view part);
 
 /// Digits and small letters, as many as told; false for anything else.
 bool ParseHex(std::string_view digits, std::uint64_t & value);
 void AppendHex(std::string & out, std::uint64_t value, int digits);
+/// An even number of digits; returns the place behind them.
+char * PutHex(char * at, std::uint64_t value, int digits);
 
 /// Payload of a commit record: fixed text.
 struct CommitInfo {

@@ -1,5 +1,8 @@
 #include "basekit/io/RecordReader.h"
 
+#include "basekit/io/BlockPatch.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/Checksum.h"
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
@@ -10,6 +13,8 @@ namespace {
 
 constexpr std::string_view kRecordMark = "#q ";
 constexpr std::size_t kUnwrittenRun = 16;
+// The last commit stands at the end, unless the writer died in one.
+constexpr std::uint64_t kCommitSearch = 4096;
 
 } // namespace
 
@@ -78,6 +83,11 @@ void RecordReader::Begin(std::unique_ptr<file::IFile> file, FileHeader const & h
   m_index = RecordIndex(header.isPrivate);
   m_indexedTo = kFileHeaderSize;
   SetEnd(kFileHeaderSize);
+}
+
+void RecordReader::BecomePublic() {
+  m_extent = Extent::Committed;
+  m_index.ForgetDeletions();
 }
 
 RecordReader::State RecordReader::Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent) {
@@ -152,8 +162,9 @@ bool RecordReader::CommitAt(std::uint64_t offset, std::uint64_t limit, CommitInf
 // Searches backward, since a commit ends with its record; a torn one behind it costs a longer search.
 bool RecordReader::FindLastCommit() {
   std::uint64_t to = m_length;
+  std::uint64_t step = kCommitSearch;
   while (to > kFileHeaderSize && m_state == State::Good) {
-    std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > kScanAhead ? to - kScanAhead : 0);
+    std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > step ? to - step : 0);
     // The mark may lie across the border of two chunks.
     std::uint64_t const upTo = std::min(m_length, to + kRecordMark.size() - 1);
     std::string_view view;
@@ -171,6 +182,7 @@ bool RecordReader::FindLastCommit() {
         return true;
       }
     to = from;
+    step = std::min(2 * step, kScanAhead);
   }
   return false;
 }
@@ -193,7 +205,7 @@ bool RecordReader::LoadChain() {
                       PartAt(offset + record.header.PayloadOffset(), record.header.payloadLength,
                              record.header.payloadChecksum, payload);
     std::uint64_t previous = 0;
-    if (!good || !m_index.TakeSegment(payload, offset, previous)) {
+    if (!good || !m_index.TakeSegment(payload, (record.header.flags & kBinaryPayload) != 0, offset, previous)) {
       Report(offset, record.header.RecordSize(), AString(), L"an index record is damaged");
       return false;
     }
@@ -268,54 +280,104 @@ bool RecordReader::TakeRecord(Record const & record, bool checksPayloads, std::v
   if (header.kind >= kFirstSkippedKind || header.kind == kIndexRecord || header.kind == kCommitRecord ||
       header.kind == kCleanCloseRecord)
     return true;
-  if (header.kind != kBlockRecord && header.kind != kDeleteRecord) {
+  if (header.kind != kBlockRecord && header.kind != kDeleteRecord && header.kind != kPatchRecord) {
     Fail(State::Newer, L"the library holds records of a later format");
     return false;
   }
   std::string_view bytes;
-  RecordIndex::Change change;
   if (!PartAt(record.offset + kRecordHeaderSize, header.nameLength, header.nameChecksum, bytes) ||
-      !text::FromUtf8Strict(bytes, change.name)) {
+      !text::IsUtf8(bytes)) {
     Report(record.offset, header.RecordSize(), AString(), L"the name of a block is damaged");
     return m_state == State::Good;
   }
-  change.place.offset = record.offset;
-  change.place.payloadLength = header.payloadLength;
-  change.place.nameLength = header.nameLength;
-  change.place.kind = static_cast<std::uint8_t>(header.kind);
-  change.place.flags = static_cast<std::uint8_t>(header.flags);
+  RecordIndex::Change change{std::string(bytes), PlaceOf(record)};
   if (checksPayloads &&
       !PartAt(record.offset + header.PayloadOffset(), header.payloadLength, header.payloadChecksum, bytes)) {
     if (m_state != State::Good)
       return false;
     change.place.isDamaged = true;
-    Report(record.offset, header.RecordSize(), change.name, L"a block is damaged");
+    Report(record.offset, header.RecordSize(), text::FromUtf8(change.name), L"a block is damaged");
   }
   group.push_back(std::move(change));
   return true;
 }
 
-RecordReader::Payload RecordReader::ReadPayload(AString const & name, BlockPlace const & place, std::string & payload) {
-  Record record;
-  std::string_view bytes;
+BlockPlace RecordReader::PlaceOf(Record const & record) const {
+  BlockPlace place;
+  place.offset = record.offset;
+  place.payloadLength = record.header.payloadLength;
+  place.nameLength = record.header.nameLength;
+  place.payloadChecksum = record.header.payloadChecksum;
+  place.kind = static_cast<std::uint8_t>(record.header.kind);
+  place.flags = static_cast<std::uint8_t>(record.header.flags);
+  return place;
+}
+
+RecordReader::Payload RecordReader::ReadPayload(BlockPlace const & place, std::string & payload) {
   m_state = m_state == State::Unreadable ? State::Good : m_state; // A read that failed may go well the next time.
-  m_readAhead = 0;
-  bool const good =
-      (place.RecordSize() > kScanAhead || Bytes(place.offset, place.RecordSize(), bytes)) &&
-      HeaderAt(place.offset, m_length, record) && record.header.kind == kBlockRecord &&
-      PartAt(place.offset + kRecordHeaderSize, record.header.nameLength, record.header.nameChecksum, bytes) &&
-      bytes == text::ToUtf8(name) &&
-      PartAt(place.offset + record.header.PayloadOffset(), record.header.payloadLength, record.header.payloadChecksum,
-             bytes);
-  m_readAhead = kScanAhead;
-  if (good) {
+  return place.kind == kPatchRecord ? ReadPatched(place, payload) : ReadWhole(place, payload);
+}
+
+// The place comes from records whose checksums were verified: the payload is read by itself.
+RecordReader::Payload RecordReader::ReadWhole(BlockPlace const & place, std::string & payload) {
+  std::uint64_t const at = place.PayloadOffset();
+  auto const size = static_cast<std::size_t>(place.payloadLength + 1);
+  if (at > m_length || size > m_length - at)
+    return Payload::Damaged;
+  bool const isNext = place.offset == m_lastReadEnd && size <= kScanAhead;
+  m_lastReadEnd = place.offset + place.RecordSize();
+  if (isNext || (at >= m_windowAt && at + size <= m_windowAt + m_window.size())) {
+    std::string_view bytes;
+    if (!Bytes(at, size, bytes))
+      return m_state == State::Unreadable ? Payload::Unreadable : Payload::Damaged;
     payload.assign(bytes);
-    return Payload::Good;
+  } else {
+    std::size_t got = 0;
+    payload.resize(size);
+    if (file::FileStatus const status = m_file->Read(at, payload, got); !status.Ok()) {
+      Fail(State::Unreadable, status.Text());
+      return Payload::Unreadable;
+    }
+    if (got < size)
+      return Payload::Damaged;
   }
-  if (m_state == State::Unreadable)
-    return Payload::Unreadable;
-  m_error = AString(L"block ") + name + L" is damaged";
-  return Payload::Damaged;
+  if (Checksum(payload) != place.payloadChecksum)
+    return Payload::Damaged;
+  payload.pop_back();
+  return Payload::Good;
+}
+
+// Goes back to the record that holds the block whole, then carries out the edits in their order.
+RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::string & payload) {
+  std::vector<BlockPatch> patches;
+  BlockPlace at = place;
+  for (;;) {
+    auto const read = ReadWhole(at, payload);
+    if (read != Payload::Good)
+      return read;
+    if (at.kind != kPatchRecord)
+      break;
+    Record former;
+    patches.emplace_back();
+    if (!ParsePatch(payload, patches.back()) || patches.back().previous >= at.offset ||
+        !HeaderAt(patches.back().previous, at.offset, former))
+      return m_state == State::Unreadable ? Payload::Unreadable : Payload::Damaged;
+    at = PlaceOf(former);
+    if (!at.IsBlock())
+      return Payload::Damaged;
+  }
+  CBlock block;
+  auto const formOf = [](std::uint8_t flags) { return (flags & kBinaryPayload) != 0 ? Form::Binary : Form::Text; };
+  bool good = DecodeBlock(payload, formOf(at.flags), block);
+  while (good && !patches.empty()) {
+    BlockPatch next = std::move(patches.back());
+    patches.pop_back();
+    while (!patches.empty() && JoinPatches(next, patches.back()))
+      patches.pop_back();
+    good = ApplyPatch(next, formOf(place.flags), block);
+  }
+  payload.clear();
+  return good && EncodeBlock(block, formOf(place.flags), kExactDigits, payload) ? Payload::Good : Payload::Damaged;
 }
 
 std::size_t RecordReader::Verify(std::function<void(RecordDamage const &)> const & report) {

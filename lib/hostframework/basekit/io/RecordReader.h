@@ -4,6 +4,8 @@
 #include "basekit/io/RecordFormat.h"
 #include "basekit/io/RecordIndex.h"
 
+#include "basekit/text/AString.h"
+
 #include <functional>
 #include <optional>
 
@@ -44,13 +46,18 @@ public:
   State Restart() { return Open(std::move(m_file), m_extent); }
   /// Begins a new file, which holds its header alone.
   void Begin(std::unique_ptr<file::IFile> file, FileHeader const & header);
+  /// A private file that was renamed with all its content committed.
+  void BecomePublic();
   /// Reads what another writer has appended since; false when the file must be opened anew.
   bool Follow();
-  /// The bytes of a block; nothing that fails a checksum is handed out.
-  Payload ReadPayload(AString const & name, BlockPlace const & place, std::string & payload);
+  /// The bytes of a block in the form that the place tells; nothing that fails a checksum is handed out.  A block that
+  /// was edited is put together from its edits.
+  Payload ReadPayload(BlockPlace const & place, std::string & payload);
   /// Reads the whole file up to its end and calls for each damage; returns the number of records that are whole.
   std::size_t Verify(std::function<void(RecordDamage const &)> const & report);
 
+  /// False also for a file that began as a private one and became public with a commit of its own.
+  bool IsPrivate() const { return m_header.isPrivate && m_commit.mergedSalt != m_header.salt; }
   FileHeader const & Header() const { return m_header; }
   /// Nothing but the begin of a header stands there: the writer stopped before it stored anything.
   bool IsTornHeader() const { return m_isTornHeader; }
@@ -92,8 +99,11 @@ private:
   bool FindLastCommit();
   bool LoadChain();
   void Scan(std::uint64_t from, std::uint64_t to, bool checksPayloads);
+  BlockPlace PlaceOf(Record const & record) const;
   bool TakeRecord(Record const & record, bool checksPayloads, std::vector<RecordIndex::Change> & group);
   std::uint64_t NextHeader(std::uint64_t from, std::uint64_t to);
+  Payload ReadWhole(BlockPlace const & place, std::string & payload);
+  Payload ReadPatched(BlockPlace const & place, std::string & payload);
   bool IsUnwritten(std::uint64_t offset, std::uint64_t to);
   void Report(std::uint64_t offset, std::uint64_t length, AString const & name, wchar_t const * what);
   State ReadState();
@@ -117,6 +127,8 @@ private:
   std::string m_window;
   std::uint64_t m_windowAt = 0;
   std::uint64_t m_readAhead = kScanAhead;
+  // Where the payload ended that was read last: one behind it is likely to be wanted next.
+  std::uint64_t m_lastReadEnd = 0;
   std::string m_large;
 };
 

@@ -1,5 +1,10 @@
 #include "basekit/text/Utf8.h"
 
+#include "basekit/text/CaseFolding.h"
+
+#include <algorithm>
+#include <cstring>
+
 namespace text {
 
 namespace {
@@ -35,6 +40,23 @@ bool DecodeOne(std::string_view bytes, std::size_t & at, unsigned long & code) {
   return true;
 }
 
+bool IsAscii(std::string_view bytes) {
+  unsigned char all = 0;
+  for (char const byte : bytes)
+    all |= static_cast<unsigned char>(byte);
+  return all < 0x80;
+}
+
+char FoldAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+// The next character, folded.
+unsigned long TakeFolded(std::string_view bytes, std::size_t & at) {
+  unsigned long code = 0;
+  if (!DecodeOne(bytes, at, code))
+    code = kReplacement;
+  return static_cast<unsigned long>(FoldCase(static_cast<wchar_t>(code)));
+}
+
 bool Decode(std::string_view bytes, std::wstring & wide) {
   bool valid = true;
   wide.reserve(bytes.size());
@@ -50,6 +72,13 @@ bool Decode(std::string_view bytes, std::wstring & wide) {
 }
 
 } // namespace
+
+bool IsAscii(std::wstring_view wide) noexcept {
+  unsigned long all = 0;
+  for (wchar_t const character : wide)
+    all |= static_cast<unsigned long>(character);
+  return all < 0x80;
+}
 
 void AppendUtf8(std::string & out, wchar_t character) {
   auto code = static_cast<unsigned long>(character);
@@ -72,26 +101,113 @@ void AppendUtf8(std::string & out, wchar_t character) {
   }
 }
 
+void AppendUtf8(std::string & out, std::wstring_view wide) {
+  if (!IsAscii(wide)) {
+    for (wchar_t const character : wide)
+      AppendUtf8(out, character);
+    return;
+  }
+  std::size_t const start = out.size();
+  out.resize(start + wide.size());
+  char * const at = out.data() + start;
+  for (std::size_t i = 0; i < wide.size(); ++i)
+    at[i] = static_cast<char>(wide[i]);
+}
+
 std::string ToUtf8(std::wstring_view wide) {
   std::string out;
-  out.reserve(wide.size());
-  for (wchar_t const character : wide)
-    AppendUtf8(out, character);
+  AppendUtf8(out, wide);
   return out;
 }
 
+namespace {
+
+// Plain texts are the rule, and short.
+bool WidenAscii(std::string_view bytes, AString & wide) {
+  wchar_t characters[256];
+  if (bytes.size() > std::size(characters) || !IsAscii(bytes))
+    return false;
+  std::copy(bytes.begin(), bytes.end(), characters);
+  wide = AString(characters, bytes.size());
+  return true;
+}
+
+} // namespace
+
 AString FromUtf8(std::string_view bytes) {
+  AString text;
+  if (WidenAscii(bytes, text))
+    return text;
   std::wstring wide;
   Decode(bytes, wide);
   return AString(std::wstring_view(wide));
 }
 
 bool FromUtf8Strict(std::string_view bytes, AString & wide) {
+  if (WidenAscii(bytes, wide))
+    return true;
   std::wstring decoded;
   if (!Decode(bytes, decoded))
     return false;
   wide = AString(std::wstring_view(decoded));
   return true;
+}
+
+bool IsUtf8(std::string_view bytes) {
+  if (IsAscii(bytes))
+    return true;
+  unsigned long code = 0;
+  for (std::size_t at = 0; at < bytes.size();)
+    if (!DecodeOne(bytes, at, code))
+      return false;
+  return true;
+}
+
+namespace {
+
+constexpr std::uint64_t kEach = 0x0101010101010101;
+constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;
+
+// Eight plain characters at once; 0x80 marks a byte in what is compared.
+std::uint64_t FoldEight(std::uint64_t eight) {
+  std::uint64_t const fromA = eight + (0x80 - 'A') * kEach;
+  std::uint64_t const aboveZ = eight + (0x7F - 'Z') * kEach;
+  return eight | (fromA & ~aboveZ & 0x80 * kEach) >> 2;
+}
+
+std::uint64_t HashPlain(std::string_view bytes) {
+  std::uint64_t hash = bytes.size();
+  for (std::size_t at = 0; at < bytes.size(); at += 8) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, bytes.data() + at, std::min<std::size_t>(8, bytes.size() - at));
+    hash = (hash ^ FoldEight(eight)) * kMultiplier;
+    hash ^= hash >> 29;
+  }
+  return hash * kMultiplier;
+}
+
+} // namespace
+
+std::uint32_t HashNoCase(std::string_view utf8) noexcept {
+  if (IsAscii(utf8))
+    return static_cast<std::uint32_t>(HashPlain(utf8) >> 32);
+  std::string folded;
+  for (std::size_t at = 0; at < utf8.size();)
+    AppendUtf8(folded, static_cast<wchar_t>(TakeFolded(utf8, at)));
+  return static_cast<std::uint32_t>(HashPlain(folded) >> 32);
+}
+
+bool EqualNoCase(std::string_view a, std::string_view b) noexcept {
+  if (a == b)
+    return true;
+  std::size_t atA = 0;
+  std::size_t atB = 0;
+  while (atA < a.size() && atB < b.size()) {
+    bool const isPlain = static_cast<signed char>(a[atA]) >= 0 && static_cast<signed char>(b[atB]) >= 0;
+    if (isPlain ? FoldAscii(a[atA++]) != FoldAscii(b[atB++]) : TakeFolded(a, atA) != TakeFolded(b, atB))
+      return false;
+  }
+  return atA == a.size() && atB == b.size();
 }
 
 } // namespace text

@@ -2,6 +2,7 @@
 
 #include "basekit/text/AString.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,13 @@ inline std::string ToUtf8(AString const & wide) { return ToUtf8(wide.View()); }
 AString FromUtf8(std::string_view bytes);
 /// False, and nothing written, when the bytes are not valid UTF-8.
 bool FromUtf8Strict(std::string_view bytes, AString & wide);
+bool IsUtf8(std::string_view bytes);
+bool IsAscii(std::wstring_view wide) noexcept;
 void AppendUtf8(std::string & out, wchar_t character);
+void AppendUtf8(std::string & out, std::wstring_view wide);
+
+/// Folding as CaseFolding.h has it, of UTF-8: equal texts have equal hashes.
+std::uint32_t HashNoCase(std::string_view utf8) noexcept;
+bool EqualNoCase(std::string_view a, std::string_view b) noexcept;
 
 } // namespace text

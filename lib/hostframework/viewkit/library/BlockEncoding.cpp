@@ -3,40 +3,34 @@
 #include "basekit/diag/Assert.h"
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
+#include "viewkit/library/LogReader.h"
 
 namespace library {
 
-LibIOReturn EncodeOne(io::CBlock const & block, Encoding const & encoding, std::vector<EncodedBlock> & blocks,
-                      AString & error) {
-  EncodedBlock encoded;
-  encoded.name = block.Name();
-  encoded.isBinary = encoding.isBinary;
-  if (!IsBlockName(encoded.name)) {
-    error = AString(L"no block can be stored under the name \"") + encoded.name + L"\"";
+LibIOReturn EncodeBlock(io::CBlock const & block, Encoding const & encoding, std::string & payload, AString & error) {
+  AString const name = block.Name();
+  if (!IsBlockName(name)) {
+    error = AString(L"no block can be stored under the name \"") + name + L"\"";
     return CStreamioLibrary::kLibBadName;
   }
   auto const form = encoding.isBinary ? io::Form::Binary : io::Form::Text;
-  if (!io::EncodeBlock(block, form, encoding.precision, encoded.payload)) {
-    error = AString(L"block ") + encoded.name + L" is nested too deeply";
+  if (!io::EncodeBlock(block, form, encoding.precision, payload)) {
+    error = AString(L"block ") + name + L" is nested too deeply";
     return CStreamioLibrary::kLibWriteFailed;
   }
-  blocks.push_back(std::move(encoded));
   return CStreamioLibrary::kLibSuccess;
 }
 
-LibIOReturn EncodeChildren(io::CBlock const & parent, Encoding const & encoding, std::vector<EncodedBlock> & blocks,
-                           AString & error) {
+std::vector<io::CBlock const *> ChildBlocks(io::CBlock const & parent) {
+  std::vector<io::CBlock const *> blocks;
+  blocks.reserve(static_cast<std::size_t>(parent.Size()));
   for (auto const & child : parent) {
-    io::CBlock_ptr<io::CBlock> const block(child);
-    if (!block.Item()) {
+    if (child->IsBlock())
+      blocks.push_back(static_cast<io::CBlock const *>(child.Item()));
+    else
       KVRO_ASSERT(!"Only blocks can be stored in a library");
-      continue;
-    }
-    LibIOReturn const result = EncodeOne(*block, encoding, blocks, error);
-    if (result != CStreamioLibrary::kLibSuccess)
-      return result;
   }
-  return CStreamioLibrary::kLibSuccess;
+  return blocks;
 }
 
 } // namespace library

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "viewkit/library/LibraryState.h"
+#include "viewkit/library/CStreamioLibrary.h"
+
+#include <string>
+#include <vector>
 
 namespace library {
 
@@ -10,10 +13,10 @@ struct Encoding {
   int precision = 16;
 };
 
-LibIOReturn EncodeOne(io::CBlock const & block, Encoding const & encoding, std::vector<EncodedBlock> & blocks,
-                      AString & error);
-/// Every child block; other children are reported by an assertion and left out.
-LibIOReturn EncodeChildren(io::CBlock const & parent, Encoding const & encoding, std::vector<EncodedBlock> & blocks,
-                           AString & error);
+/// Appends the block's bytes; a failure is told in `error` and leaves the payload as it was.
+CStreamioLibrary::LibIOReturn EncodeBlock(io::CBlock const & block, Encoding const & encoding, std::string & payload,
+                                          AString & error);
+/// The child blocks; other children are reported by an assertion and left out.
+std::vector<io::CBlock const *> ChildBlocks(io::CBlock const & parent);
 
 } // namespace library

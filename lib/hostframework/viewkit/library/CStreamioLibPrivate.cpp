@@ -38,19 +38,14 @@ CStreamioLibrary::LibIOReturn CStreamioLibPrivate::LoadDefinition(io::CBlock & b
 CStreamioLibrary::LibIOReturn CStreamioLibPrivate::SaveDefinition(io::CBlock & block) {
   if (!m_file)
     return Checked(kLibNotAttached);
-  std::vector<library::EncodedBlock> blocks;
-  bool const binary = IsBinaryModeFile();
-  LibIOReturn const result = library::EncodeOne(block, {binary, m_precision}, blocks, m_lastError);
-  return result == kLibSuccess ? Checked(m_file->Save(std::move(blocks), {}, binary)) : result;
+  io::CBlock const * const one = &block;
+  return Checked(m_file->Save(std::span(&one, 1), {}, {IsBinaryModeFile(), m_precision}));
 }
 
 CStreamioLibrary::LibIOReturn CStreamioLibPrivate::SaveBlocks(io::CBlock & block) {
   if (!m_file)
     return Checked(kLibNotAttached);
-  std::vector<library::EncodedBlock> blocks;
-  bool const binary = IsBinaryModeFile();
-  LibIOReturn const result = library::EncodeChildren(block, {binary, m_precision}, blocks, m_lastError);
-  return result == kLibSuccess ? Checked(m_file->Save(std::move(blocks), {}, binary)) : result;
+  return Checked(m_file->Save(library::ChildBlocks(block), {}, {IsBinaryModeFile(), m_precision}));
 }
 
 CStreamioLibrary::LibIOReturn CStreamioLibPrivate::DeleteDefinition(AString const & name) {
@@ -60,7 +55,7 @@ CStreamioLibrary::LibIOReturn CStreamioLibPrivate::DeleteDefinition(AString cons
 CStreamioLibrary::LibIOReturn CStreamioLibPrivate::DeleteBlocks(std::vector<AString> const & names) {
   if (names.empty())
     return kLibSuccess;
-  return Checked(m_file ? m_file->Save({}, names, IsBinaryModeFile()) : kLibNotAttached);
+  return Checked(m_file ? m_file->Save({}, names, {IsBinaryModeFile(), m_precision}) : kLibNotAttached);
 }
 
 CStreamioLibrary::LibIOReturn CStreamioLibPrivate::RewriteLibrary(bool convert) {

@@ -32,37 +32,36 @@ CStreamioLibraryStats CStreamioLibWritePrivate::GetFileStats() const { return li
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::LoadDefinition(io::CBlock & block) {
   AString const name = block.Name();
   auto & state = *m_state;
-  auto const cached = state.cache.find(name);
+  auto const cached = state.cache.empty() ? state.cache.end() : state.cache.find(name);
   if (cached != state.cache.end() && !cached->second.bytes.empty())
     return Checked(library::DecodePayload(name, cached->second.bytes, cached->second.isBinary, block, state.error));
-  auto const found = library::FindBlock(state, name);
+  auto const found = library::FindBlock(state, text::ToUtf8(name));
   if (!found.log)
     return state.status != kLibSuccess ? Checked(state.status)
                                        : Checked(state.Fail(kLibNotFound, AString(L"there is no block ") + name));
+  if (cached == state.cache.end())
+    return Checked(found.log->Load(found.name, found.place, block, state.error));
   std::string payload;
   LibIOReturn const read = found.log->LoadPayload(found.name, found.place, payload, state.error);
   if (read != kLibSuccess)
     return Checked(read);
   bool const isBinary = (found.place.flags & io::kBinaryPayload) != 0;
   LibIOReturn const decoded = library::DecodePayload(name, payload, isBinary, block, state.error);
-  if (decoded == kLibSuccess && cached != state.cache.end())
+  if (decoded == kLibSuccess)
     cached->second = {std::move(payload), isBinary};
   return Checked(decoded);
 }
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::SaveDefinition(io::CBlock & block) {
-  std::vector<library::EncodedBlock> blocks;
+  io::CBlock const * const one = &block;
   m_state->writesBinary = IsBinaryModeFile();
-  LibIOReturn const result = library::EncodeOne(block, {m_state->writesBinary, m_precision}, blocks, m_state->error);
-  return Checked(result == kLibSuccess ? library::SaveGroup(*m_state, std::move(blocks)) : result);
+  return Checked(library::SaveGroup(*m_state, std::span(&one, 1), {m_state->writesBinary, m_precision}));
 }
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::SaveBlocks(io::CBlock & block) {
-  std::vector<library::EncodedBlock> blocks;
   m_state->writesBinary = IsBinaryModeFile();
-  LibIOReturn const result =
-      library::EncodeChildren(block, {m_state->writesBinary, m_precision}, blocks, m_state->error);
-  return Checked(result == kLibSuccess ? library::SaveGroup(*m_state, std::move(blocks)) : result);
+  auto const blocks = library::ChildBlocks(block);
+  return Checked(library::SaveGroup(*m_state, blocks, {m_state->writesBinary, m_precision}));
 }
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::DeleteDefinition(AString const & name) {
@@ -79,7 +78,7 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::RewriteLibrary(bool conv
   state.writesBinary = binary;
   LibIOReturn result = library::AcquireForWriting(state);
   if (result == kLibSuccess)
-    result = library::FlushDeletes(state);
+    result = library::Flush(state);
   if (result == kLibSuccess)
     result = library::CommitWhole(state, {convert, binary, m_precision}, binary);
   if (result == kLibSuccess)
@@ -100,7 +99,7 @@ void CStreamioLibWritePrivate::SetLibPath(AString const & path, TMode mode) {
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::CommitAll(bool compact) {
   auto & state = *m_state;
   state.writesBinary = IsBinaryModeFile();
-  LibIOReturn result = library::Commit(state);
+  LibIOReturn result = library::Commit(state, true);
   if (result != kLibSuccess)
     return Checked(result);
   auto const stats = library::Statistics(state);
@@ -112,12 +111,13 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::CommitAll(bool compact) 
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::UpdateOriginal() {
   m_state->writesBinary = IsBinaryModeFile();
-  return Checked(library::Commit(*m_state));
+  return Checked(library::Commit(*m_state, false));
 }
 
 void CStreamioLibWritePrivate::ResetPrivateLib() {
   auto & state = *m_state;
   state.heldDeletes.clear();
+  state.journaled.Clear();
   state.cache.clear();
   if (!state.privateLog)
     return;
@@ -155,7 +155,7 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::PrivIndexKeyList(std::li
   if (m_state->privateLog)
     for (auto const & [name, place] : m_state->privateLog->Index().InFileOrder())
       if (!m_state->heldDeletes.contains(name))
-        names.push_back(name);
+        names.push_back(text::FromUtf8(name));
   return kLibSuccess;
 }
 
@@ -182,7 +182,7 @@ bool CStreamioLibWritePrivate::CopyToNewLibPath(AString const & path) {
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::LoadBlocks(io::CBlock & block, bool stopAtDamage) {
   LibIOReturn result = m_state->status;
   for (auto const & found : library::AllBlocks(*m_state)) {
-    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(found.name));
+    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(text::FromUtf8(found.name)));
     LibIOReturn const read = found.log->Load(found.name, found.place, *child, m_state->error);
     if (read == kLibSuccess)
       block << child;
@@ -197,7 +197,7 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::LoadBlocks(io::CBlock & 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::ClearLibrary() {
   std::vector<AString> names;
   for (auto const & found : library::AllBlocks(*m_state))
-    names.push_back(found.name);
+    names.push_back(text::FromUtf8(found.name));
   LibIOReturn const result = m_state->status == kLibSuccess ? DeleteBlocks(names) : m_state->status;
   return result == kLibSuccess ? RewriteLibrary(false) : Checked(result);
 }
@@ -209,7 +209,7 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::AcquireForWriting() {
 }
 
 bool CStreamioLibWritePrivate::HasUnsavedChanges() const {
-  return !m_state->unmerged.empty() || !m_state->heldDeletes.empty();
+  return library::HasUnmerged(*m_state) || !m_state->heldDeletes.empty() || m_state->journaled.HasUnsent();
 }
 
 AString const & CStreamioLibWritePrivate::WasSetAside() const { return m_state->setAside; }

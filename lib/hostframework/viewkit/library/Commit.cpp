@@ -5,8 +5,6 @@
 #include "viewkit/library/LibraryState.h"
 #include "viewkit/library/LogWriter.h"
 
-#include <algorithm>
-
 namespace library {
 
 namespace {
@@ -24,44 +22,30 @@ io::CommitInfo NextCommit(LibraryState const & state) {
   return next;
 }
 
-struct Unmerged {
-  AString name;
-  io::BlockPlace place;
-};
-
-// In the order in which they were saved.
-std::vector<Unmerged> ListUnmerged(LibraryState const & state) {
-  std::vector<Unmerged> list;
-  for (auto const & name : state.unmerged)
-    if (auto const * const entry = state.privateLog->Index().Entry(name))
-      list.push_back({entry->first, entry->second});
-  std::sort(list.begin(), list.end(),
-            [](Unmerged const & a, Unmerged const & b) { return a.place.offset < b.place.offset; });
-  return list;
-}
+void NoteMerged(LibraryState & state) { state.mergedLength = state.privateLog ? state.privateLog->Records().End() : 0; }
 
 // A block of the private file that is damaged is left out, once and told; the public file's own version stays.
 LibIOReturn AppendCommit(LibraryState & state) {
   auto & target = *state.publicLog;
-  std::vector<AString> damaged;
+  std::vector<std::string> damaged;
   AString damage;
   LogWriter writer(target);
-  for (auto const & [name, place] : ListUnmerged(state)) {
+  std::string payload;
+  for (auto const & [name, place] : Unmerged(state)) {
     if (!place.IsBlock()) {
       if (target.Index().Find(name))
-        writer.AddDelete(name);
+        writer.AddDelete(name, LogWriter::Group::GoesOn);
       continue;
     }
-    std::string payload;
     LibIOReturn const read = state.privateLog->LoadPayload(name, place, payload, state.error);
     if (read == CStreamioLibrary::kLibDamaged) {
-      damaged.push_back(name);
+      damaged.emplace_back(name);
       damage = state.error;
     } else if (read != kSuccess) {
       writer.Abandon();
       return read;
     } else {
-      writer.AddBlock(name, std::move(payload), (place.flags & io::kBinaryPayload) != 0);
+      writer.AddBlock(name, payload, (place.flags & io::kBinaryPayload) != 0, LogWriter::Group::GoesOn);
     }
   }
   writer.AddCommit(NextCommit(state), true);
@@ -81,16 +65,56 @@ void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
       return block.log->LoadPayload(block.name, block.place, payload, state.error) != CStreamioLibrary::kLibDamaged;
     };
     bool good = isGood();
-    auto const * const former =
-        state.publicLog && block.log != state.publicLog.get() ? state.publicLog->Index().Entry(block.name) : nullptr;
-    if (!good && former) {
-      block = {former->first, former->second, state.publicLog.get()};
+    io::RecordIndex::Named former;
+    if (!good && state.publicLog && block.log != state.publicLog.get() &&
+        state.publicLog->Index().Find(block.name, former)) {
+      block = {former.name, former.place, state.publicLog.get()};
       good = isGood();
     }
     if (good)
       whole.push_back(block);
   }
   blocks.swap(whole);
+}
+
+// Nothing is lost and little copied when the private file itself becomes the first public one.
+bool CanBecomePublic(LibraryState const & state) {
+  if (state.publicLog || !state.privateLog || state.privateLog->mustRewrite)
+    return false;
+  auto const & log = *state.privateLog;
+  return log.Index().LiveBytes() * 2 > log.Records().End();
+}
+
+LibIOReturn BecomePublic(LibraryState & state) {
+  auto & log = *state.privateLog;
+  LogWriter writer(log);
+  std::string payload;
+  LibIOReturn read = kSuccess;
+  log.Index().ForEach([&](io::RecordIndex::Named const & named) {
+    if (named.place.kind != io::kPatchRecord || read != kSuccess)
+      return;
+    read = log.LoadPayload(named.name, named.place, payload, state.error);
+    if (read == kSuccess)
+      writer.AddBlock(named.name, payload, (named.place.flags & io::kBinaryPayload) != 0, LogWriter::Group::GoesOn);
+  });
+  if (read != kSuccess) {
+    writer.Abandon();
+    return read;
+  }
+  writer.AddCommit(NextCommit(state), true);
+  file::FileStatus status = writer.Finish();
+  if (status.Ok())
+    status = file::FileSystem().Rename(state.privatePath, state.path);
+  if (!status.Ok())
+    return state.Fail(status);
+  state.publicLog = std::move(state.privateLog);
+  state.publicLog->SetPath(state.path);
+  state.publicLog->Records().BecomePublic();
+  state.mergedLength = 0;
+  state.journaled.Clear();
+  status = file::FileSystem().SyncFolder(state.path.DirPath());
+  state.publicLog->mustRewrite = !status.Ok();
+  return status.Ok() ? kSuccess : state.Fail(status);
 }
 
 } // namespace
@@ -125,41 +149,43 @@ LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, boo
     state.publicLog = std::move(written);
   }
   if (result == kSuccess)
-    state.unmerged.clear();
+    NoteMerged(state);
   return result == kSuccess && isDamaged ? CStreamioLibrary::kLibDamaged : result;
 }
 
-LibIOReturn Commit(LibraryState & state) {
+LibIOReturn Commit(LibraryState & state, bool mayEndPrivateFile) {
   LibIOReturn result = state.status;
   if (state.publicLog && state.lock.IsHeld()) {
-    Standing const standing = StandsUnderItsName(*state.publicLog);
-    if (standing == Standing::Replaced)
+    auto const standing = StandsUnderItsName(*state.publicLog);
+    if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.path.FilePath() + L" is another file now");
-    state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == Standing::Vanished;
+    state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == file::Standing::Vanished;
   }
-  bool const isUpToDate =
-      state.publicLog && !state.publicLog->mustRewrite && state.unmerged.empty() && state.heldDeletes.empty();
+  bool const isUpToDate = state.publicLog && !state.publicLog->mustRewrite && !HasUnmerged(state) &&
+                          state.heldDeletes.empty() && !state.journaled.HasUnsent();
   if (result != kSuccess || isUpToDate)
     return result;
   result = AcquireForWriting(state);
   if (result == kSuccess)
-    result = FlushDeletes(state);
+    result = Flush(state);
   if (result != kSuccess)
     return result;
+  if (mayEndPrivateFile && CanBecomePublic(state))
+    return BecomePublic(state);
   if (!state.publicLog || state.publicLog->mustRewrite) {
     bool const isBinary = state.publicLog ? state.publicLog->Records().Header().isBinary : state.writesBinary;
     return CommitWhole(state, Conversion(), isBinary);
   }
   result = AppendCommit(state);
   if (result == kSuccess || result == CStreamioLibrary::kLibDamaged)
-    state.unmerged.clear();
+    NoteMerged(state);
   return result;
 }
 
 LibIOReturn RevertCommit(LibraryState & state, std::uint64_t length) {
   LibIOReturn result = AcquireForWriting(state);
   if (result == kSuccess)
-    result = FlushDeletes(state);
+    result = Flush(state);
   if (result != kSuccess)
     return result;
   io::CommitInfo commit;
@@ -178,7 +204,7 @@ LibIOReturn RevertCommit(LibraryState & state, std::uint64_t length) {
   result = state.publicLog->Records().Restart() == io::RecordReader::State::Good ? kSuccess
                                                                                  : CStreamioLibrary::kLibReadFailed;
   state.cache.clear();
-  FindUnmerged(state, mergedLength);
+  state.mergedLength = mergedLength;
   return result;
 }
 

@@ -6,9 +6,9 @@ namespace library {
 
 struct LibraryState;
 
-/// Brings the public file up to date; the private one stays.  kLibDamaged: all is committed but blocks that can't be
-/// read any more.
-LibIOReturn Commit(LibraryState & state);
+/// Brings the public file up to date; the private one stays, unless it may end: the first commit of a library makes
+/// the public file of it.  kLibDamaged: all is committed but blocks that can't be read any more.
+LibIOReturn Commit(LibraryState & state, bool mayEndPrivateFile);
 /// The same by a whole new file, which holds live blocks alone.  A file that loses damaged bytes by it is copied aside
 /// first.
 LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, bool isBinary);

@@ -3,6 +3,7 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/text/Utf8.h"
 #include "viewkit/library/LibraryState.h"
 #include "viewkit/library/LogWriter.h"
 
@@ -11,23 +12,24 @@ namespace library {
 namespace {
 
 LibIOReturn Convert(FoundBlock const & block, Conversion const & conversion, std::string & payload, AString & error) {
-  io::CBlock decoded(block.name);
+  AString const name = text::FromUtf8(block.name);
+  io::CBlock decoded(name);
   bool const wasBinary = (block.place.flags & io::kBinaryPayload) != 0;
-  LibIOReturn const result = DecodePayload(block.name, payload, wasBinary, decoded, error);
+  LibIOReturn const result = DecodePayload(name, payload, wasBinary, decoded, error);
   if (result != CStreamioLibrary::kLibSuccess)
     return result;
   payload.clear();
   if (io::EncodeBlock(decoded, conversion.isBinary ? io::Form::Binary : io::Form::Text, conversion.precision, payload))
     return CStreamioLibrary::kLibSuccess;
-  error = AString(L"block ") + block.name + L" is nested too deeply";
+  error = AString(L"block ") + name + L" is nested too deeply";
   return CStreamioLibrary::kLibWriteFailed;
 }
 
 LibIOReturn WriteBlocks(LogReader & log, std::vector<FoundBlock> const & blocks, Conversion const & conversion,
                         io::CommitInfo const & commit, AString & error) {
   LogWriter writer(log);
+  std::string payload;
   for (auto const & block : blocks) {
-    std::string payload;
     LibIOReturn result = block.log->LoadPayload(block.name, block.place, payload, error);
     bool isBinary = (block.place.flags & io::kBinaryPayload) != 0;
     if (result == CStreamioLibrary::kLibSuccess && conversion.converts) {
@@ -36,7 +38,7 @@ LibIOReturn WriteBlocks(LogReader & log, std::vector<FoundBlock> const & blocks,
     }
     if (result != CStreamioLibrary::kLibSuccess)
       return result;
-    writer.AddBlock(block.name, std::move(payload), isBinary);
+    writer.AddBlock(block.name, payload, isBinary, LogWriter::Group::GoesOn);
   }
   writer.AddCommit(commit, true);
   file::FileStatus const status = writer.Finish();

@@ -50,16 +50,27 @@ LibIOReturn InPlaceFile::PrepareToWrite(bool isBinary) {
   return result;
 }
 
-LibIOReturn InPlaceFile::Save(std::vector<EncodedBlock> blocks, std::vector<AString> const & deletes, bool isBinary) {
-  LibIOReturn const result = PrepareToWrite(isBinary);
+LibIOReturn InPlaceFile::Save(std::span<io::CBlock const * const> blocks, std::vector<AString> const & deletes,
+                              Encoding const & encoding) {
+  LibIOReturn result = PrepareToWrite(encoding.isBinary);
   if (result != kSuccess)
     return result;
   LogWriter writer(*m_log);
-  for (auto const & name : deletes)
-    if (m_log->Index().Find(name))
-      writer.AddDelete(name);
-  for (auto & block : blocks)
-    writer.AddBlock(block.name, std::move(block.payload), block.isBinary);
+  for (auto const & name : deletes) {
+    std::string const utf8 = text::ToUtf8(name);
+    if (m_log->Index().Find(utf8))
+      writer.AddDelete(utf8, LogWriter::Group::GoesOn);
+  }
+  std::string payload;
+  for (auto const * const block : blocks) {
+    payload.clear();
+    result = EncodeBlock(*block, encoding, payload, m_error);
+    if (result != kSuccess) {
+      writer.Abandon();
+      return result;
+    }
+    writer.AddBlock(text::ToUtf8(block->Name()), payload, encoding.isBinary, LogWriter::Group::GoesOn);
+  }
   io::CommitInfo commit = m_log->Records().LastCommit();
   commit.commit = RandomNumber();
   ++commit.number;
@@ -70,11 +81,11 @@ LibIOReturn InPlaceFile::Save(std::vector<EncodedBlock> blocks, std::vector<AStr
 
 LibIOReturn InPlaceFile::Load(io::CBlock & block) {
   AString const name = block.Name();
-  auto const * const entry = m_log ? m_log->Index().Entry(name) : nullptr;
-  if (!entry || !entry->second.IsBlock())
+  io::RecordIndex::Named found;
+  if (!m_log || !m_log->Index().Find(text::ToUtf8(name), found) || !found.place.IsBlock())
     return m_status != kSuccess ? m_status
                                 : Fail(CStreamioLibrary::kLibNotFound, AString(L"there is no block ") + name);
-  return m_log->Load(entry->first, entry->second, block, m_error);
+  return m_log->Load(found.name, found.place, block, m_error);
 }
 
 LibIOReturn InPlaceFile::LoadAll(io::CBlock & parent, bool stopAtDamage) {
@@ -82,7 +93,7 @@ LibIOReturn InPlaceFile::LoadAll(io::CBlock & parent, bool stopAtDamage) {
     return m_status;
   LibIOReturn result = kSuccess;
   for (auto const & [name, place] : m_log->Index().InFileOrder()) {
-    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(name));
+    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(text::FromUtf8(name)));
     LibIOReturn const read = m_log->Load(name, place, *child, m_error);
     if (read == kSuccess)
       parent << child;

@@ -10,7 +10,8 @@ class InPlaceFile {
 public:
   InPlaceFile(LongFileName const & path, AString & error);
 
-  LibIOReturn Save(std::vector<EncodedBlock> blocks, std::vector<AString> const & deletes, bool isBinary);
+  LibIOReturn Save(std::span<io::CBlock const * const> blocks, std::vector<AString> const & deletes,
+                   Encoding const & encoding);
   LibIOReturn Load(io::CBlock & block);
   /// All blocks in file order, appended to the parent.
   LibIOReturn LoadAll(io::CBlock & parent, bool stopAtDamage);

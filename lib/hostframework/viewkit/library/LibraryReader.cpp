@@ -68,7 +68,7 @@ LibraryReader::LibIOReturn LibraryReader::OpenAlone(LongFileName const & file) {
   state.status = LogReader::Open(file, file::OpenMode::Read, {}, log, state.error);
   if (state.status != kSuccess)
     return state.status;
-  bool const isPrivate = log->Records().Header().isPrivate;
+  bool const isPrivate = log->Records().IsPrivate();
   (isPrivate ? state.privatePath : state.path) = file;
   (isPrivate ? state.privateLog : state.publicLog) = std::move(log);
   return kSuccess;
@@ -87,6 +87,7 @@ LibraryReader::LibIOReturn LibraryReader::OpenPrivate() {
   if (!IsTwin(*log, commit, mergedLength))
     return CStreamioLibrary::kLibForeignFile;
   state.privateLog = std::move(log);
+  state.mergedLength = mergedLength;
   return kSuccess;
 }
 
@@ -116,8 +117,10 @@ LibraryReader::LibIOReturn LibraryReader::Refresh(bool & changed) {
 
 std::vector<LibraryReader::Entry> LibraryReader::List() {
   std::vector<Entry> entries;
-  for (auto const & found : AllBlocks(*m_state))
-    entries.push_back({found.name, found.place.payloadLength, found.place.offset,
+  auto const blocks = AllBlocks(*m_state);
+  entries.reserve(blocks.size());
+  for (auto const & found : blocks)
+    entries.push_back({text::FromUtf8(found.name), found.place.payloadLength, found.place.offset,
                        found.log == m_state->privateLog.get(), (found.place.flags & io::kBinaryPayload) != 0});
   return entries;
 }
@@ -126,7 +129,7 @@ LibraryReader::LibIOReturn LibraryReader::LoadBytes(AString const & name, std::s
   auto & state = *m_state;
   if (state.status != kSuccess)
     return state.status;
-  auto const found = FindBlock(state, name);
+  auto const found = FindBlock(state, text::ToUtf8(name));
   if (!found.log)
     return state.Fail(CStreamioLibrary::kLibNotFound, AString(L"there is no block ") + name);
   isBinary = (found.place.flags & io::kBinaryPayload) != 0;

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "viewkit/library/BlockEncoding.h"
+#include "viewkit/library/JournaledBlocks.h"
 #include "viewkit/library/LibraryLock.h"
 #include "viewkit/library/LogReader.h"
+#include "viewkit/library/NameSet.h"
 
 #include <list>
 #include <map>
-#include <set>
+#include <span>
 
 namespace library {
 
@@ -27,15 +30,17 @@ namespace library {
 ///  3. A group of records in the private file counts whole or not at all; no group counts before an earlier one.
 ///  4. After a failed write a file is as it was, or its tail goes before the next write.
 ///  5. After a failed sync a public file is never appended to again: the next commit writes it anew.
-///  6. A public file that names the private one as merged holds all its records up to the told length; `unmerged`
-///     names those behind it.
+///  6. A public file that names the private one as merged holds all its records up to the told length.
 ///  7. A private file is dropped only when a commit that holds all of it is on the disk, or on an explicit reset.
 ///  8. A private file that is not this library's to go on with is moved aside, never deleted.
-///  9. Files are written only while both that exist are locked and still stand under their names.
+///  9. Files are written only while both that exist are locked and, as of two milliseconds ago, stand under their
+///  names.
+/// 10. A record that edits a block goes on from the newest record of that block in the same private file; a public file
+///     holds whole blocks alone.
+/// 11. The edits of a journaled block whose record failed go out before any later record does.
 struct LibraryState {
   /// A private file that stands on the disk and is not in use.
   enum class Stranger { None, LeftByCrash, OtherGeneration, Unreadable };
-  using NameSet = std::set<AString, AString::NoCaseLess>;
   struct CachedPayload {
     std::string bytes;
     bool isBinary = false;
@@ -46,9 +51,13 @@ struct LibraryState {
   /// Null when there is no such file, or none in use.
   std::unique_ptr<LogReader> publicLog;
   std::unique_ptr<LogReader> privateLog;
-  NameSet unmerged;
-  /// Deletions that wait for the group that replaces the blocks; see FlushDeletes.
+  /// What stands in the private file from here on is no part of the public one.
+  std::uint64_t mergedLength = 0;
+  /// Deletions that wait for the group that replaces the blocks; see Flush.
   NameSet heldDeletes;
+  JournaledBlocks journaled;
+  /// Bytes of the block that is being saved; kept from one save to the next.
+  std::string scratch;
   std::map<AString, CachedPayload, AString::NoCaseLess> cache;
   LibraryLock lock;
   Stranger stranger = Stranger::None;
@@ -74,21 +83,23 @@ struct LibraryState {
 
 // LibraryIndex.cpp: the view over both files.
 
-/// A block as its record spells it.
+/// A block as its record spells it, in UTF-8; the name is valid until the log changes.
 struct FoundBlock {
-  AString name;
+  std::string_view name;
   io::BlockPlace place;
   LogReader * log = nullptr;
 };
 /// Where a name stands; `log` is null for a name that is not there.
-FoundBlock FindBlock(LibraryState & state, AString const & name);
+FoundBlock FindBlock(LibraryState & state, std::string_view name);
 /// All live blocks: those of the public file in its order, then those of the private one.
 std::vector<FoundBlock> AllBlocks(LibraryState & state);
+/// What the private file holds that the public one lacks, deletions too, in the order in which it was saved.
+std::vector<io::RecordIndex::Named> Unmerged(LibraryState const & state);
+bool HasUnmerged(LibraryState const & state);
 CStreamioLibraryStats Statistics(LibraryState const & state);
 
-/// What stands under the name of an open file.
-enum class Standing { Same, Vanished, Replaced };
-Standing StandsUnderItsName(LogReader & log);
+/// Replaced also when it can't be told.
+file::Standing StandsUnderItsName(LogReader & log);
 
 // Takeover.cpp: attaching, and which private file is gone on with.
 
@@ -104,22 +115,17 @@ LibIOReturn DropPrivateFile(LibraryState & state);
 void Close(LibraryState & state);
 /// The private file belongs to this state of the public one; `mergedLength` of it is part of that already.
 bool IsTwin(LogReader const & privateLog, io::CommitInfo const & publicCommit, std::uint64_t & mergedLength);
-/// Finds out anew which blocks of the private file the public one lacks.
-void FindUnmerged(LibraryState & state, std::uint64_t mergedLength);
 LongFileName PrivatePath(LongFileName const & path);
 LibIOReturn SetPrivateFileAside(LongFileName const & privatePath, AString & setAside, AString & error);
 
 // SaveGroup.cpp: what goes to the private file.
 
-struct EncodedBlock {
-  AString name;
-  std::string payload;
-  bool isBinary = false;
-};
-LibIOReturn SaveGroup(LibraryState & state, std::vector<EncodedBlock> blocks);
-/// Writes what the names stand for in one private file as a group of another.
-LibIOReturn CopyUnmerged(LogReader & from, LibraryState::NameSet const & names, LogReader & to, AString & error);
+/// All of the blocks are stored or none is.
+LibIOReturn SaveGroup(LibraryState & state, std::span<io::CBlock const * const> blocks, Encoding const & encoding);
+/// Writes what stands in one private file behind the merged length as a group of another.
+LibIOReturn CopyUnmerged(LibraryState & from, LogReader & log, LogReader & to, AString & error);
 LibIOReturn HoldDeletes(LibraryState & state, std::vector<AString> const & names);
-LibIOReturn FlushDeletes(LibraryState & state);
+/// Writes deletions that are held, and edits that failed to go out.
+LibIOReturn Flush(LibraryState & state);
 
 } // namespace library

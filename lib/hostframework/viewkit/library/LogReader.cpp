@@ -2,6 +2,7 @@
 
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/text/Utf8.h"
 
 #include <cerrno>
 #include <random>
@@ -9,6 +10,12 @@
 namespace library {
 
 using io::RecordReader;
+
+namespace {
+
+constexpr std::size_t kKeptPayload = 1024 * 1024;
+
+}
 
 LibIOReturn LogReader::Open(LongFileName const & path, file::OpenMode mode, std::optional<RecordReader::Extent> extent,
                             std::unique_ptr<LogReader> & log, AString & error) {
@@ -51,27 +58,28 @@ std::unique_ptr<LogReader> LogReader::Begin(std::unique_ptr<file::IFile> file, L
   return reader;
 }
 
-LibIOReturn LogReader::LoadPayload(AString const & name, io::BlockPlace const & place, std::string & payload,
+LibIOReturn LogReader::LoadPayload(std::string_view name, io::BlockPlace const & place, std::string & payload,
                                    AString & error) {
-  auto const result = place.isDamaged ? RecordReader::Payload::Damaged : m_records.ReadPayload(name, place, payload);
+  auto const result = place.isDamaged ? RecordReader::Payload::Damaged : m_records.ReadPayload(place, payload);
   if (result == RecordReader::Payload::Good)
     return CStreamioLibrary::kLibSuccess;
   bool const isDamaged = result == RecordReader::Payload::Damaged;
-  error = isDamaged ? m_path.FilePath() + L": block " + name +
+  error = isDamaged ? m_path.FilePath() + L": block " + text::FromUtf8(name) +
                           AString::Format(L" at offset %lu is damaged", static_cast<unsigned long>(place.offset))
                     : m_records.ErrorText();
   return isDamaged ? CStreamioLibrary::kLibDamaged : CStreamioLibrary::kLibReadFailed;
 }
 
-LibIOReturn LogReader::Load(AString const & name, io::BlockPlace const & place, io::CBlock & block, AString & error) {
-  std::string payload;
-  LibIOReturn const result = LoadPayload(name, place, payload, error);
-  return result == CStreamioLibrary::kLibSuccess
-             ? DecodePayload(name, payload, (place.flags & io::kBinaryPayload) != 0, block, error)
-             : result;
+LibIOReturn LogReader::Load(std::string_view name, io::BlockPlace const & place, io::CBlock & block, AString & error) {
+  LibIOReturn result = LoadPayload(name, place, m_payload, error);
+  if (result == CStreamioLibrary::kLibSuccess)
+    result = DecodePayload(block.Name(), m_payload, (place.flags & io::kBinaryPayload) != 0, block, error);
+  if (m_payload.capacity() > kKeptPayload)
+    m_payload = std::string();
+  return result;
 }
 
-LibIOReturn DecodePayload(AString const & name, std::string const & payload, bool isBinary, io::CBlock & block,
+LibIOReturn DecodePayload(AString const & name, std::string_view payload, bool isBinary, io::CBlock & block,
                           AString & error) {
   AString const own = block.Name();
   io::CBlock read;
@@ -93,6 +101,8 @@ std::uint64_t RandomNumber() {
 }
 
 bool IsBlockName(AString const & name) {
+  if (text::IsAscii(name.View()))
+    return !name.empty() && name.size() <= io::kLongestName;
   for (wchar_t const character : name) {
     auto const code = static_cast<unsigned long>(character);
     if (code > 0x10FFFF || (code >= 0xD800 && code < 0xE000))

@@ -4,6 +4,8 @@
 #include "basekit/io/RecordReader.h"
 #include "viewkit/library/CStreamioLibrary.h"
 
+#include <chrono>
+
 namespace library {
 
 using LibIOReturn = CStreamioLibrary::LibIOReturn;
@@ -23,10 +25,10 @@ public:
   static std::unique_ptr<LogReader> Begin(std::unique_ptr<file::IFile> file, LongFileName const & path,
                                           io::FileHeader const & header);
 
-  /// The block's bytes with their checksums verified.
-  LibIOReturn LoadPayload(AString const & name, io::BlockPlace const & place, std::string & payload, AString & error);
+  /// The block's bytes with their checksums verified; `name` is told when they don't fit.
+  LibIOReturn LoadPayload(std::string_view name, io::BlockPlace const & place, std::string & payload, AString & error);
   /// Replaces the content of the block, which keeps its name; after a failure it is as it was.
-  LibIOReturn Load(AString const & name, io::BlockPlace const & place, io::CBlock & block, AString & error);
+  LibIOReturn Load(std::string_view name, io::BlockPlace const & place, io::CBlock & block, AString & error);
 
   LongFileName const & Path() const { return m_path; }
   void SetPath(LongFileName const & path) { m_path = path; }
@@ -39,14 +41,19 @@ public:
   bool tailIsDirty = false;
   /// The file can't be appended to in safety: a sync failed or its framing is damaged.  It is to be written anew.
   bool mustRewrite = false;
+  /// Kept by LogWriter from one group to the next.
+  std::string writeBuffer;
+  /// When somebody looked last whether the file stands under its name.
+  std::chrono::steady_clock::time_point lookedAt;
 
 private:
   LongFileName m_path;
   io::RecordReader m_records;
+  std::string m_payload;
 };
 
 /// Reads a block out of its bytes.
-LibIOReturn DecodePayload(AString const & name, std::string const & payload, bool isBinary, io::CBlock & block,
+LibIOReturn DecodePayload(AString const & name, std::string_view payload, bool isBinary, io::CBlock & block,
                           AString & error);
 std::uint64_t RandomNumber();
 /// No name: empty, or with characters that no file can hold.

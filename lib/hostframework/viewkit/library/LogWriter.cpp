@@ -1,13 +1,21 @@
 #include "viewkit/library/LogWriter.h"
 
-#include "basekit/text/Utf8.h"
 #include "viewkit/library/LogReader.h"
 
 #include <algorithm>
 
 namespace library {
 
-LogWriter::LogWriter(LogReader & log) : m_log(log), m_start(log.Records().End()), m_at(m_start), m_written(m_start) {
+namespace {
+
+// A payload that is longer is not copied to go out with its header.
+constexpr std::size_t kGathered = 16 * 1024;
+
+} // namespace
+
+LogWriter::LogWriter(LogReader & log)
+    : m_log(log), m_start(log.Records().End()), m_at(m_start), m_written(m_start), m_buffer(log.writeBuffer) {
+  m_buffer.clear();
   if (m_log.tailIsDirty) {
     m_status = m_log.Records().File().Truncate(m_start);
     m_log.tailIsDirty = !m_status.Ok();
@@ -21,70 +29,77 @@ LogWriter::LogWriter(LogReader & log) : m_log(log), m_start(log.Records().End())
   }
 }
 
-void LogWriter::AddBlock(AString const & name, std::string payload, bool isBinary) {
-  Add(io::kBlockRecord, name, std::move(payload), isBinary ? io::kBinaryPayload : 0u);
+std::uint64_t LogWriter::AddBlock(std::string_view name, std::string_view payload, bool isBinary, Group group) {
+  return AddChange(io::kBlockRecord, name, payload, isBinary ? io::kBinaryPayload : 0u, group);
 }
 
-void LogWriter::AddDelete(AString const & name) { Add(io::kDeleteRecord, name, std::string(), 0); }
+std::uint64_t LogWriter::AddPatch(std::string_view name, std::string_view payload, bool isBinary, Group group) {
+  return AddChange(io::kPatchRecord, name, payload, isBinary ? io::kBinaryPayload : 0u, group);
+}
+
+void LogWriter::AddDelete(std::string_view name, Group group) { AddChange(io::kDeleteRecord, name, {}, 0, group); }
 
 void LogWriter::AddCleanClose() {
   m_closes = true;
-  Add(io::kCleanCloseRecord, AString(), std::string(), 0);
+  Emit(io::kCleanCloseRecord, {}, {}, 0, Group::Ends);
 }
 
-void LogWriter::Add(unsigned kind, AString const & name, std::string payload, unsigned flags) {
-  Emit(true);
-  m_held = {kind, flags, text::ToUtf8(name), std::move(payload)};
-  m_isHolding = true;
-  if (kind != io::kBlockRecord && kind != io::kDeleteRecord)
-    return;
+std::uint64_t LogWriter::AddChange(unsigned kind, std::string_view name, std::string_view payload, unsigned flags,
+                                   Group group) {
   io::RecordIndex::Change change;
   change.name = name;
   change.place.offset = m_at;
-  change.place.payloadLength = m_held.payload.size();
-  change.place.nameLength = static_cast<std::uint32_t>(m_held.name.size());
+  change.place.payloadLength = payload.size();
+  change.place.nameLength = static_cast<std::uint32_t>(name.size());
   change.place.kind = static_cast<std::uint8_t>(kind);
   change.place.flags = static_cast<std::uint8_t>(flags);
+  change.place.payloadChecksum = Emit(kind, name, payload, flags, group);
   m_changes.push_back(std::move(change));
+  return m_changes.back().place.offset;
 }
 
 void LogWriter::AddCommit(io::CommitInfo commit, bool sync) {
-  Emit(true);
   m_commits = true;
   m_syncs = sync;
-  m_plan = m_log.Index().PlanRecord(m_changes);
+  bool const isBinary = m_log.Records().Header().isBinary;
+  m_plan = m_log.Index().PlanRecord(m_changes, isBinary);
   commit.indexOffset = m_at;
   m_commit = commit;
-  Add(io::kIndexRecord, AString(), m_plan.payload, 0);
-  Emit(true);
+  Emit(io::kIndexRecord, {}, m_plan.payload, isBinary ? io::kBinaryPayload : 0u, Group::GoesOn);
+  m_plan.payload = std::string();
   if (sync)
     Sync();
-  for (int copy = 0; copy < 2; ++copy) {
-    m_held = {io::kCommitRecord, 0, std::string(), io::FormatCommit(commit)};
-    m_isHolding = true;
-    Emit(false);
-  }
+  std::string const payload = io::FormatCommit(commit);
+  for (int copy = 0; copy < 2; ++copy)
+    Emit(io::kCommitRecord, {}, payload, 0, Group::Ends);
 }
 
-// Writes the record that was added last, now that it is known whether the group goes on.
-void LogWriter::Emit(bool moreFollows) {
-  if (!m_isHolding)
-    return;
-  m_isHolding = false;
+// Returns the payload's checksum.  A long payload that ends a group goes out from where it lies.
+std::uint32_t LogWriter::Emit(unsigned kind, std::string_view name, std::string_view payload, unsigned flags,
+                              Group group) {
   io::RecordHeader header;
-  header.kind = m_held.kind;
-  header.flags = m_held.flags | (moreFollows ? io::kMoreFollows : 0u);
-  header.nameLength = static_cast<std::uint32_t>(m_held.name.size());
-  header.payloadLength = m_held.payload.size();
+  header.kind = kind;
+  header.flags = flags | (group == Group::GoesOn ? io::kMoreFollows : 0u);
+  header.nameLength = static_cast<std::uint32_t>(name.size());
+  header.payloadLength = payload.size();
   header.salt = m_log.Records().Header().salt;
-  header.nameChecksum = io::PartChecksum(m_held.name);
-  header.payloadChecksum = io::PartChecksum(m_held.payload);
-  Append(io::FormatRecordHeader(header, m_at));
-  Append(m_held.name);
-  Append("\n");
-  Append(m_held.payload);
-  Append("\n");
+  header.nameChecksum = io::PartChecksum(name);
+  header.payloadChecksum = io::PartChecksum(payload);
+  char line[io::kRecordHeaderSize];
+  io::FormatRecordHeader(header, m_at, line);
   m_at += header.RecordSize();
+  for (std::string_view const piece : {std::string_view(line, sizeof line), name, std::string_view("\n")})
+    Append(piece);
+  std::size_t const size = m_buffer.size() + payload.size() + 1;
+  if (group == Group::Ends && payload.size() > kGathered && size <= kLargestWrite) {
+    std::string_view const pieces[] = {m_buffer, payload, "\n"};
+    Write(pieces, size);
+    m_buffer.clear();
+  } else {
+    Append(payload);
+    Append("\n");
+  }
+  return header.payloadChecksum;
 }
 
 void LogWriter::Append(std::string_view bytes) {
@@ -97,13 +112,18 @@ void LogWriter::Append(std::string_view bytes) {
   }
 }
 
+void LogWriter::Write(std::span<std::string_view const> pieces, std::size_t size) {
+  if (!m_status.Ok())
+    return;
+  m_log.tailIsDirty = true;
+  m_status = m_log.Records().File().Write(m_written, pieces);
+  m_written += size;
+}
+
 void LogWriter::WriteOut() {
-  if (m_status.Ok() && !m_buffer.empty()) {
-    std::string_view const piece = m_buffer;
-    m_log.tailIsDirty = true;
-    m_status = m_log.Records().File().Write(m_written, std::span(&piece, 1));
-    m_written += m_buffer.size();
-  }
+  std::string_view const piece = m_buffer;
+  if (!piece.empty())
+    Write(std::span(&piece, 1), piece.size());
   m_buffer.clear();
 }
 
@@ -122,13 +142,9 @@ void LogWriter::TakeBack() {
   records.SetEnd(m_start);
 }
 
-void LogWriter::Abandon() {
-  m_isHolding = false;
-  TakeBack();
-}
+void LogWriter::Abandon() { TakeBack(); }
 
 file::FileStatus LogWriter::Finish() {
-  Emit(false);
   WriteOut();
   if (m_syncs)
     Sync();

@@ -4,7 +4,9 @@
 #include "basekit/io/RecordFormat.h"
 #include "basekit/io/RecordIndex.h"
 
+#include <span>
 #include <string>
+#include <string_view>
 
 namespace library {
 
@@ -16,11 +18,15 @@ class LogWriter {
 public:
   /// Calls that write never hand over more than this.
   static constexpr std::size_t kLargestWrite = 256 * 1024;
+  /// Whether the group goes on behind a record.
+  enum class Group { GoesOn, Ends };
 
   explicit LogWriter(LogReader & log);
 
-  void AddBlock(AString const & name, std::string payload, bool isBinary);
-  void AddDelete(AString const & name);
+  /// Names are UTF-8.  Returns where the record stands.
+  std::uint64_t AddBlock(std::string_view name, std::string_view payload, bool isBinary, Group group);
+  std::uint64_t AddPatch(std::string_view name, std::string_view payload, bool isBinary, Group group);
+  void AddDelete(std::string_view name, Group group);
   void AddCleanClose();
   /// Ends the group with the index of what changed and the commit record, which is written twice, so that damage of
   /// one of them loses nothing.  With `sync` all before it is on the disk before the commit record is written.
@@ -30,15 +36,10 @@ public:
   void Abandon();
 
 private:
-  struct Record {
-    unsigned kind = 0;
-    unsigned flags = 0;
-    std::string name;
-    std::string payload;
-  };
-  void Add(unsigned kind, AString const & name, std::string payload, unsigned flags);
-  void Emit(bool moreFollows);
+  std::uint64_t AddChange(unsigned kind, std::string_view name, std::string_view payload, unsigned flags, Group group);
+  std::uint32_t Emit(unsigned kind, std::string_view name, std::string_view payload, unsigned flags, Group group);
   void Append(std::string_view bytes);
+  void Write(std::span<std::string_view const> pieces, std::size_t size);
   void WriteOut();
   void Sync();
   void TakeBack();
@@ -48,9 +49,7 @@ private:
   std::uint64_t m_start;
   std::uint64_t m_at;
   std::uint64_t m_written;
-  std::string m_buffer;
-  Record m_held;
-  bool m_isHolding = false;
+  std::string & m_buffer;
   std::vector<io::RecordIndex::Change> m_changes;
   io::RecordIndex::Plan m_plan;
   io::CommitInfo m_commit;

@@ -23,13 +23,11 @@ LibIOReturn CopyCommitted(LibraryState & from, LibraryState & copy, std::uint64_
 }
 
 LibIOReturn CopyPrivate(LibraryState & from, LibraryState & copy, std::uint64_t baseCommit) {
-  if (from.unmerged.empty())
+  if (!HasUnmerged(from))
     return kSuccess;
   LibIOReturn result = EnsurePrivateFile(copy, baseCommit);
   if (result == kSuccess)
-    result = CopyUnmerged(*from.privateLog, from.unmerged, *copy.privateLog, copy.error);
-  if (result == kSuccess)
-    copy.unmerged = from.unmerged;
+    result = CopyUnmerged(from, *from.privateLog, *copy.privateLog, copy.error);
   return result;
 }
 
@@ -38,7 +36,7 @@ LibIOReturn CopyPrivate(LibraryState & from, LibraryState & copy, std::uint64_t 
 LibIOReturn CopyLibrary(LibraryState & from, LongFileName const & path, std::unique_ptr<LibraryState> & copy) {
   if (from.status != kSuccess)
     return from.status;
-  LibIOReturn result = FlushDeletes(from);
+  LibIOReturn result = Flush(from);
   if (result != kSuccess)
     return result;
   auto made = std::make_unique<LibraryState>();

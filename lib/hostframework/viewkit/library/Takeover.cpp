@@ -13,6 +13,7 @@ namespace {
 constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 using Extent = io::RecordReader::Extent;
 using Stranger = LibraryState::Stranger;
+constexpr std::chrono::milliseconds kMoment(2);
 
 io::CommitInfo PublicCommit(LibraryState const & state) {
   return state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
@@ -21,12 +22,16 @@ io::CommitInfo PublicCommit(LibraryState const & state) {
 // Takes a private file into use, or notes why it isn't.
 void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver) {
   state.privateLog.reset();
-  state.unmerged.clear();
+  state.mergedLength = 0;
   std::uint64_t mergedLength = 0;
   bool const isTwin =
       IsTwin(*log, PublicCommit(state), mergedLength) || (takesOver && log->Records().HeaderIsDamaged());
   bool const holdsNothing = log->Index().IsEmpty() && log->Records().Damages().empty();
-  if (!isTwin)
+  // A loss of power took records that are part of the public file; what came behind them would pass for merged too.
+  bool const isTorn = mergedLength > log->Records().End();
+  if (isTorn)
+    state.stranger = log->Records().FileLength() <= mergedLength ? Stranger::None : Stranger::OtherGeneration;
+  else if (!isTwin)
     state.stranger = holdsNothing ? Stranger::None : Stranger::OtherGeneration;
   else if (!takesOver && !log->Records().WasClosedCleanly())
     state.stranger = holdsNothing ? Stranger::None : Stranger::LeftByCrash;
@@ -35,7 +40,7 @@ void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver)
     if (!log->Records().Damages().empty())
       state.error = log->Path().FilePath() + L": " + log->Records().Damages().front().what;
     state.privateLog = std::move(log);
-    FindUnmerged(state, mergedLength);
+    state.mergedLength = mergedLength;
   }
 }
 
@@ -116,11 +121,13 @@ LibIOReturn ReadBoth(LibraryState & state, LockedFiles & files, bool takesOver) 
       LogReader::Read(std::move(files.privateFile), state.privatePath, Extent::WholeGroups, log, state.error);
   if (log)
     Judge(state, std::move(log), takesOver);
+  else if (read == CStreamioLibrary::kLibReadFailed)
+    result = read; // The disk failed: what the file holds may be this library's work.
   else
     state.stranger = read == CStreamioLibrary::kLibNotFound ? Stranger::None : Stranger::Unreadable;
   if (!state.privateLog)
     state.lock.Forget(*handle);
-  return kSuccess;
+  return result;
 }
 
 } // namespace
@@ -132,13 +139,6 @@ bool IsTwin(LogReader const & privateLog, io::CommitInfo const & publicCommit, s
   bool const isMerged = publicCommit.mergedSalt == header.salt;
   mergedLength = isMerged ? publicCommit.mergedLength : 0;
   return isMerged || (!privateLog.Records().HeaderIsDamaged() && header.baseCommit == publicCommit.commit);
-}
-
-void FindUnmerged(LibraryState & state, std::uint64_t mergedLength) {
-  state.unmerged.clear();
-  for (auto const & [name, place] : state.privateLog->Index().Places())
-    if (place.offset >= mergedLength)
-      state.unmerged.insert(name);
 }
 
 LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLibrary::TMode mode) {
@@ -155,8 +155,14 @@ LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLib
     error.clear();
   if (state.isReadOnly)
     return kSuccess;
-  if (mode == CStreamioLibrary::kRecoveryMode && LFN_Exists(state.privatePath)) {
+  file::FileInfo left;
+  file::FileStatus const seen = file::FileSystem().Describe(state.privatePath, left);
+  if (mode == CStreamioLibrary::kRecoveryMode && !seen.Ok())
+    return state.status = state.Fail(CStreamioLibrary::kLibReadFailed, seen.Text());
+  if (mode == CStreamioLibrary::kRecoveryMode && left.kind != file::FileKind::None) {
     auto const taken = AcquireForWriting(state, true);
+    if (taken == CStreamioLibrary::kLibReadFailed)
+      state.status = taken; // Else the first write would set aside what was not read.
     state.isRecovered = taken == kSuccess && state.stranger == Stranger::None;
     return taken;
   }
@@ -222,14 +228,10 @@ LibIOReturn SetPrivateFileAside(LongFileName const & privatePath, AString & setA
   return status.Ok() ? kSuccess : CStreamioLibrary::kLibWriteFailed;
 }
 
-Standing StandsUnderItsName(LogReader & log) {
-  file::FileInfo named;
-  file::FileInfo mine;
-  if (!file::FileSystem().Describe(log.Path(), named).Ok() || !log.Records().File().Describe(mine).Ok())
-    return Standing::Replaced;
-  return named.kind == file::FileKind::None ? Standing::Vanished
-         : mine.IsSameFile(named)           ? Standing::Same
-                                            : Standing::Replaced;
+file::Standing StandsUnderItsName(LogReader & log) {
+  auto standing = file::Standing::Replaced;
+  file::FileStatus const status = log.Records().File().StandsUnder(log.Path(), standing);
+  return status.Ok() ? standing : file::Standing::Replaced;
 }
 
 namespace {
@@ -238,18 +240,19 @@ namespace {
 LibIOReturn MakePrivateFileAgain(LibraryState & state) {
   auto vanished = std::move(state.privateLog);
   LibIOReturn result = EnsurePrivateFile(state);
+  std::uint64_t const mergedLength = state.mergedLength;
   if (result == kSuccess) {
-    result = CopyUnmerged(*vanished, state.unmerged, *state.privateLog, state.error);
-    if (result != kSuccess) {
-      auto const unmerged = state.unmerged;
+    result = CopyUnmerged(state, *vanished, *state.privateLog, state.error);
+    if (result != kSuccess)
       static_cast<void>(DropPrivateFile(state)); // The failure is told already.
-      state.unmerged = unmerged;
-    }
   }
-  if (result != kSuccess)
+  if (result != kSuccess) {
     state.privateLog = std::move(vanished);
-  else
+    state.mergedLength = mergedLength;
+  } else {
     state.lock.Forget(vanished->Records().File());
+    state.mergedLength = 0;
+  }
   return result;
 }
 
@@ -257,10 +260,15 @@ LibIOReturn MakePrivateFileAgain(LibraryState & state) {
 
 LibIOReturn EnsurePrivateFile(LibraryState & state, std::optional<std::uint64_t> baseCommit) {
   if (state.privateLog) {
-    Standing const standing = StandsUnderItsName(*state.privateLog);
-    if (standing == Standing::Replaced)
+    // To look costs a good part of a save: not again within a moment.
+    auto const now = std::chrono::steady_clock::now();
+    if (now - state.privateLog->lookedAt < kMoment)
+      return kSuccess;
+    state.privateLog->lookedAt = now;
+    auto const standing = StandsUnderItsName(*state.privateLog);
+    if (standing == file::Standing::Replaced)
       return state.Fail(CStreamioLibrary::kLibWriteFailed, state.privatePath.FilePath() + L" is another file now");
-    return standing == Standing::Same ? kSuccess : MakePrivateFileAgain(state);
+    return standing == file::Standing::Same ? kSuccess : MakePrivateFileAgain(state);
   }
   if (state.stranger != Stranger::None) {
     auto const moved = SetPrivateFileAside(state.privatePath, state.setAside, state.error);
@@ -293,7 +301,8 @@ LibIOReturn DropPrivateFile(LibraryState & state) {
     return state.Fail(status);
   state.lock.Forget(state.privateLog->Records().File());
   state.privateLog.reset();
-  state.unmerged.clear();
+  state.mergedLength = 0;
+  state.journaled.Clear();
   state.wasWriter = state.wasWriter && state.lock.IsHeld();
   return kSuccess;
 }
@@ -301,8 +310,8 @@ LibIOReturn DropPrivateFile(LibraryState & state) {
 void Close(LibraryState & state) {
   if (!state.lock.IsHeld())
     return;
-  static_cast<void>(FlushDeletes(state)); // Nobody is left to be told.
-  if (state.privateLog && state.unmerged.empty()) {
+  static_cast<void>(Flush(state)); // Nobody is left to be told.
+  if (state.privateLog && !HasUnmerged(state)) {
     static_cast<void>(DropPrivateFile(state));
   } else if (state.privateLog) {
     LogWriter writer(*state.privateLog);
