@@ -75,6 +75,13 @@ std::string Block::Address() const {
 
 AString Block::Variation() const { return key && kind != Kind::Definition ? key->GetDesignVariationKey() : AString(); }
 
+std::string Block::Description() const {
+  std::string text = OneLine(entry.name) + " (" + NameOf(kind);
+  for (std::string const & part : {Address(), OneLine(Variation())})
+    text += part.empty() ? "" : " " + part;
+  return text + ")";
+}
+
 std::uint64_t Block::RecordSize() const { return io::kRecordHeaderSize + Utf8(entry.name).size() + entry.length + 2; }
 
 bool Selection::Fits(Block const & block) const {

@@ -26,6 +26,8 @@ struct Block {
   std::string Address() const;
   /// Empty for blocks of no variation, such as definitions.
   AString Variation() const;
+  /// "SolutionBlock4 (data setup=3 solution=5 version=12 a=1)", on one line.
+  std::string Description() const;
   /// Bytes of the whole record.
   std::uint64_t RecordSize() const;
 };

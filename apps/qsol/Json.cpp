@@ -52,7 +52,11 @@ Json ArgumentsOf(io::CBlock_func_arg const & arguments) {
   return list;
 }
 
+} // namespace
+
 Json ItemOf(io::CBlock_item const & item) {
+  if (auto const * const value = dynamic_cast<io::CBlock_value const *>(&item))
+    return ValueOf(*value);
   Json json{{"name", Utf8(item.Name())}};
   if (auto const * const block = dynamic_cast<io::CBlock const *>(&item))
     json["items"] = ItemsOf(*block);
@@ -64,8 +68,6 @@ Json ItemOf(io::CBlock_item const & item) {
     json["value"] = ValueOf(named->Value());
   return json;
 }
-
-} // namespace
 
 Json ItemsOf(io::CBlock const & block) {
   Json items = Json::array();

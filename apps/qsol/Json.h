@@ -7,7 +7,8 @@
 
 namespace io {
 class CBlock;
-}
+class CBlock_item;
+} // namespace io
 
 namespace qsol {
 
@@ -21,6 +22,8 @@ Json DocumentHead(OpenedLibrary const & opened);
 Json ToJson(Block const & block, OpenedLibrary const & opened);
 /// The items of a block, in order.  Numbers are exact; nan and the infinities stand as {"number": "nan"}.
 Json ItemsOf(io::CBlock const & block);
+/// One item with its name; of a bare value the value.
+Json ItemOf(io::CBlock_item const & item);
 
 /// One document whose last member is a list, written as it comes: a library may hold more than memory should.
 class JsonListing {

@@ -170,6 +170,10 @@ void OpenLibrary(ViewOptions const & options, OpenedLibrary & opened) {
 
 void AddViewOptions(CLI::App & verb, ViewOptions & options) {
   verb.add_option("FILE", options.file, "the library: a .qsol file, or a private file by itself")->required();
+  AddViewFlags(verb, options);
+}
+
+void AddViewFlags(CLI::App & verb, ViewOptions & options) {
   auto * const both = verb.add_flag("--private", options.withPrivate,
                                     "show what the private file holds too, live, as far as it is whole");
   verb.add_flag("--committed-only", options.committedOnly, "look at the public file alone")->excludes(both);

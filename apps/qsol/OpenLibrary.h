@@ -21,6 +21,8 @@ struct ViewOptions {
 
 /// FILE, --private and --committed-only.
 void AddViewOptions(CLI::App & verb, ViewOptions & options);
+/// The two flags alone.
+void AddViewFlags(CLI::App & verb, ViewOptions & options);
 
 /// A library open for looking: nothing is locked, changed or taken over, and another process may go on writing it.
 struct OpenedLibrary {

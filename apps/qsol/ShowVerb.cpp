@@ -2,6 +2,7 @@
 
 #include "apps/qsol/ShowVerb.h"
 
+#include "apps/qsol/BlockChoice.h"
 #include "apps/qsol/Failure.h"
 #include "apps/qsol/Json.h"
 #include "apps/qsol/Text.h"
@@ -19,28 +20,6 @@ namespace qsol {
 namespace {
 
 constexpr auto kGood = CStreamioLibrary::kLibSuccess;
-
-std::vector<Block const *> Chosen(ShowOptions const & options, Catalogue const & catalogue, std::string const & file,
-                                  std::vector<std::string> & errors) {
-  std::vector<Block const *> chosen;
-  for (std::string const & name : options.names) {
-    Block const * const block = catalogue.Find(Word(name));
-    if (block)
-      chosen.push_back(block);
-    else
-      errors.push_back(
-          fmt::format("{}: there is no block '{}'; 'qsol list' shows the names", file, OneLine(Word(name))));
-  }
-  if (!options.names.empty())
-    return chosen;
-  Selection const selection = options.selection.Read();
-  for (Block const & block : catalogue.Blocks())
-    if (selection.Fits(block))
-      chosen.push_back(&block);
-  if (chosen.empty())
-    errors.push_back(file + ": no block is like that; 'qsol list' shows what there is");
-  return chosen;
-}
 
 /// Prints blocks one by one in the form that was asked for; a block that can't be read becomes an error.
 class BlockPrinter {
@@ -97,7 +76,7 @@ int Show(ShowOptions const & options, Streams const & streams) {
   OpenLibrary(options.view, opened);
   Catalogue const catalogue(opened.reader);
   std::vector<std::string> errors;
-  auto const chosen = Chosen(options, catalogue, OneLine(opened.publicPath), errors);
+  auto const chosen = ChosenBlocks(options.names, options.selection, catalogue, OneLine(opened.publicPath), errors);
   BlockPrinter printer(options, opened, streams.out);
   std::optional<JsonListing> listing;
   if (options.json)

@@ -20,6 +20,11 @@ struct Streams {
 using Action = std::function<int(Streams const &)>;
 
 // Each adds one verb with its options and help to the program; the verb that is used sets the action.
+void AddCompactVerb(CLI::App & program, Action & action);
+void AddConvertVerb(CLI::App & program, Action & action);
+void AddDiffVerb(CLI::App & program, Action & action);
+void AddExtractVerb(CLI::App & program, Action & action);
+void AddFollowVerb(CLI::App & program, Action & action);
 void AddListVerb(CLI::App & program, Action & action);
 void AddShowVerb(CLI::App & program, Action & action);
 void AddStatsVerb(CLI::App & program, Action & action);

@@ -18,13 +18,6 @@ namespace qsol {
 
 namespace {
 
-std::string Described(Block const & block) {
-  std::string const address = block.Address();
-  std::string const variation = OneLine(block.Variation());
-  return fmt::format("{} ({}{}{}{}{})", OneLine(block.entry.name), NameOf(block.kind), address.empty() ? "" : " ",
-                     address, variation.empty() ? "" : " ", variation);
-}
-
 std::string ToText(Verification::Problem const & problem) {
   std::string text = fmt::format("damaged: {}", OneLine(problem.file));
   if (problem.length > 0)
@@ -33,7 +26,7 @@ std::string ToText(Verification::Problem const & problem) {
   if (!problem.lost.empty()) {
     text += "; lost:";
     for (Block const * const block : problem.lost)
-      text += " " + Described(*block);
+      text += " " + block->Description();
   } else if (!problem.name.empty()) {
     text += "; block " + OneLine(problem.name);
   }

@@ -1,4 +1,4 @@
-// qsol: looks into solution libraries.  Nothing is written, locked or taken over.
+// qsol: looks into solution libraries.  Nothing is written, locked or taken over but by the two verbs that say so.
 
 #include "apps/qsol/Failure.h"
 #include "apps/qsol/Output.h"
@@ -25,13 +25,18 @@ char const * const kHelpEnd = R"(Examples:
   qsol show amp.qsol SolutionBlock7
   qsol stats amp.qsol --private
   qsol verify amp.qsol
+  qsol diff amp.qsol backup/amp.qsol
+  qsol follow amp.qsol --json
+  qsol extract amp.qsol --kind data --to blocks
+  qsol compact amp.qsol
 
 FILE is a library, amp.qsol. Work that is not committed stands beside it in amp.qsol_priv, and --private shows it too,
-while another process is writing it as well. Nothing is ever written, locked or taken over.
+while another process is writing it as well. Only compact and convert write to a library, and lock it; all others
+leave it as it is.
 
 Exit codes:
   0 done                                       3 missing, or can't be read
-  1 damaged, or what was asked is not there    4 no block library
+  1 damaged, unlike, refused, or not there     4 no block library
   2 wrong words or values                      5 written in a later format
 
 Every verb has its own help: qsol list --help)";
@@ -93,6 +98,11 @@ int Run(int count, char ** words) {
   qsol::AddShowVerb(program, action);
   qsol::AddStatsVerb(program, action);
   qsol::AddVerifyVerb(program, action);
+  qsol::AddDiffVerb(program, action);
+  qsol::AddFollowVerb(program, action);
+  qsol::AddExtractVerb(program, action);
+  qsol::AddCompactVerb(program, action);
+  qsol::AddConvertVerb(program, action);
   if (IsWrongVerb(program, count, words)) {
     PrintMessage(std::string("'") + words[1] + "': there is no such verb; the verbs are " + VerbNames(program) +
                  "; see qsol --help");

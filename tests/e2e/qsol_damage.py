@@ -1,17 +1,22 @@
 """qsol on files that are damaged, cut, of another kind, or out of reach."""
 import os
+import random
+import subprocess
 import unittest
 
-from _qsol import LibraryFile, QsolTest, library
+from _qsol import QSOL, LibraryFile, QsolTest, library
 
-VERBS = (['list'], ['show'], ['stats'], ['verify'])
+VERBS = {
+    'list': [], 'show': ['SolutionBlock1'], 'stats': [], 'verify': [], 'diff': ['PATH'], 'follow': ['--once'],
+    'extract': ['--all', '--to', 'out'], 'compact': [], 'convert': ['--to', 'text'],
+}
 
 
 class Damage(QsolTest):
     def refuse_all(self, code, path, text, **options):
-        for verb in VERBS:
-            words = [*verb, path] + (['SolutionBlock1'] if verb == ['show'] else [])
-            self.assertIn(text, self.refuse(code, *words, **options))
+        for verb, others in VERBS.items():
+            words = [path if word == 'PATH' else word for word in others]
+            self.assertIn(text, self.refuse(code, verb, path, *words, **options))
 
     def test_a_flipped_bit_is_told_with_its_place_and_the_rest_is_read(self):
         made = library()
@@ -56,6 +61,44 @@ class Damage(QsolTest):
         os.symlink('nowhere', 'link.qsol')
         self.refuse_all(3, 'link.qsol', 'leads nowhere')
 
+    def test_random_bytes_are_refused_by_every_verb(self):
+        source = random.Random(7)
+        for number, head in enumerate((b'', b'#qsol', b'#qsol 0001 public  text   little ')):
+            with open(f'{number}.qsol', 'wb') as file:
+                file.write(head + source.randbytes(3000))
+            lines = {self.refuse_any(verb, f'{number}.qsol', *others) for verb, others in VERBS.items()}
+            self.assertEqual(len(lines), 1, lines)
+
+    def refuse_any(self, verb, path, *others):
+        done = subprocess.run([QSOL, verb, path, *[path if word == 'PATH' else word for word in others]],
+                              stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60)
+        self.assertIn(done.returncode, (3, 4), done)
+        self.assertEqual((done.stdout, done.stderr.count('\n')), ('', 1))
+        return done.stderr
+
+    def test_a_library_cut_at_any_place_is_looked_at_without_harm(self):
+        whole = library().bytes
+        for length in range(0, len(whole), 37):
+            with open('amp.qsol', 'wb') as file:
+                file.write(whole[:length])
+            for verb in ('verify', 'list', 'diff', 'follow', 'extract'):
+                others = ['amp.qsol' if word == 'PATH' else word for word in VERBS[verb]] + ['--force'] * (verb == 'extract')
+                done = subprocess.run([QSOL, verb, 'amp.qsol', *others], stdin=subprocess.DEVNULL, capture_output=True,
+                                      text=True, timeout=60)
+                self.assertIn(done.returncode, (0, 1, 3, 4), (length, done))
+            with open('amp.qsol', 'rb') as file:
+                self.assertEqual(file.read(), whole[:length])
+
+    def test_what_stands_in_the_place_of_the_private_file_is_never_waited_for(self):
+        library().write('amp.qsol')
+        os.mkfifo('amp.qsol_priv')
+        self.assertIn('is no regular file', self.qsol('list', 'amp.qsol').stderr)
+        for words in (['compact', 'amp.qsol'], ['follow', 'amp.qsol']):
+            self.assertIn('is no regular file', self.refuse(1 if words[0] == 'compact' else 3, *words))
+        os.remove('amp.qsol_priv')
+        os.symlink('nowhere', 'amp.qsol_priv')
+        self.assertIn('leads nowhere', self.refuse(1, 'compact', 'amp.qsol'))
+
     def test_a_file_without_permission_is_refused(self):
         library().write('amp.qsol')
         os.chmod('amp.qsol', 0)
@@ -83,7 +126,7 @@ class Damage(QsolTest):
 
     def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
         line = self.refuse(2, 'lsit', 'amp.qsol')
-        for part in ("'lsit'", 'list, show, stats, verify'):
+        for part in ("'lsit'", 'list, show, stats, verify, diff, follow, extract, compact, convert'):
             self.assertIn(part, line)
 
 

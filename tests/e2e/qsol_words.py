@@ -6,7 +6,7 @@ import unittest
 import _qsol
 from _qsol import QSOL, LibraryFile, QsolTest, key, library
 
-VERBS = ('list', 'show', 'stats', 'verify')
+VERBS = ('list', 'show', 'stats', 'verify', 'diff', 'follow', 'extract', 'compact', 'convert')
 
 
 class Words(QsolTest):
@@ -20,7 +20,10 @@ class Words(QsolTest):
         library().write('amp.qsol')
         for words in ([], ['lisst'], ['list'], ['list', 'amp.qsol', '--setup', 'x'], ['show', 'amp.qsol'],
                       ['list', 'amp.qsol', '--kind', 'nonsense'], ['list', 'amp.qsol', '--private', '--committed-only'],
-                      ['show', 'amp.qsol', 'A', '--raw', '--json'], ['verify', '']):
+                      ['show', 'amp.qsol', 'A', '--raw', '--json'], ['verify', ''], ['diff', 'amp.qsol'],
+                      ['convert', 'amp.qsol'], ['convert', 'amp.qsol', '--to', 'paper'], ['compact', ''],
+                      ['extract', 'amp.qsol', 'A'], ['extract', 'amp.qsol', '--to', 'out'], ['follow', ''],
+                      ['follow', 'amp.qsol', '--for', '-1'], ['follow', 'amp.qsol', '--once', '--for', '1']):
             self.refuse(2, *words)
 
     def test_a_file_made_by_the_format_page_is_read(self):

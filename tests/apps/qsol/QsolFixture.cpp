@@ -1,37 +1,11 @@
 #include "tests/apps/qsol/QsolFixture.h"
 
-#include "apps/qsol/Failure.h"
-#include "apps/qsol/Verbs.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
-
-namespace {
-
-template <class Told, class Verb, class Options> Told Perform(Verb const & verb, Options const & options) {
-  Told told;
-  std::ostringstream out;
-  try {
-    told.code = verb(options, {out, [&](std::string const & note) { told.notes.push_back(note); }});
-  } catch (qsol::Failure const & failure) {
-    told.code = static_cast<int>(failure.Code());
-    told.notes.push_back(failure.what());
-  }
-  told.out = out.str();
-  return told;
-}
-
-template <class Options> Options With(Options options, std::string const & file) {
-  if (options.view.file.empty())
-    options.view.file = file;
-  return options;
-}
-
-} // namespace
 
 bool QsolFixture::Told::Notes(std::string const & part) const {
   return std::ranges::any_of(notes, [&](std::string const & note) { return note.find(part) != note.npos; });
@@ -59,21 +33,19 @@ void QsolFixture::MakeLibrary() {
   ASSERT_EQ(files.CommitAll(false), CStreamioLibrary::kLibSuccess);
 }
 
-QsolFixture::Told QsolFixture::List(qsol::ListOptions options) const {
-  return Perform<Told>(qsol::List, With(std::move(options), File()));
-}
+QsolFixture::Told QsolFixture::List(qsol::ListOptions options) const { return Perform(qsol::List, std::move(options)); }
 
 QsolFixture::Told QsolFixture::Show(std::vector<std::string> names, qsol::ShowOptions options) const {
   options.names = std::move(names);
-  return Perform<Told>(qsol::Show, With(std::move(options), File()));
+  return Perform(qsol::Show, std::move(options));
 }
 
 QsolFixture::Told QsolFixture::Stats(qsol::StatsOptions options) const {
-  return Perform<Told>(qsol::Stats, With(std::move(options), File()));
+  return Perform(qsol::Stats, std::move(options));
 }
 
 QsolFixture::Told QsolFixture::Verify(qsol::VerifyOptions options) const {
-  return Perform<Told>(qsol::VerifyLibrary, With(std::move(options), File()));
+  return Perform(qsol::VerifyLibrary, std::move(options));
 }
 
 std::string QsolFixture::InternalName(AString const & realName) const {

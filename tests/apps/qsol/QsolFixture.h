@@ -1,15 +1,19 @@
 #pragma once
 
+#include "apps/qsol/Failure.h"
 #include "apps/qsol/ListVerb.h"
 #include "apps/qsol/ShowVerb.h"
 #include "apps/qsol/StatsVerb.h"
+#include "apps/qsol/Verbs.h"
 #include "apps/qsol/VerifyVerb.h"
-#include "basekit/text/AString.h"
+#include "basekit/file/LongFileName.h"
+#include "basekit/text/Utf8.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -42,6 +46,25 @@ protected:
   /// A library with all of that, committed and closed.
   void MakeLibrary();
 
+  static LongFileName Path(std::string const & file) { return LongFileName(text::FromUtf8(file)); }
+
+  /// A verb on the library unless the options name another.
+  template <class Verb, class Options> Told Perform(Verb const & verb, Options options) const {
+    if constexpr (requires { options.view.file; })
+      options.view.file = options.view.file.empty() ? File() : options.view.file;
+    else
+      options.file = options.file.empty() ? File() : options.file;
+    Told told;
+    std::ostringstream out;
+    try {
+      told.code = verb(options, {out, [&](std::string const & note) { told.notes.push_back(note); }});
+    } catch (qsol::Failure const & failure) {
+      told.code = static_cast<int>(failure.Code());
+      told.notes.push_back(failure.what());
+    }
+    told.out = out.str();
+    return told;
+  }
   Told List(qsol::ListOptions options = {}) const;
   Told Show(std::vector<std::string> names, qsol::ShowOptions options = {}) const;
   Told Stats(qsol::StatsOptions options = {}) const;

@@ -1,8 +1,10 @@
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "tests/basekit/io/RandomTree.h"
 #include "tests/support/Printers.h"
 
+#include <bit>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -31,88 +33,6 @@ CBlock Sample() {
   block << named(L"SimSetupID", 3L) << named(L"SimSetupName", L"Sweep \"A\"") << map << frequencies << files << inner;
   return block;
 }
-
-class RandomTree {
-public:
-  explicit RandomTree(unsigned seed) : m_random(seed) {}
-
-  CBlock Block(int depth = 0) {
-    CBlock block(Text());
-    for (int i = Below(6); i > 0; --i)
-      AddItem(block, depth);
-    return block;
-  }
-
-private:
-  int Below(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
-
-  AString Text() {
-    static constexpr wchar_t alphabet[] = {L'a',    L'Z',   L'_',   L'.',   L'0',  L' ',   L'"',   L'\\',
-                                           L'\n',   L'\t',  L'{',   L'}',   L'=',  L',',   0x00E9, 0x4E2D,
-                                           0x1F600, 0x0001, 0x007F, 0x2028, L'\0', 0xD800, 0xFEFF, 0xFFFD};
-    std::wstring text;
-    for (int i = Below(8); i > 0; --i)
-      text += alphabet[Below(std::size(alphabet))];
-    static constexpr wchar_t const * words[] = {L"true", L"nan", L"none", L"inf", L"-inf", L"5"};
-    return Below(10) == 0 ? AString(words[Below(6)]) : AString(std::wstring_view(text));
-  }
-
-  double Real() {
-    std::uint64_t const bits = m_random();
-    double const any = std::bit_cast<double>(bits);
-    static double const special[] = {0.0,
-                                     -0.0,
-                                     1e9,
-                                     5e-324,
-                                     std::numeric_limits<double>::max(),
-                                     std::numeric_limits<double>::infinity(),
-                                     -std::numeric_limits<double>::infinity(),
-                                     std::numeric_limits<double>::quiet_NaN()};
-    return Below(3) == 0 ? special[Below(8)] : any;
-  }
-
-  CBlock_value Value() {
-    switch (Below(5)) {
-    case 0:
-      return CBlock_value(Text());
-    case 1:
-      return CBlock_value(Below(2) == 0);
-    case 2:
-      return CBlock_value(static_cast<long>(m_random()));
-    case 3:
-      return CBlock_value(Real());
-    default:
-      return CBlock_value();
-    }
-  }
-
-  void AddItem(CBlock & block, int depth) {
-    switch (Below(depth < 4 ? 4 : 3)) {
-    case 0:
-      block << CBlock_named_value(Text(), Value());
-      break;
-    case 1: {
-      CBlock_func func(Text());
-      for (int i = Below(10); i > 0; --i)
-        Below(4) == 0 ? func.AppendArgument(CBlock_ptr<CBlock_named_value>(new CBlock_named_value(Text(), Value())))
-                      : func.AppendArgument(Value());
-      block << func;
-      break;
-    }
-    case 2: {
-      CBlock_vec vec(Text());
-      for (int i = Below(10); i > 0; --i)
-        vec << Text();
-      block << vec;
-      break;
-    }
-    default:
-      block << Block(depth + 1);
-    }
-  }
-
-  std::mt19937_64 m_random;
-};
 
 } // namespace
 
@@ -232,7 +152,7 @@ TEST(TextForm, TellsATextFromANumber) {
 }
 
 TEST(BothForms, RoundTripAnyTree) {
-  for (unsigned seed = 0; seed < 400; ++seed) {
+  for (unsigned seed = 0; seed < 3000; ++seed) {
     auto const block = RandomTree(seed).Block();
     auto const packed = block.Pack();
     CBlock fromText;
@@ -253,9 +173,11 @@ TEST(BothForms, KeepEveryBitOfADouble) {
   CBlock_func func(L"F");
   std::vector<std::uint64_t> bits;
   while (bits.size() < 20000) {
-    auto const value = std::bit_cast<double>(random());
-    if (std::isnan(value))
-      continue;
+    // Each eighth one is a nan with some sign and payload, each other eighth has the least exponent.
+    auto const any = random();
+    auto const value = std::bit_cast<double>(bits.size() % 8 == 0   ? any | 0x7ff0000000000000
+                                             : bits.size() % 8 == 4 ? any & 0x800fffffffffffff
+                                                                    : any);
     bits.push_back(std::bit_cast<std::uint64_t>(value));
     func << value;
   }
@@ -270,6 +192,31 @@ TEST(BothForms, KeepEveryBitOfADouble) {
   std::string binary;
   ASSERT_TRUE(EncodeItem(func, Form::Binary, kExactDigits, binary));
   EXPECT_LT(binary.size(), bits.size() * 8 + 20);
+}
+
+TEST(TextForm, SpellsTheSignAndTheBitsOfANanThatIsNotTheUsualOne) {
+  struct Case {
+    std::uint64_t bits;
+    char const * text;
+  };
+  for (Case const & each : {Case{0x7ff8000000000000, "nan"}, Case{0xfff8000000000000, "-nan"},
+                            Case{0x7ff0000000000001, "nan.1"}, Case{0xffffffffffffffff, "-nan.fffffffffffff"}}) {
+    CBlock_named_value const value(L"V", CBlock_value(std::bit_cast<double>(each.bits)));
+    EXPECT_EQ(TextOf(value), std::string("V = ") + each.text);
+    CBlock_named_value read;
+    double number = 0;
+    ASSERT_TRUE(read.Unpack(value.Pack()) && read.Query(number)) << each.text;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(number), each.bits);
+    CBlock_func run(L"F");
+    run << 1.5 << std::bit_cast<double>(each.bits) << 2.5;
+    CBlock_func runRead;
+    ASSERT_TRUE(runRead.Unpack(run.Pack()));
+    ASSERT_EQ(runRead.AllReals().size(), 3u) << each.text;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(runRead.AllReals()[1]), each.bits);
+  }
+  for (char const * const wrong : {"nan.", "nan.0", "nan.10000000000000", "nan.x", "-nan.", "-nan(1)", "nan8", "-n"})
+    EXPECT_FALSE(DecodeItem(std::string("V = ") + wrong, Form::Text)) << wrong;
+  EXPECT_TRUE(DecodeItem("nan.1 = 1", Form::Text)) << "a name all the same";
 }
 
 TEST(BothForms, RefuseTheOtherForm) {
@@ -339,6 +286,52 @@ TEST(HostileInput, NestedTooDeeplyIsRefused) {
     text.append(depth, '}');
     CBlock out(L"Kept");
     EXPECT_FALSE(DecodeBlock(text, Form::Text, out));
+  }
+}
+
+TEST(HostileInput, NestedTooDeeplyInTheBinaryFormIsRefused) {
+  // From the inside out: each block's length is that of the block in it.
+  std::string bytes;
+  constexpr std::size_t depth = 100000;
+  constexpr std::size_t head = 10; // tag, empty name, 8 bytes of length
+  for (std::size_t level = 0; level < depth; ++level) {
+    bytes += std::string("\x01\0", 2);
+    std::uint64_t const length = (depth - 1 - level) * head;
+    for (unsigned i = 0; i < 8; ++i)
+      bytes += static_cast<char>(length >> (8 * i));
+  }
+  CBlock out(L"Kept");
+  EXPECT_FALSE(DecodeBlock(bytes, Form::Binary, out));
+  EXPECT_EQ(out.Name(), L"Kept");
+  EXPECT_TRUE(DecodeBlock(std::string_view(bytes).substr((depth - kMaxDepth) * head), Form::Binary, out));
+}
+
+TEST(HostileInput, MakesATreeNoLargerThanASmallMultipleOfIt) {
+  constexpr std::size_t most = 128;
+  auto const check = [&](std::string const & head, std::string const & each, std::string const & tail, Form form) {
+    std::string bytes = head;
+    while (bytes.size() < 100000 && !each.empty())
+      bytes += each;
+    bytes += tail;
+    auto const item = DecodeItem(bytes, form);
+    ASSERT_TRUE(item) << each;
+    EXPECT_LT(item->SizeOf(true), bytes.size() * most) << each;
+    EXPECT_GT(item->SizeOf(true), bytes.size() / 2) << each;
+  };
+  for (char const * const each : {"a{}", "a[]", "a()", "a=1 "})
+    check("B{", each, "}", Form::Text);
+  check("F(1", ",a=1", ")", Form::Text);
+  check("F(1", ",none", ")", Form::Text);
+  check("F(1", ",\"\"", ")", Form::Text);
+  check("F(1", ",1", ")", Form::Text);
+  for (auto const & each : {std::string("\x02\0\0", 3), std::string("\x03\0\0", 3), std::string("\x04\0\0", 3)}) {
+    std::string body;
+    while (body.size() < 100000)
+      body += each;
+    std::string length;
+    for (unsigned i = 0; i < 8; ++i)
+      length += static_cast<char>(body.size() >> (8 * i));
+    check(std::string("\x01\0", 2) + length + body, "", "", Form::Binary);
   }
 }
 

@@ -207,6 +207,16 @@ TEST(BlockLookup, WalksTheIndexByNameWithoutCase) {
   EXPECT_EQ(block.Item(block.find(L"c"))->Name(), L"C");
 }
 
+TEST(BlockLookup, OrdersTheIndexByAComparatorOfItsOwnThatIgnoresCase) {
+  using Index = std::multimap<AString, CBlock_item *, ACharNoCaseLess>;
+  static_assert(std::is_same_v<CBlock::const_iterator, Index::const_iterator>);
+  ACharNoCaseLess const less;
+  EXPECT_FALSE(less(L"MaxPasses", L"maxpasses") || less(L"maxpasses", L"MaxPasses"));
+  EXPECT_TRUE(less(L"alpha", L"Beta") && less(L"Alpha", L"beta"));
+  EXPECT_FALSE(less(L"\x00c9t\x00e9", L"\x00e9T\x00c9"));
+  EXPECT_TRUE(less(L"a", L"A1"));
+}
+
 TEST(BlockLookup, FindsWhatIsAppendedBetweenLookups) {
   CBlock block(L"B");
   for (int i = 0; i < 200; ++i) {

@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include <sys/stat.h>
+
 using namespace io;
 
 namespace {
@@ -219,6 +221,60 @@ TEST_F(TokenStream, FindsEveryWholeBlockOfAFileCutAnywhere) {
       EXPECT_EQ(block.Size(), length >= endOfA ? 1 : 0);
     }
   }
+}
+
+TEST_F(TokenStream, FindsTheBlocksBehindAMalformedSpot) {
+  std::string const whole = "A {\n  ID = 1\n}\nB {\n  ID = 2\n  Inner {\n    ID = 9\n  }\n}\nC {\n  ID = 3\n}\n";
+  auto const damaged = [&](std::string const & what, std::string const & by) {
+    std::string text = whole;
+    text.replace(text.find(what), what.size(), by);
+    return text;
+  };
+  for (auto const & text : {damaged("ID = 2", "ID = @@@"), damaged("ID = 2", "ID = \"never closed"),
+                            damaged("    ID = 9\n  }", "    ID = 9"), damaged("\n}\nC", "\nC"),
+                            damaged("B {", "\\\\ {"), damaged("B {", "B { { {"), damaged("  Inner {", "\xff")}) {
+    Put(text);
+    CToken_iostream in(Path(), 0);
+    in.BuildIndex(9);
+    EXPECT_FALSE(in.fail());
+    for (auto const & [name, id] : {std::pair(L"A", 1L), std::pair(L"C", 3L)}) {
+      ASSERT_TRUE(in.BlockSeek(name)) << text;
+      CBlock block{AString(name)};
+      in >> block;
+      long found = 0;
+      block >> named(L"ID", found);
+      EXPECT_EQ(found, id) << text;
+    }
+    EXPECT_FALSE(in.BlockSeek(L"Inner")) << text;
+  }
+}
+
+TEST_F(TokenStream, DoesNotTakeWhatLiesInABlockForOneOfItsOwnWhereLinesAreNotIndented) {
+  Put("Outer {\nInner {\nID = 1\n}\n}\nNext {\nID = 2\n}\n");
+  CToken_iostream in(Path(), 0);
+  in.BuildIndex(1);
+  EXPECT_TRUE(in.BlockSeek(L"Outer"));
+  EXPECT_FALSE(in.BlockSeek(L"Inner"));
+  EXPECT_TRUE(in.BlockSeek(L"Next"));
+}
+
+TEST_F(TokenStream, IndexesManyUnclosedBlocksInOnePass) {
+  std::string text;
+  for (int i = 0; i < 200000; ++i)
+    text += "A {\n";
+  Put(text + "B {\n}\n");
+  CToken_iostream in(Path(), 0);
+  in.BuildIndex(9);
+  EXPECT_FALSE(in.BlockSeek(L"A"));
+  EXPECT_TRUE(in.BlockSeek(L"B"));
+}
+
+TEST_F(TokenStream, DoesNotWaitForAPipe) {
+  ASSERT_EQ(::mkfifo((m_folder / "file").c_str(), 0600), 0);
+  CToken_istream in(Path(), 1);
+  EXPECT_TRUE(in.fail());
+  in.BuildIndex(1);
+  EXPECT_FALSE(in.BlockSeek(L"A"));
 }
 
 TEST_F(TokenStream, ReadsANamedValueThroughAManipulator) {

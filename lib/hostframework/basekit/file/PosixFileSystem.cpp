@@ -187,7 +187,8 @@ int Flags(OpenMode mode) {
 class PosixFileSystem : public IFileSystem {
 public:
   FileStatus Open(LongFileName const & path, OpenMode mode, std::unique_ptr<IFile> & opened) override {
-    int const descriptor = ::open(Bytes(path).c_str(), Flags(mode) | O_CLOEXEC, 0666);
+    // O_NONBLOCK: the opening of a pipe would wait for its other end; for files it means nothing.
+    int const descriptor = ::open(Bytes(path).c_str(), Flags(mode) | O_CLOEXEC | O_NONBLOCK, 0666);
     if (descriptor < 0)
       return Failure(L"open", path.FilePath(), errno);
     auto file = std::make_unique<PosixFile>(descriptor, path.FilePath());

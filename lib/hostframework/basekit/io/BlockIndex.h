@@ -1,6 +1,6 @@
 #pragma once
 
-#include "basekit/text/AString.h"
+#include "basekit/io/ACharNoCaseLess.h"
 
 #include <map>
 #include <optional>
@@ -9,7 +9,9 @@
 namespace io {
 
 /// Where the top-level blocks of a file lie that is a sequence of items, of either form.  Only whole blocks count:
-/// a file that ends abruptly loses the block that it ends in.  Flags: IndexFlags.
+/// a file that ends abruptly loses the block that it ends in.  Behind a malformed spot in text the index goes on with
+/// the next line that begins with a block's head; behind one in binary items nothing can be told apart any more. Flags:
+/// IndexFlags.
 class BlockIndex {
 public:
   BlockIndex(std::string_view bytes, int flags);
@@ -21,7 +23,7 @@ public:
 private:
   void Add(AString const & name, std::size_t start, int flags);
 
-  std::map<AString, std::size_t> m_starts; // by folded name
+  std::map<AString, std::size_t, ACharNoCaseLess> m_starts;
 };
 
 } // namespace io

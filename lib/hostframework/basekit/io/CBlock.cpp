@@ -17,13 +17,13 @@ constexpr std::size_t kSmall = 8;
 } // namespace
 
 struct CBlock::NameIndex {
-  std::multimap<AString, CBlock_item *> byName;
+  std::multimap<AString, CBlock_item *, ACharNoCaseLess> byName;
   unsigned long renames = 0; // CBlock_item::RenameCount when it was last known to hold
 
-  void Add(CBlock_item * item) { byName.emplace(item->Name().ToLower(), item); }
+  void Add(CBlock_item * item) { byName.emplace(item->Name(), item); }
   bool Holds() const {
     return std::all_of(byName.begin(), byName.end(),
-                       [](auto const & entry) { return entry.second->Name().ToLower() == entry.first; });
+                       [](auto const & entry) { return AString::MatchNoCase(entry.second->Name(), entry.first); });
   }
 };
 
@@ -204,13 +204,13 @@ CBlock::NameIndex & CBlock::Index() const {
   return *m_index;
 }
 
-CBlock::const_iterator CBlock::begin(AString const & name) const { return Index().byName.lower_bound(name.ToLower()); }
+CBlock::const_iterator CBlock::begin(AString const & name) const { return Index().byName.lower_bound(name); }
 
-CBlock::const_iterator CBlock::end(AString const & name) const { return Index().byName.upper_bound(name.ToLower()); }
+CBlock::const_iterator CBlock::end(AString const & name) const { return Index().byName.upper_bound(name); }
 
 CBlock::const_iterator CBlock::find(AString const & name) const {
   auto const & index = Index().byName;
-  auto const [first, last] = index.equal_range(name.ToLower());
+  auto const [first, last] = index.equal_range(name);
   return first == last ? index.end() : first;
 }
 
@@ -229,7 +229,7 @@ CBlock_item * CBlock::FindItem(AString const & name, Kind kind) const {
         return item.Item();
     return nullptr;
   }
-  auto const [first, last] = Index().byName.equal_range(name.ToLower());
+  auto const [first, last] = Index().byName.equal_range(name);
   auto const at = std::find_if(first, last, [&](auto const & entry) { return entry.second->ItemKind() == kind; });
   return at == last ? nullptr : at->second;
 }

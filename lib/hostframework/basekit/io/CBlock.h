@@ -1,5 +1,6 @@
 #pragma once
 
+#include "basekit/io/ACharNoCaseLess.h"
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_item.h"
 #include "basekit/io/CBlock_named_value.h"
@@ -22,8 +23,8 @@ class CBlockVecPtr;
 class CBlock final : public CBlock_item {
 public:
   using iterator = std::vector<CBlock_ptr<CBlock_item>>::const_iterator;
-  /// A place in the name index, by names without case; equal names in order of insertion.  Key: the folded name.
-  using const_iterator = std::multimap<AString, CBlock_item *>::const_iterator;
+  /// A place in the name index, by names without case; equal names in order of insertion.
+  using const_iterator = std::multimap<AString, CBlock_item *, ACharNoCaseLess>::const_iterator;
 
   CBlock();
   explicit CBlock(AString const & name);

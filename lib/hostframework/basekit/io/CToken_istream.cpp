@@ -10,29 +10,28 @@ namespace io {
 
 namespace {
 
-bool ReadWhole(AString const & path, std::string & content) {
-  auto const name = text::ToUtf8(path);
-  std::FILE * const file = name.find('\0') == std::string::npos ? std::fopen(name.c_str(), "rb") : nullptr;
-  if (!file)
+// What is no file, such as a pipe, is never waited for.
+bool ReadWhole(file::IFile & file, std::string & content) {
+  file::FileInfo info;
+  if (!file.Describe(info).Ok() || info.kind != file::FileKind::File)
     return false;
-  char buffer[64 * 1024];
-  for (std::size_t got = 1; got > 0;) {
-    got = std::fread(buffer, 1, sizeof buffer, file);
-    content.append(buffer, got);
-  }
-  bool const whole = std::ferror(file) == 0;
-  std::fclose(file);
-  return whole;
+  std::size_t got = 0;
+  do {
+    auto const size = content.size();
+    content.resize(size + 64 * 1024);
+    if (!file.Read(size, std::span(content).subspan(size), got).Ok())
+      return false;
+    content.resize(size + got);
+  } while (got > 0);
+  return true;
 }
 
-// A block library is read block by block; null for other files.
-std::unique_ptr<RecordReader> OpenLibrary(AString const & path, bool & isGood) {
-  std::unique_ptr<file::IFile> opened;
+// A block library is read block by block and takes the file; null for other files.
+std::unique_ptr<RecordReader> OpenLibrary(std::unique_ptr<file::IFile> & opened, bool & isGood) {
   char head[kLibraryMagic.size()];
   std::size_t got = 0;
   isGood = true;
-  if (!file::FileSystem().Open(path, file::OpenMode::Read, opened).Ok() || !opened->Read(0, head, got).Ok() ||
-      std::string_view(head, got) != kLibraryMagic)
+  if (!opened->Read(0, head, got).Ok() || std::string_view(head, got) != kLibraryMagic)
     return nullptr;
   auto library = std::make_unique<RecordReader>();
   auto const state = library->Open(std::move(opened));
@@ -43,13 +42,18 @@ std::unique_ptr<RecordReader> OpenLibrary(AString const & path, bool & isGood) {
 } // namespace
 
 CToken_istream::CToken_istream(AString const & path, int) {
+  std::unique_ptr<file::IFile> opened;
+  if (!file::FileSystem().Open(LongFileName(path), file::OpenMode::Read, opened).Ok()) {
+    SetFail();
+    return;
+  }
   bool isGood = false;
-  m_library = OpenLibrary(path, isGood);
+  m_library = OpenLibrary(opened, isGood);
   if (m_library && !isGood)
     SetFail();
   else if (m_library)
     SetBytes(m_content);
-  else if (ReadWhole(path, m_content))
+  else if (ReadWhole(*opened, m_content))
     SetBytes(m_content);
   else
     SetFail();

@@ -1,6 +1,7 @@
 #include "basekit/io/TextLexer.h"
 
 #include "basekit/io/CBlock_value.h"
+#include "basekit/io/TextTokens.h"
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
@@ -28,10 +29,10 @@ bool WordValue(std::string_view word, CBlock_value & value) {
     value = CBlock_value(false);
   else if (word == "none")
     value = CBlock_value();
-  else if (word == "nan")
-    value = CBlock_value(std::numeric_limits<double>::quiet_NaN());
   else if (word == "inf")
     value = CBlock_value(std::numeric_limits<double>::infinity());
+  else if (double nan = 0; ReadNan(word, nan))
+    value = CBlock_value(nan);
   else
     return false;
   return true;
@@ -116,13 +117,15 @@ bool TextLexer::Text(Token const & token, AString & text) {
 }
 
 bool TextLexer::Name(Token const & token, AString & name) {
-  if (auto const * known = m_known.Find(token.text)) {
+  if (auto const * known = m_known ? m_known->Find(token.text) : nullptr) {
     name = *known;
     return true;
   }
   if (!Text(token, name))
     return false;
-  m_known.Keep(token.text, name);
+  if (!m_known)
+    m_known = std::make_unique<KnownNames>();
+  m_known->Keep(token.text, name);
   return true;
 }
 
@@ -189,6 +192,8 @@ bool TextLexer::Number(std::string_view text, bool & whole, long & integer, doub
   whole = asWhole.ec == std::errc() && asWhole.ptr == last && text != "-0";
   if (whole)
     return true;
+  if (text.size() > 1 && text[1] == 'n')
+    return ReadNan(text, real);
   auto const asReal = std::from_chars(first, last, real);
   return asReal.ec == std::errc() && asReal.ptr == last;
 }

@@ -3,6 +3,7 @@
 #include "basekit/io/CToken.h"
 #include "basekit/io/KnownNames.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -47,7 +48,7 @@ private:
   std::string_view m_bytes;
   std::size_t m_position;
   std::wstring m_scratch;
-  KnownNames m_known;
+  std::unique_ptr<KnownNames> m_known; // made by the first name: many lexers read one token
 };
 
 /// The value that a word, number or quoted token stands for; false for anything else.

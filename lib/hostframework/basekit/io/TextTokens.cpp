@@ -4,6 +4,7 @@
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 
@@ -58,6 +59,20 @@ void AppendEscaped(std::string & out, wchar_t c) {
   out.append("\\u{").append(digits, end.ptr) += '}';
 }
 
+constexpr std::uint64_t kPayloadBits = 0xfffffffffffff;
+constexpr std::uint64_t kUsualPayload = 0x8000000000000;
+
+// The usual nan is a plain word; the sign and the 52 bits of any other one stand with it.
+void AppendNan(std::string & out, double value) {
+  auto const bits = std::bit_cast<std::uint64_t>(value);
+  out += std::signbit(value) ? "-nan" : "nan";
+  if ((bits & kPayloadBits) == kUsualPayload)
+    return;
+  char digits[16];
+  auto const end = std::to_chars(digits, digits + sizeof digits, bits & kPayloadBits, 16);
+  out.append(".").append(digits, end.ptr);
+}
+
 // 1e+09 is 1e9, 1e-07 is 1e-7.
 void AppendTidied(std::string & out, char const * first, char const * last) {
   char const * exponent = std::find(first, last, 'e');
@@ -76,6 +91,22 @@ void AppendTidied(std::string & out, char const * first, char const * last) {
 }
 
 } // namespace
+
+bool ReadNan(std::string_view text, double & value) {
+  bool const isNegative = text.starts_with('-');
+  if (!text.substr(isNegative).starts_with("nan"))
+    return false;
+  std::string_view const rest = text.substr(isNegative + std::string_view("nan").size());
+  std::uint64_t payload = kUsualPayload;
+  if (!rest.empty()) {
+    char const * const last = rest.data() + rest.size();
+    auto const read = std::from_chars(rest.data() + 1, last, payload, 16);
+    if (rest.front() != '.' || read.ec != std::errc() || read.ptr != last || payload == 0 || payload > kPayloadBits)
+      return false;
+  }
+  value = std::bit_cast<double>((isNegative ? 0xfff0000000000000 : 0x7ff0000000000000) | payload);
+  return true;
+}
 
 bool IsReservedWord(std::wstring_view word) {
   return word == L"true" || word == L"false" || word == L"none" || word == L"nan" || word == L"inf";
@@ -109,7 +140,7 @@ void AppendInteger(std::string & out, long value) {
 
 void AppendReal(std::string & out, double value, int digits) {
   if (std::isnan(value)) {
-    out += "nan";
+    AppendNan(out, value);
   } else if (std::isinf(value)) {
     out += value < 0 ? "-inf" : "inf";
   } else {

@@ -3,6 +3,7 @@
 #include "basekit/text/AString.h"
 
 #include <string>
+#include <string_view>
 
 namespace io {
 
@@ -14,5 +15,7 @@ void AppendQuoted(std::string & out, AString const & text);
 void AppendInteger(std::string & out, long value);
 /// Digits of 16 or more (or none) give the shortest exact text.
 void AppendReal(std::string & out, double value, int digits);
+/// "nan", "-nan", "nan.1f": sign and, after a dot, the 52 bits in hexadecimal digits where they are not the usual ones.
+bool ReadNan(std::string_view text, double & value);
 
 } // namespace io

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "apps/qsol/OpenLibrary.h"
+#include "apps/qsol/SelectionWords.h"
+
+#include <string>
+#include <vector>
+
+namespace qsol {
+
+struct Streams;
+
+struct ExtractOptions {
+  ViewOptions view;
+  /// Internal or real ones.
+  std::vector<std::string> names;
+  /// Without names: which blocks.
+  SelectionWords selection;
+  bool all = false;
+  std::string folder;
+  /// The stored bytes, not the text form.
+  bool raw = false;
+  /// Files that stand there are replaced.
+  bool force = false;
+  bool json = false;
+};
+
+int Extract(ExtractOptions const & options, Streams const & streams);
+
+} // namespace qsol
