@@ -56,8 +56,8 @@ public:
   /// Reads the whole file up to its end and calls for each damage; returns the number of records that are whole.
   std::size_t Verify(std::function<void(RecordDamage const &)> const & report);
 
-  /// False also for a file that began as a private one and became public with a commit of its own.
-  bool IsPrivate() const { return m_header.isPrivate && m_commit.mergedSalt != m_header.salt; }
+  /// False also for a file that began as a private one and became public: its commits name what they merged.
+  bool IsPrivate() const { return m_header.isPrivate && m_commit.mergedSalt == 0; }
   FileHeader const & Header() const { return m_header; }
   /// Nothing but the begin of a header stands there: the writer stopped before it stored anything.
   bool IsTornHeader() const { return m_isTornHeader; }
