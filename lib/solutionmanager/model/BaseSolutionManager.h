@@ -38,6 +38,7 @@ class SetupConvDef;
 class SetupDirectory;
 class SolutionInstanceManager;
 class VariationIdTable;
+struct RecoveryReport;
 namespace io {
 class BlockJournal;
 }
@@ -388,6 +389,8 @@ public:
   void ApplyVersionIDs(io::CBlock const & designBlock);
   void RecoverUIDeletions(std::vector<long> const & keptSetups, std::vector<long> const & keptSolutions);
   bool IsRecovered() const;
+  /// What the last recovery of this manager took over and dropped.
+  RecoveryReport const & GetRecoveryReport() const { return *m_RecoveryReport; }
 
   // The solution library; see SolutionFileManager
   void SetBinaryMode(bool binary);
@@ -482,4 +485,6 @@ private:
   std::shared_ptr<io::BlockJournal> m_VariationIDJournal;
   /// Definitions that a later one of the same setup type replaced; convergence records may still point at them.
   std::vector<SetupConvDef const *> m_ReplacedConvDefs;
+  /// Never null; filled by recovery.
+  std::unique_ptr<RecoveryReport> m_RecoveryReport;
 };

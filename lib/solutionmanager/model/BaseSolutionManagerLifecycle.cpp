@@ -19,6 +19,7 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/VariationIdTable.h"
+#include "solutionmanager/recovery/RecoveryReport.h"
 #include "solutionmanager/undo/PreserveState.h"
 
 namespace {
@@ -43,6 +44,7 @@ BaseSolutionManager::BaseSolutionManager(LongFileName const & file)
 
 void BaseSolutionManager::BuildMembers() {
   m_VariationIdTable = std::make_unique<VariationIdTable>();
+  m_RecoveryReport = std::make_unique<RecoveryReport>();
   m_VariationIDJournal = std::make_shared<io::BlockJournal>([this](io::CBlock & block) {
     for (auto const & entry : m_VariationIDMap)
       WriteVariationIDBlockFunc(block, entry);
