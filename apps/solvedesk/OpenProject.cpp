@@ -3,6 +3,7 @@
 #include "apps/solvedesk/Console.h"
 #include "desktop/Error.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/RecoveryFailed.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <CLI/CLI.hpp>
@@ -14,8 +15,11 @@ namespace {
 
 wchar_t const * const kExtension = L".sproject";
 
-std::unique_ptr<desktop::Session> Open(std::string const & project, desktop::Session::Access access) {
-  auto session = desktop::Session::Open(ProjectPath(project), access);
+using desktop::Session;
+
+std::unique_ptr<Session> Open(std::string const & project, Session::Access access,
+                              Session::LeftWork work = Session::LeftWork::kGoOn) {
+  auto session = Session::Open(ProjectPath(project), access, work);
   for (AString const & notice : session->GetNotices())
     PrintMessage(Utf8(notice));
   return session;
@@ -52,14 +56,16 @@ AString ProjectPath(std::string const & project) {
   return path.EndsWith(kExtension) ? path : path + kExtension;
 }
 
-std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project) {
-  return Open(project, desktop::Session::Access::kWrite);
+std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project, Session::LeftWork work) {
+  return Open(project, Session::Access::kWrite, work);
 }
 
 std::unique_ptr<desktop::Session> OpenForReading(std::string const & project) {
   std::string reason;
   try {
     return Open(project, desktop::Session::Access::kWrite);
+  } catch (desktop::RecoveryFailed const & error) {
+    reason = error.what();
   } catch (desktop::Error const & error) {
     if (error.Kind() != desktop::ErrorKind::kLocked && error.Kind() != desktop::ErrorKind::kStorage)
       throw;

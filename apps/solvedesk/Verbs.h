@@ -17,6 +17,8 @@ void AddInfoVerb(CLI::App & program, Action & action);
 void AddSetVerb(CLI::App & program, Action & action);
 void AddSolveVerb(CLI::App & program, Action & action);
 void AddSaveVerb(CLI::App & program, Action & action);
+void AddDiscardVerb(CLI::App & program, Action & action);
+void AddRecoverVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
 /// What a solve starts for each core; not for people, so it stands in no help.
 void AddWorkerVerb(CLI::App & program, Action & action);

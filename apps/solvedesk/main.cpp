@@ -47,6 +47,8 @@ void AddVerbs(CLI::App & program, solvedesk::Action & action) {
   solvedesk::AddSetVerb(program, action);
   solvedesk::AddSolveVerb(program, action);
   solvedesk::AddSaveVerb(program, action);
+  solvedesk::AddDiscardVerb(program, action);
+  solvedesk::AddRecoverVerb(program, action);
   solvedesk::AddTouchstoneVerb(program, action);
   solvedesk::AddWorkerVerb(program, action);
 }

@@ -1,6 +1,7 @@
 #include "desktop/product/ProductSolutionManager.h"
 
 #include "basekit/io/CBlock.h"
+#include "desktop/product/StaleResults.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -38,6 +39,8 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     result = io::kBadContent;
   m_recoverOnRead = false;
   if (result == io::kNoError) {
+    if (!m_isReadOnly)
+      m_staleBlocksKept = StaleResults(GetQsolPath()).PutBack(GetSolutionFileManager());
     CreateMissingSetups();
     ApplyVersionIDs(block);
     ReadAllDefinitionBlocks();

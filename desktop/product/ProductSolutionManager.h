@@ -15,6 +15,8 @@ public:
   void SetRecoverOnRead(bool recover) { m_recoverOnRead = recover; }
   /// Before InitializeFromDesign: the library is shown as it was committed, and nothing is ever written.
   void SetReadOnly();
+  /// Blocks of earlier versions that the takeover of the last read dropped and that were put back.
+  int CountStaleBlocksKept() const { return m_staleBlocksKept; }
 
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,
@@ -41,6 +43,7 @@ private:
 
   bool m_recoverOnRead = false;
   bool m_isReadOnly = false;
+  int m_staleBlocksKept = 0;
   std::vector<SetupOfDesign> m_setupsBeingRead;
 };
 

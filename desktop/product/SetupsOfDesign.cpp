@@ -5,6 +5,8 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
+#include <algorithm>
+
 namespace desktop {
 
 namespace {
@@ -13,6 +15,30 @@ template <class Visit> void ForEachBlock(io::CBlock const & block, AString const
   for (auto const & child : block)
     if (io::CBlock_ptr<io::CBlock> const found(child); found && AString::MatchNoCase(found->Name(), name))
       visit(*found);
+}
+
+// Versions are told by names.
+void EnterVersions(io::CBlock const & designBlock, std::vector<SetupOfDesign> & setups) {
+  ForEachBlock(designBlock, L"Version ID Map", [&](io::CBlock const & versions) {
+    ForEachBlock(versions, L"Setup", [&](io::CBlock const & setupBlock) {
+      AString name;
+      setupBlock >> io::named(L"N", name);
+      auto const setup = std::find_if(setups.begin(), setups.end(), [&](auto const & any) { return any.name == name; });
+      if (setup == setups.end())
+        return;
+      setupBlock >> io::named(L"V", setup->version);
+      for (auto const & child : setupBlock) {
+        io::CBlock_ptr<io::CBlock_func> const item(child);
+        AString solutionName;
+        if (!item || !AString::MatchNoCase(item->Name(), L"Soln"))
+          continue;
+        *item >> io::named(L"N", solutionName);
+        for (SolutionOfDesign & solution : setup->solutions)
+          if (solution.name == solutionName)
+            *item >> io::named(L"V", solution.version);
+      }
+    });
+  });
 }
 
 } // namespace
@@ -34,6 +60,7 @@ std::vector<SetupOfDesign> SetupsOfDesign(io::CBlock const & designBlock) {
     if (setup.id != id::invalidID)
       setups.push_back(setup);
   });
+  EnterVersions(designBlock, setups);
   return setups;
 }
 

@@ -15,11 +15,13 @@ namespace desktop {
 struct SolutionOfDesign {
   long id = id::invalidID;
   AString name;
+  long version = id::invalidID; ///< invalid when the block tells none
 };
 struct SetupOfDesign {
   long id = id::invalidID;
   AString typeName;
   AString name;
+  long version = id::invalidID;
   std::vector<SolutionOfDesign> solutions;
 };
 

@@ -53,12 +53,16 @@ void Append(io::CBlock_item const & item, std::string & bytes) {
   throw Error(ErrorKind::kProject, file.FilePath() + L": " + whatAndRemedy);
 }
 
-[[noreturn]] void RefuseCut(LongFileName const & file) {
-  Refuse(file, L"the project file is cut off; put back a copy of it");
+AString ThingOf(ProjectFileKind kind) {
+  return kind == ProjectFileKind::kProject ? L"the project file" : L"the autosave";
 }
 
-[[noreturn]] void RefuseDamaged(LongFileName const & file) {
-  Refuse(file, L"the project file is damaged; put back a copy of it");
+[[noreturn]] void RefuseCut(LongFileName const & file, ProjectFileKind kind) {
+  Refuse(file, ThingOf(kind) + L" is cut off; put back a copy of it");
+}
+
+[[noreturn]] void RefuseDamaged(LongFileName const & file, ProjectFileKind kind) {
+  Refuse(file, ThingOf(kind) + L" is damaged; put back a copy of it");
 }
 
 // The first item tells kind and version, whatever comes behind it.
@@ -68,11 +72,11 @@ void CheckHead(io::CBlock_func const & head, ProjectFileKind kind, LongFileName 
   head >> io::named(kKind, kindName);
   head >> io::named(kFormatItem, format);
   if (!head.Found() || format < 1)
-    RefuseDamaged(file);
+    RefuseDamaged(file, kind);
   if (format > kFormat)
-    Refuse(file, AString::Format(L"the project file has format %d, and this program reads formats up to %d; "
-                                 L"use the program that wrote it, or a newer one",
-                                 format, kFormat));
+    Refuse(file, ThingOf(kind) + AString::Format(L" has format %d, and this program reads formats up to %d; use the "
+                                                 L"program that wrote it, or a newer one",
+                                                 format, kFormat));
   if (kindName != KindName(kind))
     Refuse(file, AString::Format(L"this is a file of kind '%s', where one of kind '%s' is wanted; name another file",
                                  kindName, AString(KindName(kind))));
@@ -131,29 +135,29 @@ std::string ReadProjectBytes(LongFileName const & file) {
 ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, LongFileName const & file) {
   if (!bytes.starts_with(kMagic)) {
     if (kMagic.starts_with(bytes))
-      RefuseCut(file);
+      RefuseCut(file, kind);
     Refuse(file, L"this is no project file; name a file that 'solvedesk new' made");
   }
   std::size_t at = 0;
   io::CBlock_ptr<io::CBlock_func> const head(io::DecodeItemAt(bytes, at));
   if (!head)
-    bytes.find('\n') == std::string::npos ? RefuseCut(file) : RefuseDamaged(file);
+    bytes.find('\n') == std::string::npos ? RefuseCut(file, kind) : RefuseDamaged(file, kind);
   CheckHead(*head, kind, file);
   auto const trailer = bytes.rfind(kTrailer);
   if (trailer == std::string::npos)
-    RefuseCut(file);
+    RefuseCut(file, kind);
   std::size_t trailerAt = trailer + 1;
   std::string_view const checked = std::string_view(bytes).substr(0, trailerAt);
   io::CBlock_ptr<io::CBlock_func> const checksum(io::DecodeItemAt(bytes, trailerAt));
   if (!checksum)
-    RefuseCut(file);
+    RefuseCut(file, kind);
   AString stored;
   auto place = checksum->begin();
   io::CBlock_ptr<io::CBlock> const block(io::DecodeItemAt(bytes, at));
   ProjectRecord record;
   bool const isWhole = checksum->QueryUnamedValues(place, stored) && stored == ChecksumText(checked) && block;
   if (!isWhole)
-    RefuseDamaged(file);
+    RefuseDamaged(file, kind);
   io::CBlock sources(kSource);
   *block >> io::named(kProduct, record.productName) >> io::named(kGeneration, record.generation) >>
       io::named(kDesignName, record.designName) >> io::named(kDesignID, record.designID);
@@ -161,7 +165,7 @@ ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, Lon
                           TakeBlock(*block, record.ids) && TakeBlock(*block, record.design) &&
                           TakeBlock(*block, record.module) && !record.designName.empty();
   if (!isComplete)
-    RefuseDamaged(file);
+    RefuseDamaged(file, kind);
   return record;
 }
 

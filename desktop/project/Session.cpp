@@ -70,9 +70,13 @@ std::set<AString> Session::GetCommittedBlocks() const { return CommittedBlockNam
 
 void Session::CheckSourceUnchanged() const { CheckUnchanged(m_project->GetSourceFiles(), m_project->GetFolder()); }
 
-bool Session::HasUnsavedChanges() const {
-  return m_hasAutosave || m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().HasUnsavedChanges();
+bool Session::HasUnsavedChanges() const { return m_hasAutosave || HasUnsavedResults(); }
+
+bool Session::HasUnsavedResults() const {
+  return m_manager && m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().HasUnsavedChanges();
 }
+
+void Session::NoteAsWritten() { m_lastWritten = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave); }
 
 void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assignments) {
   RefuseWhenReadOnly();

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "basekit/text/AString.h"
+#include "desktop/project/UnsavedWork.h"
 
 #include <memory>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
+
+class LongFileName;
+struct RecoveryReport;
 
 namespace desktop {
 
@@ -32,10 +36,19 @@ public:
     kReadOnly ///< the committed state and nothing else; writes nothing, also while another process writes
   };
 
+  /// What becomes of the work that an earlier session left unsaved; for writing alone.
+  enum class LeftWork {
+    kGoOn,     ///< gone on with; what a crash left is taken over
+    kSetAside, ///< autosave and private library go aside under other names: the saved state, nothing dropped
+    kDiscard   ///< dropped
+  };
+
   /// Makes a new project from a source; nothing is left behind when that fails.  An existing project is refused.
   static std::unique_ptr<Session> Create(AString const & projectPath, AString const & sourceFile,
                                          AString const & productName);
-  static std::unique_ptr<Session> Open(AString const & projectPath, Access access);
+  /// A takeover that fails is a RecoveryFailed: the files stay as they were, and nothing is saved until the user says
+  /// what becomes of the work.
+  static std::unique_ptr<Session> Open(AString const & projectPath, Access access, LeftWork work = LeftWork::kGoOn);
   /// Closes without saving: what is unsaved stays in autosave and private library.
   ~Session();
 
@@ -49,6 +62,12 @@ public:
   /// Writes project file and library; the autosave goes.  When the library can't be committed, project file and
   /// autosave stay as they were.
   void Save();
+  /// Goes back to what was saved last and drops autosave and private library; design and manager are made anew, so
+  /// that nobody may hold on to the former ones.  When the saved state can't be read nothing is dropped; after a
+  /// failure the session is good for nothing but to be closed.
+  void Discard();
+  /// What Discard, or opening with LeftWork::kDiscard, dropped.
+  UnsavedWork const & GetDropped() const { return m_dropped; }
   bool HasUnsavedChanges() const;
   /// Writes and syncs the autosave; called before every solve and after every change.  Nothing is written when the
   /// design is what it was at the last write.
@@ -72,15 +91,24 @@ private:
 
   // Opening one
   void OpenForReading();
-  void OpenForWriting();
-  ProjectRecord RecordToOpen(ProjectRecord const & saved);
+  void OpenForWriting(LeftWork work);
+  void ReadWithWork(ProjectRecord const & record);
+  void TakeOverAfterCrash(ProjectRecord const & record);
   void MakeDesign(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
-  void SetAside(AString const & file, wchar_t const * why);
+  void SetAside(LongFileName const & file, AString const & why);
+  [[noreturn]] void RefuseTakeover(AString const & path, RecoveryReport const & report, AString const & cause) const;
   void RefuseLibrary(AString const & what) const;
+
+  // Going back to the saved state
+  void CheckSavedState(ProjectRecord const & saved);
+  void SetUnsavedAside();
+  void DropUnsaved();
 
   // Saving it
   ProjectRecord MakeRecord() const;
+  void NoteAsWritten();
+  bool HasUnsavedResults() const;
   void WriteChangedDefinitions();
   void WriteMissingDefinitions();
   void RefuseWhenReadOnly() const;
@@ -93,6 +121,7 @@ private:
   std::unique_ptr<ProductSolutionManager> m_manager;
   IDesktopProduct const * m_product = nullptr;
   std::vector<AString> m_notices;
+  UnsavedWork m_dropped;
   long m_generation = 0;
   bool m_hasAutosave = false;
   /// The design as it was last written, for telling whether there is anything to write.

@@ -6,11 +6,16 @@
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/product/StaleResults.h"
+#include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/CommittedLibrary.h"
+#include "desktop/project/LibraryLengths.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/project/RecoveryFailed.h"
 #include "desktop/project/Session.h"
+#include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
 namespace desktop {
@@ -53,22 +58,17 @@ AString NoticeOfTail(AString const & path) {
                                 static_cast<unsigned long>(facts.length - facts.end));
 }
 
-bool HoldTheSame(ProjectRecord const & a, ProjectRecord b) {
-  b.generation = a.generation;
-  return EncodeProject(a, ProjectFileKind::kProject) == EncodeProject(b, ProjectFileKind::kProject);
-}
-
 } // namespace
 
-std::unique_ptr<Session> Session::Open(AString const & projectPath, Access access) {
+std::unique_ptr<Session> Session::Open(AString const & projectPath, Access access, LeftWork work) {
   std::unique_ptr<Session> session(new Session(access));
   session->m_project = std::make_unique<Project>(projectPath);
   session->m_project->SetReadOnly(access == Access::kReadOnly);
   if (access == Access::kReadOnly)
     session->OpenForReading();
   else
-    session->OpenForWriting();
-  session->m_lastWritten = EncodeProject(session->MakeRecord(), ProjectFileKind::kAutosave);
+    session->OpenForWriting(work);
+  session->NoteAsWritten();
   session->m_project->SetUnsavedChangesQuestion([opened = session.get()] { return opened->HasUnsavedChanges(); });
   return session;
 }
@@ -78,7 +78,6 @@ void Session::OpenForReading() {
   for (int attempt = 1;; ++attempt) {
     std::string const bytes = ReadProjectBytes(m_project->GetFile());
     ProjectRecord const record = DecodeProject(bytes, ProjectFileKind::kProject, m_project->GetFile());
-    m_manager.reset();
     MakeDesign(record);
     m_manager->SetReadOnly();
     ReadLibrary(record);
@@ -87,25 +86,38 @@ void Session::OpenForReading() {
   }
 }
 
-void Session::OpenForWriting() {
+void Session::OpenForWriting(LeftWork work) {
   LongFileName const file = m_project->GetFile();
   ReadProjectBytes(file); // A project that isn't there is told as such, and no lock file made.
   m_lock = std::make_unique<ProjectLock>(m_project->GetLockFile());
   ProjectRecord const saved = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file);
-  ProjectRecord const record = RecordToOpen(saved);
+  m_generation = saved.generation;
+  if (work != LeftWork::kGoOn) {
+    CheckSavedState(saved);
+    work == LeftWork::kDiscard ? DropUnsaved() : SetUnsavedAside();
+  }
+  using Fate = AutosaveChoice::Fate;
+  LongFileName const autosaveFile = m_project->GetAutosaveFile();
+  AutosaveChoice const autosave = JudgeAutosave(autosaveFile, saved);
+  m_hasAutosave = autosave.fate == Fate::kWins;
+  ReadWithWork(m_hasAutosave ? autosave.record : saved);
+  // Not before the project is known to open.
+  if (autosave.fate == Fate::kObsolete)
+    LFN_DeleteFile(autosaveFile);
+  else if (autosave.fate == Fate::kForeign)
+    SetAside(autosaveFile, autosave.why);
+}
+
+// The private file of the library tells how the last session ended.
+void Session::ReadWithWork(ProjectRecord const & record) {
   MakeDesign(record);
   AString const path = m_manager->GetQsolPath();
-  AString const project = m_project->GetName();
   switch (library::LibraryReader::StateOfPrivateFile(LongFileName(path))) {
   case PrivateFile::InUse:
     throw Error(ErrorKind::kLocked, path + L": another process writes the project's library; wait until it is done");
-  case PrivateFile::LeftByCrash: {
-    auto const committed = CommittedBlockNames(path);
-    m_manager->SetRecoverOnRead(true);
-    ReadLibrary(record);
-    m_notices.push_back(RecoveryNotice(project, CountNewPoints(*m_manager, committed)));
+  case PrivateFile::LeftByCrash:
+    TakeOverAfterCrash(record);
     return;
-  }
   case PrivateFile::OtherGeneration:
   case PrivateFile::Unreadable: {
     ReadLibrary(record);
@@ -123,39 +135,47 @@ void Session::OpenForWriting() {
   }
 }
 
-// The autosave wins when it continues the project file that is there.
-ProjectRecord Session::RecordToOpen(ProjectRecord const & saved) {
-  m_generation = saved.generation;
-  LongFileName const file = m_project->GetAutosaveFile();
-  if (!LFN_Exists(file))
-    return saved;
+void Session::TakeOverAfterCrash(ProjectRecord const & record) {
+  AString const path = m_manager->GetQsolPath();
+  StaleResults(path).Keep(SetupsOfDesign(record.module));
+  LibraryLengths const before(path);
+  auto const committed = CommittedBlockNames(path);
+  m_manager->SetRecoverOnRead(true);
   try {
-    ProjectRecord autosave = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kAutosave, file);
-    if (autosave.generation == saved.generation) {
-      m_hasAutosave = true;
-      return autosave;
-    }
-    // A save that was cut off before its last step left it, and it holds nothing else.
-    if (HoldTheSame(saved, autosave))
-      LFN_DeleteFile(file);
-    else
-      SetAside(file.FilePath(), L"it continues another state of the project file");
-  } catch (Error const & error) {
-    SetAside(file.FilePath(), L"it can't be read");
+    ReadLibrary(record);
+  } catch (Error const &) {
+    RecoveryReport const report = m_manager->GetRecoveryReport();
+    AString const cause = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError();
+    m_manager.reset(); // Closes the files.
+    before.PutBack();
+    RefuseTakeover(path, report, cause);
   }
-  return saved;
+  m_notices.push_back(RecoveryNotice(m_project->GetName(), CountNewPoints(*m_manager, committed)));
 }
 
-void Session::SetAside(AString const & file, wchar_t const * why) {
+void Session::RefuseTakeover(AString const & path, RecoveryReport const & report, AString const & cause) const {
+  AString why = TextOf(report.failure);
+  if (!cause.empty())
+    why += (why.empty() ? AString() : AString(L": ")) + cause;
+  AString const what = path + L"_priv: the work that a crash left can't be taken over" +
+                       (why.empty() ? AString() : AString(L" (") + why + L")") + L"; it stays as it is: ";
+  if (report.failure == RecoveryReport::Failure::kNotWritten)
+    throw RecoveryFailed(ErrorKind::kStorage, what + L"make room or get permission, and open the project again");
+  throw RecoveryFailed(ErrorKind::kProject, what +
+                                                L"put back a copy of the results folder, or go on from the saved "
+                                                L"state with 'solvedesk recover " +
+                                                m_project->GetName() + L" --set-aside'");
+}
+
+void Session::SetAside(LongFileName const & file, AString const & why) {
   AString aside;
-  LongFileName const path(file);
   bool const isMoved =
-      KvroGetTempFileName(LongFileName(path.DirPath()), path.NameAndExtension() + L".set-aside-", AString(), aside) &&
-      LFN_Rename(path, LongFileName(aside));
+      KvroGetTempFileName(LongFileName(file.DirPath()), file.NameAndExtension() + L".set-aside-", AString(), aside) &&
+      LFN_Rename(file, LongFileName(aside));
   if (!isMoved)
-    throw Error(ErrorKind::kStorage,
-                file + L": can't be set aside (" + LFN_LastError() + L"); get permission to write to the folder");
-  m_notices.push_back(file + L": " + why + L"; it was set aside as " + aside);
+    throw Error(ErrorKind::kStorage, file.FilePath() + L": can't be set aside (" + LFN_LastError() +
+                                         L"); get permission to write to the folder");
+  m_notices.push_back(file.FilePath() + L": " + why + L"; it was set aside as " + aside);
 }
 
 void Session::MakeDesign(ProjectRecord const & record) {
@@ -164,6 +184,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
     throw Error(ErrorKind::kProject, m_project->GetFile().FilePath() + L": the project needs the product '" +
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
+  m_manager.reset(); // It knows the design that goes.
   m_project->SetSourceFiles(record.sources);
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());
   if (!m_design->Read(record.design))

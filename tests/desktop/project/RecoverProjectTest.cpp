@@ -110,7 +110,7 @@ TEST_F(RecoverProject, SetsAsideAnAutosaveThatCanNotBeRead) {
   auto const session = Open();
   EXPECT_EQ(TextOf(*session, L"C"), L"1");
   ASSERT_EQ(session->GetNotices().size(), 1u);
-  EXPECT_NE(Find(session->GetNotices().front(), L"it can't be read; it was set aside as"), AString::npos);
+  EXPECT_NE(Find(session->GetNotices().front(), L"the autosave is cut off; it was set aside as"), AString::npos);
   EXPECT_FALSE(Exists("study.sproject.auto"));
   EXPECT_EQ(Read("study.sproject.auto.set-aside-1"), cut);
 }

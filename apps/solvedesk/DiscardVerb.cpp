@@ -1,0 +1,54 @@
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/Verbs.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace solvedesk {
+namespace {
+
+struct DiscardWords {
+  std::string project;
+  OutputOptions output;
+};
+
+std::string TextOf(desktop::UnsavedWork const & dropped) {
+  if (!dropped.design && !dropped.results)
+    return "nothing to discard";
+  std::string text = "discarded ";
+  if (dropped.design)
+    text += dropped.results ? "changes of the design and " : "changes of the design";
+  if (dropped.results)
+    text += dropped.points > 0 ? Count(dropped.points, "unsaved point") : "unsaved results";
+  return text;
+}
+
+int Discard(DiscardWords const & words) {
+  auto const session = OpenForWriting(words.project, desktop::Session::LeftWork::kDiscard);
+  desktop::UnsavedWork const & dropped = session->GetDropped();
+  std::string const path = Utf8(ProjectPath(words.project));
+  PrintResult(words.output, fmt::format("{}: {}\n", path, TextOf(dropped)),
+              {{"project", path},
+               {"discarded", dropped.design || dropped.results},
+               {"design_changes", dropped.design},
+               {"points", dropped.points}});
+  return 0;
+}
+
+} // namespace
+
+void AddDiscardVerb(CLI::App & program, Action & action) {
+  auto const words = std::make_shared<DiscardWords>();
+  CLI::App * const verb = program.add_subcommand("discard", "go back to what was saved last; unsaved work is dropped");
+  AddProjectWord(*verb, words->project);
+  AddOutputOptions(*verb, words->output);
+  verb->footer(
+      "Example:\n  solvedesk discard lowpass\n\n"
+      "Drops unsaved changes of the design and unsaved results, also those that a crash left and that no verb\n"
+      "took over yet. What is saved stays.");
+  verb->callback([&action, words] { action = [words] { return Discard(*words); }; });
+}
+
+} // namespace solvedesk

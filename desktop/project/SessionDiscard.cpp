@@ -1,0 +1,82 @@
+// Going back to the saved state of a project: what is unsaved is dropped, or set aside.
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/IFileSystem.h"
+#include "desktop/Error.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/ProjectFile.h"
+#include "desktop/project/ProjectLock.h"
+#include "desktop/project/Session.h"
+#include "viewkit/library/LibraryReader.h"
+
+namespace desktop {
+
+namespace {
+
+LongFileName PrivateFileOf(AString const & libraryPath) { return libraryPath + L"_priv"; }
+
+void RefuseInUse(AString const & libraryPath) {
+  using library::LibraryReader;
+  if (LibraryReader::StateOfPrivateFile(LongFileName(libraryPath)) == LibraryReader::PrivateFile::InUse)
+    throw Error(ErrorKind::kLocked,
+                libraryPath + L": another process writes the project's library; wait until it is done");
+}
+
+void Remove(LongFileName const & file) {
+  if (LFN_Exists(file) && !LFN_DeleteFile(file))
+    throw Error(ErrorKind::kStorage, file.FilePath() + L": can't be removed (" + LFN_LastError() +
+                                         L"); get permission to write to the folder, and try again");
+}
+
+} // namespace
+
+void Session::Discard() {
+  RefuseWhenReadOnly();
+  LongFileName const file = m_project->GetFile();
+  ProjectRecord const saved = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file);
+  m_notices.clear();
+  CheckSavedState(saved);
+  DropUnsaved();
+  MakeDesign(saved);
+  ReadLibrary(saved);
+  m_generation = saved.generation;
+  NoteAsWritten();
+}
+
+// Nothing is given up for a state that can't be had.
+void Session::CheckSavedState(ProjectRecord const & saved) {
+  MakeDesign(saved);
+  AString const path = m_manager->GetQsolPath();
+  if (!LFN_Exists(LongFileName(path)))
+    throw Error(ErrorKind::kProject, path + L": the library is missing, so there is no saved state to go back to; put "
+                                            L"back a copy of it first");
+  m_manager->SetReadOnly();
+  ReadLibrary(saved);
+  m_notices.clear(); // They come again.
+}
+
+void Session::DropUnsaved() {
+  AString const path = m_manager->GetQsolPath();
+  m_manager.reset();
+  RefuseInUse(path);
+  m_dropped = {LFN_Exists(m_project->GetAutosaveFile()), LFN_Exists(PrivateFileOf(path)), CountUnsavedPoints(path)};
+  // The results first: an autosave without them is a design to solve, they without it would be results of nothing.
+  Remove(PrivateFileOf(path));
+  Remove(m_project->GetAutosaveFile());
+  m_hasAutosave = false;
+  // Files that a loss of power brings back are unsaved work again.
+  static_cast<void>(file::FileSystem().SyncFolder(LongFileName(path).DirPath()));
+  static_cast<void>(file::FileSystem().SyncFolder(m_project->GetFolder()));
+}
+
+void Session::SetUnsavedAside() {
+  AString const path = m_manager->GetQsolPath();
+  m_manager.reset();
+  RefuseInUse(path);
+  for (LongFileName const & file : {PrivateFileOf(path), m_project->GetAutosaveFile()})
+    if (LFN_Exists(file))
+      SetAside(file, L"left out as was asked for");
+}
+
+} // namespace desktop
