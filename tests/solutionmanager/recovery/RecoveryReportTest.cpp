@@ -92,17 +92,22 @@ TEST_F(RecoveryReportTest, DroppedBlocksAreListedWithTheReason) {
   io::CBlock const design = SavedDesign();
   Crash([&] {
     Open();
-    Save(DataKey(L"x=2"));
-    Save(DataKey(L"x=2", 44));
-    Save(Key(m_setupID, L"x=2", SolutionVariationKey::kProfileDataKey, 44));
+    for (long const version : {0, 44, 45})
+      Save(DataKey(L"x=2", version));
   });
   ReopenRecovering(design);
-  Drops const expected = {
-      {Key(m_setupID, L"x=2", SolutionVariationKey::kProfileDataKey, 44).Pack(), Reason::kOtherVersion},
-      {DataKey(L"x=2", 44).Pack(), Reason::kOtherVersion}};
-  auto const dropped = Dropped();
-  EXPECT_TRUE(std::is_permutation(dropped.begin(), dropped.end(), expected.begin(), expected.end()));
+  EXPECT_EQ(Dropped(), (Drops{{DataKey(L"x=2", 44).Pack(), Reason::kOtherVersion},
+                              {DataKey(L"x=2", 45).Pack(), Reason::kOtherVersion}}));
   EXPECT_EQ(Report().realNames, std::vector<AString>{DataKey(L"x=2").Pack()});
+}
+
+TEST_F(RecoveryReportTest, BlocksOfUnknownObjectsAreListedWithTheReason) {
+  long const setup = AddSetup(L"A").GetID();
+  Save(Key(setup, L"x=1", 901, 0));
+  Save(Key(900, L"x=1", 901, 0));
+  Manager().RecoverVersionConsistency(DesignBlock());
+  EXPECT_EQ(Dropped(), (Drops{{Key(setup, L"x=1", 901, 0).Pack(), Reason::kSolutionUnknown},
+                              {Key(900, L"x=1", 901, 0).Pack(), Reason::kSetupUnknown}}));
 }
 
 TEST_F(RecoveryReportTest, DeletionsOfTheInterfaceAreListedAndNoLongerCounted) {

@@ -25,6 +25,16 @@ protected:
   static constexpr long kConvergence = SolutionVariationKey::kConvDataKey;
 };
 
+/// Names what the design knows before versions are compared, as a product does: a definition block that stands under
+/// another version than the block names tell gives no name.
+struct NamingManager : TestManager {
+  using TestManager::TestManager;
+  void SetRecoveredVersionIDs() override {
+    BaseSolutionManager::SetRecoveredVersionIDs();
+    GetSetups().begin()->second->SetName(L"A");
+  }
+};
+
 /// Tells in which order the product's own parts of a recovery were called.
 struct WatchedManager : TestManager {
   using TestManager::TestManager;
@@ -44,34 +54,48 @@ struct WatchedManager : TestManager {
 } // namespace
 
 TEST_F(VersionConsistencyTest, BlocksOfAnUnknownSetupGo) {
-  RecoverAfter([&] {
-    Save(Key(900, L"x=1", 901, 0));
-    Save(DataKey(L"x=2"));
-  });
+  AddSetup(L"A");
+  Save(Key(900, L"x=1", 901, 0));
+  Save(Key(900, L"x=1", kProfile, 0));
+  Manager().RecoverVersionConsistency(DesignBlock());
   EXPECT_FALSE(Has(Key(900, L"x=1", 901, 0)));
-  EXPECT_TRUE(Has(DataKey(L"x=2")));
+  EXPECT_FALSE(Has(Key(900, L"x=1", kProfile, 0)));
+  EXPECT_TRUE(std::filesystem::exists(PublicFile())) << "a deletion is committed";
 }
 
 TEST_F(VersionConsistencyTest, BlocksOfAnUnknownSolutionGoWhateverTheirVersion) {
-  io::CBlock const design = SavedDesign();
-  Crash([&] {
-    Open();
-    Save(Key(m_setupID, L"x=1", 901, 0));
-    Save(Key(m_setupID, L"x=1", 901, 44));
-  });
-  Open();
-  m_manager.reset();
-  // Block names alone make the solution; the test takes it away again before versions are compared.
-  m_manager = std::make_unique<TestManager>(&m_design);
-  m_manager->InitializeFromDesign(false);
-  ASSERT_TRUE(Manager().RecoverQsolFile(design, Manager().GetQsolPath()));
-  FirstSetup().DeleteSolution(901, nullptr);
-  Save(Key(m_setupID, L"x=1", 901, 0));
-  Save(Key(m_setupID, L"x=1", 901, 44));
-  Manager().RecoverVersionConsistency(design);
-  EXPECT_FALSE(Has(Key(m_setupID, L"x=1", 901, 0)));
-  EXPECT_FALSE(Has(Key(m_setupID, L"x=1", 901, 44)));
-  EXPECT_TRUE(Has(DataKey(L"x=1")));
+  long const setup = AddSetup(L"A").GetID();
+  Save(Key(setup, L"x=1", 901, 0));
+  Save(Key(setup, L"x=1", 901, 44));
+  Save(Key(setup, L"x=1", SolutionOf(FirstSetup()).GetID(), 0));
+  Manager().RecoverVersionConsistency(DesignBlock());
+  EXPECT_FALSE(Has(Key(setup, L"x=1", 901, 0)));
+  EXPECT_FALSE(Has(Key(setup, L"x=1", 901, 44)));
+  EXPECT_TRUE(Has(Key(setup, L"x=1", SolutionOf(FirstSetup()).GetID(), 0)));
+}
+
+TEST_F(VersionConsistencyTest, ObjectsThatBlockNamesAloneMakeKeepTheirBlocksOnPurpose) {
+  RecoverAfter([&] { Save(Key(900, L"x=1", 901, 0)); });
+  EXPECT_TRUE(Has(Key(900, L"x=1", 901, 0)));
+  EXPECT_NE(Manager().GetISolutionByID(901, false, false), nullptr) << "what the interface knows decides later";
+}
+
+TEST_F(VersionConsistencyTest, AKeyWithoutARealVersionTakesAllVersionsAlongOnPurpose) {
+  long const setup = AddSetup(L"A").GetID();
+  long const solution = SolutionOf(FirstSetup()).GetID();
+  Save(Key(setup, L"x=1", solution, -1));
+  Save(Key(setup, L"x=1", solution, 0));
+  Save(Key(setup, L"x=2", solution, 0));
+  Manager().RecoverVersionConsistency(DesignBlock());
+  EXPECT_FALSE(Has(Key(setup, L"x=1", solution, 0)));
+  EXPECT_TRUE(Has(Key(setup, L"x=2", solution, 0)));
+  EXPECT_EQ(Report().dropped.size(), 2u);
+}
+
+TEST_F(VersionConsistencyTest, NothingToDropIsNotCommitted) {
+  AddSetup(L"A");
+  Manager().RecoverVersionConsistency(DesignBlock());
+  EXPECT_FALSE(std::filesystem::exists(PublicFile()));
 }
 
 TEST_F(VersionConsistencyTest, AKeyOfNoSetupIsKept) {
@@ -101,7 +125,7 @@ TEST_F(VersionConsistencyTest, ProfilesAndConvergenceFollowTheVersionOfTheSetup)
       for (Key const & key : *keys)
         Save(key);
   });
-  ReopenRecovering(design);
+  OpenAs<NamingManager>(design, true);
   for (Key const & key : kept)
     EXPECT_TRUE(Has(key)) << testing::PrintToString(key.Pack());
   for (Key const & key : gone)

@@ -211,8 +211,8 @@ struct ReplacedOutputVariable {
   static KelvroDeltaState * Change(World & world) {
     auto * delta = new COutputVariableMapDeltaState(&world.variables);
     delta->Record(L"Gain", world.variables.at(L"Gain"), false);
-    world.variables[L"gain"] = new OutputVariable(L"gain");
-    delta->Record(L"gain", world.variables.at(L"Gain"), true);
+    world.variables.erase(L"Gain");
+    delta->Record(L"gain", world.variables.emplace(L"gain", new OutputVariable(L"gain")).first->second, true);
     return delta;
   }
 };

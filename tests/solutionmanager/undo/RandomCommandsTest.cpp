@@ -69,7 +69,7 @@ public:
         entry.solutions[solutionID] = {solution->GetSolutionName(), solution->GetVersionID()};
     }
     for (auto const & [name, variable] : m_variables)
-      plain.variables[name] = variable->Name();
+      plain.variables[name] = variable->GetName();
     for (auto const & [index, variation] : m_variations)
       plain.variations[index.GetVariation()] =
           static_cast<long>(static_cast<support::TestVariation const *>(variation)->values.front());
@@ -122,7 +122,7 @@ private:
       auto * const variable = new OutputVariable(NewName());
       delta->Record(name, variable, true);
       m_variables.emplace(name, variable);
-      plain.variables[name] = variable->Name();
+      plain.variables[name] = variable->GetName();
     }
     command.AddDeltaState(delta);
   }
