@@ -12,6 +12,7 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
+#include "solutionmanager/undo/Graveyard.h"
 #include "solutionmanager/undo/PreserveState.h"
 
 #include <algorithm>
@@ -49,6 +50,9 @@ BaseSolution::~BaseSolution() {
     delete variation;
   for (auto const & [index, variation] : m_DeletedVariationMap)
     delete variation;
+  if (m_DisplacedVariations)
+    for (BaseSolutionVariation * const variation : m_DisplacedVariations->TakeAll())
+      delete variation;
   delete m_Extractor;
 }
 

@@ -42,6 +42,9 @@ struct RecoveryReport;
 namespace io {
 class BlockJournal;
 }
+namespace undo {
+template <class Map> class Graveyard;
+}
 
 /// All solved data of one design: the class that every product derives its solution manager from.
 ///
@@ -485,6 +488,9 @@ private:
   std::shared_ptr<io::BlockJournal> m_VariationIDJournal;
   /// Definitions that a later one of the same setup type replaced; convergence records may still point at them.
   std::vector<SetupConvDef const *> m_ReplacedConvDefs;
+  /// Deleted setups whose place in the deleted map another one took.
+  std::shared_ptr<undo::Graveyard<SetupMap>> m_DisplacedSetups;
+  std::shared_ptr<undo::Graveyard<SetupMap>> m_DisplacedImportedSetups; ///< the setups belong to the product
   /// Never null; filled by recovery.
   std::unique_ptr<RecoveryReport> m_RecoveryReport;
 };

@@ -10,6 +10,7 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
+#include "solutionmanager/undo/Graveyard.h"
 
 #include <set>
 
@@ -291,6 +292,8 @@ void BaseSolution::AddSolutionVariation(BaseSolutionVariation * variation) {
 }
 
 void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroCommand *) {
+  if (!m_DisplacedVariations)
+    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
   std::set<AString> packedKeys;
   for (auto at = m_VariationMap.begin(); at != m_VariationMap.end();) {
     if (at->first.GetVariation().Compare(variation) != 0) {
@@ -299,12 +302,7 @@ void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroComm
     }
     BaseSolutionVariation * const entry = at->second;
     packedKeys.insert(entry->GetSolutionVariationKey().Pack());
-    // An object that a former deletion left under this index can't come back any more.
-    auto const [place, isNew] = m_DeletedVariationMap.emplace(at->first, entry);
-    if (!isNew) {
-      delete place->second;
-      place->second = entry;
-    }
+    m_DisplacedVariations->Enter(m_DeletedVariationMap, at->first, entry);
     entry->ClearInstanceMemoryData();
     if (m_StatesJournal)
       m_StatesJournal->Removed(*at);

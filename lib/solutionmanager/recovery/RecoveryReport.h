@@ -18,7 +18,7 @@ struct RecoveryReport {
     kNone,
     kNameMapDamaged,    ///< the map of block names can't be read from one of the files
     kFileRefused,       ///< the private file belongs to another public file, is locked or can't be read
-    kNotWritten,        ///< the merged map of names, or the commit of what was taken over, didn't reach the disk
+    kNotWritten,        ///< the merged map of names didn't reach the disk
     kDefinitionsDamaged ///< a definition block can't be read
   };
   enum class Reason {
@@ -31,6 +31,8 @@ struct RecoveryReport {
   };
   /// Blocks of the private file that are part of the public one now; those of a setup itself have no solution name.
   struct TakenOver {
+    long setupID = -1;
+    long solutionID = -1; ///< -1 for a setup itself
     AString setup;
     AString solution;
     std::size_t blocks = 0;
@@ -43,14 +45,16 @@ struct RecoveryReport {
 
   Outcome outcome = Outcome::kNotTried;
   Failure failure = Failure::kNone;
+  bool isCommitted = false;   ///< else what was taken over stands in the private file alone
   std::size_t blocks = 0;     ///< taken over, of all kinds
   std::size_t variations = 0; ///< different design variations with data among them
   std::vector<AString> setups;
   std::vector<TakenOver> takenOver; ///< in the order of setup and solution IDs
   std::vector<Dropped> dropped;     ///< in the order in which it was noticed
+  std::vector<AString> realNames;   ///< of the blocks that were taken over; packed keys but for the header's
 };
 
-/// Plain words, for a line of output.
+/// Plain words, for a line of output; empty for no failure.
 AString TextOf(RecoveryReport::Outcome outcome);
 AString TextOf(RecoveryReport::Failure failure);
 AString TextOf(RecoveryReport::Reason reason);
