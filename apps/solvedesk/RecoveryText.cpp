@@ -70,7 +70,7 @@ RecoveryText::RecoveryText(desktop::Session & session, bool isRehearsal) {
   if (report.outcome == RecoveryReport::Outcome::kNotTried)
     m_text = "nothing to recover\n";
   AddTakenOver(report, isRehearsal);
-  AddDropped(session, report, isRehearsal);
+  AddDropped(session, isRehearsal);
 }
 
 void RecoveryText::AddTakenOver(RecoveryReport const & report, bool isRehearsal) {
@@ -95,13 +95,14 @@ void RecoveryText::AddTakenOver(RecoveryReport const & report, bool isRehearsal)
   }
 }
 
-void RecoveryText::AddDropped(desktop::Session & session, RecoveryReport const & report, bool isRehearsal) {
+void RecoveryText::AddDropped(desktop::Session & session, bool isRehearsal) {
+  auto const dropped = session.GetManager().DroppedForGood();
   m_document["dropped"] = Json::array();
-  if (!report.dropped.empty())
+  if (!dropped.empty())
     m_text += fmt::format("  {}: {}\n", isRehearsal ? "would be dropped" : "dropped",
-                          Count(static_cast<long long>(report.dropped.size()), "block"));
+                          Count(static_cast<long long>(dropped.size()), "block"));
   std::size_t lines = 0;
-  for (RecoveryReport::Dropped const & block : report.dropped) {
+  for (RecoveryReport::Dropped const & block : dropped) {
     Owner const owner = OwnerOf(session, block.realName);
     Json entry{{"block", Utf8(block.realName)},
                {"reason", Utf8(TextOf(block.reason))},

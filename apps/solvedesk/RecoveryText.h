@@ -22,7 +22,7 @@ public:
 
 private:
   void AddTakenOver(RecoveryReport const & report, bool isRehearsal);
-  void AddDropped(desktop::Session & session, RecoveryReport const & report, bool isRehearsal);
+  void AddDropped(desktop::Session & session, bool isRehearsal);
 
   std::string m_text;
   nlohmann::ordered_json m_document;

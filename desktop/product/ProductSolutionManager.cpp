@@ -40,7 +40,7 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
   m_recoverOnRead = false;
   if (result == io::kNoError) {
     if (!m_isReadOnly)
-      m_staleBlocksKept = StaleResults(GetQsolPath()).PutBack(GetSolutionFileManager());
+      StaleResults(GetQsolPath()).PutBack(GetSolutionFileManager());
     CreateMissingSetups();
     ApplyVersionIDs(block);
     ReadAllDefinitionBlocks();
@@ -69,6 +69,16 @@ bool ProductSolutionManager::DefinitionFileWrite(io::CBlock & block) { return De
 void ProductSolutionManager::SetRecoveredVersionIDs() {
   BaseSolutionManager::SetRecoveredVersionIDs();
   ApplyNames();
+}
+
+std::vector<RecoveryReport::Dropped> ProductSolutionManager::DroppedForGood() const {
+  std::vector<RecoveryReport::Dropped> dropped = GetRecoveryReport().dropped;
+  std::erase_if(dropped, [this](RecoveryReport::Dropped const & block) {
+    bool isThere = false;
+    GetSolutionFileManager().GetInternalBlockName(isThere, block.realName);
+    return isThere;
+  });
+  return dropped;
 }
 
 AString ProductSolutionManager::TypeOfSetupBeingRead(long id) const {

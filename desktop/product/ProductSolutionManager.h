@@ -2,6 +2,7 @@
 
 #include "desktop/product/SetupsOfDesign.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/recovery/RecoveryReport.h"
 
 namespace desktop {
 
@@ -15,8 +16,8 @@ public:
   void SetRecoverOnRead(bool recover) { m_recoverOnRead = recover; }
   /// Before InitializeFromDesign: the library is shown as it was committed, and nothing is ever written.
   void SetReadOnly();
-  /// Blocks of earlier versions that the takeover of the last read dropped and that were put back.
-  int CountStaleBlocksKept() const { return m_staleBlocksKept; }
+  /// What the takeover of the last read dropped and nothing brought back: stale results are.
+  std::vector<RecoveryReport::Dropped> DroppedForGood() const;
 
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,
@@ -43,7 +44,6 @@ private:
 
   bool m_recoverOnRead = false;
   bool m_isReadOnly = false;
-  int m_staleBlocksKept = 0;
   std::vector<SetupOfDesign> m_setupsBeingRead;
 };
 

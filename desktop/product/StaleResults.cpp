@@ -99,13 +99,11 @@ void StaleResults::Keep(std::vector<SetupOfDesign> const & design) const {
                                          L"again");
 }
 
-int StaleResults::PutBack(SolutionFileManager & library) const {
+void StaleResults::PutBack(SolutionFileManager & library) const {
   LongFileName const file(m_keptPath);
-  if (!LFN_Exists(file))
-    return 0;
   LibraryReader kept;
-  if (kept.Open(file, false) != kSuccess)
-    return 0;
+  if (!LFN_Exists(file) || kept.Open(file, false) != kSuccess)
+    return;
   Batches batches([&library](io::CBlock & batch) { return library.SaveBlocks(batch); });
   bool isStored = true;
   for (auto const & entry : kept.List()) {
@@ -118,7 +116,6 @@ int StaleResults::PutBack(SolutionFileManager & library) const {
   isStored = batches.Flush() && isStored;
   if (isStored && (batches.Count() == 0 || library.UpdateOriginal() == kSuccess))
     DropCopies();
-  return batches.Count();
 }
 
 void StaleResults::DropCopies() const {

@@ -22,8 +22,8 @@ public:
   /// is no room for the copies.
   void Keep(std::vector<SetupOfDesign> const & design) const;
   /// After it, or after one that was cut off: stores what the library lacks and drops the copies.  They stay for the
-  /// next time when that fails.  Returns how many blocks came back.
-  int PutBack(SolutionFileManager & library) const;
+  /// next time when that fails.
+  void PutBack(SolutionFileManager & library) const;
 
 private:
   void DropCopies() const;

@@ -18,6 +18,8 @@
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
+#include <map>
+
 namespace desktop {
 
 namespace {
@@ -36,6 +38,18 @@ int CountNewPoints(ProductSolutionManager const & manager, std::set<AString> con
     count += !known.contains(name) && key.Unpack(name) && key.IsValidVariationDataKey() ? 1 : 0;
   }
   return count;
+}
+
+// The reasons of what is gone for good, each with its number of blocks.
+AString TextOfDropped(std::vector<RecoveryReport::Dropped> const & dropped) {
+  std::map<RecoveryReport::Reason, int> counts;
+  for (RecoveryReport::Dropped const & block : dropped)
+    ++counts[block.reason];
+  AString text;
+  for (auto const & [reason, count] : counts)
+    text += AString::Format(L"; %d %s not taken over: %s", count, AString(count == 1 ? L"block was" : L"blocks were"),
+                            TextOf(reason));
+  return text;
 }
 
 AString RecoveryNotice(AString const & project, int points) {
@@ -150,7 +164,11 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
     before.PutBack();
     RefuseTakeover(path, report, cause);
   }
-  m_notices.push_back(RecoveryNotice(m_project->GetName(), CountNewPoints(*m_manager, committed)));
+  AString notice = RecoveryNotice(m_project->GetName(), CountNewPoints(*m_manager, committed)) +
+                   TextOfDropped(m_manager->DroppedForGood());
+  if (!m_manager->GetRecoveryReport().isCommitted)
+    notice += L"; the library could not be written, so it is unsaved work";
+  m_notices.push_back(notice);
 }
 
 void Session::RefuseTakeover(AString const & path, RecoveryReport const & report, AString const & cause) const {

@@ -1,0 +1,200 @@
+"""usage: kill_desktop.py [--runs N] [--seed SEED]
+
+Kills the desktop at random moments of all that it does: solving, editing, saving, opening after a crash.  Each run is a
+project that lives through some deaths.  The oracle stands outside: what a verb acknowledged (a line of events, an exit
+code of 0) is there when the project is opened again, valid or stale as it was, and valid points have the bits of one
+solve that nobody disturbed.
+"""
+import argparse
+import json
+import os
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, os.path.join(os.environ['SOLUTIONMANAGER_SOURCE'], 'tests', 'e2e'))
+from _solvedesk import SMALL, SOLVEDESK, index_of, read, write  # noqa: E402
+
+# Enough frequencies that a point takes a while.
+NETLIST = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 801 1meg 1g')
+RES = [str(value) for value in range(40, 60)]
+CAP = ['1e-12', '2e-12', '3e-12']
+
+
+class Broken(Exception):
+    """What was acknowledged is not there, or a verb failed that must not."""
+
+
+def desk(*words):
+    done = subprocess.run([SOLVEDESK, *words], stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=300)
+    if done.returncode != 0:
+        raise Broken(f'solvedesk {" ".join(words)}: exit code {done.returncode}\n{done.stdout}{done.stderr}')
+    return done
+
+
+def desk_and_kill(delay, *words):
+    """Runs a verb for so many seconds; gives its lines, and whether it was killed before its end."""
+    process = subprocess.Popen([SOLVEDESK, *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE, text=True)
+    try:
+        out, err = process.communicate(timeout=delay)
+    except subprocess.TimeoutExpired:
+        process.send_signal(signal.SIGKILL)
+        out, err = process.communicate()
+    killed = process.returncode == -signal.SIGKILL
+    if not killed and process.returncode != 0:
+        raise Broken(f'solvedesk {" ".join(words)}: exit code {process.returncode}\n{out}{err}')
+    # The last line may have been cut: an acknowledgement is a whole line.
+    return [line for line in out.splitlines(keepends=True) if line.endswith('\n')], killed
+
+
+def touchstone(project, folder):
+    """{variation: bytes of its file}, comments left out, since they may name the moment of writing."""
+    desk('touchstone', project, '--to', folder, '--digits', '17')
+    return {row['variation']: b'\n'.join(line for line in read(os.path.join(folder, row['file'])).splitlines()
+                                         if not line.startswith(b'!')) for row in index_of(folder)}
+
+
+class Reference:
+    """The undisturbed solve of all points, and how long the verbs take here."""
+
+    def __init__(self):
+        write('small.cir', NETLIST)
+        desk('new', 'whole', '--netlist', 'small.cir')
+        self.seconds = {}
+        self.time('solve', 'whole', '--vary', 'res=' + ','.join(RES), '--vary', 'cap=' + ','.join(CAP), '--no-save')
+        self.time('save', 'whole')
+        self.time('set', 'whole', 'res=50')
+        self.time('info', 'whole')
+        self.files = touchstone('whole', 'whole-files')
+        if len(self.files) != len(RES) * len(CAP):
+            raise Broken(f'the undisturbed solve has {len(self.files)} points')
+
+    def time(self, verb, *words):
+        start = time.monotonic()
+        desk(verb, *words)
+        self.seconds[verb] = time.monotonic() - start
+
+
+class Run:
+    """One project, what it acknowledged, and its deaths."""
+
+    def __init__(self, name, source, reference):
+        self.name, self.source, self.reference = name, source, reference
+        self.acknowledged = {}  # variation: whether it is valid
+        self.design = {'res': '50', 'cap': '1e-12'}
+        self.deaths, self.story = 0, []
+        desk('new', name, '--netlist', 'small.cir')
+
+    def live(self):
+        for _ in range(self.source.randint(3, 6)):
+            self.source.choice((self.solve, self.solve, self.edit_and_solve, self.save, self.look))()
+            self.check()
+        self.finish()
+
+    def attempt(self, verb, *words):
+        """A verb that is killed at a random moment of the time it takes, or comes to its end."""
+        delay = self.source.uniform(0, 1.3 * self.reference.seconds[verb])
+        lines, killed = desk_and_kill(delay, verb, self.name, *words)
+        self.deaths += killed
+        self.story.append(f'{verb} {" ".join(words)}' + (f' (killed after {delay:.3f} s)' if killed else ''))
+        return lines, killed
+
+    def solve(self):
+        res = self.source.sample(RES, self.source.randint(5, len(RES)))
+        cap = self.source.sample(CAP, self.source.randint(1, len(CAP)))
+        words = ['--vary', 'res=' + ','.join(res), '--vary', 'cap=' + ','.join(cap), '--events']
+        words += ['--no-save'] if self.source.random() < 0.6 else []
+        words += ['--jobs', self.source.choice('12')]
+        lines, _ = self.attempt('solve', *words)
+        events = [json.loads(line) for line in lines]
+        self.acknowledged.update({event['variation']: True for event in events if event['event'] == 'stored'})
+        self.story.append(f'  {sum(event["event"] == "stored" for event in events)} points acknowledged')
+
+    def edit_and_solve(self):
+        name, values = self.source.choice((('res', RES), ('cap', CAP)))
+        value = self.source.choice(values)
+        _, killed = self.attempt('set', f'{name}={value}')
+        if killed:  # It may have been done or not.
+            value = self.variables()[name]
+            if value not in (self.design[name], *values):
+                raise Broken(f'{name} is {value} after an edit that was killed')
+        self.design[name] = value
+        self.solve()
+
+    def save(self):
+        self.attempt('save')
+
+    def look(self):
+        """Opening takes over what a crash left: that can be killed too."""
+        self.attempt('info')
+
+    def variables(self):
+        document = json.loads(desk('info', self.name, '--json').stdout)
+        return {entry['name']: entry['value'] for entry in document['design']['variables']}
+
+    def check(self):
+        if self.source.random() < 0.3:
+            return  # Several deaths in a row.
+        document = json.loads(desk('info', self.name, '--json').stdout)
+        design = {entry['name']: entry['value'] for entry in document['design']['variables']}
+        if design != self.design:
+            raise Broken(f'the design is {design}, acknowledged was {self.design}')
+        states = {state['variation']: state for setup in document['setups'] for solution in setup['solutions']
+                  for state in solution['variations']}
+        for variation, valid in self.acknowledged.items():
+            state = states.get(variation)
+            if not state or not state['has_data']:
+                raise Broken(f'{variation} is gone')
+            if state['valid'] != valid:
+                raise Broken(f'{variation} is {"valid" if state["valid"] else "stale"}')
+        if not self.acknowledged:
+            return
+        files = touchstone(self.name, self.name + '-files')
+        for variation, valid in self.acknowledged.items():
+            if valid and files.get(variation) != self.reference.files[variation]:
+                raise Broken(f'{variation} differs from the undisturbed solve')
+
+    def finish(self):
+        """Nothing stands in the way of going on."""
+        desk('save', self.name)
+        self.source = random.Random(1)
+        self.check()
+        desk('solve', self.name, '--vary', 'res=' + ','.join(RES), '--vary', 'cap=' + ','.join(CAP))
+        if touchstone(self.name, self.name + '-files') != self.reference.files:
+            raise Broken('the finished project differs from the undisturbed one')
+
+    def remove(self):
+        for name in os.listdir('.'):
+            if name.startswith(self.name):
+                shutil.rmtree(name) if os.path.isdir(name) else os.remove(name)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument('--runs', type=int, default=20, help='projects')
+    parser.add_argument('--seed', type=int, default=random.SystemRandom().randrange(10 ** 9))
+    options = parser.parse_args()
+    print(f'seed {options.seed} (repeat with --seed {options.seed} --runs {options.runs})', flush=True)
+    source = random.Random(options.seed)
+    reference = Reference()
+    deaths = 0
+    for number in range(options.runs):
+        run = Run(f'run{number}', random.Random(source.randrange(10 ** 9)), reference)
+        try:
+            run.live()
+        except Broken as broken:
+            sys.exit('\n'.join(run.story + [f'run {number}: {broken}']))
+        print(f'run {number}: {run.deaths} deaths, {len(run.acknowledged)} points acknowledged', flush=True)
+        deaths += run.deaths
+        run.remove()
+    if deaths < options.runs:
+        sys.exit(f'only {deaths} deaths in {options.runs} runs: this showed too little')
+    print(f'{deaths} deaths; all that was acknowledged was there')
+
+
+if __name__ == '__main__':
+    main()
