@@ -11,6 +11,8 @@
 namespace desktop {
 
 class Design;
+class Editor;
+class EditLog;
 class IDesktopProduct;
 class ProductSolutionManager;
 class Project;
@@ -44,6 +46,10 @@ public:
   ProductSolutionManager & GetManager() { return *m_manager; }
   IDesktopProduct const & GetProduct() const { return *m_product; }
 
+  /// The door for all edits, with their history, which begins empty with each session.
+  Editor & GetEditor();
+  EditLog & GetEditLog() { return *m_editLog; }
+  EditLog const & GetEditLog() const { return *m_editLog; }
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
   /// Writes project file and library; the autosave goes.  When the library can't be committed, project file and
@@ -56,6 +62,8 @@ public:
   /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
+  /// Refused with ErrorKind::kUsage where nothing may be changed.
+  void RefuseWhenReadOnly() const;
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
@@ -83,7 +91,7 @@ private:
   ProjectRecord MakeRecord() const;
   void WriteChangedDefinitions();
   void WriteMissingDefinitions();
-  void RefuseWhenReadOnly() const;
+  void ForgetEditsOfNoData();
   void RefuseStorage(AString const & what) const;
 
   Access m_access;
@@ -91,6 +99,9 @@ private:
   std::unique_ptr<Project> m_project;
   std::unique_ptr<Design> m_design;
   std::unique_ptr<ProductSolutionManager> m_manager;
+  std::unique_ptr<EditLog> m_editLog;
+  /// Refers to all that stands above.
+  std::unique_ptr<Editor> m_editor;
   IDesktopProduct const * m_product = nullptr;
   std::vector<AString> m_notices;
   long m_generation = 0;

@@ -2,6 +2,7 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
 #include "desktop/Error.h"
+#include "desktop/command/EditLog.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
@@ -165,6 +166,12 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
   m_project->SetSourceFiles(record.sources);
+  SourceBase base;
+  // A project from before there was one: its next reload takes what the source says.
+  if (!ReadSourceBase(record.sourceBase, base))
+    base = SourceBase::Of({}, record.sources);
+  m_project->SetSourceBase(base);
+  m_editLog->Read(record.edits); // What can't be read there leaves the reasons unknown, no more.
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());
   if (!m_design->Read(record.design))
     throw Error(ErrorKind::kProject, m_project->GetFile().FilePath() +
