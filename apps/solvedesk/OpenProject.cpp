@@ -14,8 +14,10 @@ namespace {
 
 wchar_t const * const kExtension = L".sproject";
 
-std::unique_ptr<desktop::Session> Open(std::string const & project, desktop::Session::Access access) {
-  auto session = desktop::Session::Open(ProjectPath(project), access);
+std::shared_ptr<desktop::Session> s_shared;
+
+std::shared_ptr<desktop::Session> Open(std::string const & project, desktop::Session::Access access) {
+  std::shared_ptr<desktop::Session> session = desktop::Session::Open(ProjectPath(project), access);
   for (AString const & notice : session->GetNotices())
     PrintMessage(Utf8(notice));
   return session;
@@ -52,11 +54,19 @@ AString ProjectPath(std::string const & project) {
   return path.EndsWith(kExtension) ? path : path + kExtension;
 }
 
-std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project) {
+SharedSession::SharedSession(std::shared_ptr<desktop::Session> session) { s_shared = std::move(session); }
+
+SharedSession::~SharedSession() { s_shared.reset(); }
+
+std::shared_ptr<desktop::Session> OpenForWriting(std::string const & project) {
+  if (s_shared)
+    return s_shared;
   return Open(project, desktop::Session::Access::kWrite);
 }
 
-std::unique_ptr<desktop::Session> OpenForReading(std::string const & project) {
+std::shared_ptr<desktop::Session> OpenForReading(std::string const & project) {
+  if (s_shared)
+    return s_shared;
   std::string reason;
   try {
     return Open(project, desktop::Session::Access::kWrite);

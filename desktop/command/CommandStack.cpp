@@ -27,7 +27,7 @@ void CommandStack::Push(std::unique_ptr<KelvroCommand> command) {
     m_entries.back()->steps.push_back(std::move(command));
     return;
   }
-  DropUndone();
+  ForgetUndone();
   auto entry = std::make_unique<Entry>();
   entry->name = IsGroupOpen() ? m_groupName : command->GetName();
   entry->serial = ++m_lastSerial;
@@ -37,7 +37,7 @@ void CommandStack::Push(std::unique_ptr<KelvroCommand> command) {
   m_groupHasEntry = IsGroupOpen();
 }
 
-void CommandStack::DropUndone() {
+void CommandStack::ForgetUndone() {
   if (m_cleanPosition > m_position)
     m_cleanPosition = kNowhere;
   // The youngest first: it may refer to what an older one holds.
@@ -74,7 +74,7 @@ bool CommandStack::Redo() {
 
 void CommandStack::Clear() {
   m_position = 0;
-  DropUndone();
+  ForgetUndone();
   m_cleanPosition = 0;
   m_groupHasEntry = false;
 }

@@ -29,6 +29,8 @@ public:
   /// False, and nothing done, when there is none or a group is open.
   bool Undo();
   bool Redo();
+  /// Then there is nothing to redo.
+  void ForgetUndone();
   void Clear();
 
   std::size_t Size() const { return m_entries.size(); }
@@ -52,8 +54,6 @@ public:
 
 private:
   struct Entry;
-
-  void DropUndone();
 
   std::vector<std::unique_ptr<Entry>> m_entries;
   std::size_t m_position = 0;

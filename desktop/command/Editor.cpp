@@ -51,8 +51,23 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
   Told & told = m_told[m_history.NextSerial()];
   told.changes.insert(told.changes.end(), edit.changes.begin(), edit.changes.end());
   told.isInvalidation = edit.isInvalidation;
+  m_lastChanges = told.changes;
   m_history.Push(std::move(edit.command));
   return true;
+}
+
+void Editor::RunGroup(AString const & name, std::function<void()> const & edits) {
+  long const serial = m_history.NextSerial();
+  try {
+    CommandGroup const group(m_history, name);
+    edits();
+  } catch (...) {
+    if (m_history.UndosTo(serial) == 1 && !m_history.IsGroupOpen()) {
+      Undo();
+      m_history.ForgetUndone();
+    }
+    throw;
+  }
 }
 
 bool Editor::Undo() {
@@ -92,6 +107,7 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
     m_session.GetEditLog() = formerLog;
     throw;
   }
+  m_lastChanges = story.changes;
   return true;
 }
 

@@ -63,9 +63,14 @@ public:
   /// the user changed the same thing here; then that stands, and a notice tells.
   bool Reload(std::vector<AString> & notices);
 
+  /// Carries out several edits as one: all of them or none.
+  void RunGroup(AString const & name, std::function<void()> const & edits);
+
   /// False when there is nothing to undo (redo).
   bool Undo();
   bool Redo();
+  /// What the last edit, undo or redo changed, for people.
+  std::vector<EditChange> const & GetLastChanges() const { return m_lastChanges; }
   CommandStack & GetHistory() { return m_history; }
   CommandStack const & GetHistory() const { return m_history; }
   void WasSaved() { m_history.MarkClean(); }
@@ -98,6 +103,7 @@ private:
   CommandStack m_history;
   /// By the serial of the command in the history.
   std::map<long, Told> m_told;
+  std::vector<EditChange> m_lastChanges;
 };
 
 } // namespace desktop

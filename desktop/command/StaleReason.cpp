@@ -1,6 +1,5 @@
 #include "desktop/command/StaleReason.h"
 
-#include "basekit/id/Id.h"
 #include "basekit/value/Variable.h"
 #include "basekit/value/VariableValues.h"
 #include "desktop/command/DesignState.h"
@@ -12,9 +11,16 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 
+#include <set>
+
 namespace desktop {
 
 namespace {
+
+// As one word of a command line.
+AString Word(AString const & text) {
+  return text.find(L' ') == AString::npos ? text : L"'" + text + L"'";
+}
 
 AString Counted(AString const & verb, std::size_t count) {
   return count == 1 ? verb : verb + AString::Format(L" %lu", static_cast<unsigned long>(count));
@@ -31,7 +37,7 @@ void AddSteps(Session & session, EditStory const & story, std::vector<AString> &
 
 // The words that solve a point again; the design's own values need not be told.
 AString SolveWords(Session & session, BaseSimulationSetup const & setup, AString const & variation) {
-  AString words = L"solve --setup " + setup.GetName();
+  AString words = L"solve --setup " + Word(setup.GetName());
   VariableValues values;
   if (!VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true))
     return words;
@@ -56,10 +62,23 @@ void AddEditBack(Session & session, BaseSimulationSetup const & setup, Departure
   if (isOtherSource)
     words = L"put the former " + session.GetProject().GetSourceFile().NameAndExtension() + L" back and reload";
   if (isEdited)
-    words += (isOtherSource ? AString(L", and ") : AString()) + L"setup edit " + setup.GetName() + L" " +
+    words += (isOtherSource ? AString(L", and ") : AString()) + L"setup edit " + Word(setup.GetName()) + L" " +
              departure.settings;
   if (!words.empty())
     remedies.push_back(words);
+}
+
+void AddSetBack(Session & session, AString const & variation, std::vector<AString> & remedies) {
+  VariableValues values;
+  AString words;
+  VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
+  for (auto const & entry : values) {
+    Variable const * const variable = session.GetDesign().FindVariable(entry.name);
+    if (variable && variable->GetValueText() != entry.value.GetText())
+      words += L" " + variable->GetName() + L"=" + entry.value.GetText();
+  }
+  if (!words.empty())
+    remedies.push_back(L"set" + words);
 }
 
 } // namespace
@@ -81,23 +100,21 @@ StaleReason WhyStale(Session & session, BaseSolutionVariation const & variation)
   return reason;
 }
 
+// A look-up by text may enter a new one into the library, so the variations are walked.
 std::optional<UnsolvedPoint> WhyUnsolved(Session & session, BaseSolution const & solution) {
+  std::set<AString> valid;
+  for (auto const & [index, variation] : solution.GetVariations())
+    if (variation->IsVariationValid())
+      valid.insert(variation->GetDesignVariationKey());
   AString const present = session.GetDesign().GetVariation();
-  if (solution.HasValidSolutionData(present, id::invalidID))
+  if (!solution.IsValid() || valid.count(present))
     return std::nullopt;
   for (PointDeparture const & point : session.GetEditLog().Points()) {
-    if (!solution.HasValidSolutionData(point.variation, id::invalidID))
+    if (!valid.count(point.variation))
       continue;
     UnsolvedPoint unsolved{{point.story, {}}, point.variation};
     AddSteps(session, *point.story, unsolved.reason.remedies);
-    VariableValues values;
-    AString words(L"set");
-    if (VariableValues::ResolveVariationKey(point.variation, nullptr, values, nullptr, true))
-      for (auto const & entry : values)
-        if (Variable const * const variable = session.GetDesign().FindVariable(entry.name);
-            variable && variable->GetValueText() != entry.value.GetText())
-          words += L" " + variable->GetName() + L"=" + entry.value.GetText();
-    unsolved.reason.remedies.push_back(words);
+    AddSetBack(session, point.variation, unsolved.reason.remedies);
     unsolved.reason.remedies.push_back(SolveWords(session, solution.GetBaseSimulationSetup(), present));
     return unsolved;
   }
