@@ -10,6 +10,7 @@
 //
 // Edits stand in the order in which versions and points were left, so one whose departures are not neighbours stands
 // there several times.
+#include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "desktop/command/EditLog.h"
 

@@ -152,7 +152,7 @@ BaseSolution & Editor::FindSolution(AString const & name) const {
   throw Error(ErrorKind::kUsage,
               name + (found.empty() ? AString(L": the project has no solution of that name")
                                     : AString(L": several solutions have that name; write it with its setup's")) +
-                  L"; it has: " + (known.empty() ? AString(L"none") : known));
+                  AString(L"; it has: ") + (known.empty() ? AString(L"none") : known));
 }
 
 } // namespace desktop

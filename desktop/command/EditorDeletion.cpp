@@ -30,8 +30,8 @@ void Editor::DeleteSolution(AString const & name) {
   BaseSolution const & solution = FindSolution(name);
   auto const setup = m_session.GetManager().GetSetups().find(solution.GetBaseSimulationSetup().GetID());
   AString const fullName = solution.GetGlobalSolutionName();
-  Run(L"delete --solution '" + fullName + L"'", [&](Edit & edit) {
-    edit.Tell(L"solution " + fullName, AString::Format(L"%d variations", solution.size()), L"deleted");
+  Run(AString(L"delete --solution '") + fullName + L"'", [&](Edit & edit) {
+    edit.Tell(AString(L"solution ") + fullName, AString::Format(L"%d variations", solution.size()), L"deleted");
     setup->second->DeleteSolution(solution.GetID(), edit.command.get());
   });
 }
@@ -47,14 +47,14 @@ int Editor::DeleteVariation(AString const & variation, AString const & setupName
         doomed.emplace_back(solution, text);
   }
   if (doomed.empty())
-    throw Error(ErrorKind::kUsage, L"'" + variation + L"': nothing is solved at this variation; `info` lists what is");
+    throw Error(ErrorKind::kUsage, AString(L"'") + variation + L"': nothing is solved at this variation; `info` lists what is");
   int blocks = 0;
-  Run(L"delete --variation '" + variation + L"'", [&](Edit & edit) {
+  Run(AString(L"delete --variation '") + variation + L"'", [&](Edit & edit) {
     for (auto const & [solution, text] : doomed) {
       auto * const deletion = new VariationDeletion(*solution, text, m_failure);
       edit.command->AddDeltaState(deletion);
       blocks += deletion->CountBlocks();
-      edit.Tell(L"variation " + text + L" of " + solution->GetGlobalSolutionName(), L"solved", L"deleted");
+      edit.Tell(AString(L"variation ") + text + L" of " + solution->GetGlobalSolutionName(), L"solved", L"deleted");
     }
   });
   return blocks;

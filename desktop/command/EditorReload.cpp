@@ -80,7 +80,7 @@ bool Editor::Reload(std::vector<AString> & notices) {
   auto const describe = [this](io::CBlock const & settings) { return m_session.GetProduct().DescribeSettings(settings); };
   SourceMerge const merge(project.GetSourceBase(), now, VariablesOf(m_session.GetDesign()), SetupsOf(m_session),
                           describe);
-  bool const isChanged = Run(L"reload " + file.NameAndExtension(),
+  bool const isChanged = Run(AString(L"reload ") + file.NameAndExtension(),
                              [&](Edit & edit) { TakeOver(edit, merge, merge.base, files); });
   notices = description.notes;
   notices.insert(notices.end(), merge.notices.begin(), merge.notices.end());
@@ -93,17 +93,17 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
   AString const formerSource = project.GetSourceBase().fingerprint;
   AString const fileName = project.GetSourceFile().NameAndExtension();
   if (base.fingerprint != formerSource)
-    edit.Tell(L"circuit of " + fileName, formerSource, base.fingerprint);
+    edit.Tell(AString(L"circuit of ") + fileName, formerSource, base.fingerprint);
   auto const formerVariables = VariablesOf(m_session.GetDesign());
   if (merge.variables != formerVariables) {
     ChangeVariables(edit, merge.variables);
     TellVariables(formerVariables, merge.variables, [&edit](AString const & name, AString const & from, AString const & to) {
-      edit.Tell(L"variable " + name, from, to);
+      edit.Tell(AString(L"variable ") + name, from, to);
     });
   }
   for (long const id : merge.deleted) {
     BaseSimulationSetup const & setup = *manager.GetSetups().at(id);
-    edit.Tell(L"setup " + setup.GetName(), SettingsWords(m_session, setup), AString());
+    edit.Tell(AString(L"setup ") + setup.GetName(), SettingsWords(m_session, setup), AString());
     manager.DeleteSimulationSetup(id, edit.command.get());
   }
   for (auto const & [id, setup] : manager.GetSetups()) {

@@ -22,7 +22,7 @@ SourceSetup ReadWords(Session const & session, AString const & name, AString con
   AString error;
   said.name = name;
   if (!session.GetProduct().ReadSettings(words, said, error))
-    throw Error(ErrorKind::kUsage, L"setup " + name + L": " + error);
+    throw Error(ErrorKind::kUsage, AString(L"setup ") + name + L": " + error);
   return said;
 }
 
@@ -32,7 +32,7 @@ SourceSetup ReadWords(Session const & session, AString const & name, AString con
 void Editor::RefuseTakenSetupName(AString const & name) const {
   bool const isName = !name.empty() && name == name.Trimmed() && name.find(L':') == AString::npos;
   if (!isName)
-    throw Error(ErrorKind::kUsage, L"'" + name + L"': can't be the name of a setup; give one without a colon, and "
+    throw Error(ErrorKind::kUsage, AString(L"'") + name + L"': can't be the name of a setup; give one without a colon, and "
                                                  L"without blanks at its ends");
   for (auto const & [id, setup] : m_session.GetManager().GetSetups())
     if (AString::MatchNoCase(setup->GetName(), name))
@@ -44,20 +44,20 @@ BaseSimulationSetup & Editor::MakeSetup(Edit & edit, SourceSetup const & said) {
       m_session.GetProduct().CreateSetup(m_session.GetManager(), said, edit.command.get());
   if (!made)
     throw Error(ErrorKind::kUsage, said.name + L": the setup can't be made; check its settings");
-  edit.Tell(L"setup " + made->GetName(), AString(), SettingsWords(m_session, *made));
+  edit.Tell(AString(L"setup ") + made->GetName(), AString(), SettingsWords(m_session, *made));
   return *made;
 }
 
 void Editor::AddSetup(AString const & name, AString const & words) {
   RefuseTakenSetupName(name);
   SourceSetup const said = ReadWords(m_session, name, words);
-  Run(L"setup add " + name + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
+  Run(AString(L"setup add ") + name + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
 }
 
 bool Editor::EditSetup(AString const & name, AString const & words) {
   BaseSimulationSetup & setup = FindSetup(name);
   SourceSetup const said = ReadWords(m_session, setup.GetName(), words);
-  return Run(L"setup edit " + setup.GetName() + L" " + words, [&](Edit & edit) {
+  return Run(AString(L"setup edit ") + setup.GetName() + L" " + words, [&](Edit & edit) {
     Revise(edit, setup, m_session.GetProject().GetSourceBase().fingerprint, said.settings);
   });
 }
@@ -69,7 +69,7 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
     return false;
   if (!AString::MatchNoCase(former, newName))
     RefuseTakenSetupName(newName);
-  return Run(L"setup rename " + former + L" " + newName, [&](Edit & edit) {
+  return Run(AString(L"setup rename ") + former + L" " + newName, [&](Edit & edit) {
     auto const other = std::make_shared<AString>(newName);
     ProductSolutionManager & manager = m_session.GetManager();
     edit.Exchange([&manager, &setup, other] {
@@ -84,26 +84,26 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
 void Editor::DeleteSetup(AString const & name) {
   BaseSimulationSetup const & setup = FindSetup(name);
   AString const former = setup.GetName();
-  Run(L"setup delete " + former, [&](Edit & edit) {
-    edit.Tell(L"setup " + former, SettingsWords(m_session, setup), AString());
+  Run(AString(L"setup delete ") + former, [&](Edit & edit) {
+    edit.Tell(AString(L"setup ") + former, SettingsWords(m_session, setup), AString());
     m_session.GetManager().DeleteSimulationSetup(setup.GetID(), edit.command.get());
   });
 }
 
 void Editor::InvalidateSetup(AString const & name) {
   BaseSimulationSetup & setup = FindSetup(name);
-  Run(L"setup invalidate " + setup.GetName(), [&](Edit & edit) {
+  Run(AString(L"setup invalidate ") + setup.GetName(), [&](Edit & edit) {
     setup.Invalidate(edit.command.get(), id::invalidID, kInvalidateSetups | kInvalidateSolutions);
-    edit.Tell(L"data of setup " + setup.GetName(), L"valid", L"stale");
+    edit.Tell(AString(L"data of setup ") + setup.GetName(), L"valid", L"stale");
     edit.isInvalidation = true;
   });
 }
 
 void Editor::InvalidateSolution(AString const & name) {
   BaseSolution & solution = FindSolution(name);
-  Run(L"setup invalidate " + solution.GetGlobalSolutionName(), [&](Edit & edit) {
+  Run(AString(L"setup invalidate ") + solution.GetGlobalSolutionName(), [&](Edit & edit) {
     solution.Invalidate(edit.command.get(), id::invalidID);
-    edit.Tell(L"data of solution " + solution.GetGlobalSolutionName(), L"valid", L"stale");
+    edit.Tell(AString(L"data of solution ") + solution.GetGlobalSolutionName(), L"valid", L"stale");
     edit.isInvalidation = true;
   });
 }
@@ -126,7 +126,7 @@ void Editor::Revise(Edit & edit, BaseSimulationSetup & setup, AString const & so
   if (!product.ApplySettings(setup, settings))
     throw Error(ErrorKind::kUsage, setup.GetName() + L": the setup can't be given '" + words + L"'");
   edit.OnRedo([&product, &setup, settings] { product.ApplySettings(setup, settings); });
-  edit.Tell(L"setup " + setup.GetName(), formerWords, words);
+  edit.Tell(AString(L"setup ") + setup.GetName(), formerWords, words);
 }
 
 // Who was solved with this very source and these settings before gets that version again, and so its data is valid.

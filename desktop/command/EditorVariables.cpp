@@ -5,6 +5,7 @@
 #include "desktop/command/Edit.h"
 #include "desktop/command/VariationTexts.h"
 #include "desktop/design/Design.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 
 #include <algorithm>
@@ -49,7 +50,7 @@ void RefuseNewName(Design const & design, AString const & name) {
   };
   bool const isName = !name.empty() && std::all_of(name.begin(), name.end(), isPart) && !(*name.begin() <= L'9');
   if (!isName)
-    throw Error(ErrorKind::kUsage, L"'" + name +
+    throw Error(ErrorKind::kUsage, AString(L"'") + name +
                                        L"': can't be the name of a variable; begin with a letter, go on with letters, "
                                        L"digits and underscores");
   if (design.FindVariable(name))
@@ -59,7 +60,7 @@ void RefuseNewName(Design const & design, AString const & name) {
 AString CommandName(AString const & verb, Texts const & assignments) {
   AString name = verb;
   for (auto const & [variable, text] : assignments)
-    name += L" " + variable + L"=" + text;
+    name += AString(L" ") + variable + L"=" + text;
   return name;
 }
 
@@ -89,7 +90,7 @@ bool Editor::SetVariables(Texts const & assignments) {
     ChangeVariables(edit, texts);
     for (std::size_t i = 0; i < texts.size(); ++i)
       if (texts[i] != former[i])
-        edit.Tell(L"variable " + texts[i].first, former[i].second, texts[i].second);
+        edit.Tell(AString(L"variable ") + texts[i].first, former[i].second, texts[i].second);
   });
 }
 
@@ -100,7 +101,7 @@ void Editor::AddVariable(AString const & name, AString const & value) {
     Texts texts = TextsOf(m_session.GetDesign());
     texts.emplace_back(name, value);
     ChangeVariables(edit, texts);
-    edit.Tell(L"variable " + name, AString(), value);
+    edit.Tell(AString(L"variable ") + name, AString(), value);
     RenameVariations(edit, [&](AString const & variation) {
       VariableValues values;
       Value added;
@@ -121,7 +122,7 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   if (!AString::MatchNoCase(formerName, newName))
     RefuseNewName(m_session.GetDesign(), newName);
   texts[index].first = newName;
-  return Run(L"set --rename " + formerName + L"=" + newName, [&](Edit & edit) {
+  return Run(AString(L"set --rename ") + formerName + L"=" + newName, [&](Edit & edit) {
     ChangeVariables(edit, texts);
     edit.Tell(L"name of variable", formerName, newName);
     RenameVariations(edit, [&](AString const & variation) {
@@ -144,9 +145,9 @@ void Editor::RemoveVariable(AString const & name) {
   auto const [formerName, formerText] = texts[index];
   Value const former = m_session.GetDesign().FindVariable(name)->GetValue();
   texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
-  Run(L"set --remove " + formerName, [&, formerName = formerName, formerText = formerText](Edit & edit) {
+  Run(AString(L"set --remove ") + formerName, [&, formerName = formerName, formerText = formerText](Edit & edit) {
     ChangeVariables(edit, texts);
-    edit.Tell(L"variable " + formerName, formerText, AString());
+    edit.Tell(AString(L"variable ") + formerName, formerText, AString());
     RenameVariations(edit, [&](AString const & variation) {
       constexpr double kEqual = 1e-14;
       VariableValues values;

@@ -68,7 +68,7 @@ void SourceMerge::MergeSetups(SourceBase const & former, PresentSetups const & s
     if (present->second.settings == describe(said.said.settings))
       deleted.push_back(said.id);
     else
-      notices.push_back(L"setup " + present->second.name +
+      notices.push_back(AString(L"setup ") + present->second.name +
                         L": edited here and gone from the source; it stays as it is");
   }
   for (std::size_t i = 0; i < base.setups.size(); ++i)
@@ -87,8 +87,8 @@ void SourceMerge::MergeSetup(SourceBase::Setup const & former, SourceBase::Setup
   if (present->second.settings == said)
     edited.emplace(former.id, now.said.settings);
   else
-    notices.push_back(L"setup " + present->second.name + L": edited here to '" + present->second.settings +
-                      L"' and by the source to '" + says + L"'; it stays as it is here");
+    notices.push_back(AString(L"setup ") + present->second.name + L": edited here to '" + present->second.settings +
+                      AString(L"' and by the source to '") + says + L"'; it stays as it is here");
 }
 
 } // namespace desktop

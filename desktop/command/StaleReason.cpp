@@ -19,7 +19,7 @@ namespace {
 
 // As one word of a command line.
 AString Word(AString const & text) {
-  return text.find(L' ') == AString::npos ? text : L"'" + text + L"'";
+  return text.find(L' ') == AString::npos ? text : AString(L"'") + text + L"'";
 }
 
 AString Counted(AString const & verb, std::size_t count) {
@@ -37,7 +37,7 @@ void AddSteps(Session & session, EditStory const & story, std::vector<AString> &
 
 // The words that solve a point again; the design's own values need not be told.
 AString SolveWords(Session & session, BaseSimulationSetup const & setup, AString const & variation) {
-  AString words = L"solve --setup " + Word(setup.GetName());
+  AString words = AString(L"solve --setup ") + Word(setup.GetName());
   VariableValues values;
   if (!VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true))
     return words;
@@ -46,7 +46,7 @@ AString SolveWords(Session & session, BaseSimulationSetup const & setup, AString
     if (!variable)
       return AString(); // A point of variables that the design has no more can't be solved.
     if (variable->GetValueText() != entry.value.GetText())
-      words += L" --vary " + entry.name + L"=" + entry.value.GetText();
+      words += AString(L" --vary ") + entry.name + L"=" + entry.value.GetText();
   }
   return words;
 }
@@ -60,7 +60,7 @@ void AddEditBack(Session & session, BaseSimulationSetup const & setup, Departure
   bool const isEdited = departure.settings != SettingsWords(session, setup);
   AString words;
   if (isOtherSource)
-    words = L"put the former " + session.GetProject().GetSourceFile().NameAndExtension() + L" back and reload";
+    words = AString(L"put the former ") + session.GetProject().GetSourceFile().NameAndExtension() + L" back and reload";
   if (isEdited)
     words += (isOtherSource ? AString(L", and ") : AString()) + L"setup edit " + Word(setup.GetName()) + L" " +
              departure.settings;
@@ -75,10 +75,10 @@ void AddSetBack(Session & session, AString const & variation, std::vector<AStrin
   for (auto const & entry : values) {
     Variable const * const variable = session.GetDesign().FindVariable(entry.name);
     if (variable && variable->GetValueText() != entry.value.GetText())
-      words += L" " + variable->GetName() + L"=" + entry.value.GetText();
+      words += AString(L" ") + variable->GetName() + L"=" + entry.value.GetText();
   }
   if (!words.empty())
-    remedies.push_back(L"set" + words);
+    remedies.push_back(AString(L"set") + words);
 }
 
 } // namespace
