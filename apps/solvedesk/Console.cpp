@@ -20,6 +20,8 @@ namespace {
 
 constexpr int kSchemaVersion = 1;
 
+std::string s_place;
+LineOutput::Receiver s_receiver;
 int s_outputError = 0; // Of the first output that failed.
 
 bool Written(bool isWritten) {
@@ -46,13 +48,25 @@ void AddOutputOptions(CLI::App & verb, OutputOptions & options) {
 }
 
 void PrintResult(OutputOptions const & options, std::string const & text, nlohmann::ordered_json const & document) {
-  if (options.json) {
+  if (s_receiver) {
+    s_receiver(text, document);
+  } else if (options.json) {
     nlohmann::ordered_json whole{{"schema_version", kSchemaVersion}};
     whole.update(document);
     Write(whole.dump(2) + "\n");
   } else if (!options.quiet) {
     Write(text);
   }
+}
+
+LineOutput::LineOutput(std::string const & place, Receiver receiver) {
+  s_place = place;
+  s_receiver = std::move(receiver);
+}
+
+LineOutput::~LineOutput() {
+  s_place.clear();
+  s_receiver = nullptr;
 }
 
 bool PrintEvent(nlohmann::ordered_json const & event) {
@@ -63,7 +77,7 @@ bool PrintEvent(nlohmann::ordered_json const & event) {
 bool IsReaderGone() { return s_outputError == EPIPE; }
 
 void PrintMessage(std::string const & text) {
-  std::string line = "solvedesk: " + text;
+  std::string line = "solvedesk: " + (s_place.empty() ? std::string() : s_place + ": ") + text;
   while (!line.empty() && line.back() == '\n')
     line.pop_back();
   for (char & c : line)

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <functional>
 #include <string>
 
 namespace CLI {
@@ -23,6 +24,18 @@ void AddOutputOptions(CLI::App & verb, OutputOptions & options);
 
 /// The result of a verb on standard output: the document under a schema_version, or the text for people.
 void PrintResult(OutputOptions const & options, std::string const & text, nlohmann::ordered_json const & document);
+/// For as long as this lives results go to a receiver instead, both forms of them, and messages bear a place:
+/// "script:3: ...".  One at a time.
+class LineOutput {
+public:
+  using Receiver = std::function<void(std::string const & text, nlohmann::ordered_json const & document)>;
+  /// Without a receiver results are printed.
+  LineOutput(std::string const & place, Receiver receiver);
+  ~LineOutput();
+  LineOutput(LineOutput const &) = delete;
+  LineOutput & operator=(LineOutput const &) = delete;
+};
+
 /// One JSON value on one line of standard output, which is handed on at once; false when that failed.
 bool PrintEvent(nlohmann::ordered_json const & event);
 /// One line on standard error, whatever the text holds: "solvedesk: ...".

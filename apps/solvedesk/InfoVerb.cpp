@@ -1,6 +1,7 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/ProjectTree.h"
+#include "apps/solvedesk/StaleReport.h"
 #include "apps/solvedesk/Verbs.h"
 #include "basekit/value/Variable.h"
 #include "desktop/design/Design.h"
@@ -22,6 +23,7 @@ using Json = nlohmann::ordered_json;
 
 struct InfoWords {
   std::string project;
+  bool why = false;
   OutputOptions output;
 };
 
@@ -64,7 +66,7 @@ std::string StateText(VariationState const & state) {
 /// Builds the tree of a project once, as text for people and as a document.
 class InfoReport {
 public:
-  explicit InfoReport(desktop::Session & session) : m_session(session), m_states(session) {}
+  InfoReport(desktop::Session & session, bool why) : m_session(session), m_why(why), m_states(session) {}
 
   std::string const & Text() const { return m_text; }
   Json const & Document() const { return m_document; }
@@ -133,17 +135,26 @@ private:
     m_text += fmt::format("    solution {}: {}, {} valid, {} with data, {} saved\n", Utf8(solution.GetSolutionName()),
                           Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved);
     Json json{{"name", Utf8(solution.GetSolutionName())}, {"variations", Json::array()}};
+    StaleReport reasons(m_session, solution);
     for (VariationState const & state : variations) {
       m_text += fmt::format("      {}  {}\n", StateText(state), Utf8(state.variation));
       json["variations"].push_back({{"variation", Utf8(state.variation)},
                                     {"valid", state.isValid},
                                     {"has_data", state.hasData},
                                     {"saved", state.isSaved}});
+      if (m_why && !state.isValid)
+        json["variations"].back()["why"] = reasons.Why(*state.object);
     }
+    if (!m_why)
+      return json;
+    m_text += reasons.Text();
+    if (Json const point = reasons.PresentPoint(); !point.is_null())
+      json["present_point"] = point;
     return json;
   }
 
   desktop::Session & m_session;
+  bool m_why;
   VariationStates m_states;
   std::string m_text;
   Json m_document;
@@ -151,7 +162,7 @@ private:
 
 int ShowProject(InfoWords const & words) {
   auto const session = OpenForReading(words.project);
-  InfoReport report(*session);
+  InfoReport report(*session, words.why);
   report.Make(Utf8(ProjectPath(words.project)));
   PrintResult(words.output, report.Text(), report.Document());
   return 0;
@@ -164,8 +175,9 @@ void AddInfoVerb(CLI::App & program, Action & action) {
   CLI::App * const verb =
       program.add_subcommand("info", "show a project's variables, setups, solutions and variations");
   AddProjectWord(*verb, words->project);
+  verb->add_flag("--why", words->why, "tell which edit made data stale, and what makes it valid again");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Example:\n  solvedesk info lowpass --json\n\n"
+  verb->footer("Examples:\n  solvedesk info lowpass --json\n  solvedesk info lowpass --why\n\n"
                "A variation is valid while nothing changed since it was solved, and saved once it is in the committed\n"
                "library.  While another process has the project, the state that was saved last is shown.");
   verb->callback([&action, words] { action = [words] { return ShowProject(*words); }; });

@@ -17,9 +17,11 @@ wchar_t const * const kExtension = L".sproject";
 
 using desktop::Session;
 
-std::unique_ptr<Session> Open(std::string const & project, Session::Access access,
+std::shared_ptr<Session> s_shared;
+
+std::shared_ptr<Session> Open(std::string const & project, Session::Access access,
                               Session::LeftWork work = Session::LeftWork::kGoOn) {
-  auto session = Session::Open(ProjectPath(project), access, work);
+  std::shared_ptr<Session> session = Session::Open(ProjectPath(project), access, work);
   for (AString const & notice : session->GetNotices())
     PrintMessage(Utf8(notice));
   return session;
@@ -56,11 +58,21 @@ AString ProjectPath(std::string const & project) {
   return path.EndsWith(kExtension) ? path : path + kExtension;
 }
 
-std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project, Session::LeftWork work) {
-  return Open(project, Session::Access::kWrite, work);
+SharedSession::SharedSession(std::shared_ptr<desktop::Session> session) { s_shared = std::move(session); }
+
+SharedSession::~SharedSession() { s_shared.reset(); }
+
+std::shared_ptr<Session> OpenForWriting(std::string const & project, Session::LeftWork work) {
+  if (!s_shared)
+    return Open(project, Session::Access::kWrite, work);
+  if (work == Session::LeftWork::kDiscard)
+    s_shared->Discard();
+  return s_shared;
 }
 
-std::unique_ptr<desktop::Session> OpenForReading(std::string const & project) {
+std::shared_ptr<desktop::Session> OpenForReading(std::string const & project) {
+  if (s_shared)
+    return s_shared;
   std::string reason;
   try {
     return Open(project, desktop::Session::Access::kWrite);

@@ -20,11 +20,20 @@ void AddProjectWord(CLI::App & verb, std::string & project);
 AString ProjectPath(std::string const & project);
 
 /// Opens for changes; what opening has to tell goes to standard error.
-std::unique_ptr<desktop::Session> OpenForWriting(std::string const & project,
+std::shared_ptr<desktop::Session> OpenForWriting(std::string const & project,
                                                  desktop::Session::LeftWork work = desktop::Session::LeftWork::kGoOn);
 /// Opens for looking: for changes where that can be had, so that work that is unsaved or was left by a crash is seen
 /// too, else the saved state, which is then told on standard error; so also when a crash left what can't be taken over.
-std::unique_ptr<desktop::Session> OpenForReading(std::string const & project);
+std::shared_ptr<desktop::Session> OpenForReading(std::string const & project);
+
+/// For as long as this lives, whatever opens a project gets this session.
+class SharedSession {
+public:
+  explicit SharedSession(std::shared_ptr<desktop::Session> session);
+  ~SharedSession();
+  SharedSession(SharedSession const &) = delete;
+  SharedSession & operator=(SharedSession const &) = delete;
+};
 
 /// One line when the source is not what it was when the project read it, told on standard error too; else empty.
 std::string NoteOfSource(desktop::Session const & session);

@@ -17,6 +17,7 @@ std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) c
     state.isValid = variation->IsVariationValid();
     state.hasData = solution.HasSolutionData(state.variation, variation->GetVersionID());
     state.isSaved = state.hasData && m_committed.count(variation->GetSolutionVariationKey().Pack()) > 0;
+    state.object = variation;
     states.push_back(state);
   }
   return states;

@@ -8,6 +8,7 @@
 
 class BaseSimulationSetup;
 class BaseSolution;
+class BaseSolutionVariation;
 namespace desktop {
 class Session;
 }
@@ -20,6 +21,7 @@ struct VariationState {
   bool isValid = false; ///< solved at the present version of its solution
   bool hasData = false;
   bool isSaved = false; ///< its data is part of the committed library
+  BaseSolutionVariation const * object = nullptr;
 };
 
 /// Answers about the variations of a project; asks the library once which blocks are committed.

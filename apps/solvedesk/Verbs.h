@@ -20,6 +20,14 @@ void AddSaveVerb(CLI::App & program, Action & action);
 void AddDiscardVerb(CLI::App & program, Action & action);
 void AddRecoverVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
+void AddReloadVerb(CLI::App & program, Action & action);
+void AddSetupVerb(CLI::App & program, Action & action);
+void AddDeleteVerb(CLI::App & program, Action & action);
+void AddShellVerb(CLI::App & program, Action & action);
+// In a shell alone, which keeps the history that they go through.
+void AddUndoVerb(CLI::App & program, Action & action);
+void AddRedoVerb(CLI::App & program, Action & action);
+void AddHistoryVerb(CLI::App & program, Action & action);
 /// What a solve starts for each core; not for people, so it stands in no help.
 void AddWorkerVerb(CLI::App & program, Action & action);
 

@@ -69,6 +69,9 @@ public:
 
   // Variables, in the order in which they were added
   void AddVariable(AString const & name, AString const & value);
+  using Variables = std::vector<std::unique_ptr<Variable>>;
+  /// Gives the design other variables, and the caller those that it had.
+  void ExchangeVariables(Variables & variables) { m_variables.swap(variables); }
   /// Null when the design has none of that name; case does not count.
   Variable * FindVariable(AString const & name) const;
   std::vector<Variable *> GetVariables() const;
@@ -93,7 +96,7 @@ private:
   long m_designID;
   std::unique_ptr<ProductInfo> m_productInfo;
   std::unique_ptr<VariableServer> m_variableServer;
-  std::vector<std::unique_ptr<Variable>> m_variables;
+  Variables m_variables;
   DesignInstance m_nominal;
   /// By variation text; a study queues an instance for each of its points.
   std::map<AString, DesignInstance> m_instances;

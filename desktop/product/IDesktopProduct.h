@@ -8,6 +8,7 @@
 class BaseSimulationSetup;
 class BaseSolutionVariation;
 class IDesign;
+class KelvroCommand;
 class LongFileName;
 
 namespace desktop {
@@ -24,8 +25,17 @@ public:
   /// Reads a source; false with a one-line error that names file, line, thing and remedy.
   virtual bool ReadSource(LongFileName const & file, SourceDescription & description, AString & error) const = 0;
   virtual std::unique_ptr<ProductSolutionManager> MakeManager(IDesign * design) const = 0;
-  /// Makes a setup with its solutions and enters it into the manager, which owns it then.
-  virtual BaseSimulationSetup * CreateSetup(ProductSolutionManager & manager, SourceSetup const & setup) const = 0;
+  /// Makes a setup with its solutions and enters it into the manager, which owns it then; undoable with a command.
+  virtual BaseSimulationSetup * CreateSetup(ProductSolutionManager & manager, SourceSetup const & setup,
+                                            KelvroCommand * command) const = 0;
+  /// Reads the words that a user defines a setup by ("lin 201 10meg 2g") into its type and settings; false with a
+  /// one-line error.
+  virtual bool ReadSettings(AString const & words, SourceSetup & setup, AString & error) const = 0;
+  /// The same the other way: words that ReadSettings makes equal settings of.
+  virtual AString DescribeSettings(io::CBlock const & settings) const = 0;
+  /// Gives a setup other settings, and the definitions of its solutions at their present versions; false, and nothing
+  /// changed, when the settings make no sense to it.
+  virtual bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const = 0;
   /// Completes a job for one variation of a setup: type and settings.
   virtual void DescribeJob(BaseSimulationSetup const & setup, SolveJob & job) const = 0;
   virtual std::unique_ptr<IJobRunner> MakeJobRunner() const = 0;

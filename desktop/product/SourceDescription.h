@@ -22,6 +22,9 @@ struct SourceSetup {
 
 /// What a product found in a source (a netlist, a template).
 struct SourceDescription {
+  /// Tells sources apart by what is solved from them, and by nothing else: equal for two that differ in values of
+  /// variables, in setups or in remarks alone.  Empty: every change of a file counts.
+  AString fingerprint;
   std::vector<SourceVariable> variables;
   std::vector<SourceSetup> setups;
   /// All files that were read, the one that was named first; a change of any of them changes the source.

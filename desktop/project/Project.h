@@ -2,7 +2,7 @@
 
 #include "CoreInterfaces/desktop/IProject.h"
 #include "basekit/file/LongFileName.h"
-#include "desktop/project/SourceFiles.h"
+#include "desktop/project/SourceBase.h"
 
 #include <functional>
 #include <vector>
@@ -37,6 +37,9 @@ public:
   SourceFiles const & GetSourceFiles() const { return m_sourceFiles; }
   void SetSourceFiles(SourceFiles const & files) { m_sourceFiles = files; }
 
+  SourceBase const & GetSourceBase() const { return m_sourceBase; }
+  void SetSourceBase(SourceBase const & base) { m_sourceBase = base; }
+
   bool IsReadOnly() const { return m_isReadOnly; }
   void SetReadOnly(bool readOnly) { m_isReadOnly = readOnly; }
   /// Who has the project open answers for it.
@@ -45,6 +48,7 @@ public:
 private:
   LongFileName m_file;
   SourceFiles m_sourceFiles;
+  SourceBase m_sourceBase;
   bool m_isReadOnly = false;
   std::function<bool()> m_hasUnsavedChanges;
 };

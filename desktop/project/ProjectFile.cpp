@@ -97,7 +97,7 @@ std::string EncodeProject(ProjectRecord const & record, ProjectFileKind kind) {
   io::CBlock block(kRecord);
   block << io::named(kProduct, record.productName) << io::named(kGeneration, record.generation)
         << io::named(kDesignName, record.designName) << io::named(kDesignID, record.designID) << sources << record.ids
-        << record.design << record.module;
+        << record.design << record.module << record.sourceBase << record.edits;
   std::string bytes;
   Append(head, bytes);
   Append(block, bytes);
@@ -166,6 +166,8 @@ ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, Lon
                           TakeBlock(*block, record.module) && !record.designName.empty();
   if (!isComplete)
     RefuseDamaged(file, kind);
+  TakeBlock(*block, record.sourceBase);
+  TakeBlock(*block, record.edits);
   return record;
 }
 

@@ -21,6 +21,10 @@ struct ProjectRecord {
   io::CBlock design{L"Design"};
   /// What the solution manager wrote of itself.
   io::CBlock module{L"Module"};
+  /// What the source said when it was read; empty in files from before there was such a block.
+  io::CBlock sourceBase{L"SourceBase"};
+  /// Why solved data is stale; likewise.
+  io::CBlock edits{L"Edits"};
 };
 
 enum class ProjectFileKind { kProject, kAutosave };

@@ -3,8 +3,9 @@
 
 #include "basekit/file/FileOperations.h"
 #include "basekit/io/BlockCodec.h"
-#include "basekit/value/Variable.h"
 #include "desktop/Error.h"
+#include "desktop/command/EditLog.h"
+#include "desktop/command/Editor.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
@@ -15,8 +16,7 @@
 #include "desktop/project/ProjectLock.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
-
-#include <algorithm>
+#include "solutionmanager/model/BaseSolutionVariation.h"
 
 namespace desktop {
 
@@ -39,30 +39,9 @@ bool SaveIfChanged(BaseSolutionManager const & manager, io::CBlock & block) {
   return manager.SaveSingleBlock(block) == kSuccess;
 }
 
-std::vector<std::pair<Variable *, Value>> ReadAssignments(Design const & design,
-                                                          std::vector<std::pair<AString, AString>> const & texts) {
-  std::vector<std::pair<Variable *, Value>> assignments;
-  for (auto const & [name, text] : texts) {
-    Variable * const variable = design.FindVariable(name);
-    if (!variable) {
-      AString known;
-      for (Variable const * const other : design.GetVariables())
-        known += (known.empty() ? AString() : AString(L", ")) + other->GetName();
-      throw Error(ErrorKind::kUsage, name + L": the design has no variable of that name; it has: " +
-                                         (known.empty() ? AString(L"none") : known));
-    }
-    Value value(variable->GetValue().GetUnits());
-    if (!value.SetValueText(text))
-      throw Error(ErrorKind::kUsage,
-                  name + L"=" + text + L": '" + text + L"' is no number; give one such as 1.5, 2.2e-12 or 2.2pF");
-    assignments.emplace_back(variable, value);
-  }
-  return assignments;
-}
-
 } // namespace
 
-Session::Session(Access access) : m_access(access) {}
+Session::Session(Access access) : m_access(access), m_editLog(std::make_unique<EditLog>()) {}
 
 Session::~Session() = default;
 
@@ -78,24 +57,14 @@ bool Session::HasUnsavedResults() const {
 
 void Session::NoteAsWritten() { m_lastWritten = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave); }
 
+Editor & Session::GetEditor() {
+  if (!m_editor)
+    m_editor = std::make_unique<Editor>(*this);
+  return *m_editor;
+}
+
 void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assignments) {
-  RefuseWhenReadOnly();
-  auto values = ReadAssignments(*m_design, assignments);
-  auto const exchange = [&values] {
-    for (auto & [variable, value] : values) {
-      Value const former = variable->GetValue();
-      variable->SetValue(value);
-      value = former;
-    }
-    std::reverse(values.begin(), values.end()); // A name given twice goes back in steps.
-  };
-  exchange();
-  try {
-    Autosave();
-  } catch (...) {
-    exchange();
-    throw;
-  }
+  GetEditor().SetVariables(assignments);
 }
 
 ProjectRecord Session::MakeRecord() const {
@@ -106,6 +75,8 @@ ProjectRecord Session::MakeRecord() const {
   record.sources = m_project->GetSourceFiles();
   m_manager->WriteNextUniqueID(record.ids);
   m_design->Write(record.design);
+  WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
+  m_editLog->Write(record.edits);
   if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");
@@ -128,6 +99,7 @@ void Session::Autosave() {
 void Session::Save() {
   RefuseWhenReadOnly();
   WriteChangedDefinitions();
+  ForgetEditsOfNoData();
   ProjectRecord record = MakeRecord();
   std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
   record.generation = m_generation + 1;
@@ -142,6 +114,22 @@ void Session::Save() {
   // One that stays is of an older generation: the next session drops it.
   LFN_DeleteFile(m_project->GetAutosaveFile());
   m_hasAutosave = false;
+  if (m_editor)
+    m_editor->WasSaved();
+}
+
+// What the history of this session still refers to is told anew when it comes to that.
+void Session::ForgetEditsOfNoData() {
+  if (!m_editLog->HasDepartures())
+    return;
+  std::set<std::pair<VersionedObject, long>> kept;
+  for (auto const & [setupID, setup] : m_manager->GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      for (auto const & [index, variation] : solution->GetVariations()) {
+        kept.insert({{setupID, solutionID}, variation->GetVersionID()});
+        kept.insert({{setupID, -1}, variation->GetVersionID()});
+      }
+  m_editLog->Keep([&kept](VersionedObject object, long version) { return kept.count({object, version}) > 0; });
 }
 
 // An object that is new, or has a new version, is known to the library from then on.

@@ -15,6 +15,8 @@ struct RecoveryReport;
 namespace desktop {
 
 class Design;
+class Editor;
+class EditLog;
 class IDesktopProduct;
 class ProductSolutionManager;
 class Project;
@@ -57,6 +59,10 @@ public:
   ProductSolutionManager & GetManager() { return *m_manager; }
   IDesktopProduct const & GetProduct() const { return *m_product; }
 
+  /// The door for all edits, with their history, which begins empty with each session.
+  Editor & GetEditor();
+  EditLog & GetEditLog() { return *m_editLog; }
+  EditLog const & GetEditLog() const { return *m_editLog; }
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
   /// Writes project file and library; the autosave goes.  When the library can't be committed, project file and
@@ -64,7 +70,7 @@ public:
   void Save();
   /// Goes back to what was saved last and drops autosave and private library; design and manager are made anew, so
   /// that nobody may hold on to the former ones.  When the saved state can't be read nothing is dropped; after a
-  /// failure the session is good for nothing but to be closed.
+  /// failure the session is read only.
   void Discard();
   /// What Discard, or opening with LeftWork::kDiscard, dropped.
   UnsavedWork const & GetDropped() const { return m_dropped; }
@@ -75,6 +81,8 @@ public:
   /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
+  /// Refused with ErrorKind::kUsage where nothing may be changed.
+  void RefuseWhenReadOnly() const;
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
@@ -111,7 +119,7 @@ private:
   bool HasUnsavedResults() const;
   void WriteChangedDefinitions();
   void WriteMissingDefinitions();
-  void RefuseWhenReadOnly() const;
+  void ForgetEditsOfNoData();
   void RefuseStorage(AString const & what) const;
 
   Access m_access;
@@ -119,6 +127,9 @@ private:
   std::unique_ptr<Project> m_project;
   std::unique_ptr<Design> m_design;
   std::unique_ptr<ProductSolutionManager> m_manager;
+  std::unique_ptr<EditLog> m_editLog;
+  /// Refers to all that stands above.
+  std::unique_ptr<Editor> m_editor;
   IDesktopProduct const * m_product = nullptr;
   std::vector<AString> m_notices;
   UnsavedWork m_dropped;

@@ -97,10 +97,15 @@ void Session::MakeProject(AString const & designName, SourceDescription const & 
   if (!m_project->CreateResultsFolder(m_project->GetResultsFolder()))
     RefuseStorage(LFN_LastError());
   m_manager->InitializeFromDesign(true);
-  for (SourceSetup const & setup : description.setups)
-    if (!m_product->CreateSetup(*m_manager, setup))
-      throw Error(ErrorKind::kSource, m_project->GetSourceFile().FilePath() + L": the setup '" + setup.name +
+  SourceBase base = SourceBase::Of(description, m_project->GetSourceFiles());
+  for (SourceBase::Setup & setup : base.setups) {
+    BaseSimulationSetup const * const made = m_product->CreateSetup(*m_manager, setup.said, nullptr);
+    if (!made)
+      throw Error(ErrorKind::kSource, m_project->GetSourceFile().FilePath() + L": the setup '" + setup.said.name +
                                           L"' can't be made from it; check what the source says of this setup");
+    setup.id = made->GetID();
+  }
+  m_project->SetSourceBase(base);
   Save();
 }
 

@@ -2,6 +2,8 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
 #include "desktop/Error.h"
+#include "desktop/command/EditLog.h"
+#include "desktop/command/Editor.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
@@ -36,10 +38,12 @@ void Session::Discard() {
   LongFileName const file = m_project->GetFile();
   ProjectRecord const saved = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file);
   m_notices.clear();
+  m_access = Access::kReadOnly; // After a failure nothing may be written over what stands.
   CheckSavedState(saved);
   DropUnsaved();
   MakeDesign(saved);
   ReadLibrary(saved);
+  m_access = Access::kWrite;
   m_generation = saved.generation;
   NoteAsWritten();
 }

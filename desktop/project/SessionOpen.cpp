@@ -2,6 +2,8 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
 #include "desktop/Error.h"
+#include "desktop/command/EditLog.h"
+#include "desktop/command/Editor.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
@@ -202,8 +204,15 @@ void Session::MakeDesign(ProjectRecord const & record) {
     throw Error(ErrorKind::kProject, m_project->GetFile().FilePath() + L": the project needs the product '" +
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
-  m_manager.reset(); // It knows the design that goes.
+  m_editor.reset(); // They know the design that goes.
+  m_manager.reset();
   m_project->SetSourceFiles(record.sources);
+  SourceBase base;
+  // A project from before there was one: its next reload takes what the source says.
+  if (!ReadSourceBase(record.sourceBase, base))
+    base = SourceBase::Of({}, record.sources);
+  m_project->SetSourceBase(base);
+  m_editLog->Read(record.edits); // What can't be read there leaves the reasons unknown, no more.
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());
   if (!m_design->Read(record.design))
     throw Error(ErrorKind::kProject, m_project->GetFile().FilePath() +

@@ -53,6 +53,7 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
   if (sweeps.empty())
     RefuseWithoutSweep(netlist);
   desktop::SourceDescription description;
+  description.fingerprint = AString::Format(L"%016llx", static_cast<unsigned long long>(netlist.Fingerprint()));
   for (rf::DesignVariable const & variable : netlist.DesignVariables())
     description.variables.push_back({text::FromUtf8(variable.name), VariableText(variable)});
   for (rf::SweepLine const & sweep : sweeps) {

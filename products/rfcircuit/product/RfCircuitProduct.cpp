@@ -27,7 +27,8 @@ std::unique_ptr<desktop::ProductSolutionManager> RfCircuitProduct::MakeManager(I
 }
 
 BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionManager & manager,
-                                                    desktop::SourceSetup const & setup) const {
+                                                    desktop::SourceSetup const & setup,
+                                                    KelvroCommand * command) const {
   AString error;
   auto const sweep = ReadSweep(setup.settings, error);
   if (setup.typeName != RfSetup::kTypeName || !sweep)
@@ -35,9 +36,35 @@ BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionMana
   BaseSimulationSetup * const made = manager.CreateSimulationSetup(setup.name, setup.typeName);
   if (auto * const rfSetup = dynamic_cast<RfSetup *>(made))
     rfSetup->SetSweep(*sweep);
-  manager.AddSimulation(made, nullptr);
   made->AddSolution(made->CreateSolution(RfSolution::kName), nullptr);
+  manager.AddSimulation(made, command);
   return made;
+}
+
+bool RfCircuitProduct::ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const {
+  auto const sweep = SweepOfWords(words, error);
+  if (!sweep)
+    return false;
+  setup.typeName = RfSetup::kTypeName;
+  setup.settings.Clear();
+  WriteSweep(setup.settings, *sweep);
+  return true;
+}
+
+AString RfCircuitProduct::DescribeSettings(io::CBlock const & settings) const {
+  AString error;
+  auto const sweep = ReadSweep(settings, error);
+  return sweep ? WordsOfSweep(*sweep) : AString();
+}
+
+bool RfCircuitProduct::ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const {
+  AString error;
+  auto const sweep = ReadSweep(settings, error);
+  auto * const rfSetup = dynamic_cast<RfSetup *>(&setup);
+  if (!sweep || !rfSetup)
+    return false;
+  rfSetup->SetSweep(*sweep);
+  return true;
 }
 
 void RfCircuitProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const {

@@ -13,7 +13,11 @@ public:
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
   /// Null for a type that is not this product's, or settings without a sensible sweep.
   BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
-                                    desktop::SourceSetup const & setup) const override;
+                                    desktop::SourceSetup const & setup, KelvroCommand * command) const override;
+  /// The words of a .sp line: "lin 201 10meg 2g", "list 1g 2g".
+  bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
+  AString DescribeSettings(io::CBlock const & settings) const override;
+  bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
   std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override;
 

@@ -2,6 +2,7 @@
 
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/Utf8.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
@@ -65,6 +66,32 @@ BaseSimulationSetup * FakeManager::CreateSimulationSetup(ISimulationSetup const 
   return new FakeSetup(this, source);
 }
 
+namespace {
+
+io::CBlock SettingsOf(AString const & words) {
+  io::CBlock settings(L"Settings");
+  settings << io::named(L"Words", words);
+  return settings;
+}
+
+AString WordsOf(io::CBlock const & settings) {
+  AString words;
+  settings >> io::named(L"Words", words);
+  return words;
+}
+
+} // namespace
+
+io::ReadError FakeSetup::DesignFileRead(io::CBlock const & block) {
+  block >> io::named(L"Words", words);
+  return BaseSimulationSetup::DesignFileRead(block);
+}
+
+bool FakeSetup::DesignFileWrite(io::CBlock & block) {
+  block << io::named(L"Words", words);
+  return BaseSimulationSetup::DesignFileWrite(block);
+}
+
 bool FakeProduct::ReadSource(LongFileName const & file, desktop::SourceDescription & description,
                              AString & error) const {
   std::ifstream stream(text::ToUtf8(file.FilePath()));
@@ -78,8 +105,10 @@ bool FakeProduct::ReadSource(LongFileName const & file, desktop::SourceDescripti
     words >> word >> name >> value;
     if (word == "param")
       description.variables.push_back({text::FromUtf8(name), text::FromUtf8(value)});
+    else if (word == "body")
+      description.fingerprint += text::FromUtf8(line) + L";";
     else if (word == "setup")
-      description.setups.push_back({text::FromUtf8(name), L"Fake", io::CBlock(L"Settings")});
+      description.setups.push_back({text::FromUtf8(name), L"Fake", SettingsOf(text::FromUtf8(value))});
     else if (word == "include")
       description.files.push_back(file.DirPath() + text::FromUtf8(name));
     else
@@ -95,18 +124,36 @@ std::unique_ptr<desktop::ProductSolutionManager> FakeProduct::MakeManager(IDesig
 }
 
 BaseSimulationSetup * FakeProduct::CreateSetup(desktop::ProductSolutionManager & manager,
-                                               desktop::SourceSetup const & source) const {
+                                               desktop::SourceSetup const & source,
+                                               KelvroCommand * command) const {
   if (source.name == L"broken")
     return nullptr;
   BaseSimulationSetup * const setup = manager.CreateSimulationSetup(source.name, source.typeName);
-  manager.AddSimulation(setup, nullptr);
+  ApplySettings(*setup, source.settings);
   setup->AddSolution(setup->CreateSolution(L"Points"), nullptr);
+  manager.AddSimulation(setup, command);
   return setup;
+}
+
+bool FakeProduct::ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const {
+  setup.typeName = L"Fake";
+  setup.settings = SettingsOf(words);
+  if (words == L"bad words")
+    error = L"'bad words': make no sense; use others";
+  return error.empty();
+}
+
+AString FakeProduct::DescribeSettings(io::CBlock const & settings) const { return WordsOf(settings); }
+
+bool FakeProduct::ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const {
+  dynamic_cast<FakeSetup &>(setup).words = WordsOf(settings);
+  return true;
 }
 
 void FakeProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const {
   job.setupName = setup.GetName();
   job.setupType = setup.GetSimSetupTypeName();
+  job.settings = SettingsOf(dynamic_cast<FakeSetup const &>(setup).words);
 }
 
 } // namespace support

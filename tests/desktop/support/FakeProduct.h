@@ -34,8 +34,12 @@ class FakeSetup : public BaseSimulationSetup {
 public:
   using BaseSimulationSetup::BaseSimulationSetup;
   AString GetSimSetupTypeName() const override { return L"Fake"; }
+  io::ReadError DesignFileRead(io::CBlock const & block) override;
+  bool DesignFileWrite(io::CBlock & block) override;
   BaseSolution * CreateSolution(long id, long version) override;
   BaseSolution * CreateSolution(AString const & name) override;
+
+  AString words; ///< all its settings
 };
 
 class FakeManager : public desktop::ProductSolutionManager {
@@ -47,15 +51,18 @@ public:
   AString GetDesignResultsFolderName() const override { return L"fake"; }
 };
 
-/// A product whose source is lines of words: "param NAME VALUE", "setup NAME", "include FILE"; a setup named "broken"
-/// can't be made.
+/// A product whose source is lines of words: "param NAME VALUE", "setup NAME WORDS", "include FILE", "body TEXT"; a
+/// setup named "broken" can't be made, and settings of the words "bad words" are refused.
 class FakeProduct : public desktop::IDesktopProduct {
 public:
   AString GetName() const override { return L"fake"; }
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
   BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
-                                    desktop::SourceSetup const & setup) const override;
+                                    desktop::SourceSetup const & setup, KelvroCommand * command) const override;
+  bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
+  AString DescribeSettings(io::CBlock const & settings) const override;
+  bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
   std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override { return nullptr; }
 };

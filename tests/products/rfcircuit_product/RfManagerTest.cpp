@@ -58,10 +58,10 @@ TEST_F(RfManager, MakesASetupWithOneSolutionNamedSweep) {
 TEST_F(RfManager, MakesNoSetupOfAnotherTypeOrWithoutASweep) {
   desktop::SourceSetup setup = ListSetup();
   setup.typeName = L"Transient";
-  EXPECT_EQ(m_product.CreateSetup(Manager(), setup), nullptr);
+  EXPECT_EQ(m_product.CreateSetup(Manager(), setup, nullptr), nullptr);
   setup = ListSetup();
   setup.settings.Clear();
-  EXPECT_EQ(m_product.CreateSetup(Manager(), setup), nullptr);
+  EXPECT_EQ(m_product.CreateSetup(Manager(), setup, nullptr), nullptr);
   EXPECT_TRUE(Manager().GetSetups().empty());
 }
 

@@ -15,7 +15,7 @@ RfProductTest::RfProductTest()
 RfProductTest::~RfProductTest() = default;
 
 rfcircuit::RfSetup & RfProductTest::CreateSetup(desktop::SourceSetup const & setup) {
-  auto * const made = dynamic_cast<rfcircuit::RfSetup *>(m_product.CreateSetup(Manager(), setup));
+  auto * const made = dynamic_cast<rfcircuit::RfSetup *>(m_product.CreateSetup(Manager(), setup, nullptr));
   if (!made)
     throw std::runtime_error("the product makes no setup");
   return *made;

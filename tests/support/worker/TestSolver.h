@@ -17,9 +17,13 @@ public:
   AString GetName() const override { return kName; }
   bool ReadSource(LongFileName const &, desktop::SourceDescription &, AString &) const override { return false; }
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign *) const override { return nullptr; }
-  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager &, desktop::SourceSetup const &) const override {
+  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager &, desktop::SourceSetup const &,
+                                    KelvroCommand *) const override {
     return nullptr;
   }
+  bool ReadSettings(AString const &, desktop::SourceSetup &, AString &) const override { return false; }
+  AString DescribeSettings(io::CBlock const &) const override { return AString(); }
+  bool ApplySettings(BaseSimulationSetup &, io::CBlock const &) const override { return false; }
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
   std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override;
 };

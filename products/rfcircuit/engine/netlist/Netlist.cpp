@@ -43,6 +43,8 @@ std::vector<DesignVariable> const & Netlist::DesignVariables() const { return m_
 std::vector<TransientLine> const & Netlist::Transients() const { return m_Content->transients; }
 std::vector<NetlistNote> const & Netlist::Notes() const { return m_Content->notes; }
 
+std::uint64_t Netlist::Fingerprint() const { return m_Content->fingerprint.Value(); }
+
 std::vector<SweepLine> Netlist::Sweeps(Overrides const & overrides) const {
   ParameterScope scope(*m_Content, overrides);
   std::vector<SweepLine> sweeps;

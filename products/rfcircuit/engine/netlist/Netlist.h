@@ -3,6 +3,7 @@
 #include "products/rfcircuit/engine/netlist/SourcePosition.h"
 #include "products/rfcircuit/engine/sweep/FrequencySweep.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -66,6 +67,10 @@ public:
   std::vector<TransientLine> const & Transients() const;
   /** The one about the title first, then in the order of the file. */
   std::vector<NetlistNote> const & Notes() const;
+
+  /** Equal for netlists that give the same circuit for the same design variables: their values, sweeps, commands of
+      other analyses, titles and comments don't count. */
+  std::uint64_t Fingerprint() const;
 
   /** The frequency sweeps, in the order of the file; their numbers may be expressions of the design variables. */
   std::vector<SweepLine> Sweeps(Overrides const & overrides = {}) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "products/rfcircuit/engine/netlist/Netlist.h"
+#include "products/rfcircuit/engine/netlist/StatementFingerprint.h"
 #include "products/rfcircuit/engine/netlist/Statements.h"
 
 #include <set>
@@ -17,6 +18,7 @@ struct NetlistContent {
   std::vector<TransientLine> transients;
   std::vector<DesignVariable> designVariables;
   std::vector<NetlistNote> notes;
+  StatementFingerprint fingerprint; ///< of what makes up the circuit
 };
 
 } // namespace rf

@@ -36,7 +36,7 @@ public:
     LineCursor cursor(line);
     std::string const word = cursor.Peek();
     if (word.empty() || word[0] != '.')
-      Block().elements.push_back(Unique(ReadElement(line)));
+      Element(line);
     else
       Command(Folded(word), line, inMainFile);
   }
@@ -53,6 +53,11 @@ private:
     SubcircuitDefinition * definition;
     std::map<std::string, SourcePosition> elementNames;
   };
+
+  void Element(LogicalLine const & line) {
+    m_Content->fingerprint.Add(line.text);
+    Block().elements.push_back(Unique(ReadElement(line)));
+  }
 
   StatementBlock & Block() { return m_Open.empty() ? m_Content->top : m_Open.back().definition->body; }
 
@@ -81,7 +86,7 @@ private:
     else if (word == ".tran")
       Transient(line);
     else if (word == ".global")
-      GlobalNodes(cursor);
+      GlobalNodes(cursor, line);
     else if (IsForOtherAnalyses(word))
       NoteOnce(word, word == ".control" ? "ignored up to .endc" : "ignored", line);
     else
@@ -108,7 +113,10 @@ private:
     for (NameAndExpression & assignment : assignments) {
       CheckName(assignment, ".param", Block().parameters);
       auto const value = assignment.expression.PlainNumber();
-      if (inMainFile && m_Open.empty() && value)
+      bool const isVariable = inMainFile && m_Open.empty() && value;
+      m_Content->fingerprint.Add(".param " + assignment.name + "=" +
+                                 (isVariable ? std::string() : assignment.expression.Text()));
+      if (isVariable)
         m_Content->designVariables.push_back(
             {assignment.name, *value, assignment.expression.Text(), assignment.expression.Where()});
       Block().parameters.push_back(std::move(assignment));
@@ -132,6 +140,7 @@ private:
   }
 
   void OpenSubcircuit(LineCursor & cursor, LogicalLine const & line) {
+    m_Content->fingerprint.Add(line.text);
     auto definition = std::make_unique<SubcircuitDefinition>();
     definition->name = cursor.Word();
     definition->where = line.Start();
@@ -172,6 +181,7 @@ private:
   void CloseSubcircuit(LineCursor & cursor, LogicalLine const & line) {
     if (m_Open.empty())
       throw NetlistError(line.Start(), ".ends", "there is no open subcircuit", "remove it or add the .subckt line");
+    m_Content->fingerprint.Add(".ends");
     std::string const name = cursor.Word();
     std::string const & open = m_Open.back().definition->name;
     if (!name.empty() && Folded(name) != Folded(open))
@@ -198,7 +208,8 @@ private:
     m_Content->sweeps.push_back(std::move(sweep));
   }
 
-  void GlobalNodes(LineCursor & cursor) {
+  void GlobalNodes(LineCursor & cursor, LogicalLine const & line) {
+    m_Content->fingerprint.Add(line.text);
     while (!cursor.AtEnd())
       m_Content->globalNodes.insert(Folded(cursor.Word()));
   }

@@ -1,0 +1,74 @@
+#include "apps/solvedesk/EditResult.h"
+
+#include "apps/solvedesk/OpenProject.h"
+#include "desktop/command/Editor.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace solvedesk {
+namespace {
+
+std::size_t CountValid(desktop::Session & session) {
+  std::size_t count = 0;
+  for (auto const & [setupID, setup] : session.GetManager().GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      for (auto const & [index, variation] : solution->GetVariations())
+        count += variation->IsVariationValid() ? 1 : 0;
+  return count;
+}
+
+// "3 points were valid, none is".
+std::string ValidText(std::size_t before, std::size_t after) {
+  if (before == after)
+    return std::string();
+  return fmt::format("{} valid before, {} now\n", Count(static_cast<long long>(before), "point"), after);
+}
+
+} // namespace
+
+EditResult::EditResult(desktop::Session & session) : m_session(session), m_validBefore(CountValid(session)) {}
+
+void EditResult::Print(OutputOptions const & output, std::string const & project, bool isChanged,
+                       std::string const & unchanged) const {
+  Print(output, project, isChanged, unchanged, nlohmann::ordered_json::object());
+}
+
+void EditResult::Print(OutputOptions const & output, std::string const & project, bool isChanged,
+                       std::string const & unchanged, nlohmann::ordered_json const & items) const {
+  auto const changes = isChanged ? m_session.GetEditor().GetLastChanges() : std::vector<desktop::EditChange>();
+  std::size_t const validAfter = CountValid(m_session);
+  std::string text = isChanged ? std::string() : unchanged + "\n";
+  for (desktop::EditChange const & change : changes)
+    text += ChangeText(change) + "\n";
+  text += ValidText(m_validBefore, validAfter);
+  nlohmann::ordered_json document{{"project", Utf8(ProjectPath(project))}, {"changed", isChanged}};
+  document.update(items);
+  document["changes"] = ChangesJson(changes);
+  document["valid_points_before"] = m_validBefore;
+  document["valid_points"] = validAfter;
+  document["unsaved_changes"] = m_session.HasUnsavedChanges();
+  PrintResult(output, text, document);
+}
+
+std::string ChangeText(desktop::EditChange const & change) {
+  std::string const what = Utf8(change.what);
+  if (change.from.empty())
+    return fmt::format("{}: added{}", what, change.to.empty() ? "" : ", " + Utf8(change.to));
+  if (change.to.empty())
+    return fmt::format("{}: removed, was {}", what, Utf8(change.from));
+  return fmt::format("{}: {} -> {}", what, Utf8(change.from), Utf8(change.to));
+}
+
+nlohmann::ordered_json ChangesJson(std::vector<desktop::EditChange> const & changes) {
+  nlohmann::ordered_json json = nlohmann::ordered_json::array();
+  for (desktop::EditChange const & change : changes)
+    json.push_back({{"what", Utf8(change.what)}, {"from", Utf8(change.from)}, {"to", Utf8(change.to)}});
+  return json;
+}
+
+} // namespace solvedesk

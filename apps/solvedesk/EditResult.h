@@ -1,0 +1,39 @@
+#pragma once
+
+#include "apps/solvedesk/Console.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace desktop {
+class Session;
+struct EditChange;
+} // namespace desktop
+
+namespace solvedesk {
+
+/// What an edit did to solved data, told in the same way by every verb that edits.
+class EditResult {
+public:
+  /// Before the edit.
+  explicit EditResult(desktop::Session & session);
+  /// After it: the changes that it made, and how many points are valid now.
+  void Print(OutputOptions const & output, std::string const & project, bool isChanged,
+             std::string const & unchanged = "nothing to change") const;
+  /// The same with items of the verb's own in front of the others.
+  void Print(OutputOptions const & output, std::string const & project, bool isChanged, std::string const & unchanged,
+             nlohmann::ordered_json const & items) const;
+
+private:
+  desktop::Session & m_session;
+  std::size_t m_validBefore;
+};
+
+/// "variable C: 1 -> 2".
+std::string ChangeText(desktop::EditChange const & change);
+nlohmann::ordered_json ChangesJson(std::vector<desktop::EditChange> const & changes);
+
+} // namespace solvedesk

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "apps/solvedesk/Verbs.h"
+#include "desktop/command/Editor.h"
+
+namespace solvedesk {
+
+/// A verb that goes one or more steps through the history.
+struct HistoryStep {
+  char const * verb;
+  char const * description;
+  char const * nothing; ///< told when there is no such step
+  bool (desktop::Editor::*step)();
+};
+
+void AddHistorySteps(CLI::App & program, Action & action, HistoryStep const & step);
+
+} // namespace solvedesk

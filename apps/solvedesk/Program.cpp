@@ -1,0 +1,115 @@
+#include "apps/solvedesk/Program.h"
+
+#include "basekit/text/Utf8.h"
+#include "desktop/Error.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace solvedesk {
+namespace {
+
+char const * const kVersion = "solvedesk 0.1.0";
+
+char const * const kHelpEnd = R"(Examples:
+  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir
+  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9:1.1:0.05
+  solvedesk info lowpass
+  solvedesk touchstone lowpass --to results
+
+Exit codes:
+  0 done                          5 at least one point could not be solved
+  1 failed                        6 another process has the project
+  2 wrong words or values         7 results could not be stored
+  3 project missing or damaged    8 stopped by the user; what was solved is kept
+  4 netlist missing or wrong
+
+Every verb has its own help: solvedesk solve --help)";
+
+char const * const kShellHelpEnd = R"(Examples:
+  set cscale=0.95
+  solve
+  undo
+  info --why
+
+Every verb has its own help: solve --help.  'exit' or the end of the input ends the shell.)";
+
+} // namespace
+
+Program::Program(Place place, std::string const & project)
+    : m_place(place), m_project(project),
+      m_app(std::make_unique<CLI::App>(
+          "Solves the circuits of a project over its design variables, and keeps what was solved.",
+          place == Place::kShell ? "" : "solvedesk")) {
+  if (m_place == Place::kCommandLine)
+    m_app->set_version_flag("--version", kVersion, "print the version and exit");
+  m_app->footer(m_place == Place::kShell ? kShellHelpEnd : kHelpEnd);
+  m_app->require_subcommand(1);
+  AddVerbs();
+}
+
+Program::~Program() = default;
+
+void Program::AddVerbs() {
+  if (m_place == Place::kCommandLine)
+    AddNewVerb(*m_app, m_action);
+  AddInfoVerb(*m_app, m_action);
+  AddSetVerb(*m_app, m_action);
+  AddReloadVerb(*m_app, m_action);
+  AddSetupVerb(*m_app, m_action);
+  AddDeleteVerb(*m_app, m_action);
+  AddSolveVerb(*m_app, m_action);
+  AddSaveVerb(*m_app, m_action);
+  AddDiscardVerb(*m_app, m_action);
+  AddTouchstoneVerb(*m_app, m_action);
+  if (m_place == Place::kShell) {
+    AddUndoVerb(*m_app, m_action);
+    AddRedoVerb(*m_app, m_action);
+    AddHistoryVerb(*m_app, m_action);
+    return;
+  }
+  AddRecoverVerb(*m_app, m_action);
+  AddShellVerb(*m_app, m_action);
+  AddWorkerVerb(*m_app, m_action);
+}
+
+std::string Program::HelpCommand() const {
+  std::string const program = m_place == Place::kShell ? "" : "solvedesk ";
+  for (CLI::App const * verb : m_app->get_subcommands())
+    return program + verb->get_name() + " --help";
+  return program + "--help";
+}
+
+std::string Program::VerbNames() const {
+  std::string names;
+  for (CLI::App const * verb : m_app->get_subcommands([](CLI::App const * any) { return !any->get_group().empty(); }))
+    names += (names.empty() ? "" : ", ") + verb->get_name();
+  return names;
+}
+
+bool Program::Parse(std::vector<std::string> words) {
+  using desktop::Error;
+  // The first word is the verb; a wrong one is named.
+  bool const isVerb = !words.empty() && !words[0].starts_with("-");
+  auto const isNamed = [&words](CLI::App const * verb) { return verb->get_name() == words[0]; };
+  if (isVerb && m_app->get_subcommands(isNamed).empty())
+    throw Error(desktop::ErrorKind::kUsage,
+                text::FromUtf8("'" + words[0] + "': there is no such verb; the verbs are " + VerbNames() + "; see " +
+                               (m_place == Place::kShell ? "--help" : "solvedesk --help")));
+  // Verbs take a project's name; in a shell no line bears one.
+  if (isVerb && m_place == Place::kShell)
+    words.insert(words.begin() + 1, m_project);
+  try {
+    std::reverse(words.begin(), words.end());
+    m_app->parse(std::move(words));
+  } catch (CLI::ParseError const & error) {
+    if (error.get_exit_code() != 0)
+      throw Error(desktop::ErrorKind::kUsage, text::FromUtf8(std::string(error.what()) + "; see " + HelpCommand()));
+    m_app->exit(error);
+    return false;
+  }
+  return true;
+}
+
+} // namespace solvedesk

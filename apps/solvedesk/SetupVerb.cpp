@@ -1,0 +1,87 @@
+#include "apps/solvedesk/EditResult.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/Verbs.h"
+#include "desktop/Error.h"
+#include "desktop/command/Editor.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <map>
+
+namespace solvedesk {
+namespace {
+
+struct SetupWords {
+  std::string project;
+  std::string action;
+  std::string name;
+  std::vector<std::string> words;
+  OutputOptions output;
+};
+
+AString Joined(std::vector<std::string> const & words) {
+  std::string joined;
+  for (std::string const & word : words)
+    joined += (joined.empty() ? "" : " ") + word;
+  return ArgumentText(joined);
+}
+
+[[noreturn]] void Refuse(SetupWords const & words, wchar_t const * problem) {
+  throw desktop::Error(desktop::ErrorKind::kUsage,
+                       L"setup " + ArgumentText(words.action) + L" " + ArgumentText(words.name) + L": " + problem);
+}
+
+bool Change(desktop::Editor & editor, SetupWords const & words) {
+  AString const name = ArgumentText(words.name);
+  AString const rest = Joined(words.words);
+  if ((words.action == "delete" || words.action == "invalidate") && !rest.empty())
+    Refuse(words, L"takes no words behind the name");
+  if (words.action == "add")
+    editor.AddSetup(name, rest);
+  else if (words.action == "edit")
+    return editor.EditSetup(name, rest);
+  else if (words.action == "rename")
+    return words.words.size() == 1 ? editor.RenameSetup(name, rest)
+                                   : (Refuse(words, L"takes the new name, as one word; write it in quotes"), false);
+  else if (words.action == "delete")
+    editor.DeleteSetup(name);
+  else if (name.find(L':') != AString::npos)
+    editor.InvalidateSolution(name);
+  else
+    editor.InvalidateSetup(name);
+  return true;
+}
+
+int ChangeSetup(SetupWords const & words) {
+  auto const session = OpenForWriting(words.project);
+  EditResult const result(*session);
+  bool const isChanged = Change(session->GetEditor(), words);
+  result.Print(words.output, words.project, isChanged, "the setup is like that already",
+               {{"action", words.action}, {"setup", words.name}});
+  return 0;
+}
+
+} // namespace
+
+void AddSetupVerb(CLI::App & program, Action & action) {
+  auto const words = std::make_shared<SetupWords>();
+  CLI::App * const verb = program.add_subcommand("setup", "add, edit, rename, delete or invalidate a setup");
+  AddProjectWord(*verb, words->project);
+  verb->add_option("ACTION", words->action, "add, edit, rename, delete or invalidate")
+      ->required()
+      ->check(CLI::IsMember({"add", "edit", "rename", "delete", "invalidate"}));
+  verb->add_option("NAME", words->name, "the setup; to invalidate one solution alone, 'SETUP : SOLUTION'")->required();
+  verb->add_option("WORDS", words->words, "add, edit: what it solves, as in a .sp line; rename: the new name");
+  AddOutputOptions(*verb, words->output);
+  verb->footer("Examples:\n"
+               "  solvedesk setup lowpass add Fine lin 1001 10meg 2g\n"
+               "  solvedesk setup lowpass edit Fine dec 50 1meg 2g\n"
+               "  solvedesk setup lowpass rename Fine Wide\n"
+               "  solvedesk setup lowpass invalidate Wide\n"
+               "  solvedesk setup lowpass delete Wide\n\n"
+               "An edit makes what the setup solved stale; one that leads back to what it was makes that valid again.");
+  verb->callback([&action, words] { action = [words] { return ChangeSetup(*words); }; });
+}
+
+} // namespace solvedesk

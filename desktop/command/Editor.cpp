@@ -1,0 +1,158 @@
+// How an edit runs: as a command, told to the log, autosaved, and all taken back when one of these fails.
+#include "desktop/command/Editor.h"
+
+#include "desktop/Error.h"
+#include "desktop/command/DesignState.h"
+#include "desktop/command/Edit.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/Session.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+void RefuseFailure(DeltaFailure & failure) {
+  AString const text = failure.Take();
+  if (!text.empty())
+    throw Error(ErrorKind::kStorage, text);
+}
+
+} // namespace
+
+Editor::Editor(Session & session) : m_session(session) {}
+
+Editor::~Editor() = default;
+
+bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & work) {
+  m_session.RefuseWhenReadOnly();
+  DesignState const before(m_session);
+  EditLog const formerLog = m_session.GetEditLog();
+  Edit edit(name);
+  try {
+    work(edit);
+    RefuseFailure(m_failure);
+    if (!edit.command->HasDeltaStates())
+      return false;
+    auto const story = std::make_shared<EditStory const>(
+        EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
+    TellLog(before, story, edit.isInvalidation);
+    m_session.Autosave();
+  } catch (...) {
+    edit.command->RollBack();
+    m_failure.Take();
+    m_session.GetEditLog() = formerLog;
+    throw;
+  }
+  Told & told = m_told[m_history.NextSerial()];
+  told.changes.insert(told.changes.end(), edit.changes.begin(), edit.changes.end());
+  told.isInvalidation = edit.isInvalidation;
+  m_lastChanges = told.changes;
+  m_history.Push(std::move(edit.command));
+  return true;
+}
+
+void Editor::RunGroup(AString const & name, std::function<void()> const & edits) {
+  long const serial = m_history.NextSerial();
+  try {
+    CommandGroup const group(m_history, name);
+    edits();
+  } catch (...) {
+    if (m_history.UndosTo(serial) == 1 && !m_history.IsGroupOpen()) {
+      Undo();
+      m_history.ForgetUndone();
+    }
+    throw;
+  }
+}
+
+bool Editor::Undo() {
+  if (m_history.Position() == 0)
+    return false;
+  return Step(&CommandStack::Undo, &CommandStack::Redo, m_history.SerialAt(m_history.Position() - 1),
+              EditStory::Way::kUndone);
+}
+
+bool Editor::Redo() {
+  if (m_history.Position() == m_history.Size())
+    return false;
+  return Step(&CommandStack::Redo, &CommandStack::Undo, m_history.SerialAt(m_history.Position()),
+              EditStory::Way::kRedone);
+}
+
+bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(), long serial, EditStory::Way way) {
+  m_session.RefuseWhenReadOnly();
+  DesignState const before(m_session);
+  EditLog const formerLog = m_session.GetEditLog();
+  std::size_t const index = way == EditStory::Way::kUndone ? m_history.Position() - 1 : m_history.Position();
+  Told const & told = m_told[serial];
+  EditStory story{m_history.NameAt(index), way, told.changes, serial};
+  if (way == EditStory::Way::kUndone)
+    for (EditChange & change : story.changes)
+      std::swap(change.from, change.to);
+  if (!(m_history.*forward)())
+    return false;
+  try {
+    RefuseFailure(m_failure);
+    TellLog(before, std::make_shared<EditStory const>(story),
+            told.isInvalidation && way == EditStory::Way::kRedone);
+    m_session.Autosave();
+  } catch (...) {
+    (m_history.*back)();
+    m_failure.Take();
+    m_session.GetEditLog() = formerLog;
+    throw;
+  }
+  m_lastChanges = story.changes;
+  return true;
+}
+
+void Editor::TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation) {
+  DesignState const after(m_session);
+  EditLog & log = m_session.GetEditLog();
+  for (auto const & [object, version] : before.Versions()) {
+    auto const now = after.Versions().find(object);
+    if (now == after.Versions().end() || now->second == version)
+      continue;
+    log.Depart({object, version, before.Source(), before.SettingsOf(object.setupID), isInvalidation, story});
+    log.Arrive(object, now->second);
+  }
+  if (after.Variation() == before.Variation())
+    return;
+  log.DepartPoint({before.Variation(), story});
+  log.ArrivePoint(after.Variation());
+}
+
+BaseSimulationSetup & Editor::FindSetup(AString const & name) const {
+  AString known;
+  for (auto const & [id, setup] : m_session.GetManager().GetSetups()) {
+    if (AString::MatchNoCase(setup->GetName(), name))
+      return *setup;
+    known += (known.empty() ? AString() : AString(L", ")) + setup->GetName();
+  }
+  throw Error(ErrorKind::kUsage, name + L": the project has no setup of that name; it has: " +
+                                     (known.empty() ? AString(L"none") : known));
+}
+
+BaseSolution & Editor::FindSolution(AString const & name) const {
+  AString known;
+  std::vector<BaseSolution *> found;
+  for (auto const & [id, setup] : m_session.GetManager().GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+      known += (known.empty() ? AString() : AString(L", ")) + solution->GetGlobalSolutionName();
+      if (solution->NameIdentifiesSolution(name))
+        found.push_back(solution);
+    }
+  if (found.size() == 1)
+    return *found.front();
+  throw Error(ErrorKind::kUsage,
+              name + (found.empty() ? AString(L": the project has no solution of that name")
+                                    : AString(L": several solutions have that name; write it with its setup's")) +
+                  AString(L"; it has: ") + (known.empty() ? AString(L"none") : known));
+}
+
+} // namespace desktop

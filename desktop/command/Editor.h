@@ -1,0 +1,109 @@
+#pragma once
+
+#include "desktop/command/CommandStack.h"
+#include "desktop/command/Deltas.h"
+#include "desktop/command/EditLog.h"
+
+#include <functional>
+#include <map>
+#include <utility>
+#include <vector>
+
+class BaseSimulationSetup;
+class BaseSolution;
+namespace io {
+class CBlock;
+}
+
+namespace desktop {
+
+class DesignState;
+class Session;
+struct SourceBase;
+struct SourceFile;
+struct SourceMerge;
+struct SourceSetup;
+
+/// The door for all edits of an open project.  Each is one command: carried out whole or not at all, autosaved before
+/// the operation returns, and undone and redone by the model's own records.  Undo brings back the versions of setups
+/// and solutions, and so makes solved data valid again without a solve.  An edit that leads back to what was solved
+/// before does the same.  Failures are desktop::Error, with everything as it was; names are found without case.
+/// Operations that answer bool tell whether anything changed; an edit that changes nothing is no command.
+class Editor {
+public:
+  explicit Editor(Session & session);
+  ~Editor();
+  Editor(Editor const &) = delete;
+  Editor & operator=(Editor const &) = delete;
+
+  // Design variables.  A change of a value makes no data stale: it leads to another variation.
+  bool SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
+  /// What is solved was solved with the value: its variations get it into their texts.  The same for the other two.
+  void AddVariable(AString const & name, AString const & value);
+  bool RenameVariable(AString const & name, AString const & newName);
+  /// Variations of another value than the present one keep it in their texts, and so belong to no design any more.
+  void RemoveVariable(AString const & name);
+
+  // Setups
+  void AddSetup(AString const & name, AString const & words);
+  bool EditSetup(AString const & name, AString const & words);
+  bool RenameSetup(AString const & name, AString const & newName);
+  void DeleteSetup(AString const & name);
+  /// Data is stale from then on, whatever it was solved with.
+  void InvalidateSetup(AString const & name);
+
+  // Solutions, by their own name or "setup : solution"
+  void InvalidateSolution(AString const & name);
+  void DeleteSolution(AString const & name);
+  /// Deletes all data of a variation in the solutions of the named setup, or of all setups without a name.  Gives
+  /// the number of blocks of data that went.
+  int DeleteVariation(AString const & variation, AString const & setupName);
+
+  /// Reads the source again when its files have changed: one edit.  What the source changes is taken over, save where
+  /// the user changed the same thing here; then that stands, and a notice tells.
+  bool Reload(std::vector<AString> & notices);
+
+  /// Carries out several edits as one: all of them or none.
+  void RunGroup(AString const & name, std::function<void()> const & edits);
+
+  /// False when there is nothing to undo (redo).
+  bool Undo();
+  bool Redo();
+  /// What the last edit, undo or redo changed, for people.
+  std::vector<EditChange> const & GetLastChanges() const { return m_lastChanges; }
+  CommandStack & GetHistory() { return m_history; }
+  CommandStack const & GetHistory() const { return m_history; }
+  void WasSaved() { m_history.MarkClean(); }
+
+private:
+  class Edit;
+  /// What undo and redo tell the log of a command.
+  struct Told {
+    std::vector<EditChange> changes;
+    bool isInvalidation = false;
+  };
+
+  bool Run(AString const & name, std::function<void(Edit & edit)> const & work);
+  bool Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(), long serial, EditStory::Way way);
+  void TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation);
+
+  void ChangeVariables(Edit & edit, std::vector<std::pair<AString, AString>> const & variables);
+  void RenameVariations(Edit & edit, std::function<AString(AString const & variation)> const & newText);
+  void Revise(Edit & edit, BaseSimulationSetup & setup, AString const & source, io::CBlock const & settings);
+  void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
+  BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);
+  void TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, std::vector<SourceFile> const & files);
+
+  BaseSimulationSetup & FindSetup(AString const & name) const;
+  BaseSolution & FindSolution(AString const & name) const;
+  void RefuseTakenSetupName(AString const & name) const;
+
+  Session & m_session;
+  DeltaFailure m_failure;
+  CommandStack m_history;
+  /// By the serial of the command in the history.
+  std::map<long, Told> m_told;
+  std::vector<EditChange> m_lastChanges;
+};
+
+} // namespace desktop

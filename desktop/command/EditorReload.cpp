@@ -1,0 +1,128 @@
+// A changed source, read again, is one edit.
+#include "basekit/value/Variable.h"
+#include "desktop/Error.h"
+#include "desktop/command/DesignState.h"
+#include "desktop/command/Edit.h"
+#include "desktop/command/SourceMerge.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/Session.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+SourceMerge::Variables VariablesOf(Design const & design) {
+  SourceMerge::Variables variables;
+  for (Variable const * const variable : design.GetVariables())
+    variables.emplace_back(variable->GetName(), variable->GetValueText());
+  return variables;
+}
+
+SourceMerge::PresentSetups SetupsOf(Session & session) {
+  SourceMerge::PresentSetups setups;
+  for (auto const & [id, setup] : session.GetManager().GetSetups())
+    setups[id] = {setup->GetName(), SettingsWords(session, *setup)};
+  return setups;
+}
+
+SourceFiles ReadFiles(SourceDescription const & description, Project const & project) {
+  SourceFiles files;
+  for (AString const & file : description.files)
+    files.push_back(SourceFile::Read(file, project.GetFolder()));
+  if (files.empty())
+    files.push_back(SourceFile::Read(project.GetSourceFile(), project.GetFolder()));
+  return files;
+}
+
+void TellVariables(SourceMerge::Variables const & former, SourceMerge::Variables const & now,
+                   std::function<void(AString const & name, AString const & from, AString const & to)> const & tell) {
+  auto const valueIn = [](SourceMerge::Variables const & variables, AString const & name) {
+    for (auto const & [other, text] : variables)
+      if (other == name)
+        return text;
+    return AString();
+  };
+  for (auto const & [name, text] : former)
+    if (AString const to = valueIn(now, name); to != text)
+      tell(name, text, to);
+  for (auto const & [name, text] : now)
+    if (valueIn(former, name).empty())
+      tell(name, AString(), text);
+}
+
+AString UniqueName(BaseSolutionManager const & manager, AString const & wanted) {
+  AString name = wanted;
+  for (int number = 2; manager.GetISimulationSetup(name, false, false); ++number)
+    name = wanted + AString::Format(L"_%d", number);
+  return name;
+}
+
+} // namespace
+
+bool Editor::Reload(std::vector<AString> & notices) {
+  m_session.RefuseWhenReadOnly();
+  Project & project = m_session.GetProject();
+  LongFileName const file = project.GetSourceFile();
+  SourceDescription description;
+  AString error;
+  if (!m_session.GetProduct().ReadSource(file, description, error))
+    throw Error(ErrorKind::kSource, error);
+  SourceFiles const files = ReadFiles(description, project);
+  if (files == project.GetSourceFiles())
+    return false;
+  SourceBase const now = SourceBase::Of(description, files);
+  auto const describe = [this](io::CBlock const & settings) { return m_session.GetProduct().DescribeSettings(settings); };
+  SourceMerge const merge(project.GetSourceBase(), now, VariablesOf(m_session.GetDesign()), SetupsOf(m_session),
+                          describe);
+  bool const isChanged = Run(AString(L"reload ") + file.NameAndExtension(),
+                             [&](Edit & edit) { TakeOver(edit, merge, merge.base, files); });
+  notices = description.notes;
+  notices.insert(notices.end(), merge.notices.begin(), merge.notices.end());
+  return isChanged;
+}
+
+void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, SourceFiles const & files) {
+  Project & project = m_session.GetProject();
+  ProductSolutionManager & manager = m_session.GetManager();
+  AString const formerSource = project.GetSourceBase().fingerprint;
+  AString const fileName = project.GetSourceFile().NameAndExtension();
+  if (base.fingerprint != formerSource)
+    edit.Tell(AString(L"circuit of ") + fileName, formerSource, base.fingerprint);
+  auto const formerVariables = VariablesOf(m_session.GetDesign());
+  if (merge.variables != formerVariables) {
+    ChangeVariables(edit, merge.variables);
+    TellVariables(formerVariables, merge.variables, [&edit](AString const & name, AString const & from, AString const & to) {
+      edit.Tell(AString(L"variable ") + name, from, to);
+    });
+  }
+  for (long const id : merge.deleted) {
+    BaseSimulationSetup const & setup = *manager.GetSetups().at(id);
+    edit.Tell(AString(L"setup ") + setup.GetName(), SettingsWords(m_session, setup), AString());
+    manager.DeleteSimulationSetup(id, edit.command.get());
+  }
+  for (auto const & [id, setup] : manager.GetSetups()) {
+    auto const edited = merge.edited.find(id);
+    Revise(edit, *setup, base.fingerprint,
+           edited == merge.edited.end() ? SettingsOf(m_session, *setup) : edited->second);
+  }
+  for (std::size_t const index : merge.added) {
+    SourceSetup said = base.setups[index].said;
+    said.name = UniqueName(manager, said.name);
+    base.setups[index].id = MakeSetup(edit, said).GetID();
+  }
+  auto const kept = std::make_shared<std::pair<SourceFiles, SourceBase>>(files, base);
+  edit.Exchange([&project, kept] {
+    auto present = std::make_pair(project.GetSourceFiles(), project.GetSourceBase());
+    project.SetSourceFiles(kept->first);
+    project.SetSourceBase(kept->second);
+    *kept = std::move(present);
+  });
+}
+
+} // namespace desktop

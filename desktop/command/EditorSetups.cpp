@@ -1,0 +1,148 @@
+// Edits of setups, and the versions that they lead to.
+#include "CoreInterfaces/solution/SolutionEnums.h"
+#include "basekit/id/Id.h"
+#include "desktop/Error.h"
+#include "desktop/command/DesignState.h"
+#include "desktop/command/Edit.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/Session.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <optional>
+
+namespace desktop {
+
+namespace {
+
+SourceSetup ReadWords(Session const & session, AString const & name, AString const & words) {
+  SourceSetup said;
+  AString error;
+  said.name = name;
+  if (!session.GetProduct().ReadSettings(words, said, error))
+    throw Error(ErrorKind::kUsage, AString(L"setup ") + name + L": " + error);
+  return said;
+}
+
+} // namespace
+
+// The name stands in texts such as "setup : solution", and tells versions apart in the project file.
+void Editor::RefuseTakenSetupName(AString const & name) const {
+  bool const isName = !name.empty() && name == name.Trimmed() && name.find(L':') == AString::npos;
+  if (!isName)
+    throw Error(ErrorKind::kUsage, AString(L"'") + name + L"': can't be the name of a setup; give one without a colon, and "
+                                                 L"without blanks at its ends");
+  for (auto const & [id, setup] : m_session.GetManager().GetSetups())
+    if (AString::MatchNoCase(setup->GetName(), name))
+      throw Error(ErrorKind::kUsage, name + L": there is a setup of that name already; choose another one");
+}
+
+BaseSimulationSetup & Editor::MakeSetup(Edit & edit, SourceSetup const & said) {
+  BaseSimulationSetup * const made =
+      m_session.GetProduct().CreateSetup(m_session.GetManager(), said, edit.command.get());
+  if (!made)
+    throw Error(ErrorKind::kUsage, said.name + L": the setup can't be made; check its settings");
+  edit.Tell(AString(L"setup ") + made->GetName(), AString(), SettingsWords(m_session, *made));
+  return *made;
+}
+
+void Editor::AddSetup(AString const & name, AString const & words) {
+  RefuseTakenSetupName(name);
+  SourceSetup const said = ReadWords(m_session, name, words);
+  Run(AString(L"setup add ") + name + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
+}
+
+bool Editor::EditSetup(AString const & name, AString const & words) {
+  BaseSimulationSetup & setup = FindSetup(name);
+  SourceSetup const said = ReadWords(m_session, setup.GetName(), words);
+  return Run(AString(L"setup edit ") + setup.GetName() + L" " + words, [&](Edit & edit) {
+    Revise(edit, setup, m_session.GetProject().GetSourceBase().fingerprint, said.settings);
+  });
+}
+
+bool Editor::RenameSetup(AString const & name, AString const & newName) {
+  BaseSimulationSetup & setup = FindSetup(name);
+  AString const former = setup.GetName();
+  if (former == newName)
+    return false;
+  if (!AString::MatchNoCase(former, newName))
+    RefuseTakenSetupName(newName);
+  return Run(AString(L"setup rename ") + former + L" " + newName, [&](Edit & edit) {
+    auto const other = std::make_shared<AString>(newName);
+    ProductSolutionManager & manager = m_session.GetManager();
+    edit.Exchange([&manager, &setup, other] {
+      AString const present = setup.GetName();
+      manager.SimulationSetupWasRenamed(present, *other);
+      *other = present;
+    });
+    edit.Tell(L"name of setup", former, newName);
+  });
+}
+
+void Editor::DeleteSetup(AString const & name) {
+  BaseSimulationSetup const & setup = FindSetup(name);
+  AString const former = setup.GetName();
+  Run(AString(L"setup delete ") + former, [&](Edit & edit) {
+    edit.Tell(AString(L"setup ") + former, SettingsWords(m_session, setup), AString());
+    m_session.GetManager().DeleteSimulationSetup(setup.GetID(), edit.command.get());
+  });
+}
+
+void Editor::InvalidateSetup(AString const & name) {
+  BaseSimulationSetup & setup = FindSetup(name);
+  Run(AString(L"setup invalidate ") + setup.GetName(), [&](Edit & edit) {
+    setup.Invalidate(edit.command.get(), id::invalidID, kInvalidateSetups | kInvalidateSolutions);
+    edit.Tell(AString(L"data of setup ") + setup.GetName(), L"valid", L"stale");
+    edit.isInvalidation = true;
+  });
+}
+
+void Editor::InvalidateSolution(AString const & name) {
+  BaseSolution & solution = FindSolution(name);
+  Run(AString(L"setup invalidate ") + solution.GetGlobalSolutionName(), [&](Edit & edit) {
+    solution.Invalidate(edit.command.get(), id::invalidID);
+    edit.Tell(AString(L"data of solution ") + solution.GetGlobalSolutionName(), L"valid", L"stale");
+    edit.isInvalidation = true;
+  });
+}
+
+// Definitions are told the settings at the version that is present then: so the settings come behind the versions, on
+// the way back as well.
+void Editor::Revise(Edit & edit, BaseSimulationSetup & setup, AString const & source, io::CBlock const & settings) {
+  IDesktopProduct const & product = m_session.GetProduct();
+  io::CBlock const former = SettingsOf(m_session, setup);
+  AString const formerWords = product.DescribeSettings(former);
+  AString const words = product.DescribeSettings(settings);
+  bool const isEdited = words != formerWords;
+  if (!isEdited && source == m_session.GetProject().GetSourceBase().fingerprint)
+    return;
+  if (isEdited)
+    edit.OnUndo([&product, &setup, former] { product.ApplySettings(setup, former); });
+  NewVersions(edit, setup, source, words);
+  if (!isEdited)
+    return;
+  if (!product.ApplySettings(setup, settings))
+    throw Error(ErrorKind::kUsage, setup.GetName() + L": the setup can't be given '" + words + L"'");
+  edit.OnRedo([&product, &setup, settings] { product.ApplySettings(setup, settings); });
+  edit.Tell(AString(L"setup ") + setup.GetName(), formerWords, words);
+}
+
+// Who was solved with this very source and these settings before gets that version again, and so its data is valid.
+void Editor::NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words) {
+  EditLog const & log = m_session.GetEditLog();
+  std::optional<long> fresh;
+  auto const versionFor = [&](long solutionID) {
+    if (auto const known = log.VersionOf({setup.GetID(), solutionID}, source, words))
+      return *known;
+    if (!fresh)
+      fresh = m_session.GetManager().FetchNextUniqueID();
+    return *fresh;
+  };
+  setup.Invalidate(edit.command.get(), versionFor(-1), kInvalidateSetups);
+  for (auto const & [solutionID, solution] : setup.GetSolutions())
+    solution->Invalidate(edit.command.get(), versionFor(solutionID));
+}
+
+} // namespace desktop
