@@ -174,18 +174,15 @@ void RecordIndex::Forget(std::string_view name) {
   m_entries[id].place.kind = 0;
 }
 
-RecordIndex::Plan RecordIndex::PlanRecord(std::vector<Change> const & changes, bool isBinary) const {
+RecordIndex::Plan RecordIndex::PlanRecord(std::vector<Change> const & changes, bool isBinary, bool isWhole) const {
   HashAll();
   RecordIndex latest(true);
   latest.m_entries.reserve(changes.size());
   latest.Apply(changes);
   ++m_round;
-  std::size_t overridden = 0;
   for (auto const & entry : latest.m_entries)
-    if (Id const id = IdOf(latest.NameOf(entry)); id != kNone) {
+    if (Id const id = IdOf(latest.NameOf(entry)); id != kNone)
       m_entries[id].mark = m_round;
-      ++overridden;
-    }
   Plan plan;
   std::vector<Id> listed;
   auto const take = [&](Id id) {
@@ -198,8 +195,8 @@ RecordIndex::Plan RecordIndex::PlanRecord(std::vector<Change> const & changes, b
     take(id);
   std::size_t const alreadyChanged = listed.size();
   plan.keptSegments = m_segments.size();
-  while (plan.keptSegments > 0 &&
-         m_segments[plan.keptSegments - 1].ids.size() <= kGrowth * (latest.m_entries.size() + listed.size()))
+  while (plan.keptSegments > 0 && (isWhole || m_segments[plan.keptSegments - 1].ids.size() <=
+                                                  kGrowth * (latest.m_entries.size() + listed.size())))
     for (Id const id : m_segments[--plan.keptSegments].ids)
       take(id);
   plan.taken.assign(listed.begin() + static_cast<std::ptrdiff_t>(alreadyChanged), listed.end());
@@ -214,10 +211,12 @@ RecordIndex::Plan RecordIndex::PlanRecord(std::vector<Change> const & changes, b
       place.kind = kDeleteRecord;
     AppendIndexEntry(plan.payload, from.NameOf(entry), place, isBinary);
   };
-  for (auto const & entry : latest.m_entries)
-    append(latest, entry);
+  std::sort(listed.begin(), listed.end(),
+            [&](Id a, Id b) { return m_entries[a].place.offset < m_entries[b].place.offset; });
   for (Id const id : listed)
     append(*this, m_entries[id]);
+  for (auto const & entry : latest.m_entries)
+    append(latest, entry);
   return plan;
 }
 

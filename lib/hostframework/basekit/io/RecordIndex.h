@@ -77,8 +77,9 @@ public:
   void MarkDamaged(std::string_view name);
   void Forget(std::string_view name);
 
-  /// Plans the next index record; `changes` are those that go to the file with it and are not applied yet.
-  Plan PlanRecord(std::vector<Change> const & changes, bool isBinary) const;
+  /// Plans the next index record; `changes` are those that go to the file with it and are not applied yet.  A whole one
+  /// takes over all records before it: a file with one index record in file order is read fastest.
+  Plan PlanRecord(std::vector<Change> const & changes, bool isBinary, bool isWhole = false) const;
   /// The plan's record stands at the offset, and its changes are applied.
   void Accept(Plan const & plan, std::uint64_t offset);
 

@@ -77,7 +77,8 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::RewriteLibrary(bool conv
   bool const binary = IsBinaryModeFile();
   state.writesBinary = binary;
   LibIOReturn result = library::AcquireForWriting(state);
-  if (result == kLibSuccess)
+  // Deletions that are held need no record: what they delete is left out.
+  if (result == kLibSuccess && state.journaled.HasUnsent())
     result = library::Flush(state);
   if (result == kLibSuccess)
     result = library::CommitWhole(state, {convert, binary, m_precision}, binary);

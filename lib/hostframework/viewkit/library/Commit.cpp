@@ -101,7 +101,7 @@ LibIOReturn BecomePublic(LibraryState & state) {
     writer.Abandon();
     return read;
   }
-  writer.AddCommit(NextCommit(state), true);
+  writer.AddCommit(NextCommit(state), true, true);
   file::FileStatus status = writer.Finish();
   if (status.Ok())
     status = file::FileSystem().Rename(state.privatePath, state.path);
@@ -148,8 +148,10 @@ LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, boo
       state.lock.Forget(state.publicLog->Records().File());
     state.publicLog = std::move(written);
   }
-  if (result == kSuccess)
+  if (result == kSuccess) {
     NoteMerged(state);
+    state.heldDeletes.clear();
+  }
   return result == kSuccess && isDamaged ? CStreamioLibrary::kLibDamaged : result;
 }
 

@@ -58,11 +58,11 @@ std::uint64_t LogWriter::AddChange(unsigned kind, std::string_view name, std::st
   return m_changes.back().place.offset;
 }
 
-void LogWriter::AddCommit(io::CommitInfo commit, bool sync) {
+void LogWriter::AddCommit(io::CommitInfo commit, bool sync, bool wholeIndex) {
   m_commits = true;
   m_syncs = sync;
   bool const isBinary = m_log.Records().Header().isBinary;
-  m_plan = m_log.Index().PlanRecord(m_changes, isBinary);
+  m_plan = m_log.Index().PlanRecord(m_changes, isBinary, wholeIndex);
   commit.indexOffset = m_at;
   m_commit = commit;
   Emit(io::kIndexRecord, {}, m_plan.payload, isBinary ? io::kBinaryPayload : 0u, Group::GoesOn);

@@ -30,7 +30,8 @@ public:
   void AddCleanClose();
   /// Ends the group with the index of what changed and the commit record, which is written twice, so that damage of
   /// one of them loses nothing.  With `sync` all before it is on the disk before the commit record is written.
-  void AddCommit(io::CommitInfo commit, bool sync);
+  /// `wholeIndex`: the index record tells all that the file holds.
+  void AddCommit(io::CommitInfo commit, bool sync, bool wholeIndex = false);
   [[nodiscard]] file::FileStatus Finish();
   /// Takes back what was written so far.
   void Abandon();
