@@ -63,6 +63,18 @@ protected:
   }
 };
 
+/// A product whose setups can't read their definitions.
+struct UnreadableSetup : TestSetup {
+  using TestSetup::TestSetup;
+  io::ReadError ReadDefinitionBlock(io::CBlock const &) override { return io::kBadContent; }
+};
+struct UnreadableManager : TestManager {
+  using TestManager::TestManager;
+  BaseSimulationSetup * CreateSimulationSetup(long id, long version, AString const &) override {
+    return new UnreadableSetup(this, id, version);
+  }
+};
+
 } // namespace
 
 TEST_F(OpenOrRecoverTest, WhatACrashLeftCanBeRecovered) {
@@ -216,4 +228,30 @@ TEST_F(OpenOrRecoverTest, ADamagedMapInThePrivateFileIsAFailureAndAddsNothing) {
   Pairs pairs;
   EXPECT_FALSE(Merge(pairs));
   EXPECT_EQ(pairs, (Pairs{{L"K", L"SolutionBlock1"}}));
+}
+
+TEST_F(OpenOrRecoverTest, DefinitionsThatCannotBeReadFailTheRecovery) {
+  // The last read of a setup decides, and that is a solution's where there is one; this setup has none.
+  AddSetup(L"A").DeleteSolution(SolutionOf(FirstSetup()).GetID(), nullptr);
+  io::CBlock const design = DesignBlock();
+  Crash([this] { WriteDefinitions(); });
+  m_manager = std::make_unique<UnreadableManager>(&m_design);
+  m_manager->InitializeFromDesign(false);
+  EXPECT_FALSE(Manager().RecoverQsolFile(design, Manager().GetQsolPath()));
+  EXPECT_EQ(Report().failure, RecoveryReport::Failure::kDefinitionsDamaged);
+  EXPECT_TRUE(fs::exists(PublicFile())) << "the blocks are in the public file by then";
+}
+
+TEST_F(OpenOrRecoverTest, APrivateFileThatIsNoLibraryFailsTheRecoveryAndLeavesThePublicOne) {
+  io::CBlock const design = SavedDesign();
+  Crash([this] {
+    Open();
+    Save(DataKey(L"x=2"));
+  });
+  m_manager = std::make_unique<TestManager>(&m_design);
+  m_manager->InitializeFromDesign(false);
+  auto const publicBytes = fs::file_size(PublicFile());
+  std::ofstream(PrivateFile(), std::ios::binary | std::ios::trunc) << "gone";
+  EXPECT_FALSE(Manager().RecoverQsolFile(design, Manager().GetQsolPath()));
+  EXPECT_EQ(fs::file_size(PublicFile()), publicBytes);
 }
