@@ -1,7 +1,7 @@
 """usage: kill_desktop.py [--runs N] [--seed SEED]
 
-Kills the desktop at random moments of all that it does: solving, editing, saving, opening after a crash.  Each run is a
-project that lives through some deaths.  The oracle stands outside: what a verb acknowledged (a line of events, an exit
+Kills the desktop at random moments of all that it does: solving, editing variables and setups, deleting and solving
+again, undoing, saving, opening after a crash.  Each run is a project that lives through some deaths.  The oracle stands outside: what a verb acknowledged (a line of events, an exit
 code of 0) is there when the project is opened again, valid or stale as it was, and valid points have the bits of one
 solve that nobody disturbed.
 """
@@ -22,6 +22,10 @@ from _solvedesk import SMALL, SOLVEDESK, index_of, read, write  # noqa: E402
 NETLIST = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 801 1meg 1g')
 RES = [str(value) for value in range(40, 60)]
 CAP = ['1e-12', '2e-12', '3e-12']
+GRID = ('--vary', 'res=' + ','.join(RES), '--vary', 'cap=' + ','.join(CAP))
+FIRST, SECOND = 'SParameters1', 'Second'
+# What the setups solve; the first one is edited at times.
+SWEEP, EDITED, OTHER = 'lin 801 1meg 1g', 'lin 401 1meg 1g', 'lin 601 1meg 1g'
 
 
 class Broken(Exception):
@@ -52,10 +56,11 @@ def desk_and_kill(delay, *words):
 
 
 def touchstone(project, folder):
-    """{variation: bytes of its file}, comments left out, since they may name the moment of writing."""
+    """{(setup, variation): bytes of its file}, comments left out, since they may name the moment of writing."""
     desk('touchstone', project, '--to', folder, '--digits', '17')
-    return {row['variation']: b'\n'.join(line for line in read(os.path.join(folder, row['file'])).splitlines()
-                                         if not line.startswith(b'!')) for row in index_of(folder)}
+    return {(row['setup'], row['variation']): b'\n'.join(
+        line for line in read(os.path.join(folder, row['file'])).splitlines() if not line.startswith(b'!'))
+            for row in index_of(folder)}
 
 
 class Reference:
@@ -65,12 +70,15 @@ class Reference:
         write('small.cir', NETLIST)
         desk('new', 'whole', '--netlist', 'small.cir')
         self.seconds = {}
-        self.time('solve', 'whole', '--vary', 'res=' + ','.join(RES), '--vary', 'cap=' + ','.join(CAP), '--no-save')
+        self.time('setup', 'whole', 'add', SECOND, *OTHER.split())
+        self.time('solve', 'whole', *GRID, '--no-save')
         self.time('save', 'whole')
         self.time('set', 'whole', 'res=50')
         self.time('info', 'whole')
         self.files = touchstone('whole', 'whole-files')
-        if len(self.files) != len(RES) * len(CAP):
+        self.time('delete', 'whole', '--variation', 'cap=1e-12; res=40')
+        self.seconds['shell'] = self.seconds['solve'] + 2 * self.seconds['setup']
+        if len(self.files) != 2 * len(RES) * len(CAP):
             raise Broken(f'the undisturbed solve has {len(self.files)} points')
 
     def time(self, verb, *words):
@@ -84,15 +92,20 @@ class Run:
 
     def __init__(self, name, source, reference):
         self.name, self.source, self.reference = name, source, reference
-        self.acknowledged = {}  # variation: whether it is valid
+        self.acknowledged = set()  # (setup, variation)
         self.design = {'res': '50', 'cap': '1e-12'}
         self.deaths, self.story = 0, []
         desk('new', name, '--netlist', 'small.cir')
 
     def live(self):
-        for _ in range(self.source.randint(3, 6)):
-            self.source.choice((self.solve, self.solve, self.edit_and_solve, self.save, self.look))()
-            self.check()
+        actions = [self.solve, self.edit_and_solve, self.save, self.look, self.delete_and_solve, self.add_setup,
+                   self.edit_setup_and_undo]
+        self.source.shuffle(actions)
+        self.solve()
+        for action in actions[:self.source.randint(3, 6)]:
+            action()
+            if self.source.random() < 0.7:  # Else several deaths in a row.
+                self.check()
         self.finish()
 
     def attempt(self, verb, *words):
@@ -111,19 +124,56 @@ class Run:
         words += ['--jobs', self.source.choice('12')]
         lines, _ = self.attempt('solve', *words)
         events = [json.loads(line) for line in lines]
-        self.acknowledged.update({event['variation']: True for event in events if event['event'] == 'stored'})
-        self.story.append(f'  {sum(event["event"] == "stored" for event in events)} points acknowledged')
+        stored = {(event['setup'], event['variation']) for event in events if event['event'] == 'stored'}
+        self.acknowledged |= stored
+        self.story.append(f'  {len(stored)} points acknowledged')
 
     def edit_and_solve(self):
         name, values = self.source.choice((('res', RES), ('cap', CAP)))
         value = self.source.choice(values)
         _, killed = self.attempt('set', f'{name}={value}')
         if killed:  # It may have been done or not.
-            value = self.variables()[name]
-            if value not in (self.design[name], *values):
-                raise Broken(f'{name} is {value} after an edit that was killed')
+            now = self.variables()[name]
+            if now not in (self.design[name], value):
+                raise Broken(f'{name} is {now} after an edit to {value} that was killed')
+            value = now
         self.design[name] = value
         self.solve()
+
+    def delete_and_solve(self):
+        if not self.acknowledged:
+            return
+        _, variation = self.source.choice(sorted(self.acknowledged))
+        self.attempt('delete', '--variation', variation)
+        self.acknowledged -= {(FIRST, variation), (SECOND, variation)}
+        self.solve()
+
+    def add_setup(self):
+        _, killed = self.attempt('setup', 'add', SECOND, *OTHER.split())
+        names = [setup['name'] for setup in self.info()['setups']]
+        if names not in ([FIRST, SECOND], *([[FIRST]] if killed else [])):
+            raise Broken(f'the setups are {names} after adding one')
+        self.solve()
+
+    def edit_setup_and_undo(self):
+        """What an edit of a setup makes stale is there all the same, and valid again when it is taken back."""
+        cap, res = self.source.choice(CAP), self.source.sample(RES, 8)
+        write('script', '\n'.join((f'setup edit {FIRST} {EDITED}',
+                                   f'solve --setup {FIRST} --vary cap={cap} --vary res={",".join(res)} --no-save',
+                                   'undo', f'solve --setup {FIRST} --vary cap={cap} --no-save')) + '\n')
+        lines, killed = self.attempt('shell', 'script', '--json')
+        done = [json.loads(line) for line in lines]
+        if any(line['exit_code'] != 0 for line in done):
+            raise Broken(f'a line of the script failed: {done}')
+        points = next(setup for setup in self.info()['setups'] if setup['name'] == FIRST)['sweeps'][0]['count']
+        self.story.append(f'  {len(done)} lines acknowledged, the sweep has {points} points')
+        expected = {0: (401, 801), 1: (401,), 2: (401, 801)}.get(len(done), (801,))
+        if points not in (expected if killed else (801,)):
+            raise Broken(f'the sweep has {points} points after {len(done)} lines')
+        if points == 401:
+            self.check(first_is_valid=False)
+            desk('setup', self.name, 'edit', FIRST, *SWEEP.split())
+        self.check()
 
     def save(self):
         self.attempt('save')
@@ -132,40 +182,39 @@ class Run:
         """Opening takes over what a crash left: that can be killed too."""
         self.attempt('info')
 
-    def variables(self):
-        document = json.loads(desk('info', self.name, '--json').stdout)
-        return {entry['name']: entry['value'] for entry in document['design']['variables']}
+    def info(self):
+        return json.loads(desk('info', self.name, '--json').stdout)
 
-    def check(self):
-        if self.source.random() < 0.3:
-            return  # Several deaths in a row.
-        document = json.loads(desk('info', self.name, '--json').stdout)
-        design = {entry['name']: entry['value'] for entry in document['design']['variables']}
-        if design != self.design:
-            raise Broken(f'the design is {design}, acknowledged was {self.design}')
-        states = {state['variation']: state for setup in document['setups'] for solution in setup['solutions']
-                  for state in solution['variations']}
-        for variation, valid in self.acknowledged.items():
-            state = states.get(variation)
-            if not state or not state['has_data']:
-                raise Broken(f'{variation} is gone')
-            if state['valid'] != valid:
-                raise Broken(f'{variation} is {"valid" if state["valid"] else "stale"}')
-        if not self.acknowledged:
+    def variables(self):
+        return {entry['name']: entry['value'] for entry in self.info()['design']['variables']}
+
+    def check(self, first_is_valid=True):
+        if self.variables() != self.design:
+            raise Broken(f'the design is {self.variables()}, acknowledged was {self.design}')
+        states = {}
+        for setup in self.info()['setups']:
+            for state in (state for solution in setup['solutions'] for state in solution['variations']):
+                states.setdefault((setup['name'], state['variation']), set()).add(
+                    'no data' if not state['has_data'] else 'valid' if state['valid'] else 'stale')
+        for point in self.acknowledged:
+            wanted = 'valid' if first_is_valid or point[0] != FIRST else 'stale'
+            if wanted not in states.get(point, ()):
+                raise Broken(f'{point} should be {wanted}, and is {states.get(point, "gone")}')
+        if not first_is_valid or not self.acknowledged:
             return
         files = touchstone(self.name, self.name + '-files')
-        for variation, valid in self.acknowledged.items():
-            if valid and files.get(variation) != self.reference.files[variation]:
-                raise Broken(f'{variation} differs from the undisturbed solve')
+        for point in self.acknowledged:
+            if files.get(point) != self.reference.files[point]:
+                raise Broken(f'{point} differs from the undisturbed solve')
 
     def finish(self):
         """Nothing stands in the way of going on."""
         desk('save', self.name)
-        self.source = random.Random(1)
         self.check()
-        desk('solve', self.name, '--vary', 'res=' + ','.join(RES), '--vary', 'cap=' + ','.join(CAP))
-        if touchstone(self.name, self.name + '-files') != self.reference.files:
-            raise Broken('the finished project differs from the undisturbed one')
+        desk('solve', self.name, *GRID)
+        for point, data in touchstone(self.name, self.name + '-files').items():
+            if data != self.reference.files[point]:
+                raise Broken(f'{point} of the finished project differs from the undisturbed one')
 
     def remove(self):
         for name in os.listdir('.'):
@@ -183,7 +232,7 @@ def main():
     reference = Reference()
     deaths = 0
     for number in range(options.runs):
-        run = Run(f'run{number}', random.Random(source.randrange(10 ** 9)), reference)
+        run = Run(f'run-{number}-', random.Random(source.randrange(10 ** 9)), reference)
         try:
             run.live()
         except Broken as broken:
