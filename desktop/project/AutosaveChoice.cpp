@@ -7,8 +7,11 @@ namespace desktop {
 
 namespace {
 
+// But for what a save itself brings up to date.
 bool HoldTheSame(ProjectRecord const & a, ProjectRecord b) {
   b.generation = a.generation;
+  b.ids = a.ids;
+  b.edits = a.edits;
   return EncodeProject(a, ProjectFileKind::kProject) == EncodeProject(b, ProjectFileKind::kProject);
 }
 
@@ -31,11 +34,13 @@ AutosaveChoice JudgeAutosave(LongFileName const & file, ProjectRecord const & sa
   } catch (Error const & error) {
     choice.fate = Fate::kForeign;
     choice.why = ReasonOf(error, file);
+    choice.changesDesign = true;
     return choice;
   }
+  choice.changesDesign = !HoldTheSame(saved, choice.record);
   if (choice.record.generation == saved.generation)
     choice.fate = Fate::kWins;
-  else if (HoldTheSame(saved, choice.record))
+  else if (!choice.changesDesign)
     choice.fate = Fate::kObsolete;
   else {
     choice.fate = Fate::kForeign;

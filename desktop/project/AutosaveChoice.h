@@ -15,6 +15,8 @@ struct AutosaveChoice {
   Fate fate = Fate::kNone;
   ProjectRecord record; ///< of one that wins
   AString why;          ///< of a foreign one, in words
+  /// It tells of another design than the project file, or nobody can say what it tells of.
+  bool changesDesign = false;
 };
 
 /// Reads the autosave; changes nothing.

@@ -105,13 +105,14 @@ private:
   void MakeDesign(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
+  void RefuseDamagedNames(AString const & path) const;
   [[noreturn]] void RefuseTakeover(AString const & path, RecoveryReport const & report, AString const & cause) const;
   void RefuseLibrary(AString const & what) const;
 
   // Going back to the saved state
   void CheckSavedState(ProjectRecord const & saved);
   void SetUnsavedAside();
-  void DropUnsaved();
+  void DropUnsaved(ProjectRecord const & saved);
 
   // Saving it
   ProjectRecord MakeRecord() const;

@@ -2,10 +2,9 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
 #include "desktop/Error.h"
-#include "desktop/command/EditLog.h"
-#include "desktop/command/Editor.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
@@ -40,7 +39,7 @@ void Session::Discard() {
   m_notices.clear();
   m_access = Access::kReadOnly; // After a failure nothing may be written over what stands.
   CheckSavedState(saved);
-  DropUnsaved();
+  DropUnsaved(saved);
   MakeDesign(saved);
   ReadLibrary(saved);
   m_access = Access::kWrite;
@@ -60,11 +59,12 @@ void Session::CheckSavedState(ProjectRecord const & saved) {
   m_notices.clear(); // They come again.
 }
 
-void Session::DropUnsaved() {
+void Session::DropUnsaved(ProjectRecord const & saved) {
   AString const path = m_manager->GetQsolPath();
   m_manager.reset();
   RefuseInUse(path);
-  m_dropped = {LFN_Exists(m_project->GetAutosaveFile()), LFN_Exists(PrivateFileOf(path)), CountUnsavedPoints(path)};
+  m_dropped = {JudgeAutosave(m_project->GetAutosaveFile(), saved).changesDesign, LFN_Exists(PrivateFileOf(path)),
+               CountUnsavedPoints(path)};
   // The results first: an autosave without them is a design to solve, they without it would be results of nothing.
   Remove(PrivateFileOf(path));
   Remove(m_project->GetAutosaveFile());

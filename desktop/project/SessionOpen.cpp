@@ -1,6 +1,7 @@
 // Opening a project: which of its files count, and what a crash left.
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
+#include "basekit/io/CBlock.h"
 #include "desktop/Error.h"
 #include "desktop/command/EditLog.h"
 #include "desktop/command/Editor.h"
@@ -110,7 +111,7 @@ void Session::OpenForWriting(LeftWork work) {
   m_generation = saved.generation;
   if (work != LeftWork::kGoOn) {
     CheckSavedState(saved);
-    work == LeftWork::kDiscard ? DropUnsaved() : SetUnsavedAside();
+    work == LeftWork::kDiscard ? DropUnsaved(saved) : SetUnsavedAside();
   }
   using Fate = AutosaveChoice::Fate;
   LongFileName const autosaveFile = m_project->GetAutosaveFile();
@@ -153,6 +154,7 @@ void Session::ReadWithWork(ProjectRecord const & record) {
 
 void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   AString const path = m_manager->GetQsolPath();
+  RefuseDamagedNames(path);
   StaleResults(path).Keep(SetupsOfDesign(record.module));
   LibraryLengths const before(path);
   auto const committed = CommittedBlockNames(path);
@@ -171,6 +173,20 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   if (!m_manager->GetRecoveryReport().isCommitted)
     notice += L"; the library could not be written, so it is unsaved work";
   m_notices.push_back(notice);
+}
+
+// Without the map of names nobody can tell which block is whose; a takeover would find nothing to be unsaved.
+void Session::RefuseDamagedNames(AString const & path) const {
+  library::LibraryReader reader;
+  io::CBlock names(SolutionFileManager::kRealToInternalBlkName);
+  bool const isDamaged = reader.Open(LongFileName(path), true) == CStreamioLibrary::kLibSuccess &&
+                         reader.Load(names) == CStreamioLibrary::kLibDamaged;
+  if (!isDamaged)
+    return;
+  RecoveryReport report;
+  report.outcome = RecoveryReport::Outcome::kFailed;
+  report.failure = RecoveryReport::Failure::kNameMapDamaged;
+  RefuseTakeover(path, report, reader.LastError());
 }
 
 void Session::RefuseTakeover(AString const & path, RecoveryReport const & report, AString const & cause) const {

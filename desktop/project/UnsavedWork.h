@@ -6,7 +6,7 @@ namespace desktop {
 
 /// What stands beside the saved state of a project.
 struct UnsavedWork {
-  bool design = false;  ///< an autosave: variables, setups, versions
+  bool design = false;  ///< an autosave with other variables, setups or versions
   bool results = false; ///< a private library file
   int points = 0;       ///< solved points that it holds and the library doesn't
 };

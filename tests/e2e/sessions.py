@@ -2,7 +2,6 @@
 import json
 import os
 import resource
-import shutil
 import signal
 import subprocess
 import unittest
@@ -22,7 +21,8 @@ def content(name):
 
 
 def snapshot():
-    return {os.path.join(at, name): read(os.path.join(at, name)) for at, _, names in os.walk('.') for name in names}
+    return {os.path.join(at, name): read(os.path.join(at, name)) for at, _, names in os.walk('.') for name in names
+            if not name.endswith('.lock')}
 
 
 class Sessions(DeskTest):
@@ -209,12 +209,19 @@ class Sessions(DeskTest):
         damaged[at + 40] ^= 4
         with open(PRIVATE, 'wb') as file:
             file.write(damaged)
-        shutil.copytree('.', '../copy-of-crash', dirs_exist_ok=True)
-        self.addCleanup(shutil.rmtree, os.path.abspath('../copy-of-crash'))
-        # What stands behind damage in the middle is read, so there may be nothing to refuse.
-        done = subprocess.run([SOLVEDESK, 'save', 'small'], stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                              check=False)
-        print(done.returncode, done.stderr)
+        before = snapshot()
+        for words in (['save', 'small'], ['set', 'small', 'res=1'], ['solve', 'small'], ['recover', 'small'],
+                      ['recover', 'small', '--dry-run']):
+            message = self.refuse(3, *words)
+            self.assertIn("small.qsol_priv: the work that a crash left can't be taken over", message)
+            self.assertIn('--set-aside', message)
+            self.assertEqual(snapshot(), before)
+        self.assertTrue(self.document('info', 'small')['read_only'])
+        self.assertEqual(snapshot(), before)
+        self.run_desk('recover', 'small', '--set-aside')
+        self.assertEqual(content(PRIVATE + '.set-aside-1'), bytes(damaged))
+        self.solve('1')
+        self.assertEqual(self.with_data(), {'1'})
 
     def test_set_aside_goes_on_from_the_saved_state_and_keeps_the_files(self):
         self.crash()
