@@ -26,13 +26,13 @@ protected:
   }
 
   void ExpectSavedState(desktop::Session & session) {
-    EXPECT_EQ(TextOf(session, L"C"), L"1");
-    EXPECT_EQ(ValueOf(session, kSaved), 0.1);
-    EXPECT_EQ(ValueOf(session, kUnsaved), std::nullopt);
-    EXPECT_EQ(SolutionOf(session).size(), 1);
     EXPECT_FALSE(session.HasUnsavedChanges());
     EXPECT_FALSE(Exists("study.sproject.auto"));
     EXPECT_FALSE(Exists("study.results/circuit.qsol_priv"));
+    EXPECT_EQ(SolutionOf(session).size(), 1);
+    EXPECT_EQ(TextOf(session, L"C"), L"1");
+    EXPECT_EQ(ValueOf(session, kSaved), 0.1);
+    EXPECT_EQ(ValueOf(session, kUnsaved), std::nullopt); // Last: to ask gives the variation an ID.
   }
 
   std::unique_ptr<desktop::Session> Discard() const {

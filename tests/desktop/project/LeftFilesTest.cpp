@@ -153,7 +153,7 @@ void LeftFiles::Check(Found const & found) {
   Put(kAutosave, m_autosaves.at(found.autosave));
   Put(kLibrary, m_libraries.at(found.library));
   Put(kPrivate, m_privateFiles.at(found.privateFile));
-  bool const isGoodLibrary = found.library != "foreign" && found.library != "newer";
+  bool const isGoodLibrary = found.library == "good" || found.library == "missing" || found.library == "half written";
   if (found.project != "good")
     CheckRefused(kProject);
   else if (!isGoodLibrary)
@@ -188,12 +188,15 @@ void LeftFiles::CheckOpened(Found const & found) {
     for (AString const & notice : session->GetNotices())
       told += text::ToUtf8(notice) + "\n";
     EXPECT_EQ(TextOf(*session, L"C"), AString(found.autosave == "good" ? L"9" : L"1"));
-    if (isLibraryWhole)
+    if (isLibraryWhole) {
       EXPECT_EQ(ValueOf(*session, kSaved), 0.1);
-    if (adoptsClosed)
+    }
+    if (adoptsClosed) {
       EXPECT_EQ(ValueOf(*session, kClosed), 0.3);
-    if (takesOver)
+    }
+    if (takesOver) {
       EXPECT_EQ(ValueOf(*session, kCrashed), 0.4);
+    }
     EXPECT_EQ(told.find("recovered 1 point") != std::string::npos, takesOver) << told;
     bool const isAutosaveLeft = found.autosave != "good" && found.autosave != "none";
     EXPECT_EQ(told.find("study.sproject.auto: ") != std::string::npos, isAutosaveLeft) << told;
