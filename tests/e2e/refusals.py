@@ -70,7 +70,8 @@ class Refusals(DeskTest):
         self.assertEqual(files_below(), ['bad.cir'])
 
     def test_a_project_that_is_not_there_is_named_by_every_verb(self):
-        for words in (['info', 'none'], ['set', 'none', 'a=1'], ['solve', 'none'], ['save', 'none'],
+        for words in (['info', 'none'], ['set', 'none', 'a=1'], ['solve', 'none'], ['save', 'none'], ['discard', 'none'],
+                      ['recover', 'none'], ['recover', 'none', '--dry-run'], ['recover', 'none', '--set-aside'],
                       ['touchstone', 'none', '--to', 'out']):
             with self.subTest(words[0]):
                 self.assertIn('none.sproject', self.refuse(PROJECT, *words))
@@ -148,7 +149,7 @@ class Refusals(DeskTest):
 
     def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
         message = self.refuse(USAGE, 'slove', 'small')
-        for part in ("'slove'", 'new, info, set, solve, save, touchstone'):
+        for part in ("'slove'", 'the verbs are new, info, set, ', ' solve, save, discard, touchstone, recover'):
             self.assertIn(part, message)
         self.assertNotIn('worker', message)
 
