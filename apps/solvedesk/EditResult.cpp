@@ -40,8 +40,7 @@ void EditResult::Print(OutputOptions const & output, std::string const & project
 
 void EditResult::Print(OutputOptions const & output, std::string const & project, bool isChanged,
                        std::string const & unchanged, nlohmann::ordered_json const & items) const {
-  auto const changes =
-      isChanged ? m_session.GetEditor().GetLastChanges() : std::vector<desktop::EditChange>();
+  auto const changes = isChanged ? m_session.GetEditor().GetLastChanges() : std::vector<desktop::EditChange>();
   std::size_t const validAfter = CountValid(m_session);
   std::string text = isChanged ? std::string() : unchanged + "\n";
   for (desktop::EditChange const & change : changes)

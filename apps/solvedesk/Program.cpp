@@ -38,9 +38,10 @@ Every verb has its own help: solve --help.  'exit' or the end of the input ends 
 } // namespace
 
 Program::Program(Place place, std::string const & project)
-    : m_place(place), m_project(project), m_app(std::make_unique<CLI::App>(
-                          "Solves the circuits of a project over its design variables, and keeps what was solved.",
-                          place == Place::kShell ? "" : "solvedesk")) {
+    : m_place(place), m_project(project),
+      m_app(std::make_unique<CLI::App>(
+          "Solves the circuits of a project over its design variables, and keeps what was solved.",
+          place == Place::kShell ? "" : "solvedesk")) {
   if (m_place == Place::kCommandLine)
     m_app->set_version_flag("--version", kVersion, "print the version and exit");
   m_app->footer(m_place == Place::kShell ? kShellHelpEnd : kHelpEnd);
@@ -102,8 +103,7 @@ bool Program::Parse(std::vector<std::string> words) {
     m_app->parse(std::move(words));
   } catch (CLI::ParseError const & error) {
     if (error.get_exit_code() != 0)
-      throw Error(desktop::ErrorKind::kUsage,
-                  text::FromUtf8(std::string(error.what()) + "; see " + HelpCommand()));
+      throw Error(desktop::ErrorKind::kUsage, text::FromUtf8(std::string(error.what()) + "; see " + HelpCommand()));
     m_app->exit(error);
     return false;
   }

@@ -85,9 +85,9 @@ Json StaleReport::PresentPoint() {
 std::string StaleReport::Text() {
   std::string text;
   for (auto const & [version, group] : m_groups)
-    text += fmt::format("      {} stale since {}\n        valid again by: {}\n",
-                        Count(group.count, "point") + (group.count == 1 ? " is" : " are"), group.reason,
-                        group.remedies);
+    text +=
+        fmt::format("      {} stale since {}\n        valid again by: {}\n",
+                    Count(group.count, "point") + (group.count == 1 ? " is" : " are"), group.reason, group.remedies);
   if (auto const unsolved = desktop::WhyUnsolved(m_session, m_solution))
     text += fmt::format("      {} is not solved, since {}\n        valid again by: {}\n",
                         Utf8(m_session.GetDesign().GetVariation()), StoryText(unsolved->reason),

@@ -36,8 +36,8 @@ SourceBase SourceBase::Of(SourceDescription const & description, SourceFiles con
   base.fingerprint = description.fingerprint;
   if (base.fingerprint.empty())
     for (SourceFile const & file : files)
-      base.fingerprint += AString::Format(L"%x-%x;", static_cast<unsigned long>(file.size),
-                                          static_cast<unsigned long>(file.checksum));
+      base.fingerprint +=
+          AString::Format(L"%x-%x;", static_cast<unsigned long>(file.size), static_cast<unsigned long>(file.checksum));
   base.variables = description.variables;
   for (SourceSetup const & setup : description.setups)
     base.setups.push_back({setup, -1});
@@ -53,8 +53,8 @@ void WriteSourceBase(SourceBase const & base, io::CBlock & block) {
   }
   for (SourceBase::Setup const & setup : base.setups) {
     io::CBlock setupBlock(kSetup);
-    setupBlock << io::named(kName, setup.said.name) << io::named(kType, setup.said.typeName)
-               << io::named(kID, setup.id) << setup.said.settings;
+    setupBlock << io::named(kName, setup.said.name) << io::named(kType, setup.said.typeName) << io::named(kID, setup.id)
+               << setup.said.settings;
     block << setupBlock;
   }
 }

@@ -77,9 +77,9 @@ void CheckUnchanged(SourceFiles const & files, LongFileName const & projectFolde
   for (SourceFile const & file : files) {
     LongFileName const path = file.PathIn(projectFolder);
     if (SourceFile::Read(path, projectFolder) != file)
-      throw Error(ErrorKind::kSource,
-                  path.FilePath() + L": the source has changed since the project read it; read it again with "
-                                    L"'solvedesk reload', or put the former file back");
+      throw Error(ErrorKind::kSource, path.FilePath() +
+                                          L": the source has changed since the project read it; read it again with "
+                                          L"'solvedesk reload', or put the former file back");
   }
 }
 

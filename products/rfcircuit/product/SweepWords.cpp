@@ -13,7 +13,8 @@ std::optional<rf::FrequencySweep> SweepOfWords(AString const & words, AString & 
   std::string const line = text::ToUtf8(words);
   bool const isOneLine = std::none_of(line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; });
   try {
-    auto const sweeps = rf::ReadNetlistText("sweep\n.sp " + (isOneLine ? line : std::string()) + "\n", "sweep").Sweeps();
+    auto const sweeps =
+        rf::ReadNetlistText("sweep\n.sp " + (isOneLine ? line : std::string()) + "\n", "sweep").Sweeps();
     if (sweeps.size() == 1)
       return sweeps.front().sweep;
     error = L"sweep: the words are missing; write them as in 'lin 201 10meg 2g', 'dec 20 1k 1g' or 'list 1g 2g'";
