@@ -1,6 +1,7 @@
 #include "desktop/command/VariationDeletion.h"
 
 #include "basekit/id/Id.h"
+#include "desktop/command/StatesOfVersions.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -35,6 +36,7 @@ void VariationDeletion::KeepCopies() {
 void VariationDeletion::Delete() {
   KeepCopies();
   m_solution.DeleteSolutionVariation(m_variation, nullptr);
+  RewriteStates(m_solution, m_versions);
 }
 
 void VariationDeletion::UndoIt() {
@@ -51,6 +53,7 @@ void VariationDeletion::UndoIt() {
                    L": the deleted data can't be stored again; make room or get permission, and undo again");
   for (long const version : m_versions)
     m_solution.EnsureVariation(m_variation, version);
+  RewriteStates(m_solution, m_versions);
 }
 
 void VariationDeletion::RedoIt() {

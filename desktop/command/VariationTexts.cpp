@@ -1,5 +1,6 @@
 #include "desktop/command/VariationTexts.h"
 
+#include "desktop/command/StatesOfVersions.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -22,6 +23,15 @@ void Gather(BaseSolutionManager::SetupMap const & setups, VersionsOfText & texts
       for (auto const & [solutionID, solution] : *solutions)
         for (auto const & [index, variation] : solution->GetVariations())
           texts[variation->GetDesignVariationKey()][solution].push_back(variation->GetVersionID());
+}
+
+void RewriteChangedStates(VersionsOfText const & texts, std::map<AString, AString> const & renamed) {
+  std::map<BaseSolution *, std::set<long>> changed;
+  for (auto const & [text, other] : renamed)
+    for (auto const & [solution, versions] : texts.at(text))
+      changed[solution].insert(versions.begin(), versions.end());
+  for (auto const & [solution, versions] : changed)
+    RewriteStates(*solution, {versions.begin(), versions.end()});
 }
 
 } // namespace
@@ -58,6 +68,7 @@ void VariationTexts::Exchange() {
         solution->EnsureVariation(other, version);
     }
   }
+  RewriteChangedStates(texts, renamed);
   m_untouched = std::move(untouched);
   std::swap(m_next, m_other);
 }

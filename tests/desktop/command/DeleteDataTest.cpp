@@ -54,3 +54,13 @@ TEST_F(DeleteData, UndoBringsASolutionBackWithItsData) {
   Editor().Undo();
   EXPECT_EQ(StateOf(*m_session), before);
 }
+
+TEST_F(DeleteData, NothingOfAnOlderVersionComesBackInTheNextSession) {
+  Solve(*m_session, L"C=1; L=2", 5);
+  m_session->Save();
+  Editor().EditSetup(L"Sweep", L"wide");
+  Editor().DeleteVariation(L"C=1; L=2", AString());
+  m_session->Save();
+  Reopen();
+  EXPECT_EQ(SolutionOf(*m_session).size(), 0);
+}

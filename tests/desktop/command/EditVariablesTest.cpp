@@ -82,3 +82,15 @@ TEST_F(EditVariables, AGroupIsOneStepAndAllOrNothing) {
   Editor().Undo();
   EXPECT_EQ(m_session->GetDesign().GetVariation(), L"C=1; L=2");
 }
+
+TEST_F(EditVariables, ARenameReachesDataOfOlderVersions) {
+  Solve(*m_session, L"C=1; L=2", 5);
+  m_session->Save();
+  Editor().EditSetup(L"Sweep", L"wide");
+  Editor().RenameVariable(L"C", L"Cap");
+  m_session->Save();
+  Reopen();
+  EXPECT_EQ(SolutionOf(*m_session).size(), 1);
+  Editor().EditSetup(L"Sweep", L"");
+  EXPECT_EQ(ValueOf(*m_session, L"Cap=1; L=2"), 5);
+}

@@ -38,7 +38,7 @@ AString EditorTest::StateOf(desktop::Session & session) {
                             loaded && loaded->HasSolutionData() ? loaded->values.front() : -1.0);
       }
       for (auto const & [key, line] : lines)
-        state += L"\n    " + key + line;
+        state += AString(L"\n    ") + key + line;
     }
   }
   return state;

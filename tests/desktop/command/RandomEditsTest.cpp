@@ -18,7 +18,9 @@ protected:
   }
   AString AnyVariable() {
     auto const variables = m_session->GetDesign().GetVariables();
-    return variables[static_cast<std::size_t>(Any(static_cast<int>(variables.size())))]->GetName();
+    // Without any the name is an unknown one, which is refused.
+    return variables.empty() ? AString(L"none")
+                             : variables[static_cast<std::size_t>(Any(static_cast<int>(variables.size())))]->GetName();
   }
   AString AnyWords() { return AString::Format(L"words%d", Any(3)); }
   AString NewName() { return AString::Format(L"n%d", ++m_names); }
