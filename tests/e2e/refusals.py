@@ -148,7 +148,7 @@ class Refusals(DeskTest):
 
     def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
         message = self.refuse(USAGE, 'slove', 'small')
-        for part in ("'slove'", 'new, info, set, solve, save, touchstone'):
+        for part in ("'slove'", 'new, info, set, reload, setup, delete, solve, save, touchstone, shell'):
             self.assertIn(part, message)
         self.assertNotIn('worker', message)
 
