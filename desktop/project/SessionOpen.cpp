@@ -95,6 +95,8 @@ void Session::OpenForWriting() {
   ProjectRecord const saved = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file);
   ProjectRecord const record = RecordToOpen(saved);
   MakeDesign(record);
+  if (m_hasAutosave)
+    m_manager->SetDeletionsUnsaved();
   AString const path = m_manager->GetQsolPath();
   AString const project = m_project->GetName();
   switch (library::LibraryReader::StateOfPrivateFile(LongFileName(path))) {

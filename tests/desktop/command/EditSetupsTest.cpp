@@ -167,3 +167,26 @@ TEST_F(EditSetups, RefusesEverythingInAProjectThatIsOpenForReading) {
   EXPECT_EQ(RefusalOf([&] { Editor().EditSetup(L"Sweep", L"wide"); }).kind, ErrorKind::kUsage);
   EXPECT_EQ(WordsOf(L"Sweep"), L"");
 }
+
+TEST_F(EditSetups, ADeletionThatWasNotSavedLeavesTheSavedDataInTheLibrary) {
+  Solve(*m_session, kPoint, 5);
+  m_session->Save();
+  AString const saved = StateOf(*m_session);
+  Editor().DeleteSetup(L"Sweep");
+  Reopen();
+  EXPECT_EQ(m_session->GetManager().GetSetups().size(), 1u);
+  m_session.reset();
+  std::filesystem::remove(m_folder / "study.sproject.auto");
+  m_session = Open();
+  EXPECT_EQ(StateOf(*m_session), saved);
+}
+
+TEST_F(EditSetups, ADeletionThatWasSavedIsCarriedOutInTheLibraryByTheNextSession) {
+  Solve(*m_session, kPoint, 5);
+  m_session->Save();
+  std::size_t const blocks = m_session->GetCommittedBlocks().size();
+  Editor().DeleteSetup(L"Sweep");
+  m_session->Save();
+  Reopen();
+  EXPECT_LT(m_session->GetCommittedBlocks().size(), blocks);
+}
