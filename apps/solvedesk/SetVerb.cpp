@@ -90,7 +90,8 @@ int SetVariables(SetWords const & words) {
   std::string text;
   nlohmann::ordered_json variables = nlohmann::ordered_json::array();
   for (Variable const * variable : session->GetDesign().GetVariables()) {
-    text += fmt::format("{} = {}\n", Utf8(variable->GetName()), Utf8(variable->GetValueText()));
+    text +=
+        (text.empty() ? "" : "\n") + fmt::format("{} = {}", Utf8(variable->GetName()), Utf8(variable->GetValueText()));
     variables.push_back({{"name", Utf8(variable->GetName())}, {"value", Utf8(variable->GetValueText())}});
   }
   result.Print(words.output, words.project, isChanged, text, {{"variables", variables}});

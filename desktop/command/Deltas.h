@@ -28,8 +28,8 @@ private:
   std::function<void()> m_exchange;
 };
 
-/// What is to be done on the way back, or on the way forth, alone: for work that must come last both ways, and so stands
-/// in front of a command's other changes for undo and behind them for redo.
+/// What is to be done on the way back, or on the way forth, alone: for work that must come last both ways, and so
+/// stands in front of a command's other changes for undo and behind them for redo.
 class OneWayDelta : public KelvroDeltaState {
 public:
   enum class Way { kUndo, kRedo };

@@ -1,5 +1,6 @@
 #include "desktop/command/EditLog.h"
 
+#include <algorithm>
 #include <iterator>
 #include <limits>
 
@@ -19,14 +20,17 @@ Departure const * EditLog::Find(VersionedObject object, long version) const {
 
 std::optional<long> EditLog::VersionOf(VersionedObject object, AString const & source, AString const & settings) const {
   Entry const * last = nullptr;
+  long lastInvalidation = 0;
   auto at = m_departures.lower_bound({object, std::numeric_limits<long>::min()});
   for (; at != m_departures.end() && at->first.first == object; ++at) {
     Departure const & departure = at->second.departure;
-    bool const isSame = !departure.isInvalidation && departure.source == source && departure.settings == settings;
+    if (departure.isInvalidation)
+      lastInvalidation = std::max(lastInvalidation, at->second.order);
+    bool const isSame = departure.source == source && departure.settings == settings;
     if (isSame && (!last || last->order < at->second.order))
       last = &at->second;
   }
-  return last ? std::optional(last->departure.version) : std::nullopt;
+  return last && last->order > lastInvalidation ? std::optional(last->departure.version) : std::nullopt;
 }
 
 void EditLog::DepartPoint(PointDeparture departure) {
@@ -42,7 +46,8 @@ void EditLog::ArrivePoint(AString const & variation) {
 
 void EditLog::Keep(std::function<bool(VersionedObject object, long version)> const & isKept) {
   for (auto at = m_departures.begin(); at != m_departures.end();)
-    at = isKept(at->first.first, at->first.second) ? std::next(at) : m_departures.erase(at);
+    at = at->second.departure.isInvalidation || isKept(at->first.first, at->first.second) ? std::next(at)
+                                                                                          : m_departures.erase(at);
 }
 
 } // namespace desktop

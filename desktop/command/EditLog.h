@@ -44,9 +44,9 @@ struct VersionedObject {
 struct Departure {
   VersionedObject object;
   long version = -1;
-  AString source;   ///< the source's fingerprint at that version
-  AString settings; ///< the setup's, in words
-  bool isInvalidation = false; ///< on purpose: no edit brings the version back but undo
+  AString source;              ///< the source's fingerprint at that version
+  AString settings;            ///< the setup's, in words
+  bool isInvalidation = false; ///< on purpose: undo alone brings this version, or an older one, back
   std::shared_ptr<EditStory const> story;
 };
 
@@ -67,7 +67,8 @@ public:
   void Arrive(VersionedObject object, long version);
   /// Null when the log doesn't know, as for an edit that was made before there was a log.
   Departure const * Find(VersionedObject object, long version) const;
-  /// The version at which the object was last of this source and these settings.
+  /// The version at which the object was last of this source and these settings, if that was after it was last
+  /// invalidated on purpose.
   std::optional<long> VersionOf(VersionedObject object, AString const & source, AString const & settings) const;
 
   void DepartPoint(PointDeparture departure);
@@ -76,7 +77,7 @@ public:
   std::list<PointDeparture> const & Points() const { return m_points; }
 
   bool HasDepartures() const { return !m_departures.empty(); }
-  /// Forgets versions that nothing is kept of.
+  /// Forgets versions that nothing is kept of; an invalidation stays, as it bars what is older.
   void Keep(std::function<bool(VersionedObject object, long version)> const & isKept);
 
   /// Item: one block "Edit" for each edit.

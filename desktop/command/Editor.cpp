@@ -38,8 +38,8 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
     RefuseFailure(m_failure);
     if (!edit.command->HasDeltaStates())
       return false;
-    auto const story = std::make_shared<EditStory const>(
-        EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
+    auto const story =
+        std::make_shared<EditStory const>(EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
     TellLog(before, story, edit.isInvalidation);
     m_session.Autosave();
   } catch (...) {
@@ -98,8 +98,7 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
     return false;
   try {
     RefuseFailure(m_failure);
-    TellLog(before, std::make_shared<EditStory const>(story),
-            told.isInvalidation && way == EditStory::Way::kRedone);
+    TellLog(before, std::make_shared<EditStory const>(story), told.isInvalidation && way == EditStory::Way::kRedone);
     m_session.Autosave();
   } catch (...) {
     (m_history.*back)();
@@ -134,8 +133,8 @@ BaseSimulationSetup & Editor::FindSetup(AString const & name) const {
       return *setup;
     known += (known.empty() ? AString() : AString(L", ")) + setup->GetName();
   }
-  throw Error(ErrorKind::kUsage, name + L": the project has no setup of that name; it has: " +
-                                     (known.empty() ? AString(L"none") : known));
+  throw Error(ErrorKind::kUsage,
+              name + L": the project has no setup of that name; it has: " + (known.empty() ? AString(L"none") : known));
 }
 
 BaseSolution & Editor::FindSolution(AString const & name) const {
@@ -150,8 +149,9 @@ BaseSolution & Editor::FindSolution(AString const & name) const {
   if (found.size() == 1)
     return *found.front();
   throw Error(ErrorKind::kUsage,
-              name + (found.empty() ? AString(L": the project has no solution of that name")
-                                    : AString(L": several solutions have that name; write it with its setup's")) +
+              name +
+                  (found.empty() ? AString(L": the project has no solution of that name")
+                                 : AString(L": several solutions have that name; write it with its setup's")) +
                   AString(L"; it has: ") + (known.empty() ? AString(L"none") : known));
 }
 

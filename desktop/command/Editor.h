@@ -77,6 +77,7 @@ public:
 
 private:
   class Edit;
+  using NewText = std::function<AString(AString const & variation)>;
   /// What undo and redo tell the log of a command.
   struct Told {
     std::vector<EditChange> changes;
@@ -88,7 +89,7 @@ private:
   void TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation);
 
   void ChangeVariables(Edit & edit, std::vector<std::pair<AString, AString>> const & variables);
-  void RenameVariations(Edit & edit, std::function<AString(AString const & variation)> const & newText);
+  void RenameVariations(Edit & edit, NewText const & forth, NewText const & back);
   void Revise(Edit & edit, BaseSimulationSetup & setup, AString const & source, io::CBlock const & settings);
   void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
   BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);

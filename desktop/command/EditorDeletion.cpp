@@ -47,7 +47,8 @@ int Editor::DeleteVariation(AString const & variation, AString const & setupName
         doomed.emplace_back(solution, text);
   }
   if (doomed.empty())
-    throw Error(ErrorKind::kUsage, AString(L"'") + variation + L"': nothing is solved at this variation; `info` lists what is");
+    throw Error(ErrorKind::kUsage,
+                AString(L"'") + variation + L"': nothing is solved at this variation; `info` lists what is");
   int blocks = 0;
   Run(AString(L"delete --variation '") + variation + L"'", [&](Edit & edit) {
     for (auto const & [solution, text] : doomed) {

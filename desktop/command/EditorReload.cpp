@@ -77,7 +77,9 @@ bool Editor::Reload(std::vector<AString> & notices) {
   if (files == project.GetSourceFiles())
     return false;
   SourceBase const now = SourceBase::Of(description, files);
-  auto const describe = [this](io::CBlock const & settings) { return m_session.GetProduct().DescribeSettings(settings); };
+  auto const describe = [this](io::CBlock const & settings) {
+    return m_session.GetProduct().DescribeSettings(settings);
+  };
   SourceMerge const merge(project.GetSourceBase(), now, VariablesOf(m_session.GetDesign()), SetupsOf(m_session),
                           describe);
   bool const isChanged = Run(AString(L"reload ") + file.NameAndExtension(),
@@ -97,9 +99,10 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
   auto const formerVariables = VariablesOf(m_session.GetDesign());
   if (merge.variables != formerVariables) {
     ChangeVariables(edit, merge.variables);
-    TellVariables(formerVariables, merge.variables, [&edit](AString const & name, AString const & from, AString const & to) {
-      edit.Tell(AString(L"variable ") + name, from, to);
-    });
+    TellVariables(formerVariables, merge.variables,
+                  [&edit](AString const & name, AString const & from, AString const & to) {
+                    edit.Tell(AString(L"variable ") + name, from, to);
+                  });
   }
   for (long const id : merge.deleted) {
     BaseSimulationSetup const & setup = *manager.GetSetups().at(id);

@@ -32,8 +32,9 @@ SourceSetup ReadWords(Session const & session, AString const & name, AString con
 void Editor::RefuseTakenSetupName(AString const & name) const {
   bool const isName = !name.empty() && name == name.Trimmed() && name.find(L':') == AString::npos;
   if (!isName)
-    throw Error(ErrorKind::kUsage, AString(L"'") + name + L"': can't be the name of a setup; give one without a colon, and "
-                                                 L"without blanks at its ends");
+    throw Error(ErrorKind::kUsage, AString(L"'") + name +
+                                       L"': can't be the name of a setup; give one without a colon, and "
+                                       L"without blanks at its ends");
   for (auto const & [id, setup] : m_session.GetManager().GetSetups())
     if (AString::MatchNoCase(setup->GetName(), name))
       throw Error(ErrorKind::kUsage, name + L": there is a setup of that name already; choose another one");

@@ -64,6 +64,36 @@ AString CommandName(AString const & verb, Texts const & assignments) {
   return name;
 }
 
+// Texts that don't fit come back as they are.
+AString WithValue(AString const & variation, AString const & name, Value const & value) {
+  VariableValues values;
+  bool const isFit =
+      VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true) && values.Add(name, value);
+  return isFit ? values.GetVariationKey() : variation;
+}
+
+AString WithoutValue(AString const & variation, AString const & name, Value const & value) {
+  constexpr double kEqual = 1e-14;
+  VariableValues values;
+  bool const isRead = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
+  Value const * const found = isRead ? values.Find(name) : nullptr;
+  if (!found || Value::Compare(*found, value, {kEqual, kEqual}, {0.0, 0.0}) != 0)
+    return variation;
+  values.Remove(name);
+  return values.GetVariationKey();
+}
+
+AString WithName(AString const & variation, AString const & name, AString const & newName) {
+  VariableValues values;
+  bool const isRead = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
+  Value const * const found = isRead ? values.Find(name) : nullptr;
+  if (!found)
+    return variation;
+  Value const value = *found;
+  values.Remove(name);
+  return values.Add(newName, value) ? values.GetVariationKey() : variation;
+}
+
 } // namespace
 
 void Editor::ChangeVariables(Edit & edit, Texts const & variables) {
@@ -102,14 +132,10 @@ void Editor::AddVariable(AString const & name, AString const & value) {
     texts.emplace_back(name, value);
     ChangeVariables(edit, texts);
     edit.Tell(AString(L"variable ") + name, AString(), value);
-    RenameVariations(edit, [&](AString const & variation) {
-      VariableValues values;
-      Value added;
-      added.SetValueText(value);
-      bool const isFit = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true) &&
-                         values.Add(name, added);
-      return isFit ? values.GetVariationKey() : variation;
-    });
+    Value const added = m_session.GetDesign().FindVariable(name)->GetValue();
+    RenameVariations(
+        edit, [=](AString const & variation) { return WithValue(variation, name, added); },
+        [=](AString const & variation) { return WithoutValue(variation, name, added); });
   });
 }
 
@@ -125,47 +151,31 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   return Run(AString(L"set --rename ") + formerName + L"=" + newName, [&](Edit & edit) {
     ChangeVariables(edit, texts);
     edit.Tell(L"name of variable", formerName, newName);
-    RenameVariations(edit, [&](AString const & variation) {
-      VariableValues values;
-      Value const * const value =
-          VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true) ? values.Find(formerName)
-                                                                                         : nullptr;
-      if (!value)
-        return variation;
-      Value const moved = *value;
-      values.Remove(formerName);
-      return values.Add(newName, moved) ? values.GetVariationKey() : variation;
-    });
+    RenameVariations(
+        edit, [=](AString const & variation) { return WithName(variation, formerName, newName); },
+        [=](AString const & variation) { return WithName(variation, newName, formerName); });
   });
 }
 
 void Editor::RemoveVariable(AString const & name) {
   Texts texts = TextsOf(m_session.GetDesign());
   std::size_t const index = IndexOf(m_session.GetDesign(), texts, name);
-  auto const [formerName, formerText] = texts[index];
+  AString const formerName = texts[index].first;
+  AString const formerText = texts[index].second;
   Value const former = m_session.GetDesign().FindVariable(name)->GetValue();
   texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
-  Run(AString(L"set --remove ") + formerName, [&, formerName = formerName, formerText = formerText](Edit & edit) {
+  Run(AString(L"set --remove ") + formerName, [&](Edit & edit) {
     ChangeVariables(edit, texts);
     edit.Tell(AString(L"variable ") + formerName, formerText, AString());
-    RenameVariations(edit, [&](AString const & variation) {
-      constexpr double kEqual = 1e-14;
-      VariableValues values;
-      Value const * const value =
-          VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true) ? values.Find(formerName)
-                                                                                         : nullptr;
-      if (!value || Value::Compare(*value, former, {kEqual, kEqual}, {0.0, 0.0}) != 0)
-        return variation;
-      values.Remove(formerName);
-      return values.GetVariationKey();
-    });
+    RenameVariations(
+        edit, [=](AString const & variation) { return WithoutValue(variation, formerName, former); },
+        [=](AString const & variation) { return WithValue(variation, formerName, former); });
   });
 }
 
-void Editor::RenameVariations(Edit & edit, std::function<AString(AString const & variation)> const & newText) {
-  auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), newText);
-  if (!renaming->IsEmpty())
-    edit.Exchange([renaming] { renaming->Exchange(); });
+void Editor::RenameVariations(Edit & edit, NewText const & forth, NewText const & back) {
+  auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), forth, back);
+  edit.Exchange([renaming] { renaming->Exchange(); });
 }
 
 } // namespace desktop

@@ -18,9 +18,7 @@ namespace desktop {
 namespace {
 
 // As one word of a command line.
-AString Word(AString const & text) {
-  return text.find(L' ') == AString::npos ? text : AString(L"'") + text + L"'";
-}
+AString Word(AString const & text) { return text.find(L' ') == AString::npos ? text : AString(L"'") + text + L"'"; }
 
 AString Counted(AString const & verb, std::size_t count) {
   return count == 1 ? verb : verb + AString::Format(L" %lu", static_cast<unsigned long>(count));

@@ -6,11 +6,12 @@
 #include <vector>
 
 class BaseSolution;
+class SolutionVariationKey;
 
 namespace desktop {
 
 /// All data of one variation in one solution, deleted.  Keeps a copy of the blocks: undo stores them again under their
-/// names.  What is damaged in the library can't be kept.
+/// names, save where the point was solved anew meanwhile.  What is damaged in the library can't be kept.
 class VariationDeletion : public KelvroDeltaState {
 public:
   /// Deletes.
@@ -20,6 +21,7 @@ public:
   int CountBlocks() const { return m_blocks.Size(); }
 
 private:
+  SolutionVariationKey KeyOf(long version) const;
   void Delete();
   void KeepCopies();
 

@@ -1,13 +1,14 @@
 #include "desktop/command/VariationTexts.h"
 
+#include "desktop/command/StatesOfVersions.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 
-#include <algorithm>
 #include <map>
-#include <set>
+#include <utility>
+#include <vector>
 
 namespace desktop {
 
@@ -24,40 +25,52 @@ void Gather(BaseSolutionManager::SetupMap const & setups, VersionsOfText & texts
           texts[variation->GetDesignVariationKey()][solution].push_back(variation->GetVersionID());
 }
 
+void RewriteChangedStates(VersionsOfText const & texts, std::map<AString, AString> const & renamed) {
+  std::map<BaseSolution *, std::set<long>> changed;
+  for (auto const & [text, other] : renamed)
+    for (auto const & [solution, versions] : texts.at(text))
+      changed[solution].insert(versions.begin(), versions.end());
+  for (auto const & [solution, versions] : changed)
+    RewriteStates(*solution, {versions.begin(), versions.end()});
+}
+
 } // namespace
 
-VariationTexts::VariationTexts(BaseSolutionManager & manager,
-                               std::function<AString(AString const & variation)> const & newText)
-    : m_manager(manager) {
+VariationTexts::VariationTexts(BaseSolutionManager & manager, NewText forth, NewText back)
+    : m_manager(manager), m_next(std::move(forth)), m_other(std::move(back)) {}
+
+void VariationTexts::Exchange() {
   VersionsOfText texts;
-  Gather(manager.GetSetups(), texts);
-  Gather(manager.GetDeletedSetups(), texts);
+  Gather(m_manager.GetSetups(), texts);
+  Gather(m_manager.GetDeletedSetups(), texts);
+  std::map<AString, AString> renamed;
+  std::set<AString> untouched;
   std::set<AString> taken;
   for (auto const & [text, versions] : texts)
     taken.insert(text);
   for (auto const & [text, versions] : texts) {
-    AString const other = newText(text);
-    if (other == text || !taken.insert(other).second)
-      continue;
-    m_texts.push_back({text, other, {versions.begin(), versions.end()}});
+    AString const other = m_untouched.count(text) ? text : m_next(text);
+    if (!taken.insert(other).second)
+      untouched.insert(text);
+    else
+      renamed.emplace(text, other);
   }
-}
-
-void VariationTexts::Exchange() {
   std::vector<AString> arriving;
-  for (Text const & text : m_texts)
-    arriving.push_back(text.other);
+  for (auto const & [text, other] : renamed)
+    arriving.push_back(other);
   m_manager.IssueVariationIDs(arriving);
-  for (Text & text : m_texts) {
-    m_manager.GetSolutionFileManager().VariationKeyChanged(text.present, text.other);
-    for (auto const & [solution, versions] : text.versions) {
+  for (auto const & [text, other] : renamed) {
+    m_manager.GetSolutionFileManager().VariationKeyChanged(text, other);
+    for (auto const & [solution, versions] : texts[text]) {
       // Its blocks bear the other name by now, so none of them goes.
-      solution->DeleteSolutionVariation(text.present, nullptr);
+      solution->DeleteSolutionVariation(text, nullptr);
       for (long const version : versions)
-        solution->EnsureVariation(text.other, version);
+        solution->EnsureVariation(other, version);
     }
-    std::swap(text.present, text.other);
   }
+  RewriteChangedStates(texts, renamed);
+  m_untouched = std::move(untouched);
+  std::swap(m_next, m_other);
 }
 
 } // namespace desktop

@@ -3,32 +3,28 @@
 #include "basekit/text/AString.h"
 
 #include <functional>
-#include <vector>
+#include <set>
 
-class BaseSolution;
 class BaseSolutionManager;
 
 namespace desktop {
 
 /// New texts for the variations of all solutions: no block of data moves, as the library's map of names alone changes.
-/// A variation whose new text is taken already stays as it is.
+/// A variation whose new text is taken already, or that the way forth leaves as it is, stays so on the way back too.
 class VariationTexts {
 public:
-  /// Lists what is to change; nothing is done yet.
-  VariationTexts(BaseSolutionManager & manager, std::function<AString(AString const & variation)> const & newText);
-  bool IsEmpty() const { return m_texts.empty(); }
-  /// Gives each variation its other text.
+  using NewText = std::function<AString(AString const & variation)>;
+
+  /// Nothing is done yet.
+  VariationTexts(BaseSolutionManager & manager, NewText forth, NewText back);
+  /// Gives each variation its other text, also those that were solved since the last time.
   void Exchange();
 
 private:
-  struct Text {
-    AString present;
-    AString other;
-    std::vector<std::pair<BaseSolution *, std::vector<long>>> versions;
-  };
-
   BaseSolutionManager & m_manager;
-  std::vector<Text> m_texts;
+  NewText m_next;
+  NewText m_other;
+  std::set<AString> m_untouched;
 };
 
 } // namespace desktop

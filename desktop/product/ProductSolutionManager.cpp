@@ -145,11 +145,11 @@ void ProductSolutionManager::DropWhatTheDesignLacks() {
   }
   if (setups.empty() && solutions.empty())
     return;
-  if (!m_isReadOnly) {
+  if (!m_isReadOnly && !m_areDeletionsUnsaved) {
     RecoverUIDeletions(keptSetups, keptSolutions);
     return;
   }
-  // The same without a write: what is deleted for undo is not shown.
+  // The same without a write: what is deleted for undo is not shown, and is there again when the deletion is discarded.
   for (long const id : setups)
     DeleteSimulationSetup(id, nullptr);
   for (auto const & [setup, id] : solutions)

@@ -14,6 +14,8 @@ public:
 
   /// Tells the coming read that the private library file was left by a crash.
   void SetRecoverOnRead(bool recover) { m_recoverOnRead = recover; }
+  /// Tells the coming read that the design's deletions are not saved: the library keeps what the design lacks.
+  void SetDeletionsUnsaved() { m_areDeletionsUnsaved = true; }
   /// Before InitializeFromDesign: the library is shown as it was committed, and nothing is ever written.
   void SetReadOnly();
   /// What the takeover of the last read dropped and nothing brought back: stale results are.
@@ -44,6 +46,7 @@ private:
 
   bool m_recoverOnRead = false;
   bool m_isReadOnly = false;
+  bool m_areDeletionsUnsaved = false;
   std::vector<SetupOfDesign> m_setupsBeingRead;
 };
 

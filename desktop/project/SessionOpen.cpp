@@ -128,6 +128,8 @@ void Session::OpenForWriting(LeftWork work) {
 // The private file of the library tells how the last session ended.
 void Session::ReadWithWork(ProjectRecord const & record) {
   MakeDesign(record);
+  if (m_hasAutosave)
+    m_manager->SetDeletionsUnsaved();
   AString const path = m_manager->GetQsolPath();
   switch (library::LibraryReader::StateOfPrivateFile(LongFileName(path))) {
   case PrivateFile::InUse:

@@ -27,8 +27,7 @@ std::unique_ptr<desktop::ProductSolutionManager> RfCircuitProduct::MakeManager(I
 }
 
 BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionManager & manager,
-                                                    desktop::SourceSetup const & setup,
-                                                    KelvroCommand * command) const {
+                                                    desktop::SourceSetup const & setup, KelvroCommand * command) const {
   AString error;
   auto const sweep = ReadSweep(setup.settings, error);
   if (setup.typeName != RfSetup::kTypeName || !sweep)
@@ -36,8 +35,8 @@ BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionMana
   BaseSimulationSetup * const made = manager.CreateSimulationSetup(setup.name, setup.typeName);
   if (auto * const rfSetup = dynamic_cast<RfSetup *>(made))
     rfSetup->SetSweep(*sweep);
-  made->AddSolution(made->CreateSolution(RfSolution::kName), nullptr);
   manager.AddSimulation(made, command);
+  made->AddSolution(made->CreateSolution(RfSolution::kName), nullptr);
   return made;
 }
 

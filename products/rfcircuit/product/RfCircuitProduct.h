@@ -12,8 +12,8 @@ public:
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
   /// Null for a type that is not this product's, or settings without a sensible sweep.
-  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
-                                    desktop::SourceSetup const & setup, KelvroCommand * command) const override;
+  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager, desktop::SourceSetup const & setup,
+                                    KelvroCommand * command) const override;
   /// The words of a .sp line: "lin 201 10meg 2g", "list 1g 2g".
   bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
   AString DescribeSettings(io::CBlock const & settings) const override;

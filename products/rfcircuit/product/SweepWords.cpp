@@ -11,12 +11,18 @@ namespace rfcircuit {
 
 std::optional<rf::FrequencySweep> SweepOfWords(AString const & words, AString & error) {
   std::string const line = text::ToUtf8(words);
+  AString const missing(L"the words are missing; write them as in 'lin 201 10meg 2g', 'dec 20 1k 1g' or 'list 1g 2g'");
+  if (words.Trimmed().empty()) {
+    error = missing;
+    return std::nullopt;
+  }
   bool const isOneLine = std::none_of(line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; });
   try {
-    auto const sweeps = rf::ReadNetlistText("sweep\n.sp " + (isOneLine ? line : std::string()) + "\n", "sweep").Sweeps();
+    auto const sweeps =
+        rf::ReadNetlistText("sweep\n.sp " + (isOneLine ? line : std::string()) + "\n", "sweep").Sweeps();
     if (sweeps.size() == 1)
       return sweeps.front().sweep;
-    error = L"sweep: the words are missing; write them as in 'lin 201 10meg 2g', 'dec 20 1k 1g' or 'list 1g 2g'";
+    error = missing;
   } catch (rf::NetlistError const & refused) {
     error = text::FromUtf8("'" + line + "': " + refused.Message() + "; " + refused.Remedy());
   }

@@ -124,14 +124,13 @@ std::unique_ptr<desktop::ProductSolutionManager> FakeProduct::MakeManager(IDesig
 }
 
 BaseSimulationSetup * FakeProduct::CreateSetup(desktop::ProductSolutionManager & manager,
-                                               desktop::SourceSetup const & source,
-                                               KelvroCommand * command) const {
+                                               desktop::SourceSetup const & source, KelvroCommand * command) const {
   if (source.name == L"broken")
     return nullptr;
   BaseSimulationSetup * const setup = manager.CreateSimulationSetup(source.name, source.typeName);
   ApplySettings(*setup, source.settings);
-  setup->AddSolution(setup->CreateSolution(L"Points"), nullptr);
   manager.AddSimulation(setup, command);
+  setup->AddSolution(setup->CreateSolution(L"Points"), nullptr);
   return setup;
 }
 

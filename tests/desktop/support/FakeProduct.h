@@ -58,8 +58,8 @@ public:
   AString GetName() const override { return L"fake"; }
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
-  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager,
-                                    desktop::SourceSetup const & setup, KelvroCommand * command) const override;
+  BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager, desktop::SourceSetup const & setup,
+                                    KelvroCommand * command) const override;
   bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
   AString DescribeSettings(io::CBlock const & settings) const override;
   bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;

@@ -240,3 +240,35 @@ TEST_F(RfManager, NamesTheDesignOfItsResultsFolder) {
   };
   EXPECT_EQ(Opened(&m_design).GetDesignResultsFolderName(), L"Design.rf");
 }
+
+TEST_F(RfManager, ReadsTheWordsOfASweepAndGivesThemBack) {
+  for (wchar_t const * const words : {L"lin 201 1e+07 2e+09", L"dec 20 1000 1e+09", L"oct 4 1 8", L"list 0 1e+09"}) {
+    desktop::SourceSetup setup;
+    AString error;
+    ASSERT_TRUE(m_product.ReadSettings(words, setup, error)) << text::ToUtf8(error);
+    EXPECT_EQ(setup.typeName, RfSetup::kTypeName);
+    EXPECT_EQ(m_product.DescribeSettings(setup.settings), words);
+  }
+}
+
+TEST_F(RfManager, RefusesWordsThatAreNoSweep) {
+  for (wchar_t const * const words : {L"", L"lin 1 2", L"lin 0 1 2", L"lin 5 9 1", L"5", L"lin 5 1 2\n.sp lin 5 1 2"}) {
+    desktop::SourceSetup setup;
+    AString error;
+    EXPECT_FALSE(m_product.ReadSettings(words, setup, error)) << text::ToUtf8(words);
+    EXPECT_FALSE(error.empty());
+  }
+}
+
+TEST_F(RfManager, AppliesSettingsToASetupAndTheDefinitionOfItsPresentVersion) {
+  RfSetup & setup = CreateSetupOf(kLowpass);
+  desktop::SourceSetup other;
+  AString error;
+  ASSERT_TRUE(m_product.ReadSettings(L"list 1g 2g", other, error));
+  EXPECT_TRUE(m_product.ApplySettings(setup, other.settings));
+  EXPECT_EQ(setup.GetSweep()->Frequencies(), (std::vector<double>{1e9, 2e9}));
+  std::vector<double> defined;
+  SolutionOf(setup).GetFrequencySolutionDefinition(id::invalidID)->GetFrequencies(defined);
+  EXPECT_EQ(defined, (std::vector<double>{1e9, 2e9}));
+  EXPECT_FALSE(m_product.ApplySettings(setup, io::CBlock(L"Settings")));
+}
