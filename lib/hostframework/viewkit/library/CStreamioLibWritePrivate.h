@@ -57,6 +57,8 @@ public:
   /// Takes the files for writing now, so that a caller learns early whether it may; the first write does it else.
   LibIOReturn AcquireForWriting();
   bool HasUnsavedChanges() const;
+  /// Tries again to store edits of journaled blocks that failed to go out; their owner calls it before it goes.
+  void SendUnsent();
   /// Of a block with a journal: the library holds what the journal tells, which was just made of a block that was read.
   void NoteStored(io::CBlock const & block);
   /// Where the first write put a private file that was not this library's to go on with; empty when there was none.
