@@ -6,13 +6,17 @@
 
 namespace support {
 
+std::string GoldenText(std::string const & folder, std::string const & name) {
+  std::ostringstream text;
+  if (std::ifstream in(std::filesystem::path(folder) / name, std::ios::binary); in)
+    text << in.rdbuf();
+  return text.str();
+}
+
 testing::AssertionResult MatchesGolden(std::string const & folder, std::string const & name, std::string const & text) {
   std::filesystem::path const file = std::filesystem::path(folder) / name;
   std::filesystem::path const received = file.string() + ".received";
-  std::ostringstream approved;
-  if (std::ifstream in(file, std::ios::binary); in)
-    approved << in.rdbuf();
-  if (approved.str() == text) {
+  if (std::filesystem::exists(file) && GoldenText(folder, name) == text) {
     std::filesystem::remove(received);
     return testing::AssertionSuccess();
   }

@@ -9,4 +9,7 @@ namespace support {
 /// NAME.received, to be looked at and renamed if it is right.
 testing::AssertionResult MatchesGolden(std::string const & folder, std::string const & name, std::string const & text);
 
+/// What tests/golden/NAME holds; empty when it can't be read.
+std::string GoldenText(std::string const & folder, std::string const & name);
+
 } // namespace support

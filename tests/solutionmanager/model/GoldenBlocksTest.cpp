@@ -10,6 +10,8 @@
 
 class GoldenBlocksTest : public support::ModelTest {
 protected:
+  static constexpr char const * kFolder = SOURCE_FOLDER "/tests/golden";
+
   GoldenBlocksTest() : m_setup(AddSetup(L"Wide \"A\"", L"Sweep 1")), m_solution(SolutionOf(m_setup)) {
     m_solution.GetFrequencySolutionDefinition(-1)->SetFrequencies({1e9, 1.5e9, 0.1});
     Solve(m_solution, L"C1=1.2pF; L1=4nH", {1.5, -2.25});
@@ -19,7 +21,13 @@ protected:
     std::string text;
     if (!io::EncodeBlock(block, io::Form::Text, io::kExactDigits, text))
       return testing::AssertionFailure() << "the block can't be written";
-    return support::MatchesGolden(SOURCE_FOLDER "/tests/golden", name, text);
+    return support::MatchesGolden(kFolder, name, text);
+  }
+
+  static io::CBlock Golden(char const * name) {
+    io::CBlock block;
+    EXPECT_TRUE(io::DecodeBlock(support::GoldenText(kFolder, name), io::Form::Text, block)) << name;
+    return block;
   }
 
   BaseSimulationSetup & m_setup;
@@ -79,4 +87,49 @@ TEST_F(GoldenBlocksTest, ADesignsModule) {
   ASSERT_TRUE(Manager().DesignFileWrite(block));
   EXPECT_TRUE(IsGolden("design_module.txt", block));
   m_setup.RemoveAllSweeps();
+}
+
+TEST_F(GoldenBlocksTest, AHeaderThatIsReadIsWrittenTheSame) {
+  support::TestManager manager(&m_design);
+  manager.ReadDefinitionBlock(Golden("header.txt"));
+  io::CBlock block(BaseSolutionManager::kHeaderBlockName);
+  ASSERT_TRUE(manager.WriteDefinitionBlock(block));
+  EXPECT_TRUE(IsGolden("header.txt", block));
+}
+
+TEST_F(GoldenBlocksTest, DefinitionsThatAreReadAreWrittenTheSame) {
+  support::TestManager manager(&m_design);
+  manager.ReadDefinitionBlock(Golden("header.txt"));
+  support::TestSetup setup(&manager, 1, 40);
+  EXPECT_EQ(setup.ReadDefinitionBlock(Golden("setup_definition.txt")), io::kNoError);
+  support::TestSolution solution(setup, 2, 0);
+  EXPECT_EQ(solution.ReadDefinitionBlock(Golden("solution_definition.txt")), io::kNoError);
+  EXPECT_EQ(solution.size(), 2);
+  io::CBlock setupBlock(setup.GetBlockDefinitionName()), solutionBlock(solution.GetBlockDefinitionName());
+  ASSERT_TRUE(setup.WriteDefinitionBlock(setupBlock));
+  ASSERT_TRUE(solution.WriteDefinitionBlock(solutionBlock));
+  EXPECT_TRUE(IsGolden("setup_definition.txt", setupBlock));
+  EXPECT_TRUE(IsGolden("solution_definition.txt", solutionBlock));
+}
+
+TEST_F(GoldenBlocksTest, ASetupsModuleThatIsReadIsWrittenTheSame) {
+  support::TestManager manager(&m_design);
+  auto * const setup = new support::TestSetup(&manager, 1, 0);
+  setup->SetName(L"Wide \"A\"");
+  manager.AddSimulation(setup, nullptr);
+  BaseSolution * const solution = setup->CreateSolution(2, 7);
+  solution->SetSolutionName(L"Sweep 1");
+  setup->AddSolution(solution, nullptr);
+  io::CBlock const module = Golden("design_module.txt");
+  EXPECT_EQ(manager.DesignFileRead(module), io::kNoError);
+  ASSERT_EQ(manager.GetImportedSetups().count(6), 1u);
+  std::unique_ptr<BaseSimulationSetup> const imported(manager.GetImportedSetups().at(6));
+  EXPECT_EQ(imported->GetName(), AString(L"Measured"));
+  io::CBlock again(L"Module");
+  ASSERT_TRUE(manager.DesignFileWrite(again));
+  std::string text, expected;
+  ASSERT_TRUE(io::EncodeBlock(*again.FindBlock(L"SimSetup"), io::Form::Text, io::kExactDigits, text));
+  ASSERT_TRUE(io::EncodeBlock(*module.FindBlock(L"SimSetup"), io::Form::Text, io::kExactDigits, expected));
+  EXPECT_EQ(text, expected);
+  setup->RemoveAllSweeps();
 }

@@ -24,6 +24,12 @@ public:
   std::vector<ISolution *> available;
 };
 
+class ExtractorOfThreeFaces : public BaseSimDataExtractor {
+public:
+  using BaseSimDataExtractor::BaseSimDataExtractor;
+  ISimDataExtractor3 * GetISimDataExtractor3() override { return reinterpret_cast<ISimDataExtractor3 *>(this); }
+};
+
 class DesignOfOneInstance : public support::TestDesign {
 public:
   using TestDesign::TestDesign;
@@ -206,8 +212,9 @@ TEST_F(ManagerLookupTest, TheReportsViewBelongsToAnActiveSolution) {
 
 TEST_F(ManagerLookupTest, TheThirdExtractorFaceOfAnUnknownSolutionIsReported) {
   BaseSolution & solution = SolutionOf(AddSetup(L"A"));
-  EXPECT_EQ(Manager().GetISimDataExtractor3(solution.GetID()),
-            solution.GetISimDataExtractor()->GetISimDataExtractor3());
+  auto * const extractor = new ExtractorOfThreeFaces(&Manager(), &solution);
+  static_cast<support::TestSolution &>(solution).SetExtractor(extractor);
+  EXPECT_EQ(Manager().GetISimDataExtractor3(solution.GetID()), extractor->GetISimDataExtractor3());
   AssertWatch::Expect("0");
   EXPECT_EQ(Manager().GetISimDataExtractor3(4711), nullptr);
 }
