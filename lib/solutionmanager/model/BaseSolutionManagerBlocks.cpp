@@ -11,6 +11,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/model/VariationIdTable.h"
 #include "solutionmanager/model/VersionItem.h"
 #include "solutionmanager/transfer/ExportVariationContext.h"
 
@@ -104,6 +105,12 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
     // An entry without an ID would take all its indexes off the order of variation maps.
     KVRO_ASSERT(id != id::invalidID);
     if (id == id::invalidID)
+      continue;
+    // Nor may two variations share one: each would be taken for the other.
+    AString const * const owner = m_VariationIdTable->FindText(id);
+    bool const isIDFree = !owner || AString::MatchNoCase(*owner, variation);
+    KVRO_ASSERT(isIDFree);
+    if (!isIDFree)
       continue;
     AddVariationID(variation, id);
     ReserveUniqueID(id);
@@ -210,23 +217,37 @@ void BaseSolutionManager::WriteVersionIDsToBlock(io::CBlock & block) const {
 }
 
 void BaseSolutionManager::ReadVersionIDsFromBlock(io::CBlock const & block) {
-  block >> io::named(L"V", m_RecoveredVersionID);
+  // A number that no ID server gives out, or none at all, leaves the version that the object has.
+  auto const readVersion = [this](auto const & source, long & version) {
+    long found = id::invalidID;
+    source >> io::named(L"V", found);
+    bool const isVersion = found >= 0;
+    KVRO_ASSERT(isVersion);
+    if (!isVersion)
+      return false;
+    version = found;
+    ReserveUniqueID(found);
+    return true;
+  };
+  readVersion(block, m_RecoveredVersionID);
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock> const setupBlock(child);
     if (!setupBlock)
       continue;
     AString setupName;
+    *setupBlock >> io::named(L"N", setupName);
     long setupVersion = id::invalidID;
-    *setupBlock >> io::named(L"N", setupName) >> io::named(L"V", setupVersion);
-    m_RecoveredSetupVersions.emplace(setupName, setupVersion);
+    if (readVersion(*setupBlock, setupVersion))
+      m_RecoveredSetupVersions.emplace(setupName, setupVersion);
     for (auto const & item : *setupBlock) {
       io::CBlock_ptr<io::CBlock_func> const solution(item);
       if (!solution)
         continue;
       AString solutionName;
+      *solution >> io::named(L"N", solutionName);
       long version = id::invalidID;
-      *solution >> io::named(L"N", solutionName) >> io::named(L"V", version);
-      m_RecoveredSolutionVersions.emplace(std::make_pair(setupName, solutionName), version);
+      if (readVersion(*solution, version))
+        m_RecoveredSolutionVersions.emplace(std::make_pair(setupName, solutionName), version);
     }
   }
 }

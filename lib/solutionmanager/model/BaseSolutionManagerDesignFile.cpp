@@ -172,13 +172,15 @@ SetupItems ReadSetupItems(io::CBlock const & block) {
 } // namespace
 
 io::ReadError BaseSolutionManager::ReadSetupOfDesignFile(io::CBlock const & setupBlock, std::set<long> & alreadyRead) {
-  auto const at = m_SimSetupMap.find(ReadSetupItems(setupBlock).id);
+  long const id = ReadSetupItems(setupBlock).id;
+  ReserveUniqueID(id);
+  auto const at = m_SimSetupMap.find(id);
   if (at == m_SimSetupMap.end())
     return io::kNoError;
   if (!at->second)
     return io::kWarning;
   // A second block of one setup would add its sweeps once more; the first one counts.
-  bool const isFirst = alreadyRead.insert(at->first).second;
+  bool const isFirst = alreadyRead.insert(id).second;
   KVRO_ASSERT(isFirst);
   if (!isFirst)
     return io::kNoError;

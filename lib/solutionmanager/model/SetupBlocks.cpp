@@ -91,6 +91,7 @@ io::ReadError BaseSimulationSetup::ReadSolutionOfDesignFile(io::CBlock const & s
   long id = id::invalidID;
   *solblock >> io::named(kSolutionID, id);
   KVRO_ASSERT(solblock->Found());
+  m_SolutionMgr->ForEdit().ReserveUniqueID(id);
   auto const at = m_BaseSolutionMap.find(id);
   bool const isKnown = at != m_BaseSolutionMap.end();
   if (isKnown && !at->second)

@@ -234,6 +234,58 @@ TEST_F(DefinitionBlocksTest, OfAVariationThatAHeaderNamesTwiceTheFirstIDStays) {
   EXPECT_EQ(Manager().GetVariationID(L"x=1"), 70);
 }
 
+TEST_F(DefinitionBlocksTest, TwoVariationsNeverShareAnID) {
+  io::CBlock header(L"FileHeader");
+  header << Variation(L"x=1", 70);
+  Manager().ReadDefinitionBlock(header);
+  io::CBlock again(L"FileHeader");
+  again << Variation(L"x=2", 70);
+  AssertWatch::Expect("isIDFree");
+  Manager().ReadDefinitionBlock(again);
+  EXPECT_EQ(Manager().GetVariationFromID(70), AString(L"x=1"));
+  EXPECT_GT(Manager().GetVariationID(L"x=2"), 70);
+}
+
+TEST_F(DefinitionBlocksTest, AVersionMapWithoutProperVersionsLeavesThoseThatAreThere) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  Manager().Invalidate(nullptr, kInvalidateManager | kInvalidateSetups | kInvalidateSolutions);
+  long const version = Manager().GetVersionID();
+  io::CBlock map(L"Version ID Map"), setupBlock(L"Setup");
+  io::CBlock_func solution(L"Soln");
+  solution << io::named(L"N", L"Sweep") << io::named(L"V", -3L);
+  setupBlock << io::named(L"N", L"A") << solution;
+  map << io::named(L"V", std::numeric_limits<long>::min()) << setupBlock;
+  io::CBlock design(L"Module");
+  design << map;
+  // One site each for the block and for the function item.
+  AssertWatch::Expect("isVersion");
+  AssertWatch::Expect("isVersion");
+  Manager().ApplyVersionIDs(design);
+  EXPECT_EQ(Manager().GetVersionID(), version);
+  EXPECT_EQ(setup.GetVersionID(), version);
+  EXPECT_EQ(SolutionOf(setup).GetVersionID(), version);
+}
+
+TEST_F(DefinitionBlocksTest, VersionsThatTheDesignRemembersAreNotGivenOutAgain) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  setup.SetState(900, false);
+  io::CBlock design(L"Module");
+  ASSERT_TRUE(Manager().DesignFileWrite(design));
+  support::TestManager manager(&m_design);
+  manager.ApplyVersionIDs(design);
+  EXPECT_EQ(manager.FetchNextUniqueID(), 901);
+}
+
+TEST_F(DefinitionBlocksTest, IDsThatOnlyTheDesignFileKnowsAreNotGivenOutToOthers) {
+  AddSetup(L"A");
+  long const last = SolutionOf(AddSetup(L"B")).GetID();
+  io::CBlock design(L"Module");
+  ASSERT_TRUE(Manager().DesignFileWrite(design));
+  support::TestManager manager(&m_design);
+  EXPECT_EQ(manager.DesignFileRead(design), io::kNoError);
+  EXPECT_GE(manager.FetchNextUniqueID(), last);
+}
+
 TEST_F(DefinitionBlocksTest, ASetupsDefinitionGivesNameAndVersion) {
   BaseSimulationSetup & setup = AddSetup(L"A");
   setup.SetState(9, false);
