@@ -135,6 +135,7 @@ private:
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);
   bool HasDataForCurrentState() const;
+  void EnterDeleted(VariationMap::value_type const & entry);
   std::pair<VariationMap::iterator, bool> Enter(BaseSolutionVariation * variation);
   io::CBlock StatesBlock() const;
 

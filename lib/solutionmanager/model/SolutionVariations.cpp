@@ -10,7 +10,6 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
-#include "solutionmanager/undo/Graveyard.h"
 
 #include <set>
 
@@ -292,8 +291,6 @@ void BaseSolution::AddSolutionVariation(BaseSolutionVariation * variation) {
 }
 
 void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroCommand *) {
-  if (!m_DisplacedVariations)
-    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
   std::set<AString> packedKeys;
   for (auto at = m_VariationMap.begin(); at != m_VariationMap.end();) {
     if (at->first.GetVariation().Compare(variation) != 0) {
@@ -302,7 +299,7 @@ void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroComm
     }
     BaseSolutionVariation * const entry = at->second;
     packedKeys.insert(entry->GetSolutionVariationKey().Pack());
-    m_DisplacedVariations->Enter(m_DeletedVariationMap, at->first, entry);
+    EnterDeleted(*at);
     entry->ClearInstanceMemoryData();
     if (m_StatesJournal)
       m_StatesJournal->Removed(*at);
