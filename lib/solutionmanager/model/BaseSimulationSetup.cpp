@@ -96,6 +96,10 @@ template <class Map> void BaseSimulationSetup::DeleteOwned(Map & map) {
 BaseSimulationSetup::~BaseSimulationSetup() {
   DeleteOwned(m_BaseSolutionMap);
   DeleteOwned(m_DeletedSolutionMap);
+  if (m_DisplacedSolutions)
+    for (BaseSolution * const solution : m_DisplacedSolutions->TakeAll())
+      if (!m_Shared.count(solution))
+        delete solution;
   DeleteOwned(m_ConvergenceData);
   DeleteOwned(m_ProfileData);
   for (SweepDefinition * const definition : m_HeldSweeps)
@@ -149,6 +153,12 @@ BaseSolution * BaseSimulationSetup::BecomeDefaultIfFirst(BaseSolution * solution
   return solution;
 }
 
+undo::Graveyard<BaseSimulationSetup::SolutionMap> & BaseSimulationSetup::DisplacedSolutions() {
+  if (!m_DisplacedSolutions)
+    m_DisplacedSolutions = undo::GraveyardOf(&m_DeletedSolutionMap);
+  return *m_DisplacedSolutions;
+}
+
 void BaseSimulationSetup::AddSolution(BaseSolution * solution, KelvroCommand * command) {
   KVRO_ASSERT(solution);
   if (!solution || m_BaseSolutionMap.count(solution->GetID()))
@@ -156,9 +166,7 @@ void BaseSimulationSetup::AddSolution(BaseSolution * solution, KelvroCommand * c
   auto * delta = new SolutionMapDeltaState<long, BaseSolution *>(&m_BaseSolutionMap, &m_DeletedSolutionMap);
   m_BaseSolutionMap.emplace(solution->GetID(), solution);
   // A deleted solution that comes back stands in one map only.
-  auto const deleted = m_DeletedSolutionMap.find(solution->GetID());
-  if (deleted != m_DeletedSolutionMap.end() && deleted->second == solution)
-    m_DeletedSolutionMap.erase(deleted);
+  DisplacedSolutions().Leave(m_DeletedSolutionMap, solution->GetID(), solution);
   delta->Record(solution->GetID(), solution, true);
   if (command)
     command->AddDeltaState(delta);
@@ -174,7 +182,7 @@ void BaseSimulationSetup::DeleteSolution(long solution_id, KelvroCommand * comma
   BaseSolution * const solution = it->second;
   auto * delta = new SolutionMapDeltaState<long, BaseSolution *>(&m_BaseSolutionMap, &m_DeletedSolutionMap);
   m_BaseSolutionMap.erase(it);
-  m_DeletedSolutionMap[solution_id] = solution;
+  DisplacedSolutions().Enter(m_DeletedSolutionMap, solution_id, solution);
   delta->Record(solution_id, solution, false);
   solution->UnloadAllSolutionData();
   solution->UpdatePostProcessingItems(false);

@@ -22,6 +22,9 @@ class SetupConvDef;
 namespace io {
 class CBlock;
 }
+namespace undo {
+template <class Map> class Graveyard;
+}
 
 /// One named set of solver settings of a design.  It owns the solutions produced from it, decides whether a variation
 /// still needs solving and hands solve requests to the desktop's simulation service; a product derives its own class.
@@ -159,6 +162,7 @@ private:
   friend class BaseSolutionManager;
 
   void ShareContentsOf(BaseSimulationSetup const & source);
+  undo::Graveyard<SolutionMap> & DisplacedSolutions();
   template <class Map> void Retire(Map const & map);
   template <class Map> void DeleteOwned(Map & map);
   std::vector<long> SolutionsToSolve(AString const & variation, std::vector<long> const & solutionIDs) const;
@@ -183,4 +187,6 @@ private:
   std::vector<std::shared_ptr<void>> m_Retired;
   /// Sweep definitions that a copy holds; given up with the copy.
   std::vector<SweepDefinition *> m_HeldSweeps;
+  /// Deleted solutions whose place in the deleted map another one took.  Made on first use.
+  std::shared_ptr<undo::Graveyard<SolutionMap>> m_DisplacedSolutions;
 };

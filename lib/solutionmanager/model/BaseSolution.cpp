@@ -12,6 +12,7 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
+#include "solutionmanager/undo/Graveyard.h"
 #include "solutionmanager/undo/PreserveState.h"
 
 #include <algorithm>
@@ -49,6 +50,9 @@ BaseSolution::~BaseSolution() {
     delete variation;
   for (auto const & [index, variation] : m_DeletedVariationMap)
     delete variation;
+  if (m_DisplacedVariations)
+    for (BaseSolutionVariation * const variation : m_DisplacedVariations->TakeAll())
+      delete variation;
   delete m_Extractor;
 }
 
@@ -56,6 +60,13 @@ long BaseSolution::GetID() const {
   if (m_ID == id::invalidID)
     m_ID = GetSolutionMgr()->ForEdit().FetchNextUniqueID();
   return m_ID;
+}
+
+// One that a former deletion left under the index stays alive: somebody may hold it.
+void BaseSolution::EnterDeleted(VariationMap::value_type const & entry) {
+  if (!m_DisplacedVariations)
+    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
+  m_DisplacedVariations->Enter(m_DeletedVariationMap, entry.first, entry.second);
 }
 
 BaseSolutionManager const * BaseSolution::GetSolutionMgr() const { return m_Setup->GetBaseSolutionMgr(); }

@@ -21,6 +21,9 @@ class StatesJournal;
 namespace io {
 class CBlock;
 }
+namespace undo {
+template <class Map> class Graveyard;
+}
 
 /// One result set of a setup: the data of one solving method over many design variations and versions.  It owns its
 /// variations, its definitions by version and its extractor, which a product sets.  Validity is a comparison of
@@ -132,6 +135,7 @@ private:
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);
   bool HasDataForCurrentState() const;
+  void EnterDeleted(VariationMap::value_type const & entry);
   std::pair<VariationMap::iterator, bool> Enter(BaseSolutionVariation * variation);
   io::CBlock StatesBlock() const;
 
@@ -148,4 +152,6 @@ private:
 
   /// Of m_VariationMap, from the first time on that it was written.
   mutable std::unique_ptr<StatesJournal> m_StatesJournal;
+  /// Deleted variations whose place in the deleted map another one took.  Null until there are any.
+  std::shared_ptr<undo::Graveyard<VariationMap>> m_DisplacedVariations;
 };

@@ -38,8 +38,12 @@ class SetupConvDef;
 class SetupDirectory;
 class SolutionInstanceManager;
 class VariationIdTable;
+struct RecoveryReport;
 namespace io {
 class BlockJournal;
+}
+namespace undo {
+template <class Map> class Graveyard;
 }
 
 /// All solved data of one design: the class that every product derives its solution manager from.
@@ -388,6 +392,8 @@ public:
   void ApplyVersionIDs(io::CBlock const & designBlock);
   void RecoverUIDeletions(std::vector<long> const & keptSetups, std::vector<long> const & keptSolutions);
   bool IsRecovered() const;
+  /// What the last recovery of this manager took over and dropped.
+  RecoveryReport const & GetRecoveryReport() const { return *m_RecoveryReport; }
 
   // The solution library; see SolutionFileManager
   void SetBinaryMode(bool binary);
@@ -481,4 +487,9 @@ private:
   std::shared_ptr<io::BlockJournal> m_VariationIDJournal;
   /// Definitions that a later one of the same setup type replaced; convergence records may still point at them.
   std::vector<SetupConvDef const *> m_ReplacedConvDefs;
+  /// Deleted setups whose place in the deleted map another one took.
+  std::shared_ptr<undo::Graveyard<SetupMap>> m_DisplacedSetups;
+  std::shared_ptr<undo::Graveyard<SetupMap>> m_DisplacedImportedSetups; ///< the setups belong to the product
+  /// Never null; filled by recovery.
+  std::unique_ptr<RecoveryReport> m_RecoveryReport;
 };

@@ -19,6 +19,8 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/VariationIdTable.h"
+#include "solutionmanager/recovery/RecoveryReport.h"
+#include "solutionmanager/undo/Graveyard.h"
 #include "solutionmanager/undo/PreserveState.h"
 
 namespace {
@@ -43,6 +45,9 @@ BaseSolutionManager::BaseSolutionManager(LongFileName const & file)
 
 void BaseSolutionManager::BuildMembers() {
   m_VariationIdTable = std::make_unique<VariationIdTable>();
+  m_DisplacedSetups = undo::GraveyardOf(&m_DeletedSimSetupMap);
+  m_DisplacedImportedSetups = undo::GraveyardOf(&m_DeletedImportedSimSetupMap);
+  m_RecoveryReport = std::make_unique<RecoveryReport>();
   m_VariationIDJournal = std::make_shared<io::BlockJournal>([this](io::CBlock & block) {
     for (auto const & entry : m_VariationIDMap)
       WriteVariationIDBlockFunc(block, entry);
@@ -61,6 +66,10 @@ BaseSolutionManager::~BaseSolutionManager() {
       delete setup;
     map->clear();
   }
+  // A record that outlives the manager finds nothing there.
+  for (BaseSimulationSetup * const setup : m_DisplacedSetups->TakeAll())
+    delete setup;
+  m_DisplacedImportedSetups->TakeAll();
   // Setup types may share a definition; each is freed once.
   std::set<SetupConvDef const *> definitions(m_ReplacedConvDefs.begin(), m_ReplacedConvDefs.end());
   for (auto const & [type, definition] : m_ConvDefMap)

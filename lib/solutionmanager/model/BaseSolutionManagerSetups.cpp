@@ -13,13 +13,6 @@ namespace {
 
 using SetupDelta = SolutionMapDeltaState<long, BaseSimulationSetup *>;
 
-// A deleted setup that comes back stands in one map only.
-void TakeBack(BaseSolutionManager::SetupMap & deletedMap, BaseSimulationSetup * setup) {
-  auto const deleted = deletedMap.find(setup->GetID());
-  if (deleted != deletedMap.end() && deleted->second == setup)
-    deletedMap.erase(deleted);
-}
-
 void HandOver(SetupDelta * delta, KelvroCommand * command) {
   if (command)
     command->AddDeltaState(delta);
@@ -55,7 +48,8 @@ void BaseSolutionManager::AddSimulation(BaseSimulationSetup * simSetup, KelvroCo
     return;
   auto * delta = new SetupDelta(&m_SimSetupMap, &m_DeletedSimSetupMap);
   m_SimSetupMap.emplace(simSetup->GetID(), simSetup);
-  TakeBack(m_DeletedSimSetupMap, simSetup);
+  // A deleted setup that comes back stands in one map only.
+  m_DisplacedSetups->Leave(m_DeletedSimSetupMap, simSetup->GetID(), simSetup);
   delta->Record(simSetup->GetID(), simSetup, true);
   HandOver(delta, command);
 }
@@ -63,10 +57,12 @@ void BaseSolutionManager::AddSimulation(BaseSimulationSetup * simSetup, KelvroCo
 void BaseSolutionManager::DeleteSimulationSetup(long id, KelvroCommand * command) {
   SetupMap * map = &m_SimSetupMap;
   SetupMap * deletedMap = &m_DeletedSimSetupMap;
+  auto * displaced = m_DisplacedSetups.get();
   auto it = m_SimSetupMap.find(id);
   if (it == m_SimSetupMap.end()) {
     map = &m_ImportedSimSetupMap;
     deletedMap = &m_DeletedImportedSimSetupMap;
+    displaced = m_DisplacedImportedSetups.get();
     it = m_ImportedSimSetupMap.find(id);
     KVRO_ASSERT(it != m_ImportedSimSetupMap.end());
     if (it == m_ImportedSimSetupMap.end())
@@ -75,7 +71,7 @@ void BaseSolutionManager::DeleteSimulationSetup(long id, KelvroCommand * command
   BaseSimulationSetup * const setup = it->second;
   auto * delta = new SetupDelta(map, deletedMap);
   map->erase(it);
-  (*deletedMap)[id] = setup;
+  displaced->Enter(*deletedMap, id, setup);
   delta->Record(id, setup, false);
   setup->UpdatePostProcessingItems(false);
   HandOver(delta, command);
@@ -93,7 +89,7 @@ bool BaseSolutionManager::AddImportData(ISolution * solution, KelvroCommand * co
     return true;
   auto * delta = new SetupDelta(&m_ImportedSimSetupMap, &m_DeletedImportedSimSetupMap);
   m_ImportedSimSetupMap.emplace(setup->GetID(), setup);
-  TakeBack(m_DeletedImportedSimSetupMap, setup);
+  m_DisplacedImportedSetups->Leave(m_DeletedImportedSimSetupMap, setup->GetID(), setup);
   delta->Record(setup->GetID(), setup, true);
   HandOver(delta, command);
   return true;

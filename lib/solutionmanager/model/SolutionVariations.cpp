@@ -299,12 +299,7 @@ void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroComm
     }
     BaseSolutionVariation * const entry = at->second;
     packedKeys.insert(entry->GetSolutionVariationKey().Pack());
-    // An object that a former deletion left under this index can't come back any more.
-    auto const [place, isNew] = m_DeletedVariationMap.emplace(at->first, entry);
-    if (!isNew) {
-      delete place->second;
-      place->second = entry;
-    }
+    EnterDeleted(*at);
     entry->ClearInstanceMemoryData();
     if (m_StatesJournal)
       m_StatesJournal->Removed(*at);

@@ -3,20 +3,21 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
-#include "basekit/io/CBlock_named_value.h"
-#include "basekit/io/CBlock_ptr.h"
-#include "basekit/io/CToken_iostream.h"
 #include "basekit/io/CToken_istream.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/recovery/NameMapMerge.h"
+#include "solutionmanager/recovery/RecoveryFacts.h"
 
-#include <map>
+#include <unordered_set>
+
+using recovery::NamePairs;
 
 namespace {
 
+using Failure = RecoveryReport::Failure;
+
 constexpr int kReadFlags = 1;
-constexpr int kReadWriteFlags = 0;
 constexpr int kQuickIndex = 1;
-constexpr int kFullIndex = 9;
 
 } // namespace
 
@@ -33,101 +34,96 @@ bool BaseSolutionManager::CanRecoverSolutions() const {
 
 namespace {
 
-using NamePairs = std::map<AString, AString>;
+/// Names that lead to a block which is about to reach the public file.
+std::vector<AString> NamesOf(std::vector<AString> const & internalNames, NamePairs const & pairs) {
+  std::unordered_set<std::wstring_view> wanted;
+  for (AString const & name : internalNames)
+    wanted.insert(name.View());
+  std::vector<AString> realNames;
+  for (auto const & [realName, internalName] : pairs)
+    if (wanted.contains(internalName.View()))
+      realNames.push_back(realName);
+  return realNames;
+}
 
-NamePairs PairsOf(io::CBlock const & nameMap) {
-  NamePairs pairs;
-  for (auto const & child : nameMap) {
-    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
-    AString internalName;
-    if (pair && pair->Query(internalName))
-      pairs.emplace(pair->Name(), internalName);
+/// One takeover: the steps, and what is to be told about them.
+class Takeover {
+public:
+  Takeover(BaseSolutionManager & manager, RecoveryReport & report)
+      : m_manager(manager), m_files(manager.GetSolutionFileManager()), m_report(report) {}
+
+  Failure Run(io::CBlock const & designBlock, AString const & path) {
+    io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
+    io::CBlock privateMap(SolutionFileManager::kRealToInternalBlkName);
+    bool const ok = recovery::MergeNameMaps(path, nameMap, privateMap);
+    m_files.SetLibPath(path, CStreamioLibrary::kRecoveryMode);
+    if (!m_manager.IsRecovered())
+      return Failure::kFileRefused;
+    if (!ok)
+      return Failure::kNameMapDamaged;
+    Extend(recovery::PairsOf(nameMap), recovery::PairsOf(privateMap));
+    m_files.InitNextAvailableIndex();
+    if (m_files.WriteRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
+      return Failure::kNotWritten;
+    Commit();
+    DropLostNames();
+    m_manager.BuildUtilityCollections();
+    if (m_manager.ReadAllDefinitionBlocks() != io::kNoError)
+      return Failure::kDefinitionsDamaged;
+    m_manager.RecoverVersionConsistency(designBlock);
+    return Failure::kNone;
   }
-  return pairs;
-}
 
-io::CBlock NameMapOfFile(AString const & path) {
-  io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
-  io::CToken_iostream file(LongFileName(path), kReadWriteFlags);
-  file.BuildIndex(kFullIndex);
-  if (file.BlockSeek(nameMap.Name()))
-    file >> nameMap;
-  return nameMap;
-}
-
-// The merged map is right but where the private file, which is younger, gave a block another name: an entry whose block
-// is gone, or belongs to another real name by now, takes the private file's pair, and goes when that has none.
-NamePairs WithoutLostBlocks(NamePairs const & merged, NamePairs const & privatePairs,
-                            CStreamioLibWritePrivate & library) {
-  std::map<AString, AString> ownerInPrivate;
-  for (auto const & [realName, internalName] : privatePairs)
-    ownerInPrivate.emplace(internalName, realName);
-  NamePairs kept;
-  for (auto const & [realName, internalName] : merged) {
-    auto const owner = ownerInPrivate.find(internalName);
-    bool const hasOtherOwner = owner != ownerInPrivate.end() && owner->second != realName;
-    auto const younger = privatePairs.find(realName);
-    if (younger == privatePairs.end()) {
-      if (!hasOtherOwner)
-        kept.emplace(realName, internalName);
-      continue;
-    }
-    io::CBlock probe(internalName);
-    bool const isLost = younger->second != internalName &&
-                        (hasOtherOwner || library.LoadDefinition(probe) != CStreamioLibrary::kLibSuccess);
-    kept.emplace(realName, isLost ? younger->second : internalName);
+private:
+  void Extend(NamePairs const & merged, NamePairs const & privatePairs) {
+    auto const & library = m_files.GetLibraryForDirectAccess();
+    m_kept = recovery::WithoutLostBlocks(merged, privatePairs, library);
+    for (auto const & [realName, internalName] : m_kept)
+      m_files.ExtendNameMap(realName, internalName);
+    for (auto const & [realName, internalName] : merged)
+      if (m_kept.size() != merged.size() && !m_kept.contains(realName))
+        m_report.dropped.push_back({realName, RecoveryReport::Reason::kBlockLost});
+    m_report.realNames = NamesOf(library.UncommittedBlocks(), m_kept);
   }
-  return kept;
-}
+
+  void Commit() {
+    auto const result = m_files.UpdateOriginal();
+    m_report.isCommitted = result == CStreamioLibrary::kLibSuccess || result == CStreamioLibrary::kLibDamaged;
+  }
+
+  // A name without a block would pass for solved data that nobody can load.
+  void DropLostNames() {
+    auto const & library = m_files.GetLibraryForDirectAccess();
+    std::set<AString> lost;
+    for (auto const & [realName, internalName] : m_kept)
+      if (!library.HasBlock(internalName))
+        lost.insert(realName);
+    if (lost.empty())
+      return;
+    for (AString const & realName : lost)
+      m_report.dropped.push_back({realName, RecoveryReport::Reason::kBlockLost});
+    m_files.DeleteBlocks(lost);
+    Commit();
+  }
+
+  BaseSolutionManager & m_manager;
+  SolutionFileManager & m_files;
+  RecoveryReport & m_report;
+  NamePairs m_kept;
+};
 
 } // namespace
 
 bool BaseSolutionManager::RecoverQsolFile(io::CBlock const & designBlock, AString const & path) {
-  io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
-  bool const merged = RecoverQsolBlockNameMap(path, nameMap);
-  NamePairs const privatePairs = PairsOf(NameMapOfFile(path + L"_priv"));
-  m_SolutionFileManager.SetLibPath(path, CStreamioLibrary::kRecoveryMode);
-  if (!IsRecovered() || !merged)
-    return false;
-  for (auto const & [realName, internalName] :
-       WithoutLostBlocks(PairsOf(nameMap), privatePairs, m_SolutionFileManager.GetLibraryForDirectAccess()))
-    m_SolutionFileManager.ExtendNameMap(realName, internalName);
-  m_SolutionFileManager.InitNextAvailableIndex();
-  if (m_SolutionFileManager.WriteRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
-    return false;
-  m_SolutionFileManager.UpdateOriginal();
-  BuildUtilityCollections();
-  if (ReadAllDefinitionBlocks() != io::kNoError)
-    return false;
-  RecoverVersionConsistency(designBlock);
-  return true;
+  *m_RecoveryReport = RecoveryReport();
+  m_RecoveryReport->failure = Takeover(*this, *m_RecoveryReport).Run(designBlock, path);
+  bool const isDone = m_RecoveryReport->failure == Failure::kNone;
+  m_RecoveryReport->outcome = isDone ? RecoveryReport::Outcome::kTakenOver : RecoveryReport::Outcome::kFailed;
+  recovery::CountTakenOver(*m_RecoveryReport, m_SimSetupMap);
+  return isDone;
 }
 
 bool BaseSolutionManager::RecoverQsolBlockNameMap(AString const & path, io::CBlock & block) const {
-  bool ok = true;
-  {
-    io::CToken_iostream publicFile(LongFileName(path), kReadWriteFlags);
-    publicFile.BuildIndex(kFullIndex);
-    if (publicFile.BlockSeek(block.Name())) {
-      publicFile >> block;
-      ok = !publicFile.fail();
-    }
-  }
-  io::CToken_iostream privateFile(LongFileName(AString::Format(L"%s_priv", path)), kReadWriteFlags);
-  privateFile.BuildIndex(kFullIndex);
-  io::CBlock privateBlock(block.Name());
-  if (privateFile.BlockSeek(block.Name())) {
-    privateFile >> privateBlock;
-    if (!ok || privateFile.fail())
-      return false;
-  } else if (!ok) {
-    return false;
-  }
-  // Where the two disagree the public one wins; the private one only adds.
-  for (auto const & child : privateBlock) {
-    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
-    if (pair && !block.FindItem(pair->Name(), io::CBlock_item::Kind::NamedValue))
-      block << *pair;
-  }
-  return ok;
+  io::CBlock privateMap(block.Name());
+  return recovery::MergeNameMaps(path, block, privateMap);
 }

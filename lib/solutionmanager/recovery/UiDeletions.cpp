@@ -3,6 +3,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/recovery/RecoveryFacts.h"
 
 #include <algorithm>
 
@@ -12,6 +13,17 @@ bool IsKept(long id, std::vector<long> const & kept) { return std::find(kept.beg
 
 SolutionVariationKey AllBlocksOf(long setupID, long solutionID) {
   return SolutionVariationKey(setupID, L"NotSet", solutionID, id::invalidID);
+}
+
+using Reason = RecoveryReport::Reason;
+
+void NoteGoing(RecoveryReport & report, SolutionFileManager const & files, SolutionVariationKey const & pattern,
+               Reason reason) {
+  std::list<AString> names;
+  if (report.outcome == RecoveryReport::Outcome::kTakenOver)
+    files.GetSolutionKeyList(pattern, names);
+  for (AString const & name : names)
+    report.dropped.push_back({name, reason});
 }
 
 } // namespace
@@ -24,6 +36,7 @@ void BaseSolutionManager::RecoverUIDeletions(std::vector<long> const & keptSetup
       ++at;
       continue;
     }
+    NoteGoing(*m_RecoveryReport, m_SolutionFileManager, AllBlocksOf(at->first, id::invalidID), Reason::kSetupDeleted);
     at->second->RecoverUIDeletions(keptSolutions);
     m_SolutionFileManager.DeleteBlocks(AllBlocksOf(at->first, id::invalidID));
     delete at->second;
@@ -33,10 +46,16 @@ void BaseSolutionManager::RecoverUIDeletions(std::vector<long> const & keptSetup
   if (anySetup)
     WriteDefinitionBlock();
   bool anySolution = false;
-  for (auto const & [id, setup] : m_SimSetupMap)
+  for (auto const & [id, setup] : m_SimSetupMap) {
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      if (!IsKept(solutionID, keptSolutions))
+        NoteGoing(*m_RecoveryReport, m_SolutionFileManager, AllBlocksOf(id, solutionID), Reason::kSolutionDeleted);
     anySolution = setup->RecoverUIDeletions(keptSolutions) || anySolution;
-  if (anySetup || anySolution)
-    m_SolutionFileManager.UpdateOriginal();
+  }
+  if (!anySetup && !anySolution)
+    return;
+  m_SolutionFileManager.UpdateOriginal();
+  recovery::CountTakenOver(*m_RecoveryReport, m_SimSetupMap);
 }
 
 bool BaseSimulationSetup::RecoverUIDeletions(std::vector<long> const & keptSolutions) {

@@ -1,9 +1,13 @@
 // After a crash the library is made to agree with the versions that the design remembers.
 
 #include "basekit/io/CBlock.h"
+#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/recovery/RecoveryReport.h"
+
+#include <optional>
 
 void BaseSolutionManager::SetRecoveredVersionIDs() {
   if (m_RecoveredVersionID != id::invalidID)
@@ -29,15 +33,36 @@ void BaseSolutionManager::ApplyVersionIDs(io::CBlock const & designBlock) {
 
 namespace {
 
-// Whether a block belongs to an object that is there, at the version that this object has now.
-bool FitsTheModel(SolutionVariationKey const & key, BaseSolutionManager::SetupMap const & setups) {
+using Reason = RecoveryReport::Reason;
+
+std::optional<Reason> ReasonUnlessEqual(long version, long current) {
+  return version == current ? std::nullopt : std::optional(Reason::kOtherVersion);
+}
+
+// None for a block that belongs to an object which is there, at the version that this object has now.
+std::optional<Reason> ReasonToDrop(SolutionVariationKey const & key, BaseSolutionManager::SetupMap const & setups) {
   auto const setup = setups.find(key.GetSimSetupKey());
   if (setup == setups.end())
-    return key.GetSimSetupKey() == id::invalidID;
+    return key.GetSimSetupKey() == id::invalidID ? std::nullopt : std::optional(Reason::kSetupUnknown);
   if (key.GetSolutionKey() < 0)
-    return key.GetVersionIDKey() == setup->second->GetVersionID();
+    return ReasonUnlessEqual(key.GetVersionIDKey(), setup->second->GetVersionID());
   ISolution const * const solution = setup->second->GetISolutionByID(key.GetSolutionKey(), false);
-  return solution && key.GetVersionIDKey() == solution->GetVersionID();
+  return solution ? ReasonUnlessEqual(key.GetVersionIDKey(), solution->GetVersionID())
+                  : std::optional(Reason::kSolutionUnknown);
+}
+
+// What DeleteBlocks takes along when a block's own key is the pattern: that block alone, unless a part of the key is a
+// wildcard.
+std::list<AString> BlocksUnder(SolutionVariationKey const & key, AString const & name,
+                               SolutionFileManager const & files) {
+  bool const isPlain = key.GetSimSetupKey() != id::invalidID && key.GetSolutionKey() != id::invalidID &&
+                       key.GetVersionIDKey() != id::invalidID && key.GetDesignVariationKey() != AString(L"NotSet");
+  std::list<AString> names;
+  if (isPlain)
+    names.push_back(name);
+  else
+    files.GetSolutionKeyList(key, names);
+  return names;
 }
 
 } // namespace
@@ -50,8 +75,11 @@ void BaseSolutionManager::RecoverVersionConsistency(io::CBlock const & designBlo
     for (AString const & name : names) {
       SolutionVariationKey key;
       // A name that is no key stands for no version; as a pattern it would fit everything.
-      if (!key.Unpack(name) || FitsTheModel(key, m_SimSetupMap))
+      auto const reason = UnpackQuickly(name, key) ? ReasonToDrop(key, m_SimSetupMap) : std::nullopt;
+      if (!reason)
         continue;
+      for (AString const & going : BlocksUnder(key, name, m_SolutionFileManager))
+        m_RecoveryReport->dropped.push_back({going, *reason});
       m_SolutionFileManager.DeleteBlocks(key);
       anyDeleted = true;
     }

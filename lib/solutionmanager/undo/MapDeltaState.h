@@ -7,14 +7,14 @@
 
 /// Items that were added to and removed from a map whose owner made the change itself.  Removed items wait in the
 /// deleted map, whose owner frees them; without a deleted map this record owns what is outside the live map when it
-/// dies.  The maps outlive all undo and redo.
+/// dies.  An item whose place in the deleted map another one takes goes to that map's graveyard.  The maps outlive all
+/// undo and redo.
 template <class K, class V, class Cmp> class MapDeltaState : public KelvroDeltaState {
 public:
   using Map = std::map<K, V, Cmp>;
 
   /// changeDone: the maps hold the change already; otherwise the first RedoIt makes it.
-  explicit MapDeltaState(Map * liveMap, Map * deletedMap = nullptr, bool changeDone = true)
-      : KelvroDeltaState(changeDone), m_srcMap(liveMap), m_deletedMap(deletedMap) {}
+  explicit MapDeltaState(Map * liveMap, Map * deletedMap = nullptr, bool changeDone = true);
   ~MapDeltaState() override;
 
   void UndoIt() override;
@@ -32,26 +32,35 @@ private:
   Map * m_deletedMap;
   Map m_insertedItems;
   Map m_removedItems;
+
+  std::shared_ptr<undo::Graveyard<Map>> m_graveyard;
 };
 
 // The bodies are not inline, so that an instance that is declared extern is made in one place alone: where the
 // items' class is known.
 
+template <class K, class V, class Cmp>
+MapDeltaState<K, V, Cmp>::MapDeltaState(Map * liveMap, Map * deletedMap, bool changeDone)
+    : KelvroDeltaState(changeDone), m_srcMap(liveMap), m_deletedMap(deletedMap),
+      m_graveyard(undo::GraveyardOf(deletedMap ? deletedMap : liveMap)) {}
+
 template <class K, class V, class Cmp> MapDeltaState<K, V, Cmp>::~MapDeltaState() {
   if (m_deletedMap)
     return;
-  for (auto const & item : IsStateChangeDone() ? m_removedItems : m_insertedItems)
-    delete item.second;
+  if (IsStateChangeDone())
+    undo::DeleteOutside(m_removedItems, m_insertedItems, *m_graveyard);
+  else
+    undo::DeleteOutside(m_insertedItems, m_removedItems, *m_graveyard);
 }
 
 template <class K, class V, class Cmp> void MapDeltaState<K, V, Cmp>::UndoIt() {
   KelvroDeltaState::UndoIt();
-  undo::MoveItems<undo::KeyChecks>(m_insertedItems, m_removedItems, *m_srcMap, m_deletedMap);
+  undo::MoveItems<undo::KeyChecks>(m_insertedItems, m_removedItems, *m_srcMap, m_deletedMap, *m_graveyard);
 }
 
 template <class K, class V, class Cmp> void MapDeltaState<K, V, Cmp>::RedoIt() {
   KelvroDeltaState::RedoIt();
-  undo::MoveItems<undo::KeyChecks>(m_removedItems, m_insertedItems, *m_srcMap, m_deletedMap);
+  undo::MoveItems<undo::KeyChecks>(m_removedItems, m_insertedItems, *m_srcMap, m_deletedMap, *m_graveyard);
 }
 
 template <class K, class V, class Cmp>

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "basekit/diag/Assert.h"
+#include "solutionmanager/undo/Graveyard.h"
+
+#include <set>
 
 namespace undo {
 
@@ -14,21 +17,44 @@ struct KeyChecks {
   }
 };
 
+template <class Map> bool HoldsObject(Map const & map, typename Map::mapped_type value) {
+  return std::any_of(map.begin(), map.end(), [value](auto const & item) { return item.second == value; });
+}
+
 /// The one routine of undo and redo: one list leaves the live map for the deleted map, the other comes back.  Without
-/// a deleted map the lists alone know what is outside.
+/// a deleted map the lists alone know what is outside.  An object that only changes its key was never deleted.
 template <class Checks, class Map>
-void MoveItems(Map const & leaving, Map const & arriving, Map & liveMap, Map * deletedMap) {
+void MoveItems(Map const & leaving, Map const & arriving, Map & liveMap, Map * deletedMap, Graveyard<Map> & graveyard) {
   for (auto const & [key, value] : leaving) {
     Checks::IsThere(liveMap, key);
     liveMap.erase(key);
-    if (deletedMap)
-      deletedMap->insert_or_assign(key, value);
+    if (deletedMap && !HoldsObject(arriving, value))
+      graveyard.Enter(*deletedMap, key, value);
   }
   for (auto const & [key, value] : arriving) {
     Checks::IsFree(liveMap, key);
-    liveMap.insert_or_assign(key, value);
+    auto const [at, isFree] = liveMap.emplace(key, value);
+    if (!isFree && at->second != value) {
+      graveyard.Keep(key, at->second);
+      at->second = value;
+    }
     if (deletedMap)
-      deletedMap->erase(key);
+      graveyard.Leave(*deletedMap, key, value);
+    else
+      graveyard.Forget(value);
+  }
+}
+
+/// Frees what a record without a deleted map has outside the live map when it dies.
+template <class Map> void DeleteOutside(Map const & outside, Map const & inside, Graveyard<Map> & graveyard) {
+  std::set<typename Map::mapped_type> doomed;
+  for (auto const & item : outside)
+    doomed.insert(item.second);
+  for (auto const & item : inside)
+    doomed.erase(item.second);
+  for (auto * const object : doomed) {
+    graveyard.Forget(object);
+    delete object;
   }
 }
 

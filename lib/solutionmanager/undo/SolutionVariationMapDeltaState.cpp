@@ -21,13 +21,16 @@ struct IndexChecks {
 } // namespace
 
 SolutionVariationMapDeltaState::SolutionVariationMapDeltaState(Map * liveMap, Map * deletedMap, bool changeDone)
-    : KelvroDeltaState(changeDone), m_srcMap(liveMap), m_deletedMap(deletedMap) {}
+    : KelvroDeltaState(changeDone), m_srcMap(liveMap), m_deletedMap(deletedMap),
+      m_graveyard(undo::GraveyardOf(deletedMap ? deletedMap : liveMap)) {}
 
 SolutionVariationMapDeltaState::~SolutionVariationMapDeltaState() {
   if (m_deletedMap)
     return;
-  for (auto const & item : IsStateChangeDone() ? m_removedItems : m_insertedItems)
-    delete item.second;
+  if (IsStateChangeDone())
+    undo::DeleteOutside(m_removedItems, m_insertedItems, *m_graveyard);
+  else
+    undo::DeleteOutside(m_insertedItems, m_removedItems, *m_graveyard);
 }
 
 void SolutionVariationMapDeltaState::UndoIt() {
@@ -53,7 +56,7 @@ void SolutionVariationMapDeltaState::Record(BaseSolutionVariation * variation, b
 }
 
 void SolutionVariationMapDeltaState::Apply(Map const & leaving, Map const & arriving) {
-  undo::MoveItems<IndexChecks>(leaving, arriving, *m_srcMap, m_deletedMap);
+  undo::MoveItems<IndexChecks>(leaving, arriving, *m_srcMap, m_deletedMap, *m_graveyard);
   for (Map const * moved : {&leaving, &arriving})
     for (auto const & item : *moved)
       item.second->GetBaseSolution()->UpdatePostProcessingItems(false);

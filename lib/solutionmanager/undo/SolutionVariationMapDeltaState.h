@@ -2,13 +2,14 @@
 
 #include "basekit/command/KelvroDeltaState.h"
 #include "solutionmanager/address/VariationIDIndex.h"
+#include "solutionmanager/undo/Graveyard.h"
 
 #include <map>
 
 class BaseSolutionVariation;
 
-/// Variations that were added to and removed from a solution, for a caller that wants that undone.  Without a deleted
-/// map this record owns what is outside the live map when it dies.
+/// Variations that were added to and removed from a solution, for a caller that wants that undone.  Ownership is that
+/// of MapDeltaState.
 class SolutionVariationMapDeltaState : public KelvroDeltaState {
 public:
   using Map = std::map<VariationIDIndex, BaseSolutionVariation *>;
@@ -29,4 +30,6 @@ private:
   Map * m_deletedMap;
   Map m_insertedItems;
   Map m_removedItems;
+
+  std::shared_ptr<undo::Graveyard<Map>> m_graveyard;
 };

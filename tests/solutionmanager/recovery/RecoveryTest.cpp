@@ -1,50 +1,8 @@
-#include "basekit/io/CBlock.h"
-#include "tests/solutionmanager/support/TestProduct.h"
+#include "tests/solutionmanager/support/RecoveryFixture.h"
 #include "tests/support/AssertWatch.h"
 #include "tests/support/Printers.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-class RecoveryTest : public support::ModelTest {
-protected:
-  /// Runs work in a process that dies without closing anything.
-  template <class Work> void Crash(Work work) {
-    pid_t const child = ::fork();
-    if (child == 0) {
-      work();
-      ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFEXITED(status));
-  }
-  io::CBlock DesignBlock() {
-    io::CBlock design(L"Module");
-    Manager().DesignFileWrite(design);
-    return design;
-  }
-  void ReopenRecovering(io::CBlock const & design) {
-    m_manager.reset();
-    m_manager = std::make_unique<support::TestManager>(&m_design);
-    m_manager->InitializeFromDesign(false);
-    m_manager->BuildUtilityCollections(design, true);
-  }
-  /// A design with one setup, solved at one variation and saved; then closed.
-  io::CBlock SavedDesign() {
-    BaseSimulationSetup & setup = AddSetup(L"A");
-    Solve(SolutionOf(setup), L"x=1", {1});
-    Commit();
-    io::CBlock const design = DesignBlock();
-    m_manager.reset();
-    return design;
-  }
-  void Open() {
-    m_manager = std::make_unique<support::TestManager>(&m_design);
-    m_manager->InitializeFromDesign(false);
-    m_manager->BuildUtilityCollections();
-  }
-};
+using support::RecoveryTest;
 
 TEST_F(RecoveryTest, BlocksSolvedBeforeACrashAreTakenOver) {
   io::CBlock const design = SavedDesign();

@@ -4,6 +4,7 @@
 #include "tests/support/FaultyFileSystem.h"
 #include "tests/viewkit/library/LibraryFixture.h"
 
+#include <fstream>
 #include <map>
 #include <random>
 
@@ -118,6 +119,7 @@ TEST_P(JournaledLibrary, ShowsWhatTheOwnerHasUnderRandomEditsCommitsReopeningsAn
         ASSERT_EQ(library->RewriteLibrary(false), 0);
         break;
       case 3:
+        library.reset();
         library = std::make_unique<Library>(path, kOrdinary);
         break;
       case 4: {
@@ -151,7 +153,7 @@ TEST_P(JournaledLibrary, EditsThatFailedToGoOutGoOutBeforeTheNextRecord) {
     table.Set(1, 1);
     io::CBlock first = table.Itself();
     ASSERT_EQ(library.SaveDefinition(first), 0);
-    files.FailAt(files.Operations() + failing, false);
+    files.FailAt(failing, false);
     int saved = 0;
     for (; saved < 20 && !files.HasFailed(); ++saved) {
       table.Set(10 + saved, saved);
@@ -173,7 +175,7 @@ TEST_P(JournaledLibrary, ALaterPlainBlockOrADeletionIsNotUndoneByEditsThatFailed
     Library library(path, kOrdinary);
     Save(library, L"Other", L"first");
     m_table.Set(1, isDeleted);
-    files.FailAt(files.Operations() + 1, false);
+    files.FailAt(1, false);
     ASSERT_NE(SaveTable(library), 0);
     if (isDeleted) {
       ASSERT_EQ(library.DeleteDefinition(L"Table"), 0);
@@ -221,11 +223,12 @@ TEST_P(JournaledLibrary, ADamagedEditCostsItsBlockAloneAtTheFirstCommit) {
     m_table.Set(row, row);
     ASSERT_EQ(SaveTable(library), 0);
   }
-  auto bytes = Bytes(PrivateOf(Path()));
+  auto const bytes = Bytes(PrivateOf(Path()));
   auto const at = bytes.find("insert");
   ASSERT_NE(at, bytes.npos);
-  bytes[at] = 'x';
-  SetBytes(PrivateOf(Path()), bytes);
+  std::fstream(Narrow(PrivateOf(Path())), std::ios::binary | std::ios::in | std::ios::out)
+          .seekp(static_cast<std::streamoff>(at))
+      << 'x';
   EXPECT_EQ(library.CommitAll(false), CStreamioLibrary::kLibDamaged);
   EXPECT_EQ(library.CommitAll(false), 0);
   Library again(Path(), kOrdinary);

@@ -163,6 +163,18 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::PrivIndexKeyList(std::li
   return kLibSuccess;
 }
 
+std::vector<AString> CStreamioLibWritePrivate::UncommittedBlocks() const {
+  std::vector<AString> names;
+  for (auto const & [name, place] : library::Unmerged(*m_state))
+    if (place.IsBlock() && !m_state->heldDeletes.contains(name))
+      names.push_back(text::FromUtf8(name));
+  return names;
+}
+
+bool CStreamioLibWritePrivate::HasBlock(AString const & name) const {
+  return m_state->status == kLibSuccess && library::FindBlock(*m_state, text::ToUtf8(name)).log != nullptr;
+}
+
 bool CStreamioLibWritePrivate::CopyToNewLibPath(AString const & path) {
   if (m_state->status == kLibNotAttached) {
     SetLibPath(path, kOrdinaryMode);

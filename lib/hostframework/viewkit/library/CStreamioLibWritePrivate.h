@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <list>
+#include <vector>
 
 class LongFileName;
 namespace library {
@@ -59,6 +60,9 @@ public:
   bool HasUnsavedChanges() const;
   /// Tries again to store edits of journaled blocks that failed to go out; their owner calls it before it goes.
   void SendUnsent();
+  /// The blocks that a commit would bring to the public file, in the order in which they were saved.
+  std::vector<AString> UncommittedBlocks() const;
+  bool HasBlock(AString const & name) const;
   /// Of a block with a journal: the library holds what the journal tells, which was just made of a block that was read.
   void NoteStored(io::CBlock const & block);
   /// Where the first write put a private file that was not this library's to go on with; empty when there was none.
