@@ -95,12 +95,10 @@ private:
     auto const picks = Picks(m_n, calls);
     std::vector<double> seconds;
     for (int repeat = 0; repeat < m_settings.repeats; ++repeat) {
-      bench::Stopwatch watch;
-      watch.Start();
+      double const before = bench::ProcessorSeconds();
       for (std::size_t const i : picks)
         operation.call(i);
-      watch.Stop();
-      seconds.push_back(watch.Seconds());
+      seconds.push_back(bench::ProcessorSeconds() - before);
     }
     std::ranges::sort(seconds);
     double const middle = seconds[seconds.size() / 2];
