@@ -26,6 +26,7 @@ struct Settings {
   std::vector<std::string> operations;
   std::string out;
   std::string folder;
+  bool isRandom = false;
   bool isSmoke = false;
 };
 
@@ -38,14 +39,16 @@ void Declare(CLI::App & app, Settings & settings) {
   app.add_option("--operation", settings.operations, "These operations only")->delimiter(',');
   app.add_option("--out", settings.out, "File for the results, one JSON object a line; else standard output");
   app.add_option("--dir", settings.folder, "The library goes into a folder in this one; else beside this program");
+  app.add_flag("--random", settings.isRandom, "Variations are asked for at random, not as they follow each other");
   app.add_flag("--smoke", settings.isSmoke, "Few variations, once: does it work?");
 }
 
-/// The order in which variations are asked for: one that no cache can guess, the same in every run.
-std::vector<std::size_t> Picks(std::size_t n, std::size_t count) {
+/// Which variations are asked for: some that follow each other, as a sweep has them, or at random, where no cache
+/// helps; the same in every run.
+std::vector<std::size_t> Picks(std::size_t n, std::size_t count, bool isRandom) {
   std::mt19937_64 random(42);
   std::vector<std::size_t> picks(count);
-  std::ranges::generate(picks, [&] { return random() % n; });
+  std::ranges::generate(picks, [&, next = n / 2]() mutable { return (isRandom ? random() : next++) % n; });
   return picks;
 }
 
@@ -92,7 +95,7 @@ private:
     std::size_t const calls = operation.items > 1 ? std::max<std::size_t>(1, m_settings.calls / operation.items)
                               : operation.isLong  ? std::max<std::size_t>(1, m_settings.calls / 20)
                                                   : m_settings.calls;
-    auto const picks = Picks(m_n, calls);
+    auto const picks = Picks(m_n, calls, m_settings.isRandom);
     std::vector<double> seconds;
     for (int repeat = 0; repeat < m_settings.repeats; ++repeat) {
       double const before = bench::ProcessorSeconds();
@@ -107,6 +110,7 @@ private:
     m_out << nlohmann::json{{"engine", m_engine},
                             {"workload", operation.name + suffix},
                             {"n", m_n},
+                            {"order", m_settings.isRandom ? "random" : "sweep"},
                             {"operations", calls},
                             {"items_per_operation", operation.items},
                             {"seconds", middle},

@@ -3,7 +3,6 @@
 #include "basekit/text/CaseFolding.h"
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 
 namespace {
@@ -24,10 +23,6 @@ VariationRuns::Place const * VariationRuns::NewestOf(long variationID) const {
 
 VariationRuns::Place * VariationRuns::NewestOf(long variationID) {
   return m_newest.Find(HashOfID(variationID), [variationID](Place entry) { return IsOf(entry, variationID); });
-}
-
-bool VariationRuns::IsRunStart(Place entry) const {
-  return entry == m_map.begin() || !IsOf(std::prev(entry), entry->first.GetVariationID());
 }
 
 void VariationRuns::Entered(Place entry) {
@@ -56,8 +51,8 @@ void VariationRuns::Leaves(Place entry) {
   Place * const newest = NewestOf(variationID);
   if (*newest != entry)
     return;
-  if (!IsRunStart(entry)) {
-    *newest = std::prev(entry);
+  if (Place const older = Before(entry); older != m_map.end() && IsOf(older, variationID)) {
+    *newest = older;
     return;
   }
   m_newest.Erase(newest);
@@ -70,34 +65,27 @@ bool VariationRuns::CanAnswer(VariationIDIndex const & index) const {
   return m_allHaveIDs && index.GetVariationID() != id::invalidID;
 }
 
-VariationRuns::Place VariationRuns::FirstAbove(VariationIDIndex const & index) const {
+// The end of the map when there is none; it may be of another variation when this one has none.
+VariationRuns::Place VariationRuns::LastNotAbove(VariationIDIndex const & index) const {
   if (!CanAnswer(index))
-    return m_map.upper_bound(index);
+    return Before(m_map.upper_bound(index));
   Place const * const newest = NewestOf(index.GetVariationID());
-  if (!newest)
-    return m_map.begin(); // nothing of this variation stands before it
-  Place at = std::next(*newest);
-  for (int step = 0; at != m_map.begin(); ++step) {
-    Place const before = std::prev(at);
-    if (!(index < before->first))
-      return at;
+  Place at = newest ? *newest : m_map.end();
+  for (int step = 0; at != m_map.end() && index < at->first; ++step) {
     if (step == kFewSteps)
-      return m_map.upper_bound(index);
-    at = before;
+      return Before(m_map.upper_bound(index));
+    at = Before(at);
   }
   return at;
 }
 
 BaseSolutionVariation * VariationRuns::Find(VariationIDIndex const & index) const {
-  Place const above = CanAnswer(index) ? FirstAbove(index) : m_map.end();
   if (!CanAnswer(index)) {
     Place const at = m_map.find(index);
     return at == m_map.end() ? nullptr : at->second;
   }
-  if (above == m_map.begin())
-    return nullptr;
-  Place const at = std::prev(above);
-  return at->first < index ? nullptr : at->second;
+  Place const at = LastNotAbove(index);
+  return at == m_map.end() || at->first < index ? nullptr : at->second;
 }
 
 BaseSolutionVariation * VariationRuns::FindBeside(Place entry, long version) const {
@@ -129,9 +117,8 @@ std::vector<VariationRuns::Place> VariationRuns::WithText(AString const & text) 
   }
   m_idsByText.Find(text::HashNoCase(text.View()), [&](long variationID) {
     Place const * const newest = NewestOf(variationID);
-    for (Place at = newest ? std::next(*newest) : m_map.begin();
-         at != m_map.begin() && IsOf(std::prev(at), variationID);)
-      if (HasText(--at, text))
+    for (Place at = newest ? *newest : m_map.end(); at != m_map.end() && IsOf(at, variationID); at = Before(at))
+      if (HasText(at, text))
         found.push_back(at);
     return false; // a text may be in several runs
   });
@@ -145,18 +132,25 @@ BaseSolutionVariation * VariationRuns::FirstWithText(AString const & text) const
 }
 
 VariationRuns::Descent::Descent(VariationRuns const & runs, VariationIDIndex const & index)
-    : m_runStart(index.GetVariation(), std::numeric_limits<long>::min(), index.GetVariationID()),
-      m_begin(runs.m_map.begin()), m_at(runs.FirstAbove(index)) {}
+    : m_runs(runs), m_index(index), m_at(runs.LastNotAbove(index)) {}
 
-bool VariationRuns::Descent::HasNext() const { return m_at != m_begin && !(std::prev(m_at)->first < m_runStart); }
+bool VariationRuns::Descent::IsOfRun(Place entry) const {
+  if (m_runs.CanAnswer(m_index))
+    return IsOf(entry, m_index.GetVariationID());
+  VariationIDIndex const start(m_index.GetVariation(), std::numeric_limits<long>::min(), m_index.GetVariationID());
+  return !(entry->first < start);
+}
 
-long VariationRuns::Descent::NextVersion() const {
-  return HasNext() ? std::prev(m_at)->first.GetVersionID() : id::invalidID;
+bool VariationRuns::Descent::HasNext() {
+  if (m_isGiven)
+    m_at = m_runs.Before(m_at);
+  m_isGiven = false;
+  return m_at != m_runs.m_map.end() && IsOfRun(m_at);
 }
 
 BaseSolutionVariation * VariationRuns::Descent::EntryOf(long version) {
-  while (HasNext() && NextVersion() >= version) {
-    --m_at;
+  while (HasNext() && m_at->first.GetVersionID() >= version) {
+    m_isGiven = true;
     if (m_at->first.GetVersionID() == version)
       return m_at->second;
   }

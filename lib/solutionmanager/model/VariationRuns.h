@@ -4,6 +4,7 @@
 #include "solutionmanager/address/VariationIDIndex.h"
 
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <vector>
 
@@ -41,19 +42,21 @@ public:
   /// A walk down the run of one variation, for a caller that counts versions down.
   class Descent {
   public:
-    /// Starts at the highest version that is not above the index's.
+    /// Starts at the highest version that is not above the index's; the index stays where it is meanwhile.
     Descent(VariationRuns const & runs, VariationIDIndex const & index);
     /// The entry of exactly this version, or null; versions must be asked in descending order.
     BaseSolutionVariation * EntryOf(long version);
-    /// The highest version of an entry that was not asked for yet; id::invalidID when there is none.
-    long NextVersion() const;
+    /// The highest version of an entry that was not given yet; id::invalidID when there is none.
+    long NextVersion() { return HasNext() ? m_at->first.GetVersionID() : id::invalidID; }
 
   private:
-    bool HasNext() const;
+    bool HasNext();
+    bool IsOfRun(Place entry) const;
 
-    VariationIDIndex m_runStart;
-    Place m_begin;
-    Place m_at; // all entries from here on are done with
+    VariationRuns const & m_runs;
+    VariationIDIndex const & m_index;
+    Place m_at;
+    bool m_isGiven = false;
   };
 
 private:
@@ -63,8 +66,8 @@ private:
   bool CanAnswer(VariationIDIndex const & index) const;
   Place const * NewestOf(long variationID) const;
   Place * NewestOf(long variationID);
-  Place FirstAbove(VariationIDIndex const & index) const;
-  bool IsRunStart(Place entry) const;
+  Place LastNotAbove(VariationIDIndex const & index) const;
+  Place Before(Place entry) const { return entry == m_map.begin() ? m_map.end() : std::prev(entry); }
 
   Map const & m_map;
   HashIndex<Place> m_newest;

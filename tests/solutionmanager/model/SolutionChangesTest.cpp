@@ -1,4 +1,5 @@
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/io/CBlock.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"
 #include "tests/solutionmanager/model/ReportsFixture.h"
 #include "tests/support/AssertWatch.h"

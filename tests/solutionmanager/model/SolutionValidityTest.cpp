@@ -17,8 +17,8 @@ public:
 /// Notes what the question about completeness was asked with.
 class CompleteSolution : public support::TestSolution {
 public:
-  using TestSolution::TestSolution;
   using TestSolution::IsDataComplete;
+  using TestSolution::TestSolution;
   bool IsDataComplete(AString const & variation, bool forSweepwise, IProdSwiseSetupData const * data,
                       long version) const override {
     askedForSweepwise = forSweepwise;
@@ -155,7 +155,7 @@ TEST_F(SolutionValidityTest, SolvedVariationsOfASetupAreThoseOfItsValidSolutions
   Solve(*m_solution, L"x=2", {1});
   auto * const other = new support::TestSolution(*m_setup, -1, 0);
   m_setup->AddSolution(other, nullptr);
-  Solve(*other, L"y=2;x=1000m", {1});
+  Solve(*other, L"y=2;x=1.0", {1});
   std::set<VariableValues> variations;
   variations.insert(VariableValues());
   m_setup->GetSolvedVariations(variations);

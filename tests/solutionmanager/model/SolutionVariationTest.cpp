@@ -93,7 +93,7 @@ TEST_F(SolutionVariationTest, ABlockOfAnotherVariationIsReportedAndReadAllTheSam
 
 TEST_F(SolutionVariationTest, ItsNameMayBeWrittenDifferently) {
   BaseSolutionVariation variation(&m_solution, L"x=1; y=2", 6);
-  EXPECT_EQ(variation.ReadVariationDataBlock(BlockOf(BaseSolutionVariation(&m_solution, L"Y=2;x=1000m", 6))),
+  EXPECT_EQ(variation.ReadVariationDataBlock(BlockOf(BaseSolutionVariation(&m_solution, L"Y=2;x=1.0", 6))),
             io::kNoError);
 }
 

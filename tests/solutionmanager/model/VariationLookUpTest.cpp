@@ -39,7 +39,7 @@ protected:
     case 0:
       return L"x=" + x + L"; y=" + y;
     case 1:
-      return L"y=" + y + L";x=" + x + L"000m";
+      return L"y=" + y + L";x=" + x + L".0";
     case 2:
       return L"X=" + x + L"; Y=" + y;
     case 3:
@@ -146,7 +146,7 @@ TEST_F(VariationLookUpTest, AnswersAreThoseOfAWalkWhileVariationsComeAndGo) {
 
 TEST_F(VariationLookUpTest, AnswersAreThoseOfAWalkWhenEachVariationHasManyVersions) {
   for (long version = 0; version < 40; ++version)
-    for (AString const text : {L"x=1; y=1", L"y=1;x=1000m", L"x=2; y=1"})
+    for (AString const text : {L"x=1; y=1", L"y=1;x=1.0", L"x=2; y=1"})
       if (Random(4) != 0)
         m_solution->EnsureVariation(text, version);
   for (long version = 0; version < 41; ++version) {

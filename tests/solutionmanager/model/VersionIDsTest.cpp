@@ -170,7 +170,7 @@ TEST_F(VersionIDsTest, ANewVariationReachesTheLibraryAtOnce) {
 }
 
 TEST_F(VersionIDsTest, WithoutALibraryAnIDIsIssuedAllTheSame) {
-  support::TestManager manager(static_cast<IDesign *>(nullptr));
+  support::TestManager manager(&m_design);
   EXPECT_FALSE(manager.IsQsolLibraryInitialized());
   long const id = manager.GetVariationID(L"x=1");
   EXPECT_EQ(manager.GetVariationID(L"X = 1"), id);
