@@ -1,4 +1,5 @@
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"
 #include "tests/solutionmanager/model/ReportsFixture.h"
@@ -225,4 +226,42 @@ TEST_F(SolutionChangesTest, AnAddedVariationBelongsToTheSolution) {
   auto * const variation = new support::TestVariation(m_solution, L"x=1", 3);
   m_solution->AddSolutionVariation(variation);
   EXPECT_EQ(m_solution->GetBaseSolutionVariation(L"x=1", 3), variation);
+}
+
+TEST_F(SolutionChangesTest, TheExtractorIsGivenByEachOfItsFacets) {
+  BaseSolution const & solution = *m_solution;
+  EXPECT_EQ(solution.GetISimDataExtractor(), m_extractor);
+  EXPECT_EQ(solution.GetIDesignDataExtractor(), m_extractor);
+  EXPECT_EQ(solution.GetISimDataExtractorForSweepwise(), m_extractor->GetISimDataExtractorForSweepwise());
+  EXPECT_EQ(solution.GetIDesignDataExtractorForSweepwise(), m_extractor->GetIDesignDataExtractorForSweepwise());
+  m_solution->SetExtractor(nullptr);
+  EXPECT_EQ(solution.GetIDesignDataExtractor(), nullptr);
+  EXPECT_EQ(solution.GetISimDataExtractorForSweepwise(), nullptr);
+  EXPECT_EQ(solution.GetIDesignDataExtractorForSweepwise(), nullptr);
+}
+
+TEST_F(SolutionChangesTest, TheFacetsOfTheOwnerAreTheSetups) {
+  EXPECT_EQ(m_solution->GetISimulationSetup(), m_setup);
+  EXPECT_EQ(m_solution->GetISimulationSetupForSweepwise(), m_setup);
+  EXPECT_EQ(m_solution->GetSolutionMgr(), m_manager.get());
+  long version = -1;
+  m_solution->SetState(17, false);
+  m_solution->GetState(version);
+  EXPECT_EQ(version, 17);
+}
+
+TEST_F(SolutionChangesTest, WithoutADesignToTellChangesAreReportedAndMade) {
+  Solve(*m_solution, L"x=1", {1});
+  Commit();
+  AString const library = Manager().GetQsolPath();
+  m_manager.reset();
+  BaseSolutionManager reader((LongFileName(library)));
+  ASSERT_EQ(reader.GetSetups().size(), 1u);
+  BaseSolution & solution = SolutionOf(*reader.GetSetups().begin()->second);
+  AssertWatch::Expect("design");
+  solution.Invalidate(nullptr, 50);
+  EXPECT_EQ(solution.GetVersionID(), 50);
+  AssertWatch::Expect("design");
+  solution.SetState(0, true);
+  EXPECT_EQ(solution.GetVersionID(), 0);
 }

@@ -135,3 +135,25 @@ TEST_F(SolutionVariationTest, AVariationWithoutABlockIsReadAsEmptyAndNotReported
   EXPECT_NE(m_solution.GetBaseSolutionVariation(L"x=5", 0), nullptr);
   EXPECT_FALSE(m_solution.HasSolutionData(L"x=5", 0));
 }
+
+TEST_F(SolutionVariationTest, AVariationThatCannotBeWrittenIsNotStored) {
+  struct Refusing : TestVariation {
+    using TestVariation::TestVariation;
+    bool WriteVariationDataBlock(io::CBlock &) const override { return false; }
+  };
+  m_solution.AddSolutionVariation(new Refusing(&m_solution, L"x=1", 0));
+  EXPECT_FALSE(m_solution.WriteVariationDataBlock(L"x=1", -1));
+  EXPECT_FALSE(Manager().HasDataBlock(SolutionVariationKey(m_setup.GetID(), L"x=1", m_solution.GetID(), 0)));
+}
+
+TEST_F(SolutionVariationTest, DataThatIsInMemoryIsNotReadAgain) {
+  Solve(m_solution, L"x=1", {1});
+  VariationIDIndex const index(L"x=1", 0, &Manager());
+  auto * const variation = static_cast<TestVariation *>(m_solution.GetVariationData(index, false));
+  variation->values = {7};
+  m_solution.GetVariationData(index, false);
+  EXPECT_EQ(variation->values, std::vector<double>{7});
+  variation->ClearInstanceMemoryData();
+  m_solution.GetVariationData(index, false);
+  EXPECT_EQ(variation->values, std::vector<double>{1});
+}
