@@ -52,8 +52,10 @@ void BaseSolutionManager::IssueVariationIDs(std::vector<AString> const & variati
 }
 
 void BaseSolutionManager::AddVariationID(AString const & variation, long id) const {
-  auto const [at, isNew] = m_VariationIDMap.emplace(variation, id);
-  if (!isNew)
+  std::size_t const before = m_VariationIDMap.size();
+  // A table that is read comes in key order.
+  auto const at = m_VariationIDMap.emplace_hint(m_VariationIDMap.end(), variation, id);
+  if (m_VariationIDMap.size() == before)
     return;
   m_VariationIdTable->Inserted(at);
   TellJournal(at);

@@ -232,14 +232,16 @@ void BaseSolution::ListCurrentVariations(std::list<AString> & valid, std::list<A
 }
 
 std::pair<BaseSolution::VariationMap::iterator, bool> BaseSolution::Enter(BaseSolutionVariation * variation) {
-  auto const entered =
-      m_VariationMap.emplace(IndexOf(variation->GetDesignVariationKey(), variation->GetVersionID()), variation);
-  if (!entered.second)
-    return entered;
-  m_Runs->Entered(entered.first);
+  std::size_t const before = m_VariationMap.size();
+  // Variations mostly come in the order of their IDs.
+  auto const at = m_VariationMap.emplace_hint(
+      m_VariationMap.end(), IndexOf(variation->GetDesignVariationKey(), variation->GetVersionID()), variation);
+  if (m_VariationMap.size() == before)
+    return {at, false};
+  m_Runs->Entered(at);
   if (m_StatesJournal)
-    m_StatesJournal->Inserted(*entered.first);
-  return entered;
+    m_StatesJournal->Inserted(*at);
+  return {at, true};
 }
 
 BaseSolutionVariation * BaseSolution::EnterNewVariation(BaseSolutionVariation * variation) {
