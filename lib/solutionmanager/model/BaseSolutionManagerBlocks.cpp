@@ -8,6 +8,7 @@
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -132,7 +133,7 @@ io::ReadError BaseSolutionManager::BuildUtilityCollections() {
   ReadDefinitionBlock();
   for (AString const & name : names) {
     SolutionVariationKey key;
-    key.Unpack(name);
+    UnpackQuickly(name, key);
     if (key.GetSimSetupKey() != id::invalidID)
       MakeObjectsOf(key);
   }

@@ -13,6 +13,7 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
+#include "solutionmanager/model/VariationRuns.h"
 #include "solutionmanager/model/VersionItem.h"
 #include "solutionmanager/transfer/ExportVariationContext.h"
 
@@ -112,7 +113,7 @@ io::ReadError BaseSolution::LoadSolutionVariations(io::CBlock const & block) {
     // IDs that the table lost must not come up for anything else.
     manager->ForEdit().ReserveUniqueID(std::max(variationID, version));
     // Looked up by the solution's current version, not by the item's.
-    if (m_VariationMap.count(IndexOf(text, m_VersionID)))
+    if (m_Runs->Find(IndexOf(text, m_VersionID)))
       continue;
     BaseSolutionVariation * const newvar = CreateSolutionVariation(text, version);
     KVRO_ASSERT(newvar);
@@ -127,19 +128,18 @@ io::ReadError BaseSolution::ReadVariationDataBlock(AString const & variation, lo
     return kBadKey;
   io::CBlock block(key.Pack());
   GetSolutionMgr()->LoadSingleBlock(block);
-  auto const at = m_VariationMap.find(IndexOf(variation, wanted));
-  BaseSolutionVariation * const entry =
-      at != m_VariationMap.end() ? at->second : CreateSolutionVariation(variation, version);
+  BaseSolutionVariation * const present = m_Runs->Find(IndexOf(variation, wanted));
+  BaseSolutionVariation * const entry = present ? present : CreateSolutionVariation(variation, version);
   return entry ? entry->ReadVariationDataBlock(block) : io::kNoError;
 }
 
 bool BaseSolution::WriteVariationDataBlock(AString const & variation, long version) const {
   long const wanted = version == id::invalidID ? m_VersionID : version;
-  auto const at = m_VariationMap.find(IndexOf(variation, wanted));
-  if (at == m_VariationMap.end())
+  BaseSolutionVariation const * const entry = m_Runs->Find(IndexOf(variation, wanted));
+  if (!entry)
     return true;
   io::CBlock block(KeyOf(variation, wanted).Pack());
-  if (!at->second->WriteVariationDataBlock(block))
+  if (!entry->WriteVariationDataBlock(block))
     return false;
   GetSolutionMgr()->SaveSingleBlock(block);
   return true;
