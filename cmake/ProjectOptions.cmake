@@ -18,6 +18,8 @@ endif()
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/= -Wall -Wextra -Wshadow -Wnon-virtual-dtor)
+# Fused multiply-add would give sweeps other values on one machine than on another, and no stored point would be found.
+target_compile_options(project_options INTERFACE -ffp-contract=off)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Overloaded virtual families are part of the contracts: a class often overrides one of two namesakes.
   target_compile_options(project_options INTERFACE -Wno-overloaded-virtual)

@@ -1,5 +1,6 @@
 #include "apps/solvedesk/ProjectTree.h"
 
+#include "basekit/text/CaseFolding.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -7,7 +8,14 @@
 
 namespace solvedesk {
 
-VariationStates::VariationStates(desktop::Session const & session) : m_committed(session.GetCommittedBlocks()) {}
+std::size_t VariationStates::HashOfName::operator()(AString const & name) const {
+  return static_cast<std::size_t>(text::HashNoCase(name.View()));
+}
+
+VariationStates::VariationStates(desktop::Session const & session) {
+  auto const names = session.GetCommittedBlocks();
+  m_committed.insert(names.begin(), names.end());
+}
 
 std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) const {
   std::vector<VariationState> states;

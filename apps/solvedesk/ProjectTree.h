@@ -3,7 +3,7 @@
 #include "basekit/text/AString.h"
 
 #include <cstddef>
-#include <set>
+#include <unordered_set>
 #include <vector>
 
 class BaseSimulationSetup;
@@ -32,7 +32,10 @@ public:
   std::vector<VariationState> Of(BaseSolution const & solution) const;
 
 private:
-  std::set<AString> m_committed;
+  struct HashOfName {
+    std::size_t operator()(AString const & name) const;
+  };
+  std::unordered_set<AString, HashOfName> m_committed;
 };
 
 /// Solved, valid and with data: what can be handed out.

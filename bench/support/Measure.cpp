@@ -4,8 +4,15 @@
 #include <fstream>
 #include <malloc.h>
 #include <stdexcept>
+#include <time.h>
 
 namespace bench {
+
+double ProcessorSeconds() {
+  timespec now{};
+  Require(::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now) == 0, "the processor's clock can't be read");
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
 
 std::uint64_t HeapInUse() {
   auto const info = ::mallinfo2();

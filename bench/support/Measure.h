@@ -19,6 +19,8 @@ private:
   Clock::duration m_sum{};
 };
 
+/// Seconds of processor that this process has used: what other processes do meanwhile doesn't count.
+double ProcessorSeconds();
 /// Bytes that the program has on its heap now.
 std::uint64_t HeapInUse();
 /// The most memory, in bytes, that this process ever held.

@@ -2,6 +2,7 @@
 
 #include "basekit/io/CBlock.h"
 #include "desktop/product/StaleResults.h"
+#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -25,6 +26,17 @@ std::vector<long> IdsNotIn(std::map<long, Object *> const & map, std::vector<Kno
   return ids;
 }
 
+/// Which definition blocks belong to the setups and their solutions.
+std::map<std::pair<long, long>, long> VersionsOf(BaseSolutionManager::SetupMap const & setups) {
+  std::map<std::pair<long, long>, long> versions;
+  for (auto const & [id, setup] : setups) {
+    versions[{id, id::invalidID}] = setup->GetVersionID();
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      versions[{id, solutionID}] = solution->GetVersionID();
+  }
+  return versions;
+}
+
 } // namespace
 
 void ProductSolutionManager::SetReadOnly() {
@@ -41,9 +53,12 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
   if (result == io::kNoError) {
     if (!m_isReadOnly)
       StaleResults(GetQsolPath()).PutBack(GetSolutionFileManager());
+    auto const versionsRead = VersionsOf(GetSetups());
     CreateMissingSetups();
     ApplyVersionIDs(block);
-    ReadAllDefinitionBlocks();
+    // What was read for these versions already need not be read again.
+    if (IsRecovered() || VersionsOf(GetSetups()) != versionsRead)
+      ReadAllDefinitionBlocks();
     ApplyNames();
     DropWhatTheDesignLacks();
     EnterVariationsOfLibrary();
@@ -161,7 +176,7 @@ void ProductSolutionManager::EnterVariationsOfLibrary() {
   GetSolutionFileManager().IndexKeyList(names, false);
   for (AString const & name : names) {
     SolutionVariationKey key;
-    if (!key.Unpack(name) || !key.IsValidVariationDataKey())
+    if (!UnpackQuickly(name, key) || !key.IsValidVariationDataKey())
       continue;
     BaseSimulationSetup const * const setup = FindIn(GetSetups(), key.GetSimSetupKey());
     if (BaseSolution * const solution = setup ? FindIn(setup->GetSolutions(), key.GetSolutionKey()) : nullptr)

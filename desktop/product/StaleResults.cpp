@@ -24,16 +24,16 @@ template <class Entry> Entry const * FindById(std::vector<Entry> const & entries
   return at == entries.end() ? nullptr : &*at;
 }
 
-// Of an object that the design knows, and of another version than it has there.
-bool IsStale(SolutionVariationKey const & key, std::vector<SetupOfDesign> const & design) {
+// Of an object that the design has deleted, or of another version than it has there.
+bool IsStale(SolutionVariationKey const & key, std::vector<SetupOfDesign> const & design, bool withDeleted) {
   SetupOfDesign const * const setup = FindById(design, key.GetSimSetupKey());
   if (!setup)
-    return false;
+    return withDeleted && key.GetSimSetupKey() != id::invalidID;
   long current = setup->version;
   if (key.GetSolutionKey() >= 0) {
     SolutionOfDesign const * const solution = FindById(setup->solutions, key.GetSolutionKey());
     if (!solution)
-      return false;
+      return withDeleted;
     current = solution->version;
   }
   return current != id::invalidID && key.GetVersionIDKey() != current;
@@ -65,7 +65,7 @@ private:
 StaleResults::StaleResults(AString const & libraryPath)
     : m_libraryPath(libraryPath), m_keptPath(libraryPath + L"_kept") {}
 
-void StaleResults::Keep(std::vector<SetupOfDesign> const & design) const {
+void StaleResults::Keep(std::vector<SetupOfDesign> const & design, bool withDeleted) const {
   LibraryReader reader;
   io::CBlock names(SolutionFileManager::kRealToInternalBlkName);
   if (reader.Open(LongFileName(m_libraryPath), true) != kSuccess || reader.Load(names) != kSuccess)
@@ -77,7 +77,7 @@ void StaleResults::Keep(std::vector<SetupOfDesign> const & design) const {
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
     SolutionVariationKey key;
     AString internalName;
-    if (!pair || !key.Unpack(pair->Name()) || !IsStale(key, design) || !pair->Query(internalName))
+    if (!pair || !key.Unpack(pair->Name()) || !IsStale(key, design, withDeleted) || !pair->Query(internalName))
       continue;
     io::CBlock_ptr<io::CBlock> const block(new io::CBlock(internalName));
     if (reader.Load(*block) != kSuccess)

@@ -157,7 +157,7 @@ void Session::ReadWithWork(ProjectRecord const & record) {
 void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   AString const path = m_manager->GetQsolPath();
   RefuseDamagedNames(path);
-  StaleResults(path).Keep(SetupsOfDesign(record.module));
+  StaleResults(path).Keep(SetupsOfDesign(record.module), m_hasAutosave); // An unsaved deletion can be discarded.
   LibraryLengths const before(path);
   auto const committed = CommittedBlockNames(path);
   m_manager->SetRecoverOnRead(true);

@@ -166,7 +166,9 @@ private:
   template <class Map> void Retire(Map const & map);
   template <class Map> void DeleteOwned(Map & map);
   std::vector<long> SolutionsToSolve(AString const & variation, std::vector<long> const & solutionIDs) const;
-  io::ReadError ReadSolutionOfDesignFile(io::CBlock const & solutionBlock);
+  io::ReadError ReadSolutionOfDesignFile(io::CBlock const & solutionBlock, std::set<long> & alreadyRead);
+  void EnterSolutionRead(BaseSolution * solution);
+  void DropSolutionRead(BaseSolution * solution);
 
   AString m_Name;
   mutable long m_ID = -1;

@@ -12,6 +12,7 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
+#include "solutionmanager/model/VariationRuns.h"
 #include "solutionmanager/undo/Graveyard.h"
 #include "solutionmanager/undo/PreserveState.h"
 
@@ -20,13 +21,15 @@
 AString const BaseSolution::kSimDataExtractorBlockName(L"SimDataExtractor");
 
 BaseSolution::BaseSolution(BaseSimulationSetup const & setup, long id, long version)
-    : m_Setup(&setup), m_ProductName(L"Unknown"), m_SolutionName(setup.GetName()), m_ID(id), m_VersionID(version) {
+    : m_Setup(&setup), m_ProductName(L"Unknown"), m_SolutionName(setup.GetName()), m_ID(id), m_VersionID(version),
+      m_Runs(std::make_unique<VariationRuns>(m_VariationMap)) {
   m_SolutionDefinitionMap.emplace(version, new FrequencySolutionDefinition);
 }
 
 BaseSolution::BaseSolution(BaseSolution const & source)
     : m_Setup(source.m_Setup), m_ProductName(source.m_ProductName), m_SolutionName(source.m_SolutionName),
-      m_ID(source.GetSolutionMgr()->ForEdit().FetchNextUniqueID()), m_VersionID(source.GetVersionID()) {}
+      m_ID(source.GetSolutionMgr()->ForEdit().FetchNextUniqueID()), m_VersionID(source.GetVersionID()),
+      m_Runs(std::make_unique<VariationRuns>(m_VariationMap)) {}
 
 BaseSolution & BaseSolution::operator=(BaseSolution const & source) {
   if (this == &source)
@@ -60,6 +63,13 @@ long BaseSolution::GetID() const {
   if (m_ID == id::invalidID)
     m_ID = GetSolutionMgr()->ForEdit().FetchNextUniqueID();
   return m_ID;
+}
+
+// One that a former deletion left under the index stays alive: somebody may hold it.
+void BaseSolution::EnterDeleted(VariationMap::value_type const & entry) {
+  if (!m_DisplacedVariations)
+    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
+  m_DisplacedVariations->Enter(m_DeletedVariationMap, entry.first, entry.second);
 }
 
 BaseSolutionManager const * BaseSolution::GetSolutionMgr() const { return m_Setup->GetBaseSolutionMgr(); }

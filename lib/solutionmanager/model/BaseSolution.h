@@ -18,6 +18,7 @@ class FrequencySolutionDefinition;
 class KelvroCommand;
 class SolutionVariationKey;
 class StatesJournal;
+class VariationRuns;
 namespace io {
 class CBlock;
 }
@@ -135,7 +136,9 @@ private:
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);
   bool HasDataForCurrentState() const;
+  void EnterDeleted(VariationMap::value_type const & entry);
   std::pair<VariationMap::iterator, bool> Enter(BaseSolutionVariation * variation);
+  template <class Take> void ForEachAvailable(long version, Take take) const;
   io::CBlock StatesBlock() const;
 
   BaseSimulationSetup const * m_Setup;
@@ -149,6 +152,8 @@ private:
   VariationMap m_VariationMap;
   VariationMap m_DeletedVariationMap;
 
+  /// Answers over m_VariationMap; always there.
+  std::unique_ptr<VariationRuns> m_Runs;
   /// Of m_VariationMap, from the first time on that it was written.
   mutable std::unique_ptr<StatesJournal> m_StatesJournal;
   /// Deleted variations whose place in the deleted map another one took.  Null until there are any.

@@ -449,10 +449,9 @@ private:
   bool FindVariationID(AString const & variation, long & id) const;
   void TellJournal(VariationIDMap::const_iterator entry) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
+  void MakeObjectsOf(SolutionVariationKey const & key);
   io::ReadError ReadOutputVariables(io::CBlock const & block);
-  void ReadSetups(io::CBlock const & block, AString const & blockName,
-                  io::ReadError (BaseSolutionManager::*read)(io::CBlock const &), io::ReadError & result);
-  io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock);
+  io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock, std::set<long> & alreadyRead);
   io::ReadError ReadImportedSetupOfDesignFile(io::CBlock const & setupBlock);
   bool WriteSetups(io::CBlock & block, SetupMap const & setups, AString const & blockName);
   bool DoDataExchangeSimValueCache(bool reading);

@@ -8,9 +8,12 @@
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/model/VariationIdTable.h"
+#include "solutionmanager/model/VersionItem.h"
 #include "solutionmanager/transfer/ExportVariationContext.h"
 
 AString const BaseSolutionManager::kHeaderBlockName(L"FileHeader");
@@ -72,9 +75,9 @@ void BaseSolutionManager::ReadDefinitionBlock() {
 }
 
 void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
-  block >> io::named(L"ProductName", m_ProductName) >> io::named(L"CircuitName", m_CircuitName) >>
-      io::named(L"VersionID", m_VersionID) >> io::named(L"PostProcess", m_PostProcessingIsOn) >>
-      io::named(L"LossLess", m_DeembeddingLossLess);
+  block >> io::named(L"ProductName", m_ProductName) >> io::named(L"CircuitName", m_CircuitName);
+  ReadVersionItem(block, m_VersionID);
+  block >> io::named(L"PostProcess", m_PostProcessingIsOn) >> io::named(L"LossLess", m_DeembeddingLossLess);
   io::CBlock ports(L"PortSettings");
   block >> ports;
   if (block.Found()) {
@@ -88,6 +91,7 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
     }
   }
   ResetNextUniqueID(block);
+  ReserveUniqueID(m_VersionID);
   io::CBlock variations(L"VariationIDs");
   block >> variations;
   if (!block.Found())
@@ -101,8 +105,16 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
     *item >> io::named(L"V", variation) >> io::named(L"ID", id);
     // An entry without an ID would take all its indexes off the order of variation maps.
     KVRO_ASSERT(id != id::invalidID);
-    if (id != id::invalidID)
-      AddVariationID(variation, id);
+    if (id == id::invalidID)
+      continue;
+    // Nor may two variations share one: each would be taken for the other.
+    AString const * const owner = m_VariationIdTable->FindText(id);
+    bool const isIDFree = !owner || AString::MatchNoCase(*owner, variation);
+    KVRO_ASSERT(isIDFree);
+    if (!isIDFree)
+      continue;
+    AddVariationID(variation, id);
+    ReserveUniqueID(id);
   }
 }
 
@@ -121,32 +133,47 @@ io::ReadError BaseSolutionManager::BuildUtilityCollections() {
   ReadDefinitionBlock();
   for (AString const & name : names) {
     SolutionVariationKey key;
-    key.Unpack(name);
-    if (key.GetSimSetupKey() == id::invalidID)
-      continue;
-    auto at = m_SimSetupMap.find(key.GetSimSetupKey());
-    if (at == m_SimSetupMap.end()) {
-      BaseSimulationSetup * const made = CreateSimulationSetup(key.GetSimSetupKey(), key.GetVersionIDKey(), AString());
-      KVRO_ASSERT(made);
-      if (!made)
-        continue;
-      at = m_SimSetupMap.emplace(key.GetSimSetupKey(), made).first;
-    }
-    BaseSimulationSetup * const setup = at->second;
-    if (!key.IsValidSolutionKey()) {
-      // The last of the setup's own keys wins.
-      setup->SetState(key.GetVersionIDKey(), false);
-      continue;
-    }
-    // The first key seen for a solution fixes its version.
-    if (setup->GetISolutionByID(key.GetSolutionKey(), false))
-      continue;
-    BaseSolution * const the_sol = setup->CreateSolution(key.GetSolutionKey(), key.GetVersionIDKey());
-    KVRO_ASSERT(the_sol);
-    if (the_sol)
-      setup->AddSolution(the_sol, nullptr);
+    UnpackQuickly(name, key);
+    if (key.GetSimSetupKey() != id::invalidID)
+      MakeObjectsOf(key);
   }
   return ReadAllDefinitionBlocks();
+}
+
+void BaseSolutionManager::MakeObjectsOf(SolutionVariationKey const & key) {
+  long const version = key.GetVersionIDKey();
+  // Convergence records that were written for the current version bear none; it is no version for the setup either.
+  if (version == id::invalidID && key.GetSolutionKey() == SolutionVariationKey::kConvDataKey)
+    return;
+  // Negative numbers are wildcards and marks of the setup's own blocks, never a version or a solution: such a block
+  // stays in the library, but no object is made of it.
+  bool const namesAnObject = version >= 0 && (key.GetSolutionKey() >= 0 || !key.IsValidSolutionKey());
+  KVRO_ASSERT(namesAnObject);
+  if (!namesAnObject)
+    return;
+  for (long const taken : {key.GetSimSetupKey(), key.GetSolutionKey(), version})
+    ReserveUniqueID(taken);
+  auto at = m_SimSetupMap.find(key.GetSimSetupKey());
+  if (at == m_SimSetupMap.end()) {
+    BaseSimulationSetup * const made = CreateSimulationSetup(key.GetSimSetupKey(), version, AString());
+    KVRO_ASSERT(made);
+    if (!made)
+      return;
+    at = m_SimSetupMap.emplace(key.GetSimSetupKey(), made).first;
+  }
+  BaseSimulationSetup * const setup = at->second;
+  if (!key.IsValidSolutionKey()) {
+    // The last of the setup's own keys wins.
+    setup->m_VersionID = version;
+    return;
+  }
+  // The first key seen for a solution fixes its version.
+  if (setup->GetISolutionByID(key.GetSolutionKey(), false))
+    return;
+  BaseSolution * const the_sol = setup->CreateSolution(key.GetSolutionKey(), version);
+  KVRO_ASSERT(the_sol);
+  if (the_sol)
+    setup->AddSolution(the_sol, nullptr);
 }
 
 io::ReadError BaseSolutionManager::BuildUtilityCollections(io::CBlock const & designBlock, bool recover) {
@@ -191,23 +218,37 @@ void BaseSolutionManager::WriteVersionIDsToBlock(io::CBlock & block) const {
 }
 
 void BaseSolutionManager::ReadVersionIDsFromBlock(io::CBlock const & block) {
-  block >> io::named(L"V", m_RecoveredVersionID);
+  // A number that no ID server gives out, or none at all, leaves the version that the object has.
+  auto const readVersion = [this](auto const & source, long & version) {
+    long found = id::invalidID;
+    source >> io::named(L"V", found);
+    bool const isVersion = found >= 0;
+    KVRO_ASSERT(isVersion);
+    if (!isVersion)
+      return false;
+    version = found;
+    ReserveUniqueID(found);
+    return true;
+  };
+  readVersion(block, m_RecoveredVersionID);
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock> const setupBlock(child);
     if (!setupBlock)
       continue;
     AString setupName;
+    *setupBlock >> io::named(L"N", setupName);
     long setupVersion = id::invalidID;
-    *setupBlock >> io::named(L"N", setupName) >> io::named(L"V", setupVersion);
-    m_RecoveredSetupVersions.emplace(setupName, setupVersion);
+    if (readVersion(*setupBlock, setupVersion))
+      m_RecoveredSetupVersions.emplace(setupName, setupVersion);
     for (auto const & item : *setupBlock) {
       io::CBlock_ptr<io::CBlock_func> const solution(item);
       if (!solution)
         continue;
       AString solutionName;
+      *solution >> io::named(L"N", solutionName);
       long version = id::invalidID;
-      *solution >> io::named(L"N", solutionName) >> io::named(L"V", version);
-      m_RecoveredSolutionVersions.emplace(std::make_pair(setupName, solutionName), version);
+      if (readVersion(*solution, version))
+        m_RecoveredSolutionVersions.emplace(std::make_pair(setupName, solutionName), version);
     }
   }
 }

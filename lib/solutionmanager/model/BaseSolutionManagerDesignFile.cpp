@@ -87,6 +87,34 @@ bool BaseSolutionManager::WriteSetups(io::CBlock & block, SetupMap const & setup
   return result;
 }
 
+namespace {
+
+// Calls read(block) for each child of that name; the last error counts.
+template <class Read>
+void ReadSetups(io::CBlock const & block, AString const & blockName, io::ReadError & result, Read read) {
+  for (auto const & child : block) {
+    if (!AString::MatchNoCase(child->Name(), blockName))
+      continue;
+    io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
+    KVRO_ASSERT(simSetupBlock);
+    io::ReadError const childResult = simSetupBlock ? read(*simSetupBlock) : io::kNoError;
+    if (childResult != io::kNoError)
+      result = childResult;
+  }
+}
+
+void PostError(long number, AString const & argument) {
+  constexpr int solutionMessageGroup = 6;
+  IKitDesktop * const desktop = GetIKitDesktop();
+  if (!desktop)
+    return;
+  KelvroMessage message(number, KelvroMessage::kError, solutionMessageGroup);
+  message.Arguments().AddArg(argument);
+  desktop->GetMessageManager().Post(message);
+}
+
+} // namespace
+
 io::ReadError BaseSolutionManager::DesignFileRead(io::CBlock const & block) {
   VariableNameSpace nameSpace(true, true, false);
   if (m_Design) {
@@ -96,34 +124,29 @@ io::ReadError BaseSolutionManager::DesignFileRead(io::CBlock const & block) {
   }
   io::ReadError result = ReadOutputVariables(block);
   // All active setups first, then the imported ones.
-  ReadSetups(block, kSimSetupBlockName, &BaseSolutionManager::ReadSetupOfDesignFile, result);
-  ReadSetups(block, kImportedSimSetupBlockName, &BaseSolutionManager::ReadImportedSetupOfDesignFile, result);
+  std::set<long> alreadyRead;
+  ReadSetups(block, kSimSetupBlockName, result,
+             [&](io::CBlock const & simSetupBlock) { return ReadSetupOfDesignFile(simSetupBlock, alreadyRead); });
+  ReadSetups(block, kImportedSimSetupBlockName, result,
+             [&](io::CBlock const & simSetupBlock) { return ReadImportedSetupOfDesignFile(simSetupBlock); });
   if (AreOldReportStructuresSupported())
     UpdateAllOutputVariableLegacyText();
   return result;
 }
 
-void BaseSolutionManager::ReadSetups(io::CBlock const & block, AString const & blockName,
-                                     io::ReadError (BaseSolutionManager::*read)(io::CBlock const &),
-                                     io::ReadError & result) {
-  for (auto const & child : block) {
-    if (!AString::MatchNoCase(child->Name(), blockName))
-      continue;
-    io::CBlock_ptr<io::CBlock> const simSetupBlock(child);
-    KVRO_ASSERT(simSetupBlock);
-    io::ReadError const childResult = simSetupBlock ? (this->*read)(*simSetupBlock) : io::kNoError;
-    if (childResult != io::kNoError)
-      result = childResult;
-  }
-}
-
 io::ReadError BaseSolutionManager::ReadOutputVariables(io::CBlock const & block) {
+  constexpr long itemIsNoVariableMessage = 24528;
   io::CBlock variables(kOutputVariableBlockName);
   block >> variables;
-  if (!block.Found() || variables.Empty())
-    return io::kNoError;
-  KVRO_ASSERT(!"Not available yet");
-  return io::kWarning;
+  io::ReadError result = io::kNoError;
+  for (auto const & child : variables) {
+    result = io::kWarning;
+    if (io::CBlock_ptr<io::CBlock_func>(child))
+      KVRO_ASSERT(!"Not available yet");
+    else
+      PostError(itemIsNoVariableMessage, child->Name());
+  }
+  return result;
 }
 
 namespace {
@@ -148,12 +171,19 @@ SetupItems ReadSetupItems(io::CBlock const & block) {
 
 } // namespace
 
-io::ReadError BaseSolutionManager::ReadSetupOfDesignFile(io::CBlock const & setupBlock) {
-  auto const at = m_SimSetupMap.find(ReadSetupItems(setupBlock).id);
+io::ReadError BaseSolutionManager::ReadSetupOfDesignFile(io::CBlock const & setupBlock, std::set<long> & alreadyRead) {
+  long const id = ReadSetupItems(setupBlock).id;
+  ReserveUniqueID(id);
+  auto const at = m_SimSetupMap.find(id);
   if (at == m_SimSetupMap.end())
     return io::kNoError;
   if (!at->second)
     return io::kWarning;
+  // A second block of one setup would add its sweeps once more; the first one counts.
+  bool const isFirst = alreadyRead.insert(id).second;
+  KVRO_ASSERT(isFirst);
+  if (!isFirst)
+    return io::kNoError;
   io::ReadError const result = at->second->DesignFileRead(setupBlock);
   if (result != io::kNoError) {
     delete at->second;
@@ -168,11 +198,14 @@ io::ReadError BaseSolutionManager::ReadImportedSetupOfDesignFile(io::CBlock cons
   KVRO_ASSERT(it == m_ImportedSimSetupMap.end());
   // Whatever the type name said, an imported setup is a plain one.
   BaseSimulationSetup * const setup = CreateSimulationSetup(items.id, 0, BaseSimulationSetup::kBaseSimSetupType);
+  KVRO_ASSERT(setup);
+  if (!setup)
+    return io::kNoError;
+  ReserveUniqueID(items.id);
   setup->SetName(items.name);
   io::ReadError const result = setup->DesignFileRead(setupBlock);
-  if (result != io::kNoError || it != m_ImportedSimSetupMap.end())
+  // A block without an ID gets a new one here, so that the map and the setup agree on it.
+  if (result != io::kNoError || !m_ImportedSimSetupMap.emplace(setup->GetID(), setup).second)
     delete setup;
-  else
-    m_ImportedSimSetupMap.emplace(items.id, setup);
   return result;
 }

@@ -82,6 +82,7 @@ BaseSolutionManager::~BaseSolutionManager() {
   // clang-format on
   delete m_ManagedFilesMgr;
   m_ManagedFilesMgr = nullptr;
+  m_SolutionFileManager.SendUnsent();
   m_VariationIDJournal->Close();
 }
 

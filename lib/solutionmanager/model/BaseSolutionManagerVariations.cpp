@@ -20,15 +20,12 @@ VariationIDIndex::VariationIDIndex(AString const & variation, long version, Base
 }
 
 bool BaseSolutionManager::FindVariationID(AString const & variation, long & id) const {
-  auto const exact = m_VariationIDMap.find(variation);
-  if (exact != m_VariationIDMap.end()) {
-    id = exact->second;
-    return true;
-  }
-  auto const * const equal = m_VariationIdTable->FindEqual(m_VariationIDMap, variation);
-  if (equal)
-    id = equal->second;
-  return equal != nullptr;
+  auto const * entry = m_VariationIdTable->Find(variation);
+  if (!entry)
+    entry = m_VariationIdTable->FindEqual(m_VariationIDMap, variation);
+  if (entry)
+    id = entry->second;
+  return entry != nullptr;
 }
 
 long BaseSolutionManager::GetVariationID(AString const & variation) const {
@@ -55,8 +52,10 @@ void BaseSolutionManager::IssueVariationIDs(std::vector<AString> const & variati
 }
 
 void BaseSolutionManager::AddVariationID(AString const & variation, long id) const {
-  auto const [at, isNew] = m_VariationIDMap.emplace(variation, id);
-  if (!isNew)
+  std::size_t const before = m_VariationIDMap.size();
+  // A table that is read comes in key order.
+  auto const at = m_VariationIDMap.emplace_hint(m_VariationIDMap.end(), variation, id);
+  if (m_VariationIDMap.size() == before)
     return;
   m_VariationIdTable->Inserted(at);
   TellJournal(at);

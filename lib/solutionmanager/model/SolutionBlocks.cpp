@@ -13,6 +13,8 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
+#include "solutionmanager/model/VariationRuns.h"
+#include "solutionmanager/model/VersionItem.h"
 #include "solutionmanager/transfer/ExportVariationContext.h"
 
 namespace {
@@ -69,13 +71,19 @@ void BaseSolution::WriteSolutionVariation(io::CBlock & block, VariationMap::valu
 io::ReadError BaseSolution::ReadDefinitionBlock(io::CBlock const & block) {
   AString const name = block.Name();
   KVRO_ASSERT(name.Compare(GetBlockDefinitionName()) == 0);
-  block >> io::named(L"SolutionName", m_SolutionName) >> io::named(L"SolutionID", m_ID);
+  long id = m_ID;
+  block >> io::named(L"SolutionName", m_SolutionName) >> io::named(L"SolutionID", id);
+  // A solution that its setup knows keeps the ID under which it does.
+  bool const isOwnID = id == m_ID || m_Setup->GetISolutionByID(m_ID, true) != this;
+  KVRO_ASSERT(isOwnID);
+  if (isOwnID)
+    m_ID = id;
   io::CBlock states(L"States");
   block >> states;
   io::ReadError const result = LoadSolutionVariations(states);
   // The writer stores the version as "V"; the reader takes "VersionID" and nothing else, on purpose: the version in
   // the block's name is the one that counts.
-  block >> io::named(L"VersionID", m_VersionID);
+  ReadVersionItem(block, m_VersionID);
   io::CBlock definitionBlock(L"Definition");
   block >> definitionBlock;
   CopyDefinition(m_VersionID, m_VersionID, true);
@@ -102,8 +110,10 @@ io::ReadError BaseSolution::LoadSolutionVariations(io::CBlock const & block) {
     *item >> io::named(L"Ver", version);
     if (version == id::invalidID)
       *item >> io::named(L"VersionID", version);
+    // IDs that the table lost must not come up for anything else.
+    manager->ForEdit().ReserveUniqueID(std::max(variationID, version));
     // Looked up by the solution's current version, not by the item's.
-    if (m_VariationMap.count(IndexOf(text, m_VersionID)))
+    if (m_Runs->Find(IndexOf(text, m_VersionID)))
       continue;
     BaseSolutionVariation * const newvar = CreateSolutionVariation(text, version);
     KVRO_ASSERT(newvar);
@@ -118,19 +128,18 @@ io::ReadError BaseSolution::ReadVariationDataBlock(AString const & variation, lo
     return kBadKey;
   io::CBlock block(key.Pack());
   GetSolutionMgr()->LoadSingleBlock(block);
-  auto const at = m_VariationMap.find(IndexOf(variation, wanted));
-  BaseSolutionVariation * const entry =
-      at != m_VariationMap.end() ? at->second : CreateSolutionVariation(variation, version);
+  BaseSolutionVariation * const present = m_Runs->Find(IndexOf(variation, wanted));
+  BaseSolutionVariation * const entry = present ? present : CreateSolutionVariation(variation, version);
   return entry ? entry->ReadVariationDataBlock(block) : io::kNoError;
 }
 
 bool BaseSolution::WriteVariationDataBlock(AString const & variation, long version) const {
   long const wanted = version == id::invalidID ? m_VersionID : version;
-  auto const at = m_VariationMap.find(IndexOf(variation, wanted));
-  if (at == m_VariationMap.end())
+  BaseSolutionVariation const * const entry = m_Runs->Find(IndexOf(variation, wanted));
+  if (!entry)
     return true;
   io::CBlock block(KeyOf(variation, wanted).Pack());
-  if (!at->second->WriteVariationDataBlock(block))
+  if (!entry->WriteVariationDataBlock(block))
     return false;
   GetSolutionMgr()->SaveSingleBlock(block);
   return true;

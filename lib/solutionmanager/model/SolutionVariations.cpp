@@ -10,8 +10,9 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
-#include "solutionmanager/undo/Graveyard.h"
+#include "solutionmanager/model/VariationRuns.h"
 
+#include <algorithm>
 #include <set>
 
 VariationIDIndex BaseSolution::IndexOf(AString const & variation, long version) const {
@@ -24,47 +25,16 @@ SolutionVariationKey BaseSolution::KeyOf(AString const & variation, long version
 
 namespace {
 
-BaseSolutionVariation * Find(BaseSolution::VariationMap const & map, VariationIDIndex const & index) {
-  auto const at = map.find(index);
-  return at == map.end() ? nullptr : at->second;
-}
-
-// The entries of one variation text stand together, oldest version first; a caller that counts versions down steps
-// through this run once instead of looking each version up.
-struct VersionRun {
-  VersionRun(BaseSolution::VariationMap const & map, VariationIDIndex const & highest)
-      : begin(map.begin()), at(map.upper_bound(highest)), variationID(highest.GetVariationID()) {}
-
-  // The entry of exactly this version; versions must be asked in descending order.
-  BaseSolutionVariation * EntryOf(long version) {
-    while (at != begin) {
-      auto const before = std::prev(at);
-      if (before->first.GetVariationID() != variationID || before->first.GetVersionID() < version)
-        return nullptr;
-      at = before;
-      if (at->first.GetVersionID() == version)
-        return at->second;
-    }
-    return nullptr;
-  }
-
-  BaseSolution::VariationMap::const_iterator begin;
-  BaseSolution::VariationMap::const_iterator at;
-  long variationID;
-};
-
 template <class HasData>
-bool AnyVersionHasData(BaseSolution::VariationMap const & map, VariationIDIndex const & current, HasData hasData) {
-  VersionRun run(map, current);
+bool AnyVersionHasData(VariationRuns const & runs, VariationIDIndex const & current, HasData hasData) {
+  VariationRuns::Descent descent(runs, current);
   // The count-down goes over versions, not over entries: an entry above the current version is never met.
   for (long version = current.GetVersionID(); version >= 0; --version) {
-    BaseSolutionVariation const * const entry = run.EntryOf(version);
+    BaseSolutionVariation const * const entry = descent.EntryOf(version);
     if (entry && hasData(*entry))
       return true;
-    if (run.at == run.begin || std::prev(run.at)->first.GetVariationID() != run.variationID)
-      return false;
-    // Versions without an entry hold nothing: go on with the next lower one that has one.
-    version = std::min(version, std::prev(run.at)->first.GetVersionID() + 1);
+    // Versions without an entry hold nothing: on with the next lower one that has one, and none is an end.
+    version = std::min(version, descent.NextVersion() + 1);
   }
   return false;
 }
@@ -74,6 +44,8 @@ bool AnyVersionHasData(BaseSolution::VariationMap const & map, VariationIDIndex 
 bool BaseSolution::HasSolutionData(IDesignInstance const * instance, long version) const {
   if (instance)
     return HasSolutionData(instance->GetVariationKey(), version);
+  if (version != id::invalidID && !m_Runs->HasVersion(version))
+    return false;
   for (auto const & [index, variation] : m_VariationMap)
     if ((version == id::invalidID || index.GetVersionID() == version) &&
         (variation->HasSolutionData() || GetSolutionMgr()->HasDataBlock(variation->GetSolutionVariationKey())))
@@ -86,16 +58,16 @@ bool BaseSolution::HasSolutionData(AString const & variation, long version) cons
     return entry.HasSolutionData() || GetSolutionMgr()->HasDataBlock(entry.GetSolutionVariationKey());
   };
   if (version == id::invalidID)
-    return AnyVersionHasData(m_VariationMap, IndexOf(variation, m_VersionID), hasData);
-  BaseSolutionVariation const * const entry = Find(m_VariationMap, IndexOf(variation, version));
+    return AnyVersionHasData(*m_Runs, IndexOf(variation, m_VersionID), hasData);
+  BaseSolutionVariation const * const entry = m_Runs->Find(IndexOf(variation, version));
   return entry && hasData(*entry);
 }
 
 bool BaseSolution::HasLoadedSolutionData(AString const & variation, long version) const {
   auto const hasData = [](BaseSolutionVariation const & entry) { return entry.HasSolutionData(); };
   if (version == id::invalidID)
-    return AnyVersionHasData(m_VariationMap, IndexOf(variation, m_VersionID), hasData);
-  BaseSolutionVariation const * const entry = Find(m_VariationMap, IndexOf(variation, version));
+    return AnyVersionHasData(*m_Runs, IndexOf(variation, m_VersionID), hasData);
+  BaseSolutionVariation const * const entry = m_Runs->Find(IndexOf(variation, version));
   return entry && hasData(*entry);
 }
 
@@ -109,7 +81,7 @@ bool BaseSolution::HasValidSolutionData(AString const & variation, long version)
   if (!IsValid() || !HasSolutionData(variation, version))
     return false;
   BaseSolutionVariation const * const entry =
-      Find(m_VariationMap, IndexOf(variation, version == id::invalidID ? m_VersionID : version));
+      m_Runs->Find(IndexOf(variation, version == id::invalidID ? m_VersionID : version));
   return entry && entry->IsVariationValid();
 }
 
@@ -118,15 +90,15 @@ namespace {
 // Calls visit(text, entry of the version or null) for each run of equal texts in map order until it returns
 // false.  The first text is compared with the given one, and skipped when equal.
 template <class Visit>
-void ForEachText(BaseSolution::VariationMap const & map, long version, AString previous, Visit visit) {
+void ForEachText(BaseSolution::VariationMap const & map, VariationRuns const & runs, long version, AString previous,
+                 Visit visit) {
   for (auto at = map.begin(); at != map.end(); ++at) {
     AString const text = at->first.GetVariation();
     if (text == previous)
       continue;
     previous = text;
-    BaseSolutionVariation * const entry = at->first.GetVersionID() == version
-                                              ? at->second
-                                              : Find(map, VariationIDIndex(text, version, at->first.GetVariationID()));
+    BaseSolutionVariation * const entry =
+        at->first.GetVersionID() == version ? at->second : runs.FindBeside(at, version);
     if (!visit(text, entry))
       return;
   }
@@ -149,12 +121,14 @@ AString const & NoText() {
 bool BaseSolution::HasValidVariation(long version) const {
   if (!IsValid())
     return false;
+  long const wanted = version == id::invalidID ? m_VersionID : version;
   bool found = false;
-  ForEachText(m_VariationMap, version == id::invalidID ? m_VersionID : version, NoText(),
-              [&found](AString const &, BaseSolutionVariation const * entry) {
-                found = entry && entry->IsVariationValid() && entry->HasSolutionData();
-                return !found;
-              });
+  if (m_Runs->HasVersion(wanted))
+    ForEachText(m_VariationMap, *m_Runs, wanted, NoText(),
+                [&found](AString const &, BaseSolutionVariation const * entry) {
+                  found = entry && entry->IsVariationValid() && entry->HasSolutionData();
+                  return !found;
+                });
   return found;
 }
 
@@ -162,7 +136,7 @@ bool BaseSolution::AreAllVariationsValid() const {
   if (!IsValid())
     return false;
   bool all = true;
-  ForEachText(m_VariationMap, m_VersionID, NoText(),
+  ForEachText(m_VariationMap, *m_Runs, m_VersionID, NoText(),
               [&all](AString const &, BaseSolutionVariation const * entry) { return all = entry != nullptr; });
   return all;
 }
@@ -184,7 +158,7 @@ BaseSolutionVariation * BaseSolution::GetVariationData(VariationIDIndex const & 
   long const version = index.GetVersionID();
   SolutionVariationKey const key = KeyOf(text, version);
   bool const hasBlock = GetSolutionMgr()->HasDataBlock(key);
-  BaseSolutionVariation * variation = Find(m_VariationMap, index);
+  BaseSolutionVariation * variation = m_Runs->Find(index);
   if (!variation) {
     if (!createIfMissing && !hasBlock)
       return nullptr;
@@ -199,27 +173,25 @@ BaseSolutionVariation * BaseSolution::GetVariationData(VariationIDIndex const & 
 }
 
 BaseSolutionVariation * BaseSolution::EnsureVariation(AString const & variation, long version) {
-  BaseSolutionVariation * const present = Find(m_VariationMap, IndexOf(variation, version));
+  BaseSolutionVariation * const present = m_Runs->Find(IndexOf(variation, version));
   return present ? present : CreateSolutionVariation(variation, version);
 }
 
 BaseSolutionVariation * BaseSolution::GetBestVariation(AString const & variation, bool includeDeleted) const {
   VariationIDIndex const index = IndexOf(variation, m_VersionID);
-  if (BaseSolutionVariation * const exact = Find(m_VariationMap, index))
+  if (BaseSolutionVariation * const exact = m_Runs->Find(index))
     return exact;
   // A miss in the deleted map is not seen as one, so that the scans below are never reached; the entry at the end of
   // that map is null.
-  if (includeDeleted)
-    return Find(m_DeletedVariationMap, index);
-  for (auto const & [key, entry] : m_VariationMap)
-    if (key.GetVariation().Compare(variation) == 0)
-      return entry;
-  return nullptr;
+  if (includeDeleted) {
+    auto const deleted = m_DeletedVariationMap.find(index);
+    return deleted == m_DeletedVariationMap.end() ? nullptr : deleted->second;
+  }
+  return m_Runs->FirstWithText(variation);
 }
 
 BaseSolutionVariation * BaseSolution::GetBaseSolutionVariation(AString const & variation, long version) const {
-  return version == id::invalidID ? GetBestVariation(variation, false)
-                                  : Find(m_VariationMap, IndexOf(variation, version));
+  return version == id::invalidID ? GetBestVariation(variation, false) : m_Runs->Find(IndexOf(variation, version));
 }
 
 BaseSolutionVariation * BaseSolution::GetBaseSolutionVariation(SolutionVariationKey const & key) const {
@@ -227,35 +199,29 @@ BaseSolutionVariation * BaseSolution::GetBaseSolutionVariation(SolutionVariation
 }
 
 long BaseSolution::GetClosestVersionWithData() const {
-  long highest = id::invalidID;
-  for (auto const & [index, variation] : m_VariationMap) {
-    if (index.GetVersionID() == m_VersionID)
-      return m_VersionID;
-    highest = highest == id::invalidID ? index.GetVersionID() : std::max(highest, index.GetVersionID());
-  }
-  return highest;
+  return m_Runs->HasVersion(m_VersionID) ? m_VersionID : m_Runs->HighestVersion();
+}
+
+// Takes (text, entry) for each variation that has an entry of the version.
+template <class Take> void BaseSolution::ForEachAvailable(long version, Take take) const {
+  long const wanted = version == id::invalidID ? GetClosestVersionWithData() : version;
+  if (m_Runs->HasVersion(wanted))
+    ForEachText(m_VariationMap, *m_Runs, wanted, TemporaryText(),
+                [&take](AString const & text, BaseSolutionVariation * entry) {
+                  if (entry)
+                    take(text, entry);
+                  return true;
+                });
 }
 
 void BaseSolution::GetAvailableVariations(std::list<AString> & variations, long version) const {
-  if (m_VariationMap.empty())
-    return;
-  ForEachText(m_VariationMap, version == id::invalidID ? GetClosestVersionWithData() : version, TemporaryText(),
-              [&variations](AString const & text, BaseSolutionVariation * entry) {
-                if (entry)
-                  variations.push_back(text);
-                return true;
-              });
+  if (!m_VariationMap.empty())
+    ForEachAvailable(version, [&](AString const & text, BaseSolutionVariation *) { variations.push_back(text); });
 }
 
 void BaseSolution::GetAvailableVariations(std::vector<BaseSolutionVariation *> & variations, long version) const {
-  if (m_VariationMap.empty())
-    return;
-  ForEachText(m_VariationMap, version == id::invalidID ? GetClosestVersionWithData() : version, TemporaryText(),
-              [&variations](AString const &, BaseSolutionVariation * entry) {
-                if (entry)
-                  variations.push_back(entry);
-                return true;
-              });
+  if (!m_VariationMap.empty())
+    ForEachAvailable(version, [&](AString const &, BaseSolutionVariation * entry) { variations.push_back(entry); });
 }
 
 void BaseSolution::ListCurrentVariations(std::list<AString> & valid, std::list<AString> & invalid) const {
@@ -266,11 +232,16 @@ void BaseSolution::ListCurrentVariations(std::list<AString> & valid, std::list<A
 }
 
 std::pair<BaseSolution::VariationMap::iterator, bool> BaseSolution::Enter(BaseSolutionVariation * variation) {
-  auto const entered =
-      m_VariationMap.emplace(IndexOf(variation->GetDesignVariationKey(), variation->GetVersionID()), variation);
-  if (entered.second && m_StatesJournal)
-    m_StatesJournal->Inserted(*entered.first);
-  return entered;
+  std::size_t const before = m_VariationMap.size();
+  // Variations mostly come in the order of their IDs.
+  auto const at = m_VariationMap.emplace_hint(
+      m_VariationMap.end(), IndexOf(variation->GetDesignVariationKey(), variation->GetVersionID()), variation);
+  if (m_VariationMap.size() == before)
+    return {at, false};
+  m_Runs->Entered(at);
+  if (m_StatesJournal)
+    m_StatesJournal->Inserted(*at);
+  return {at, true};
 }
 
 BaseSolutionVariation * BaseSolution::EnterNewVariation(BaseSolutionVariation * variation) {
@@ -292,21 +263,16 @@ void BaseSolution::AddSolutionVariation(BaseSolutionVariation * variation) {
 }
 
 void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroCommand *) {
-  if (!m_DisplacedVariations)
-    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
   std::set<AString> packedKeys;
-  for (auto at = m_VariationMap.begin(); at != m_VariationMap.end();) {
-    if (at->first.GetVariation().Compare(variation) != 0) {
-      ++at;
-      continue;
-    }
+  for (auto const at : m_Runs->WithText(variation)) {
     BaseSolutionVariation * const entry = at->second;
     packedKeys.insert(entry->GetSolutionVariationKey().Pack());
-    m_DisplacedVariations->Enter(m_DeletedVariationMap, at->first, entry);
+    EnterDeleted(*at);
     entry->ClearInstanceMemoryData();
     if (m_StatesJournal)
       m_StatesJournal->Removed(*at);
-    at = m_VariationMap.erase(at);
+    m_Runs->Leaves(at);
+    m_VariationMap.erase(at);
   }
   GetSolutionMgr()->DeleteOldBlocks(packedKeys);
   io::CBlock block(GetBlockDefinitionName());

@@ -1,25 +1,42 @@
 #include "solutionmanager/model/VariationIdTable.h"
 
+#include "basekit/text/CaseFolding.h"
 #include "basekit/value/VariableValues.h"
 #include "basekit/value/variation/VariationText.h"
 
-void VariationIdTable::Inserted(Map::const_iterator entry) {
-  m_byValue.emplace(VariationText(entry->first).Key(), &*entry);
-  auto const [at, isNew] = m_byID.emplace(entry->second, &entry->first);
-  if (!isNew && AString::NoCaseLess()(entry->first, *at->second))
-    at->second = &entry->first;
-}
-
 namespace {
 
-bool IsEqual(VariationIdTable::Map::value_type const & entry, AString const & variation) {
+using Entry = VariationIdTable::Entry;
+
+std::uint64_t HashOfID(long id) { return static_cast<std::uint64_t>(id); }
+
+bool ComesBefore(Entry const & a, Entry const & b) { return AString::NoCaseLess()(a.first, b.first); }
+
+bool IsEqual(Entry const & entry, AString const & variation) {
   return VariableValues::AreVariationKeysEqual(entry.first, variation);
 }
 
 } // namespace
 
-VariationIdTable::Map::value_type const * VariationIdTable::FindEqual(Map const & map,
-                                                                      AString const & variation) const {
+void VariationIdTable::Inserted(Map::const_iterator entry) {
+  Entry const * const added = &*entry;
+  m_byText.Insert(text::HashNoCase(added->first.View()), added);
+  m_byValue.Insert(VariationText(added->first).Key(), added);
+  auto const hasSameID = [added](Entry const * other) { return other->second == added->second; };
+  Entry const ** const sameID = m_byID.Find(HashOfID(added->second), hasSameID);
+  if (!sameID)
+    m_byID.Insert(HashOfID(added->second), added);
+  else if (ComesBefore(*added, **sameID))
+    *sameID = added;
+}
+
+Entry const * VariationIdTable::Find(AString const & variation) const {
+  auto const hasText = [&variation](Entry const * entry) { return AString::MatchNoCase(entry->first, variation); };
+  Entry const * const * const found = m_byText.Find(text::HashNoCase(variation.View()), hasText);
+  return found ? *found : nullptr;
+}
+
+Entry const * VariationIdTable::FindEqual(Map const & map, AString const & variation) const {
   std::vector<std::uint64_t> keys;
   if (!VariationText(variation).ProbeKeys(keys)) {
     for (auto const & entry : map)
@@ -27,17 +44,18 @@ VariationIdTable::Map::value_type const * VariationIdTable::FindEqual(Map const 
         return &entry;
     return nullptr;
   }
-  Map::value_type const * first = nullptr;
-  for (std::uint64_t const key : keys) {
-    auto const [begin, end] = m_byValue.equal_range(key);
-    for (auto at = begin; at != end; ++at)
-      if (IsEqual(*at->second, variation) && (!first || AString::NoCaseLess()(at->second->first, first->first)))
-        first = at->second;
-  }
+  Entry const * first = nullptr;
+  for (std::uint64_t const key : keys)
+    m_byValue.Find(key, [&](Entry const * entry) {
+      if ((!first || ComesBefore(*entry, *first)) && IsEqual(*entry, variation))
+        first = entry;
+      return false; // all of them are looked at
+    });
   return first;
 }
 
 AString const * VariationIdTable::FindText(long id) const {
-  auto const at = m_byID.find(id);
-  return at == m_byID.end() ? nullptr : at->second;
+  Entry const * const * const found =
+      m_byID.Find(HashOfID(id), [id](Entry const * entry) { return entry->second == id; });
+  return found ? &(*found)->first : nullptr;
 }

@@ -131,6 +131,8 @@ LibIOReturn SolutionFileManager::DeleteBlocks(SolutionVariationKey const & patte
 }
 
 LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realNames) {
+  if (realNames.empty())
+    return CStreamioLibrary::kLibSuccess;
   if (LibIOReturn const seen = SeeNameMap(); seen != CStreamioLibrary::kLibSuccess)
     return seen;
   std::vector<AString> internalNames;
@@ -141,8 +143,6 @@ LibIOReturn SolutionFileManager::DeleteBlocks(std::set<AString> const & realName
     if (at != m_realToInternal.end())
       EraseEntry(at);
   }
-  if (internalNames.empty())
-    return CStreamioLibrary::kLibSuccess;
   m_mapChanged = true;
   m_library.DeleteBlocks(internalNames);
   return WriteRealToInternalBlockNameMap();

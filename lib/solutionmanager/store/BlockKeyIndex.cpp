@@ -95,6 +95,7 @@ std::array<BlockKeyIndex::Record, 2> BlockKeyIndex::RecordsOf(Place entry) {
 
 // Empty when all variations are to be looked at.  A text that is equal by value may be written in many ways;
 // convergence and profile blocks are found by the text itself, even when the pattern is one of variation data.
+// The likeliest stands first.
 std::vector<std::uint64_t> BlockKeyIndex::VariationsToProbe(SolutionVariationKey const & pattern) {
   std::vector<std::uint64_t> probes;
   AString const text = pattern.GetDesignVariationKey();
@@ -106,9 +107,9 @@ std::vector<std::uint64_t> BlockKeyIndex::VariationsToProbe(SolutionVariationKey
       return {};
     std::transform(probes.begin(), probes.end(), probes.begin(), NotAny);
   }
-  probes.push_back(HashOfText(text));
-  std::sort(probes.begin(), probes.end());
-  probes.erase(std::unique(probes.begin(), probes.end()), probes.end());
+  std::uint64_t const asText = HashOfText(text);
+  if (std::find(probes.begin(), probes.end(), asText) == probes.end())
+    probes.push_back(asText);
   return probes;
 }
 

@@ -38,7 +38,10 @@ SolutionFileManager::SolutionFileManager(LongFileName const & file)
 SolutionFileManager::SolutionFileManager(IProject * project)
     : m_attachPending(true), m_project(project), m_journal(NewJournal()) {}
 
-SolutionFileManager::~SolutionFileManager() { m_journal->Close(); }
+SolutionFileManager::~SolutionFileManager() {
+  m_library.SendUnsent();
+  m_journal->Close();
+}
 
 std::shared_ptr<io::BlockJournal> SolutionFileManager::NewJournal() const {
   return std::make_shared<io::BlockJournal>([this](io::CBlock & block) { FillNameMapBlock(block); });
@@ -82,6 +85,7 @@ void SolutionFileManager::SetLibPathInternal(AString const & path, TMode mode) c
     else
       LFN_CreateDirectory(folder);
   }
+  m_library.SendUnsent(); // With the map as it still is.
   ClearEntries();
   m_mapSeen = false;
   m_mapChanged = true;

@@ -60,6 +60,8 @@ public:
   void ResetPrivateLib();
   void DeleteLibrary();
   bool IsRecovered() const;
+  /// Before the owners of journaled blocks go: what failed to be stored of them is tried once more.
+  void SendUnsent() { m_library.SendUnsent(); }
   bool HavePrivQsolBlocks() const;
 
   void SetBinaryMode(bool binary);

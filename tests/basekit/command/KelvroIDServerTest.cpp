@@ -56,6 +56,20 @@ TEST(KelvroIDServer, ABlockNeverMovesTheCounterBack) {
   EXPECT_EQ(server.FetchNextUniqueID(), 51);
 }
 
+TEST(KelvroIDServer, IDsThatAreTakenAreNotGivenOut) {
+  KelvroIDServer server(5);
+  server.ReserveUniqueID(3);
+  EXPECT_EQ(server.FetchNextUniqueID(), 5);
+  server.ReserveUniqueID(9);
+  EXPECT_EQ(server.FetchNextUniqueID(), 10);
+  server.ReserveUniqueID(std::numeric_limits<long>::max());
+  server.ReserveUniqueID(std::numeric_limits<long>::min());
+  EXPECT_EQ(server.FetchNextUniqueID(), 11);
+  KelvroIDServer kept(1, true);
+  kept.ReserveUniqueID(9);
+  EXPECT_EQ(kept.FetchNextUniqueID(), 1);
+}
+
 TEST(KelvroIDServer, ABlockCannotUseUpTheIDs) {
   io::CBlock block(L"FileHeader");
   long const huge = std::numeric_limits<long>::max();

@@ -1,4 +1,5 @@
 #include "basekit/id/Id.h"
+#include "basekit/io/CBlock.h"
 #include "tests/desktop/support/SessionFixture.h"
 
 using desktop::ErrorKind;
@@ -96,6 +97,19 @@ TEST_F(DiscardProject, MakesSavedPointsValidAgainAlsoAfterACrashAndItsTakeover) 
   }
   auto const session = Discard();
   EXPECT_TRUE(SolutionOf(*session).HasValidSolutionData(AString(kSaved), id::invalidID));
+  EXPECT_EQ(ValueOf(*session, kSaved), 0.1);
+}
+
+TEST_F(DiscardProject, BringsBackASetupWithItsPointsThatWasDeletedBeforeACrash) {
+  Crash([](desktop::Session & session) {
+    session.GetManager().DeleteSimulationSetup(SolutionOf(session).GetBaseSimulationSetup().GetID(), nullptr);
+    session.Autosave();
+    io::CBlock block(SolutionVariationKey(id::invalidID, L"a block of the product's own", 1, 1).Pack());
+    static_cast<void>(session.GetManager().SaveSingleBlock(block));
+  });
+  EXPECT_EQ(Open()->GetManager().GetSetups().size(), 1u);
+  auto const session = Discard();
+  EXPECT_EQ(session->GetManager().GetSetups().size(), 2u);
   EXPECT_EQ(ValueOf(*session, kSaved), 0.1);
 }
 

@@ -1,4 +1,6 @@
 #include "solutionmanager/address/VariationIDIndex.h"
+
+#include "basekit/value/VariableValues.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
 #include "tests/support/Printers.h"
@@ -32,6 +34,43 @@ TEST_F(VariationIDIndexTest, EqualityWithoutIDsIsByValueWithinTheTolerance) {
   EXPECT_TRUE(WithoutID(L"a=1; b=2", 4) == WithoutID(L"B=2;a=1.000000000000001", 4));
   EXPECT_FALSE(WithoutID(L"a=1", 4) == WithoutID(L"a=1.0000000000001", 4));
   EXPECT_TRUE(WithoutID(L"a=1", 4) != WithoutID(L"a=1", 5));
+}
+
+TEST_F(VariationIDIndexTest, ValuesAreParsedOnceAndNotCopied) {
+  VariationIDIndex const index = WithoutID(L"a=1; b=2", 4);
+  VariableValues const & values = index.GetVariableValues();
+  EXPECT_EQ(values.size(), 2u);
+  EXPECT_EQ(&index.GetVariableValues(), &values);
+  VariationIDIndex const copy(index);
+  EXPECT_NE(&copy.GetVariableValues(), &values);
+  VariationIDIndex assigned(L"c=1", 9, 3L);
+  EXPECT_EQ(assigned.GetVariableValues().size(), 1u);
+  assigned = index;
+  EXPECT_EQ(assigned.GetVariation(), AString(L"a=1; b=2"));
+  EXPECT_EQ(assigned.GetVersionID(), 4);
+  EXPECT_EQ(assigned.GetVariationID(), -1);
+  EXPECT_EQ(assigned.GetVariableValues().size(), 2u);
+  VariationIDIndex const & same = assigned;
+  VariableValues const & kept = assigned.GetVariableValues();
+  assigned = same;
+  EXPECT_EQ(&assigned.GetVariableValues(), &kept);
+}
+
+TEST_F(VariationIDIndexTest, EqualityWithIDsLooksAtNothingElse) {
+  EXPECT_TRUE(VariationIDIndex(L"a=1", 2, 7L) == VariationIDIndex(L"b=9", 2, 7L));
+  EXPECT_FALSE(VariationIDIndex(L"a=1", 2, 7L) == VariationIDIndex(L"a=1", 2, 8L));
+  EXPECT_TRUE(VariationIDIndex(L"a=1", 2, 7L) != VariationIDIndex(L"a=1", 3, 7L));
+}
+
+TEST_F(VariationIDIndexTest, EqualValuesInOtherTextsFallToTheVersions) {
+  EXPECT_TRUE(WithoutID(L"a=1; b=2", 2) < WithoutID(L"b=2;a=1.0", 3));
+  EXPECT_FALSE(WithoutID(L"b=2;a=1.0", 3) < WithoutID(L"a=1; b=2", 2));
+  EXPECT_FALSE(WithoutID(L"a=2", 2) < WithoutID(L"a=1.0", 3)) << "greater by value, whatever the versions";
+}
+
+TEST_F(VariationIDIndexTest, WithAManagerANewTextGetsAnID) {
+  VariationIDIndex const index(L"a=1", 2, &Manager());
+  EXPECT_EQ(index.GetVariationID(), Manager().GetVariationIDMap().at(L"a=1"));
 }
 
 TEST_F(VariationIDIndexTest, WithoutManagerTheSlowPathIsReported) {

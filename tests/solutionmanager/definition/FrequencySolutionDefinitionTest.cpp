@@ -213,3 +213,103 @@ TEST(FrequencySolutionDefinition, FrequenciesAreComparedExactly) {
   OtherDefinition const other;
   EXPECT_FALSE(FrequencySolutionDefinition().operator==(other));
 }
+
+TEST(FrequencySolutionDefinition, EveryFieldCountsInAComparison) {
+  using Change = void (*)(FrequencySolutionDefinition &);
+  FrequencySolutionDefinition first;
+  first.SetSamplingInfo(1, 2, 0.5, 1.5);
+  Change const changes[] = {
+      [](FrequencySolutionDefinition & other) { other.SetType(static_cast<SolutionType>(7)); },
+      [](FrequencySolutionDefinition & other) { other.GenerateSamplingFreqs(1, 2, 0.25); },
+      [](FrequencySolutionDefinition & other) { other.SetFrequencies(Frequencies(other)); },
+      [](FrequencySolutionDefinition & other) { other.SetSamplingInfo(1, 2, 0.5, 1.25); },
+      [](FrequencySolutionDefinition & other) { other.SetSamplingInfo(1, 2, 3u, 1.5, SweepDefinition::kLinearCount); },
+  };
+  for (Change const change : changes) {
+    FrequencySolutionDefinition other(first);
+    EXPECT_TRUE(first == other);
+    change(other);
+    EXPECT_FALSE(first == other);
+  }
+  // Where the frequencies are made equal, the fields that they came from still differ.
+  FrequencySolutionDefinition other;
+  other.SetSamplingInfo(1, 2.1, 0.5, 1.5);
+  other.GenerateSamplingFreqs(1, 2, 0.5);
+  EXPECT_EQ(Frequencies(first), Frequencies(other));
+  EXPECT_FALSE(first == other);
+}
+
+TEST(FrequencySolutionDefinition, ADefaultOneIsAnEmptyListOfTypeOne) {
+  FrequencySolutionDefinition const definition;
+  EXPECT_EQ(Frequencies(definition), List{});
+  EXPECT_EQ(definition.GetType(), 1);
+  EXPECT_EQ(definition.GetCenterFreq(), 0.0);
+  EXPECT_FALSE(definition.AreFrequenciesGenerated());
+  EXPECT_TRUE(definition == FrequencySolutionDefinition(List{}, kDefaultSolutionType));
+}
+
+TEST(FrequencySolutionDefinition, EachCountedTypeComesBackByItsName) {
+  for (auto const type : {SweepDefinition::kDecadeCount, SweepDefinition::kOctaveCount,
+                          SweepDefinition::kExponentialCount, SweepDefinition::kLinearCount}) {
+    FrequencySolutionDefinition definition;
+    definition.SetSamplingInfo(1, 10, 4u, 2.0, type);
+    auto block = Written(definition);
+    AString name;
+    block >> io::named(L"SweepDefType", name);
+    EXPECT_EQ(name, SweepDefinition::GetSweepTypeName(type));
+    double step = -1;
+    block >> io::named(L"StepSize", step);
+    EXPECT_FALSE(block.Found());
+    EXPECT_TRUE(definition == Read(block)) << type;
+  }
+}
+
+TEST(FrequencySolutionDefinition, AGeneratedListIsNeverRead) {
+  FrequencySolutionDefinition definition;
+  definition.SetSamplingInfo(1, 2, 1.0, 0);
+  auto block = Written(definition);
+  io::CBlock_func line(L"Frequencies");
+  line << 77.0;
+  block << line;
+  EXPECT_EQ(Frequencies(Read(block)), (List{1, 2}));
+}
+
+TEST(FrequencySolutionDefinition, OneFrequencyLineWithSeveralIsReportedAndTheFirstCounts) {
+  io::CBlock block(L"Definition");
+  io::CBlock_func line(L"Frequencies");
+  line << 3e9 << 4e9;
+  block << io::named(L"SamplingInterpolation", true) << line;
+  AssertWatch::Expect("m_Frequencies.size() == 1");
+  auto const read = Read(block);
+  EXPECT_EQ(Frequencies(read), (List{3e9, 4e9}));
+  FrequencySolutionDefinition expected;
+  expected.SetSamplingInfo(3e9, 3e9, 3e9, 0);
+  expected.GenerateSamplingFreqs(3e9, 4e9, 1e9);
+  EXPECT_TRUE(expected == read);
+}
+
+TEST(FrequencySolutionDefinition, AStepThatNeverEndsGivesNoFrequencies) {
+  AssertWatch::Expect("reachesTheStop");
+  EXPECT_EQ(Stepped(1, 2, -0.5), List{});
+  EXPECT_EQ(Stepped(1, 2, 0), List{});
+}
+
+TEST(FrequencySolutionDefinition, ReadingTheSamplingOfAListIsReported) {
+  FrequencySolutionDefinition definition(List{1}, kDefaultSolutionType);
+  io::CBlock block(L"Definition");
+  block << io::named(L"StartFreq", 1.0) << io::named(L"StopFreq", 2.0) << io::named(L"StepSize", 1.0);
+  AssertWatch::Expect("m_InterpolatingSamplingFreqs");
+  EXPECT_EQ(definition.DoDataExchangeInterpolatingFreqs(block, true), io::kNoError);
+  EXPECT_EQ(Frequencies(definition), (List{1, 2}));
+}
+
+TEST(FrequencySolutionDefinition, TypeTwoFitsWhateverTheLeftTypeIs) {
+  FrequencySolutionDefinition any;
+  any.SetSamplingInfo(1, 2, 0.5, 0);
+  any.SetType(kAnySolutionType);
+  for (int const type : {0, 1, 2, 9}) {
+    FrequencySolutionDefinition left(any);
+    left.SetType(static_cast<SolutionType>(type));
+    EXPECT_TRUE(left == any) << type;
+  }
+}

@@ -161,6 +161,7 @@ TEST_F(JournaledBlocksTest, VariationIDsThatWereReadAreToldToo) {
   auto const former = Header();
   former.FindBlock(L"VariationIDs")->Size(); // looked at while its manager is there
   Detach();
+  Manager().ReserveUniqueID(100); // the IDs of the former header are not this one's
   Store store;
   Manager().GetVariationID(L"x=2");
   store.Save(*Header().FindBlock(L"VariationIDs"));

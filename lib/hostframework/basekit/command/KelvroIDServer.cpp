@@ -52,3 +52,9 @@ void KelvroIDServer::ResetNextUniqueID(io::CBlock const & block) {
   }
   m_next = std::max(m_next, next);
 }
+
+void KelvroIDServer::ReserveUniqueID(long taken) {
+  // The counter never comes to IDs beyond that.
+  if (!m_keepFirst && taken < largestFromFile)
+    m_next = std::max(m_next, taken + 1);
+}

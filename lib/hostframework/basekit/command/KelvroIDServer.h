@@ -21,6 +21,8 @@ public:
   bool WriteNextUniqueID(io::CBlock & block) const;
   /// Takes the counter from the block, but never back to IDs that were given out; without the item nothing changes.
   void ResetNextUniqueID(io::CBlock const & block);
+  /// Never gives this ID out, nor a lower one: for IDs that a file holds, should its counter be lost or behind them.
+  void ReserveUniqueID(long taken);
   long PeekNextUniqueID() const { return m_next; }
 
 private:

@@ -65,21 +65,23 @@ CBlock_func const & CBlock_func::operator>>(CQuery_ok_manip const & manip) const
 }
 
 bool CBlock_func::QueryUnamedValues(iterator & place, long & value) const {
-  return TakePositional(*this, place, value);
+  return m_found = TakePositional(*this, place, value);
 }
 
-bool CBlock_func::QueryUnamedValues(iterator & place, int & value) const { return TakePositional(*this, place, value); }
+bool CBlock_func::QueryUnamedValues(iterator & place, int & value) const {
+  return m_found = TakePositional(*this, place, value);
+}
 
 bool CBlock_func::QueryUnamedValues(iterator & place, double & value) const {
-  return TakePositional(*this, place, value);
+  return m_found = TakePositional(*this, place, value);
 }
 
 bool CBlock_func::QueryUnamedValues(iterator & place, bool & value) const {
-  return TakePositional(*this, place, value);
+  return m_found = TakePositional(*this, place, value);
 }
 
 bool CBlock_func::QueryUnamedValues(iterator & place, AString & value) const {
-  return TakePositional(*this, place, value);
+  return m_found = TakePositional(*this, place, value);
 }
 
 void CBlock_func::QueryUnamedValues(iterator & place, std::vector<double> & values) const {

@@ -12,7 +12,7 @@ namespace io {
 namespace {
 
 constexpr std::string_view kRecordMark = "#q ";
-constexpr std::size_t kUnwrittenRun = 16;
+constexpr std::string_view kCommitMark = "#q 04 ";
 // The last commit stands at the end, unless the writer died in one.
 constexpr std::uint64_t kCommitSearch = 4096;
 
@@ -166,13 +166,13 @@ bool RecordReader::FindLastCommit() {
   while (to > kFileHeaderSize && m_state == State::Good) {
     std::uint64_t const from = std::max<std::uint64_t>(kFileHeaderSize, to > step ? to - step : 0);
     // The mark may lie across the border of two chunks.
-    std::uint64_t const upTo = std::min(m_length, to + kRecordMark.size() - 1);
+    std::uint64_t const upTo = std::min(m_length, to + kCommitMark.size() - 1);
     std::string_view view;
     if (!Bytes(from, upTo - from, view))
       return false;
     std::string const chunk(view);
-    for (std::size_t at = chunk.rfind("#q 04 "); at != std::string::npos;
-         at = at ? chunk.rfind("#q 04 ", at - 1) : chunk.npos)
+    for (std::size_t at = chunk.rfind(kCommitMark); at != std::string::npos;
+         at = at ? chunk.rfind(kCommitMark, at - 1) : chunk.npos)
       if (CommitAt(from + at, m_length, m_commit, m_end)) {
         // Written twice: what counts ends behind the second one.
         CommitInfo twin;
@@ -216,12 +216,6 @@ bool RecordReader::LoadChain() {
   return true;
 }
 
-bool RecordReader::IsUnwritten(std::uint64_t offset, std::uint64_t to) {
-  std::string_view bytes;
-  return Bytes(offset, std::min<std::uint64_t>(kUnwrittenRun, to - offset), bytes) &&
-         bytes.find_first_not_of('\0') == bytes.npos;
-}
-
 // The next offset at which a good header of this file stands; `to` when there is none.
 std::uint64_t RecordReader::NextHeader(std::uint64_t from, std::uint64_t to) {
   while (from < to) {
@@ -249,8 +243,6 @@ void RecordReader::Scan(std::uint64_t from, std::uint64_t to, bool checksPayload
   while (at < to && m_state == State::Good) {
     Record record;
     if (!HeaderAt(at, to, record)) {
-      if (IsUnwritten(at, to))
-        return;
       // A good header whose record is cut off is the torn tail; its own mark is not searched again.
       std::uint64_t const next = NextHeader(at + 1, to);
       if (next >= to)
@@ -349,32 +341,41 @@ RecordReader::Payload RecordReader::ReadWhole(BlockPlace const & place, std::str
 
 // Goes back to the record that holds the block whole, then carries out the edits in their order.
 RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::string & payload) {
-  std::vector<BlockPatch> patches;
+  auto const formOf = [](std::uint8_t flags) { return (flags & kBinaryPayload) != 0 ? Form::Binary : Form::Text; };
+  struct Link {
+    BlockPatch patch;
+    Form form;
+  };
+  std::vector<Link> patches;
   BlockPlace at = place;
+  m_readAhead = 0; // One goes backward: what lies ahead of a link is not wanted.
   for (;;) {
     auto const read = ReadWhole(at, payload);
-    if (read != Payload::Good)
-      return read;
-    if (at.kind != kPatchRecord)
+    if (read != Payload::Good || at.kind != kPatchRecord) {
+      m_readAhead = kScanAhead;
+      if (read != Payload::Good)
+        return read;
       break;
+    }
     Record former;
-    patches.emplace_back();
-    if (!ParsePatch(payload, patches.back()) || patches.back().previous >= at.offset ||
-        !HeaderAt(patches.back().previous, at.offset, former))
+    patches.push_back({BlockPatch(), formOf(at.flags)});
+    auto & patch = patches.back().patch;
+    bool const isGood = ParsePatch(payload, patch) && patch.previous < at.offset &&
+                        HeaderAt(patch.previous, at.offset, former) && PlaceOf(former).IsBlock();
+    if (!isGood) {
+      m_readAhead = kScanAhead;
       return m_state == State::Unreadable ? Payload::Unreadable : Payload::Damaged;
+    }
     at = PlaceOf(former);
-    if (!at.IsBlock())
-      return Payload::Damaged;
   }
   CBlock block;
-  auto const formOf = [](std::uint8_t flags) { return (flags & kBinaryPayload) != 0 ? Form::Binary : Form::Text; };
   bool good = DecodeBlock(payload, formOf(at.flags), block);
   while (good && !patches.empty()) {
-    BlockPatch next = std::move(patches.back());
+    Link next = std::move(patches.back());
     patches.pop_back();
-    while (!patches.empty() && MergePatch(patches.back(), next))
-      patches.pop_back();
-    good = ApplyPatch(next, formOf(place.flags), block);
+    for (; !patches.empty() && MergePatch(patches.back().patch, next.patch); patches.pop_back())
+      next.form = patches.back().form;
+    good = ApplyPatch(next.patch, next.form, block);
   }
   payload.clear();
   return good && EncodeBlock(block, formOf(place.flags), kExactDigits, payload) ? Payload::Good : Payload::Damaged;

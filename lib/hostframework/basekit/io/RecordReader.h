@@ -104,7 +104,6 @@ private:
   std::uint64_t NextHeader(std::uint64_t from, std::uint64_t to);
   Payload ReadWhole(BlockPlace const & place, std::string & payload);
   Payload ReadPatched(BlockPlace const & place, std::string & payload);
-  bool IsUnwritten(std::uint64_t offset, std::uint64_t to);
   void Report(std::uint64_t offset, std::uint64_t length, AString const & name, wchar_t const * what);
   State ReadState();
   State Fail(State state, AString const & text);

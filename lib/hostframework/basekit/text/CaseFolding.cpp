@@ -57,4 +57,13 @@ int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept {
   return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
+std::uint64_t HashNoCase(std::wstring_view text) noexcept {
+  // Two runs side by side, as a multiplication waits for the one before.
+  std::uint64_t hashes[2] = {0xcbf29ce484222325u, 0x9e3779b97f4a7c15u};
+  for (std::size_t i = 0; i < text.size(); ++i)
+    hashes[i & 1] = (hashes[i & 1] ^ static_cast<std::uint64_t>(FoldCase(text[i]))) * 0x100000001b3u;
+  std::uint64_t const both = hashes[0] ^ (hashes[1] << 31 | hashes[1] >> 33);
+  return both ^ both >> 32;
+}
+
 } // namespace text

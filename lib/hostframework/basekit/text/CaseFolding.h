@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 namespace text {
@@ -10,5 +11,8 @@ wchar_t FoldCase(wchar_t character) noexcept;
 
 /// Negative, zero or positive; by the codes of the folded characters.
 int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept;
+
+/// Equal for texts that are equal without case.
+std::uint64_t HashNoCase(std::wstring_view text) noexcept;
 
 } // namespace text

@@ -76,7 +76,9 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::RewriteLibrary(bool conv
   auto & state = *m_state;
   bool const binary = IsBinaryModeFile();
   state.writesBinary = binary;
-  LibIOReturn result = library::AcquireForWriting(state);
+  LibIOReturn result = library::CheckPublicFile(state);
+  if (result == kLibSuccess)
+    result = library::AcquireForWriting(state);
   // Deletions that are held need no record: what they delete is left out.
   if (result == kLibSuccess && state.journaled.HasUnsent())
     result = library::Flush(state);
@@ -117,15 +119,16 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::UpdateOriginal() {
 
 void CStreamioLibWritePrivate::ResetPrivateLib() {
   auto & state = *m_state;
-  state.heldDeletes.clear();
-  state.journaled.Clear();
-  state.cache.clear();
-  if (!state.privateLog)
-    return;
-  LibIOReturn result = library::AcquireForWriting(state);
+  LibIOReturn result = state.privateLog ? library::AcquireForWriting(state) : kLibSuccess;
   if (result == kLibSuccess)
     result = library::DropPrivateFile(state);
-  Checked(result);
+  if (result == kLibSuccess) {
+    state.heldDeletes.clear();
+    state.journaled.Clear();
+    state.cache.clear();
+  }
+  if (result != kLibSuccess)
+    Checked(result);
 }
 
 void CStreamioLibWritePrivate::CacheBlock(AString const & name) { m_state->cache.try_emplace(name); }
@@ -225,10 +228,16 @@ bool CStreamioLibWritePrivate::HasUnsavedChanges() const {
   return library::HasUnmerged(*m_state) || !m_state->heldDeletes.empty() || m_state->journaled.HasUnsent();
 }
 
+void CStreamioLibWritePrivate::SendUnsent() {
+  if (m_state->journaled.HasUnsent())
+    Checked(library::Flush(*m_state));
+}
+
 void CStreamioLibWritePrivate::NoteStored(io::CBlock const & block) {
   auto const found = library::FindBlock(*m_state, text::ToUtf8(block.Name()));
   if (found.log)
-    m_state->journaled.Holds(block, found.log == m_state->privateLog.get() ? &found.place : nullptr);
+    m_state->journaled.Holds(block, found.log == m_state->privateLog.get() ? &found.place : nullptr,
+                             found.log->Records().Header().salt);
 }
 
 AString const & CStreamioLibWritePrivate::WasSetAside() const { return m_state->setAside; }

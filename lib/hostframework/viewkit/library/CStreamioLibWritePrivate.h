@@ -58,6 +58,8 @@ public:
   /// Takes the files for writing now, so that a caller learns early whether it may; the first write does it else.
   LibIOReturn AcquireForWriting();
   bool HasUnsavedChanges() const;
+  /// Tries again to store edits of journaled blocks that failed to go out; their owner calls it before it goes.
+  void SendUnsent();
   /// The blocks that a commit would bring to the public file, in the order in which they were saved.
   std::vector<AString> UncommittedBlocks() const;
   bool HasBlock(AString const & name) const;

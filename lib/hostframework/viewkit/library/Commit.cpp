@@ -59,12 +59,15 @@ LibIOReturn AppendCommit(LibraryState & state) {
 // Leaves out what can't be read; a block that is damaged in the private file alone falls back to the public one.
 void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
   std::vector<FoundBlock> whole;
+  std::vector<std::string> damaged;
   std::string payload;
   for (auto & block : blocks) {
     auto const isGood = [&] {
       return block.log->LoadPayload(block.name, block.place, payload, state.error) != CStreamioLibrary::kLibDamaged;
     };
     bool good = isGood();
+    if (!good && block.log == state.privateLog.get())
+      damaged.emplace_back(block.name);
     io::RecordIndex::Named former;
     if (!good && state.publicLog && block.log != state.publicLog.get() &&
         state.publicLog->Index().Find(block.name, former)) {
@@ -75,6 +78,8 @@ void LeaveOutDamaged(LibraryState & state, std::vector<FoundBlock> & blocks) {
       whole.push_back(block);
   }
   blocks.swap(whole);
+  for (auto const & name : damaged)
+    state.journaled.Forget(name);
 }
 
 // Nothing is lost and little copied when the private file itself becomes the first public one.
@@ -119,6 +124,16 @@ LibIOReturn BecomePublic(LibraryState & state) {
 
 } // namespace
 
+LibIOReturn CheckPublicFile(LibraryState & state) {
+  if (!state.publicLog || !state.lock.IsHeld())
+    return kSuccess;
+  auto const standing = StandsUnderItsName(*state.publicLog);
+  if (standing == file::Standing::Replaced)
+    return state.Fail(CStreamioLibrary::kLibWriteFailed, state.path.FilePath() + L" is another file now");
+  state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == file::Standing::Vanished;
+  return kSuccess;
+}
+
 LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, bool isBinary) {
   auto blocks = AllBlocks(state);
   io::FileHeader header;
@@ -156,13 +171,7 @@ LibIOReturn CommitWhole(LibraryState & state, Conversion const & conversion, boo
 }
 
 LibIOReturn Commit(LibraryState & state, bool mayEndPrivateFile) {
-  LibIOReturn result = state.status;
-  if (state.publicLog && state.lock.IsHeld()) {
-    auto const standing = StandsUnderItsName(*state.publicLog);
-    if (standing == file::Standing::Replaced)
-      return state.Fail(CStreamioLibrary::kLibWriteFailed, state.path.FilePath() + L" is another file now");
-    state.publicLog->mustRewrite = state.publicLog->mustRewrite || standing == file::Standing::Vanished;
-  }
+  LibIOReturn result = state.status == kSuccess ? CheckPublicFile(state) : state.status;
   bool const isUpToDate = state.publicLog && !state.publicLog->mustRewrite && !HasUnmerged(state) &&
                           state.heldDeletes.empty() && !state.journaled.HasUnsent();
   if (result != kSuccess || isUpToDate)
@@ -172,8 +181,11 @@ LibIOReturn Commit(LibraryState & state, bool mayEndPrivateFile) {
     result = Flush(state);
   if (result != kSuccess)
     return result;
-  if (mayEndPrivateFile && CanBecomePublic(state))
-    return BecomePublic(state);
+  if (mayEndPrivateFile && CanBecomePublic(state)) {
+    result = BecomePublic(state);
+    if (result != CStreamioLibrary::kLibDamaged)
+      return result;
+  }
   if (!state.publicLog || state.publicLog->mustRewrite) {
     bool const isBinary = state.publicLog ? state.publicLog->Records().Header().isBinary : state.writesBinary;
     return CommitWhole(state, Conversion(), isBinary);
@@ -185,7 +197,9 @@ LibIOReturn Commit(LibraryState & state, bool mayEndPrivateFile) {
 }
 
 LibIOReturn RevertCommit(LibraryState & state, std::uint64_t length) {
-  LibIOReturn result = AcquireForWriting(state);
+  LibIOReturn result = CheckPublicFile(state);
+  if (result == kSuccess)
+    result = AcquireForWriting(state);
   if (result == kSuccess)
     result = Flush(state);
   if (result != kSuccess)

@@ -12,8 +12,12 @@ constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 
 InPlaceFile::InPlaceFile(LongFileName const & path, AString & error) : m_path(path) {
   m_status = LogReader::Open(path, file::OpenMode::Read, {}, m_log, error);
-  if (m_status == CStreamioLibrary::kLibNotFound)
+  m_error = error;
+  if (m_status == CStreamioLibrary::kLibNotFound) {
     m_status = kSuccess;
+    m_error.clear();
+    error.clear();
+  }
 }
 
 LibIOReturn InPlaceFile::Fail(LibIOReturn result, AString const & text) {
@@ -34,7 +38,15 @@ LibIOReturn InPlaceFile::PrepareToWrite(bool isBinary) {
   file::IFile * const handle = file.get();
   file::FileInfo info;
   std::unique_ptr<LogReader> log;
-  bool const isNew = !m_log && file->Describe(info).Ok() && info.length == 0;
+  bool isNew = !m_log && file->Describe(info).Ok() && info.length == 0;
+  if (!m_log && !isNew && info.length < io::kFileHeaderSize) {
+    // The first write of an earlier run was torn within the header: nothing was stored yet.
+    io::RecordReader torn;
+    std::unique_ptr<file::IFile> probe;
+    bool const isTorn = file::FileSystem().Open(m_path, file::OpenMode::Read, probe).Ok() &&
+                        torn.Open(std::move(probe)) == io::RecordReader::State::Foreign && torn.IsTornHeader();
+    isNew = isTorn && file->Truncate(0).Ok();
+  }
   if (isNew) {
     io::FileHeader header;
     header.salt = RandomNumber();

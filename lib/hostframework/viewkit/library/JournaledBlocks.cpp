@@ -3,6 +3,7 @@
 #include "basekit/io/BlockJournal.h"
 #include "basekit/io/BlockPatch.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/io/RecordFormat.h"
 #include "basekit/io/RecordIndex.h"
 #include "viewkit/library/LogReader.h"
 
@@ -38,6 +39,15 @@ std::vector<JournaledBlocks::Part> PartsOf(io::CBlock const & block) {
   return parts;
 }
 
+// A child is told by its name.
+bool AreNamesUnique(io::CBlock const & block, std::vector<JournaledBlocks::Part> const & parts) {
+  return std::all_of(parts.begin(), parts.end(), [&](JournaledBlocks::Part const & part) {
+    return part.isBlockItself || std::count_if(block.begin(), block.end(), [&](auto const & child) {
+                                   return AString::MatchNoCase(child->Name(), part.child);
+                                 }) == 1;
+  });
+}
+
 // The block with its journaled children left empty.
 io::CBlock WithoutJournaled(io::CBlock const & block) {
   io::CBlock content(block.Name());
@@ -57,14 +67,16 @@ bool JournaledBlocks::IsJournaled(io::CBlock const & block) {
          std::any_of(block.begin(), block.end(), [](auto const & child) { return JournalOf(*child) != nullptr; });
 }
 
-LibIOReturn JournaledBlocks::Prepare(io::CBlock const & block, io::BlockPlace const * place, bool isWhole,
+LibIOReturn JournaledBlocks::Prepare(io::CBlock const & block, io::BlockPlace const * place, std::uint64_t salt,
                                      Encoding const & encoding, Record & record, AString & error) const {
   record.name = text::ToUtf8(block.Name());
   record.parts = PartsOf(block);
   auto const known = m_known.find(record.name);
   std::uint64_t const offset = place ? place->offset : 0;
-  if (!isWhole && known != m_known.end() && offset == known->second.offset && encoding.precision >= io::kExactDigits &&
-      PreparePatch(block, known->second, encoding, record))
+  record.isExact = encoding.precision >= io::kExactDigits;
+  bool const isKnown = salt != 0 && known != m_known.end() && offset == known->second.offset &&
+                       (offset == 0 || salt == known->second.salt);
+  if (isKnown && record.isExact && PreparePatch(block, known->second, encoding, record))
     return kSuccess;
   // The copy is looked at, the block stays journaled, should the record fail.
   return EncodeBlock(io::CBlock(block), encoding, record.payload, error);
@@ -77,7 +89,7 @@ bool JournaledBlocks::PreparePatch(io::CBlock const & block, Known const & known
                                    return now.child == then.child && now.isBlockItself == then.isBlockItself &&
                                           now.journal->Knows(then.identity, then.position);
                                  });
-  if (!isSame)
+  if (!isSame || !AreNamesUnique(block, record.parts))
     return false;
   io::BlockPatch patch;
   patch.previous = known.offset;
@@ -101,10 +113,15 @@ bool JournaledBlocks::PreparePatch(io::CBlock const & block, Known const & known
   return record.isPatch;
 }
 
-void JournaledBlocks::Stored(Record const & record, std::uint64_t offset) {
+void JournaledBlocks::Stored(Record const & record, std::uint64_t offset, std::uint64_t salt) {
   m_unsent.erase(record.name);
+  if (!record.isExact) {
+    m_known.erase(record.name);
+    return;
+  }
   auto & known = m_known[record.name];
   known.offset = offset;
+  known.salt = salt;
   known.parts = record.parts;
   if (record.isPatch) {
     known.patchBytes += record.payload.size();
@@ -136,11 +153,14 @@ std::vector<io::CBlock const *> JournaledBlocks::Unsent(NameSet const & names) {
   return blocks;
 }
 
-void JournaledBlocks::Holds(io::CBlock const & block, io::BlockPlace const * place) {
+void JournaledBlocks::Holds(io::CBlock const & block, io::BlockPlace const * place, std::uint64_t salt) {
   Record record;
   record.name = text::ToUtf8(block.Name());
   record.parts = PartsOf(block);
-  Stored(record, place ? place->offset : 0);
+  record.isExact = true;
+  Stored(record, place ? place->offset : 0, place ? salt : 0);
+  if (place && place->kind == io::kBlockRecord)
+    m_known[record.name].wholeBytes = place->payloadLength;
 }
 
 // What was stored under the name by other means since is not what the journal goes on from.
@@ -150,7 +170,7 @@ void JournaledBlocks::MovedToPublic(io::RecordIndex const & privateIndex) {
     return entry.second.offset != (place ? place->offset : 0);
   });
   for (auto & [name, known] : m_known)
-    known.offset = 0;
+    known.offset = known.salt = 0;
 }
 
 void JournaledBlocks::Clear() {

@@ -36,16 +36,13 @@ LibIOReturn CopyPrivate(LibraryState & from, LibraryState & copy, std::uint64_t 
 LibIOReturn CopyLibrary(LibraryState & from, LongFileName const & path, std::unique_ptr<LibraryState> & copy) {
   if (from.status != kSuccess)
     return from.status;
-  LibIOReturn result = Flush(from);
-  if (result != kSuccess)
-    return result;
   auto made = std::make_unique<LibraryState>();
   made->path = path;
   made->privatePath = PrivatePath(path);
   made->writesBinary = from.writesBinary;
   std::uint64_t const commit = RandomNumber();
   std::unique_ptr<file::IFile> replaced;
-  result = LockTarget(*made, replaced);
+  LibIOReturn result = LockTarget(*made, replaced);
   // The private file first: until the last step the target's public file stands.
   if (result == kSuccess)
     result = CopyPrivate(from, *made, commit);
@@ -59,6 +56,9 @@ LibIOReturn CopyLibrary(LibraryState & from, LongFileName const & path, std::uni
       static_cast<void>(DropPrivateFile(*made)); // The failure is told already.
     return result;
   }
+  // Not written to the old place first: its disk may be the reason for the move.
+  made->heldDeletes = from.heldDeletes;
+  made->journaled.TakeUnsent(from.journaled);
   made->status = kSuccess;
   made->wasWriter = true;
   copy = std::move(made);

@@ -3,6 +3,8 @@
 #include "viewkit/library/LibraryState.h"
 #include "viewkit/library/LogWriter.h"
 
+#include <algorithm>
+
 namespace library {
 
 namespace {
@@ -39,9 +41,13 @@ public:
       return result;
     }
     file::FileStatus const status = writer.Finish();
-    status.Ok() ? NoteStored() : NoteFailed();
-    return status.Ok() ? kSuccess : m_state.Fail(status);
+    if (!status.Ok())
+      return m_state.Fail(status);
+    NoteStored();
+    return kSuccess;
   }
+  /// A block of the group can't become bytes: to try it again is of no use.
+  bool CannotBeEncoded() const { return m_cannotBeEncoded; }
 
 private:
   struct Item {
@@ -73,12 +79,18 @@ private:
       bool const isSecond = std::any_of(m_items.begin(), m_items.end(), [&](Item const & other) {
         return other.journaled && NameEqual()(other.journaled->name, name);
       });
-      bool const isWhole = isSecond || m_state.heldDeletes.contains(name);
-      LibIOReturn const result = m_state.journaled.Prepare(block, m_state.privateLog->Index().Find(name), isWhole,
+      auto const & log = *m_state.privateLog;
+      auto const * const place = log.Index().Find(name);
+      // What is merged is not synced here: edits never go on from it.
+      bool const isWhole =
+          isSecond || m_state.heldDeletes.contains(name) || (place && place->offset < m_state.mergedLength);
+      LibIOReturn const result = m_state.journaled.Prepare(block, place, isWhole ? 0 : log.Records().Header().salt,
                                                            m_encoding, *item.journaled, m_state.error);
+      m_cannotBeEncoded = result != kSuccess;
       if (result != kSuccess)
         return result;
       if (item.journaled->isNeedless) {
+        m_state.journaled.Superseded(name);
         return kSuccess;
       }
     }
@@ -111,6 +123,7 @@ private:
     }
     m_state.scratch.clear();
     LibIOReturn const result = EncodeBlock(*item.block, m_encoding, m_state.scratch, m_state.error);
+    m_cannotBeEncoded = result != kSuccess;
     if (result != kSuccess)
       return result;
     m_name.clear();
@@ -124,18 +137,12 @@ private:
       for (auto const & item : m_items)
         m_state.cache.erase(item.block->Name());
     m_state.heldDeletes.clear();
-    for (auto const & item : m_items)
+    for (auto const & item : m_items) {
       if (item.journaled)
-        m_state.journaled.Stored(*item.journaled, item.offset);
-  }
-
-  // What the blocks were to replace stays.
-  void NoteFailed() {
-    for (auto const & name : m_names)
-      m_state.heldDeletes.erase(name);
-    for (auto const & item : m_items)
-      if (item.journaled)
-        m_state.journaled.Failed(*item.block);
+        m_state.journaled.Stored(*item.journaled, item.offset, m_state.privateLog->Records().Header().salt);
+      else if (m_state.journaled.HasUnsent())
+        m_state.journaled.Superseded(text::ToUtf8(item.block->Name()));
+    }
   }
 
   LibraryState & m_state;
@@ -143,7 +150,18 @@ private:
   NameSet m_names;
   std::vector<Item> m_items;
   std::string m_name;
+  bool m_cannotBeEncoded = false;
 };
+
+// What the blocks were to replace stays, and edits that didn't go out are kept.
+void NoteFailed(LibraryState & state, std::span<io::CBlock const * const> blocks, bool keepsEdits) {
+  for (auto const * const block : blocks) {
+    if (!state.heldDeletes.empty())
+      state.heldDeletes.erase(text::ToUtf8(block->Name()));
+    if (keepsEdits && JournaledBlocks::IsJournaled(*block))
+      state.journaled.Failed(*block);
+  }
+}
 
 } // namespace
 
@@ -151,10 +169,13 @@ LibIOReturn SaveGroup(LibraryState & state, std::span<io::CBlock const * const> 
   LibIOReturn result = AcquireForWriting(state);
   if (result == kSuccess)
     result = EnsurePrivateFile(state);
+  Group group(state, encoding);
   if (result == kSuccess)
-    result = Group(state, encoding).Save(blocks);
+    result = group.Save(blocks);
   if (result == kSuccess)
     IndexNowAndThen(*state.privateLog);
+  else
+    NoteFailed(state, blocks, !group.CannotBeEncoded() && state.status == kSuccess);
   return result;
 }
 
@@ -164,6 +185,8 @@ LibIOReturn CopyUnmerged(LibraryState & from, LogReader & log, LogReader & to, A
     if (named.place.offset >= from.mergedLength)
       unmerged.push_back(named);
   });
+  std::sort(unmerged.begin(), unmerged.end(),
+            [](auto const & a, auto const & b) { return a.place.offset < b.place.offset; });
   LogWriter writer(to);
   std::string payload;
   for (std::size_t i = 0; i < unmerged.size(); ++i) {
@@ -192,6 +215,7 @@ LibIOReturn HoldDeletes(LibraryState & state, std::vector<AString> const & names
   std::vector<std::string> found;
   for (auto const & name : names) {
     std::string utf8 = text::ToUtf8(name);
+    state.journaled.Deleted(utf8);
     if (FindBlock(state, utf8).log)
       found.push_back(std::move(utf8));
   }
@@ -203,10 +227,8 @@ LibIOReturn HoldDeletes(LibraryState & state, std::vector<AString> const & names
   if (!state.cache.empty())
     for (auto const & name : names)
       state.cache.erase(name);
-  for (auto & name : found) {
-    state.journaled.Deleted(name);
+  for (auto & name : found)
     state.heldDeletes.insert(std::move(name));
-  }
   return kSuccess;
 }
 

@@ -23,6 +23,7 @@ io::CommitInfo PublicCommit(LibraryState const & state) {
 void Judge(LibraryState & state, std::unique_ptr<LogReader> log, bool takesOver) {
   state.privateLog.reset();
   state.mergedLength = 0;
+  state.journaled.ForgetAll(); // Of what was read before; the file may have gone on.
   std::uint64_t mergedLength = 0;
   bool const isTwin =
       IsTwin(*log, PublicCommit(state), mergedLength) || (takesOver && log->Records().HeaderIsDamaged());
@@ -78,6 +79,8 @@ LibIOReturn ReadLocked(LibraryState & state, std::unique_ptr<file::IFile> file, 
   bool const isSame = log && file->Describe(now).Ok() && log->Records().File().Describe(before).Ok() &&
                       now.IsSameFile(before) && now.length == log->Records().FileLength() &&
                       before.length == now.length;
+  if (!isSame)
+    state.journaled.ForgetAll();
   if (!isSame)
     return LogReader::Read(std::move(file), path, extent, log, state.error);
   log->Records().Reopen(std::move(file));
@@ -252,6 +255,7 @@ LibIOReturn MakePrivateFileAgain(LibraryState & state) {
   } else {
     state.lock.Forget(vanished->Records().File());
     state.mergedLength = 0;
+    state.journaled.ForgetAll();
   }
   return result;
 }
