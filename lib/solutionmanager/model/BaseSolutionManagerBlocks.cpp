@@ -8,6 +8,7 @@
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -88,11 +89,10 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
     }
   }
   ResetNextUniqueID(block);
-  io::CBlock variations(L"VariationIDs");
-  block >> variations;
-  if (!block.Found())
+  io::CBlock const * const variations = block.FindBlock(L"VariationIDs");
+  if (!variations)
     return;
-  for (auto const & child : variations) {
+  for (auto const & child : *variations) {
     io::CBlock_ptr<io::CBlock_func> const item(child);
     if (!item)
       continue;
@@ -121,7 +121,7 @@ io::ReadError BaseSolutionManager::BuildUtilityCollections() {
   ReadDefinitionBlock();
   for (AString const & name : names) {
     SolutionVariationKey key;
-    key.Unpack(name);
+    UnpackQuickly(name, key);
     if (key.GetSimSetupKey() == id::invalidID)
       continue;
     auto at = m_SimSetupMap.find(key.GetSimSetupKey());

@@ -70,9 +70,8 @@ io::ReadError BaseSolution::ReadDefinitionBlock(io::CBlock const & block) {
   AString const name = block.Name();
   KVRO_ASSERT(name.Compare(GetBlockDefinitionName()) == 0);
   block >> io::named(L"SolutionName", m_SolutionName) >> io::named(L"SolutionID", m_ID);
-  io::CBlock states(L"States");
-  block >> states;
-  io::ReadError const result = LoadSolutionVariations(states);
+  io::CBlock const * const states = block.FindBlock(L"States");
+  io::ReadError const result = states ? LoadSolutionVariations(*states) : io::kNoError;
   // The writer stores the version as "V"; the reader takes "VersionID" and nothing else, on purpose: the version in
   // the block's name is the one that counts.
   block >> io::named(L"VersionID", m_VersionID);
