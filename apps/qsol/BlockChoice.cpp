@@ -1,10 +1,18 @@
 #include "apps/qsol/BlockChoice.h"
 
+#include "apps/qsol/Failure.h"
 #include "apps/qsol/Text.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace qsol {
+
+void CheckNames(std::vector<std::string> const & names) {
+  if (std::ranges::find(names, std::string()) != names.end())
+    throw Failure(Exit::Usage, "'': is no NAME; 'qsol list' shows the names");
+}
 
 std::vector<Block const *> ChosenBlocks(std::vector<std::string> const & names, SelectionWords const & selection,
                                         Catalogue const & catalogue, std::string const & file,

@@ -143,6 +143,8 @@ void Catalogue::AddEntry(AString const & realName, AString const & internalName)
 }
 
 Block const * Catalogue::Find(AString const & name) const {
+  if (name.empty())
+    return nullptr; // Blocks outside the map have no real name.
   if (auto const place = m_places.find(name); place != m_places.end())
     return &m_blocks[place->second];
   auto const named = std::ranges::find(m_blocks, name, &Block::realName);

@@ -49,7 +49,8 @@ public:
 
   /// In the order of the files.
   std::vector<Block> const & Blocks() const { return m_blocks; }
-  /// By internal or real name; a packed key may be spelled in another way.  Null when there is none.
+  /// By internal or real name; a packed key may be spelled in another way.  Null when there is none, and
+  /// for an empty name.
   Block const * Find(AString const & name) const;
   /// Why the name map can't be read; empty when it was, or when there is none.
   AString const & MapError() const { return m_mapError; }

@@ -56,8 +56,6 @@ class Extraction {
 public:
   Extraction(ExtractOptions const & options, OpenedLibrary & opened, std::vector<std::string> & errors)
       : m_options(options), m_opened(opened), m_errors(errors), m_folder(Word(options.folder)) {
-    if (m_folder.empty())
-      throw Failure(Exit::Usage, "'': is no folder; name one behind --to");
     if (!LFN_CreateDirectoryAndParents(LongFileName(m_folder)))
       throw Failure(Exit::Unreadable, OneLine(LFN_LastError()) + "; name a folder that can be written");
   }
@@ -105,6 +103,9 @@ private:
 void CheckWords(ExtractOptions const & options) {
   if (options.names.empty() && options.selection.IsEmpty() && !options.all)
     throw Failure(Exit::Usage, "extract: nothing tells which block; give a NAME, --kind, --variation or --all");
+  CheckNames(options.names);
+  if (Word(options.folder).empty())
+    throw Failure(Exit::Usage, "'': is no folder; name one behind --to");
 }
 
 } // namespace
@@ -116,12 +117,14 @@ int Extract(ExtractOptions const & options, Streams const & streams) {
   Catalogue const catalogue(opened.reader);
   std::vector<std::string> errors;
   auto const chosen = ChosenBlocks(options.names, options.selection, catalogue, OneLine(opened.publicPath), errors);
-  Extraction extraction(options, opened, errors);
+  std::optional<Extraction> extraction;
+  if (!chosen.empty()) // Else no folder is made.
+    extraction.emplace(options, opened, errors);
   std::optional<JsonListing> listing;
   if (options.json)
     listing.emplace(streams.out, DocumentHead(opened), "blocks");
   for (Block const * const block : chosen) {
-    AString const path = extraction.Write(*block);
+    AString const path = extraction->Write(*block);
     if (listing) {
       Json json = ToJson(*block, opened);
       json["to"] = path.empty() ? Json() : Json(Utf8(path));

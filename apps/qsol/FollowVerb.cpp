@@ -182,7 +182,8 @@ void AddFollowVerb(CLI::App & program, Action & action) {
   verb->add_flag("--items", options->items, "print the content of each block too");
   verb->add_flag("--json", options->json, "print one JSON object a line");
   verb->footer("Begins with the blocks that are not committed yet, goes on with each that is stored, deleted or\n"
-               "committed, and ends when the writer closes the library in order. Without a writer it waits for one.\n"
+               "committed, and ends when the writer closes the library in order. Without a writer it waits for\n"
+               "one, for ever unless --for tells how long.\n"
                "The writer is never held up: it is read beside it, as far as its work is whole. The name map is\n"
                "not shown, only what it tells of the others.\n\n"
                "With --json each line has an 'event': begin, block, deleted, committed, end.\n\n"

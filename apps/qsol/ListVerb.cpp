@@ -71,6 +71,8 @@ int List(ListOptions const & options, Streams const & streams) {
   for (Block const & block : catalogue.Blocks())
     if (selection.Fits(block))
       chosen.push_back(&block);
+  if (chosen.empty() && !options.selection.IsEmpty())
+    opened.notices.push_back(OneLine(opened.publicPath) + ": no block is like that; 'qsol list' shows what there is");
   if (options.json) {
     JsonListing listing(streams.out, DocumentHead(opened), "blocks");
     for (auto block = chosen.begin(); block != chosen.end() && streams.out; ++block)

@@ -29,9 +29,12 @@ file::FileInfo Describe(AString const & path) {
   return info;
 }
 
-bool IsFile(AString const & path) {
+bool IsFile(AString const & path, std::uint64_t * length = nullptr) {
   file::FileInfo info;
-  return file::FileSystem().Describe(LongFileName(path), info).Ok() && info.kind == file::FileKind::File;
+  bool const isFile = file::FileSystem().Describe(LongFileName(path), info).Ok() && info.kind == file::FileKind::File;
+  if (length)
+    *length = info.length;
+  return isFile;
 }
 
 // Opening a pipe would wait for its writer, so what is no file is told before.
@@ -46,14 +49,16 @@ void RefuseWhatIsNoFile(AString const & path, file::FileInfo const & info) {
 
 Failure WhyNot(AString const & path, Result result, AString const & error) {
   std::string const name = OneLine(path);
+  std::uint64_t length = 0;
   switch (result) {
   case CStreamioLibrary::kLibForeignFile:
     return {Exit::NoLibrary, name + ": is no block library; name a .qsol file"};
   case CStreamioLibrary::kLibNewerVersion:
     return {Exit::LaterFormat, name + ": was written in a later format; use a later qsol"};
   case CStreamioLibrary::kLibNotFound:
-    if (IsFile(path))
-      return {Exit::NoLibrary, name + ": is empty, nothing was ever stored there; name another file"};
+    if (IsFile(path, &length))
+      return {Exit::NoLibrary, name + (length == 0 ? ": is empty" : ": holds no whole header") +
+                                   ": cut off, or nothing was stored yet; name another file"};
     return {Exit::Unreadable, name + ": there is no such file; check the path"};
   default:
     return {Exit::Unreadable, OneLine(error) + "; check the file and its permissions"};

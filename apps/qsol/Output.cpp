@@ -6,19 +6,24 @@
 
 namespace qsol {
 
+int WriteWhole(int descriptor, std::string_view bytes) noexcept {
+  while (!bytes.empty()) {
+    auto const written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written >= 0)
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    else if (errno != EINTR)
+      return errno;
+  }
+  return 0;
+}
+
 OutputBuffer::OutputBuffer(int descriptor) : m_descriptor(descriptor), m_bytes(64 * 1024) {
   setp(m_bytes.data(), m_bytes.data() + m_bytes.size());
 }
 
 int OutputBuffer::sync() {
-  char const * at = pbase();
-  while (at < pptr() && m_error == 0) {
-    auto const written = ::write(m_descriptor, at, static_cast<std::size_t>(pptr() - at));
-    if (written >= 0)
-      at += written;
-    else if (errno != EINTR)
-      m_error = errno;
-  }
+  if (m_error == 0)
+    m_error = WriteWhole(m_descriptor, std::string_view(pbase(), static_cast<std::size_t>(pptr() - pbase())));
   setp(m_bytes.data(), m_bytes.data() + m_bytes.size());
   return m_error == 0 ? 0 : -1;
 }

@@ -11,6 +11,9 @@
 #include "basekit/io/CBlock.h"
 #include "viewkit/library/CStreamioLibWritePrivate.h"
 
+#include <cerrno>
+#include <cstring>
+
 namespace qsol {
 
 using library::LibraryReader;
@@ -54,6 +57,14 @@ void RefuseWhatIsNotReady(OpenedLibrary const & opened) {
   }
 }
 
+// Only where a permission lacks is there no doubt about the space.
+char const * RemedyFor(std::string const & error) {
+  for (int const number : {EACCES, EPERM, EROFS})
+    if (error.ends_with(std::strerror(number)))
+      return "check the permissions of the file and of its folder";
+  return "check the folder's permissions and space";
+}
+
 void Check(CStreamioLibrary::LibIOReturn result, CStreamioLibWritePrivate const & library, std::string const & name) {
   if (result == kGood)
     return;
@@ -62,7 +73,7 @@ void Check(CStreamioLibrary::LibIOReturn result, CStreamioLibWritePrivate const 
   std::string const error = OneLine(library.LastError());
   if (result == CStreamioLibrary::kLibDamaged)
     throw Failure(Exit::Failed, error + "; nothing was changed, 'qsol verify' tells what else is damaged");
-  throw Failure(Exit::Failed, error + "; nothing was changed, check the folder's permissions and space");
+  throw Failure(Exit::Failed, error + "; nothing was changed, " + RemedyFor(error));
 }
 
 // The same tree must come out of the new form, to the last bit of each number.

@@ -72,6 +72,7 @@ private:
 int Show(ShowOptions const & options, Streams const & streams) {
   if (options.names.empty() && options.selection.IsEmpty())
     throw Failure(Exit::Usage, "show: nothing tells which block; give a NAME or --variation TEXT");
+  CheckNames(options.names);
   OpenedLibrary opened;
   OpenLibrary(options.view, opened);
   Catalogue const catalogue(opened.reader);

@@ -106,8 +106,8 @@ void PrintFile(std::ostream & out, char const * role, FileFacts const & facts, A
              facts.isBinary ? "binary" : "text", Hex(facts.salt), Count(facts.commits, "commit"),
              Count(facts.blocks, "block"), facts.length);
   if (facts.length > facts.end)
-    fmt::print(out, "{:<10} its last {} bytes don't count: a write that did not come to its end\n", "",
-               facts.length - facts.end);
+    fmt::print(out, "{:<10} its last {} bytes don't count: a write that did not come to its end, or the file was cut\n",
+               "", facts.length - facts.end);
 }
 
 void Print(Figures const & figures, OpenedLibrary const & opened, std::ostream & out) {

@@ -41,17 +41,27 @@ private:
     m_found.wholeRecords = m_opened.reader.Verify(damages);
     for (auto const & damage : damages) {
       Verification::Problem problem{
-          m_opened.PathOf(damage.isPrivate), damage.offset, damage.length, OneLine(damage.what), damage.name, {}};
+          m_opened.PathOf(damage.isPrivate), damage.offset, damage.length, OneLine(damage.what), damage.name, {}, {}};
       for (Block const & block : m_catalogue.Blocks())
-        if (Covers(damage, block.entry) && m_lost.insert(&block).second)
-          problem.lost.push_back(&block);
-      if (problem.lost.empty() && IsReplaced(damage))
+        if (Covers(damage, block.entry))
+          Judge(block, problem);
+      if (problem.lost.empty() && problem.good.empty() && IsReplaced(damage))
         m_found.remarks.push_back(
             fmt::format("{}: {} bytes at {} are damaged, and a later record of block {} replaced them",
                         OneLine(problem.file), damage.length, damage.offset, OneLine(damage.name)));
       else
         m_found.problems.push_back(std::move(problem));
     }
+  }
+
+  // What the index tells of a block is enough to read it, so the content may be whole behind a damaged header.
+  void Judge(Block const & block, Verification::Problem & problem) {
+    std::string bytes;
+    bool isBinary = false;
+    if (m_opened.reader.LoadBytes(block.entry.name, bytes, isBinary) == kGood)
+      problem.good.push_back(&block);
+    else if (m_lost.insert(&block).second)
+      problem.lost.push_back(&block);
   }
 
   // A damaged record that counts no more, since its block was written again in the same file or behind it.
@@ -75,7 +85,8 @@ private:
                                     block.RecordSize(),
                                     OneLine(m_opened.reader.LastError()),
                                     block.entry.name,
-                                    {&block}});
+                                    {&block},
+                                    {}});
     }
     m_found.lostBlocks = m_catalogue.Blocks().size() - m_found.goodBlocks;
   }
@@ -92,6 +103,7 @@ private:
            0,
            fmt::format("the name map leads a second real name to one block: {}", OneLine(entry.realName)),
            entry.internalName,
+           {},
            {}});
     for (auto const & entry : m_catalogue.Dangling())
       m_found.remarks.push_back(fmt::format("the name map has an entry for {}, which is not there: {}",
@@ -104,10 +116,12 @@ private:
   void CheckTails() {
     for (bool const isPrivate : {false, true}) {
       auto const facts = isPrivate ? m_opened.reader.PrivateFacts() : m_opened.reader.PublicFacts();
-      if (facts.exists && facts.length > facts.end)
-        m_found.remarks.push_back(fmt::format(
-            "{}: the {} bytes from {} on don't count: a {} that did not come to its end",
-            OneLine(m_opened.PathOf(isPrivate)), facts.length - facts.end, facts.end, isPrivate ? "save" : "commit"));
+      if (!facts.exists || facts.length <= facts.end)
+        continue;
+      (isPrivate ? m_found.privateTail : m_found.publicTail) = facts.length - facts.end;
+      m_found.remarks.push_back(fmt::format(
+          "{}: the {} bytes from {} on don't count: a {} that did not come to its end, or the file was cut",
+          OneLine(m_opened.PathOf(isPrivate)), facts.length - facts.end, facts.end, isPrivate ? "save" : "commit"));
     }
   }
 
@@ -118,7 +132,7 @@ private:
         (m_opened.privateState != State::OtherGeneration && m_opened.privateState != State::Unreadable))
       return;
     if (std::string const why = WhyUnreadable(m_opened.privatePath); !why.empty()) {
-      m_found.problems.push_back({m_opened.privatePath, 0, 0, why, AString(), {}});
+      m_found.problems.push_back({m_opened.privatePath, 0, 0, why, AString(), {}, {}});
       return;
     }
     LibraryReader alone;
@@ -127,7 +141,7 @@ private:
       m_found.wholeRecords += alone.Verify(damages);
     for (auto const & damage : damages)
       m_found.problems.push_back(
-          {m_opened.privatePath, damage.offset, damage.length, OneLine(damage.what), damage.name, {}});
+          {m_opened.privatePath, damage.offset, damage.length, OneLine(damage.what), damage.name, {}, {}});
   }
 
   OpenedLibrary & m_opened;

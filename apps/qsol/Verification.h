@@ -20,6 +20,8 @@ struct Verification {
     AString name;
     /// Shown blocks that can't be read for it.
     std::vector<Block const *> lost;
+    /// Shown blocks whose content is whole all the same: the index tells their places and checksums.
+    std::vector<Block const *> good;
   };
   std::vector<Problem> problems;
   /// No damage, but worth to know.
@@ -28,6 +30,9 @@ struct Verification {
   std::size_t wholeRecords = 0;
   std::size_t goodBlocks = 0;
   std::size_t lostBlocks = 0;
+  /// Bytes behind what counts, of either file.
+  std::uint64_t publicTail = 0;
+  std::uint64_t privateTail = 0;
 
   bool IsFine() const { return problems.empty(); }
 };

@@ -30,7 +30,19 @@ std::string ToText(Verification::Problem const & problem) {
   } else if (!problem.name.empty()) {
     text += "; block " + OneLine(problem.name);
   }
+  // A record's name has a checksum of its own, and a damage of its own.
+  char const * const part = problem.what.starts_with("the name") ? "its name there" : "its record header";
+  for (Block const * const block : problem.good)
+    text += fmt::format("; {}: {} is damaged, the block itself is good", block->Description(), part);
   return text;
+}
+
+char const * Verdict(Verification const & found) {
+  if (!found.IsFine())
+    return "damaged";
+  return found.publicTail > 0    ? "fine up to its last commit"
+         : found.privateTail > 0 ? "fine up to its last save"
+                                 : "fine";
 }
 
 // Of the rest of what can be lost nothing can be solved.
@@ -49,23 +61,27 @@ void Print(Verification const & found, OpenedLibrary const & opened, std::ostrea
   if (LosesData(found))
     fmt::print(out, "note: solve anew what is lost: solvedesk solve PROJECT --again --vary NAME=VALUE ...\n");
   std::size_t const blocks = found.goodBlocks + found.lostBlocks;
-  fmt::print(out, "{}: {} ({}), {} whole, {} of {} good\n", OneLine(opened.publicPath),
-             found.IsFine() ? "fine" : "damaged", opened.Shown(), Count(found.wholeRecords, "record"), found.goodBlocks,
-             Count(blocks, "block"));
+  fmt::print(out, "{}: {} ({}), {} whole, {} of {} good\n", OneLine(opened.publicPath), Verdict(found), opened.Shown(),
+             Count(found.wholeRecords, "record"), found.goodBlocks, Count(blocks, "block"));
+}
+
+Json ToJson(std::vector<Block const *> const & blocks) {
+  Json list = Json::array();
+  for (Block const * const block : blocks)
+    list.push_back({{"name", Utf8(block->entry.name)},
+                    {"real_name", block->realName.empty() ? Json() : Json(Utf8(block->realName))},
+                    {"kind", NameOf(block->kind)}});
+  return list;
 }
 
 Json ToJson(Verification::Problem const & problem) {
-  Json lost = Json::array();
-  for (Block const * const block : problem.lost)
-    lost.push_back({{"name", Utf8(block->entry.name)},
-                    {"real_name", block->realName.empty() ? Json() : Json(Utf8(block->realName))},
-                    {"kind", NameOf(block->kind)}});
   return {{"file", Utf8(problem.file)},
           {"offset", problem.offset},
           {"length", problem.length},
           {"what", problem.what},
           {"block", problem.name.empty() ? Json() : Json(Utf8(problem.name))},
-          {"lost", lost}};
+          {"lost", ToJson(problem.lost)},
+          {"good", ToJson(problem.good)}};
 }
 
 Json ToJson(Verification const & found, Catalogue const & catalogue, OpenedLibrary const & opened) {
@@ -75,6 +91,7 @@ Json ToJson(Verification const & found, Catalogue const & catalogue, OpenedLibra
   document["whole_records"] = found.wholeRecords;
   document["good_blocks"] = found.goodBlocks;
   document["lost_blocks"] = found.lostBlocks;
+  document["uncounted_bytes"] = found.publicTail + found.privateTail;
   document["damages"] = Json::array();
   for (auto const & problem : found.problems)
     document["damages"].push_back(ToJson(problem));
@@ -111,14 +128,17 @@ void AddVerifyVerb(CLI::App & program, Action & action) {
   CLI::App * const verb = program.add_subcommand("verify", "check every record; tell what is damaged and what is good");
   AddViewOptions(*verb, options->view);
   verb->add_flag("--json", options->json, "print one JSON document");
-  verb->footer("Both files are checked unless --committed-only is given. The last line is the verdict. No damage, but\n"
-               "told: a tail that a write left unfinished, entries of the name map without a block, blocks without an\n"
-               "entry. Nothing is repaired: what is good can be read, what is lost has to be solved anew:\n"
-               "solvedesk solve PROJECT --again --vary NAME=VALUE ...\n\n"
-               "Exit code 0: fine, 1: damaged, 3: can't be read, 4: no library, 5: of a later format.\n\n"
-               "Examples:\n"
-               "  qsol verify amp.qsol\n"
-               "  qsol verify amp.qsol --json");
+  verb->footer(
+      "Both files are checked unless --committed-only is given. The last line is the verdict. No damage, but\n"
+      "told: a tail that a write left unfinished or a cut left over (then the verdict is 'fine up to its last\n"
+      "commit'), entries of the name map without a block, blocks without an entry. A block behind a damaged\n"
+      "record header is good where the index tells its place and checksum. Nothing is repaired: what is good can be "
+      "read, what is lost has to be solved anew:\n"
+      "solvedesk solve PROJECT --again --vary NAME=VALUE ...\n\n"
+      "Exit code 0: fine, 1: damaged, 3: can't be read, 4: no library, 5: of a later format.\n\n"
+      "Examples:\n"
+      "  qsol verify amp.qsol\n"
+      "  qsol verify amp.qsol --json");
   verb->callback(
       [&action, options] { action = [options](Streams const & streams) { return VerifyLibrary(*options, streams); }; });
 }

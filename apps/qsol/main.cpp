@@ -1,6 +1,7 @@
 // qsol: looks into solution libraries.  Nothing is written, locked or taken over but by the two verbs that say so.
 
 #include "apps/qsol/Failure.h"
+#include "apps/qsol/Message.h"
 #include "apps/qsol/Output.h"
 #include "apps/qsol/Text.h"
 #include "apps/qsol/Verbs.h"
@@ -10,7 +11,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstring>
 #include <ostream>
 
@@ -41,15 +41,7 @@ Exit codes:
 
 Every verb has its own help: qsol list --help)";
 
-void PrintMessage(std::string const & text) {
-  std::string line = "qsol: " + text;
-  while (!line.empty() && line.back() == '\n')
-    line.pop_back();
-  for (char & character : line)
-    if (static_cast<unsigned char>(character) < 0x20 || character == 0x7f)
-      character = ' ';
-  fmt::print(stderr, "{}\n", line);
-}
+void PrintMessage(std::string const & text) { qsol::WriteMessage(STDERR_FILENO, text); }
 
 std::string HelpCommand(CLI::App const & program) {
   for (CLI::App const * verb : program.get_subcommands())
@@ -123,6 +115,7 @@ int Run(int count, char ** words) {
 
 int main(int count, char ** words) {
   std::signal(SIGPIPE, SIG_IGN);
+  qsol::KeepStandardDescriptors();
   try {
     return Run(count, words);
   } catch (qsol::Failure const & failure) {

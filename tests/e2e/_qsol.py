@@ -54,7 +54,8 @@ class LibraryFile:
         payload = f'{name} {{\n{body}\n}}'
         offset = self.record(1, name, payload)
         size = len(payload.encode())
-        self.entries[name] = f'01 00 {offset:016x} {size:012x} {len(name.encode()):08x} {name}'
+        check = crc32c(payload.encode() + b'\n')
+        self.entries[name] = f'01 00 {offset:016x} {size:012x} {check:08x} {len(name.encode()):08x} {name}'
         return offset
 
     def commit(self):
@@ -102,6 +103,20 @@ class QsolTest(unittest.TestCase):
                               **options)
         self.assertEqual(done.returncode, code, f'qsol {" ".join(words)}\n{done.stdout}\n{done.stderr}')
         return done
+
+    def another_user(self):
+        """Options of a run that permissions bind: root is refused nothing."""
+        if os.getuid() != 0:
+            return {}
+        # The other user must reach the file to be refused it.
+        options = {'user': 65534, 'group': 65534, 'extra_groups': []}
+        os.chmod('.', 0o755)
+        os.chmod(os.environ['TMPDIR'], 0o755)
+        try:
+            self.qsol('--version', **options)
+        except PermissionError:
+            self.skipTest('the programs stand where another user cannot reach them')
+        return options
 
     def document(self, *words, code=0):
         document = json.loads(self.qsol(*words, '--json', code=code).stdout)

@@ -38,7 +38,9 @@ class Damage(QsolTest):
         made.block('SolutionBlock9', '  Value = 9')
         made.write('amp.qsol')
         verdict = self.qsol('verify', 'amp.qsol').stdout
-        self.assertIn("don't count: a commit that did not come to its end", verdict)
+        self.assertIn("don't count: a commit that did not come to its end, or the file was cut", verdict)
+        self.assertIn('amp.qsol: fine up to its last commit (committed)', verdict)
+        self.assertGreater(self.document('verify', 'amp.qsol')['uncounted_bytes'], 0)
         self.assertEqual(len(self.document('list', 'amp.qsol')['blocks']), 3)
         made.bytes = made.bytes[:200]
         made.write('amp.qsol')
@@ -47,6 +49,9 @@ class Damage(QsolTest):
     def test_what_is_no_library_is_refused(self):
         open('empty.qsol', 'w').close()
         self.refuse_all(4, 'empty.qsol', 'is empty')
+        with open('cut.qsol', 'wb') as file:
+            file.write(library().bytes[:40])
+        self.refuse_all(4, 'cut.qsol', 'holds no whole header: cut off, or nothing was stored yet')
         with open('text.qsol', 'w') as file:
             file.write('quite another kind of file\n' * 20)
         self.refuse_all(4, 'text.qsol', 'is no block library')
@@ -102,17 +107,18 @@ class Damage(QsolTest):
     def test_a_file_without_permission_is_refused(self):
         library().write('amp.qsol')
         os.chmod('amp.qsol', 0)
-        options = {}
-        if os.getuid() == 0:
-            # Nothing is refused to root; another user must reach the file to be refused it.
-            options = {'user': 65534, 'group': 65534, 'extra_groups': []}
-            os.chmod('.', 0o755)
-            os.chmod(os.environ['TMPDIR'], 0o755)
-            try:
-                self.qsol('--version', **options)
-            except PermissionError:
-                self.skipTest('the programs stand where another user cannot reach them')
-        self.refuse_all(3, 'amp.qsol', 'Permission denied', **options)
+        self.refuse_all(3, 'amp.qsol', 'Permission denied', **self.another_user())
+
+    def test_a_library_that_may_not_be_written_is_not_written_anew(self):
+        library().write('amp.qsol')
+        options = self.another_user()
+        os.chmod('amp.qsol', 0o444)
+        os.chmod('.', 0o555)
+        for words in (['compact', 'amp.qsol'], ['convert', 'amp.qsol', '--to', 'binary']):
+            line = self.refuse(1, *words, **options)
+            self.assertIn('Permission denied; nothing was changed, check the permissions of the file', line)
+            self.assertNotIn('space', line)
+        os.chmod('.', 0o755)
 
     def test_a_library_in_a_folder_that_can_not_be_written_is_read(self):
         library().write('amp.qsol')

@@ -19,12 +19,14 @@ class Words(QsolTest):
     def test_wrong_words_are_a_misuse(self):
         library().write('amp.qsol')
         for words in ([], ['lisst'], ['list'], ['list', 'amp.qsol', '--setup', 'x'], ['show', 'amp.qsol'],
+                      ['show', 'amp.qsol', ''], ['extract', 'amp.qsol', '', '--to', 'out'],
                       ['list', 'amp.qsol', '--kind', 'nonsense'], ['list', 'amp.qsol', '--private', '--committed-only'],
                       ['show', 'amp.qsol', 'A', '--raw', '--json'], ['verify', ''], ['diff', 'amp.qsol'],
                       ['convert', 'amp.qsol'], ['convert', 'amp.qsol', '--to', 'paper'], ['compact', ''],
                       ['extract', 'amp.qsol', 'A'], ['extract', 'amp.qsol', '--to', 'out'], ['follow', ''],
                       ['follow', 'amp.qsol', '--for', '-1'], ['follow', 'amp.qsol', '--once', '--for', '1']):
             self.refuse(2, *words)
+        self.assertFalse(os.path.exists('out'))
 
     def test_a_file_made_by_the_format_page_is_read(self):
         library(3).write('amp.qsol')
@@ -58,6 +60,24 @@ class Words(QsolTest):
                 self.assertTrue(program.stdout.readline())
                 program.stdout.close()
                 self.assertEqual((program.wait(60), program.stderr.read()), (0, b''), words)
+
+    def test_a_message_that_can_not_be_written_changes_no_exit_code(self):
+        library().write('amp.qsol')
+        LibraryFile(private=True, base=_qsol.COMMIT).write('amp.qsol_priv')
+        runs = ((['list', 'amp.qsol'], 0), (['list', 'amp.qsol', '--setup', '99'], 0), (['lsit', 'amp.qsol'], 2),
+                (['list'], 2), (['show', 'amp.qsol', 'Nothing'], 1), (['verify', 'missing.qsol'], 3))
+        for words, code in runs:
+            for where in ('2>&-', '2>/dev/full', '2>&1 >/dev/null | true'):
+                shell = f'"$0" "$@" {where}' + ('; exit ${PIPESTATUS[0]}' if '|' in where else '')
+                done = subprocess.run(['bash', '-c', shell, QSOL, *words], stdin=subprocess.DEVNULL,
+                                      capture_output=True, text=True, timeout=60)
+                self.assertEqual(done.returncode, code, (words, where, done))
+
+    def test_closed_streams_harm_no_library_that_is_written(self):
+        library().write('amp.qsol')
+        done = subprocess.run(['bash', '-c', '"$0" compact amp.qsol <&- >&- 2>&-', QSOL], timeout=60)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn('amp.qsol: fine (committed)', self.qsol('verify', 'amp.qsol').stdout)
 
     def test_an_output_that_is_full_is_told(self):
         library().write('amp.qsol')

@@ -92,11 +92,10 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
   }
   ResetNextUniqueID(block);
   ReserveUniqueID(m_VersionID);
-  io::CBlock variations(L"VariationIDs");
-  block >> variations;
-  if (!block.Found())
+  io::CBlock const * const variations = block.FindBlock(L"VariationIDs");
+  if (!variations)
     return;
-  for (auto const & child : variations) {
+  for (auto const & child : *variations) {
     io::CBlock_ptr<io::CBlock_func> const item(child);
     if (!item)
       continue;

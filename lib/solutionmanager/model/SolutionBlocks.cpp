@@ -78,9 +78,8 @@ io::ReadError BaseSolution::ReadDefinitionBlock(io::CBlock const & block) {
   KVRO_ASSERT(isOwnID);
   if (isOwnID)
     m_ID = id;
-  io::CBlock states(L"States");
-  block >> states;
-  io::ReadError const result = LoadSolutionVariations(states);
+  io::CBlock const * const states = block.FindBlock(L"States");
+  io::ReadError const result = states ? LoadSolutionVariations(*states) : io::kNoError;
   // The writer stores the version as "V"; the reader takes "VersionID" and nothing else, on purpose: the version in
   // the block's name is the one that counts.
   ReadVersionItem(block, m_VersionID);

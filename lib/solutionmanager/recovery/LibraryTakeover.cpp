@@ -3,6 +3,8 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_named_value.h"
+#include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CToken_istream.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/recovery/NameMapMerge.h"
@@ -53,15 +55,14 @@ public:
       : m_manager(manager), m_files(manager.GetSolutionFileManager()), m_report(report) {}
 
   Failure Run(io::CBlock const & designBlock, AString const & path) {
-    io::CBlock nameMap(SolutionFileManager::kRealToInternalBlkName);
-    io::CBlock privateMap(SolutionFileManager::kRealToInternalBlkName);
-    bool const ok = recovery::MergeNameMaps(path, nameMap, privateMap);
+    NamePairs privatePairs;
+    bool const ok = ReadMaps(path, privatePairs);
     m_files.SetLibPath(path, CStreamioLibrary::kRecoveryMode);
     if (!m_manager.IsRecovered())
       return Failure::kFileRefused;
     if (!ok)
       return Failure::kNameMapDamaged;
-    Extend(recovery::PairsOf(nameMap), recovery::PairsOf(privateMap));
+    Extend(privatePairs);
     m_files.InitNextAvailableIndex();
     if (m_files.WriteRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
       return Failure::kNotWritten;
@@ -75,14 +76,27 @@ public:
   }
 
 private:
-  void Extend(NamePairs const & merged, NamePairs const & privatePairs) {
+  // As RecoverQsolBlockNameMap does, by names alone.
+  bool ReadMaps(AString const & path, NamePairs & privatePairs) {
+    io::CBlock publicMap(SolutionFileManager::kRealToInternalBlkName);
+    io::CBlock privateMap(SolutionFileManager::kRealToInternalBlkName);
+    bool const publicIsGood = recovery::ReadNameMap(path, publicMap);
+    if (!recovery::ReadNameMap(AString::Format(L"%s_priv", path), privateMap) || !publicIsGood)
+      return false;
+    m_kept = recovery::PairsOf(publicMap);
+    privatePairs = recovery::PairsOf(privateMap);
+    for (auto const & pair : privatePairs)
+      m_kept.insert(pair);
+    return true;
+  }
+
+  void Extend(NamePairs const & privatePairs) {
     auto const & library = m_files.GetLibraryForDirectAccess();
-    m_kept = recovery::WithoutLostBlocks(merged, privatePairs, library);
+    for (AString const & lost : recovery::DropLostBlocks(m_kept, privatePairs, library))
+      m_report.dropped.push_back({lost, RecoveryReport::Reason::kBlockLost});
+    m_files.NoteNameMapWasRead();
     for (auto const & [realName, internalName] : m_kept)
       m_files.ExtendNameMap(realName, internalName);
-    for (auto const & [realName, internalName] : merged)
-      if (m_kept.size() != merged.size() && !m_kept.contains(realName))
-        m_report.dropped.push_back({realName, RecoveryReport::Reason::kBlockLost});
     m_report.realNames = NamesOf(library.UncommittedBlocks(), m_kept);
   }
 
@@ -124,6 +138,17 @@ bool BaseSolutionManager::RecoverQsolFile(io::CBlock const & designBlock, AStrin
 }
 
 bool BaseSolutionManager::RecoverQsolBlockNameMap(AString const & path, io::CBlock & block) const {
+  bool const ok = recovery::ReadNameMap(path, block);
+  // The private file is looked at all the same: a failure there is one, too.
   io::CBlock privateMap(block.Name());
-  return recovery::MergeNameMaps(path, block, privateMap);
+  if (!recovery::ReadNameMap(AString::Format(L"%s_priv", path), privateMap) || !ok)
+    return false;
+  // Where the two disagree the public one wins; the private one only adds.
+  NamePairs known = recovery::PairsOf(block);
+  for (auto const & child : privateMap) {
+    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
+    if (pair && known.emplace(pair->Name(), AString()).second)
+      block << *pair;
+  }
+  return true;
 }

@@ -7,6 +7,8 @@
 #include "basekit/io/CToken_iostream.h"
 #include "viewkit/library/CStreamioLibWritePrivate.h"
 
+#include <unordered_map>
+
 namespace recovery {
 
 namespace {
@@ -14,7 +16,8 @@ namespace {
 constexpr int kReadWriteFlags = 0;
 constexpr int kFullIndex = 9;
 
-// False when the map is there and can't be read.
+} // namespace
+
 bool ReadNameMap(AString const & path, io::CBlock & nameMap) {
   io::CToken_iostream file(LongFileName(path), kReadWriteFlags);
   file.BuildIndex(kFullIndex);
@@ -23,8 +26,6 @@ bool ReadNameMap(AString const & path, io::CBlock & nameMap) {
   file >> nameMap;
   return !file.fail();
 }
-
-} // namespace
 
 NamePairs PairsOf(io::CBlock const & nameMap) {
   NamePairs pairs;
@@ -37,40 +38,30 @@ NamePairs PairsOf(io::CBlock const & nameMap) {
   return pairs;
 }
 
-bool MergeNameMaps(AString const & path, io::CBlock & nameMap, io::CBlock & privateMap) {
-  bool const ok = ReadNameMap(path, nameMap);
-  // The private file is looked at all the same: both answers are needed for one, and a failure there is one, too.
-  if (!ReadNameMap(AString::Format(L"%s_priv", path), privateMap) || !ok)
-    return false;
-  // Where the two disagree the public one wins; the private one only adds.
-  NamePairs known = PairsOf(nameMap);
-  for (auto const & child : privateMap) {
-    io::CBlock_ptr<io::CBlock_named_value> const pair(child);
-    if (pair && known.emplace(pair->Name(), AString()).second)
-      nameMap << *pair;
-  }
-  return true;
-}
-
-NamePairs WithoutLostBlocks(NamePairs const & merged, NamePairs const & privatePairs,
-                            CStreamioLibWritePrivate const & library) {
-  std::map<AString, AString> ownerInPrivate;
+std::vector<AString> DropLostBlocks(NamePairs & merged, NamePairs const & privatePairs,
+                                    CStreamioLibWritePrivate const & library) {
+  std::unordered_map<std::wstring_view, AString const *> ownerInPrivate;
   for (auto const & [realName, internalName] : privatePairs)
-    ownerInPrivate.emplace(internalName, realName);
-  NamePairs kept;
-  for (auto const & [realName, internalName] : merged) {
-    auto const owner = ownerInPrivate.find(internalName);
-    bool const hasOtherOwner = owner != ownerInPrivate.end() && owner->second != realName;
-    auto const younger = privatePairs.find(realName);
-    if (younger == privatePairs.end()) {
-      if (!hasOtherOwner)
-        kept.emplace_hint(kept.end(), realName, internalName);
+    ownerInPrivate.emplace(internalName.View(), &realName);
+  std::vector<AString> lost;
+  auto younger = privatePairs.begin();
+  for (auto at = merged.begin(); at != merged.end();) {
+    auto & [realName, internalName] = *at;
+    while (younger != privatePairs.end() && younger->first < realName)
+      ++younger;
+    bool const isInPrivate = younger != privatePairs.end() && younger->first == realName;
+    auto const owner = ownerInPrivate.find(internalName.View());
+    bool const hasOtherOwner = owner != ownerInPrivate.end() && *owner->second != realName;
+    if (!isInPrivate && hasOtherOwner) {
+      lost.push_back(realName);
+      at = merged.erase(at);
       continue;
     }
-    bool const isLost = younger->second != internalName && (hasOtherOwner || !library.HasBlock(internalName));
-    kept.emplace_hint(kept.end(), realName, isLost ? younger->second : internalName);
+    if (isInPrivate && younger->second != internalName && (hasOtherOwner || !library.HasBlock(internalName)))
+      internalName = younger->second;
+    ++at;
   }
-  return kept;
+  return lost;
 }
 
 } // namespace recovery

@@ -3,6 +3,7 @@
 #include "basekit/text/AString.h"
 
 #include <map>
+#include <vector>
 
 class CStreamioLibWritePrivate;
 namespace io {
@@ -14,15 +15,16 @@ namespace recovery {
 
 using NamePairs = std::map<AString, AString>;
 
-NamePairs PairsOf(io::CBlock const & nameMap);
+/// What one library file holds of its map: empty without a file or a map.  False when a map that is there can't be
+/// read.
+bool ReadNameMap(AString const & path, io::CBlock & nameMap);
 
-/// Adds what only the private file's map knows to `nameMap`, which takes the public file's map first.  False when a
-/// map that is there can't be read.
-bool MergeNameMaps(AString const & path, io::CBlock & nameMap, io::CBlock & privateMap);
+NamePairs PairsOf(io::CBlock const & nameMap);
 
 /// The merged map is right but where the private file, which is younger, gave a block another name: an entry whose
 /// block is gone, or belongs to another real name by now, takes the private file's pair, and goes when that has none.
-NamePairs WithoutLostBlocks(NamePairs const & merged, NamePairs const & privatePairs,
-                            CStreamioLibWritePrivate const & library);
+/// The names that went.
+std::vector<AString> DropLostBlocks(NamePairs & merged, NamePairs const & privatePairs,
+                                    CStreamioLibWritePrivate const & library);
 
 } // namespace recovery

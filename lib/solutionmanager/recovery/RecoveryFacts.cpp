@@ -5,6 +5,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
+#include <set>
 #include <unordered_set>
 
 namespace recovery {
@@ -26,6 +27,26 @@ struct OfOneSolution {
   std::size_t blocks = 0;
   std::size_t variations = 0;
 };
+using Counts = std::map<std::pair<long, long>, OfOneSolution>;
+
+std::size_t DifferentVariations(RecoveryReport const & report, Counts const & counts) {
+  std::size_t solutions = 0;
+  std::size_t variations = 0;
+  for (auto const & [ids, entry] : counts) {
+    solutions += entry.variations > 0 ? 1 : 0;
+    variations += entry.variations;
+  }
+  // What one solution has at its one version are different ones.
+  if (solutions < 2)
+    return variations;
+  std::set<AString> texts;
+  for (AString const & name : report.realNames) {
+    SolutionVariationKey key;
+    if (UnpackQuickly(name, key) && key.IsValidVariationDataKey())
+      texts.insert(key.GetDesignVariationKey());
+  }
+  return texts.size();
+}
 
 RecoveryReport::TakenOver RowOf(long setupID, long solutionID, OfOneSolution const & counts,
                                 std::map<long, BaseSimulationSetup *> const & setups) {
@@ -48,8 +69,7 @@ void CountTakenOver(RecoveryReport & report, std::map<long, BaseSimulationSetup 
   report.blocks = report.realNames.size();
   report.setups.clear();
   report.takenOver.clear();
-  std::map<std::pair<long, long>, OfOneSolution> counts;
-  std::unordered_set<std::wstring> variations;
+  Counts counts;
   for (AString const & name : report.realNames) {
     SolutionVariationKey key;
     if (!UnpackQuickly(name, key) || key.GetSimSetupKey() < 0)
@@ -60,9 +80,8 @@ void CountTakenOver(RecoveryReport & report, std::map<long, BaseSimulationSetup 
     if (!key.IsValidVariationDataKey())
       continue;
     ++entry.variations;
-    variations.emplace(key.GetDesignVariationKey().View());
   }
-  report.variations = variations.size();
+  report.variations = DifferentVariations(report, counts);
   for (auto const & [ids, entry] : counts) {
     report.takenOver.push_back(RowOf(ids.first, ids.second, entry, setups));
     if (report.takenOver.size() == 1 || report.takenOver.end()[-2].setupID != ids.first)

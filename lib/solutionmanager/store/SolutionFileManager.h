@@ -44,6 +44,8 @@ public:
   void InitNextAvailableIndex() const;
   /// For recovery: an entry that is there already wins.  Call InitNextAvailableIndex afterwards.
   void ExtendNameMap(AString const & realName, AString const & internalName);
+  /// For recovery, which read the files' maps itself: what the library holds of the map doesn't come in any more.
+  void NoteNameMapWasRead() { m_mapSeen = true; }
   LibIOReturn LoadRealToInternalBlockNameMap() const;
   LibIOReturn WriteRealToInternalBlockNameMap() const;
   void GetRealToInternalNameMap(NameMap & map) const;

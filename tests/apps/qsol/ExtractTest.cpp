@@ -149,3 +149,16 @@ TEST_F(ExtractedBlocks, NeedAFolderAndAChoice) {
   SetBytes(File("out"), "a file");
   EXPECT_EQ(ExtractAll().code, 3);
 }
+
+TEST_F(ExtractedBlocks, LeaveNoFolderWhenNoneIsChosen) {
+  MakeLibrary();
+  ExtractOptions unlike;
+  unlike.selection.setup = 99;
+  EXPECT_EQ(Extract(unlike).code, 1);
+  ExtractOptions named;
+  named.names = {"Nothing"};
+  EXPECT_EQ(Extract(named).code, 1);
+  named.names = {""};
+  EXPECT_EQ(Extract(named).code, 2);
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "out"));
+}

@@ -179,3 +179,14 @@ TEST_F(ListOfBlocks, ALostMapIsToldAndTheBlocksStandUnderTheirOwnNames) {
   EXPECT_EQ(std::ranges::count(told.out, '\n'), 8);
   EXPECT_TRUE(told.Notes("BlockMapName"));
 }
+
+TEST_F(ListOfBlocks, TellsWhenAChoiceFitsNothing) {
+  MakeLibrary();
+  qsol::ListOptions options;
+  options.selection.setup = 99;
+  auto const told = List(options);
+  EXPECT_EQ(told.code, 0);
+  EXPECT_EQ(told.out, "");
+  EXPECT_TRUE(told.Notes("no block is like that"));
+  EXPECT_TRUE(List().notes.empty());
+}

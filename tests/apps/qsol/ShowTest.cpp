@@ -127,3 +127,20 @@ TEST_F(ShownBlocks, NothingAskedForIsAMisuse) {
   options.selection.variation = "a=77";
   EXPECT_EQ(Show({}, options).code, 1);
 }
+
+TEST_F(ShownBlocks, AnEmptyNameIsAMisuseAndFindsNoBlock) {
+  MakeLibrary();
+  auto const told = Show({"FileHeader", ""});
+  EXPECT_EQ(told.code, 2);
+  EXPECT_EQ(told.out, "");
+  EXPECT_TRUE(told.Notes("is no NAME"));
+}
+
+TEST_F(ShownBlocks, AreFoundWhateverTheCaseOfTheNameInTheLibraryAndOfTheVariation) {
+  MakeLibrary();
+  std::string const expected = Show({"SolutionBlock1"}).out;
+  EXPECT_NE(expected, "");
+  EXPECT_EQ(Show({"sOLUTIONbLOCK1"}).out, expected);
+  EXPECT_NE(Show({text::ToUtf8(DataName(L"A=1"))}).out, "");
+  EXPECT_EQ(Show({"fILEhEADER"}).code, 1) << "a real name that is no key is as it is spelled";
+}

@@ -1,3 +1,4 @@
+#include "apps/qsol/CompactVerb.h"
 #include "tests/apps/qsol/QsolFixture.h"
 
 #include "basekit/file/LongFileName.h"
@@ -86,6 +87,46 @@ TEST_F(VerifiedLibrary, DamageOfASupersededRecordIsToldAsANoteAndLosesNoBlock) {
   EXPECT_NE(found["remarks"].dump().find("a later record of block A replaced them"), std::string::npos);
 }
 
+TEST_F(VerifiedLibrary, ABlockBehindADamagedRecordHeaderIsGoodAndNotLost) {
+  MakeLibrary();
+  std::string const name = InternalName(DataName(L"a=2; b=3"));
+  std::string const bytes = Bytes(File());
+  auto const content = bytes.find("Value = 4242.5");
+  ASSERT_NE(content, bytes.npos);
+  auto const header = bytes.rfind("#q 01 ", content);
+  std::string damaged = bytes;
+  damaged[header + 20] ^= 1;
+  SetBytes(File(), damaged);
+  auto const found = Found(1);
+  ASSERT_EQ(found["damages"].size(), 1u);
+  EXPECT_TRUE(found["damages"][0]["lost"].empty());
+  EXPECT_EQ(found["damages"][0]["good"][0]["name"], name);
+  EXPECT_EQ(found["lost_blocks"], 0);
+  auto const told = Verify();
+  EXPECT_NE(told.out.find(name + " (data setup=3 solution=5 version=12 a=2; b=3): its record header is damaged, the "
+                                 "block itself is good"),
+            std::string::npos)
+      << told.out;
+  EXPECT_EQ(told.out.find("lost"), std::string::npos) << told.out;
+  EXPECT_NE(told.out.find("8 of 8 blocks good"), std::string::npos) << told.out;
+  EXPECT_EQ(Show({name}).out, name + " {\n  Value = 4242.5\n}\n");
+  EXPECT_EQ(Perform(qsol::Compact, qsol::RewriteOptions{}).code, 0);
+  EXPECT_EQ(Verify().code, 0);
+  EXPECT_EQ(Show({text::ToUtf8(DataName(L"a=2; b=3"))}).code, 0);
+}
+
+TEST_F(VerifiedLibrary, ABlockBehindADamagedNameIsGoodAndNotLost) {
+  MakeLibrary();
+  std::string bytes = Bytes(File());
+  auto const header = bytes.rfind("#q 01 ", bytes.find("Value = 4242.5"));
+  bytes[bytes.find('\n', header) + 1] ^= 1;
+  SetBytes(File(), bytes);
+  auto const told = Verify();
+  EXPECT_EQ(told.code, 1);
+  EXPECT_NE(told.out.find("its name there is damaged, the block itself is good"), std::string::npos) << told.out;
+  EXPECT_EQ(told.out.find("lost"), std::string::npos) << told.out;
+}
+
 TEST_F(VerifiedLibrary, EveryFlippedBitBeforeTheLastCommitIsToldAndNoDamagedBlockIsShown) {
   MakeLibrary();
   std::string const whole = Bytes(File());
@@ -111,6 +152,8 @@ TEST_F(VerifiedLibrary, CutAnywhereItIsAnEarlierStateOrToldToBeNone) {
     EXPECT_LE(told.code, 4) << length;
     if (told.code == 0) {
       EXPECT_NE(told.out.find("don't count"), std::string::npos) << length << ": " << told.out;
+      EXPECT_NE(told.out.find("or the file was cut"), std::string::npos) << length << ": " << told.out;
+      EXPECT_NE(told.out.find(": fine up to its last commit (committed)"), std::string::npos) << told.out;
     }
   }
 }
@@ -121,7 +164,10 @@ TEST_F(VerifiedLibrary, APrivateFileCutAnywhereIsAPrefixAndFine) {
   std::string const whole = Bytes(Twin());
   for (std::size_t length = io::kFileHeaderSize; length < whole.size(); length += 5) {
     SetBytes(Twin(), whole.substr(0, length));
-    EXPECT_EQ(Verify().code, 0) << length;
+    auto const told = Verify();
+    EXPECT_EQ(told.code, 0) << length;
+    bool const hasTail = told.out.find("don't count") != std::string::npos;
+    EXPECT_EQ(told.out.find("fine up to its last save") != std::string::npos, hasTail) << told.out;
   }
 }
 
@@ -180,8 +226,9 @@ TEST_F(VerifiedLibrary, WhatIsNoLibraryHasACodeOfItsOwnAndALineWithARemedy) {
   };
   EXPECT_EQ(Verify().code, 3);
   EXPECT_TRUE(Verify().Notes("there is no such file; check the path"));
-  for (Case const & each : {Case{"", 4, "is empty"}, Case{"#qs", 4, "is empty"},
-                            Case{"not one of ours, whatever it may be", 4, "is no block library"}}) {
+  for (Case const & each :
+       {Case{"", 4, "is empty"}, Case{"#qs", 4, "holds no whole header: cut off, or nothing was stored yet"},
+        Case{"not one of ours, whatever it may be", 4, "is no block library"}}) {
     SetBytes(File(), each.content);
     EXPECT_EQ(Verify().code, each.code) << each.content;
     EXPECT_TRUE(Verify().Notes(each.line)) << each.content;
