@@ -52,7 +52,9 @@ void Session::CheckSourceUnchanged() const { CheckUnchanged(m_project->GetSource
 bool Session::HasUnsavedChanges() const { return m_hasAutosave || HasUnsavedResults(); }
 
 bool Session::HasUnsavedResults() const {
-  return m_manager && m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().HasUnsavedChanges();
+  // To ask about a variation gives it an ID, which a reader never writes.
+  return !IsReadOnly() && m_manager &&
+         m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().HasUnsavedChanges();
 }
 
 void Session::NoteAsWritten() { m_lastWritten = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave); }
