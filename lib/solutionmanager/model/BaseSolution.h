@@ -116,6 +116,9 @@ public:
   /// The variation at (text, version), made without its data when it is not there: how a library's key list turns into
   /// variations.
   BaseSolutionVariation * EnsureVariation(AString const & variation, long version);
+  /// Gives the variations of the texts (former, new) other objects under their new texts, in one walk; the library's
+  /// names must have been changed before, as the data is read under the new ones.
+  void RenameVariations(std::map<AString, AString> const & texts);
   BaseSolutionVariation * GetBestVariation(AString const & variation, bool includeDeleted) const;
   BaseSolutionVariation * GetBaseSolutionVariation(AString const & variation, long version) const;
   BaseSolutionVariation * GetBaseSolutionVariation(SolutionVariationKey const & key) const;
@@ -132,6 +135,7 @@ private:
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);
   bool HasDataForCurrentState() const;
+  VariationMap::iterator SetAside(VariationMap::iterator at);
   std::pair<VariationMap::iterator, bool> Enter(BaseSolutionVariation * variation);
   io::CBlock StatesBlock() const;
 

@@ -290,6 +290,36 @@ void BaseSolution::AddSolutionVariation(BaseSolutionVariation * variation) {
     Enter(variation);
 }
 
+// To the deleted variations, without its data.
+BaseSolution::VariationMap::iterator BaseSolution::SetAside(VariationMap::iterator at) {
+  BaseSolutionVariation * const entry = at->second;
+  // An object that a former deletion left under this index can't come back any more.
+  auto const [place, isNew] = m_DeletedVariationMap.emplace(at->first, entry);
+  if (!isNew) {
+    delete place->second;
+    place->second = entry;
+  }
+  entry->ClearInstanceMemoryData();
+  if (m_StatesJournal)
+    m_StatesJournal->Removed(*at);
+  return m_VariationMap.erase(at);
+}
+
+void BaseSolution::RenameVariations(std::map<AString, AString> const & texts) {
+  std::vector<std::pair<AString, long>> arriving;
+  for (auto at = m_VariationMap.begin(); at != m_VariationMap.end();) {
+    auto const text = texts.find(at->first.GetVariation());
+    if (text == texts.end()) {
+      ++at;
+      continue;
+    }
+    arriving.emplace_back(text->second, at->first.GetVersionID());
+    at = SetAside(at);
+  }
+  for (auto const & [text, version] : arriving)
+    EnsureVariation(text, version);
+}
+
 void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroCommand *) {
   std::set<AString> packedKeys;
   for (auto at = m_VariationMap.begin(); at != m_VariationMap.end();) {
@@ -299,16 +329,7 @@ void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroComm
     }
     BaseSolutionVariation * const entry = at->second;
     packedKeys.insert(entry->GetSolutionVariationKey().Pack());
-    // An object that a former deletion left under this index can't come back any more.
-    auto const [place, isNew] = m_DeletedVariationMap.emplace(at->first, entry);
-    if (!isNew) {
-      delete place->second;
-      place->second = entry;
-    }
-    entry->ClearInstanceMemoryData();
-    if (m_StatesJournal)
-      m_StatesJournal->Removed(*at);
-    at = m_VariationMap.erase(at);
+    at = SetAside(at);
   }
   GetSolutionMgr()->DeleteOldBlocks(packedKeys);
   io::CBlock block(GetBlockDefinitionName());
