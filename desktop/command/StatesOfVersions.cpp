@@ -35,12 +35,21 @@ void RewriteStates(BaseSolution const & solution, long version) {
   manager.SaveSingleBlock(block);
 }
 
+void WritePresent(BaseSolution const & solution) {
+  io::CBlock block(solution.GetBlockDefinitionName());
+  if (solution.WriteDefinitionBlock(block))
+    solution.GetSolutionMgr()->SaveSingleBlock(block);
+}
+
 } // namespace
 
 void RewriteStates(BaseSolution const & solution, std::vector<long> const & versions) {
-  for (long const version : versions)
-    if (version != solution.GetVersionID())
+  for (long const version : versions) {
+    if (version == solution.GetVersionID())
+      WritePresent(solution);
+    else
       RewriteStates(solution, version);
+  }
 }
 
 } // namespace desktop

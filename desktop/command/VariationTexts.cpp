@@ -59,15 +59,14 @@ void VariationTexts::Exchange() {
   for (auto const & [text, other] : renamed)
     arriving.push_back(other);
   m_manager.IssueVariationIDs(arriving);
+  std::set<BaseSolution *> solutions;
   for (auto const & [text, other] : renamed) {
     m_manager.GetSolutionFileManager().VariationKeyChanged(text, other);
-    for (auto const & [solution, versions] : texts[text]) {
-      // Its blocks bear the other name by now, so none of them goes.
-      solution->DeleteSolutionVariation(text, nullptr);
-      for (long const version : versions)
-        solution->EnsureVariation(other, version);
-    }
+    for (auto const & [solution, versions] : texts.at(text))
+      solutions.insert(solution);
   }
+  for (BaseSolution * const solution : solutions)
+    solution->RenameVariations(renamed);
   RewriteChangedStates(texts, renamed);
   m_untouched = std::move(untouched);
   std::swap(m_next, m_other);

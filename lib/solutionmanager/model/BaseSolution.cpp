@@ -65,13 +65,6 @@ long BaseSolution::GetID() const {
   return m_ID;
 }
 
-// One that a former deletion left under the index stays alive: somebody may hold it.
-void BaseSolution::EnterDeleted(VariationMap::value_type const & entry) {
-  if (!m_DisplacedVariations)
-    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
-  m_DisplacedVariations->Enter(m_DeletedVariationMap, entry.first, entry.second);
-}
-
 BaseSolutionManager const * BaseSolution::GetSolutionMgr() const { return m_Setup->GetBaseSolutionMgr(); }
 
 ISimulationSetup const * BaseSolution::GetISimulationSetup() const { return m_Setup; }

@@ -120,6 +120,9 @@ public:
   /// The variation at (text, version), made without its data when it is not there: how a library's key list turns into
   /// variations.
   BaseSolutionVariation * EnsureVariation(AString const & variation, long version);
+  /// Gives the variations of the texts (former, new) other objects under their new texts, in one walk; the library's
+  /// names must have been changed before, as the data is read under the new ones.
+  void RenameVariations(std::map<AString, AString> const & texts);
   BaseSolutionVariation * GetBestVariation(AString const & variation, bool includeDeleted) const;
   BaseSolutionVariation * GetBaseSolutionVariation(AString const & variation, long version) const;
   BaseSolutionVariation * GetBaseSolutionVariation(SolutionVariationKey const & key) const;
@@ -136,7 +139,7 @@ private:
   SolutionVariationKey KeyOf(AString const & variation, long version) const;
   void CopyDefinition(long fromVersion, long toVersion, bool makeDefault);
   bool HasDataForCurrentState() const;
-  void EnterDeleted(VariationMap::value_type const & entry);
+  VariationMap::iterator SetAside(VariationMap::const_iterator at);
   std::pair<VariationMap::iterator, bool> Enter(BaseSolutionVariation * variation);
   template <class Take> void ForEachAvailable(long version, Take take) const;
   io::CBlock StatesBlock() const;

@@ -11,6 +11,7 @@
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/model/StatesJournal.h"
 #include "solutionmanager/model/VariationRuns.h"
+#include "solutionmanager/undo/Graveyard.h"
 
 #include <algorithm>
 #include <set>
@@ -262,17 +263,40 @@ void BaseSolution::AddSolutionVariation(BaseSolutionVariation * variation) {
     Enter(variation);
 }
 
+// To the deleted variations, without its data.
+BaseSolution::VariationMap::iterator BaseSolution::SetAside(VariationMap::const_iterator at) {
+  // One that a former deletion left under the index stays alive: somebody may hold it.
+  if (!m_DisplacedVariations)
+    m_DisplacedVariations = undo::GraveyardOf(&m_DeletedVariationMap);
+  m_DisplacedVariations->Enter(m_DeletedVariationMap, at->first, at->second);
+  at->second->ClearInstanceMemoryData();
+  if (m_StatesJournal)
+    m_StatesJournal->Removed(*at);
+  m_Runs->Leaves(at);
+  return m_VariationMap.erase(at);
+}
+
+void BaseSolution::RenameVariations(std::map<AString, AString> const & texts) {
+  std::vector<std::pair<AString, long>> arriving;
+  for (auto at = m_VariationMap.begin(); at != m_VariationMap.end();) {
+    auto const text = texts.find(at->first.GetVariation());
+    if (text == texts.end()) {
+      ++at;
+      continue;
+    }
+    arriving.emplace_back(text->second, at->first.GetVersionID());
+    at = SetAside(at);
+  }
+  for (auto const & [text, version] : arriving)
+    EnsureVariation(text, version);
+}
+
 void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroCommand *) {
   std::set<AString> packedKeys;
   for (auto const at : m_Runs->WithText(variation)) {
     BaseSolutionVariation * const entry = at->second;
     packedKeys.insert(entry->GetSolutionVariationKey().Pack());
-    EnterDeleted(*at);
-    entry->ClearInstanceMemoryData();
-    if (m_StatesJournal)
-      m_StatesJournal->Removed(*at);
-    m_Runs->Leaves(at);
-    m_VariationMap.erase(at);
+    SetAside(at);
   }
   GetSolutionMgr()->DeleteOldBlocks(packedKeys);
   io::CBlock block(GetBlockDefinitionName());

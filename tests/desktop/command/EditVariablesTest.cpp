@@ -94,3 +94,12 @@ TEST_F(EditVariables, ARenameReachesDataOfOlderVersions) {
   Editor().EditSetup(L"Sweep", L"");
   EXPECT_EQ(ValueOf(*m_session, L"Cap=1; L=2"), 5);
 }
+
+TEST_F(EditVariables, ARenameThatIsNotSavedLeavesNoFormerVariationToTheNextSession) {
+  Solve(*m_session, L"C=1; L=2", 5);
+  m_session->Save();
+  Editor().RenameVariable(L"C", L"Cap");
+  AString const renamed = StateOf(*m_session);
+  Reopen();
+  EXPECT_EQ(StateOf(*m_session), renamed);
+}
