@@ -175,7 +175,7 @@ LibIOReturn SaveGroup(LibraryState & state, std::span<io::CBlock const * const> 
   if (result == kSuccess)
     IndexNowAndThen(*state.privateLog);
   else
-    NoteFailed(state, blocks, !group.CannotBeEncoded() && state.status == kSuccess);
+    NoteFailed(state, blocks, !group.CannotBeEncoded() && state.status == kSuccess && !state.isReadOnly);
   return result;
 }
 
