@@ -42,7 +42,7 @@ AdaptiveSweep::AdaptiveSweep(std::vector<double> const & frequencies, SweepMetho
 
 SweepResult AdaptiveSweep::Run(OnPass const & onPass) {
   std::vector<std::size_t> points = SpreadPoints(std::min(FIRST_POINTS, Budget()), m_Frequencies.size());
-  while (!points.empty() && !m_Result.isConverged) {
+  while (!points.empty() && !m_Result.isConverged && m_Result.last.number < SweepMethod::MOST_PASSES) {
     m_Change = 0;
     Solve(points);
     Fit();

@@ -14,6 +14,7 @@ struct SweepMethod {
   static constexpr double DEFAULT_TARGET = 1e-5;
   static constexpr int DEFAULT_PASSES = 2;
   static constexpr int MOST_PASSES_IN_A_ROW = 100;
+  static constexpr int MOST_PASSES = 100;
   static constexpr std::size_t FEWEST_POINTS = 4;
 
   bool isAdaptive = false;
