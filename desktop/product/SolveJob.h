@@ -1,7 +1,10 @@
 #pragma once
 
 #include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
 #include "basekit/text/AString.h"
+
+class CProfileUpdate;
 
 namespace desktop {
 
@@ -21,6 +24,13 @@ public:
   virtual ~IJobProgress() = default;
   /// 0 to 1, and what is being done.
   virtual void Report(double fraction, AString const & text) = 0;
+  /// A pass of an adaptive solve is done: a function item "c" whose values are named by the tokens of the setup's
+  /// convergence columns.  The index is that of the setup's record, -1 where it has one set.
+  virtual void ReportPass(io::CBlock_ptr<io::CBlock_func> const & row, int index) = 0;
+  /// Whether the target is met by now, and by how many passes in a row.
+  virtual void ReportConvergence(bool isConverged, AString const & consecutivePasses, int index) = 0;
+  /// What a part of the solve cost.  A group that was started is open until it is stopped; one at a time for an index.
+  virtual void ReportProfile(CProfileUpdate const & update, int index) = 0;
 };
 
 /// Solves jobs, one after another, in a worker process; may keep what it read for the next job.

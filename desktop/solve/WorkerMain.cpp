@@ -93,6 +93,9 @@ public:
     // Progress that does not fit into a message is not worth failing for.
     (void)m_connection.Send(message.Write());
   }
+  void ReportPass(io::CBlock_ptr<io::CBlock_func> const &, int) override {}
+  void ReportConvergence(bool, AString const &, int) override {}
+  void ReportProfile(CProfileUpdate const &, int) override {}
 
 private:
   Connection & m_connection;

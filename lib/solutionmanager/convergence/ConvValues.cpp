@@ -18,13 +18,13 @@ ConvValue * Copy(ConvValue const & value) {
   ConvDef const & def = *value.GetDef();
   ConvValue * copy = nullptr;
   switch (def.GetType()) {
-  case ConvDef::kIntConvDef:
+  case ConvDef::IntConvDef:
     copy = CopyAs<IntConvValue>(value);
     break;
-  case ConvDef::kDoubleConvDef:
+  case ConvDef::DoubleConvDef:
     copy = CopyAs<DoubleConvValue>(value);
     break;
-  case ConvDef::kStringConvDef:
+  case ConvDef::StringConvDef:
     copy = CopyAs<StringConvValue>(value);
     break;
   }
@@ -68,4 +68,12 @@ void ConvValues::CopyFrom(ConvValues const & other) {
   m_values.reserve(m_values.size() + count);
   for (std::size_t i = 0; i < count; ++i)
     m_values.push_back(Copy(*other.m_values[i]));
+}
+
+void ConvValues::CopyFrom(ConvValues const & other, ConvDef const & column) {
+  std::size_t const first = m_values.size();
+  CopyFrom(other);
+  for (std::size_t i = first; i < m_values.size(); ++i)
+    if (m_values[i]->GetDef()->GetType() == column.GetType())
+      m_values[i]->SetDef(&column);
 }

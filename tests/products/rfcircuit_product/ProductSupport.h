@@ -1,5 +1,6 @@
 #pragma once
 
+#include "basekit/profile/CProfileUpdate.h"
 #include "desktop/product/SolveJob.h"
 #include "desktop/product/SourceDescription.h"
 #include "products/rfcircuit/product/NetworkData.h"
@@ -26,6 +27,12 @@ desktop::SolveJob JobFor(std::filesystem::path const & file, AString const & var
 class Progress : public desktop::IJobProgress {
 public:
   void Report(double fraction, AString const & text) override;
+  void ReportPass(io::CBlock_ptr<io::CBlock_func> const & row, int) override { passes.push_back(row); }
+  void ReportConvergence(bool converged, AString const &, int) override { isConverged = converged; }
+  void ReportProfile(CProfileUpdate const & update, int) override { updates.push_back(update); }
+  std::vector<io::CBlock_ptr<io::CBlock_func>> passes;
+  std::vector<CProfileUpdate> updates;
+  bool isConverged = false;
   std::vector<double> fractions;
   std::vector<AString> texts;
 };
