@@ -103,7 +103,7 @@ private:
 RequestedPoints RequestStudy(Session & session, std::vector<BaseSimulationSetup *> const & setups, Study const & study,
                              SolveQueue * anew) {
   if (!setups.empty() && study.Size() > kMostStudyPoints / setups.size())
-    throw Error(ErrorKind::kUsage, L"--vary: asks for more than 10000000 points in all setups together; "
+    throw Error(ErrorKind::kUsage, L"the study asks for more than 10000000 points in all setups together; "
                                    L"choose one with --setup, or take larger steps");
   return Requester(session, setups, study, anew).RequestAll();
 }
