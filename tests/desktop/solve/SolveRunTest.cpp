@@ -45,7 +45,10 @@ public:
     fractions.push_back(fraction);
     EXPECT_EQ(text, L"factoring");
   }
-  void Failed(int number, AString const & error) override { EXPECT_TRUE(errors.emplace(number, error).second); }
+  void Failed(int number, AString const & error, JobCost const & cost) override {
+    EXPECT_GE(cost.seconds, 0.0);
+    EXPECT_TRUE(errors.emplace(number, error).second);
+  }
   void Store(std::vector<SolvedPoint> const & points) override {
     if (refusesToStore)
       throw Error(ErrorKind::kStorage, L"the disk is full");
@@ -58,7 +61,7 @@ public:
       for (double value = 0; values.QueryUnamedValues(place, value);)
         numbers.push_back(value);
       EXPECT_TRUE(stored.emplace(point.number, numbers).second);
-      seconds += point.seconds;
+      seconds += point.cost.seconds;
     }
   }
 
