@@ -36,8 +36,9 @@ void CBaseConvergenceData::FillColumn(ConvDef const & def, Columns const & old, 
   ConvValues & column = mData[&def];
   column.ClearData(0);
   auto const sameName = old.find(FindDef(def.GetName()));
+  // The values go under the new column's token, or they would be written where a reader of the new list does not look.
   if (sameName != old.end())
-    return column.CopyFrom(sameName->second);
+    return column.CopyFrom(sameName->second, def);
   for (int pass = 0; pass < passes; ++pass)
     column.AddValue(def.CreateValue(&def));
 }

@@ -26,6 +26,8 @@ public:
   virtual bool IsValid() const = 0;
 
   ConvDef const * GetDef() const { return m_def; }
+  /// Moves the value to another column of the same type.
+  void SetDef(ConvDef const * def) { m_def = def; }
 
 protected:
   explicit ConvValue(ConvDef const * def) : m_def(def) {}

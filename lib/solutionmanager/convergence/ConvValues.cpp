@@ -69,3 +69,11 @@ void ConvValues::CopyFrom(ConvValues const & other) {
   for (std::size_t i = 0; i < count; ++i)
     m_values.push_back(Copy(*other.m_values[i]));
 }
+
+void ConvValues::CopyFrom(ConvValues const & other, ConvDef const & column) {
+  std::size_t const first = m_values.size();
+  CopyFrom(other);
+  for (std::size_t i = first; i < m_values.size(); ++i)
+    if (m_values[i]->GetDef()->GetType() == column.GetType())
+      m_values[i]->SetDef(&column);
+}

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+class ConvDef;
 class ConvValue;
 
 /// A row or a column of convergence values, which it owns.
@@ -33,6 +34,8 @@ public:
   bool GetValues(std::vector<double> & numbers) const;
   /// Appends copies of the other's values.
   void CopyFrom(ConvValues const & other);
+  /// The same, the copies belonging to the column where its type is theirs.
+  void CopyFrom(ConvValues const & other, ConvDef const & column);
 
 private:
   std::vector<ConvValue *> m_values;

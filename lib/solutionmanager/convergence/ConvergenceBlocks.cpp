@@ -9,6 +9,8 @@
 #include "solutionmanager/convergence/ConvValue.h"
 #include "solutionmanager/convergence/SetupConvDef.h"
 
+#include <algorithm>
+
 namespace {
 
 wchar_t const * const kSetupName = L"ConvSetupName";
@@ -88,7 +90,11 @@ bool CBaseConvergenceData::Write(io::CBlock & block) const {
 }
 
 void CBaseConvergenceData::WritePasses(io::CBlock & block) const {
-  int const passes = mData.empty() ? 0 : mData.begin()->second.size();
+  // Columns are of one length unless a row did not fit the list.  Then the longest counts: which column comes first is
+  // chance, and no pass may be lost by it.
+  int passes = 0;
+  for (auto const & item : mData)
+    passes = std::max(passes, item.second.size());
   for (int pass = 0; pass < passes; ++pass) {
     io::CBlockFuncPtr func(kPass);
     for (auto const & item : mData)

@@ -73,6 +73,7 @@ void BaseSimulationSetup::ShareContentsOf(BaseSimulationSetup const & source) {
   m_SweepDefs = source.m_SweepDefs;
   m_ConvergenceData = source.m_ConvergenceData;
   m_ProfileData = source.m_ProfileData;
+  source.m_IsCopied = true;
   for (auto const * const map : {&m_BaseSolutionMap, &m_DeletedSolutionMap})
     for (auto const & [id, solution] : *map)
       m_Shared.insert(solution);

@@ -157,6 +157,9 @@ public:
                              int index);
   long GetLastGroupID(AString const & variation, long version, int index) const;
   void ProfileUpdate(AString const & variation, long version, CProfileUpdate const & update, int index, long * group);
+  /// Lets go of both records of a solve, which the caller has written; they are read again on demand.  Pointers to
+  /// them end here, and AnyConvData does not see what was let go.
+  void ForgetRecords(AString const & variation, long version);
 
 private:
   friend class BaseSolutionManager;
@@ -165,6 +168,10 @@ private:
   undo::Graveyard<SolutionMap> & DisplacedSolutions();
   template <class Map> void Retire(Map const & map);
   template <class Map> void DeleteOwned(Map & map);
+  template <class Map> void Forget(Map & records, VariationIDIndex const & index);
+  /// A version of id::invalidID means the setup's current one.
+  VariationIDIndex RecordIndex(AString const & variation, long version) const;
+  AString ProfileBlockName(VariationIDIndex const & index) const;
   std::vector<long> SolutionsToSolve(AString const & variation, std::vector<long> const & solutionIDs) const;
   io::ReadError ReadSolutionOfDesignFile(io::CBlock const & solutionBlock, std::set<long> & alreadyRead);
   void EnterSolutionRead(BaseSolution * solution);
@@ -185,6 +192,8 @@ private:
   std::set<void const *> m_Shared;
   /// What was this setup's own when it was assigned to; dies with it.
   std::vector<std::shared_ptr<void>> m_Retired;
+  /// Whether a copy may still point at the records of this setup; what is let go of is then kept until it dies.
+  mutable bool m_IsCopied = false;
   /// Sweep definitions that a copy holds; given up with the copy.
   std::vector<SweepDefinition *> m_HeldSweeps;
   /// Deleted solutions whose place in the deleted map another one took.  Made on first use.

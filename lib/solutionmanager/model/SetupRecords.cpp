@@ -1,103 +1,29 @@
-// Convergence and profile records of a setup.  They come with the records of solves; until then each operation says so.
+// How a setup finds its records of solves, and how it lets go of them.
 
-#include "basekit/diag/Assert.h"
-#include "basekit/value/VariableValues.h"
+#include "basekit/profile/CProfileData.h"
 #include "solutionmanager/convergence/ConvergenceData.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
-#include "solutionmanager/model/BaseSolutionManager.h"
 
-AString BaseSimulationSetup::GetConvBlockName(AString const & variation, long version) const {
-  // A version of id::invalidID stays in the key; callers that mean the current version resolve it first.
-  return SolutionVariationKey(GetID(), variation, SolutionVariationKey::kConvDataKey, version).Pack();
+VariationIDIndex BaseSimulationSetup::RecordIndex(AString const & variation, long version) const {
+  return {variation, version == id::invalidID ? GetVersionID() : version, m_SolutionMgr};
 }
 
-ConvergenceData * BaseSimulationSetup::GetConvData(AString const &, long, int) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+template <class Map> void BaseSimulationSetup::Forget(Map & records, VariationIDIndex const & index) {
+  auto const at = records.find(index);
+  if (at == records.end())
+    return;
+  std::unique_ptr<std::remove_pointer_t<typename Map::mapped_type>> record(at->second);
+  records.erase(at);
+  if (m_Shared.count(record.get()))
+    static_cast<void>(record.release()); // another setup's, or retired already
+  else if (m_IsCopied)
+    m_Retired.emplace_back(std::move(record));
 }
 
-CProfileData const * BaseSimulationSetup::GetProfileData(AString const &, long) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+void BaseSimulationSetup::ForgetRecords(AString const & variation, long version) {
+  if (m_ConvergenceData.empty() && m_ProfileData.empty())
+    return;
+  VariationIDIndex const index = RecordIndex(variation, version);
+  Forget(m_ConvergenceData, index);
+  Forget(m_ProfileData, index);
 }
-
-io::ReadError BaseSimulationSetup::ReadProfileDataBlock(AString const &, long) {
-  KVRO_ASSERT(!"Not available yet");
-  return io::kNotFound;
-}
-
-ConvergenceData * BaseSimulationSetup::SetupConvData(AString const &, long, int) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSimulationSetup::AddConvValues(AString const &, long, ConvValues *, int) { KVRO_ASSERT(!"Not available yet"); }
-
-void BaseSimulationSetup::CreateConvData(AString const &, long, SetupConvDef const *, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSimulationSetup::InitConvData(AString const &, long, AString const &, AString const &, AString const &,
-                                       AString const &, AString const &, AString const &, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSimulationSetup::ClearConvValues(AString const &, long, int) { KVRO_ASSERT(!"Not available yet"); }
-
-bool BaseSimulationSetup::AnyConvData(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-io::ReadError BaseSimulationSetup::ReadConvergenceDataBlock(AString const &, long) {
-  KVRO_ASSERT(!"Not available yet");
-  return io::kNotFound;
-}
-
-bool BaseSimulationSetup::WriteConvergenceDataBlock(AString const &, long) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-CProfileData * BaseSimulationSetup::GetProfileDataForEdit(AString const &, long) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSimulationSetup::WriteProfileDataBlock(AString const &, long) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-long BaseSimulationSetup::AddProfileGroup(AString const &, long, int) {
-  KVRO_ASSERT(!"Not available yet");
-  return id::invalidID;
-}
-
-long BaseSimulationSetup::StartProfileGroup(AString const &, long, CProfileUpdate const &, int) {
-  KVRO_ASSERT(!"Not available yet");
-  return id::invalidID;
-}
-
-void BaseSimulationSetup::StopProfileGroup(long, AString const &, long, CProfileUpdate const &, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSimulationSetup::AddProfileTask(AString const &, long, CProfileUpdate const &, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSimulationSetup::AddProfileTaskToGroup(long, AString const &, long, CProfileUpdate const &, int) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-long BaseSimulationSetup::GetLastGroupID(AString const &, long, int) const {
-  KVRO_ASSERT(!"Not available yet");
-  return id::invalidID;
-}
-
-void BaseSimulationSetup::ProfileUpdate(AString const &, long, CProfileUpdate const &, int, long *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSimulationSetup::UpdateConvData(AString const &, ConvergenceData *, int) const {}
