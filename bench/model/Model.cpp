@@ -5,6 +5,8 @@
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/text/Utf8.h"
 #include "bench/support/Measure.h"
+#include "solutionmanager/convergence/ConvDef.h"
+#include "solutionmanager/convergence/SetupConvDef.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -66,6 +68,10 @@ Model::Model(std::string const & folder, std::size_t n, DataPlace place)
   m_solution = new MeasuredSolution(*setup, place);
   m_solution->SetSolutionName(L"Sweep");
   setup->AddSolution(m_solution, nullptr);
+  m_columns = new SetupConvDef(L"Adaptive");
+  m_columns->AddDef(new DoubleConvDef(L"Pass", L"n", false));
+  m_columns->AddDef(new DoubleConvDef(L"Delta", L"d", true));
+  m_manager->AddSetupConvDef(m_columns);
 
   auto const heapBefore = HeapInUse();
   m_texts.reserve(n);

@@ -9,6 +9,7 @@
 
 class BaseSolution;
 class BaseSolutionManager;
+class SetupConvDef;
 
 namespace bench {
 
@@ -23,6 +24,8 @@ public:
 
   BaseSolutionManager & Manager() { return *m_manager; }
   BaseSolution & Solution() { return *m_solution; }
+  /// What a solve tells of each pass: two numbers.
+  SetupConvDef const & Columns() const { return *m_columns; }
   std::vector<AString> const & Texts() const { return m_texts; }
   /// The version at which all variations were solved.
   long SolvedVersion() const { return m_solvedVersion; }
@@ -40,6 +43,7 @@ private:
   PlainDesign m_design;
   std::unique_ptr<BaseSolutionManager> m_manager;
   BaseSolution * m_solution = nullptr;
+  SetupConvDef * m_columns = nullptr;
   std::vector<AString> m_texts;
   long m_solvedVersion = 0;
   std::size_t m_bytesPerVariation = 0;

@@ -1,8 +1,14 @@
 #include "bench/model/Operations.h"
 
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/profile/CProfileUpdate.h"
 #include "bench/support/Measure.h"
 #include "solutionmanager/address/VariationIDIndex.h"
+#include "solutionmanager/convergence/ConvDef.h"
+#include "solutionmanager/convergence/ConvValue.h"
+#include "solutionmanager/convergence/ConvergenceData.h"
+#include "solutionmanager/convergence/SetupConvDef.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
@@ -95,6 +101,45 @@ void AddChanges(std::vector<Operation> & operations, Model & model) {
                         1, true});
 }
 
+constexpr int kPasses = 8;
+
+/// What a solve leaves beside its data, under a version of its own each time: passes, costs, both written, then let go.
+void RecordSolve(BaseSimulationSetup & setup, SetupConvDef const & list, AString const & variation, long version) {
+  int const set = ConvergenceData::kSingleSet;
+  setup.CreateConvData(variation, version, &list, set);
+  setup.InitConvData(variation, version, L"8", L"0.01", L"Delta", L"Pass", L"2", L"Passes", set);
+  for (int pass = 1; pass <= kPasses; ++pass) {
+    ConvValues row;
+    for (ConvDef const * def : list)
+      row.AddValue(new DoubleConvValue(def, 1.0 / pass));
+    setup.AddConvValues(variation, version, &row, set);
+  }
+  setup.WriteConvergenceDataBlock(variation, version);
+  CProfileTask const task(L"Solve", L"8 passes");
+  for (int const kind : {CProfileUpdate::kStartGroup, CProfileUpdate::kTask, CProfileUpdate::kStopGroup})
+    setup.ProfileUpdate(variation, version, CProfileUpdate(kind, task, L"done"), set, nullptr);
+  Require(setup.WriteProfileDataBlock(variation, version), "the library can't be written");
+  setup.ForgetRecords(variation, version);
+}
+
+void AddRecords(std::vector<Operation> & operations, Model & model) {
+  auto & setup = const_cast<BaseSimulationSetup &>(model.Solution().GetBaseSimulationSetup());
+  auto const & texts = model.Texts();
+  static long s_version = 1000000000;
+  operations.push_back(
+      {"record_solve", [&](std::size_t i) { RecordSolve(setup, model.Columns(), texts[i], ++s_version); }, 1, true});
+  operations.push_back({"record_absent", [&](std::size_t i) { Use(setup.GetProfileData(texts[i], -1)); }});
+  RecordSolve(setup, model.Columns(), texts[0], s_version);
+  operations.push_back({"record_read",
+                        [&, at = s_version](std::size_t) {
+                          Require(setup.GetConvData(texts[0], at, ConvergenceData::kSingleSet) &&
+                                      setup.GetProfileData(texts[0], at),
+                                  "a record is lost");
+                          setup.ForgetRecords(texts[0], at);
+                        },
+                        1, true});
+}
+
 } // namespace
 
 std::vector<Operation> AllOperations(Model & model) {
@@ -103,6 +148,7 @@ std::vector<Operation> AllOperations(Model & model) {
   AddLookUps(operations, model);
   AddWholeQuestions(operations, model);
   AddChanges(operations, model);
+  AddRecords(operations, model);
   return operations;
 }
 

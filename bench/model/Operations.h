@@ -19,7 +19,8 @@ struct Operation {
   bool isLong = false;
 };
 
-/// All operations that leave the model as it was but for new variation IDs and versions.
+/// All operations that leave the model as it was but for new variation IDs, versions and
+/// records of solves in the library.
 std::vector<Operation> AllOperations(Model & model);
 
 } // namespace bench

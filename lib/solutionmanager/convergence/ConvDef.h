@@ -9,7 +9,8 @@ class ConvValue;
 /// they live as long as any record that refers to them.
 class ConvDef {
 public:
-  enum ConvDefType : int { kIntConvDef = 1, kDoubleConvDef = 2, kStringConvDef = 3 };
+  /// The values bear the names of the classes.
+  enum ConvDefType : int { IntConvDef = 1, DoubleConvDef = 2, StringConvDef = 3 };
 
   /// A new value, invalid at first, of the column that is given.
   virtual ConvValue * CreateValue(ConvDef const * def) const = 0;
@@ -49,7 +50,7 @@ class IntConvDef : public ConvDef {
 public:
   IntConvDef(AString const & name, AString const & token, bool canPlot) : ConvDef(name, token, canPlot) {}
   ConvValue * CreateValue(ConvDef const * def) const override;
-  ConvDefType GetType() const override { return kIntConvDef; }
+  ConvDefType GetType() const override { return ConvDef::IntConvDef; }
 };
 
 /// A column of numbers.
@@ -57,7 +58,7 @@ class DoubleConvDef : public ConvDef {
 public:
   DoubleConvDef(AString const & name, AString const & token, bool canPlot) : ConvDef(name, token, canPlot) {}
   ConvValue * CreateValue(ConvDef const * def) const override;
-  ConvDefType GetType() const override { return kDoubleConvDef; }
+  ConvDefType GetType() const override { return ConvDef::DoubleConvDef; }
 };
 
 /// A column of texts.
@@ -65,5 +66,5 @@ class StringConvDef : public ConvDef {
 public:
   StringConvDef(AString const & name, AString const & token, bool canPlot) : ConvDef(name, token, canPlot) {}
   ConvValue * CreateValue(ConvDef const * def) const override;
-  ConvDefType GetType() const override { return kStringConvDef; }
+  ConvDefType GetType() const override { return ConvDef::StringConvDef; }
 };

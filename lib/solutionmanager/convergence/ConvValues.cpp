@@ -18,13 +18,13 @@ ConvValue * Copy(ConvValue const & value) {
   ConvDef const & def = *value.GetDef();
   ConvValue * copy = nullptr;
   switch (def.GetType()) {
-  case ConvDef::kIntConvDef:
+  case ConvDef::IntConvDef:
     copy = CopyAs<IntConvValue>(value);
     break;
-  case ConvDef::kDoubleConvDef:
+  case ConvDef::DoubleConvDef:
     copy = CopyAs<DoubleConvValue>(value);
     break;
-  case ConvDef::kStringConvDef:
+  case ConvDef::StringConvDef:
     copy = CopyAs<StringConvValue>(value);
     break;
   }

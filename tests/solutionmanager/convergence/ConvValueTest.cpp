@@ -31,6 +31,9 @@ TEST(ConvDef, TypesAreNumberedAndMakeInvalidValuesOfTheirOwnKind) {
   EXPECT_EQ(passes.GetType(), 1);
   EXPECT_EQ(delta.GetType(), 2);
   EXPECT_EQ(remark.GetType(), 3);
+  EXPECT_EQ(ConvDef::IntConvDef, 1);
+  EXPECT_EQ(ConvDef::DoubleConvDef, 2);
+  EXPECT_EQ(ConvDef::StringConvDef, 3);
   for (ConvDef const * def : {static_cast<ConvDef const *>(&passes), static_cast<ConvDef const *>(&delta),
                               static_cast<ConvDef const *>(&remark)}) {
     std::unique_ptr<ConvValue> const value(def->CreateValue(def));

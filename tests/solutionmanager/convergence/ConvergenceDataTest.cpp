@@ -1,5 +1,6 @@
 #include "solutionmanager/convergence/ConvergenceData.h"
 
+#include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "solutionmanager/convergence/ConvDef.h"
@@ -9,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
 
 using support::AssertWatch;
@@ -35,6 +38,12 @@ protected:
     row.AddValue(new DoubleConvValue(&delta, value));
     data.AddData(&row, index);
     EXPECT_EQ(row.size(), 0) << "the columns own the values now";
+  }
+
+  void AddRowOf(ConvDef const & def, int number) {
+    ConvValues row;
+    row.AddValue(new IntConvValue(&def, number));
+    data.AddData(&row, kSingle);
   }
 
   io::CBlock Written() const {
@@ -206,6 +215,130 @@ TEST_F(ConvergenceDataTest, AnotherListKeepsColumnsOfTheSameNameAndPadsNewOnes) 
   EXPECT_FALSE(data.find(&remark, 0)->second.GetValue(0)->IsValid());
   EXPECT_EQ(data.find(&delta, 0), data.end(0));
   EXPECT_EQ(data.find(&pass, 0), data.end(0));
+}
+
+TEST_F(ConvergenceDataTest, ValuesThatChangedListsAreWrittenUnderTheirNewTokens) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  IntConvDef const newPass(L"Pass", L"k", false);
+  SetupConvDef other(L"Other");
+  other.AddDef(&newPass);
+  data.SetSetupDef(&other, kSingle);
+  AddRowOf(newPass, 2);
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&other, kSingle);
+  read.Read(Written(), nullptr);
+  EXPECT_EQ(read.GetPassData(L"Pass", 1, kSingle), L"1");
+  EXPECT_EQ(read.GetPassData(L"Pass", 2, kSingle), L"2");
+}
+
+TEST_F(ConvergenceDataTest, AColumnThatChangesItsTypeKeepsItsOldValuesAsTheyWere) {
+  Start(kSingle);
+  AddPass(123456789, 0.5, kSingle);
+  DoubleConvDef const real(L"Pass", L"n", false);
+  SetupConvDef other(L"Other");
+  other.AddDef(&real);
+  data.SetSetupDef(&other, kSingle);
+  EXPECT_EQ(data.GetCurrent(L"Pass", kSingle), L"123456789");
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&other, kSingle);
+  read.Read(Written(), nullptr);
+  double number = 0.0;
+  EXPECT_TRUE(read.GetCurrent(L"Pass", number, kSingle));
+  EXPECT_EQ(number, 123456789.0);
+}
+
+TEST_F(ConvergenceDataTest, AListThatIsTakenAwayLeavesNoColumns) {
+  Start(0);
+  AddPass(1, 0.5, 0);
+  data.SetSetupDef(nullptr, 0);
+  EXPECT_TRUE(data.NeedDefinition(0));
+  EXPECT_EQ(data.begin(0), data.end(0));
+  data.SetSetupDef(&setup, 0);
+  EXPECT_EQ(data.GetCurrent(L"Pass", 0), L"N/A");
+}
+
+TEST_F(ConvergenceDataTest, NoPassIsLostWhenColumnsAreOfDifferentLength) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  for (int number : {2, 3}) {
+    AddRowOf(pass, number);
+    AssertWatch::Take();
+  }
+  ConvergenceData read(L"Record");
+  read.SetSetupDef(&setup, kSingle);
+  read.Read(Written(), nullptr);
+  EXPECT_EQ(read.GetCurrent(L"Pass", kSingle), L"3");
+  EXPECT_EQ(read.GetPassData(L"Max delta", 1, kSingle), L"0.5");
+  EXPECT_EQ(read.GetCurrent(L"Max delta", kSingle), L"N/A");
+}
+
+TEST_F(ConvergenceDataTest, NumbersThatAreNoneComeBackAsTheyWere) {
+  for (io::Form const form : {io::Form::Text, io::Form::Binary}) {
+    Start(kSingle);
+    data.ClearData(0, kSingle);
+    AddPass(-2147483647, std::numeric_limits<double>::quiet_NaN(), kSingle);
+    AddPass(0, -std::numeric_limits<double>::infinity(), kSingle);
+    AddPass(2147483647, std::numeric_limits<double>::max(), kSingle);
+    std::string bytes;
+    ASSERT_TRUE(io::EncodeBlock(Written(), form, io::kExactDigits, bytes));
+    io::CBlock block;
+    ASSERT_TRUE(io::DecodeBlock(bytes, form, block));
+    ConvergenceData read(L"Record");
+    read.SetSetupDef(&setup, kSingle);
+    ASSERT_EQ(read.Read(block, nullptr), io::kNoError);
+    double number = 0.0;
+    EXPECT_TRUE(read.GetPassData(L"Max delta", 1, number, kSingle));
+    EXPECT_TRUE(std::isnan(number));
+    EXPECT_TRUE(read.GetPassData(L"Max delta", 2, number, kSingle));
+    EXPECT_EQ(number, -std::numeric_limits<double>::infinity());
+    EXPECT_EQ(read.GetPassData(L"Pass", 1, kSingle), L"-2147483647");
+    EXPECT_EQ(read.GetPassData(L"Pass", 3, kSingle), L"N/A");
+    EXPECT_EQ(read.GetPassData(L"Max delta", 3, kSingle), L"N/A");
+  }
+}
+
+TEST_F(ConvergenceDataTest, ItemsOfTheWrongTypeCountAsMissing) {
+  io::CBlock block;
+  ASSERT_TRUE(io::DecodeBlock("Record {\n ConvSetupName = 7\n IsConverged = \"yes\"\n MaxPasses = 1e300\n"
+                              " MinPasses = 4\n c = 5\n c(1, 2, 3)\n c(n = \"x\", d = true)\n c(n = 1e300)\n"
+                              " c(n = 9223372036854775807, d = 2)\n c [1, 2]\n}\n",
+                              io::Form::Text, block));
+  data.SetSetupDef(&setup, kSingle);
+  EXPECT_EQ(data.Read(block, nullptr), io::kNoError);
+  EXPECT_FALSE(data.SupportsIsConverged(kSingle));
+  EXPECT_EQ(data.GetMaximumIter(kSingle), L"0");
+  EXPECT_EQ(data.GetMinimumIter(kSingle), L"N/A");
+  EXPECT_EQ(data.find(&pass, kSingle)->second.size(), 4) << "each function item is a pass";
+  EXPECT_EQ(data.GetPassData(L"Pass", 2, kSingle), L"N/A");
+  EXPECT_EQ(data.GetPassData(L"Max delta", 2, kSingle), L"N/A");
+  EXPECT_EQ(data.GetPassData(L"Pass", 3, kSingle), L"N/A");
+  EXPECT_EQ(data.GetPassData(L"Pass", 4, kSingle), L"N/A");
+  EXPECT_EQ(data.GetPassData(L"Max delta", 4, kSingle), L"2");
+}
+
+TEST_F(ConvergenceDataTest, AnIndexOutOfRangeIsTheNearestOneThereIs) {
+  io::CBlock block(L"Record");
+  block << io::CBlock(L"99999999999999999999");
+  AssertWatch::Expect("0");
+  EXPECT_EQ(data.Read(block, nullptr), io::kNoDefinition);
+  EXPECT_NE(data.GetBaseConvergenceData(std::numeric_limits<int>::max()), nullptr);
+}
+
+TEST_F(ConvergenceDataTest, TheLastFailureOfSeveralSetsIsTheResult) {
+  data.SetSetupDef(&setup, 2);
+  io::CBlock block(L"Record");
+  block << io::CBlock(L"1") << io::CBlock(L"2");
+  AssertWatch::Expect("0");
+  EXPECT_EQ(data.Read(block, nullptr), io::kNoDefinition) << "a set that reads well does not hide it";
+}
+
+TEST_F(ConvergenceDataTest, ReadingAgainAddsThePassesAgainOnPurpose) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  auto const block = Written();
+  EXPECT_EQ(data.Read(block, nullptr), io::kNoError);
+  EXPECT_EQ(data.find(&pass, kSingle)->second.size(), 2);
 }
 
 TEST_F(ConvergenceDataTest, AColumnThatBothListsHoldKeepsItsValues) {

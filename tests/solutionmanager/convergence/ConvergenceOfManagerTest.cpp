@@ -40,3 +40,30 @@ TEST_F(ConvergenceOfManagerTest, ARecordThatNobodyKnowsTheColumnsOfIsReported) {
   EXPECT_EQ(m_data.Read(Record(), &Manager()), io::kNoDefinition);
   EXPECT_TRUE(m_data.NeedDefinition(ConvergenceData::kSingleSet));
 }
+
+TEST_F(ConvergenceOfManagerTest, AListOfTheSameNameIsReportedAndReplacesTheFormerOne) {
+  auto * former = new SetupConvDef(L"Adaptive");
+  former->AddDef(new IntConvDef(L"Pass", L"n", false));
+  auto * latter = new SetupConvDef(L"Adaptive");
+  latter->AddDef(*former->begin());
+  Manager().AddSetupConvDef(former);
+  support::AssertWatch::Expect("!\"Duplicate problem conv def\"");
+  Manager().AddSetupConvDef(latter);
+  EXPECT_EQ(Manager().GetConvDefsForSetup(L"Adaptive"), latter);
+  EXPECT_EQ(Manager().GetConvDefsForSetup(L"adaptive"), nullptr);
+  // The lists share a column, and records may still refer to it: all are freed once, with the manager.
+  EXPECT_EQ(*former->begin(), *latter->begin());
+}
+
+TEST_F(ConvergenceOfManagerTest, ASetKeepsTheColumnsThatItHasWhateverTheBlockNames) {
+  auto * setup = new SetupConvDef(L"Adaptive");
+  setup->AddDef(new IntConvDef(L"Pass", L"n", false));
+  Manager().AddSetupConvDef(setup);
+  IntConvDef const own(L"Step", L"n", false);
+  SetupConvDef ownList(L"Own");
+  ownList.AddDef(&own);
+  m_data.SetSetupDef(&ownList, ConvergenceData::kSingleSet);
+  EXPECT_EQ(m_data.Read(Record(), &Manager()), io::kNoError);
+  EXPECT_EQ(m_data.GetSetupConvDefName(ConvergenceData::kSingleSet), L"Own");
+  EXPECT_EQ(m_data.GetCurrent(L"Step", ConvergenceData::kSingleSet), L"1");
+}

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <unordered_set>
 
 namespace {
 
@@ -38,8 +39,10 @@ CProfileGroup * CProfileData::GetProfileGroupForEdit(int index, long groupID) {
   GroupList const * const list = GetGroupList(index);
   if (!list)
     return nullptr;
-  auto const found = std::find_if(list->begin(), list->end(), [=](auto const & item) { return item.first == groupID; });
-  return found != list->end() ? found->second : nullptr;
+  // The group that is asked for is nearly always the last one.
+  auto const found =
+      std::find_if(list->rbegin(), list->rend(), [=](auto const & item) { return item.first == groupID; });
+  return found != list->rend() ? found->second : nullptr;
 }
 
 io::ReadError CProfileData::DoDataExchange(io::CBlock & block, bool reading) {
@@ -50,21 +53,23 @@ io::ReadError CProfileData::ReadGroups(io::CBlock const & block) {
   Clear();
   m_nextID = 1;
   io::CReadError result;
+  std::unordered_set<long> taken;
   for (auto const & child : block) {
     io::CBlock_ptr<io::CBlock> const groupBlock(child);
     if (groupBlock && AString::MatchNoCase(groupBlock->Name(), CProfileGroup::GetKeyword()))
-      result += ReadGroup(*groupBlock);
+      result += ReadGroup(*groupBlock, taken);
   }
   return result;
 }
 
-io::ReadError CProfileData::ReadGroup(io::CBlock const & block) {
+io::ReadError CProfileData::ReadGroup(io::CBlock const & block, std::unordered_set<long> & taken) {
   int index = 0;
   long groupID = 0;
   block >> io::named(kIndex, index);
   bool const hasIndex = block.Found();
   block >> io::named(kID, groupID);
-  if (!hasIndex || !block.Found() || groupID < 1 || groupID == std::numeric_limits<long>::max())
+  bool const isID = block.Found() && groupID > 0 && groupID < std::numeric_limits<long>::max();
+  if (!hasIndex || !isID || !taken.insert(groupID).second)
     return io::kBadContent;
   auto group = std::make_unique<CProfileGroup>();
   io::ReadError const result = group->Read(block);

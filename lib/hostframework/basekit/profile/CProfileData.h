@@ -4,6 +4,7 @@
 
 #include <list>
 #include <map>
+#include <unordered_set>
 #include <utility>
 
 class CProfileGroup;
@@ -20,7 +21,7 @@ public:
   CProfileData & operator=(CProfileData const &) = delete;
 
   AString GetItemName() const override { return L"ProfileData"; }
-  /// Reading replaces the groups.
+  /// Reading replaces the groups.  What is no group or task of ours is left out, and makes the result kBadContent.
   io::ReadError DoDataExchange(io::CBlock & block, bool reading) override;
 
   /// Takes ownership and returns the new group's ID.
@@ -34,7 +35,7 @@ public:
 private:
   void Clear();
   io::ReadError ReadGroups(io::CBlock const & block);
-  io::ReadError ReadGroup(io::CBlock const & block);
+  io::ReadError ReadGroup(io::CBlock const & block, std::unordered_set<long> & taken);
   io::ReadError WriteGroups(io::CBlock & block) const;
 
   std::map<int, GroupList> m_groups;

@@ -4,6 +4,8 @@
 #include "basekit/io/DoDataExchange.h"
 #include "basekit/profile/CProfileTask.h"
 
+#include <utility>
+
 CProfileGroup::CProfileGroup() = default;
 
 CProfileGroup::~CProfileGroup() = default;
@@ -23,8 +25,11 @@ io::ReadError CProfileGroup::ReadTasks(io::CBlock const & block) {
     io::CBlock_ptr<io::CBlock> const taskBlock(child);
     if (!taskBlock || !AString::MatchNoCase(taskBlock->Name(), CProfileTask::GetKeyword()))
       continue;
-    m_tasks.push_back(std::make_unique<CProfileTask>());
-    result += m_tasks.back()->Read(*taskBlock);
+    auto task = std::make_unique<CProfileTask>();
+    io::ReadError const read = task->Read(*taskBlock);
+    if (read == io::kNoError)
+      m_tasks.push_back(std::move(task));
+    result += read;
   }
   return result;
 }

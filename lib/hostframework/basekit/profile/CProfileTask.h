@@ -3,7 +3,8 @@
 #include "basekit/io/CStreamio_block_object.h"
 #include "basekit/text/AString.h"
 
-/// What one step of a solve cost.  Times are in seconds, memory in bytes; the info text is the solver's own.
+/// What one step of a solve cost: real and processor time in seconds, memory in bytes.  The info text is the solver's
+/// own.
 class CProfileTask : public io::CStreamio_block_object {
 public:
   CProfileTask() = default;
@@ -13,6 +14,7 @@ public:
 
   static AString GetKeyword() { return L"ProfileTask"; }
   AString GetItemName() const override { return GetKeyword(); }
+  /// Reading refuses a task without a name and costs that can't be; a cost that is not there is none.
   io::ReadError DoDataExchange(io::CBlock & block, bool reading) override;
 
   AString const & GetName() const { return m_name; }
@@ -20,13 +22,12 @@ public:
   double GetRealTime() const { return m_realTime; }
   double GetCpuTime() const { return m_cpuTime; }
   double GetMemory() const { return m_memory; }
-  void SetCost(double realTime, double cpuTime, double memory) {
-    m_realTime = realTime;
-    m_cpuTime = cpuTime;
-    m_memory = memory;
-  }
+  /// A cost that can't be, below zero or no finite number, counts as none.
+  void SetCost(double realTime, double cpuTime, double memory);
 
 private:
+  io::ReadError ReadCosts(io::CBlock const & block);
+
   AString m_name;
   AString m_info;
   double m_realTime = 0.0;
