@@ -60,6 +60,8 @@ void Program::AddVerbs() {
   AddSetupVerb(*m_app, m_action);
   AddDeleteVerb(*m_app, m_action);
   AddSolveVerb(*m_app, m_action);
+  AddConvergenceVerb(*m_app, m_action);
+  AddProfileVerb(*m_app, m_action);
   AddSaveVerb(*m_app, m_action);
   AddDiscardVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
@@ -70,6 +72,7 @@ void Program::AddVerbs() {
     return;
   }
   AddRecoverVerb(*m_app, m_action);
+  AddWatchVerb(*m_app, m_action);
   AddShellVerb(*m_app, m_action);
   AddWorkerVerb(*m_app, m_action);
 }

@@ -243,7 +243,7 @@ void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   io::CBlock batch(L"Batch");
   for (auto const & result : solved) {
     // First the records: whoever finds the point finds them too.
-    m_records.End(result.number, L"solved", result.cost);
+    m_records.End(result.number, SolveRecords::kSolved, result.cost);
     result.items->Name(PointAt(result.number).Key().Pack());
     batch << result.items;
   }

@@ -32,12 +32,24 @@ CProfileUpdate TaskOf(JobCost const & cost) {
   return CProfileUpdate(CProfileUpdate::kTask, task);
 }
 
+// A task without a name could not be read again.
+CProfileUpdate Named(CProfileUpdate const & update) {
+  CProfileTask const & task = update.GetTask();
+  if (!task.GetName().empty())
+    return update;
+  CProfileTask named(L"Task", task.GetInfo());
+  named.SetCost(task.GetRealTime(), task.GetCpuTime(), task.GetMemory());
+  return CProfileUpdate(update.GetKind(), named, update.GetInfo());
+}
+
 SetupConvDef const * DefinitionOf(ConvergenceData const * record, int index) {
   CBaseConvergenceData const * const set = record ? record->GetBaseConvergenceData(index) : nullptr;
   return set ? set->GetDefinition() : nullptr;
 }
 
 } // namespace
+
+AString const SolveRecords::kSolved(L"solved");
 
 SolveRecords::Job * SolveRecords::Find(int number) {
   auto const at = m_jobs.find(number);
@@ -139,7 +151,8 @@ void SolveRecords::AddCost(int number, CProfileUpdate const & update, int index)
     job->openGroups.erase(index);
     return;
   }
-  setup->ProfileUpdate(variation, version, update, isOpen ? index : kWholeIndex, isOpen ? &open->second : &job->group);
+  setup->ProfileUpdate(variation, version, Named(update), isOpen ? index : kWholeIndex,
+                       isOpen ? &open->second : &job->group);
 }
 
 void SolveRecords::WriteConvergence(Job & job, BaseSimulationSetup & setup) {

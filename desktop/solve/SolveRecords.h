@@ -35,6 +35,9 @@ public:
   /// So often at most are the passes of a running job written.
   static constexpr std::chrono::milliseconds kBetweenWrites{500};
 
+  /// The outcome of a point that was solved; any other tells why it was not.
+  static AString const kSolved;
+
   explicit SolveRecords(BaseSolutionManager & manager) : m_manager(manager) {}
   SolveRecords(SolveRecords const &) = delete;
   SolveRecords & operator=(SolveRecords const &) = delete;

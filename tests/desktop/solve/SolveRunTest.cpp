@@ -217,6 +217,25 @@ TEST(SolveRun, AWorkerThatHangsIsStoppedAtTheLimit) {
   EXPECT_EQ(points.errors[1], L"the worker was stopped: it gave no result within 0.7 s: waiting for a licence");
 }
 
+TEST(SolveRun, AProcessThatAWorkerLeftBehindHoldsNothingUp) {
+  Points points({L"leave and abort", L"N=1", L"leave", L"N=2"});
+  auto const start = std::chrono::steady_clock::now();
+  EXPECT_TRUE(Solve(points));
+  EXPECT_EQ(points.stored.size(), 3u);
+  ASSERT_EQ(points.errors.size(), 1u);
+  EXPECT_TRUE(points.errors[0].StartsWith(L"the worker was killed by signal 6")) << text::ToUtf8(points.errors[0]);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(2)) << "the process would stay for ten";
+}
+
+TEST(SolveRun, MegabytesOnStandardErrorDisturbNothingAndTheirEndStandsInTheError) {
+  Points points({L"gossip", L"gossip and abort"});
+  EXPECT_TRUE(Solve(points));
+  EXPECT_EQ(points.stored.size(), 1u);
+  ASSERT_EQ(points.errors.size(), 1u);
+  EXPECT_NE(points.errors[1].find(AString(L"line 99999 of what")), AString::npos) << text::ToUtf8(points.errors[1]);
+  EXPECT_LT(points.errors[1].size(), 4000u);
+}
+
 TEST(SolveRun, WhatASolverPrintsDisturbsNothing) {
   Points points({L"print", L"print and abort", L"print"});
   EXPECT_TRUE(Solve(points));
