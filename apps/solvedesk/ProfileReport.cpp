@@ -21,12 +21,12 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string SecondsText(double seconds) { return fmt::format("{:.4g} s", seconds); }
+std::string SecondsText(double seconds) { return fmt::format("{:.3g} s", seconds); }
 
 std::string MemoryText(double bytes) {
   if (bytes < 1024.0 * 1024.0)
     return fmt::format("{:.0f} kB", bytes / 1024);
-  return fmt::format("{:.4g} MB", bytes / (1024 * 1024));
+  return fmt::format("{:.3g} MB", bytes / (1024 * 1024));
 }
 
 // The product's own indexes; a profile does not list them.
