@@ -23,6 +23,8 @@ public:
   SMatrix At(double frequency);
 
   std::vector<Port> const & Ports() const { return m_Ports; }
+  /** The size of the equations. */
+  int Unknowns() const { return m_System.Size(); }
   /** How often the pivots had to be chosen afresh. */
   std::size_t FullFactorizations() const { return m_Solver.FullFactorizations(); }
 
