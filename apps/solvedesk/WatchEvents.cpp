@@ -52,15 +52,16 @@ void WatchEvents::Begin(bool hasWriter) {
 }
 
 bool WatchEvents::Look() {
-  for (News const & news : m_results.Look()) {
-    long const kind = news.key.GetSolutionKey();
-    if (kind == SolutionVariationKey::kConvDataKey)
+  auto const all = m_results.Look();
+  for (News const & news : all)
+    if (news.key.GetSolutionKey() == SolutionVariationKey::kConvDataKey)
       TellPasses(news);
-    else if (kind == SolutionVariationKey::kProfileDataKey)
+    else if (news.key.GetSolutionKey() == SolutionVariationKey::kProfileDataKey)
       TellCost(news);
-    else if (news.key.IsValidVariationDataKey())
+  // A save may have brought a point and its records into another order.
+  for (News const & news : all)
+    if (news.key.IsValidVariationDataKey())
       TellPoint(news);
-  }
   TellCommit();
   return m_isRead;
 }

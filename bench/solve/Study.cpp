@@ -10,7 +10,10 @@
 #include "desktop/solve/SolveQueue.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
+#include <chrono>
 #include <fstream>
+#include <thread>
+#include <vector>
 
 namespace bench {
 
@@ -22,6 +25,22 @@ double SecondsOf(auto const & work) {
   work();
   watch.Stop();
   return watch.Seconds();
+}
+
+// The same waits by threads that do nothing else: what the clock and the machine add to them is not the desktop's.
+double SecondsOfWaits(StudySize const & size) {
+  if (size.milliseconds <= 0)
+    return 0;
+  return SecondsOf([&size] {
+    std::vector<std::thread> workers;
+    for (int i = 0; i < size.workers; ++i)
+      workers.emplace_back([&size] {
+        for (std::size_t point = 0; point < size.points / static_cast<std::size_t>(size.workers); ++point)
+          std::this_thread::sleep_for(std::chrono::duration<double, std::milli>(size.milliseconds));
+      });
+    for (auto & worker : workers)
+      worker.join();
+  });
 }
 
 // As a verb does it: an instance for each variation, asked for through its setup.
@@ -60,10 +79,11 @@ nlohmann::json RunStudy(StudySize const & size) {
   double const saving = SecondsOf([&] { session->Save(); });
   session->GetDesign().SetSimulationService(nullptr);
   auto const perPoint = [&size](double seconds) { return 1e6 * seconds / static_cast<double>(size.points); };
-  double const needed = 1e-3 * size.milliseconds * static_cast<double>(size.points) / size.workers;
+  double const needed = SecondsOfWaits(size);
   return {{"points", size.points},
           {"workers", size.workers},
           {"ms_per_solve", size.milliseconds},
+          {"baseline_us", perPoint(needed)},
           {"queue_us", perPoint(queueing)},
           {"solve_us", perPoint(solving)},
           {"save_us", perPoint(saving)},

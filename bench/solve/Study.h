@@ -15,7 +15,8 @@ struct StudySize {
 };
 
 /// Makes a project, queues the points, solves and saves them: the seconds of each step, the processor time that this
-/// process used while it solved, and its memory.
+/// process used while it solved, and its memory.  The overhead is what is left beside a baseline: as many threads as
+/// there are workers that wait as long as the solves do.
 nlohmann::json RunStudy(StudySize const & size);
 
 } // namespace bench

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kWholeIndex = ConvergenceData::kSingleSet;
 constexpr std::size_t kLongestOutcome = 1000;
-wchar_t const * const kWholeTask = L"Solve";
+wchar_t const * const kWholeTask = L"Whole solve";
 
 CProfileUpdate StartOf(BaseSimulationSetup const & setup, AString const & variation) {
   return CProfileUpdate(CProfileUpdate::kStartGroup,

@@ -13,6 +13,8 @@ from _solvedesk import SETUP, SMALL, SOLVEDESK, DeskTest
 # Enough frequencies for a point to take a while.
 SLOW = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 20001 1meg 1g')
 STUDY = ('--vary', 'res=1:40:1')
+# Has no value at res=20.
+FAILING = SMALL.replace('R1 in 0 {res}', 'R1 in 0 {100/(res-20)}')
 
 
 class LiveStudy(DeskTest):
@@ -102,10 +104,10 @@ class Watch(LiveStudy):
         self.assertEqual([event['passes'] for event in events if event['event'] == 'converged'], [len(passes)])
 
     def test_points_that_fail_are_told_with_their_reason(self):
-        self.small_project()
-        self.run_desk('solve', 'small', '--vary', 'res=0,50', '--no-save', code=5)
+        self.small_project(netlist=FAILING)
+        self.run_desk('solve', 'small', '--vary', 'res=20,50', '--no-save', code=5)
         out = self.run_desk('watch', 'small').stdout
-        self.assertRegex(out, r'res=0: failed: ')
+        self.assertRegex(out, r'res=20: failed: ')
         self.assertIn('1 point, 1 failed', out)
 
     def test_a_reader_who_goes_away_ends_it(self):
@@ -127,18 +129,19 @@ class Watch(LiveStudy):
 
 class Records(LiveStudy):
     def test_each_solve_leaves_its_cost_also_one_that_failed(self):
-        self.small_project()
-        self.run_desk('solve', 'small', '--vary', 'res=0,50', code=5)
+        self.small_project(netlist=FAILING)
+        self.run_desk('solve', 'small', '--vary', 'res=20,50', code=5)
         self.run_desk('solve', 'small', '--vary', 'res=50', '--again')
         document = self.document('profile', 'small')
         solves = {entry['variation']: entry for entry in document['records']}
-        self.assertEqual(set(solves), {'cap=1e-12; res=0', 'cap=1e-12; res=50'})
+        self.assertEqual(set(solves), {'cap=1e-12; res=20', 'cap=1e-12; res=50'})
         good = solves['cap=1e-12; res=50']
         self.assertEqual(good['total']['solves'], 2)
-        self.assertEqual([group['end'] for group in good['groups'] if group['index'] == -1], ['solved', 'solved'])
+        self.assertEqual([group['end'] for group in good['groups'] if group['start'].startswith(SETUP + ' at ')],
+                         ['solved', 'solved'])
         self.assertGreater(good['total']['memory_bytes'], 1e6)
         self.assertGreater(good['total']['wall_seconds'], 0)
-        bad = solves['cap=1e-12; res=0']['groups'][0]
+        bad = solves['cap=1e-12; res=20']['groups'][0]
         self.assertTrue(bad['end'].startswith('failed: '), bad)
         self.assertEqual(document['total']['solves'], 3)
         text = self.run_desk('profile', 'small', '--brief', '--variation', 'res=50; cap=1p').stdout
