@@ -60,6 +60,8 @@ void Program::AddVerbs() {
   AddSetupVerb(*m_app, m_action);
   AddDeleteVerb(*m_app, m_action);
   AddSolveVerb(*m_app, m_action);
+  if (m_place == Place::kCommandLine)
+    AddWatchVerb(*m_app, m_action);
   AddConvergenceVerb(*m_app, m_action);
   AddProfileVerb(*m_app, m_action);
   AddSaveVerb(*m_app, m_action);
@@ -72,7 +74,6 @@ void Program::AddVerbs() {
     return;
   }
   AddRecoverVerb(*m_app, m_action);
-  AddWatchVerb(*m_app, m_action);
   AddShellVerb(*m_app, m_action);
   AddWorkerVerb(*m_app, m_action);
 }

@@ -16,9 +16,10 @@ std::string PointText(AString const & setup, AString const & variation) {
 
 } // namespace
 
-SolveListener::SolveListener(bool isQuiet, bool printsEvents) : m_isQuiet(isQuiet), m_printsEvents(printsEvents) {
+SolveListener::SolveListener(OutputOptions const & output, bool printsEvents)
+    : m_isQuiet(output.quiet), m_printsEvents(printsEvents) {
   m_nextShow = SolveProgress::Clock::now() + kBetweenLines;
-  if (isQuiet || !IsLiveTerminal())
+  if (m_isQuiet || !IsLiveTerminal())
     return;
   m_liveLines = std::make_unique<LiveLines>();
   m_nextShow = SolveProgress::Clock::now() + kBetweenDrawings;
@@ -74,7 +75,9 @@ void SolveListener::OnTick() { Show(); }
 
 void SolveListener::Show() {
   auto const now = SolveProgress::Clock::now();
-  if (m_isQuiet || now < m_nextShow)
+  // Programs that read events need no lines beside them.
+  bool const isShown = m_liveLines || (!m_isQuiet && !m_printsEvents);
+  if (!isShown || now < m_nextShow)
     return;
   if (m_liveLines) {
     m_liveLines->Show(m_progress.Lines());

@@ -10,12 +10,14 @@
 
 namespace solvedesk {
 
-/// Tells of a running solve as it goes: moving lines on a terminal, elsewhere a line every few seconds; one JSON line
-/// per point for programs; one line on standard error for each point that failed.  A reader of the events who goes away
-/// asks for a stop, once.
+struct OutputOptions;
+
+/// Tells of a running solve as it goes: moving lines on a terminal, elsewhere a line every few seconds, or one JSON
+/// line per point for programs; one line on standard error for each point that failed.  A reader of the events who goes
+/// away asks for a stop, once.
 class SolveListener : public desktop::ISolveListener {
 public:
-  SolveListener(bool isQuiet, bool printsEvents);
+  SolveListener(OutputOptions const & output, bool printsEvents);
   ~SolveListener() override;
 
   void OnStarted(AString const & setup, AString const & variation) override;

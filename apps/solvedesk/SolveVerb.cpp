@@ -247,7 +247,7 @@ int Solve(SolveWords const & words) {
   auto const setups = SetupsToSolve(*session, words, grid);
   session->CheckSourceUnchanged();
 
-  SolveListener listener(words.output.quiet, words.events);
+  SolveListener listener(words.output, words.events);
   if (words.events)
     std::signal(SIGPIPE, SIG_IGN); // A reader that goes away is met as a request to stop.
   Requested requested;
