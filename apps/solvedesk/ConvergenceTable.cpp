@@ -47,7 +47,7 @@ std::vector<int> ConvergenceSets(io::CBlock const & block) {
   for (auto const & child : block)
     if (child->IsBlock())
       sets.insert(child->Name().IsNumber(10) ? static_cast<int>(std::wcstol(child->Name().c_str(), nullptr, 10))
-                                                       : ConvergenceData::kSingleSet);
+                                             : ConvergenceData::kSingleSet);
   if (sets.empty())
     sets.insert(ConvergenceData::kSingleSet);
   return {sets.begin(), sets.end()};

@@ -44,8 +44,7 @@ public:
       m_converged += record->SupportsIsConverged(index) && record->GetIsConverged(index) ? 1 : 0;
       m_notConverged += record->SupportsIsConverged(index) && !record->GetIsConverged(index) ? 1 : 0;
     }
-    m_records.push_back(
-        {{"setup", Utf8(solve.setup.GetName())}, {"variation", Utf8(solve.variation)}, {"sets", sets}});
+    m_records.push_back({{"setup", Utf8(solve.setup.GetName())}, {"variation", Utf8(solve.variation)}, {"sets", sets}});
   }
   std::string Text() const {
     return m_text + (m_records.empty() ? "no solve reported passes\n"

@@ -43,9 +43,8 @@ std::map<long, std::vector<Named>> FindRecords(desktop::Session & session, long 
     if (!UnpackQuickly(name, key) || key.GetSolutionKey() != kind)
       continue;
     auto const at = records.find(key.GetSimSetupKey());
-    auto const * const setup = at == records.end()
-                                   ? nullptr
-                                   : session.GetManager().GetISimulationSetupByID(at->first, false, false);
+    auto const * const setup =
+        at == records.end() ? nullptr : session.GetManager().GetISimulationSetupByID(at->first, false, false);
     if (setup && setup->GetVersionID() == key.GetVersionIDKey() && IsWanted(key, variation))
       at->second.push_back({key.GetDesignVariationKey(), name});
   }

@@ -76,7 +76,8 @@ std::vector<std::string> SolveProgress::Lines() const {
     }
     std::string const share = running.fraction < 0 ? "" : fmt::format("{:.0f} %", 100 * running.fraction);
     lines.push_back(fmt::format("  {:>6}  {}{}{}, {}", share, running.point, running.text.empty() ? "" : ": ",
-                                running.text, DurationText(std::chrono::duration<double>(now - running.start).count())));
+                                running.text,
+                                DurationText(std::chrono::duration<double>(now - running.start).count())));
   }
   lines.push_back(Whole());
   return lines;

@@ -41,8 +41,7 @@ private:
   void TellPoint(News const & news);
   void TellPasses(News const & news);
   void TellCost(News const & news);
-  void TellSet(std::string const & point, Event const & head, ConvergenceData const & record, Told & told,
-               int index);
+  void TellSet(std::string const & point, Event const & head, ConvergenceData const & record, Told & told, int index);
   void TellCommit();
   void Tell(std::string const & text, Event const & event);
   Event Head(char const * what, News const & news);

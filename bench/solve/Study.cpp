@@ -61,8 +61,8 @@ nlohmann::json RunStudy(StudySize const & size) {
   desktop::KitDesktop const kit;
   std::string const source = size.folder + "/idle.txt";
   std::ofstream(source) << size.milliseconds << '\n';
-  auto const session = desktop::Session::Create(text::FromUtf8(size.folder + "/study"), text::FromUtf8(source),
-                                                IdleProduct::kName);
+  auto const session =
+      desktop::Session::Create(text::FromUtf8(size.folder + "/study"), text::FromUtf8(source), IdleProduct::kName);
   session->Save();
   desktop::SolveOptions options;
   options.workers = size.workers;

@@ -53,9 +53,8 @@ nlohmann::json Measure(Settings const & settings, std::string const & root, std:
   for (int i = 0; i < settings.repeats; ++i) {
     std::string const folder = root + "/study";
     fs::create_directories(folder);
-    auto const ended =
-        bench::RunSelf({"--study", "--dir", folder, "--n", std::to_string(points), "--ms", fmt::format("{}", milliseconds),
-                        "--workers", std::to_string(settings.workers)});
+    auto const ended = bench::RunSelf({"--study", "--dir", folder, "--n", std::to_string(points), "--ms",
+                                       fmt::format("{}", milliseconds), "--workers", std::to_string(settings.workers)});
     fs::remove_all(folder);
     bench::Require(ended.exitCode == 0 && ended.signal == 0, "the study failed");
     runs.push_back(nlohmann::json::parse(ended.output));
@@ -119,8 +118,9 @@ int main(int count, char ** words) {
       return desktop::RunWorker(bench::IdleProduct::kName);
     if (!settings.isStudy)
       return RunAll(settings);
-    std::cout << bench::RunStudy({settings.folder, settings.sizes.at(0), settings.workers, settings.milliseconds}).dump()
-              << '\n';
+    std::cout
+        << bench::RunStudy({settings.folder, settings.sizes.at(0), settings.workers, settings.milliseconds}).dump()
+        << '\n';
     return 0;
   } catch (std::exception const & failure) {
     std::cerr << "bench_solve: " << failure.what() << '\n';

@@ -54,11 +54,11 @@ bool LiveResults::Refresh() {
   if (result == CStreamioLibrary::kLibNotFound && !m_isOpen)
     return false;
   if (result != kGood)
-    throw Error(ErrorKind::kProject, m_path + L": can't be read (" + m_reader.LastError() +
-                                         L"); check what became of it");
+    throw Error(ErrorKind::kProject,
+                m_path + L": can't be read (" + m_reader.LastError() + L"); check what became of it");
   bool const showsPrivate = m_reader.PrivateFacts().exists;
-  m_wasEarly =
-      any && !showsPrivate && LibraryReader::StateOfPrivateFile(LongFileName(m_path)) == LibraryReader::PrivateFile::InUse;
+  m_wasEarly = any && !showsPrivate &&
+               LibraryReader::StateOfPrivateFile(LongFileName(m_path)) == LibraryReader::PrivateFile::InUse;
   return any && !m_wasEarly;
 }
 

@@ -118,8 +118,8 @@ bool SolveQueue::Impl::Expand(SolutionVariationKey const & key, std::vector<Poin
   BaseSimulationSetup const * const setup = FindSetup(m_site.manager, key.GetSimSetupKey());
   if (!setup)
     return false;
-  Point point{key.GetSimSetupKey(), key.GetSolutionKey(), key.GetVersionIDKey(), id::invalidID,
-              key.GetDesignVariationKey(), setup->GetVersionID()};
+  Point point{key.GetSimSetupKey(), key.GetSolutionKey(),        key.GetVersionIDKey(),
+              id::invalidID,        key.GetDesignVariationKey(), setup->GetVersionID()};
   point.variationID = m_site.manager.GetVariationID(point.variation);
   if (point.solutionID != id::invalidID)
     return AddPoint(point, points);

@@ -50,7 +50,8 @@ struct SolveSite {
 
 /// The desktop's simulation service: points are queued by SubmitSolve and solved by worker processes that take many
 /// jobs each over a pipe.  Results are stored in batches on the thread that calls Run, under the version submitted, and
-/// what the solves told of their passes and costs before them.  A worker that dies, hangs or writes garbage costs its own job alone.
+/// what the solves told of their passes and costs before them.  A worker that dies, hangs or writes garbage costs its
+/// own job alone.
 class SolveQueue : public ISimulationService {
 public:
   SolveQueue(SolveSite const & site, SolveOptions const & options);

@@ -21,9 +21,9 @@ constexpr std::size_t kLongestOutcome = 1000;
 wchar_t const * const kWholeTask = L"Whole solve";
 
 CProfileUpdate StartOf(BaseSimulationSetup const & setup, AString const & variation) {
-  return CProfileUpdate(CProfileUpdate::kStartGroup,
-                        CProfileTask(kWholeTask, variation.empty() ? setup.GetName()
-                                                                 : setup.GetName() + L" at " + variation));
+  return CProfileUpdate(
+      CProfileUpdate::kStartGroup,
+      CProfileTask(kWholeTask, variation.empty() ? setup.GetName() : setup.GetName() + L" at " + variation));
 }
 
 CProfileUpdate TaskOf(JobCost const & cost) {
@@ -58,8 +58,7 @@ SolveRecords::Job * SolveRecords::Find(int number) {
 
 // Null for a setup that was deleted meanwhile: its records went with it.
 BaseSimulationSetup * SolveRecords::SetupOf(Job const & job) const {
-  return dynamic_cast<BaseSimulationSetup *>(
-      m_manager.GetISimulationSetupByID(job.address.setupID, false, false));
+  return dynamic_cast<BaseSimulationSetup *>(m_manager.GetISimulationSetupByID(job.address.setupID, false, false));
 }
 
 void SolveRecords::Begin(int number, RecordAddress const & address) {

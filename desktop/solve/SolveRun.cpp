@@ -404,9 +404,7 @@ void SolveRun::Impl::Lose(Worker & worker, AString const & what) {
 }
 
 void SolveRun::Impl::RemoveLost() {
-  std::erase_if(m_workers, [this](auto const & worker) {
-    return IsLost(*worker);
-  });
+  std::erase_if(m_workers, [this](auto const & worker) { return IsLost(*worker); });
   m_lost.clear();
 }
 

@@ -74,8 +74,7 @@ TEST_F(LiveResultsTest, APointThatIsSolvedAnewIsNewsAndItsPresentDataIsRead) {
   live.Look();
   Solve(*m_writer, L"C=2; L=2", 5);
   auto const all = live.Look();
-  auto const news =
-      std::ranges::find_if(all, [](auto const & one) { return one.key.IsValidVariationDataKey(); });
+  auto const news = std::ranges::find_if(all, [](auto const & one) { return one.key.IsValidVariationDataKey(); });
   ASSERT_NE(news, all.end());
   io::CBlock block;
   ASSERT_TRUE(live.Load(*news, block));

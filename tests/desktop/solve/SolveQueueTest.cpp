@@ -1,9 +1,9 @@
 #include "desktop/solve/SolveQueue.h"
 
-#include "basekit/text/Utf8.h"
 #include "basekit/profile/CProfileData.h"
 #include "basekit/profile/CProfileGroup.h"
 #include "basekit/profile/CProfileTask.h"
+#include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 #include "desktop/solve/SolveRecords.h"
 #include "tests/solutionmanager/support/RecordsFixture.h"
@@ -420,8 +420,7 @@ TEST_F(SolveReportsTest, WhatAWorkerReportsStandsInTheLibraryWhenThePointIsAckno
     EXPECT_EQ(record->GetPassData(L"Max delta", 3, kSingle), L"0.125");
     EXPECT_TRUE(record->GetIsConverged(kSingle));
     EXPECT_EQ(record->GetCurrentConsecPasses(kSingle), L"2");
-    auto const * const groups =
-        Recorded().GetProfileData(variation, Recorded().GetVersionID())->GetGroupList(0);
+    auto const * const groups = Recorded().GetProfileData(variation, Recorded().GetVersionID())->GetGroupList(0);
     ASSERT_TRUE(groups);
     ASSERT_EQ(groups->size(), 1u);
     CProfileGroup const & group = *groups->front().second;

@@ -7,15 +7,15 @@
 #include "basekit/text/Utf8.h"
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <csignal>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 #include <unistd.h>
+#include <vector>
 
 namespace support {
 
