@@ -60,6 +60,10 @@ void Program::AddVerbs() {
   AddSetupVerb(*m_app, m_action);
   AddDeleteVerb(*m_app, m_action);
   AddSolveVerb(*m_app, m_action);
+  if (m_place == Place::kCommandLine)
+    AddWatchVerb(*m_app, m_action);
+  AddConvergenceVerb(*m_app, m_action);
+  AddProfileVerb(*m_app, m_action);
   AddSaveVerb(*m_app, m_action);
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);
