@@ -35,6 +35,7 @@ BaseSimulationSetup::BaseSimulationSetup(BaseSolutionManager const * manager, IS
   source->GetSweepDefinitions(m_SweepDefs);
   for (SweepDefinition * const definition : m_SweepDefs)
     definition->Share();
+  m_HeldSweeps = m_SweepDefs;
 }
 
 BaseSimulationSetup::BaseSimulationSetup(BaseSimulationSetup const & source) : m_SolutionMgr(source.m_SolutionMgr) {
@@ -49,10 +50,8 @@ BaseSimulationSetup & BaseSimulationSetup::operator=(BaseSimulationSetup const &
   Retire(m_DeletedSolutionMap);
   Retire(m_ConvergenceData);
   Retire(m_ProfileData);
-  auto const formerSweeps = m_SweepDefs;
+  m_RetiredSweeps.insert(m_RetiredSweeps.end(), m_SweepDefs.begin(), m_SweepDefs.end());
   ShareContentsOf(source);
-  for (SweepDefinition * const definition : formerSweeps)
-    SweepDefinition::FreeStorage(definition);
   return *this;
 }
 
@@ -103,8 +102,9 @@ BaseSimulationSetup::~BaseSimulationSetup() {
         delete solution;
   DeleteOwned(m_ConvergenceData);
   DeleteOwned(m_ProfileData);
-  for (SweepDefinition * const definition : m_HeldSweeps)
-    SweepDefinition::FreeStorage(definition);
+  for (auto const * const sweeps : {&m_HeldSweeps, &m_RetiredSweeps})
+    for (SweepDefinition * const definition : *sweeps)
+      SweepDefinition::FreeStorage(definition);
 }
 
 long BaseSimulationSetup::GetID() const {
@@ -337,6 +337,8 @@ void BaseSimulationSetup::Invalidate(KelvroCommand * command, long version, int 
         solution->Invalidate(nullptr, version);
       for (auto const & [id, solution] : m_DeletedSolutionMap)
         solution->Invalidate(nullptr, version);
+      if (m_DisplacedSolutions)
+        m_DisplacedSolutions->ForEach([&](BaseSolution * solution) { solution->Invalidate(nullptr, version); });
     }
   }
   if (!m_BaseSolutionMap.empty() || !m_DeletedSolutionMap.empty())
@@ -353,6 +355,8 @@ void BaseSimulationSetup::NonUndoableInvalidateAll() {
     solution->NonUndoableInvalidateAll();
   for (auto const & [id, solution] : m_DeletedSolutionMap)
     solution->NonUndoableInvalidateAll();
+  if (m_DisplacedSolutions)
+    m_DisplacedSolutions->ForEach([](BaseSolution * solution) { solution->NonUndoableInvalidateAll(); });
 }
 
 bool BaseSimulationSetup::LoadCurrentDesignSolutionData() {

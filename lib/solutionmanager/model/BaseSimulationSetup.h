@@ -196,6 +196,8 @@ private:
   mutable bool m_IsCopied = false;
   /// Sweep definitions that a copy holds; given up with the copy.
   std::vector<SweepDefinition *> m_HeldSweeps;
+  /// What this setup held when another was assigned to it; somebody may still use them while it lives.
+  std::vector<SweepDefinition *> m_RetiredSweeps;
   /// Deleted solutions whose place in the deleted map another one took.  Made on first use.
   std::shared_ptr<undo::Graveyard<SolutionMap>> m_DisplacedSolutions;
 };

@@ -181,6 +181,8 @@ void BaseSolution::NonUndoableInvalidateAll() {
     variation->NonUndoableInvalidate();
   for (auto const & [index, variation] : m_DeletedVariationMap)
     variation->NonUndoableInvalidate();
+  if (m_DisplacedVariations)
+    m_DisplacedVariations->ForEach([](BaseSolutionVariation * variation) { variation->NonUndoableInvalidate(); });
   CopyDefinition(formerVersion, m_VersionID, false);
   if (m_Extractor)
     m_Extractor->ValidateSolutionPointSet();

@@ -141,12 +141,12 @@ io::ReadError BaseSolutionManager::BuildUtilityCollections() {
 
 void BaseSolutionManager::MakeObjectsOf(SolutionVariationKey const & key) {
   long const version = key.GetVersionIDKey();
-  // Convergence records that were written for the current version bear none; it is no version for the setup either.
-  if (version == id::invalidID && key.GetSolutionKey() == SolutionVariationKey::kConvDataKey)
-    return;
+  // Convergence records that were written for the current version bear none: they make a setup, but tell it no version.
+  bool const isOfAnyVersion = version == id::invalidID && key.GetSolutionKey() == SolutionVariationKey::kConvDataKey;
   // Negative numbers are wildcards and marks of the setup's own blocks, never a version or a solution: such a block
   // stays in the library, but no object is made of it.
-  bool const namesAnObject = version >= 0 && (key.GetSolutionKey() >= 0 || !key.IsValidSolutionKey());
+  bool const namesAnObject =
+      (isOfAnyVersion || version >= 0) && (key.GetSolutionKey() >= 0 || !key.IsValidSolutionKey());
   KVRO_ASSERT(namesAnObject);
   if (!namesAnObject)
     return;
@@ -163,7 +163,8 @@ void BaseSolutionManager::MakeObjectsOf(SolutionVariationKey const & key) {
   BaseSimulationSetup * const setup = at->second;
   if (!key.IsValidSolutionKey()) {
     // The last of the setup's own keys wins.
-    setup->m_VersionID = version;
+    if (!isOfAnyVersion)
+      setup->m_VersionID = version;
     return;
   }
   // The first key seen for a solution fixes its version.
@@ -221,9 +222,9 @@ void BaseSolutionManager::ReadVersionIDsFromBlock(io::CBlock const & block) {
   auto const readVersion = [this](auto const & source, long & version) {
     long found = id::invalidID;
     source >> io::named(L"V", found);
-    bool const isVersion = found >= 0;
+    bool const isVersion = found >= 0 || !source.Found();
     KVRO_ASSERT(isVersion);
-    if (!isVersion)
+    if (found < 0)
       return false;
     version = found;
     ReserveUniqueID(found);

@@ -246,6 +246,7 @@ void BaseSolutionManager::NonUndoableInvalidateAll() {
     setup->NonUndoableInvalidateAll();
   for (auto const & [id, setup] : m_DeletedSimSetupMap)
     setup->NonUndoableInvalidateAll();
+  m_DisplacedSetups->ForEach([](BaseSimulationSetup * setup) { setup->NonUndoableInvalidateAll(); });
 }
 
 bool BaseSolutionManager::LoadCurrentDesignSolutionData() {

@@ -219,9 +219,8 @@ IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSet
   return nullptr;
 }
 
-bool BaseSolutionManager::GetValueInfoForExpression(AString const &, long, Value &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
+bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
+  return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
 }
 
 void BaseSolutionManager::GetRangedFunctionCategoryNames(std::vector<AString> &, unsigned, rep::DisplayType) const {

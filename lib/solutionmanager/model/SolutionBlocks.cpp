@@ -83,10 +83,14 @@ io::ReadError BaseSolution::ReadDefinitionBlock(io::CBlock const & block) {
   // The writer stores the version as "V"; the reader takes "VersionID" and nothing else, on purpose: the version in
   // the block's name is the one that counts.
   ReadVersionItem(block, m_VersionID);
+  GetSolutionMgr()->ForEdit().ReserveUniqueID(m_VersionID);
   io::CBlock definitionBlock(L"Definition");
   block >> definitionBlock;
+  bool const isTold = block.Found();
   CopyDefinition(m_VersionID, m_VersionID, true);
-  m_SolutionDefinitionMap[m_VersionID]->DoDataExchange(definitionBlock, true);
+  // A block that tells no definition leaves the one that is there.
+  if (isTold)
+    m_SolutionDefinitionMap[m_VersionID]->DoDataExchange(definitionBlock, true);
   return result;
 }
 

@@ -300,8 +300,8 @@ void BaseSolution::DeleteSolutionVariation(AString const & variation, KelvroComm
   }
   GetSolutionMgr()->DeleteOldBlocks(packedKeys);
   io::CBlock block(GetBlockDefinitionName());
-  if (WriteDefinitionBlock(block))
-    GetSolutionMgr()->SaveSingleBlock(block);
+  WriteDefinitionBlock(block);
+  GetSolutionMgr()->SaveSingleBlock(block);
   IDesign * const design = GetSolutionMgr()->GetIDesign();
   KVRO_ASSERT(design);
   if (design)

@@ -69,7 +69,8 @@ bool BaseSimulationSetup::RecoverUIDeletions(std::vector<long> const & keptSolut
     at->second->DeleteSolutionDatabase();
     if (m_DefaultSolution == at->second)
       m_DefaultSolution = nullptr;
-    delete at->second;
+    if (!m_Shared.count(at->second))
+      delete at->second;
     at = m_BaseSolutionMap.erase(at);
     any = true;
   }

@@ -22,7 +22,7 @@ void BaseSolutionManager::ApplyVersionIDs(io::CBlock const & designBlock) {
   for (auto const & [id, setup] : m_SimSetupMap) {
     auto const setupVersion = m_RecoveredSetupVersions.find(setup->GetName());
     if (setupVersion != m_RecoveredSetupVersions.end())
-      setup->SetState(setupVersion->second, false);
+      setup->m_VersionID = setupVersion->second;
     for (auto const & [solutionID, solution] : setup->GetSolutions()) {
       auto const version = m_RecoveredSolutionVersions.find({setup->GetName(), solution->GetSolutionName()});
       if (version != m_RecoveredSolutionVersions.end())

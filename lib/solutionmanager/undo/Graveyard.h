@@ -58,6 +58,10 @@ public:
   void Forget(Value value) {
     std::erase_if(m_displaced, [value](auto const & item) { return item.second == value; });
   }
+  template <class Do> void ForEach(Do act) const {
+    for (auto const & item : m_displaced)
+      act(item.second);
+  }
   /// The caller owns them from now on.
   std::vector<Value> TakeAll() {
     std::vector<Value> values;

@@ -9,7 +9,8 @@
 class BaseSolutionVariation;
 
 /// Variations that were added to and removed from a solution, for a caller that wants that undone.  Ownership is that
-/// of MapDeltaState.
+/// of MapDeltaState.  For maps of the caller's own: a solution's live map has tables beside it that hear of no change
+/// made here.
 class SolutionVariationMapDeltaState : public KelvroDeltaState {
 public:
   using Map = std::map<VariationIDIndex, BaseSolutionVariation *>;

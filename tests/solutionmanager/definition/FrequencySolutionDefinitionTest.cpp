@@ -184,7 +184,7 @@ TEST(FrequencySolutionDefinition, TheResultIsThatOfTheLastItemOnPurpose) {
   EXPECT_EQ(definition.DoDataExchange(block, true), io::kNoError) << "though there are no frequencies";
 }
 
-TEST(FrequencySolutionDefinition, SetFrequenciesLeavesTheSamplingFields) {
+TEST(FrequencySolutionDefinition, SetFrequenciesLeavesTheSamplingFieldsOnPurpose) {
   FrequencySolutionDefinition definition;
   definition.SetSamplingInfo(1, 2, 0.5, 0);
   definition.SetFrequencies(List{7});

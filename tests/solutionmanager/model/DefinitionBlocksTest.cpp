@@ -441,3 +441,16 @@ TEST_F(DefinitionBlocksTest, AnExportOfAVariationThatASolutionLacksLeavesItsStat
   ASSERT_NE(definition.FindBlock(L"States"), nullptr);
   EXPECT_TRUE(definition.FindBlock(L"States")->Empty());
 }
+
+TEST_F(DefinitionBlocksTest, ASetupThatOnlyAConvergenceBlockWithoutAVersionNamesIsMade) {
+  ReadNames({Key(5, L"x=1", Key::kConvDataKey, -1).Pack()});
+  ASSERT_NE(Setup(5), nullptr);
+  EXPECT_EQ(Setup(5)->GetName(), AString());
+}
+
+TEST_F(DefinitionBlocksTest, AVersionMapWithoutAVersionIsNoFault) {
+  io::CBlock design(L"Module");
+  design << io::CBlock(L"Version ID Map");
+  Manager().ApplyVersionIDs(design);
+  EXPECT_EQ(Manager().GetVersionID(), 0);
+}

@@ -2,6 +2,7 @@
 
 #include "CoreInterfaces/solution/IProductSolutionMgrForReportSetupUI.h"
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/value/Value.h"
 #include "plotkit/SweepDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
@@ -60,7 +61,7 @@ protected:
   std::vector<std::unique_ptr<BaseSimulationSetup>> m_imported;
 };
 
-TEST_F(ManagerLookupTest, ThereAreSolutionsOnceOneHasDataOrAnythingWasImported) {
+TEST_F(ManagerLookupTest, ThereAreSolutionsOnceOneHasDataOrAnythingWasImportedOnPurpose) {
   EXPECT_FALSE(Manager().HasSolutions());
   BaseSimulationSetup & setup = AddSetup(L"A");
   EXPECT_FALSE(Manager().HasSolutions());
@@ -188,6 +189,13 @@ TEST_F(ManagerLookupTest, ExtractorsForReportsAreThoseOfImportedSolutions) {
   EXPECT_EQ(ofDesign, std::vector<IDesignDataExtractor *>{imported.GetIDesignDataExtractor()});
 }
 
+TEST_F(ManagerLookupTest, ExtractorsOfImportedSolutionsAreNotListedUnlessAskedFor) {
+  BaseSolution & imported = SolutionOf(Import(L"Measured"));
+  std::vector<ISimDataExtractor *> extractors{imported.GetISimDataExtractor()};
+  EXPECT_EQ(Manager().GetISimDataExtractors(extractors, 0, false), 0);
+  EXPECT_EQ(extractors, std::vector<ISimDataExtractor *>{imported.GetISimDataExtractor()}) << "as it was";
+}
+
 TEST_F(ManagerLookupTest, AllExtractorsAreThoseOfActiveThenOfImportedSetups) {
   BaseSolution & imported = SolutionOf(Import(L"Measured"));
   BaseSolution & active = SolutionOf(AddSetup(L"A"));
@@ -289,4 +297,37 @@ TEST_F(ManagerLookupTest, AnImportIsUndone) {
   command.Undo();
   EXPECT_TRUE(Manager().GetImportedSetups().empty());
   EXPECT_EQ(Manager().GetISimulationSetup(L"Measured", true, true), &setup);
+}
+
+TEST_F(ManagerLookupTest, ADeletedImportedSetupIsFoundWithBothFlags) {
+  BaseSimulationSetup & setup = Import(L"Measured");
+  long const id = setup.GetID();
+  Manager().DeleteSimulationSetup(id, nullptr);
+  EXPECT_EQ(Manager().GetISimulationSetupByID(id, true, false), nullptr);
+  EXPECT_EQ(Manager().GetISimulationSetupByID(id, false, true), nullptr);
+  EXPECT_EQ(Manager().GetISimulationSetupByID(id, true, true), static_cast<ISimulationSetup *>(&setup));
+}
+
+TEST_F(ManagerLookupTest, AValueAskedForByTheSolutionsIDIsThatOfTheSolution) {
+  class Answering : public support::TestManager {
+  public:
+    using TestManager::GetValueInfoForExpression;
+    using TestManager::TestManager;
+    bool GetValueInfoForExpression(AString const & expression, ISolution const * solution, Value &) const override {
+      asked.emplace_back(expression, solution);
+      return solution != nullptr;
+    }
+    mutable std::vector<std::pair<AString, ISolution const *>> asked;
+  };
+  Answering manager(&m_design);
+  auto * const setup = new support::TestSetup(&manager, AString(L"A"));
+  setup->AddSolution(setup->CreateSolution(L"Sweep"), nullptr);
+  manager.AddSimulation(setup, nullptr);
+  BaseSolution & solution = SolutionOf(*setup);
+  Value value;
+  EXPECT_TRUE(manager.GetValueInfoForExpression(L"x", solution.GetID(), value));
+  EXPECT_FALSE(manager.GetValueInfoForExpression(L"y", 4711, value));
+  ASSERT_EQ(manager.asked.size(), 2u);
+  EXPECT_EQ(manager.asked[0], std::make_pair(AString(L"x"), static_cast<ISolution const *>(&solution)));
+  EXPECT_EQ(manager.asked[1].second, nullptr);
 }

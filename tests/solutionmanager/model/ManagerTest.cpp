@@ -1,6 +1,8 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CNamed_value_manip.h"
@@ -20,6 +22,8 @@ TEST_F(ManagerTest, IDsAreIssuedBeforeTheLibraryPathIsSetAndNothingIsWritten) {
   long const first = manager.FetchNextUniqueID();
   EXPECT_EQ(manager.FetchNextUniqueID(), first + 1);
   EXPECT_FALSE(manager.IsQsolLibraryInitialized());
+  EXPECT_FALSE(LFN_Exists(LongFileName(manager.GetQsolPath())));
+  EXPECT_FALSE(LFN_Exists(LongFileName(manager.GetQsolPath() + L"_priv")));
 }
 
 TEST_F(ManagerTest, AnIDTakenReachesTheLibraryAtOnce) {
@@ -117,13 +121,6 @@ TEST_F(ManagerTest, AddingNothingIsReported) {
 TEST_F(ManagerTest, DeletingAnUnknownSetupIsReported) {
   AssertWatch::Expect("it != m_ImportedSimSetupMap.end()");
   Manager().DeleteSimulationSetup(999, nullptr);
-}
-
-TEST_F(ManagerTest, ExtractorsAreListedForImportedSetupsOnlyWhenAskedFor) {
-  AddSetup(L"A");
-  std::vector<ISimDataExtractor *> extractors;
-  EXPECT_EQ(Manager().GetISimDataExtractors(extractors, 0, false), 0);
-  EXPECT_TRUE(extractors.empty());
 }
 
 TEST_F(ManagerTest, TheLaterConvergenceDefinitionOfASetupTypeIsKept) {

@@ -62,7 +62,7 @@ TEST_F(PersistenceTest, ALibraryWithoutANameMapCantBeTurnedIntoObjects) {
   EXPECT_EQ(Manager().BuildUtilityCollections(), io::kNotFound);
 }
 
-TEST_F(PersistenceTest, TheHeadersWriteSucceedsEvenWhenTheLibraryRefusesIt) {
+TEST_F(PersistenceTest, TheHeadersWriteSucceedsEvenWhenTheLibraryRefusesItOnPurpose) {
   support::TestManager unattached(&m_design);
   EXPECT_TRUE(unattached.WriteDefinitionBlock());
 }
@@ -96,7 +96,7 @@ TEST_F(PersistenceTest, ADesignFileNamesSetupsAndTheirVersions) {
   EXPECT_NE(versions->FindBlock(L"Setup"), nullptr);
 }
 
-TEST_F(PersistenceTest, ASetupThatOnlyTheDesignFileKnowsIsSkipped) {
+TEST_F(PersistenceTest, ASetupThatOnlyTheDesignFileKnowsIsSkippedOnPurpose) {
   AddSetup(L"A");
   io::CBlock design(L"Module");
   Manager().DesignFileWrite(design);
@@ -105,7 +105,7 @@ TEST_F(PersistenceTest, ASetupThatOnlyTheDesignFileKnowsIsSkipped) {
   EXPECT_TRUE(other.GetSetups().empty());
 }
 
-TEST_F(PersistenceTest, ImportedSetupsComeBackAsPlainOnes) {
+TEST_F(PersistenceTest, ImportedSetupsComeBackAsPlainOnesOnPurpose) {
   io::CBlock design(L"Module");
   io::CBlock imported(L"ImportedSimSetup");
   imported << io::named(L"TypeName", L"Fancy") << io::named(L"ID", 55L) << io::named(L"Name", L"Measured");
@@ -126,7 +126,7 @@ TEST_F(PersistenceTest, ReadingAModuleWithDiscardDropsTheCacheFirst) {
   EXPECT_FALSE(std::ifstream(text::ToUtf8(cache)).good());
 }
 
-TEST_F(PersistenceTest, LoadingSetupsFromAFileTellsHowManyThereAre) {
+TEST_F(PersistenceTest, LoadingSetupsFromAFileTellsHowManyThereAreAndHandsOutSetupsThatAreGoneOnPurpose) {
   BaseSimulationSetup & setup = AddSetup(L"A");
   Solve(SolutionOf(setup), L"x=1", {1});
   Commit();

@@ -2,6 +2,7 @@
 
 #include "CoreInterfaces/desktop/SimulationTask.h"
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/file/LongFileName.h"
 #include "plotkit/SweepDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
@@ -80,6 +81,7 @@ TEST_F(SetupTest, SolvingAnswersWhatTheServiceSays) {
   EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, nullptr), kAlreadySolving);
   ASSERT_EQ(m_desktop.posted.size(), 1u);
   EXPECT_EQ(m_desktop.posted[0], std::make_pair(24681L, AString(L"A")));
+  EXPECT_EQ(m_desktop.severities[0], KelvroMessage::kWarning);
 }
 
 TEST_F(SetupTest, SolutionsThatAreUpToDateAreToldOneByOne) {
@@ -93,6 +95,7 @@ TEST_F(SetupTest, SolutionsThatAreUpToDateAreToldOneByOne) {
   ASSERT_EQ(m_desktop.posted.size(), 2u);
   EXPECT_EQ(m_desktop.posted[0], std::make_pair(24680L, AString(L"A : First")));
   EXPECT_EQ(m_desktop.posted[1], std::make_pair(24680L, AString(L"A : Second")));
+  EXPECT_EQ(m_desktop.severities[0], KelvroMessage::kWarning);
   EXPECT_EQ(setup.StartSingleSimulation(&m_instance, 0, 0, nullptr), kNothingToSolve);
   EXPECT_EQ(m_desktop.posted.back(), std::make_pair(24680L, AString(L"A")));
 }
@@ -221,4 +224,62 @@ TEST_F(SetupTest, ASolutionThatIsAddedAgainAfterItsDeletionStandsInOneMap) {
   setup.AddSolution(&solution, nullptr);
   EXPECT_TRUE(setup.GetDeletedSolutions().empty());
   EXPECT_FALSE(solution.IsDeleted());
+}
+
+// What it shares is lost in a run that looks for leaks when its share stays counted.
+TEST_F(SetupTest, AnEquivalentSetupThatDiesGivesUpItsShareOfTheSweeps) {
+  support::TestSetup first(&Manager(), AString(L"A"));
+  auto * const sweep = new SweepDefinition;
+  sweep->SetVariableName(L"F");
+  first.AddSingleSweep(sweep);
+  {
+    support::TestSetup const second(&Manager(), &first);
+    EXPECT_EQ(second.GetSweepDef(L"F"), sweep);
+  }
+  EXPECT_EQ(first.GetSweepDef(L"F")->GetVariableName(), AString(L"F"));
+  first.RemoveAllSweeps();
+}
+
+TEST_F(SetupTest, ASweepThatSomebodyHoldsLivesOnWhenItsSetupIsAssignedTo) {
+  support::TestSetup first(&Manager(), AString(L"A")), other(&Manager(), AString(L"B"));
+  auto * const sweep = new SweepDefinition;
+  sweep->SetVariableName(L"F");
+  first.AddSingleSweep(sweep);
+  static_cast<BaseSimulationSetup &>(first) = other;
+  EXPECT_EQ(first.GetSweepDef(L"F"), nullptr);
+  EXPECT_EQ(sweep->GetVariableName(), AString(L"F"));
+}
+
+TEST_F(SetupTest, ADyingSetupLeavesItsSweepsToWhoeverUsesThemOnPurpose) {
+  auto * const sweep = new SweepDefinition;
+  sweep->SetVariableName(L"F");
+  {
+    support::TestSetup setup(&Manager(), AString(L"A"));
+    setup.AddSingleSweep(sweep);
+  }
+  EXPECT_EQ(sweep->GetVariableName(), AString(L"F"));
+  SweepDefinition::FreeStorage(sweep);
+}
+
+TEST_F(SetupTest, InvalidationReachesSolutionsWhosePlaceAnotherTook) {
+  BaseSimulationSetup & setup = AddSetup(L"A");
+  auto * const first = new support::TestSolution(setup, 301, 1);
+  KelvroCommand command(L"Delete");
+  setup.AddSolution(first, nullptr);
+  setup.DeleteSolution(301, &command);
+  setup.AddSolution(new support::TestSolution(setup, 301, 2), nullptr);
+  setup.DeleteSolution(301, nullptr);
+  ASSERT_NE(setup.GetDeletedSolutions().at(301), first);
+  setup.Invalidate(nullptr, 50, kInvalidateSolutions);
+  EXPECT_EQ(first->GetVersionID(), 50);
+  setup.NonUndoableInvalidateAll();
+  EXPECT_NE(first->GetVersionID(), 50);
+}
+
+TEST_F(SetupTest, WithoutADesignAnInvalidationOfASetupWithoutSolutionsIsReported) {
+  BaseSolutionManager manager{LongFileName(L"none.qsol")};
+  support::TestSetup setup(&manager, AString(L"A"));
+  AssertWatch::Expect("design");
+  setup.Invalidate(nullptr, 50, kInvalidateSetups);
+  EXPECT_EQ(setup.GetVersionID(), 50);
 }

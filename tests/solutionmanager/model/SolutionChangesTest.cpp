@@ -189,7 +189,7 @@ TEST_F(SolutionChangesTest, NonUndoableInvalidationWithoutADefinitionMakesNone) 
   EXPECT_EQ(copy.GetSolutionDefinition(-1), nullptr);
 }
 
-TEST_F(SolutionChangesTest, LoadingTheDesignsDataUpdatesTheReportsAndSaysFalse) {
+TEST_F(SolutionChangesTest, LoadingTheDesignsDataUpdatesTheReportsAndSaysFalseOnPurpose) {
   EXPECT_FALSE(m_solution->LoadCurrentDesignSolutionData());
   EXPECT_EQ(m_extractor->updates, 1);
   m_solution->SetExtractor(nullptr);

@@ -1,5 +1,6 @@
 #include "solutionmanager/model/BaseSolution.h"
 
+#include "basekit/command/KelvroCommand.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
@@ -227,7 +228,7 @@ TEST_F(SolutionTest, TheDefinitionBlockListsTheVariationsOfTheCurrentVersion) {
   EXPECT_EQ(version, 0);
 }
 
-TEST_F(SolutionTest, TheVersionInTheBlocksNameCountsNotTheOneInside) {
+TEST_F(SolutionTest, TheVersionInTheBlocksNameCountsNotTheOneInsideOnPurpose) {
   io::CBlock block(m_solution.GetBlockDefinitionName());
   m_solution.WriteDefinitionBlock(block);
   io::CBlock other(block.Name());
@@ -258,4 +259,56 @@ TEST_F(SolutionTest, LoadingAVariationWithoutABlockIsNotFoundAndChangesNothing) 
   variation.values = {9};
   EXPECT_EQ(variation.LoadInstanceData(), io::kNotFound);
   EXPECT_EQ(variation.values, std::vector<double>{9});
+}
+
+TEST_F(SolutionTest, ADeletedVariationIsTheBestOneWhenAskedFor) {
+  TestVariation & variation = Enter(L"x=1", 5);
+  m_solution.SetState(5, false);
+  m_solution.DeleteSolutionVariation(L"x=1", nullptr);
+  EXPECT_EQ(m_solution.GetBestVariation(L"x=1", false), nullptr);
+  EXPECT_EQ(m_solution.GetBestVariation(L"x=1", true), &variation);
+}
+
+TEST_F(SolutionTest, TheDeletionOfAVariationGivesItsCommandNothingToUndoOnPurpose) {
+  Enter(L"x=1", 5);
+  KelvroCommand command(L"Delete");
+  m_solution.DeleteSolutionVariation(L"x=1", &command);
+  EXPECT_FALSE(command.HasDeltaStates());
+}
+
+TEST_F(SolutionTest, TheDefinitionIsStoredAfterADeletionWhateverAProductsWritingSays) {
+  class Refusing : public support::TestSolution {
+  public:
+    using TestSolution::TestSolution;
+    bool WriteDefinitionBlock(io::CBlock & block) const override {
+      TestSolution::WriteDefinitionBlock(block);
+      return false;
+    }
+  };
+  auto * const solution = new Refusing(m_setup, 301, 0);
+  m_setup.AddSolution(solution, nullptr);
+  Solve(*solution, L"x=1", {1});
+  WriteDefinitions();
+  solution->DeleteSolutionVariation(L"x=1", nullptr);
+  io::CBlock stored(solution->GetBlockDefinitionName());
+  ASSERT_EQ(Manager().LoadSingleBlock(stored), CStreamioLibrary::kLibSuccess);
+  ASSERT_NE(stored.FindBlock(L"States"), nullptr);
+  EXPECT_TRUE(stored.FindBlock(L"States")->Empty());
+}
+
+TEST_F(SolutionTest, AnOlderBlocksVersionCountsAndItsNumberIsNotGivenOutAgain) {
+  io::CBlock block(m_solution.GetBlockDefinitionName());
+  block << io::named(L"VersionID", 5000L);
+  m_solution.ReadDefinitionBlock(block);
+  EXPECT_EQ(m_solution.GetVersionID(), 5000);
+  EXPECT_GT(Manager().FetchNextUniqueID(), 5000);
+}
+
+TEST_F(SolutionTest, ABlockWithoutADefinitionLeavesTheOneThatIsThere) {
+  FrequencySolutionDefinition sweep;
+  sweep.SetSamplingInfo(1e9, 2e9, 0.5e9, 1.5e9);
+  *m_solution.GetFrequencySolutionDefinition(-1) = sweep;
+  io::CBlock const block(m_solution.GetBlockDefinitionName());
+  m_solution.ReadDefinitionBlock(block);
+  EXPECT_TRUE(*m_solution.GetSolutionDefinition(-1) == sweep);
 }

@@ -48,7 +48,7 @@ TEST_F(VersionIDsTest, OneEditGivesOneNewIDToAllThatItsFlagsSelect) {
   EXPECT_EQ(setup.GetVersionID(), ofSetup);
 }
 
-TEST_F(VersionIDsTest, ANonUndoableInvalidationGivesSetupsAndSolutionsIDsOfTheirOwn) {
+TEST_F(VersionIDsTest, ANonUndoableInvalidationGivesSetupsAndSolutionsIDsOfTheirOwnAndLeavesTheManagersOnPurpose) {
   BaseSimulationSetup & setup = AddSetup(L"A");
   BaseSolution & solution = SolutionOf(setup);
   Manager().NonUndoableInvalidateAll();

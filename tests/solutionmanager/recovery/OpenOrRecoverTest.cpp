@@ -162,7 +162,7 @@ TEST_F(OpenOrRecoverTest, APrivateFileAloneIsRecoveredWhenAskedFor) {
   EXPECT_TRUE(fs::exists(PublicFile())) << "the recovered state becomes the public file";
 }
 
-TEST_F(OpenOrRecoverTest, WithoutAPublicFileAndWithoutRecoveryTheDesignIsEmptyAndInOrder) {
+TEST_F(OpenOrRecoverTest, WithoutAPublicFileAndWithoutRecoveryTheDesignIsEmptyAndInOrderOnPurpose) {
   AddSetup(L"A");
   io::CBlock const design = DesignBlock();
   Crash([this] { WriteDefinitions(); });
@@ -196,7 +196,7 @@ TEST_F(OpenOrRecoverTest, APrivateFileOfAnotherPublicFileIsRefusedAndThePublicOn
   EXPECT_EQ(Report().failure, RecoveryReport::Failure::kFileRefused);
 }
 
-TEST_F(OpenOrRecoverTest, ThePublicMapWinsWhereTwoMapsDisagreeAndThePrivateOneOnlyAdds) {
+TEST_F(OpenOrRecoverTest, ThePublicMapWinsWhereTwoMapsDisagreeAndThePrivateOneOnlyAddsOnPurpose) {
   WriteMap(PublicFile(), {{L"K", L"SolutionBlock1"}, {L"M", L"SolutionBlock2"}});
   WriteMap(PrivateFile(), {{L"K", L"SolutionBlock7"}, {L"A", L"SolutionBlock8"}, {L"Z", L"SolutionBlock9"}});
   Pairs pairs;

@@ -57,13 +57,13 @@ TEST_F(UiDeletionsTest, NothingIsWrittenWhenAllSolutionsStay) {
   EXPECT_TRUE(g_calls.empty());
 }
 
-TEST_F(UiDeletionsTest, AnEmptyListKeepsNoSolution) {
+TEST_F(UiDeletionsTest, AnEmptyListKeepsNoSolutionOnPurpose) {
   BaseSimulationSetup & setup = Watched(L"A", {301, 302});
   EXPECT_TRUE(setup.RecoverUIDeletions({}));
   EXPECT_TRUE(setup.GetSolutions().empty());
 }
 
-TEST_F(UiDeletionsTest, AnEmptyListKeepsNoSetup) {
+TEST_F(UiDeletionsTest, AnEmptyListKeepsNoSetupOnPurpose) {
   Watched(L"A", {301});
   Watched(L"B", {302});
   Manager().RecoverUIDeletions({}, {301, 302});
@@ -92,4 +92,12 @@ TEST_F(UiDeletionsTest, NoChangeIsNotCommitted) {
   BaseSimulationSetup & kept = Watched(L"A", {301});
   Manager().RecoverUIDeletions({kept.GetID()}, {301});
   EXPECT_FALSE(std::filesystem::exists(PublicFile()));
+}
+
+TEST_F(UiDeletionsTest, ASolutionThatACopyOfASetupSharesIsNotFreedByTheCopy) {
+  BaseSimulationSetup & setup = Watched(L"A", {301});
+  BaseSimulationSetup copy(setup);
+  EXPECT_TRUE(copy.RecoverUIDeletions({}));
+  EXPECT_EQ(g_calls, (std::vector<std::string>{"database of 301"}));
+  EXPECT_EQ(setup.GetSolutions().at(301)->GetID(), 301);
 }

@@ -63,7 +63,7 @@ TEST_F(VersionConsistencyTest, BlocksOfAnUnknownSetupGo) {
   EXPECT_TRUE(std::filesystem::exists(PublicFile())) << "a deletion is committed";
 }
 
-TEST_F(VersionConsistencyTest, BlocksOfAnUnknownSolutionGoWhateverTheirVersion) {
+TEST_F(VersionConsistencyTest, BlocksOfAnUnknownSolutionGoWhateverTheirVersionOnPurpose) {
   long const setup = AddSetup(L"A").GetID();
   Save(Key(setup, L"x=1", 901, 0));
   Save(Key(setup, L"x=1", 901, 44));
@@ -98,7 +98,7 @@ TEST_F(VersionConsistencyTest, NothingToDropIsNotCommitted) {
   EXPECT_FALSE(std::filesystem::exists(PublicFile()));
 }
 
-TEST_F(VersionConsistencyTest, AKeyOfNoSetupIsKept) {
+TEST_F(VersionConsistencyTest, AKeyOfNoSetupIsKeptOnPurpose) {
   RecoverAfter([&] { Save(Key(-1, L"x=1", 901, 44)); });
   EXPECT_TRUE(Has(Key(-1, L"x=1", 901, 44)));
 }

@@ -39,6 +39,7 @@ TestKitDesktop::~TestKitDesktop() {
 void TestKitDesktop::OnMessage(KelvroMessage const & message) {
   auto const & arguments = message.Arguments().GetArgs();
   posted.emplace_back(message.GetNumber(), arguments.empty() ? AString() : arguments.front());
+  severities.push_back(message.GetSeverity());
 }
 
 } // namespace support

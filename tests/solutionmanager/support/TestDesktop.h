@@ -108,6 +108,7 @@ public:
 
   bool rewrite = false;
   std::vector<std::pair<long, AString>> posted;
+  std::vector<KelvroMessage::Severity> severities;
 
 private:
   MessageManager m_messages;

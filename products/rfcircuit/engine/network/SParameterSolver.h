@@ -36,7 +36,7 @@ private:
   };
 
   [[noreturn]] void RefuseSingular(double frequency) const;
-  std::complex<double> Voltage(Terminals const & port) const;
+  std::complex<double> Voltage(Terminals const & port, std::size_t driven) const;
 
   std::string m_File;
   std::vector<Port> m_Ports;
@@ -44,7 +44,7 @@ private:
   NodalSystem m_System;
   SparseSolver m_Solver;
   std::vector<std::complex<double>> m_Matrix;
-  std::vector<std::complex<double>> m_Solution;
+  std::vector<std::complex<double>> m_Solutions; ///< one behind the other, by the port that is driven
 };
 
 } // namespace rf

@@ -144,32 +144,37 @@ RationalFit::RationalFit(FitSamples const & samples, std::size_t mostSupports) :
   } while (candidates.back().residual > ROUNDING && greedy.Supports().size() < most);
   Candidate const & chosen = Chosen(candidates);
   m_Residual = chosen.residual;
-  m_Weights = chosen.weights;
   for (std::size_t j = 0; j < chosen.supports; ++j) {
     std::size_t const support = greedy.Supports()[j];
     m_Points.push_back(samples.points[support]);
     m_Values.insert(m_Values.end(), samples.Row(support), samples.Row(support) + m_Functions);
+    m_Terms.push_back(chosen.weights[j]);
+    for (std::size_t e = 0; e < m_Functions; ++e)
+      m_Terms.push_back(chosen.weights[j] * samples.Row(support)[e]);
   }
 }
 
+// All sums are real multiples of complex rows, so they run over plain doubles.
 bool RationalFit::At(double point, Complex * row) const {
+  std::size_t const width = 2 * m_Functions;
+  auto const * term = reinterpret_cast<double const *>(m_Terms.data());
+  auto * const sums = reinterpret_cast<double *>(row);
   double re = 0;
   double im = 0;
-  std::fill(row, row + m_Functions, Complex());
+  std::fill(sums, sums + width, 0.0);
   for (std::size_t j = 0; j < m_Points.size(); ++j) {
     double const distance = point - m_Points[j];
-    Complex const * const values = m_Values.data() + j * m_Functions;
     if (distance == 0) {
-      std::copy(values, values + m_Functions, row);
+      std::copy_n(m_Values.data() + j * m_Functions, m_Functions, row);
       return true;
     }
-    double const wr = m_Weights[j].real() / distance;
-    double const wi = m_Weights[j].imag() / distance;
-    re += wr;
-    im += wi;
-    for (std::size_t e = 0; e < m_Functions; ++e)
-      row[e] = {row[e].real() + wr * values[e].real() - wi * values[e].imag(),
-                row[e].imag() + wr * values[e].imag() + wi * values[e].real()};
+    double const factor = 1 / distance;
+    re += factor * term[0];
+    im += factor * term[1];
+    term += 2;
+    for (std::size_t k = 0; k < width; ++k)
+      sums[k] += factor * term[k];
+    term += width;
   }
   Complex const inverse = 1.0 / Complex(re, im);
   bool isFinite = true;

@@ -47,8 +47,8 @@ public:
 private:
   std::size_t m_Functions = 0;
   std::vector<double> m_Points;
-  std::vector<std::complex<double>> m_Weights;
-  std::vector<std::complex<double>> m_Values; ///< a row for each support point
+  std::vector<std::complex<double>> m_Values; ///< for each support point a row of values
+  std::vector<std::complex<double>> m_Terms;  ///< for each support point its weight, and its weight times its values
   double m_Residual = 0;
 };
 

@@ -182,6 +182,7 @@ TEST(AdaptiveSweep, StaysFiniteWhateverItMeets) {
       {"spike at one point", [](double f) { return Complex(std::abs(f - 1.5) < 1e-9 ? 1 : 0); }},
       {"pole between points", [](double f) { return 1e-3 / Complex(f - 1.50037, 0); }},
       {"huge", [](double f) { return Complex(1e150 * f, 1e150); }},
+      {"too large to be squared", [](double f) { return Complex(1e200 * f, std::sin(9 * f) * 1e200); }},
       {"tiny", [](double f) { return Complex(1e-200 * f, 1e-200); }},
       {"zero", [](double) { return Complex(); }},
       {"kink", [](double f) { return Complex(std::abs(f - 1.4)); }},
