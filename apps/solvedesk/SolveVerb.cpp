@@ -83,8 +83,7 @@ void SaveSolved(desktop::Session & session, std::string const & project, int sto
 class SolveOfProject {
 public:
   SolveOfProject(SolveWords const & words, std::shared_ptr<desktop::Session> session)
-      : m_words(words), m_session(std::move(session)),
-        m_listener(words.output, words.events) {}
+      : m_words(words), m_session(std::move(session)), m_listener(words.output, words.events) {}
 
   int Run(desktop::Study const & study) {
     std::vector<BaseSimulationSetup *> const setups = SetupsToSolve();
