@@ -33,11 +33,15 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
   DesignState const before(m_session);
   EditLog const formerLog = m_session.GetEditLog();
   Edit edit(name);
+  bool const isFirst = m_session.BeginAutosave();
   try {
     work(edit);
     RefuseFailure(m_failure);
-    if (!edit.command->HasDeltaStates())
+    if (!edit.command->HasDeltaStates()) {
+      if (isFirst)
+        m_session.EndAutosave();
       return false;
+    }
     auto const story =
         std::make_shared<EditStory const>(EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
     TellLog(before, story, edit.isInvalidation);
@@ -46,6 +50,8 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
     edit.command->RollBack();
     m_failure.Take();
     m_session.GetEditLog() = formerLog;
+    if (isFirst)
+      m_session.EndAutosave();
     throw;
   }
   Told & told = m_told[m_history.NextSerial()];
@@ -94,8 +100,12 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
   if (way == EditStory::Way::kUndone)
     for (EditChange & change : story.changes)
       std::swap(change.from, change.to);
-  if (!(m_history.*forward)())
+  bool const isFirst = m_session.BeginAutosave();
+  if (!(m_history.*forward)()) {
+    if (isFirst)
+      m_session.EndAutosave();
     return false;
+  }
   try {
     RefuseFailure(m_failure);
     TellLog(before, std::make_shared<EditStory const>(story), told.isInvalidation && way == EditStory::Way::kRedone);
@@ -104,6 +114,8 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
     (m_history.*back)();
     m_failure.Take();
     m_session.GetEditLog() = formerLog;
+    if (isFirst)
+      m_session.EndAutosave();
     throw;
   }
   m_lastChanges = story.changes;
