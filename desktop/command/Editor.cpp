@@ -28,12 +28,12 @@ Editor::Editor(Session & session) : m_session(session) {}
 
 Editor::~Editor() = default;
 
-bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & work) {
+bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & work, TextsChanges const & texts) {
   m_session.RefuseWhenReadOnly();
   DesignState const before(m_session);
   EditLog const formerLog = m_session.GetEditLog();
   Edit edit(name);
-  bool const isFirst = m_session.BeginAutosave();
+  bool const isFirst = m_session.BeginAutosave(InverseOf(texts));
   try {
     work(edit);
     RefuseFailure(m_failure);
@@ -57,6 +57,7 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
   Told & told = m_told[m_history.NextSerial()];
   told.changes.insert(told.changes.end(), edit.changes.begin(), edit.changes.end());
   told.isInvalidation = edit.isInvalidation;
+  told.texts.insert(told.texts.end(), texts.begin(), texts.end());
   m_lastChanges = told.changes;
   m_history.Push(std::move(edit.command));
   return true;
@@ -100,7 +101,7 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
   if (way == EditStory::Way::kUndone)
     for (EditChange & change : story.changes)
       std::swap(change.from, change.to);
-  bool const isFirst = m_session.BeginAutosave();
+  bool const isFirst = m_session.BeginAutosave(way == EditStory::Way::kUndone ? told.texts : InverseOf(told.texts));
   if (!(m_history.*forward)()) {
     if (isFirst)
       m_session.EndAutosave();

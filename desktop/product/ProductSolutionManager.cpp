@@ -5,6 +5,7 @@
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
 
 #include <algorithm>
 #include <set>
@@ -70,6 +71,7 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
       ReadAllDefinitionBlocks();
     ApplyNames();
     NameForeignObjects();
+    ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
   }
@@ -243,6 +245,34 @@ bool ProductSolutionManager::CarryOutDeletions() {
     m_deletions.pop_back();
   }
   return true;
+}
+
+// Data that has its new text already stays with it.
+void ProductSolutionManager::ApplyNewTexts() {
+  if (!m_newText || m_isReadOnly)
+    return;
+  std::set<AString> texts;
+  std::list<AString> names;
+  GetSolutionFileManager().IndexKeyList(names, false);
+  for (AString const & name : names) {
+    SolutionVariationKey key;
+    if (UnpackQuickly(name, key) && key.IsValidVariationDataKey())
+      texts.insert(key.GetDesignVariationKey());
+  }
+  for (AString const & text : texts)
+    if (AString const other = m_newText(text); other != text && !texts.contains(other))
+      GetSolutionFileManager().VariationKeyChanged(text, other);
+  // What lists of variations told before.
+  for (auto const & [id, setup] : GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+      std::set<AString> former;
+      for (auto const & [index, variation] : solution->GetVariations())
+        if (AString const text = variation->GetDesignVariationKey();
+            m_newText(text) != text && !solution->HasSolutionData(text, variation->GetVersionID()))
+          former.insert(text);
+      for (AString const & text : former)
+        solution->DeleteSolutionVariation(text, nullptr);
+    }
 }
 
 void ProductSolutionManager::EnterVariationsOfLibrary() {

@@ -5,6 +5,7 @@
 #include "solutionmanager/recovery/RecoveryReport.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 class BaseSolution;
@@ -26,6 +27,8 @@ public:
   /// Before InitializeFromDesign: the library is shown as it was committed, with a length as of when it had that, and
   /// nothing is ever written.
   void SetReadOnly(std::optional<std::uint64_t> length = {});
+  /// For the coming read: the texts that variations of the library are to have.
+  void SetNewTexts(std::function<AString(AString const & variation)> newText) { m_newText = std::move(newText); }
   /// Deletes the blocks of what the design that was read had deleted; for a save.  False when that can't be stored.
   bool CarryOutDeletions();
   /// Texts for people of the setups and solutions that the library alone knew when the design was read.
@@ -60,10 +63,12 @@ private:
   std::vector<BaseSolution *> ForeignSolutions() const;
   void GiveForeignObjectsTheirVersions();
   void NameForeignObjects();
+  void ApplyNewTexts();
   void EnterVariationsOfLibrary();
 
   bool m_recoverOnRead = false;
   bool m_isReadOnly = false;
+  std::function<AString(AString const & variation)> m_newText;
   /// Setup and solution; an invalid solution stands for the whole setup.
   std::vector<std::pair<long, long>> m_deletions;
   std::vector<AString> m_foreignObjects;

@@ -105,13 +105,15 @@ void Session::Autosave() {
   WriteAutosave(record, state);
 }
 
-bool Session::BeginAutosave() {
+bool Session::BeginAutosave(TextsChanges const & back) {
   RefuseWhenReadOnly();
-  if (m_hasAutosave)
-    return false;
-  ProjectRecord record = MakeRecord();
-  WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
-  return true;
+  bool const isFirst = !m_hasAutosave;
+  if (isFirst || !back.empty()) {
+    ProjectRecord record = MakeRecord();
+    WriteTextsChanges(back, record.pendingTexts);
+    WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
+  }
+  return isFirst;
 }
 
 void Session::EndAutosave() {

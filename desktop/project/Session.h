@@ -1,6 +1,7 @@
 #pragma once
 
 #include "basekit/text/AString.h"
+#include "desktop/command/TextsChange.h"
 #include "desktop/project/UnsavedWork.h"
 
 #include <cstdint>
@@ -81,8 +82,9 @@ public:
   /// Writes and syncs the autosave; called after every change.  Nothing is written when the design is what it was at
   /// the last write.
   void Autosave();
-  /// The same before anything unsaved reaches the library: written when there is none, too.  Whether it was.
-  bool BeginAutosave();
+  /// The same before anything unsaved reaches the library: written when there is none, too, and with what leads back
+  /// to the present texts of variations when these are about to change.  Whether there was none.
+  bool BeginAutosave(TextsChanges const & back = {});
   /// For a change that came to nothing: drops what BeginAutosave wrote, unless the library has unsaved data by now.
   void EndAutosave();
   /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.

@@ -132,6 +132,10 @@ void Session::OpenForWriting(LeftWork work) {
   else if (autosave.fate == Fate::kForeign)
     SetAside(autosaveFile, autosave.why);
   TellOfForeignObjects();
+  if (m_hasAutosave && !autosave.record.pendingTexts.Empty()) {
+    ProjectRecord record = MakeRecord(); // The texts are what the design has by now.
+    WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
+  }
 }
 
 // The private file of the library tells how the last session ended.
@@ -267,6 +271,13 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          L": the design's variables can't be read; put back a copy of the file");
   m_manager = m_product->MakeManager(m_design.get());
   m_manager->ResetNextUniqueID(record.ids);
+  if (TextsChanges const changes = ReadTextsChanges(record.pendingTexts); !changes.empty())
+    m_manager->SetNewTexts([changes](AString const & variation) {
+      AString text = variation;
+      for (TextsChange const & change : changes)
+        text = change.Apply(text);
+      return text;
+    });
 }
 
 void Session::ReadLibrary(ProjectRecord const & record) {

@@ -104,7 +104,8 @@ class Run:
 
     def live(self):
         actions = [self.solve, self.edit_and_solve, self.save, self.look, self.delete_and_solve, self.add_setup,
-                   self.edit_setup_and_undo, self.rename_and_discard, self.delete_and_discard]
+                   self.edit_setup_and_undo, self.rename_and_discard, self.delete_and_discard,
+                   self.rename_and_back]
         self.source.shuffle(actions)
         self.solve()
         for action in actions[:self.source.randint(3, 6)]:
@@ -155,6 +156,17 @@ class Run:
 
     def rename_and_discard(self):
         self.discard_after(lambda: self.attempt('set', '--rename', 'cap=capacity', like='rename'))
+
+    def rename_and_back(self):
+        """The name of a variable, and with it that of each point, is one of the two everywhere."""
+        _, killed = self.attempt('set', '--rename', 'cap=capacity', like='rename')
+        now = self.variables()
+        renamed = {('capacity' if name == 'cap' else name): value for name, value in self.design.items()}
+        if now not in ((renamed, self.design) if killed else (renamed,)):
+            raise Broken(f'the design is {now} after a rename')
+        if now == renamed:
+            desk('set', self.name, '--rename', 'capacity=cap')
+        self.check()
 
     def delete_and_discard(self):
         if self.acknowledged:

@@ -2,9 +2,12 @@
 #include "basekit/id/Id.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "basekit/value/Variable.h"
 #include "desktop/command/Editor.h"
 #include "tests/desktop/support/SessionFixture.h"
 #include "tests/support/FaultyFileSystem.h"
+
+#include <csignal>
 
 using LeftWork = desktop::Session::LeftWork;
 
@@ -356,4 +359,58 @@ TEST_F(SavedState, AnEditThatComesToNothingLeavesNoAutosave) {
   EXPECT_TRUE(RefusalOf([&] { session->GetEditor().AddSetup(L"broken", L"x"); }).kind.has_value());
   EXPECT_FALSE(Exists("study.sproject.auto"));
   EXPECT_FALSE(session->HasUnsavedChanges());
+}
+
+TEST_F(SavedState, NoPointIsLostWhereverAnEditOfVariablesDied) {
+  std::filesystem::path const kept = m_folder.Path().string() + "-kept";
+  {
+    auto const session = Open();
+    session->BeginAutosave();
+    for (int number = 2; number < 6; ++number)
+      ASSERT_EQ(Solve(*session, AString::Format(L"C=%d; L=2", number), number), 0);
+  }
+  std::filesystem::copy(m_folder.Path(), kept, std::filesystem::copy_options::recursive);
+  using Work = std::function<void(desktop::Editor &)>;
+  std::vector<Work> const edits{[](auto & editor) { editor.RenameVariable(L"C", L"capacity"); },
+                                [](auto & editor) { editor.AddVariable(L"R", L"5"); },
+                                [](auto & editor) { editor.RemoveVariable(L"L"); },
+                                [](auto & editor) {
+                                  editor.RenameVariable(L"C", L"capacity");
+                                  editor.Undo();
+                                  editor.Redo();
+                                }};
+  int taken[2] = {0, 0};
+  for (std::size_t kind = 0; kind < edits.size(); ++kind) {
+    bool failed = true;
+    for (int operation = 1; failed; ++operation) {
+      SCOPED_TRACE(testing::Message() << "edit " << kind << ", operation " << operation);
+      std::filesystem::remove_all(m_folder.Path());
+      std::filesystem::copy(kept, m_folder.Path(), std::filesystem::copy_options::recursive);
+      Crash([&](desktop::Session & session) {
+        support::FaultyFileSystem files;
+        files.FailAt(operation, true);
+        RefusalOf([&] { edits[kind](session.GetEditor()); });
+        Write("failed", files.HasFailed() ? "yes" : "no");
+        std::raise(SIGKILL); // Nothing reaches the disk behind the failure.
+      });
+      failed = Read("failed") == "yes";
+      auto const session = Open();
+      for (int number = 1; number < 6; ++number) {
+        AString key;
+        for (Variable const * const variable : session->GetDesign().GetVariables()) {
+          AString const name = variable->GetName();
+          bool const isFirst = name == L"C" || name == L"capacity";
+          key += (key.empty() ? AString() : AString(L"; ")) + name + L"=" +
+                 (isFirst ? AString::Format(L"%d", number) : variable->GetValueText());
+        }
+        EXPECT_EQ(ValueOf(*session, key), number == 1 ? 0.1 : number) << testing::PrintToString(key);
+      }
+      EXPECT_EQ(SolutionOf(*session).size(), 5);
+      ++taken[session->GetDesign().GetVariation() == AString(kFirst) ? 0 : 1];
+      ASSERT_LT(operation, 300);
+    }
+  }
+  EXPECT_GT(taken[0], 10);
+  EXPECT_GT(taken[1], 4);
+  std::filesystem::remove_all(kept);
 }

@@ -212,6 +212,6 @@ TEST(RecoveryReportTexts, EveryFailureAndEveryReasonHasWordsOfItsOwn) {
     texts.insert(TextOf(static_cast<RecoveryReport::Failure>(failure)));
   for (int reason = 0; reason <= static_cast<int>(RecoveryReport::Reason::kSolutionDeleted); ++reason)
     texts.insert(TextOf(static_cast<RecoveryReport::Reason>(reason)));
-  EXPECT_EQ(texts.size(), 10u);
+  EXPECT_EQ(texts.size(), 11u);
   EXPECT_FALSE(texts.contains(AString()));
 }
