@@ -64,36 +64,6 @@ AString CommandName(AString const & verb, Texts const & assignments) {
   return name;
 }
 
-// Texts that don't fit come back as they are.
-AString WithValue(AString const & variation, AString const & name, Value const & value) {
-  VariableValues values;
-  bool const isFit =
-      VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true) && values.Add(name, value);
-  return isFit ? values.GetVariationKey() : variation;
-}
-
-AString WithoutValue(AString const & variation, AString const & name, Value const & value) {
-  constexpr double kEqual = 1e-14;
-  VariableValues values;
-  bool const isRead = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
-  Value const * const found = isRead ? values.Find(name) : nullptr;
-  if (!found || Value::Compare(*found, value, {kEqual, kEqual}, {0.0, 0.0}) != 0)
-    return variation;
-  values.Remove(name);
-  return values.GetVariationKey();
-}
-
-AString WithName(AString const & variation, AString const & name, AString const & newName) {
-  VariableValues values;
-  bool const isRead = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
-  Value const * const found = isRead ? values.Find(name) : nullptr;
-  if (!found)
-    return variation;
-  Value const value = *found;
-  values.Remove(name);
-  return values.Add(newName, value) ? values.GetVariationKey() : variation;
-}
-
 } // namespace
 
 void Editor::ChangeVariables(Edit & edit, Texts const & variables) {
@@ -127,16 +97,11 @@ bool Editor::SetVariables(Texts const & assignments) {
 void Editor::AddVariable(AString const & name, AString const & value) {
   RefuseNewName(m_session.GetDesign(), name);
   RefuseNoNumber(name, value);
-  Run(CommandName(L"set --add", {{name, value}}), [&](Edit & edit) {
-    Texts texts = TextsOf(m_session.GetDesign());
-    texts.emplace_back(name, value);
-    ChangeVariables(edit, texts);
-    edit.Tell(AString(L"variable ") + name, AString(), value);
-    Value const added = m_session.GetDesign().FindVariable(name)->GetValue();
-    RenameVariations(
-        edit, [=](AString const & variation) { return WithValue(variation, name, added); },
-        [=](AString const & variation) { return WithoutValue(variation, name, added); });
-  });
+  Texts texts = TextsOf(m_session.GetDesign());
+  texts.emplace_back(name, value);
+  TextsChange const change{TextsChange::Kind::kAdd, name, value};
+  RunWithTexts(CommandName(L"set --add", {{name, value}}), texts, change,
+               {AString(L"variable ") + name, AString(), value});
 }
 
 bool Editor::RenameVariable(AString const & name, AString const & newName) {
@@ -148,13 +113,9 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   if (!AString::MatchNoCase(formerName, newName))
     RefuseNewName(m_session.GetDesign(), newName);
   texts[index].first = newName;
-  return Run(AString(L"set --rename ") + formerName + L"=" + newName, [&](Edit & edit) {
-    ChangeVariables(edit, texts);
-    edit.Tell(L"name of variable", formerName, newName);
-    RenameVariations(
-        edit, [=](AString const & variation) { return WithName(variation, formerName, newName); },
-        [=](AString const & variation) { return WithName(variation, newName, formerName); });
-  });
+  TextsChange const change{TextsChange::Kind::kRename, formerName, newName};
+  return RunWithTexts(AString(L"set --rename ") + formerName + L"=" + newName, texts, change,
+                      {L"name of variable", formerName, newName});
 }
 
 void Editor::RemoveVariable(AString const & name) {
@@ -162,20 +123,21 @@ void Editor::RemoveVariable(AString const & name) {
   std::size_t const index = IndexOf(m_session.GetDesign(), texts, name);
   AString const formerName = texts[index].first;
   AString const formerText = texts[index].second;
-  Value const former = m_session.GetDesign().FindVariable(name)->GetValue();
   texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
-  Run(AString(L"set --remove ") + formerName, [&](Edit & edit) {
-    ChangeVariables(edit, texts);
-    edit.Tell(AString(L"variable ") + formerName, formerText, AString());
-    RenameVariations(
-        edit, [=](AString const & variation) { return WithoutValue(variation, formerName, former); },
-        [=](AString const & variation) { return WithValue(variation, formerName, former); });
-  });
+  TextsChange const change{TextsChange::Kind::kRemove, formerName, formerText};
+  RunWithTexts(AString(L"set --remove ") + formerName, texts, change,
+               {AString(L"variable ") + formerName, formerText, AString()});
 }
 
-void Editor::RenameVariations(Edit & edit, NewText const & forth, NewText const & back) {
-  auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), forth, back);
-  edit.Exchange([renaming] { renaming->Exchange(); });
+bool Editor::RunWithTexts(AString const & command, Texts const & variables, TextsChange const & change,
+                          EditChange const & told) {
+  auto const work = [&](Edit & edit) {
+    ChangeVariables(edit, variables);
+    edit.Tell(told.what, told.from, told.to);
+    auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), change);
+    edit.Exchange([renaming] { renaming->Exchange(); });
+  };
+  return Run(command, work, {change});
 }
 
 } // namespace desktop
