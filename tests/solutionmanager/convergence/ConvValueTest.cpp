@@ -93,7 +93,7 @@ TEST(ConvValue, ValuesComeBackUnderTheirTokens) {
   EXPECT_EQ(c->GetValue(), L"fine");
 }
 
-TEST(ConvValue, AnInvalidValueIsWrittenAsAGapAndAGapIsReadAsInvalid) {
+TEST(ConvValue, AnInvalidValueIsWrittenAsAGapAndAGapIsReadAsInvalidOnPurpose) {
   io::CBlockFuncPtr func(L"c");
   EXPECT_TRUE(IntConvValue(&passes, 2147483647).Write(func));
   EXPECT_TRUE(StringConvValue(&remark, L"N/A").Write(func));
@@ -176,7 +176,7 @@ TEST(SetupConvDef, ColumnsAreFoundByNameAndByTokenExactly) {
   EXPECT_EQ(setup.FindByToken(L"Max delta"), setup.end());
 }
 
-TEST(SetupConvDef, ADuplicateTokenIsReportedAndAddedAllTheSame) {
+TEST(SetupConvDef, ADuplicateTokenIsReportedAndAddedAllTheSameOnPurpose) {
   SetupConvDef setup(L"Adaptive");
   setup.AddDef(&delta);
   support::AssertWatch::Expect("!\"Duplicate convergence definition\"");

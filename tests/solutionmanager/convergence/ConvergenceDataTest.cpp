@@ -67,7 +67,7 @@ std::vector<std::wstring> ItemNames(io::CBlock const & block) {
 
 } // namespace
 
-TEST_F(ConvergenceDataTest, AnIndexWithoutASetIsSilentWhereASetMayBeMissing) {
+TEST_F(ConvergenceDataTest, AnIndexWithoutASetIsSilentWhereASetMayBeMissingOnPurpose) {
   double number = 0.0;
   EXPECT_EQ(data.GetMaximumIter(3), L"N/A");
   EXPECT_EQ(data.GetCurrent(L"Pass", 3), L"N/A");
@@ -160,7 +160,7 @@ TEST_F(ConvergenceDataTest, PassesAreCountedFromOne) {
   EXPECT_EQ(data.GetCurrentCriterion(0), L"0.25");
 }
 
-TEST_F(ConvergenceDataTest, ARowOfTheWrongLengthIsReportedAndTakenAllTheSame) {
+TEST_F(ConvergenceDataTest, ARowOfTheWrongLengthIsReportedAndTakenAllTheSameOnPurpose) {
   Start(0);
   ConvValues row;
   row.AddValue(new IntConvValue(&pass, 1));
@@ -170,7 +170,7 @@ TEST_F(ConvergenceDataTest, ARowOfTheWrongLengthIsReportedAndTakenAllTheSame) {
   EXPECT_EQ(data.GetCurrent(L"Max delta", 0), L"N/A");
 }
 
-TEST_F(ConvergenceDataTest, AValueOfAForeignColumnIsReportedAndGetsAColumn) {
+TEST_F(ConvergenceDataTest, AValueOfAForeignColumnIsReportedAndGetsAColumnOnPurpose) {
   Start(0);
   IntConvDef const foreign(L"Mesh", L"m", false);
   ConvValues row;
@@ -378,7 +378,7 @@ TEST_F(ConvergenceDataTest, TheSingleSetIsWrittenFlat) {
   EXPECT_TRUE(read.NeedInit(kSingle)) << "reading is not initialising";
 }
 
-TEST_F(ConvergenceDataTest, ASingleSetOfAnotherIndexIsWrittenAsASubBlock) {
+TEST_F(ConvergenceDataTest, ASingleSetOfAnotherIndexIsWrittenAsASubBlockOnPurpose) {
   Start(0);
   EXPECT_EQ(ItemNames(Written()), std::vector<std::wstring>{L"0"});
 }
@@ -471,4 +471,134 @@ TEST_F(ConvergenceDataTest, CopiesShareTheSetsAndTheLastFreesThem) {
 TEST_F(ConvergenceDataTest, WritingTheLastPassIsAProductsBusiness) {
   io::CBlock block(L"Record");
   EXPECT_FALSE(data.WriteLastConv(block));
+}
+
+TEST_F(ConvergenceDataTest, ARecordThatWasReadStillNeedsInitOnPurpose) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  ConvergenceData other(L"Record");
+  other.SetSetupDef(&setup, kSingle);
+  EXPECT_EQ(other.Read(Written(), nullptr), io::kNoError);
+  EXPECT_EQ(other.GetCurrent(L"Pass", kSingle), AString(L"1"));
+  EXPECT_TRUE(other.NeedInit(kSingle));
+}
+
+TEST_F(ConvergenceDataTest, AFileThatTellsNoNumberOfPassesGivesZeroOnPurpose) {
+  data.SetSetupDef(&setup, kSingle);
+  EXPECT_EQ(data.Read(io::CBlock(L"Record"), nullptr), io::kNoError);
+  EXPECT_EQ(data.GetMaximumIter(kSingle), AString(L"0"));
+}
+
+TEST_F(ConvergenceDataTest, SayingThatItDidNotConvergeMakesTheAnswerSupportedOnPurpose) {
+  Start(kSingle);
+  EXPECT_FALSE(data.SupportsIsConverged(kSingle));
+  data.SetIsConverged(false, kSingle);
+  EXPECT_TRUE(data.SupportsIsConverged(kSingle));
+  bool isConverged = true;
+  io::CBlock const block = Written();
+  block >> io::named(L"IsConverged", isConverged);
+  EXPECT_TRUE(block.Found());
+  EXPECT_FALSE(isConverged);
+}
+
+TEST_F(ConvergenceDataTest, ClearDataMakesMissingColumnsAndReportsASetWithoutDefinition) {
+  data.SetSetupDef(&setup, kSingle);
+  EXPECT_EQ(data.find(L"Pass", kSingle), &pass);
+  data.ClearData(0, kSingle);
+  EXPECT_EQ(std::distance(data.begin(kSingle), data.end(kSingle)), 2);
+  data.ClearData(0, 7); // no set, nothing to do
+  data.SetSetupDef(nullptr, 3);
+  AssertWatch::Expect("mDef");
+  data.ClearData(0, 3);
+}
+
+TEST_F(ConvergenceDataTest, ARowForAnIndexWithoutASetStaysWithTheCaller) {
+  ConvValues row;
+  row.AddValue(new IntConvValue(&pass, 1));
+  data.AddData(&row, 5);
+  EXPECT_EQ(row.size(), 1);
+}
+
+TEST_F(ConvergenceDataTest, SetsOfNegativeIndicesComeBackBesideOthers) {
+  for (int const index : {kSingle, 0, -7}) {
+    Start(index);
+    AddPass(index, 0.5, index);
+  }
+  io::CBlock const block = Written();
+  EXPECT_NE(block.FindBlock(L"-1"), nullptr);
+  EXPECT_NE(block.FindBlock(L"-7"), nullptr);
+  ConvergenceData other(L"Record");
+  for (int const index : {kSingle, 0, -7})
+    other.SetSetupDef(&setup, index);
+  EXPECT_EQ(other.Read(block, nullptr), io::kNoError);
+  for (int const index : {kSingle, 0, -7})
+    EXPECT_EQ(other.GetCurrent(L"Pass", index), AString::Format(L"%d", index));
+}
+
+TEST_F(ConvergenceDataTest, PassesOfTheParentDoNotCountBesideAChildBlockOnPurpose) {
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  io::CBlock block = Written();
+  io::CBlock child(L"0");
+  block << child;
+  ConvergenceData other(L"Record");
+  other.SetSetupDef(&setup, kSingle);
+  other.SetSetupDef(&setup, 0);
+  EXPECT_EQ(other.Read(block, nullptr), io::kNoError);
+  EXPECT_EQ(other.GetCurrent(L"Pass", kSingle), AString(L"N/A"));
+}
+
+TEST_F(ConvergenceDataTest, TheCurrentPassOfAMissingSetIsReportedOnceAndNotAvailable) {
+  EXPECT_EQ(data.GetCurrentIter(4), AString(L"N/A"));
+  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"pData"});
+  EXPECT_EQ(data.GetCurrentCriterion(4), AString(L"N/A"));
+  AssertWatch::Take();
+}
+
+TEST_F(ConvergenceDataTest, AColumnOfTextHasNoNumber) {
+  StringConvDef note(L"Note", L"t", false);
+  SetupConvDef texts(L"Texts");
+  texts.AddDef(&note);
+  data.SetSetupDef(&texts, kSingle);
+  ConvValues row;
+  row.AddValue(new StringConvValue(&note, L"fine"));
+  data.AddData(&row, kSingle);
+  double value = 0;
+  EXPECT_FALSE(data.GetCurrent(L"Note", value, kSingle));
+  EXPECT_FALSE(data.GetPassData(L"Note", 1, value, kSingle));
+  EXPECT_EQ(data.GetPassData(L"Note", 1, kSingle), AString(L"fine"));
+  data.ClearData(0, kSingle);
+  data.SetSetupDef(&setup, kSingle);
+}
+
+TEST_F(ConvergenceDataTest, ACopyMadeByConstructionSharesTheSets) {
+  Start(kSingle);
+  AddPass(3, 0.5, kSingle);
+  ConvergenceData const copy(data);
+  EXPECT_EQ(copy.GetBaseConvergenceData(kSingle), data.GetBaseConvergenceData(kSingle));
+}
+
+TEST_F(ConvergenceDataTest, ARowThatAProductsColumnCantReadIsNoPass) {
+  class Unreadable : public IntConvDef {
+  public:
+    using IntConvDef::IntConvDef;
+    ConvValue * CreateValue(ConvDef const * def) const override {
+      class Value : public IntConvValue {
+      public:
+        using IntConvValue::IntConvValue;
+        bool Read(io::CBlock_ptr<io::CBlock_func> const &) override { return false; }
+      };
+      return new Value(def, 1);
+    }
+  };
+  Unreadable const never(L"Pass", L"n", false);
+  SetupConvDef list(L"Adaptive");
+  list.AddDef(&never);
+  list.AddDef(&delta);
+  Start(kSingle);
+  AddPass(1, 0.5, kSingle);
+  ConvergenceData other(L"Record");
+  other.SetSetupDef(&list, kSingle);
+  EXPECT_EQ(other.Read(Written(), nullptr), io::kNoError);
+  EXPECT_EQ(other.GetCurrent(L"Max delta", kSingle), AString(L"N/A"));
 }

@@ -81,7 +81,7 @@ TEST_F(ConvergenceRecordsTest, InitialisingWithoutARecordDoesNothing) {
   EXPECT_FALSE(Recorded().AnyConvData(L"x=1"));
 }
 
-TEST_F(ConvergenceRecordsTest, InitialisingStoresTheTextsAndShowsTheCriterion) {
+TEST_F(ConvergenceRecordsTest, InitialisingStoresTheTextsAndShowsTheCriterionOnPurpose) {
   Create(L"x=1", 0, 3);
   ConvergenceData const & record = *Recorded().GetConvData(L"x=1", 0, 3);
   EXPECT_EQ(record.GetMaximumIter(3), L"10");

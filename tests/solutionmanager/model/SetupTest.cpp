@@ -112,7 +112,7 @@ TEST_F(SetupTest, OfAListOnlyWhatNeedsSolvingIsSubmitted) {
   EXPECT_EQ(m_design.service.submitted[0].GetSolutionKey(), second->GetID());
 }
 
-TEST_F(SetupTest, ASetupWithoutSolutionsNeedsNoSolveAndSaysSoForAnInstanceOnly) {
+TEST_F(SetupTest, ASetupWithoutSolutionsNeedsNoSolveAndSaysSoForAnInstanceOnlyOnPurpose) {
   support::TestSetup const setup(&Manager(), AString(L"Empty"));
   EXPECT_FALSE(setup.NeedsToSimulate(AString(L"x=1")));
   EXPECT_TRUE(m_desktop.posted.empty());

@@ -28,7 +28,7 @@ TEST_F(SolveRequestTest, TheCodesAreThoseThatDesktopsKnow) {
   EXPECT_EQ(kSolveSubmitted, 5004);
 }
 
-TEST_F(SolveRequestTest, AnEmptyListOfATaskMeansTheWholeSetupAndOneHandedOverMeansNothing) {
+TEST_F(SolveRequestTest, AnEmptyListOfATaskMeansTheWholeSetupAndOneHandedOverMeansNothingOnPurpose) {
   EXPECT_EQ(m_setup.StartSingleSimulation(&m_instance, 0, 0, nullptr), kSolveSubmitted);
   m_design.service.submitted.clear();
   SimulationTask const task(1, 2, {});
