@@ -65,13 +65,18 @@ int MakeProject(NewWords const & words) {
 
 void AddNewVerb(CLI::App & program, Action & action) {
   auto const words = std::make_shared<NewWords>();
-  CLI::App * const verb = program.add_subcommand("new", "make a project from a netlist");
+  CLI::App * const verb = program.add_subcommand("new", "make a project from a netlist, or a solver file");
   AddProjectWord(*verb, words->project);
-  verb->add_option("--netlist", words->netlist, "the netlist; .param lines become design variables, .sp lines setups")
+  verb->add_option("--netlist,--source", words->netlist,
+                   "the netlist; .param lines become design variables, .sp lines setups; or the solver file of the "
+                   "product 'command'")
       ->required();
-  verb->add_option("--product", words->product, "the solver product that reads it")->capture_default_str();
+  verb->add_option("--product", words->product, "what solves it: rfcircuit, or command for any program")
+      ->capture_default_str();
   AddOutputOptions(*verb, words->output);
-  verb->footer("Example:\n  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir");
+  verb->footer("Examples:\n"
+               "  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir\n"
+               "  solvedesk new ball --source examples/ball/ball.solver --product command");
   verb->callback([&action, words] { action = [words] { return MakeProject(*words); }; });
 }
 

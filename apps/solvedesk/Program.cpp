@@ -62,6 +62,7 @@ void Program::AddVerbs() {
   AddSolveVerb(*m_app, m_action);
   AddSaveVerb(*m_app, m_action);
   AddDiscardVerb(*m_app, m_action);
+  AddValuesVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
   if (m_place == Place::kShell) {
     AddUndoVerb(*m_app, m_action);

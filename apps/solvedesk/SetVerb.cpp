@@ -1,13 +1,14 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/EditResult.h"
-#include "apps/solvedesk/NumberWord.h"
 #include "apps/solvedesk/OpenProject.h"
-#include "apps/solvedesk/VaryGrid.h"
 #include "apps/solvedesk/Verbs.h"
 #include "basekit/value/Variable.h"
 #include "desktop/Error.h"
 #include "desktop/command/Editor.h"
 #include "desktop/design/Design.h"
+#include "desktop/design/KnownVariable.h"
+#include "desktop/design/NumberWord.h"
+#include "desktop/study/VaryWord.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -35,13 +36,14 @@ struct SetWords {
 Assignments ReadPairs(std::vector<std::string> const & words, AString const & where, bool areNumbers) {
   Assignments pairs;
   for (std::string const & word : words) {
-    auto const [name, value] = SplitAssignment(ArgumentText(word), where);
+    auto const [name, value] = desktop::SplitAssignment(ArgumentText(word), where);
     bool const isTwice = std::any_of(pairs.begin(), pairs.end(), [&, &wanted = name](auto const & other) {
       return AString::MatchNoCase(other.first, wanted);
     });
     if (isTwice)
       throw desktop::Error(ErrorKind::kUsage, where + L" " + name + L": is given twice; give one value");
-    pairs.emplace_back(name, areNumbers ? PlainNumber(ReadNumberWord(value, where + L" " + name)) : value);
+    pairs.emplace_back(name,
+                       areNumbers ? desktop::PlainNumber(desktop::ReadNumberWord(value, where + L" " + name)) : value);
   }
   return pairs;
 }
@@ -53,13 +55,13 @@ void ChangeAll(desktop::Session & session, SetWords const & words) {
   Assignments const renamed = ReadPairs(words.renamed, L"set --rename", false);
   desktop::Editor & editor = session.GetEditor();
   for (auto const & [name, newName] : renamed)
-    editor.RenameVariable(KnownVariable(session.GetDesign(), name, L"set --rename " + name), newName);
+    editor.RenameVariable(desktop::KnownVariable(session.GetDesign(), name, L"set --rename " + name), newName);
   for (std::string const & name : words.removed)
-    editor.RemoveVariable(KnownVariable(session.GetDesign(), ArgumentText(name), L"set --remove"));
+    editor.RemoveVariable(desktop::KnownVariable(session.GetDesign(), ArgumentText(name), L"set --remove"));
   for (auto const & [name, value] : added)
     editor.AddVariable(name, value);
   for (auto & [name, value] : assignments)
-    name = KnownVariable(session.GetDesign(), name, L"set " + name);
+    name = desktop::KnownVariable(session.GetDesign(), name, L"set " + name);
   if (!assignments.empty())
     editor.SetVariables(assignments);
 }

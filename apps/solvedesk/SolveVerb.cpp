@@ -1,26 +1,18 @@
-#include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/SolveListener.h"
-#include "apps/solvedesk/VaryGrid.h"
+#include "apps/solvedesk/SolveResult.h"
+#include "apps/solvedesk/StopOnSignals.h"
+#include "apps/solvedesk/StudyWords.h"
 #include "apps/solvedesk/Verbs.h"
-#include "basekit/id/Id.h"
-#include "basekit/message/MessageManager.h"
-#include "basekit/message/MessageQueueRestorer.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
-#include "desktop/product/ProductSolutionManager.h"
-#include "solutionmanager/address/SolutionVariationKey.h"
-#include "solutionmanager/model/BaseSimulationSetup.h"
-#include "solutionmanager/model/BaseSolution.h"
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
 
 #include <csignal>
-#include <map>
 
 namespace solvedesk {
 namespace {
@@ -30,38 +22,13 @@ using desktop::ErrorKind;
 struct SolveWords {
   std::string project;
   std::vector<std::string> setups;
-  std::vector<std::string> vary;
+  StudyWords study;
   int jobs = 0;
   double timeLimit = 3600;
   bool again = false;
   bool noSave = false;
   bool events = false;
   OutputOptions output;
-};
-
-/// Ctrl-C, a polite end and a terminal that goes stop the solve for as long as this lives: once, what runs is finished;
-/// twice, it stops now.
-class StopOnSignals {
-public:
-  StopOnSignals() {
-    struct sigaction action = {};
-    action.sa_handler = [](int) { desktop::SolveQueue::RequestStop(); };
-    sigemptyset(&action.sa_mask);
-    for (auto & [number, former] : m_former)
-      sigaction(number, &action, &former);
-    // Who started this so that it outlives the terminal (nohup) means it.
-    if (m_former[SIGHUP].sa_handler == SIG_IGN)
-      sigaction(SIGHUP, &m_former[SIGHUP], nullptr);
-  }
-  ~StopOnSignals() {
-    for (auto const & [number, former] : m_former)
-      sigaction(number, &former, nullptr);
-  }
-  StopOnSignals(StopOnSignals const &) = delete;
-  StopOnSignals & operator=(StopOnSignals const &) = delete;
-
-private:
-  std::map<int, struct sigaction> m_former{{SIGINT, {}}, {SIGTERM, {}}, {SIGHUP, {}}};
 };
 
 /// The design asks this queue for as long as both live.
@@ -82,11 +49,6 @@ private:
   desktop::SolveQueue m_queue;
 };
 
-struct Requested {
-  std::size_t points = 0;
-  std::size_t alreadyValid = 0;
-};
-
 void CheckNumbers(SolveWords const & words) {
   if (words.jobs < 0 || words.jobs > 1024)
     throw desktop::Error(ErrorKind::kUsage, L"--jobs: takes 1 to 1024 worker processes, or 0 for one a core");
@@ -96,108 +58,12 @@ void CheckNumbers(SolveWords const & words) {
     throw desktop::Error(ErrorKind::kUsage, L"--events and --json: both print on standard output; give one of them");
 }
 
-// A point that is valid already is told to the user by a message; here it is counted instead.
-int Request(BaseSimulationSetup const & setup, desktop::DesignInstance & instance) {
-  IKitDesktop * const kit = GetIKitDesktop();
-  MessageQueueRestorer const restorer(kit ? &kit->GetMessageManager() : nullptr);
-  return setup.StartSingleSimulation(&instance, 0, 0, nullptr);
-}
-
-// All solutions of the setup, valid or not: what stands in the library gives way to what is solved.
-int RequestAnew(BaseSimulationSetup const & setup, desktop::DesignInstance & instance, desktop::SolveQueue & queue) {
-  std::vector<long> solutionIDs;
-  for (auto const & [id, solution] : setup.GetSolutions())
-    solutionIDs.push_back(id);
-  std::vector<SolutionVariationKey> keys;
-  setup.GetSolutionVariationKeysForSolve(keys, instance.GetVariationKey(), &solutionIDs);
-  long const noParent = id::invalidID;
-  return queue.SubmitSolve(&instance, keys, nullptr, nullptr, &noParent, 0, 0, AString(), 0, 0) ? kSolveSubmitted
-                                                                                                : kSolveRefused;
-}
-
-Requested RequestAll(desktop::Session & session, std::vector<BaseSimulationSetup *> const & setups,
-                     VaryGrid const & grid, desktop::SolveQueue * anew) {
-  Requested requested;
-  desktop::Design & design = session.GetDesign();
-  std::vector<AString> variations;
-  variations.reserve(grid.Size());
-  for (std::size_t i = 0; i < grid.Size(); ++i)
-    variations.push_back(design.GetVariation(grid.At(i)));
-  session.GetManager().IssueVariationIDs(variations);
-  for (AString const & variation : variations) {
-    desktop::DesignInstance & instance = design.InstanceFor(variation);
-    for (BaseSimulationSetup const * setup : setups) {
-      ++requested.points;
-      int const answer = anew ? RequestAnew(*setup, instance, *anew) : Request(*setup, instance);
-      if (answer == kNothingToSolve)
-        ++requested.alreadyValid;
-      else if (answer == kSolveRefused)
-        throw desktop::Error(ErrorKind::kFailed, setup->GetName() + L" at " + instance.GetVariationKey() +
-                                                     L": can't be queued; see what was told before");
-    }
-  }
-  return requested;
-}
-
-std::vector<BaseSimulationSetup *> SetupsToSolve(desktop::Session & session, SolveWords const & words,
-                                                 VaryGrid const & grid) {
-  auto setups = ChooseSetups(session, words.setups);
-  if (setups.empty())
-    throw desktop::Error(ErrorKind::kUsage,
-                         ProjectPath(words.project) + L": has no setup to solve; give the netlist a .sp line");
-  if (grid.Size() > VaryGrid::kMostPoints / setups.size())
-    throw desktop::Error(ErrorKind::kUsage, L"--vary: asks for more than 10000000 points in all setups together; "
-                                            L"choose one with --setup, or take larger steps");
-  return setups;
-}
-
-nlohmann::ordered_json Numbers(Requested const & requested, desktop::SolveOutcome const & outcome, bool saved) {
-  return {{"points", requested.points}, {"already_valid", requested.alreadyValid}, {"stored", outcome.stored},
-          {"failed", outcome.failed},   {"interrupted", outcome.interrupted},      {"saved", saved}};
-}
-
-std::string Summary(Requested const & requested, desktop::SolveOutcome const & outcome, bool saved) {
-  std::string text =
-      fmt::format("{}: {} solved, {} valid already", Count(static_cast<long long>(requested.points), "point"),
-                  outcome.stored, requested.alreadyValid);
-  if (outcome.failed > 0)
-    text += fmt::format(", {} failed", outcome.failed);
-  if (outcome.interrupted)
-    text += ", stopped before the end";
-  bool const isNothing = outcome.stored == 0 && requested.alreadyValid == 0;
-  return text + (isNothing ? "\n" : saved ? "; saved\n" : "; not saved\n");
-}
-
-int ExitCode(desktop::SolveOutcome const & outcome) {
-  if (outcome.interrupted)
-    return static_cast<int>(ErrorKind::kInterrupted);
-  return outcome.failed > 0 ? static_cast<int>(ErrorKind::kSolve) : 0;
-}
-
 desktop::SolveOptions QueueOptions(SolveWords const & words, desktop::Session const & session) {
   desktop::SolveOptions options;
   options.workers = words.jobs;
   options.secondsPerJob = words.timeLimit;
   options.workerWords = {L"worker", L"--product", session.GetProduct().GetName()};
   return options;
-}
-
-nlohmann::ordered_json FinishedEvent(nlohmann::ordered_json const & numbers) {
-  nlohmann::ordered_json event{{"event", "finished"}};
-  event.update(numbers);
-  return event;
-}
-
-// Programs that read events learn from them alone how the run ended.
-void TellFailedEnd(desktop::Session const & session, Requested const & requested, SolveListener const & listener,
-                   desktop::Error const & error) {
-  desktop::SolveOutcome outcome;
-  outcome.stored = listener.Stored();
-  outcome.failed = listener.Failed();
-  outcome.interrupted = true;
-  auto event = FinishedEvent(Numbers(requested, outcome, !session.HasUnsavedChanges() && outcome.stored > 0));
-  event["error"] = error.what();
-  PrintEvent(event);
 }
 
 void SaveSolved(desktop::Session & session, std::string const & project, int stored) {
@@ -213,64 +79,92 @@ void SaveSolved(desktop::Session & session, std::string const & project, int sto
   }
 }
 
-desktop::SolveOutcome RunAndSave(desktop::Session & session, SolveWords const & words,
-                                 std::vector<BaseSimulationSetup *> const & setups, VaryGrid const & grid,
-                                 SolveListener & listener, Requested & requested) {
-  QueueOfDesign solver(session, QueueOptions(words, session));
-  desktop::SolveOutcome outcome;
-  {
-    // Also while points are queued: a request to stop then ends the run before it begins.
-    StopOnSignals const stopOnSignals;
-    requested = RequestAll(session, setups, grid, words.again ? &solver.Queue() : nullptr);
-    outcome = solver.Queue().Run(listener);
+/// One solve of a project that is open, from the request of its points to the save.
+class SolveOfProject {
+public:
+  SolveOfProject(SolveWords const & words, std::shared_ptr<desktop::Session> session)
+      : m_words(words), m_session(std::move(session)),
+        m_listener(IsLiveTerminal() && !words.output.quiet, words.events) {}
+
+  int Run(desktop::Study const & study) {
+    std::vector<BaseSimulationSetup *> const setups = SetupsToSolve();
+    m_session->CheckSourceUnchanged();
+    if (m_words.events)
+      std::signal(SIGPIPE, SIG_IGN); // A reader that goes away is met as a request to stop.
+    try {
+      RunAndSave(study, setups);
+    } catch (desktop::Error const & error) {
+      if (m_words.events)
+        TellFailedEnd(error);
+      throw;
+    }
+    m_result.isSaved = !m_session->HasUnsavedChanges() && m_result.outcome.stored + m_result.requested.alreadyValid > 0;
+    return Tell();
   }
-  if (!words.noSave && session.HasUnsavedChanges())
-    SaveSolved(session, words.project, outcome.stored);
-  return outcome;
-}
 
-std::string WithoutEnd(std::string text) {
-  text.pop_back();
-  return text;
-}
+private:
+  std::vector<BaseSimulationSetup *> SetupsToSolve() const {
+    auto setups = ChooseSetups(*m_session, m_words.setups);
+    if (setups.empty())
+      throw desktop::Error(ErrorKind::kUsage,
+                           ProjectPath(m_words.project) +
+                               L": has no setup to solve; make one in the source, such as by a .sp line of a netlist");
+    return setups;
+  }
 
-int StopForReader(std::string const & summary) {
-  PrintMessage("standard output: its reader went away, which is a request to stop (" + WithoutEnd(summary) + ")");
-  return static_cast<int>(ErrorKind::kInterrupted);
-}
+  void RunAndSave(desktop::Study const & study, std::vector<BaseSimulationSetup *> const & setups) {
+    QueueOfDesign solver(*m_session, QueueOptions(m_words, *m_session));
+    {
+      // Also while points are queued: a request to stop then ends the run before it begins.
+      StopOnSignals const stopOnSignals;
+      m_result.requested = desktop::RequestStudy(*m_session, setups, study, m_words.again ? &solver.Queue() : nullptr);
+      for (AString const & note : m_result.requested.notes)
+        PrintMessage("note: " + Utf8(note));
+      m_result.outcome = solver.Queue().Run(m_listener);
+    }
+    if (!m_words.noSave && m_session->HasUnsavedChanges())
+      SaveSolved(*m_session, m_words.project, m_result.outcome.stored);
+  }
+
+  // Programs that read events learn from them alone how the run ended.
+  void TellFailedEnd(desktop::Error const & error) {
+    m_result.outcome.stored = m_listener.Stored();
+    m_result.outcome.failed = m_listener.Failed();
+    m_result.outcome.interrupted = true;
+    m_result.isSaved = !m_session->HasUnsavedChanges() && m_result.outcome.stored > 0;
+    auto event = m_result.FinishedEvent();
+    event["error"] = error.what();
+    PrintEvent(event);
+  }
+
+  int Tell() {
+    if (m_words.events) {
+      PrintEvent(m_result.FinishedEvent());
+    } else {
+      nlohmann::ordered_json document = m_result.Numbers();
+      document["failures"] = m_listener.Failures();
+      PrintResult(m_words.output, m_result.Summary() + "\n", document);
+    }
+    if (IsReaderGone()) {
+      PrintMessage("standard output: its reader went away, which is a request to stop (" + m_result.Summary() + ")");
+      return static_cast<int>(ErrorKind::kInterrupted);
+    }
+    FinishOutput(m_result.Summary());
+    return m_result.ExitCode();
+  }
+
+  SolveWords const & m_words;
+  std::shared_ptr<desktop::Session> m_session;
+  SolveListener m_listener;
+  SolveResult m_result;
+};
 
 int Solve(SolveWords const & words) {
   CheckNumbers(words);
-  VaryGrid grid(words.vary);
+  desktop::Study study = MakeStudy(words.study);
   auto const session = OpenForWriting(words.project);
-  grid.ResolveNames(session->GetDesign());
-  auto const setups = SetupsToSolve(*session, words, grid);
-  session->CheckSourceUnchanged();
-
-  SolveListener listener(IsLiveTerminal() && !words.output.quiet, words.events);
-  if (words.events)
-    std::signal(SIGPIPE, SIG_IGN); // A reader that goes away is met as a request to stop.
-  Requested requested;
-  desktop::SolveOutcome outcome;
-  try {
-    outcome = RunAndSave(*session, words, setups, grid, listener, requested);
-  } catch (desktop::Error const & error) {
-    if (words.events)
-      TellFailedEnd(*session, requested, listener, error);
-    throw;
-  }
-  bool const isSaved = !session->HasUnsavedChanges() && outcome.stored + requested.alreadyValid > 0;
-  nlohmann::ordered_json document = Numbers(requested, outcome, isSaved);
-  if (words.events) {
-    PrintEvent(FinishedEvent(document));
-  } else {
-    document["failures"] = listener.Failures();
-    PrintResult(words.output, Summary(requested, outcome, isSaved), document);
-  }
-  if (IsReaderGone())
-    return StopForReader(Summary(requested, outcome, isSaved));
-  FinishOutput(WithoutEnd(Summary(requested, outcome, isSaved)));
-  return ExitCode(outcome);
+  study.ResolveNames(session->GetDesign());
+  return SolveOfProject(words, session).Run(study);
 }
 
 } // namespace
@@ -280,9 +174,7 @@ void AddSolveVerb(CLI::App & program, Action & action) {
   CLI::App * const verb = program.add_subcommand("solve", "solve the setups over values of the design variables");
   AddProjectWord(*verb, words->project);
   verb->add_option("--setup", words->setups, "a setup to solve; all of them without this")->allow_extra_args(false);
-  verb->add_option("--vary", words->vary,
-                   "NAME=A:B:STEP (B included when a step falls on it) or NAME=v1,v2,...; several make a grid")
-      ->allow_extra_args(false);
+  AddStudyOptions(*verb, words->study);
   verb->add_option("--jobs", words->jobs, "worker processes; 0: one for each core")->capture_default_str();
   verb->add_option("--time-limit", words->timeLimit, "seconds that one point may take")->capture_default_str();
   verb->add_flag("--again", words->again,
@@ -292,7 +184,11 @@ void AddSolveVerb(CLI::App & program, Action & action) {
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk solve lowpass\n"
-               "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n\n"
+               "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n"
+               "  solvedesk solve lowpass --vary cscale=0.9,1,1.1,lscale=1.1,1,0.9      three points, not nine\n"
+               "  solvedesk solve lowpass --points corners.csv\n"
+               "  solvedesk solve lowpass --sample 100 --seed 7 --vary cscale=0.9:1.1 --vary lscale=0.9:1.1\n\n"
+               "--vary words, each --points file and the sample make a grid together, the last one running fastest.\n"
                "Points that are valid already are not solved again, unless --again says so. Ctrl-C once finishes what "
                "runs, twice stops now;\n"
                "what is solved is kept either way.");

@@ -19,6 +19,7 @@ void AddSolveVerb(CLI::App & program, Action & action);
 void AddSaveVerb(CLI::App & program, Action & action);
 void AddDiscardVerb(CLI::App & program, Action & action);
 void AddRecoverVerb(CLI::App & program, Action & action);
+void AddValuesVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
 void AddReloadVerb(CLI::App & program, Action & action);
 void AddSetupVerb(CLI::App & program, Action & action);

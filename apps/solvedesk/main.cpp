@@ -6,6 +6,7 @@
 #include "desktop/Error.h"
 #include "desktop/KitDesktop.h"
 #include "desktop/message/Catalogue.h"
+#include "products/command/product/RegisterCommand.h"
 #include "products/rfcircuit/product/RegisterRfCircuit.h"
 
 #include <csignal>
@@ -28,6 +29,7 @@ int Run(int count, char ** words) {
   if (!program.Parse(std::vector<std::string>(words + 1, words + count)))
     return 0; // help and version
   rfcircuit::RegisterRfCircuit();
+  command::RegisterCommand();
   desktop::KitDesktop kit;
   MessagesToConsole messages;
   kit.GetMessageManager().AddListener(&messages);

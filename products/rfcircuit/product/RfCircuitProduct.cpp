@@ -2,6 +2,7 @@
 
 #include "desktop/product/ProductRegistry.h"
 #include "products/rfcircuit/product/NetlistSource.h"
+#include "products/rfcircuit/product/NetworkQuantities.h"
 #include "products/rfcircuit/product/RegisterRfCircuit.h"
 #include "products/rfcircuit/product/RfJobRunner.h"
 #include "products/rfcircuit/product/RfManager.h"
@@ -86,6 +87,11 @@ bool RfCircuitProduct::WriteTouchstone(BaseSolutionVariation const & variation,
     return false;
   }
   return ExportTouchstone(*rfVariation, fileWithoutExtension, digits, written, error);
+}
+
+std::vector<desktop::QuantityValues> RfCircuitProduct::GetQuantities(BaseSolutionVariation const & variation) const {
+  auto const * const rfVariation = dynamic_cast<RfVariation const *>(&variation);
+  return rfVariation ? QuantitiesOf(rfVariation->GetData()) : std::vector<desktop::QuantityValues>();
 }
 
 } // namespace rfcircuit

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IQuantityProduct.h"
 
 namespace rfcircuit {
 
 /// Linear RF networks from a netlist: every `.sp` line is a setup, every plain number that a `.param` line of the main
 /// file defines is a design variable.
-class RfCircuitProduct : public desktop::IDesktopProduct, public desktop::INetworkProduct {
+class RfCircuitProduct : public desktop::IDesktopProduct,
+                         public desktop::INetworkProduct,
+                         public desktop::IQuantityProduct {
 public:
   AString GetName() const override;
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
@@ -23,6 +26,8 @@ public:
 
   bool WriteTouchstone(BaseSolutionVariation const & variation, LongFileName const & fileWithoutExtension, int digits,
                        LongFileName & written, AString & error) const override;
+
+  std::vector<desktop::QuantityValues> GetQuantities(BaseSolutionVariation const & variation) const override;
 };
 
 } // namespace rfcircuit

@@ -1,4 +1,4 @@
-#include "apps/solvedesk/NumberWord.h"
+#include "desktop/design/NumberWord.h"
 
 #include "basekit/text/NumberText.h"
 #include "basekit/text/Utf8.h"
@@ -8,11 +8,11 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace solvedesk {
+namespace desktop {
 namespace {
 
 [[noreturn]] void Refuse(AString const & where, AString const & word, AString const & problem) {
-  throw desktop::Error(desktop::ErrorKind::kUsage, where + L": '" + word + L"' " + problem);
+  throw Error(ErrorKind::kUsage, where + L": '" + word + L"' " + problem);
 }
 
 bool EndsInAmbiguousLetter(AString const & word) {
@@ -53,4 +53,4 @@ double ReadNumberWord(AString const & word, AString const & where) {
 
 AString PlainNumber(double value) { return text::FromUtf8(text::ShortestReal(value == 0 ? 0.0 : value)); }
 
-} // namespace solvedesk
+} // namespace desktop

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace solvedesk {
+namespace desktop {
 
 /// The values start, start + step, ... up to stop, which is one of them when it falls on a step.  Reckoned in decimals
 /// as a person would: 0.9:1.1:0.05 holds 0.95 and not 0.9500000000000001, and ends at 1.1.
@@ -27,4 +27,4 @@ private:
   __int128 m_exactStep = 0;
 };
 
-} // namespace solvedesk
+} // namespace desktop

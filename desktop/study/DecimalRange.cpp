@@ -1,4 +1,4 @@
-#include "apps/solvedesk/DecimalRange.h"
+#include "desktop/study/DecimalRange.h"
 
 #include "basekit/text/NumberText.h"
 
@@ -7,7 +7,7 @@
 #include <cmath>
 #include <string>
 
-namespace solvedesk {
+namespace desktop {
 namespace {
 
 constexpr int kMostShifts = 18; // of a number of 17 digits, within 128 bits
@@ -98,4 +98,4 @@ double DecimalRange::At(long long index) const {
   return m_start + static_cast<double>(index) * m_step;
 }
 
-} // namespace solvedesk
+} // namespace desktop
