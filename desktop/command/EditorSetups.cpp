@@ -59,7 +59,8 @@ bool Editor::EditSetup(AString const & name, AString const & words) {
   BaseSimulationSetup & setup = FindSetup(name);
   SourceSetup const said = ReadWords(m_session, setup.GetName(), words);
   return Run(AString(L"setup edit ") + setup.GetName() + L" " + words, [&](Edit & edit) {
-    Revise(edit, setup, m_session.GetProject().GetSourceBase().fingerprint, said.settings);
+    AString const source = SolvedSourceOf(m_session);
+    Revise(edit, setup, {source, source}, said.settings);
   });
 }
 
@@ -111,17 +112,18 @@ void Editor::InvalidateSolution(AString const & name) {
 
 // Definitions are told the settings at the version that is present then: so the settings come behind the versions, on
 // the way back as well.
-void Editor::Revise(Edit & edit, BaseSimulationSetup & setup, AString const & source, io::CBlock const & settings) {
+void Editor::Revise(Edit & edit, BaseSimulationSetup & setup, SourceChange const & source,
+                    io::CBlock const & settings) {
   IDesktopProduct const & product = m_session.GetProduct();
   io::CBlock const former = SettingsOf(m_session, setup);
   AString const formerWords = product.DescribeSettings(former);
   AString const words = product.DescribeSettings(settings);
   bool const isEdited = words != formerWords;
-  if (!isEdited && source == m_session.GetProject().GetSourceBase().fingerprint)
+  if (!isEdited && source.from == source.to)
     return;
   if (isEdited)
     edit.OnUndo([&product, &setup, former] { product.ApplySettings(setup, former); });
-  NewVersions(edit, setup, source, words);
+  NewVersions(edit, setup, source.to, words);
   if (!isEdited)
     return;
   if (!product.ApplySettings(setup, settings))

@@ -3,9 +3,11 @@
 #include "basekit/value/VariableValues.h"
 #include "desktop/Error.h"
 #include "desktop/command/Edit.h"
+#include "desktop/command/SolvedSource.h"
 #include "desktop/command/VariationTexts.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
 
 #include <algorithm>
@@ -55,6 +57,14 @@ void RefuseNewName(Design const & design, AString const & name) {
                                        L"digits and underscores");
   if (design.FindVariable(name))
     throw Error(ErrorKind::kUsage, name + L": the design has a variable of that name already; choose another one");
+}
+
+// What is solved with values of one variable of the source would pass for solved with values of another one.
+void RefuseOtherVariable(SourceBase const & base, AString const & name, AString const & newName) {
+  if (ValueInSource(base, name) && ValueInSource(base, newName))
+    throw Error(ErrorKind::kUsage, newName + L": is another variable of the source, so " + name +
+                                       L" can't have its name; use --remove " + name + L" and --add " + newName +
+                                       L"=VALUE");
 }
 
 AString CommandName(AString const & verb, Texts const & assignments) {
@@ -132,10 +142,14 @@ void Editor::AddVariable(AString const & name, AString const & value) {
     texts.emplace_back(name, value);
     ChangeVariables(edit, texts);
     edit.Tell(AString(L"variable ") + name, AString(), value);
-    Value const added = m_session.GetDesign().FindVariable(name)->GetValue();
+    auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), name);
+    if (!own)
+      return;
+    Value const solved = Variable(name, *own).GetValue();
     RenameVariations(
-        edit, [=](AString const & variation) { return WithValue(variation, name, added); },
-        [=](AString const & variation) { return WithoutValue(variation, name, added); });
+        edit, [=](AString const & variation) { return WithValue(variation, name, solved); },
+        [=](AString const & variation) { return WithoutValue(variation, name, solved); });
+    FollowInLog(edit, name, *own, true);
   });
 }
 
@@ -145,8 +159,10 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   AString const formerName = texts[index].first;
   if (formerName == newName)
     return false;
-  if (!AString::MatchNoCase(formerName, newName))
+  if (!AString::MatchNoCase(formerName, newName)) {
     RefuseNewName(m_session.GetDesign(), newName);
+    RefuseOtherVariable(m_session.GetProject().GetSourceBase(), formerName, newName);
+  }
   texts[index].first = newName;
   return Run(AString(L"set --rename ") + formerName + L"=" + newName, [&](Edit & edit) {
     ChangeVariables(edit, texts);
@@ -154,6 +170,13 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
     RenameVariations(
         edit, [=](AString const & variation) { return WithName(variation, formerName, newName); },
         [=](AString const & variation) { return WithName(variation, newName, formerName); });
+    if (AString::MatchNoCase(formerName, newName))
+      return;
+    SourceBase const & base = m_session.GetProject().GetSourceBase();
+    if (auto const own = ValueInSource(base, formerName))
+      FollowInLog(edit, formerName, *own, false);
+    if (auto const own = ValueInSource(base, newName))
+      FollowInLog(edit, newName, *own, true);
   });
 }
 
@@ -162,14 +185,30 @@ void Editor::RemoveVariable(AString const & name) {
   std::size_t const index = IndexOf(m_session.GetDesign(), texts, name);
   AString const formerName = texts[index].first;
   AString const formerText = texts[index].second;
-  Value const former = m_session.GetDesign().FindVariable(name)->GetValue();
+  auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), formerName);
   texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
   Run(AString(L"set --remove ") + formerName, [&](Edit & edit) {
     ChangeVariables(edit, texts);
     edit.Tell(AString(L"variable ") + formerName, formerText, AString());
+    if (!own)
+      return;
+    Value const solved = Variable(formerName, *own).GetValue();
+    if (*own != formerText)
+      edit.Tell(AString(L"value of ") + formerName, formerText, *own + L", the source's own");
     RenameVariations(
-        edit, [=](AString const & variation) { return WithoutValue(variation, formerName, former); },
-        [=](AString const & variation) { return WithValue(variation, formerName, former); });
+        edit, [=](AString const & variation) { return WithoutValue(variation, formerName, solved); },
+        [=](AString const & variation) { return WithValue(variation, formerName, solved); });
+    FollowInLog(edit, formerName, *own, false);
+  });
+}
+
+// The value of a variable of the source becomes the source's own, or, released, that of a variable of the design.
+void Editor::FollowInLog(Edit & edit, AString const & name, AString const & value, bool isReleased) {
+  auto const fixed = std::make_shared<FixedValueInLog>(name, value);
+  auto const next = std::make_shared<bool>(isReleased);
+  edit.Exchange([&log = m_session.GetEditLog(), fixed, next] {
+    *next ? fixed->Release(log) : fixed->Fix(log);
+    *next = !*next;
   });
 }
 
