@@ -9,6 +9,7 @@
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <CLI/CLI.hpp>
 
@@ -89,6 +90,7 @@ public:
   int Run(desktop::Study const & study) {
     std::vector<BaseSimulationSetup *> const setups = SetupsToSolve();
     m_session->CheckSourceUnchanged();
+    m_result.hadUnsaved = m_session->HasUnsavedChanges();
     if (m_words.events)
       std::signal(SIGPIPE, SIG_IGN); // A reader that goes away is met as a request to stop.
     try {
@@ -106,9 +108,14 @@ private:
   std::vector<BaseSimulationSetup *> SetupsToSolve() const {
     auto setups = ChooseSetups(*m_session, m_words.setups);
     if (setups.empty())
-      throw desktop::Error(ErrorKind::kUsage,
-                           ProjectPath(m_words.project) +
-                               L": has no setup to solve; make one in the source, such as by a .sp line of a netlist");
+      throw desktop::Error(ErrorKind::kUsage, ProjectPath(m_words.project) +
+                                                  L": has no setup to solve; make one with `setup add`, or in the "
+                                                  L"source and reload");
+    for (BaseSimulationSetup const * setup : setups)
+      if (setup->GetSolutions().empty())
+        throw desktop::Error(ErrorKind::kUsage,
+                             setup->GetName() + L": the setup's solution was deleted, so it can't be solved; `reload` "
+                                                L"or `setup edit` make it a new one, `--setup` chooses others");
     return setups;
   }
 
@@ -122,7 +129,9 @@ private:
         PrintMessage("note: " + Utf8(note));
       m_result.outcome = solver.Queue().Run(m_listener);
     }
-    if (!m_words.noSave && m_session->HasUnsavedChanges())
+    // Edits are saved with results alone.  Where all was saved before, what is there is no more than new IDs.
+    bool const isDue = m_result.outcome.stored > 0 || !m_result.hadUnsaved;
+    if (!m_words.noSave && isDue && m_session->HasUnsavedChanges())
       SaveSolved(*m_session, m_words.project, m_result.outcome.stored);
   }
 
@@ -179,19 +188,22 @@ void AddSolveVerb(CLI::App & program, Action & action) {
   verb->add_option("--time-limit", words->timeLimit, "seconds that one point may take")->capture_default_str();
   verb->add_flag("--again", words->again,
                  "solve also points that are valid already, such as one whose data is damaged");
-  verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work");
+  verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work, and all edits with them");
   verb->add_flag("--events", words->events, "print one JSON line for each point once it is safe: stored or failed");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Examples:\n"
-               "  solvedesk solve lowpass\n"
-               "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n"
-               "  solvedesk solve lowpass --vary cscale=0.9,1,1.1,lscale=1.1,1,0.9      three points, not nine\n"
-               "  solvedesk solve lowpass --points corners.csv\n"
-               "  solvedesk solve lowpass --sample 100 --seed 7 --vary cscale=0.9:1.1 --vary lscale=0.9:1.1\n\n"
-               "--vary words, each --points file and the sample make a grid together, the last one running fastest.\n"
-               "Points that are valid already are not solved again, unless --again says so. Ctrl-C once finishes what "
-               "runs, twice stops now;\n"
-               "what is solved is kept either way.");
+  verb->footer(
+      "Examples:\n"
+      "  solvedesk solve lowpass\n"
+      "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n"
+      "  solvedesk solve lowpass --vary cscale=0.9,1,1.1,lscale=1.1,1,0.9      three points, not nine\n"
+      "  solvedesk solve lowpass --points corners.csv\n"
+      "  solvedesk solve lowpass --sample 100 --seed 7 --vary cscale=0.9:1.1 --vary lscale=0.9:1.1\n\n"
+      "--vary words, each --points file and the sample make a grid together, the last one running fastest.\n"
+      "Points that are valid already are not solved again, unless --again says so. Ctrl-C once finishes what "
+      "runs, twice stops now;\n"
+      "what is solved is kept either way. A solve that stored a point saves the project: unsaved edits go with "
+      "it, and\nthere is no discarding them then. One that stored nothing saves nothing; --no-save keeps all "
+      "unsaved.");
   verb->callback([&action, words] { action = [words] { return Solve(*words); }; });
 }
 

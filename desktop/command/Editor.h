@@ -97,6 +97,8 @@ private:
     AString to;
   };
   void Revise(Edit & edit, BaseSimulationSetup & setup, SourceChange const & source, io::CBlock const & settings);
+  void AddMissingSolutions(Edit & edit, BaseSimulationSetup & setup);
+  bool IsAnySolutionMissing() const;
   void FollowInLog(Edit & edit, AString const & name, AString const & value, bool isReleased);
   void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
   BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);

@@ -92,7 +92,7 @@ bool Editor::Reload(std::vector<AString> & notices) {
   if (!m_session.GetProduct().ReadSource(file, description, error))
     throw Error(ErrorKind::kSource, error);
   SourceFiles const files = ReadFiles(description, project);
-  if (files == project.GetSourceFiles())
+  if (files == project.GetSourceFiles() && !IsAnySolutionMissing())
     return false;
   SourceBase const now = SourceBase::Of(description, files);
   auto const describe = [this](io::CBlock const & settings) {
@@ -136,6 +136,7 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
   for (auto const & [id, setup] : manager.GetSetups()) {
     auto const edited = merge.edited.find(id);
     Revise(edit, *setup, source, edited == merge.edited.end() ? SettingsOf(m_session, *setup) : edited->second);
+    AddMissingSolutions(edit, *setup);
   }
   for (std::size_t const index : merge.added) {
     SourceSetup said = base.setups[index].said;

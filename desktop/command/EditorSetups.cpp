@@ -11,6 +11,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace desktop {
@@ -24,6 +25,16 @@ SourceSetup ReadWords(Session const & session, AString const & name, AString con
   if (!session.GetProduct().ReadSettings(words, said, error))
     throw Error(ErrorKind::kUsage, AString(L"setup ") + name + L": " + error);
   return said;
+}
+
+std::vector<AString> MissingSolutions(IDesktopProduct const & product, BaseSimulationSetup const & setup) {
+  std::vector<AString> names = product.GetSolutionNames(setup.GetSimSetupTypeName());
+  std::erase_if(names, [&setup](AString const & name) {
+    auto const & solutions = setup.GetSolutions();
+    return std::any_of(solutions.begin(), solutions.end(),
+                       [&name](auto const & entry) { return entry.second->GetSolutionName() == name; });
+  });
+  return names;
 }
 
 } // namespace
@@ -61,6 +72,22 @@ bool Editor::EditSetup(AString const & name, AString const & words) {
   return Run(AString(L"setup edit ") + setup.GetName() + L" " + words, [&](Edit & edit) {
     AString const source = SolvedSourceOf(m_session);
     Revise(edit, setup, {source, source}, said.settings);
+    AddMissingSolutions(edit, setup);
+  });
+}
+
+void Editor::AddMissingSolutions(Edit & edit, BaseSimulationSetup & setup) {
+  for (AString const & name : MissingSolutions(m_session.GetProduct(), setup)) {
+    BaseSolution * const made = setup.CreateSolution(name);
+    setup.AddSolution(made, edit.command.get());
+    edit.Tell(AString(L"solution ") + made->GetGlobalSolutionName(), AString(), L"as it was deleted");
+  }
+}
+
+bool Editor::IsAnySolutionMissing() const {
+  auto const & setups = m_session.GetManager().GetSetups();
+  return std::any_of(setups.begin(), setups.end(), [this](auto const & entry) {
+    return !MissingSolutions(m_session.GetProduct(), *entry.second).empty();
   });
 }
 

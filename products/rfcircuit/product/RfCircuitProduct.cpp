@@ -51,6 +51,8 @@ bool RfCircuitProduct::ReadSettings(AString const & words, desktop::SourceSetup 
   return true;
 }
 
+std::vector<AString> RfCircuitProduct::GetSolutionNames(AString const &) const { return {RfSolution::kName}; }
+
 AString RfCircuitProduct::DescribeSettings(io::CBlock const & settings) const {
   AString error;
   auto const sweep = ReadSweep(settings, error);
