@@ -2,6 +2,7 @@
 
 #include "apps/solvedesk/Console.h"
 
+#include "apps/solvedesk/LiveLines.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 
@@ -31,6 +32,7 @@ bool Written(bool isWritten) {
 }
 
 bool Write(std::string const & text) {
+  LiveLines::ClearShown();
   errno = 0;
   return Written(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
 }
@@ -74,6 +76,11 @@ bool PrintEvent(nlohmann::ordered_json const & event) {
   return Flush() && isWritten;
 }
 
+bool PrintLine(std::string const & text) {
+  bool const isWritten = Write(text + "\n");
+  return Flush() && isWritten;
+}
+
 bool IsReaderGone() { return s_outputError == EPIPE; }
 
 void PrintMessage(std::string const & text) {
@@ -83,6 +90,7 @@ void PrintMessage(std::string const & text) {
   for (char & c : line)
     if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
       c = ' ';
+  LiveLines::ClearShown();
   std::fprintf(stderr, "%s\n", line.c_str());
 }
 

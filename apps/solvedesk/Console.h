@@ -38,6 +38,8 @@ public:
 
 /// One JSON value on one line of standard output, which is handed on at once; false when that failed.
 bool PrintEvent(nlohmann::ordered_json const & event);
+/// One line of text on standard output, likewise.
+bool PrintLine(std::string const & text);
 /// One line on standard error, whatever the text holds: "solvedesk: ...".
 void PrintMessage(std::string const & text);
 /// Whether output failed because nobody reads it any more; only where SIGPIPE is ignored.

@@ -88,6 +88,10 @@ std::shared_ptr<desktop::Session> OpenForReading(std::string const & project) {
   return session;
 }
 
+std::shared_ptr<desktop::Session> OpenBesideWriter(std::string const & project) {
+  return Session::Open(ProjectPath(project), Session::Access::kReadOnly);
+}
+
 std::string NoteOfSource(desktop::Session const & session) {
   try {
     session.CheckSourceUnchanged();

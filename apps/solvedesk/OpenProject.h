@@ -25,6 +25,8 @@ std::shared_ptr<desktop::Session> OpenForWriting(std::string const & project,
 /// Opens for looking: for changes where that can be had, so that work that is unsaved or was left by a crash is seen
 /// too, else the saved state, which is then told on standard error; so also when a crash left what can't be taken over.
 std::shared_ptr<desktop::Session> OpenForReading(std::string const & project);
+/// Opens the saved state alone, for looking beside a process that has the project; tells nothing.
+std::shared_ptr<desktop::Session> OpenBesideWriter(std::string const & project);
 
 /// For as long as this lives, whatever opens a project gets this session.
 class SharedSession {

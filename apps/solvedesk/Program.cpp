@@ -23,7 +23,7 @@ Exit codes:
   1 failed                        6 another process has the project
   2 wrong words or values         7 results could not be stored
   3 project missing or damaged    8 stopped by the user; what was solved is kept
-  4 netlist missing or wrong
+  4 netlist, solver file missing or wrong
 
 Every verb has its own help: solvedesk solve --help)";
 
@@ -40,7 +40,7 @@ Every verb has its own help: solve --help.  'exit' or the end of the input ends 
 Program::Program(Place place, std::string const & project)
     : m_place(place), m_project(project),
       m_app(std::make_unique<CLI::App>(
-          "Solves the circuits of a project over its design variables, and keeps what was solved.",
+          "Solves circuits, or whatever any program solves, over design variables, and keeps what was solved.",
           place == Place::kShell ? "" : "solvedesk")) {
   if (m_place == Place::kCommandLine)
     m_app->set_version_flag("--version", kVersion, "print the version and exit");
@@ -60,6 +60,10 @@ void Program::AddVerbs() {
   AddSetupVerb(*m_app, m_action);
   AddDeleteVerb(*m_app, m_action);
   AddSolveVerb(*m_app, m_action);
+  if (m_place == Place::kCommandLine)
+    AddWatchVerb(*m_app, m_action);
+  AddConvergenceVerb(*m_app, m_action);
+  AddProfileVerb(*m_app, m_action);
   AddSaveVerb(*m_app, m_action);
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);

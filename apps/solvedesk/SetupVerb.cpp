@@ -72,7 +72,9 @@ void AddSetupVerb(CLI::App & program, Action & action) {
       ->required()
       ->check(CLI::IsMember({"add", "edit", "rename", "delete", "invalidate"}));
   verb->add_option("NAME", words->name, "the setup; to invalidate one solution alone, 'SETUP : SOLUTION'")->required();
-  verb->add_option("WORDS", words->words, "add, edit: what it solves, as in a .sp line; rename: the new name");
+  verb->add_option("WORDS", words->words,
+                   "add, edit: what it solves, as in a .sp line, or the settings of a solver file, as "
+                   "in steps=100; rename: the new name");
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk setup lowpass add Fine lin 1001 10meg 2g\n"

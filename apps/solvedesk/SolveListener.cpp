@@ -4,19 +4,48 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
-
 namespace solvedesk {
 namespace {
 
-constexpr std::chrono::milliseconds kBetweenLines(100);
+constexpr std::chrono::milliseconds kBetweenDrawings(100);
+constexpr std::chrono::seconds kBetweenLines(5);
+
+std::string PointText(AString const & setup, AString const & variation) {
+  return variation.empty() ? Utf8(setup) : Utf8(setup) + " at " + Utf8(variation);
+}
 
 } // namespace
 
-SolveListener::SolveListener(bool showsProgress, bool printsEvents)
-    : m_showsProgress(showsProgress), m_printsEvents(printsEvents), m_start(std::chrono::steady_clock::now()) {}
+SolveListener::SolveListener(OutputOptions const & output, bool printsEvents)
+    : m_isQuiet(output.quiet), m_printsEvents(printsEvents) {
+  m_nextShow = SolveProgress::Clock::now() + kBetweenLines;
+  if (m_isQuiet || !IsLiveTerminal())
+    return;
+  m_liveLines = std::make_unique<LiveLines>();
+  m_nextShow = SolveProgress::Clock::now() + kBetweenDrawings;
+}
 
-SolveListener::~SolveListener() { ClearLine(); }
+// A run that was short has said all in its result.
+SolveListener::~SolveListener() {
+  if (m_hasToldLine)
+    PrintMessage(m_progress.Summary());
+}
+
+void SolveListener::OnStarted(AString const & setup, AString const & variation) {
+  if (m_liveLines)
+    m_progress.Begin(PointText(setup, variation));
+}
+
+void SolveListener::OnPointProgress(AString const & setup, AString const & variation, double fraction,
+                                    AString const & text) {
+  if (m_liveLines)
+    m_progress.Report(PointText(setup, variation), fraction, Utf8(text));
+}
+
+void SolveListener::OnSolved(AString const & setup, AString const & variation) {
+  if (m_liveLines)
+    m_progress.End(PointText(setup, variation));
+}
 
 void SolveListener::OnStored(AString const & setup, AString const & variation, double seconds) {
   ++m_stored;
@@ -26,7 +55,7 @@ void SolveListener::OnStored(AString const & setup, AString const & variation, d
 
 void SolveListener::OnFailed(AString const & setup, AString const & variation, AString const & error) {
   ++m_failed;
-  ClearLine();
+  m_progress.End(PointText(setup, variation));
   PrintMessage(fmt::format("{} at {}: {}", Utf8(setup), Utf8(variation), Utf8(error)));
   nlohmann::ordered_json failure{{"setup", Utf8(setup)}, {"variation", Utf8(variation)}, {"error", Utf8(error)}};
   if (m_printsEvents) {
@@ -38,19 +67,26 @@ void SolveListener::OnFailed(AString const & setup, AString const & variation, A
 }
 
 void SolveListener::OnProgress(int done, int failed, int total) {
-  auto const now = std::chrono::steady_clock::now();
-  if (!m_showsProgress || (m_lineIsShown && done < total && now - m_lastShown < kBetweenLines))
+  m_progress.Count(done, failed, total);
+  Show();
+}
+
+void SolveListener::OnTick() { Show(); }
+
+void SolveListener::Show() {
+  auto const now = SolveProgress::Clock::now();
+  // Programs that read events need no lines beside them.
+  bool const isShown = m_liveLines || (!m_isQuiet && !m_printsEvents);
+  if (!isShown || now < m_nextShow)
     return;
-  double const seconds = std::chrono::duration<double>(now - m_start).count();
-  std::string line = fmt::format("solving: {} of {}", done, total);
-  if (failed > 0)
-    line += fmt::format(", {} failed", failed);
-  if (done > 0 && seconds > 1)
-    line += fmt::format(", {:.1f} a second, {:.0f} s to go", done / seconds, (total - done) * seconds / done);
-  std::fprintf(stderr, "\r%s\033[K", line.c_str());
-  std::fflush(stderr);
-  m_lineIsShown = true;
-  m_lastShown = now;
+  if (m_liveLines) {
+    m_liveLines->Show(m_progress.Lines());
+    m_nextShow = now + kBetweenDrawings;
+  } else {
+    PrintMessage(m_progress.Whole());
+    m_hasToldLine = true;
+    m_nextShow = now + kBetweenLines;
+  }
 }
 
 void SolveListener::Tell(nlohmann::ordered_json const & event) {
@@ -58,12 +94,6 @@ void SolveListener::Tell(nlohmann::ordered_json const & event) {
     return;
   m_readerIsGone = true;
   desktop::SolveQueue::RequestStop();
-}
-
-void SolveListener::ClearLine() {
-  if (m_lineIsShown)
-    std::fputs("\r\033[K", stderr);
-  m_lineIsShown = false;
 }
 
 } // namespace solvedesk

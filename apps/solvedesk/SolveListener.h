@@ -1,23 +1,33 @@
 #pragma once
 
+#include "apps/solvedesk/LiveLines.h"
+#include "apps/solvedesk/SolveProgress.h"
 #include "desktop/solve/SolveQueue.h"
 
 #include <nlohmann/json.hpp>
 
-#include <chrono>
+#include <memory>
 
 namespace solvedesk {
 
-/// Tells of a running solve as it goes: a moving line on a terminal, one JSON line per point for programs, one line on
-/// standard error for each point that failed.  A reader of the events who goes away asks for a stop, once.
+struct OutputOptions;
+
+/// Tells of a running solve as it goes: moving lines on a terminal, elsewhere a line every few seconds, or one JSON
+/// line per point for programs; one line on standard error for each point that failed.  A reader of the events who goes
+/// away asks for a stop, once.
 class SolveListener : public desktop::ISolveListener {
 public:
-  SolveListener(bool showsProgress, bool printsEvents);
+  SolveListener(OutputOptions const & output, bool printsEvents);
   ~SolveListener() override;
 
+  void OnStarted(AString const & setup, AString const & variation) override;
+  void OnPointProgress(AString const & setup, AString const & variation, double fraction,
+                       AString const & text) override;
+  void OnSolved(AString const & setup, AString const & variation) override;
   void OnStored(AString const & setup, AString const & variation, double seconds) override;
   void OnFailed(AString const & setup, AString const & variation, AString const & error) override;
   void OnProgress(int done, int failed, int total) override;
+  void OnTick() override;
 
   /// One object for each failed point: setup, variation, error.
   nlohmann::ordered_json const & Failures() const { return m_failures; }
@@ -27,17 +37,18 @@ public:
   int Failed() const { return m_failed; }
 
 private:
-  void ClearLine();
+  void Show();
   void Tell(nlohmann::ordered_json const & event);
 
-  bool m_showsProgress;
+  bool m_isQuiet;
   bool m_printsEvents;
-  bool m_lineIsShown = false;
   bool m_readerIsGone = false;
   int m_stored = 0;
   int m_failed = 0;
-  std::chrono::steady_clock::time_point m_start;
-  std::chrono::steady_clock::time_point m_lastShown;
+  SolveProgress m_progress;
+  std::unique_ptr<LiveLines> m_liveLines; ///< on a terminal
+  bool m_hasToldLine = false;
+  SolveProgress::Clock::time_point m_nextShow;
   nlohmann::ordered_json m_failures = nlohmann::ordered_json::array();
 };
 

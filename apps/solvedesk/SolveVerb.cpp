@@ -85,7 +85,7 @@ class SolveOfProject {
 public:
   SolveOfProject(SolveWords const & words, std::shared_ptr<desktop::Session> session)
       : m_words(words), m_session(std::move(session)),
-        m_listener(IsLiveTerminal() && !words.output.quiet, words.events) {}
+        m_listener(words.output, words.events) {}
 
   int Run(desktop::Study const & study) {
     std::vector<BaseSimulationSetup *> const setups = SetupsToSolve();

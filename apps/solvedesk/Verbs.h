@@ -16,6 +16,8 @@ void AddNewVerb(CLI::App & program, Action & action);
 void AddInfoVerb(CLI::App & program, Action & action);
 void AddSetVerb(CLI::App & program, Action & action);
 void AddSolveVerb(CLI::App & program, Action & action);
+void AddConvergenceVerb(CLI::App & program, Action & action);
+void AddProfileVerb(CLI::App & program, Action & action);
 void AddSaveVerb(CLI::App & program, Action & action);
 void AddDiscardVerb(CLI::App & program, Action & action);
 void AddRecoverVerb(CLI::App & program, Action & action);
@@ -24,6 +26,7 @@ void AddTouchstoneVerb(CLI::App & program, Action & action);
 void AddReloadVerb(CLI::App & program, Action & action);
 void AddSetupVerb(CLI::App & program, Action & action);
 void AddDeleteVerb(CLI::App & program, Action & action);
+void AddWatchVerb(CLI::App & program, Action & action);
 void AddShellVerb(CLI::App & program, Action & action);
 // In a shell alone, which keeps the history that they go through.
 void AddUndoVerb(CLI::App & program, Action & action);

@@ -26,7 +26,8 @@ template <class Whole> Whole WholeAt(std::string_view bytes, std::size_t at) {
 }
 
 bool IsKind(std::uint32_t kind) {
-  return kind >= static_cast<std::uint32_t>(FrameKind::kHello) && kind <= static_cast<std::uint32_t>(FrameKind::kError);
+  return kind >= static_cast<std::uint32_t>(FrameKind::kHello) &&
+         kind <= static_cast<std::uint32_t>(FrameKind::kProfile);
 }
 
 } // namespace

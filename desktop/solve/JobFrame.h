@@ -11,11 +11,14 @@ namespace desktop {
 
 /// What desktop and worker say to each other.
 enum class FrameKind : std::uint8_t {
-  kHello = 1,    ///< worker: it is ready for jobs
-  kJob = 2,      ///< desktop: solve this
-  kProgress = 3, ///< worker: how far the job is
-  kResult = 4,   ///< worker: the job is done
-  kError = 5     ///< worker: the job can't be done
+  kHello = 1,       ///< worker: it is ready for jobs
+  kJob = 2,         ///< desktop: solve this
+  kProgress = 3,    ///< worker: how far the job is
+  kResult = 4,      ///< worker: the job is done
+  kError = 5,       ///< worker: the job can't be done
+  kPass = 6,        ///< worker: what a pass of the job measured
+  kConvergence = 7, ///< worker: whether the job has met its target by now
+  kProfile = 8      ///< worker: what a part of the job cost
 };
 
 /// One message on a pipe: a header of 24 bytes (magic, kind, length, checksums of payload and header) and a block in

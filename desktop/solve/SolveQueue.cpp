@@ -4,6 +4,7 @@
 #include "basekit/id/Id.h"
 #include "desktop/Error.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/solve/SolveRecords.h"
 #include "desktop/solve/SolveRun.h"
 #include "desktop/solve/StopRequests.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
@@ -26,6 +27,7 @@ struct Point {
   long version = id::invalidID;
   long variationID = id::invalidID;
   AString variation;
+  long setupVersion = id::invalidID;
 
   SolutionVariationKey Key() const { return SolutionVariationKey(setupID, variation, solutionID, version); }
   /// In the order in which questions narrow down: setup, variation, solution.
@@ -45,14 +47,17 @@ BaseSolution * FindSolution(BaseSolutionManager & manager, Point const & point) 
 
 void ISolveListener::OnStarted(AString const &, AString const &) {}
 void ISolveListener::OnPointProgress(AString const &, AString const &, double, AString const &) {}
+void ISolveListener::OnSolved(AString const &, AString const &) {}
 void ISolveListener::OnStored(AString const &, AString const &, double) {}
 void ISolveListener::OnFailed(AString const &, AString const &, AString const &) {}
 void ISolveListener::OnProgress(int, int, int) {}
+void ISolveListener::OnTick() {}
 
 /// The points of the queue, in the order in which they were submitted; the number of a point is its place.
 class SolveQueue::Impl : public ISolvePoints {
 public:
-  Impl(SolveSite const & site, SolveOptions const & options) : m_site(site), m_options(options) {}
+  Impl(SolveSite const & site, SolveOptions const & options)
+      : m_site(site), m_options(options), m_records(site.manager) {}
 
   bool Submit(std::vector<SolutionVariationKey> const & keys);
   bool IsSolving(IDesignInstance const * instance, long setupID, std::vector<long> const * solutionIDs) const;
@@ -62,7 +67,18 @@ public:
   int CountWaiting() const override { return static_cast<int>(m_points.size() - m_next); }
   bool TakeNext(int & number, SolveJob & job) override;
   void Progressed(int number, double fraction, AString const & text) override;
-  void Failed(int number, AString const & error) override;
+  void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) override {
+    m_records.AddPass(number, row, index);
+  }
+  void Converged(int number, bool isConverged, AString const & consecutivePasses, int index) override {
+    m_records.SetConvergence(number, isConverged, consecutivePasses, index);
+  }
+  void Profiled(int number, CProfileUpdate const & update, int index) override {
+    m_records.AddCost(number, update, index);
+  }
+  void Tick() override;
+  void Solved(int number) override;
+  void Failed(int number, AString const & error, JobCost const & cost) override;
   void Store(std::vector<SolvedPoint> const & solved) override;
 
 private:
@@ -79,6 +95,7 @@ private:
   std::vector<Point> m_points;
   std::size_t m_next = 0;
   std::set<decltype(Point().Identity())> m_open;
+  SolveRecords m_records;
   ISolveListener * m_listener = nullptr;
   SolveOutcome m_outcome;
 };
@@ -101,8 +118,8 @@ bool SolveQueue::Impl::Expand(SolutionVariationKey const & key, std::vector<Poin
   BaseSimulationSetup const * const setup = FindSetup(m_site.manager, key.GetSimSetupKey());
   if (!setup)
     return false;
-  Point point{key.GetSimSetupKey(), key.GetSolutionKey(), key.GetVersionIDKey(), id::invalidID,
-              key.GetDesignVariationKey()};
+  Point point{key.GetSimSetupKey(), key.GetSolutionKey(),        key.GetVersionIDKey(),
+              id::invalidID,        key.GetDesignVariationKey(), setup->GetVersionID()};
   point.variationID = m_site.manager.GetVariationID(point.variation);
   if (point.solutionID != id::invalidID)
     return AddPoint(point, points);
@@ -143,6 +160,7 @@ bool SolveQueue::Impl::IsSolving(IDesignInstance const * instance, long setupID,
 }
 
 void SolveQueue::Impl::Clear() {
+  m_records.EndAll(L"stopped before its end");
   m_points.clear();
   m_next = 0;
   m_open.clear();
@@ -162,6 +180,7 @@ SolveOutcome SolveQueue::Impl::Run(ISolveListener & listener) {
     return m_outcome;
   if (m_site.prepare)
     m_site.prepare();
+  TellProgress();
   m_outcome.interrupted = !SolveRun(*this, m_site.product.GetName(), m_options).Run();
   return std::move(m_outcome);
 }
@@ -177,7 +196,7 @@ bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
     Point const point = PointAt(number);
     BaseSimulationSetup const * const setup = FindSetup(m_site.manager, point.setupID);
     if (!setup || !FindSolution(m_site.manager, point)) {
-      Failed(number, L"the setup or solution was deleted before the point was solved");
+      Failed(number, L"the setup or solution was deleted before the point was solved", JobCost());
       continue;
     }
     job = SolveJob();
@@ -186,6 +205,7 @@ bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
     job.setupType = setup->GetSimSetupTypeName();
     job.variation = point.variation;
     m_site.product.DescribeJob(*setup, job);
+    m_records.Begin(number, {point.setupID, point.setupVersion, point.variationID, point.variation});
     m_listener->OnStarted(job.setupName, job.variation);
     return true;
   }
@@ -197,8 +217,19 @@ void SolveQueue::Impl::Progressed(int number, double fraction, AString const & t
   m_listener->OnPointProgress(SetupNameOf(point), point.variation, fraction, text);
 }
 
-void SolveQueue::Impl::Failed(int number, AString const & error) {
+void SolveQueue::Impl::Tick() {
+  m_records.WriteDue();
+  m_listener->OnTick();
+}
+
+void SolveQueue::Impl::Solved(int number) {
   Point const point = PointAt(number);
+  m_listener->OnSolved(SetupNameOf(point), point.variation);
+}
+
+void SolveQueue::Impl::Failed(int number, AString const & error, JobCost const & cost) {
+  Point const point = PointAt(number);
+  m_records.End(number, L"failed: " + error, cost);
   AString const setup = SetupNameOf(point);
   m_open.erase(point.Identity());
   ++m_outcome.failed;
@@ -211,6 +242,8 @@ void SolveQueue::Impl::Failed(int number, AString const & error) {
 void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   io::CBlock batch(L"Batch");
   for (auto const & result : solved) {
+    // First the records: whoever finds the point finds them too.
+    m_records.End(result.number, SolveRecords::kSolved, result.cost);
     result.items->Name(PointAt(result.number).Key().Pack());
     batch << result.items;
   }
@@ -225,7 +258,7 @@ void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   for (auto const & result : solved) {
     Point const point = PointAt(result.number);
     ++m_outcome.stored;
-    m_listener->OnStored(SetupNameOf(point), point.variation, result.seconds);
+    m_listener->OnStored(SetupNameOf(point), point.variation, result.cost.seconds);
   }
   TellProgress();
 }

@@ -22,10 +22,14 @@ public:
   virtual void OnStarted(AString const & setup, AString const & variation);
   /// How far a running point is, 0 to 1, and what its solver does; a few times a second at most.
   virtual void OnPointProgress(AString const & setup, AString const & variation, double fraction, AString const & text);
+  /// The point is solved and will be stored with the next batch.
+  virtual void OnSolved(AString const & setup, AString const & variation);
   /// The point is in the library and survives the death of this process.  Seconds are those of the solver.
   virtual void OnStored(AString const & setup, AString const & variation, double seconds);
   virtual void OnFailed(AString const & setup, AString const & variation, AString const & error);
   virtual void OnProgress(int done, int failed, int total);
+  /// A few times a second, whether or not anything happened.
+  virtual void OnTick();
 };
 
 struct SolveOutcome {
@@ -45,8 +49,9 @@ struct SolveSite {
 };
 
 /// The desktop's simulation service: points are queued by SubmitSolve and solved by worker processes that take many
-/// jobs each over a pipe.  Results are stored in batches on the thread that calls Run, under the version submitted.
-/// A worker that dies, hangs or writes garbage costs its own job alone.
+/// jobs each over a pipe.  Results are stored in batches on the thread that calls Run, under the version submitted, and
+/// what the solves told of their passes and costs before them.  A worker that dies, hangs or writes garbage costs its
+/// own job alone.
 class SolveQueue : public ISimulationService {
 public:
   SolveQueue(SolveSite const & site, SolveOptions const & options);

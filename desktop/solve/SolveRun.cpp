@@ -2,6 +2,7 @@
 
 #include "desktop/Error.h"
 #include "desktop/solve/OneLine.h"
+#include "desktop/solve/ReportBudget.h"
 #include "desktop/solve/StopRequests.h"
 #include "desktop/solve/WorkerMessages.h"
 #include "desktop/solve/WorkerProcess.h"
@@ -22,6 +23,9 @@ constexpr int kStartsInARow = 3;
 constexpr std::size_t kBatchPoints = 64;
 constexpr std::size_t kBatchBytes = 8 * 1024 * 1024;
 constexpr std::chrono::milliseconds kBatchAge{100};
+constexpr std::chrono::milliseconds kTick{250};
+// A process that its worker left behind may hold the pipe and write on; what the worker wrote fits into the pipe.
+constexpr std::size_t kMostBytesAfterEnd = 4 * 1024 * 1024;
 constexpr double kSecondsToDie = 0.5;
 constexpr double kSecondsToEnd = 2.0;
 
@@ -41,7 +45,9 @@ struct Worker {
   JobFrameReader reader;
   State state = State::kStarting;
   int number = -1;
+  Clock::time_point start;
   Clock::time_point deadline;
+  ReportBudget budget;
 };
 
 /// Where the poll entries of one worker stand in the list; -1 for one that is not polled.
@@ -93,11 +99,13 @@ private:
   void Listen(Worker & worker, std::vector<pollfd> const & entries, Places const & places);
   void TakeFrames(Worker & worker);
   bool TakeFrame(Worker & worker, JobFrame const & frame);
+  bool TakeReport(Worker & worker, JobFrame const & frame);
   bool TakeHello(Worker & worker, JobFrame const & frame);
   bool TakeOutcome(Worker & worker, JobFrame const & frame);
   void CheckDeadlines();
   void LoseEnded(Worker & worker);
   void Lose(Worker & worker, AString const & what);
+  bool IsLost(Worker const & worker) const;
   void RemoveLost();
   void StoreSolved();
   bool IsBatchDue() const;
@@ -135,6 +143,7 @@ bool SolveRun::Impl::Run() {
       Wait();
       CheckDeadlines();
       RemoveLost();
+      m_points.Tick();
       // Who hears of the last points may have more of them.
       if (!HasWork())
         StoreSolved();
@@ -184,14 +193,16 @@ void SolveRun::Impl::GiveJobs() {
     message.number = number;
     std::string bytes;
     if (!message.Write().Append(bytes)) {
-      m_points.Failed(number, L"the settings of the setup are too large for a job");
+      m_points.Failed(number, L"the settings of the setup are too large for a job", JobCost());
       continue;
     }
     worker->process.CollectMessages();
     worker->process.ForgetMessages();
     worker->number = number;
     worker->state = Worker::State::kBusy;
+    worker->start = Clock::now();
     worker->deadline = After(m_options.secondsPerJob);
+    worker->budget = ReportBudget();
     worker->process.Send(bytes);
   }
 }
@@ -200,7 +211,9 @@ int SolveRun::Impl::Timeout() const {
   // A worker that failed to start is tried again at once.
   Clock::time_point next = m_workers.empty() || !HasWork() ? Clock::now() : Clock::time_point::max();
   for (auto const & worker : m_workers)
-    if (worker->state != Worker::State::kIdle)
+    if (worker->state == Worker::State::kBusy)
+      next = std::min({next, worker->deadline, Clock::now() + kTick});
+    else if (worker->state == Worker::State::kStarting)
       next = std::min(next, worker->deadline);
     else if (m_points.CountWaiting() > 0 && StopRequests::Count() == 0)
       next = Clock::now();
@@ -242,7 +255,7 @@ void SolveRun::Impl::Listen(Worker & worker, std::vector<pollfd> const & entries
   do {
     before = bytes.size();
     hasEnded = worker.process.Receive(bytes) == WorkerProcess::ReadState::kEnded || hasEnded;
-  } while (hasEnded && bytes.size() > before && bytes.size() < JobFrame::kLongestPayload);
+  } while (hasEnded && bytes.size() > before && bytes.size() < kMostBytesAfterEnd);
   worker.reader.Add(bytes);
   TakeFrames(worker);
   if (hasEnded)
@@ -263,6 +276,8 @@ void SolveRun::Impl::TakeFrames(Worker & worker) {
         Lose(worker, L"was stopped because it sent a message that was not asked for");
         return;
       }
+      if (IsLost(worker))
+        return;
     }
   }
 }
@@ -270,14 +285,41 @@ void SolveRun::Impl::TakeFrames(Worker & worker) {
 bool SolveRun::Impl::TakeFrame(Worker & worker, JobFrame const & frame) {
   if (worker.state == Worker::State::kStarting)
     return TakeHello(worker, frame);
-  if (frame.kind != FrameKind::kProgress)
-    return worker.state == Worker::State::kBusy && TakeOutcome(worker, frame);
-  ProgressMessage progress;
-  if (!progress.Read(frame))
-    return false;
+  if (frame.kind != FrameKind::kResult && frame.kind != FrameKind::kError)
+    return TakeReport(worker, frame);
+  return worker.state == Worker::State::kBusy && TakeOutcome(worker, frame);
+}
+
+bool SolveRun::Impl::TakeReport(Worker & worker, JobFrame const & frame) {
   // A product may still tell of a job that is done.
-  if (worker.state == Worker::State::kBusy && progress.number == worker.number)
-    m_points.Progressed(worker.number, progress.fraction, progress.text);
+  auto const isOfJob = [&worker](long number) {
+    return worker.state == Worker::State::kBusy && number == worker.number;
+  };
+  ProgressMessage progress;
+  PassMessage pass;
+  ConvergenceMessage convergence;
+  ProfileMessage profile;
+  if (progress.Read(frame)) {
+    if (isOfJob(progress.number))
+      m_points.Progressed(worker.number, progress.fraction, progress.text);
+    return true;
+  }
+  if (AString const excess = worker.budget.Take(frame); !excess.empty()) {
+    Lose(worker, L"was stopped because " + excess);
+    return true;
+  }
+  if (pass.Read(frame)) {
+    if (isOfJob(pass.number))
+      m_points.Passed(worker.number, pass.row, pass.index);
+  } else if (convergence.Read(frame)) {
+    if (isOfJob(convergence.number))
+      m_points.Converged(worker.number, convergence.isConverged, convergence.consecutivePasses, convergence.index);
+  } else if (profile.Read(frame)) {
+    if (isOfJob(profile.number))
+      m_points.Profiled(worker.number, profile.update, profile.index);
+  } else {
+    return false;
+  }
   return true;
 }
 
@@ -300,13 +342,14 @@ bool SolveRun::Impl::TakeOutcome(Worker & worker, JobFrame const & frame) {
     return false;
   worker.state = Worker::State::kIdle;
   if (!isResult) {
-    m_points.Failed(worker.number, OneLine(error.text));
+    m_points.Failed(worker.number, OneLine(error.text), error.cost);
     return true;
   }
   if (m_solved.empty())
     m_firstSolved = Clock::now();
-  m_solved.push_back({worker.number, result.seconds, result.items});
+  m_solved.push_back({worker.number, result.cost, result.items});
   m_solvedBytes += frame.size;
+  m_points.Solved(worker.number);
   return true;
 }
 
@@ -334,8 +377,12 @@ void SolveRun::Impl::LoseEnded(Worker & worker) {
   Lose(worker, what);
 }
 
+bool SolveRun::Impl::IsLost(Worker const & worker) const {
+  return std::find(m_lost.begin(), m_lost.end(), &worker) != m_lost.end();
+}
+
 void SolveRun::Impl::Lose(Worker & worker, AString const & what) {
-  if (std::find(m_lost.begin(), m_lost.end(), &worker) != m_lost.end())
+  if (IsLost(worker))
     return;
   m_lost.push_back(&worker);
   worker.process.Kill();
@@ -346,8 +393,10 @@ void SolveRun::Impl::Lose(Worker & worker, AString const & what) {
     text += L": " + tail;
   auto const state = worker.state;
   worker.state = Worker::State::kIdle;
+  JobCost cost;
+  cost.seconds = std::chrono::duration<double>(Clock::now() - worker.start).count();
   if (state == Worker::State::kBusy)
-    m_points.Failed(worker.number, text);
+    m_points.Failed(worker.number, text, cost);
   if (state != Worker::State::kStarting)
     return;
   ++m_failedStarts;
@@ -355,9 +404,7 @@ void SolveRun::Impl::Lose(Worker & worker, AString const & what) {
 }
 
 void SolveRun::Impl::RemoveLost() {
-  std::erase_if(m_workers, [this](auto const & worker) {
-    return std::find(m_lost.begin(), m_lost.end(), worker.get()) != m_lost.end();
-  });
+  std::erase_if(m_workers, [this](auto const & worker) { return IsLost(*worker); });
   m_lost.clear();
 }
 
@@ -381,6 +428,12 @@ void SolveRun::Impl::EndWorkers() {
     worker->process.WaitForEnd(std::chrono::duration<double>(end - Clock::now()).count());
   m_workers.clear();
 }
+
+void ISolvePoints::Passed(int, io::CBlock_ptr<io::CBlock_func> const &, int) {}
+void ISolvePoints::Converged(int, bool, AString const &, int) {}
+void ISolvePoints::Profiled(int, CProfileUpdate const &, int) {}
+void ISolvePoints::Tick() {}
+void ISolvePoints::Solved(int) {}
 
 SolveRun::SolveRun(ISolvePoints & points, AString const & productName, SolveOptions const & options)
     : m_impl(std::make_unique<Impl>(points, productName, options)) {}

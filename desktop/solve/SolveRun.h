@@ -1,11 +1,15 @@
 #pragma once
 
 #include "basekit/io/CBlock.h"
+#include "basekit/io/CBlock_func.h"
 #include "basekit/text/AString.h"
+#include "desktop/solve/JobCost.h"
 #include "desktop/solve/SolveOptions.h"
 
 #include <memory>
 #include <vector>
+
+class CProfileUpdate;
 
 namespace desktop {
 
@@ -14,7 +18,7 @@ struct SolveJob;
 /// A point that a worker solved.
 struct SolvedPoint {
   int number = 0;
-  double seconds = 0.0;
+  JobCost cost;
   io::CBlock_ptr<io::CBlock> items;
 };
 
@@ -26,7 +30,15 @@ public:
   /// The next point that waits, with the job that solves it; false when none does.
   virtual bool TakeNext(int & number, SolveJob & job) = 0;
   virtual void Progressed(int number, double fraction, AString const & text) = 0;
-  virtual void Failed(int number, AString const & error) = 0;
+  // What a running point tells of itself; see IJobProgress.
+  virtual void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index);
+  virtual void Converged(int number, bool isConverged, AString const & consecutivePasses, int index);
+  virtual void Profiled(int number, CProfileUpdate const & update, int index);
+  /// Now and then while points run, a few times a second at least.
+  virtual void Tick();
+  /// The point is solved and will be stored soon; nothing more is told of it before.
+  virtual void Solved(int number);
+  virtual void Failed(int number, AString const & error, JobCost const & cost) = 0;
   /// All of them or none; throws desktop::Error when they can't be stored.
   virtual void Store(std::vector<SolvedPoint> const & points) = 0;
 };

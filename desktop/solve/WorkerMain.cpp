@@ -4,6 +4,7 @@
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/solve/FileDescriptor.h"
+#include "desktop/solve/JobMeter.h"
 #include "desktop/solve/SolveQueue.h"
 #include "desktop/solve/WorkerMessages.h"
 
@@ -77,7 +78,7 @@ private:
   std::mutex m_mutex;
 };
 
-/// Hands progress on, a few times a second at most.
+/// Hands on what a runner tells of a job: how far it is a few times a second at most, all else as it comes.
 class ProgressSender : public IJobProgress {
 public:
   ProgressSender(Connection & connection, long number) : m_connection(connection), m_number(number) {}
@@ -93,13 +94,38 @@ public:
     // Progress that does not fit into a message is not worth failing for.
     (void)m_connection.Send(message.Write());
   }
-  void ReportPass(io::CBlock_ptr<io::CBlock_func> const &, int) override {}
-  void ReportConvergence(bool, AString const &, int) override {}
-  void ReportProfile(CProfileUpdate const &, int) override {}
+  void ReportPass(io::CBlock_ptr<io::CBlock_func> const & row, int index) override {
+    PassMessage message;
+    message.number = m_number;
+    message.index = index;
+    message.row = row;
+    if (row)
+      SendReport(message.Write());
+  }
+  void ReportConvergence(bool isConverged, AString const & consecutivePasses, int index) override {
+    ConvergenceMessage message;
+    message.number = m_number;
+    message.index = index;
+    message.isConverged = isConverged;
+    message.consecutivePasses = consecutivePasses;
+    SendReport(message.Write());
+  }
+  void ReportProfile(CProfileUpdate const & update, int index) override {
+    ProfileMessage message;
+    message.number = m_number;
+    message.index = index;
+    message.update = update;
+    SendReport(message.Write());
+  }
+  /// Whether all reports went out.
+  bool IsComplete() const { return m_isComplete; }
 
 private:
+  void SendReport(JobFrame const & frame) { m_isComplete = m_connection.Send(frame) && m_isComplete; }
+
   Connection & m_connection;
   long m_number;
+  bool m_isComplete = true;
   Clock::time_point m_next = Clock::now() + kProgressInterval;
 };
 
@@ -120,13 +146,17 @@ void Solve(IJobRunner & runner, JobMessage const & message, Connection & connect
   ProgressSender progress(connection, message.number);
   io::CBlock_ptr<io::CBlock> const items(new io::CBlock(L"Items"));
   AString error;
-  auto const start = Clock::now();
-  bool const isSolved = RunGuarded(runner, message.job, *items, error, progress);
-  double const seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  JobMeter const meter;
+  bool isSolved = RunGuarded(runner, message.job, *items, error, progress);
+  JobCost const cost = meter.Read();
+  if (isSolved && !progress.IsComplete()) {
+    isSolved = false;
+    error = L"what the solver reported of a pass or a cost is too large or nested too deeply";
+  }
   if (isSolved) {
     ResultMessage result;
     result.number = message.number;
-    result.seconds = seconds;
+    result.cost = cost;
     result.items = items;
     if (connection.Send(result.Write()))
       return;
@@ -134,7 +164,7 @@ void Solve(IJobRunner & runner, JobMessage const & message, Connection & connect
   }
   ErrorMessage failure;
   failure.number = message.number;
-  failure.seconds = seconds;
+  failure.cost = cost;
   failure.text = error.empty() ? AString(L"the solver gave no reason") : error;
   (void)connection.Send(failure.Write());
 }

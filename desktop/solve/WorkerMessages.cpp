@@ -30,6 +30,26 @@ io::CBlock_ptr<io::CBlock> BlockIn(JobFrame const & frame) {
   return {};
 }
 
+constexpr wchar_t const * kRowName = L"c";
+
+io::CBlock_ptr<io::CBlock_func> RowIn(JobFrame const & frame) {
+  for (auto const & item : frame.payload)
+    if (io::CBlock_ptr<io::CBlock_func> const row(item); row && row->Name().Compare(kRowName) == 0)
+      return row;
+  return {};
+}
+
+void Put(JobFrame & frame, JobCost const & cost) {
+  Put(frame, L"Seconds", cost.seconds);
+  Put(frame, L"CpuSeconds", cost.cpuSeconds);
+  Put(frame, L"Memory", cost.memory);
+}
+
+bool Take(JobFrame const & frame, JobCost & cost) {
+  return Take(frame, L"Seconds", cost.seconds) && Take(frame, L"CpuSeconds", cost.cpuSeconds) &&
+         Take(frame, L"Memory", cost.memory);
+}
+
 } // namespace
 
 JobFrame HelloMessage::Write() const {
@@ -80,28 +100,83 @@ bool ProgressMessage::Read(JobFrame const & frame) {
 JobFrame ResultMessage::Write() const {
   JobFrame frame = FrameOf(FrameKind::kResult, L"Result");
   Put(frame, L"Number", number);
-  Put(frame, L"Seconds", seconds);
+  Put(frame, cost);
   frame.payload << items;
   return frame;
 }
 
 bool ResultMessage::Read(JobFrame const & frame) {
   items = BlockIn(frame);
-  return frame.kind == FrameKind::kResult && items && Take(frame, L"Number", number) &&
-         Take(frame, L"Seconds", seconds);
+  return frame.kind == FrameKind::kResult && items && Take(frame, L"Number", number) && Take(frame, cost);
 }
 
 JobFrame ErrorMessage::Write() const {
   JobFrame frame = FrameOf(FrameKind::kError, L"Error");
   Put(frame, L"Number", number);
-  Put(frame, L"Seconds", seconds);
+  Put(frame, cost);
   Put(frame, L"Text", text);
   return frame;
 }
 
 bool ErrorMessage::Read(JobFrame const & frame) {
-  return frame.kind == FrameKind::kError && Take(frame, L"Number", number) && Take(frame, L"Seconds", seconds) &&
+  return frame.kind == FrameKind::kError && Take(frame, L"Number", number) && Take(frame, cost) &&
          Take(frame, L"Text", text);
+}
+
+JobFrame PassMessage::Write() const {
+  JobFrame frame = FrameOf(FrameKind::kPass, L"Pass");
+  Put(frame, L"Number", number);
+  Put(frame, L"Index", index);
+  frame.payload << row;
+  return frame;
+}
+
+bool PassMessage::Read(JobFrame const & frame) {
+  row = RowIn(frame);
+  return frame.kind == FrameKind::kPass && row && Take(frame, L"Number", number) && Take(frame, L"Index", index);
+}
+
+JobFrame ConvergenceMessage::Write() const {
+  JobFrame frame = FrameOf(FrameKind::kConvergence, L"Convergence");
+  Put(frame, L"Number", number);
+  Put(frame, L"Index", index);
+  Put(frame, L"IsConverged", isConverged);
+  Put(frame, L"ConsecutivePasses", consecutivePasses);
+  return frame;
+}
+
+bool ConvergenceMessage::Read(JobFrame const & frame) {
+  return frame.kind == FrameKind::kConvergence && Take(frame, L"Number", number) && Take(frame, L"Index", index) &&
+         Take(frame, L"IsConverged", isConverged) && Take(frame, L"ConsecutivePasses", consecutivePasses);
+}
+
+JobFrame ProfileMessage::Write() const {
+  JobFrame frame = FrameOf(FrameKind::kProfile, L"Profile");
+  Put(frame, L"Number", number);
+  Put(frame, L"Index", index);
+  Put(frame, L"Kind", update.GetKind());
+  Put(frame, L"Info", update.GetInfo());
+  CProfileTask const & task = update.GetTask();
+  Put(frame, L"Task", task.GetName());
+  Put(frame, L"TaskInfo", task.GetInfo());
+  Put(frame, JobCost{task.GetRealTime(), task.GetCpuTime(), task.GetMemory()});
+  return frame;
+}
+
+bool ProfileMessage::Read(JobFrame const & frame) {
+  int kind = 0;
+  AString info;
+  AString name;
+  AString taskInfo;
+  JobCost cost;
+  if (frame.kind != FrameKind::kProfile || !Take(frame, L"Number", number) || !Take(frame, L"Index", index) ||
+      !Take(frame, L"Kind", kind) || !Take(frame, L"Info", info) || !Take(frame, L"Task", name) ||
+      !Take(frame, L"TaskInfo", taskInfo) || !Take(frame, cost))
+    return false;
+  CProfileTask task(name, taskInfo);
+  task.SetCost(cost.seconds, cost.cpuSeconds, cost.memory);
+  update = CProfileUpdate(kind, task, info);
+  return true;
 }
 
 } // namespace desktop

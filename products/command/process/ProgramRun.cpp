@@ -131,8 +131,8 @@ std::vector<desktop::QuantityValues> RunProgram(SolverFile const & file, HoleVal
     PlaceInput(input, values, folder.Path());
   ProcessRequest const request = RequestOf(file, values, folder.Path());
   ProcessOutcome const outcome = RunProcess(request);
-  CheckOutcome(file, request, outcome);
   costs = {outcome.seconds, outcome.cpuSeconds, outcome.peakBytes};
+  CheckOutcome(file, request, outcome);
   std::vector<desktop::QuantityValues> all;
   for (OutputLine const & output : file.outputs) {
     std::string const text =

@@ -16,7 +16,7 @@ struct RunCosts {
 };
 
 /// One run of a solver file's program with values for all holes, in a scratch folder that is gone afterwards.  Throws
-/// SourceError for whatever keeps it from giving the quantities.
+/// SourceError for whatever keeps it from giving the quantities; the costs are told all the same, once there are any.
 std::vector<desktop::QuantityValues> RunProgram(SolverFile const & file, HoleValues const & values, RunCosts & costs);
 
 } // namespace command

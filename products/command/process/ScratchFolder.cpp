@@ -4,19 +4,19 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <system_error>
 
 namespace command {
 
 ScratchFolder::ScratchFolder() {
-  std::error_code ignored; // a folder for temporary files that is not there can't hold a new one
-  std::string name = (std::filesystem::temp_directory_path(ignored) / "solvedesk-run-XXXXXX").string();
-  if (!::mkdtemp(name.data()))
-    throw SourceError(name, 0,
-                      std::string("the scratch folder can't be made (") + std::strerror(errno) +
-                          "); make room, or name another folder by TMPDIR");
+  std::error_code failure;
+  std::string name = (std::filesystem::temp_directory_path(failure) / "solvedesk-run-XXXXXX").string();
+  if (!failure && !::mkdtemp(name.data()))
+    failure = std::error_code(errno, std::generic_category());
+  if (failure)
+    throw SourceError("the scratch folder can't be made in the folder for temporary files (" + failure.message() +
+                      "); make room there, or name another folder by TMPDIR");
   m_path = name;
 }
 

@@ -76,14 +76,37 @@ void EnterSettings(SolverFile const & file, HoleValues const & settings, HoleVal
       values.emplace_back(name, text);
 }
 
-void TellCosts(SolverFile const & file, RunCosts const & costs, desktop::IJobProgress & progress) {
-  CProfileTask run(text::FromUtf8(file.usesShell ? "sh" : fs::path(file.words.front().Text()).filename().string()),
-                   AString());
-  run.SetCost(costs.seconds, costs.cpuSeconds, costs.peakBytes);
-  CProfileTask const all(L"Run", AString());
-  progress.ReportProfile(CProfileUpdate(CProfileUpdate::kStartGroup, all), 0);
-  progress.ReportProfile(CProfileUpdate(CProfileUpdate::kTask, run), 0);
-  progress.ReportProfile(CProfileUpdate(CProfileUpdate::kStopGroup, all), 0);
+/// Tells what a run cost, whether it came to a good end or not.
+class CostsOfRun {
+public:
+  CostsOfRun(SolverFile const & file, desktop::IJobProgress & progress) : m_file(file), m_progress(progress) {}
+  CostsOfRun(CostsOfRun const &) = delete;
+  CostsOfRun & operator=(CostsOfRun const &) = delete;
+  ~CostsOfRun() {
+    if (costs.seconds <= 0.0)
+      return;
+    std::string const program = m_file.usesShell ? "sh" : fs::path(m_file.words.front().Text()).filename().string();
+    CProfileTask task(text::FromUtf8(program), AString());
+    task.SetCost(costs.seconds, costs.cpuSeconds, costs.peakBytes);
+    m_progress.ReportProfile(CProfileUpdate(CProfileUpdate::kTask, task), kOneSet);
+  }
+
+  RunCosts costs;
+
+private:
+  static constexpr int kOneSet = -1;
+
+  SolverFile const & m_file;
+  desktop::IJobProgress & m_progress;
+};
+
+std::vector<desktop::QuantityValues> RunOnce(SolverFile const & file, HoleValues const & values,
+                                             desktop::IJobProgress & progress) {
+  CostsOfRun run(file, progress);
+  auto quantities = RunProgram(file, values, run.costs);
+  if (AString const problem = ProblemOfQuantities(quantities); !problem.empty())
+    throw SourceError(text::ToUtf8(problem));
+  return quantities;
 }
 
 } // namespace
@@ -130,12 +153,7 @@ bool CommandJobRunner::Run(desktop::SolveJob const & job, io::CBlock & result, A
     EnterVariables(file, job.variation, values);
     EnterSettings(file, ReadSettings(job.settings), values);
     progress.Report(0.0, L"the program runs");
-    RunCosts costs;
-    auto const quantities = RunProgram(file, values, costs);
-    TellCosts(file, costs, progress);
-    if (AString const problem = ProblemOfQuantities(quantities); !problem.empty())
-      throw SourceError(text::ToUtf8(problem));
-    WriteQuantities(quantities, result);
+    WriteQuantities(RunOnce(file, values, progress), result);
     return true;
   } catch (SourceError const & refused) {
     error = text::FromUtf8(refused.what());

@@ -7,7 +7,7 @@
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
 #include "products/rfcircuit/product/RfSetup.h"
-#include "products/rfcircuit/product/SweepSettings.h"
+#include "products/rfcircuit/product/SweepPlan.h"
 
 namespace rfcircuit {
 namespace {
@@ -60,7 +60,7 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
     desktop::SourceSetup setup;
     setup.name = AString::Format(L"%s%lu", RfSetup::kTypeName, description.setups.size() + 1);
     setup.typeName = RfSetup::kTypeName;
-    WriteSweep(setup.settings, sweep.sweep);
+    WritePlan(setup.settings, {sweep.sweep, sweep.method});
     description.setups.push_back(setup);
   }
   for (std::string const & file : netlist.Files())

@@ -18,6 +18,12 @@ wchar_t const * const kNumber = L"Number";
 wchar_t const * const kName = L"Name";
 wchar_t const * const kImpedance = L"Z0";
 wchar_t const * const kValues = L"S";
+wchar_t const * const kAdaptive = L"Adaptive";
+wchar_t const * const kPasses = L"Passes";
+wchar_t const * const kTarget = L"Target";
+wchar_t const * const kChange = L"Change";
+wchar_t const * const kConverged = L"Converged";
+wchar_t const * const kSolved = L"Solved";
 
 void WriteRun(io::CBlock & block, wchar_t const * name, std::vector<double> values) {
   io::CBlockFuncPtr const item(name);
@@ -72,11 +78,18 @@ void NetworkData::Write(io::CBlock & block) const {
   }
   block << ports;
   WriteRun(block, kValues, m_values);
+  if (!m_origin)
+    return;
+  io::CBlock_func adaptive(kAdaptive);
+  adaptive << io::named(kPasses, m_origin->passes) << io::named(kTarget, m_origin->target)
+           << io::named(kChange, m_origin->change) << io::named(kConverged, m_origin->isConverged);
+  block << adaptive;
+  WriteRun(block, kSolved, std::vector<double>(m_origin->solved.begin(), m_origin->solved.end()));
 }
 
 bool NetworkData::Read(io::CBlock const & block) {
   bool const fits = ReadRun(block, kFrequencies, m_frequencies) && ReadPorts(block) &&
-                    ReadRun(block, kValues, m_values) && IsConsistent();
+                    ReadRun(block, kValues, m_values) && IsConsistent() && ReadOrigin(block);
   if (!fits)
     *this = NetworkData();
   return fits;
@@ -101,6 +114,30 @@ bool NetworkData::ReadPorts(io::CBlock const & block) {
       return false;
     m_ports.push_back(port);
   }
+  return true;
+}
+
+bool NetworkData::ReadOrigin(io::CBlock const & block) {
+  m_origin.reset();
+  auto const * const item = static_cast<io::CBlock_func *>(block.FindItem(kAdaptive, io::CBlock_item::Kind::Func));
+  if (!item)
+    return true;
+  AdaptiveOrigin origin;
+  bool isTold[4] = {};
+  *item >> io::named(kPasses, origin.passes) >> io::CQuery_ok_manip(isTold[0]) >> io::named(kTarget, origin.target) >>
+      io::CQuery_ok_manip(isTold[1]) >> io::named(kChange, origin.change) >> io::CQuery_ok_manip(isTold[2]) >>
+      io::named(kConverged, origin.isConverged) >> io::CQuery_ok_manip(isTold[3]);
+  std::vector<double> solved;
+  if (!isTold[0] || !isTold[1] || !isTold[2] || !isTold[3] || !ReadRun(block, kSolved, solved))
+    return false;
+  double least = 0.0;
+  for (double const number : solved) {
+    if (number < least || number != std::floor(number) || number >= static_cast<double>(m_frequencies.size()))
+      return false;
+    origin.solved.push_back(static_cast<std::size_t>(number));
+    least = number + 1.0;
+  }
+  m_origin = std::move(origin);
   return true;
 }
 

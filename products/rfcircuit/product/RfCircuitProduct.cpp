@@ -9,7 +9,6 @@
 #include "products/rfcircuit/product/RfSetup.h"
 #include "products/rfcircuit/product/RfSolution.h"
 #include "products/rfcircuit/product/RfVariation.h"
-#include "products/rfcircuit/product/SweepSettings.h"
 #include "products/rfcircuit/product/TouchstoneExport.h"
 
 namespace rfcircuit {
@@ -30,24 +29,24 @@ std::unique_ptr<desktop::ProductSolutionManager> RfCircuitProduct::MakeManager(I
 BaseSimulationSetup * RfCircuitProduct::CreateSetup(desktop::ProductSolutionManager & manager,
                                                     desktop::SourceSetup const & setup, KelvroCommand * command) const {
   AString error;
-  auto const sweep = ReadSweep(setup.settings, error);
-  if (setup.typeName != RfSetup::kTypeName || !sweep)
+  auto const plan = ReadPlan(setup.settings, error);
+  if (setup.typeName != RfSetup::kTypeName || !plan)
     return nullptr;
   BaseSimulationSetup * const made = manager.CreateSimulationSetup(setup.name, setup.typeName);
   if (auto * const rfSetup = dynamic_cast<RfSetup *>(made))
-    rfSetup->SetSweep(*sweep);
+    rfSetup->SetPlan(*plan);
   manager.AddSimulation(made, command);
   made->AddSolution(made->CreateSolution(RfSolution::kName), nullptr);
   return made;
 }
 
 bool RfCircuitProduct::ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const {
-  auto const sweep = SweepOfWords(words, error);
-  if (!sweep)
+  auto const plan = PlanOfWords(words, error);
+  if (!plan)
     return false;
   setup.typeName = RfSetup::kTypeName;
   setup.settings.Clear();
-  WriteSweep(setup.settings, *sweep);
+  WritePlan(setup.settings, *plan);
   return true;
 }
 
@@ -55,17 +54,17 @@ std::vector<AString> RfCircuitProduct::GetSolutionNames(AString const &) const {
 
 AString RfCircuitProduct::DescribeSettings(io::CBlock const & settings) const {
   AString error;
-  auto const sweep = ReadSweep(settings, error);
-  return sweep ? WordsOfSweep(*sweep) : AString();
+  auto const plan = ReadPlan(settings, error);
+  return plan ? WordsOfPlan(*plan) : AString();
 }
 
 bool RfCircuitProduct::ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const {
   AString error;
-  auto const sweep = ReadSweep(settings, error);
+  auto const plan = ReadPlan(settings, error);
   auto * const rfSetup = dynamic_cast<RfSetup *>(&setup);
-  if (!sweep || !rfSetup)
+  if (!plan || !rfSetup)
     return false;
-  rfSetup->SetSweep(*sweep);
+  rfSetup->SetPlan(*plan);
   return true;
 }
 
@@ -74,8 +73,8 @@ void RfCircuitProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::S
   job.setupType = setup.GetSimSetupTypeName();
   job.settings.Clear();
   auto const * const rfSetup = dynamic_cast<RfSetup const *>(&setup);
-  if (rfSetup && rfSetup->GetSweep())
-    WriteSweep(job.settings, *rfSetup->GetSweep());
+  if (rfSetup && rfSetup->GetPlan())
+    WritePlan(job.settings, *rfSetup->GetPlan());
 }
 
 std::unique_ptr<desktop::IJobRunner> RfCircuitProduct::MakeJobRunner() const { return std::make_unique<RfJobRunner>(); }

@@ -1,24 +1,23 @@
 #include "products/rfcircuit/product/RfJobRunner.h"
 
+#include "basekit/profile/CProfileUpdate.h"
 #include "basekit/text/Utf8.h"
 #include "basekit/value/variation/VariationText.h"
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
-#include "products/rfcircuit/engine/network/SParameterSolver.h"
 #include "products/rfcircuit/product/NetworkData.h"
 #include "products/rfcircuit/product/RfSetup.h"
-#include "products/rfcircuit/product/SweepSettings.h"
+#include "products/rfcircuit/product/SolveCosts.h"
+#include "products/rfcircuit/product/SweepPlan.h"
+#include "products/rfcircuit/product/SweepSolve.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 
 namespace rfcircuit {
 namespace {
-
-constexpr std::size_t kMostReports = 50;
 
 /// Tells whether a file is the one that was read.
 struct FileStamp {
@@ -52,50 +51,40 @@ rf::Overrides OverridesOf(AString const & variation) {
   return overrides;
 }
 
-rf::FrequencySweep SweepOfJob(desktop::SolveJob const & job) {
+SweepPlan PlanOfJob(desktop::SolveJob const & job) {
   if (job.setupType != RfSetup::kTypeName)
     throw rf::NetlistError({}, "setup '" + text::ToUtf8(job.setupName) + "'",
                            "its type '" + text::ToUtf8(job.setupType) + "' is not known here",
                            "use " + text::ToUtf8(RfSetup::kTypeName));
   AString error;
-  auto const sweep = ReadSweep(job.settings, error);
-  if (!sweep)
+  auto const plan = ReadPlan(job.settings, error);
+  if (!plan)
     throw rf::NetlistError({}, "setup '" + text::ToUtf8(job.setupName) + "'", text::ToUtf8(error), "");
-  return *sweep;
+  return *plan;
 }
 
-NetworkData NewData(std::vector<double> const & frequencies, std::vector<rf::Port> const & ports) {
-  std::vector<NetworkPort> named;
-  for (rf::Port const & port : ports)
-    named.push_back({port.number, text::FromUtf8(port.name), port.z0});
-  return NetworkData(frequencies, named);
-}
-
-void Enter(rf::SMatrix const & matrix, std::size_t frequency, NetworkData & data) {
-  for (std::size_t row = 0; row < matrix.Ports(); ++row)
-    for (std::size_t column = 0; column < matrix.Ports(); ++column) {
-      auto const value = matrix(row, column);
-      if (!std::isfinite(value.real()) || !std::isfinite(value.imag()))
-        throw rf::NetlistError({}, "circuit at " + std::to_string(data.Frequencies()[frequency]) + " Hz",
-                               "an S-parameter is not finite", "look for values of elements beyond all measure");
-      data.SetS(frequency, row, column, value);
-    }
-}
-
-NetworkData Solve(rf::Circuit const & circuit, std::vector<double> const & frequencies,
-                  desktop::IJobProgress & progress) {
-  rf::SParameterSolver solver(circuit);
-  NetworkData data = NewData(frequencies, solver.Ports());
-  std::size_t const stride = std::max<std::size_t>(1, frequencies.size() / kMostReports);
-  for (std::size_t i = 0; i < frequencies.size(); ++i) {
-    Enter(solver.At(frequencies[i]), i, data);
-    std::size_t const done = i + 1;
-    if (done % stride == 0 || done == frequencies.size())
-      progress.Report(static_cast<double>(done) / static_cast<double>(frequencies.size()),
-                      AString::Format(L"%lu of %lu frequencies", done, frequencies.size()));
+/// The profile group of a job: open while this lives.
+class ProfileGroup {
+public:
+  ProfileGroup(desktop::SolveJob const & job, desktop::IJobProgress & progress) : m_progress(progress) {
+    m_costs.Start();
+    CProfileTask const task(L"Solve", L"setup " + job.setupName);
+    m_progress.ReportProfile(CProfileUpdate(CProfileUpdate::kStartGroup, task), kRecordSet);
   }
-  return data;
-}
+  ProfileGroup(ProfileGroup const &) = delete;
+  ProfileGroup & operator=(ProfileGroup const &) = delete;
+  ~ProfileGroup() {
+    m_costs.Stop();
+    m_progress.ReportProfile(CProfileUpdate(CProfileUpdate::kStopGroup, m_costs.Task(L"Total", m_info), m_info),
+                             kRecordSet);
+  }
+  void Finish(AString const & info) { m_info = info; }
+
+private:
+  desktop::IJobProgress & m_progress;
+  SolveCosts m_costs;
+  AString m_info = L"refused";
+};
 
 } // namespace
 
@@ -132,9 +121,16 @@ RfJobRunner::~RfJobRunner() = default;
 bool RfJobRunner::Run(desktop::SolveJob const & job, io::CBlock & result, AString & error,
                       desktop::IJobProgress & progress) {
   try {
-    rf::FrequencySweep const sweep = SweepOfJob(job);
+    SweepPlan const plan = PlanOfJob(job);
+    ProfileGroup group(job, progress);
+    SolveCosts reading;
+    reading.Start();
     rf::Circuit const circuit = rf::Elaborate(m_netlists->Get(job.sourceFile), OverridesOf(job.variation));
-    Solve(circuit, sweep.Frequencies(), progress).Write(result);
+    reading.Stop();
+    AString const size = AString::Format(L"%lu elements", circuit.Elements().size());
+    progress.ReportProfile(CProfileUpdate(CProfileUpdate::kTask, reading.Task(L"Read netlist", size)), kRecordSet);
+    SolveSweep(plan, circuit, progress).Write(result);
+    group.Finish(plan.method.isAdaptive ? L"adaptive sweep" : L"direct sweep");
     return true;
   } catch (rf::NetlistError const & refused) {
     error = text::FromUtf8(refused.what());

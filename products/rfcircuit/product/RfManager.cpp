@@ -1,6 +1,7 @@
 #include "products/rfcircuit/product/RfManager.h"
 
 #include "products/rfcircuit/product/RfSetup.h"
+#include "products/rfcircuit/product/SweepColumns.h"
 
 namespace rfcircuit {
 
@@ -19,6 +20,8 @@ BaseSimulationSetup * RfManager::CreateSimulationSetup(long id, long version, AS
     return ProductSolutionManager::CreateSimulationSetup(id, version, typeName);
   return new RfSetup(this, id, version);
 }
+
+void RfManager::SetupConvDefs() { AddSetupConvDef(SweepColumns::MakeDefinitions()); }
 
 AString RfManager::GetDesignResultsFolderName() const { return GetDesignName() + L".rf"; }
 

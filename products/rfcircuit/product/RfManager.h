@@ -18,6 +18,9 @@ protected:
   /// Imported setups, which are plain ones, stay plain.
   BaseSimulationSetup * CreateSimulationSetup(long id, long version, AString const & typeName) override;
   AString GetDesignResultsFolderName() const override;
+
+private:
+  void SetupConvDefs() override;
 };
 
 } // namespace rfcircuit

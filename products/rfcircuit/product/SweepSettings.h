@@ -22,12 +22,6 @@ void WriteSweep(io::CBlock & settings, rf::FrequencySweep const & sweep);
 /// Nothing, with a one-line error, for settings that make no sense.
 std::optional<rf::FrequencySweep> ReadSweep(io::CBlock const & settings, AString & error);
 
-/// The words of a .sp line, such as "lin 201 10meg 2g", with numbers as netlists write them.  Nothing, with a one-line
-/// error, for words that make no sense.
-std::optional<rf::FrequencySweep> SweepOfWords(AString const & words, AString & error);
-/// Words that give the very same sweep.
-AString WordsOfSweep(rf::FrequencySweep const & sweep);
-
 /// A new definition on the variable F; null for a list, which definitions can't tell.
 SweepDefinition * MakeSweepDefinition(rf::FrequencySweep const & sweep);
 /// Nothing for a definition of another variable or kind, or with senseless numbers.

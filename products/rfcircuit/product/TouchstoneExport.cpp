@@ -28,9 +28,16 @@ std::vector<std::string> Header(RfVariation const & variation) {
   for (NetworkPort const & port : variation.GetData().Ports())
     ports += fmt::format(" {} = {}", port.number, text::ToUtf8(port.name)) +
              (&port == &variation.GetData().Ports().back() ? "" : ",");
-  return {"Written by rfcircuit " RFCIRCUIT_VERSION,
-          "Solution: " + text::ToUtf8(variation.GetBaseSolution()->GetGlobalSolutionName()),
-          "Variation: " + text::ToUtf8(variation.GetDesignVariationKey()), ports};
+  std::vector<std::string> header{"Written by rfcircuit " RFCIRCUIT_VERSION,
+                                  "Solution: " + text::ToUtf8(variation.GetBaseSolution()->GetGlobalSolutionName()),
+                                  "Variation: " + text::ToUtf8(variation.GetDesignVariationKey()), ports};
+  if (auto const & origin = variation.GetData().Origin())
+    header.push_back(
+        fmt::format("Adaptive sweep: {} of {} points solved, the others fitted; largest change {:.2g}, target "
+                    "{:.2g}, {}",
+                    origin->solved.size(), variation.GetData().Frequencies().size(), origin->change, origin->target,
+                    origin->isConverged ? "converged" : "NOT converged"));
+  return header;
 }
 
 std::vector<rf::Port> EnginePorts(NetworkData const & data) {

@@ -1,6 +1,7 @@
 #include "desktop/solve/JobFrame.h"
 #include "desktop/solve/WorkerMessages.h"
 
+#include "basekit/io/CNamed_value_manip.h"
 #include "tests/support/Printers.h"
 #include "tests/support/worker/TestSolver.h"
 
@@ -51,6 +52,82 @@ TEST(JobFrame, AJobComesBackWithAllItsParts) {
   double value = 0;
   ASSERT_TRUE(tolerance && tolerance->Query(value));
   EXPECT_EQ(value, 0.1);
+}
+
+namespace {
+
+// What arrives of a frame at the other end of a pipe.
+JobFrame Sent(JobFrame const & frame) {
+  JobFrameReader reader;
+  reader.Add(BytesOf(frame));
+  JobFrame read;
+  EXPECT_EQ(reader.Next(read), Status::kFrame);
+  return read;
+}
+
+PassMessage ExamplePass() {
+  PassMessage pass;
+  pass.number = 7;
+  pass.index = 3;
+  pass.row = io::CBlock_ptr<io::CBlock_func>(new io::CBlock_func(L"c"));
+  *pass.row << io::named(L"n", 5) << io::named(L"d", 0.25);
+  return pass;
+}
+
+} // namespace
+
+TEST(JobFrame, APassComesBackWithItsRow) {
+  PassMessage read;
+  ASSERT_TRUE(read.Read(Sent(ExamplePass().Write())));
+  EXPECT_EQ(read.number, 7);
+  EXPECT_EQ(read.index, 3);
+  int pass = 0;
+  double delta = 0;
+  *read.row >> io::named(L"n", pass) >> io::named(L"d", delta);
+  EXPECT_EQ(pass, 5);
+  EXPECT_EQ(delta, 0.25);
+}
+
+TEST(JobFrame, APassWithARowOfAnotherNameIsNone) {
+  PassMessage pass = ExamplePass();
+  pass.row = io::CBlock_ptr<io::CBlock_func>(new io::CBlock_func(L"C"));
+  EXPECT_FALSE(PassMessage().Read(Sent(pass.Write())));
+  EXPECT_FALSE(ConvergenceMessage().Read(Sent(ExamplePass().Write())));
+  EXPECT_FALSE(ProfileMessage().Read(Sent(ExamplePass().Write())));
+}
+
+TEST(JobFrame, ConvergenceComesBack) {
+  ConvergenceMessage told;
+  told.number = 7;
+  told.index = 2;
+  told.isConverged = true;
+  told.consecutivePasses = L"3 of 3";
+  ConvergenceMessage read;
+  ASSERT_TRUE(read.Read(Sent(told.Write())));
+  EXPECT_EQ(read.number, 7);
+  EXPECT_EQ(read.index, 2);
+  EXPECT_TRUE(read.isConverged);
+  EXPECT_EQ(read.consecutivePasses, L"3 of 3");
+}
+
+TEST(JobFrame, ACostComesBackWithItsTask) {
+  CProfileTask task(L"Factor", L"2000 nodes");
+  task.SetCost(2.0, 1.5, 4096.0);
+  ProfileMessage told;
+  told.number = 7;
+  told.index = 4;
+  told.update = CProfileUpdate(CProfileUpdate::kStopGroup, task, L"all of it");
+  ProfileMessage read;
+  ASSERT_TRUE(read.Read(Sent(told.Write())));
+  EXPECT_EQ(read.number, 7);
+  EXPECT_EQ(read.index, 4);
+  EXPECT_EQ(read.update.GetKind(), CProfileUpdate::kStopGroup);
+  EXPECT_EQ(read.update.GetInfo(), L"all of it");
+  EXPECT_EQ(read.update.GetTask().GetName(), L"Factor");
+  EXPECT_EQ(read.update.GetTask().GetInfo(), L"2000 nodes");
+  EXPECT_EQ(read.update.GetTask().GetRealTime(), 2.0);
+  EXPECT_EQ(read.update.GetTask().GetCpuTime(), 1.5);
+  EXPECT_EQ(read.update.GetTask().GetMemory(), 4096.0);
 }
 
 TEST(JobFrame, AMessageIsNotTakenForOneOfAnotherKind) {
@@ -116,13 +193,13 @@ TEST(JobFrame, ALengthBeyondTheLimitIsRefusedThoughItsChecksumIsRight) {
 
 TEST(JobFrame, AnUnknownKindIsRefused) {
   std::string bytes = BytesOf(ExampleJob().Write());
-  bytes[4] = 6;
+  bytes[4] = 9;
   support::SignHeader(bytes);
   JobFrameReader reader;
   reader.Add(bytes);
   JobFrame frame;
   EXPECT_EQ(reader.Next(frame), Status::kBroken);
-  EXPECT_EQ(reader.GetError(), L"it sent a message of the unknown kind 6");
+  EXPECT_EQ(reader.GetError(), L"it sent a message of the unknown kind 9");
 }
 
 TEST(JobFrame, ABlockNestedTooDeeplyIsNotSent) {

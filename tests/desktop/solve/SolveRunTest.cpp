@@ -45,7 +45,10 @@ public:
     fractions.push_back(fraction);
     EXPECT_EQ(text, L"factoring");
   }
-  void Failed(int number, AString const & error) override { EXPECT_TRUE(errors.emplace(number, error).second); }
+  void Failed(int number, AString const & error, JobCost const & cost) override {
+    EXPECT_GE(cost.seconds, 0.0);
+    EXPECT_TRUE(errors.emplace(number, error).second);
+  }
   void Store(std::vector<SolvedPoint> const & points) override {
     if (refusesToStore)
       throw Error(ErrorKind::kStorage, L"the disk is full");
@@ -58,7 +61,7 @@ public:
       for (double value = 0; values.QueryUnamedValues(place, value);)
         numbers.push_back(value);
       EXPECT_TRUE(stored.emplace(point.number, numbers).second);
-      seconds += point.seconds;
+      seconds += point.cost.seconds;
     }
   }
 
@@ -212,6 +215,25 @@ TEST(SolveRun, AWorkerThatHangsIsStoppedAtTheLimit) {
   EXPECT_TRUE(Solve(points, options));
   EXPECT_EQ(points.stored.size(), 3u);
   EXPECT_EQ(points.errors[1], L"the worker was stopped: it gave no result within 0.7 s: waiting for a licence");
+}
+
+TEST(SolveRun, AProcessThatAWorkerLeftBehindHoldsNothingUp) {
+  Points points({L"leave and abort", L"N=1", L"leave", L"N=2"});
+  auto const start = std::chrono::steady_clock::now();
+  EXPECT_TRUE(Solve(points));
+  EXPECT_EQ(points.stored.size(), 3u);
+  ASSERT_EQ(points.errors.size(), 1u);
+  EXPECT_TRUE(points.errors[0].StartsWith(L"the worker was killed by signal 6")) << text::ToUtf8(points.errors[0]);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(2)) << "the process would stay for ten";
+}
+
+TEST(SolveRun, MegabytesOnStandardErrorDisturbNothingAndTheirEndStandsInTheError) {
+  Points points({L"gossip", L"gossip and abort"});
+  EXPECT_TRUE(Solve(points));
+  EXPECT_EQ(points.stored.size(), 1u);
+  ASSERT_EQ(points.errors.size(), 1u);
+  EXPECT_NE(points.errors[1].find(AString(L"line 99999 of what")), AString::npos) << text::ToUtf8(points.errors[1]);
+  EXPECT_LT(points.errors[1].size(), 4000u);
 }
 
 TEST(SolveRun, WhatASolverPrintsDisturbsNothing) {

@@ -82,13 +82,19 @@ TEST_F(CommandJobRunner, FillsTemplatesArgumentsAndInputAndTakesQuantities) {
 
 TEST_F(CommandJobRunner, ReportsWhatARunCost) {
   ASSERT_TRUE(Solve("shell sleep 0.1; echo y; echo 1\noutput csv stdout\nscalar y = y\n")) << text::ToUtf8(m_error);
-  ASSERT_EQ(m_progress.updates.size(), 3u);
-  EXPECT_EQ(m_progress.updates[0].GetKind(), CProfileUpdate::kStartGroup);
-  EXPECT_EQ(m_progress.updates[2].GetKind(), CProfileUpdate::kStopGroup);
-  CProfileTask const & task = m_progress.updates[1].GetTask();
+  ASSERT_EQ(m_progress.updates.size(), 1u);
+  EXPECT_EQ(m_progress.updates[0].GetKind(), CProfileUpdate::kTask);
+  CProfileTask const & task = m_progress.updates[0].GetTask();
   EXPECT_EQ(task.GetName(), L"sh");
   EXPECT_GE(task.GetRealTime(), 0.1);
   EXPECT_GT(task.GetMemory(), 0.0);
+  EXPECT_FALSE(Solve("command false\noutput csv stdout\nscalar y = y\n"));
+  EXPECT_EQ(m_progress.updates.size(), 2u) << "a run that fails costs something too";
+}
+
+TEST_F(CommandJobRunner, WithoutAFolderForTemporaryFilesNothingIsMadeElsewhere) {
+  ::setenv("TMPDIR", PathOf("none").c_str(), 1);
+  ExpectFailed("shell echo y; echo 1\noutput csv stdout\nscalar y = y\n", {"scratch folder", "TMPDIR"});
 }
 
 TEST_F(CommandJobRunner, ReadsAnEditedSolverFileAnew) {

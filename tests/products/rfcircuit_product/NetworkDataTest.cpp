@@ -2,6 +2,7 @@
 
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "basekit/text/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -96,6 +97,47 @@ TEST(NetworkData, StandsInTheBlockAsTheFormatPageShows) {
   EXPECT_EQ(BlockOf(data).Pack(),
             AString(L"Data { Frequencies(1e9, 1.5e9) Ports { Port(Number = 1, Name = \"V1\", Z0 = 50) } "
                     L"S(0.25, -0.5, 0.125, 0.0625) }"));
+}
+
+TEST(NetworkData, TellsHowAnAdaptiveSweepGotIt) {
+  NetworkData data({1.0, 2.0, 3.0, 4.0}, {{1, L"V1", 50.0}});
+  data.SetOrigin({.solved = {0, 2, 3}, .passes = 3, .target = 1e-5, .change = 0.25, .isConverged = true});
+  EXPECT_EQ(BlockOf(data).Pack(),
+            AString(L"Data { Frequencies(1, 2, 3, 4) Ports { Port(Number = 1, Name = \"V1\", Z0 = 50) } "
+                    L"S(0, 0, 0, 0, 0, 0, 0, 0) Adaptive(Passes = 3, Target = 1e-5, Change = 0.25, Converged = true) "
+                    L"Solved(0, 2, 3) }"));
+  for (io::CBlock const & block : {ThroughText(BlockOf(data)), ThroughBinary(BlockOf(data))}) {
+    NetworkData read;
+    ASSERT_TRUE(read.Read(block));
+    ASSERT_TRUE(read.Origin().has_value());
+    EXPECT_EQ(read.Origin()->solved, (std::vector<std::size_t>{0, 2, 3}));
+    EXPECT_EQ(read.Origin()->passes, 3);
+    EXPECT_EQ(read.Origin()->target, 1e-5);
+    EXPECT_EQ(read.Origin()->change, 0.25);
+    EXPECT_TRUE(read.Origin()->isConverged);
+  }
+}
+
+TEST(NetworkData, OfADirectSweepForgetsTheOriginOfWhatItHeldBefore) {
+  NetworkData data({1.0}, {{1, L"V1", 50.0}});
+  data.SetOrigin({});
+  ASSERT_TRUE(data.Read(BlockOf(SmallNetwork())));
+  EXPECT_FALSE(data.Origin().has_value());
+}
+
+TEST(NetworkData, IsRefusedWhereSolvedPointsAreNotThoseOfTheSweep) {
+  for (wchar_t const * const solved : {L"Solved(0, 4)", L"Solved(1, 1)", L"Solved(2, 1)", L"Solved(-1)", L"Solved(0.5)",
+                                       L"Solved(nan)", L"Solved = 3", L""}) {
+    io::CBlock block;
+    ASSERT_TRUE(
+        block.Unpack(AString(L"Data { Frequencies(1, 2, 3, 4) Ports { Port(Number = 1, Name = \"V1\", Z0 = 50) } "
+                             L"S(0, 0, 0, 0, 0, 0, 0, 0) Adaptive(Passes = 3, Target = 1e-5, Change = 0, "
+                             L"Converged = true) ") +
+                     solved + L" }"));
+    NetworkData data;
+    EXPECT_FALSE(data.Read(block)) << text::ToUtf8(AString(solved));
+    EXPECT_TRUE(data.IsEmpty());
+  }
 }
 
 TEST(NetworkData, LaysFrequenciesOutSlowestAndColumnsFastest) {

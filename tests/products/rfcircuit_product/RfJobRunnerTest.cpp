@@ -1,5 +1,6 @@
 #include "products/rfcircuit/product/RfJobRunner.h"
 
+#include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/Utf8.h"
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
 #include "products/rfcircuit/engine/network/SParameterSolver.h"
@@ -177,4 +178,109 @@ TEST_F(RfJobRunner, TellsWhereTheEquationsAreSingular) {
   auto const file = Write(".param r=50\nR1 in 0 {r}\nR2 out 0 50\n");
   std::string const error = ErrorOf(JobFor(file, L"r=-50"));
   EXPECT_NE(error.find("circuit at 1000000000 Hz"), std::string::npos) << error;
+}
+
+namespace {
+
+/// An adaptive sweep of an example or of lines, with all that it told.
+struct AdaptiveRun {
+  NetworkData data;
+  Progress progress;
+
+  explicit AdaptiveRun(desktop::SolveJob const & job) {
+    io::CBlock result;
+    AString error;
+    EXPECT_TRUE(rfcircuit::RfJobRunner().Run(job, result, error, progress)) << text::ToUtf8(error);
+    EXPECT_TRUE(data.Read(result));
+  }
+  std::vector<AString> Tasks() const {
+    std::vector<AString> names;
+    for (CProfileUpdate const & update : progress.updates)
+      names.push_back(update.GetTask().GetName());
+    return names;
+  }
+};
+
+} // namespace
+
+TEST_F(RfJobRunner, SolvesAnAdaptiveSweepAtFewOfItsPointsAndStoresThemAll) {
+  AdaptiveRun const run(JobFor(ExampleFile("bandpass/bandpass.cir"), L""));
+  ASSERT_TRUE(run.data.Origin().has_value());
+  EXPECT_TRUE(run.data.Origin()->isConverged);
+  EXPECT_EQ(run.data.Frequencies().size(), 10001u);
+  EXPECT_LT(run.data.Origin()->solved.size(), 100u);
+  auto const exact = Directly(ExampleFile("bandpass/bandpass.cir"), {});
+  double largest = 0.0;
+  for (std::size_t i = 0; i < exact.Frequencies().size(); ++i)
+    largest = std::max(largest, std::abs(run.data.S(i, 1, 0) - exact.S(i, 1, 0)));
+  EXPECT_LT(largest, 1e-7);
+}
+
+TEST_F(RfJobRunner, ReportsThePassesOfAnAdaptiveSweepByTheTokensOfTheColumns) {
+  AdaptiveRun const run(JobFor(ExampleFile("crystal/crystal.cir"), L"q=50000"));
+  ASSERT_GE(run.progress.passes.size(), 2u);
+  EXPECT_EQ(run.progress.passes.size(), static_cast<std::size_t>(run.data.Origin()->passes));
+  EXPECT_EQ(run.progress.passes.front()->Name(), L"c");
+  double change = 0.0;
+  *run.progress.passes.front() >> io::named(L"Change", change);
+  EXPECT_FALSE(run.progress.passes.front()->Found());
+  int number = 0;
+  int solved = 0;
+  int points = 0;
+  AString passive;
+  *run.progress.passes.back() >> io::named(L"Pass", number) >> io::named(L"Solved", solved) >>
+      io::named(L"Points", points) >> io::named(L"Change", change) >> io::named(L"Passive", passive);
+  EXPECT_EQ(number, run.data.Origin()->passes);
+  EXPECT_EQ(solved, static_cast<int>(run.data.Origin()->solved.size()));
+  EXPECT_EQ(points, 10001);
+  EXPECT_EQ(change, run.data.Origin()->change);
+  EXPECT_EQ(passive, L"yes");
+  EXPECT_TRUE(run.progress.isConverged);
+  EXPECT_EQ(run.progress.fractions.back(), 1.0);
+}
+
+TEST_F(RfJobRunner, SaysThatABoundedSweepDidNotConvergeAndKeepsItsBest) {
+  auto job = JobFor(Write("T1 in 0 a 0 z0=75 td=200n\nR1 a out 10\n"), L"");
+  ASSERT_TRUE(job.settings.Unpack(L"Settings { Kind = \"lin\" Points = 2001 Start = 1e6 Stop = 3e9 "
+                                  L"Method = \"adaptive\" MostPoints = 40 }"));
+  AdaptiveRun const run(job);
+  EXPECT_FALSE(run.data.Origin()->isConverged);
+  EXPECT_EQ(run.data.Origin()->solved.size(), 40u);
+  EXPECT_FALSE(run.progress.isConverged);
+  EXPECT_EQ(run.progress.texts.back(), L"not converged: 40 of 2001 frequencies solved");
+}
+
+TEST_F(RfJobRunner, ReportsWhatTheTasksOfASolveCost) {
+  AdaptiveRun const adaptive(JobFor(ExampleFile("bandpass/bandpass.cir"), L""));
+  EXPECT_EQ(adaptive.Tasks(),
+            (std::vector<AString>{L"Solve", L"Read netlist", L"Analyse", L"Solve", L"Fit", L"Total"}));
+  AdaptiveRun const direct(JobFor(ExampleFile("lowpass/lowpass.cir"), L""));
+  EXPECT_EQ(direct.Tasks(), (std::vector<AString>{L"Solve", L"Read netlist", L"Analyse", L"Solve", L"Total"}));
+  EXPECT_TRUE(direct.progress.passes.empty());
+  EXPECT_FALSE(direct.data.Origin().has_value());
+  for (CProfileUpdate const & update : direct.progress.updates) {
+    EXPECT_GE(update.GetTask().GetRealTime(), 0.0);
+    EXPECT_GE(update.GetTask().GetCpuTime(), 0.0);
+    EXPECT_EQ(update.GetTask().GetMemory() > 0.0, update.GetKind() != CProfileUpdate::kStartGroup);
+  }
+  EXPECT_EQ(direct.progress.updates.front().GetKind(), CProfileUpdate::kStartGroup);
+  EXPECT_EQ(direct.progress.updates.back().GetKind(), CProfileUpdate::kStopGroup);
+  EXPECT_GT(direct.progress.updates.back().GetTask().GetCpuTime(), 0.0);
+}
+
+TEST_F(RfJobRunner, ClosesTheProfileGroupOfAJobThatIsRefused) {
+  io::CBlock result;
+  AString error;
+  Progress progress;
+  EXPECT_FALSE(m_runner.Run(JobFor(Write("R1 in out 100\n"), L"unknown=1"), result, error, progress));
+  ASSERT_EQ(progress.updates.size(), 2u);
+  EXPECT_EQ(progress.updates.back().GetKind(), CProfileUpdate::kStopGroup);
+  EXPECT_EQ(progress.updates.back().GetInfo(), L"refused");
+}
+
+TEST_F(RfJobRunner, RefusesSettingsOfAnAdaptiveSweepThatMakeNoSense) {
+  auto job = JobFor(Write("R1 in out 100\n"), L"");
+  ASSERT_TRUE(job.settings.Unpack(L"Settings { Kind = \"list\" Frequencies(1, 2) Method = \"adaptive\" Target = -1 }"));
+  EXPECT_EQ(ErrorOf(job), "setup 'SParameters1': sweep: target=-1 makes no sense; give the largest change of an "
+                          "S-parameter, between 0 and 1, such as 1e-5");
 }

@@ -6,7 +6,13 @@
 #include "basekit/text/Utf8.h"
 #include "desktop/product/ProductRegistry.h"
 #include "plotkit/SweepDefinition.h"
+#include "products/rfcircuit/engine/sweep/AdaptiveSweep.h"
 #include "products/rfcircuit/product/RegisterRfCircuit.h"
+#include "products/rfcircuit/product/SweepColumns.h"
+#include "solutionmanager/convergence/ConvDef.h"
+#include "solutionmanager/convergence/ConvValues.h"
+#include "solutionmanager/convergence/ConvergenceData.h"
+#include "solutionmanager/convergence/SetupConvDef.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"
 
 using namespace rftest;
@@ -33,6 +39,23 @@ desktop::SourceSetup ListSetup() {
   setup.typeName = RfSetup::kTypeName;
   EXPECT_TRUE(setup.settings.Unpack(L"Settings { Kind = \"list\" Frequencies(1e9, 2.5e9) }"));
   return setup;
+}
+
+desktop::SourceSetup Adaptive(AString const & words) {
+  desktop::SourceSetup setup;
+  AString error;
+  EXPECT_TRUE(rfcircuit::RfCircuitProduct().ReadSettings(words, setup, error)) << text::ToUtf8(error);
+  setup.name = L"Adaptive";
+  return setup;
+}
+
+/// As the desktop does with a row that a worker sends.
+void AddPass(RfSetup & setup, rf::SweepPass const & pass) {
+  auto const row = rfcircuit::SweepColumns::RowOf(pass);
+  ConvValues values;
+  for (ConvDef const * const column : *setup.GetBaseSolutionMgr()->GetConvDefsForSetup(RfSetup::kTypeName))
+    values.AddValue(column->ReadValue(row));
+  setup.AddConvValues(L"", setup.GetVersionID(), &values, -1);
 }
 
 } // namespace
@@ -158,7 +181,7 @@ TEST_F(RfManager, TellsTheSameAfterInvalidationAndReopening) {
   Manager().Invalidate(nullptr, 7);
   std::vector<double> before;
   SolutionOf(setup).GetFrequencySolutionDefinition(id::invalidID)->GetFrequencies(before);
-  EXPECT_EQ(before, setup.GetSweep()->Frequencies());
+  EXPECT_EQ(before, setup.GetPlan()->sweep.Frequencies());
   Solve(setup, kLowpass, kNominal);
   Commit();
   Reopen();
@@ -179,8 +202,8 @@ TEST_F(RfManager, ReadsSetupsBackFromTheDesignFile) {
     ASSERT_TRUE(written.DesignFileWrite(block));
     RfSetup read(&Manager(), written.GetID() + 1000, 0);
     ASSERT_EQ(read.DesignFileRead(block), io::kNoError);
-    ASSERT_TRUE(read.GetSweep().has_value());
-    EXPECT_EQ(read.GetSweep()->Frequencies(), written.GetSweep()->Frequencies());
+    ASSERT_TRUE(read.GetPlan().has_value());
+    EXPECT_EQ(read.GetPlan()->sweep.Frequencies(), written.GetPlan()->sweep.Frequencies());
     EXPECT_TRUE(read.IsEqual(&written));
     ASSERT_EQ(read.GetSolutions().size(), 1u);
     EXPECT_EQ(SolutionOf(read).GetSolutionName(), L"Sweep");
@@ -208,7 +231,7 @@ TEST_F(RfManager, KeepsASetupWhoseSettingsAreDamagedWithoutASweep) {
   settings << io::named(L"Kind", L"spiral");
   block << settings;
   EXPECT_EQ(setup.DesignFileRead(block), io::kNoError);
-  EXPECT_FALSE(setup.GetSweep().has_value());
+  EXPECT_FALSE(setup.GetPlan().has_value());
   EXPECT_TRUE(SolutionOf(setup).HasValidSolutionData(kNominal, id::invalidID));
   EXPECT_TRUE(Job(setup, kLowpass, kNominal).settings.Empty());
 }
@@ -217,7 +240,7 @@ TEST_F(RfManager, GivesAnEquivalentSetupTheSameSweepOfItsOwn) {
   RfSetup & source = CreateSetupOf(kLowpass);
   std::unique_ptr<BaseSimulationSetup> const copy(Manager().CreateSimulationSetup(&source));
   EXPECT_TRUE(copy->IsEqual(&source));
-  source.SetSweep(rf::FrequencySweep::Linear(3, 1e9, 2e9));
+  source.SetPlan({rf::FrequencySweep::Linear(3, 1e9, 2e9), {}});
   EXPECT_FALSE(copy->IsEqual(&source));
   ASSERT_NE(copy->GetSweepDef(L"F"), nullptr);
   EXPECT_EQ(copy->GetSweepDef(L"F")->GetCount(), 201u);
@@ -242,7 +265,9 @@ TEST_F(RfManager, NamesTheDesignOfItsResultsFolder) {
 }
 
 TEST_F(RfManager, ReadsTheWordsOfASweepAndGivesThemBack) {
-  for (wchar_t const * const words : {L"lin 201 1e+07 2e+09", L"dec 20 1000 1e+09", L"oct 4 1 8", L"list 0 1e+09"}) {
+  for (wchar_t const * const words : {L"lin 201 1e+07 2e+09", L"dec 20 1000 1e+09", L"oct 4 1 8", L"list 0 1e+09",
+                                      L"lin 10001 1e+09 2e+09 adaptive target=1e-05 passes=2",
+                                      L"list 1 2 3 adaptive target=0.001 passes=3 most=500"}) {
     desktop::SourceSetup setup;
     AString error;
     ASSERT_TRUE(m_product.ReadSettings(words, setup, error)) << text::ToUtf8(error);
@@ -252,10 +277,14 @@ TEST_F(RfManager, ReadsTheWordsOfASweepAndGivesThemBack) {
 }
 
 TEST_F(RfManager, RefusesWordsThatAreNoSweep) {
-  for (wchar_t const * const words : {L"", L"lin 1 2", L"lin 0 1 2", L"lin 5 9 1", L"5", L"lin 5 1 2\n.sp lin 5 1 2"}) {
+  for (wchar_t const * const words :
+       {L"", L"lin 1 2", L"lin 0 1 2", L"lin 5 9 1", L"5", L"lin 5 1 2\n.sp lin 5 1 2", L"lin 5 1 2 adaptive target=0",
+        L"lin 5 1 2 adaptive passes=1.5", L"lin 5 1 2 adaptive most=1", L"lin 5 1 2 adaptive speed=3",
+        L"lin 5 1 2 adaptive 7", L"lin 5 1 2 adaptive target=1e-3 target=1e-4", L"lin 5 1 2 direct target=1e-3",
+        L"lin 5 adaptive", L"adaptive"}) {
     desktop::SourceSetup setup;
     AString error;
-    EXPECT_FALSE(m_product.ReadSettings(words, setup, error)) << text::ToUtf8(words);
+    EXPECT_FALSE(m_product.ReadSettings(words, setup, error)) << text::ToUtf8(AString(words));
     EXPECT_FALSE(error.empty());
   }
 }
@@ -266,9 +295,103 @@ TEST_F(RfManager, AppliesSettingsToASetupAndTheDefinitionOfItsPresentVersion) {
   AString error;
   ASSERT_TRUE(m_product.ReadSettings(L"list 1g 2g", other, error));
   EXPECT_TRUE(m_product.ApplySettings(setup, other.settings));
-  EXPECT_EQ(setup.GetSweep()->Frequencies(), (std::vector<double>{1e9, 2e9}));
+  EXPECT_EQ(setup.GetPlan()->sweep.Frequencies(), (std::vector<double>{1e9, 2e9}));
   std::vector<double> defined;
   SolutionOf(setup).GetFrequencySolutionDefinition(id::invalidID)->GetFrequencies(defined);
   EXPECT_EQ(defined, (std::vector<double>{1e9, 2e9}));
   EXPECT_FALSE(m_product.ApplySettings(setup, io::CBlock(L"Settings")));
+}
+
+TEST_F(RfManager, TakesShortWordsForAnAdaptiveSweepWithItsUsualTarget) {
+  desktop::SourceSetup setup;
+  AString error;
+  ASSERT_TRUE(m_product.ReadSettings(L"LIN 101 1g 2g ADAPTIVE", setup, error)) << text::ToUtf8(error);
+  EXPECT_EQ(setup.settings.Pack(), AString(L"Settings { Kind = \"lin\" Points = 101 Start = 1e9 Stop = 2e9 "
+                                           L"Method = \"adaptive\" Target = 1e-5 Passes = 2 }"));
+  ASSERT_TRUE(m_product.ReadSettings(L"lin 101 1g 2g direct", setup, error)) << text::ToUtf8(error);
+  EXPECT_EQ(m_product.DescribeSettings(setup.settings), L"lin 101 1e+09 2e+09");
+}
+
+TEST_F(RfManager, TellsAnAdaptiveSweepFromADirectOneOfTheSamePoints) {
+  RfSetup & first = CreateSetup(Adaptive(L"lin 101 1g 2g adaptive"));
+  EXPECT_TRUE(first.IsEqual(&CreateSetup(Adaptive(L"lin 101 1g 2g adaptive target=1e-5"))));
+  EXPECT_FALSE(first.IsEqual(&CreateSetup(Adaptive(L"lin 101 1g 2g"))));
+  EXPECT_FALSE(first.IsEqual(&CreateSetup(Adaptive(L"lin 101 1g 2g adaptive target=1e-6"))));
+}
+
+TEST_F(RfManager, ReadsTheMethodOfASetupBackFromTheDesignFile) {
+  RfSetup & written = CreateSetup(Adaptive(L"lin 101 1g 2g adaptive target=1e-7 passes=4 most=90"));
+  io::CBlock block(L"SimSetup");
+  ASSERT_TRUE(written.DesignFileWrite(block));
+  RfSetup read(&Manager(), written.GetID() + 1000, 0);
+  ASSERT_EQ(read.DesignFileRead(block), io::kNoError);
+  ASSERT_TRUE(read.GetPlan().has_value());
+  EXPECT_EQ(read.GetPlan()->method, written.GetPlan()->method);
+  EXPECT_EQ(read.GetPlan()->method.mostPoints, 90u);
+  EXPECT_TRUE(read.IsEqual(&written));
+}
+
+TEST_F(RfManager, KeepsASetupWhoseMethodIsUnknownWithoutASweep) {
+  RfSetup & setup = CreateSetup(Adaptive(L"lin 101 1g 2g adaptive"));
+  io::CBlock settings(RfSetup::kSettingsBlockName);
+  ASSERT_TRUE(settings.Unpack(L"Settings { Kind = \"list\" Frequencies(1, 2) Method = \"magic\" }"));
+  EXPECT_FALSE(m_product.ApplySettings(setup, settings));
+  EXPECT_TRUE(setup.GetPlan().has_value());
+  io::CBlock block(L"SimSetup");
+  block << settings;
+  EXPECT_EQ(setup.DesignFileRead(block), io::kNoError);
+  EXPECT_FALSE(setup.GetPlan().has_value());
+}
+
+TEST_F(RfManager, KnowsTheConvergenceColumnsOfItsSetups) {
+  SetupConvDef const * const columns = Manager().GetConvDefsForSetup(RfSetup::kTypeName);
+  ASSERT_NE(columns, nullptr);
+  std::vector<AString> names;
+  for (ConvDef const * const column : *columns)
+    names.push_back(column->GetName() + L"/" + column->GetToken());
+  EXPECT_EQ(names, (std::vector<AString>{L"Pass/Pass", L"Points Solved/Solved", L"Points in All/Points",
+                                         L"Largest Change/Change", L"Passive/Passive"}));
+}
+
+TEST_F(RfManager, MakesTheConvergenceRecordOfAnAdaptiveSweepWithItsTargets) {
+  RfSetup & setup = CreateSetup(Adaptive(L"lin 101 1g 2g adaptive target=1e-7 passes=4"));
+  ConvergenceData const * const record = setup.GetConvData(L"", id::invalidID, -1);
+  ASSERT_NE(record, nullptr);
+  EXPECT_FALSE(record->NeedInit(-1));
+  EXPECT_EQ(record->GetSetupConvDefName(-1), RfSetup::kTypeName);
+  EXPECT_EQ(record->GetTargetCriterion(-1), L"1e-07");
+  EXPECT_EQ(record->GetTargetConsecPasses(-1), L"4");
+  EXPECT_EQ(record->GetMinimumIter(-1), L"5");
+  EXPECT_EQ(record->GetMaximumIter(-1), L"100");
+  EXPECT_EQ(record->GetCriterionLabel(-1), L"Largest Change");
+  EXPECT_EQ(record->GetIterationLabel(-1), L"Pass");
+}
+
+TEST_F(RfManager, MakesNoConvergenceRecordForADirectSweep) {
+  EXPECT_EQ(CreateSetup(Adaptive(L"lin 101 1g 2g")).GetConvData(L"", id::invalidID, -1), nullptr);
+}
+
+TEST_F(RfManager, KeepsThePassesOfASolveWithTheTargetsOfItsTime) {
+  RfSetup & setup = CreateSetup(Adaptive(L"lin 101 1g 2g adaptive target=1e-7 passes=4"));
+  rf::SweepPass pass;
+  pass.number = 1;
+  pass.solved = 17;
+  pass.total = 101;
+  pass.isPassive = true;
+  AddPass(setup, pass);
+  pass.number = 2;
+  pass.solved = 23;
+  pass.largestChange = 1e-9;
+  AddPass(setup, pass);
+  ASSERT_TRUE(setup.WriteConvergenceDataBlock(L"", setup.GetVersionID()));
+  RfSetup read(&Manager(), setup.GetID(), setup.GetVersionID());
+  read.SetPlan({rf::FrequencySweep::Linear(3, 1, 2), rf::SweepMethod::Adaptive()});
+  ConvergenceData const * const record = read.GetConvData(L"", id::invalidID, -1);
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->GetTargetCriterion(-1), L"1e-07");
+  EXPECT_EQ(record->GetCriterionLabel(-1), L"Largest Change");
+  EXPECT_EQ(record->GetPassData(L"Largest Change", 1, -1), L"N/A");
+  EXPECT_EQ(record->GetPassData(L"Largest Change", 2, -1), L"1e-09");
+  EXPECT_EQ(record->GetPassData(L"Points Solved", 2, -1), L"23");
+  EXPECT_EQ(record->GetPassData(L"Passive", 1, -1), L"yes");
 }

@@ -57,6 +57,14 @@ TEST_F(TouchstoneExport, TellsInCommentsWhatTheFileHolds) {
   EXPECT_EQ(lines.size(), 5u + 201u);
 }
 
+TEST_F(TouchstoneExport, TellsThatValuesAreFitted) {
+  ASSERT_EQ(Write(Solved("crystal/crystal.cir", L""), "point"), "");
+  auto const lines = Lines(Content(m_folder / "point.s2p"));
+  ASSERT_EQ(lines.size(), 6u + 10001u);
+  EXPECT_NE(lines[4].find("of 10001 points solved, the others fitted"), std::string::npos) << lines[4];
+  EXPECT_NE(lines[4].find(", converged"), std::string::npos) << lines[4];
+}
+
 TEST_F(TouchstoneExport, HoldsTheNumbersOfTheVariation) {
   auto const & variation = Solved("lowpass/lowpass.cir", L"");
   ASSERT_EQ(Write(variation, "point", 17), "");

@@ -1,10 +1,13 @@
 #include "tests/support/worker/TestSolver.h"
 
 #include "basekit/io/CBlock_func.h"
+#include "basekit/io/CNamed_value_manip.h"
 #include "basekit/io/Checksum.h"
+#include "basekit/profile/CProfileUpdate.h"
 #include "basekit/text/Utf8.h"
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -12,6 +15,7 @@
 #include <stdexcept>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace support {
 
@@ -45,7 +49,7 @@ public:
   bool Run(SolveJob const & job, io::CBlock & result, AString & error, IJobProgress & progress) override {
     AString const & variation = job.variation;
     Break(variation);
-    if (Has(variation, L"refuse")) {
+    if (Has(variation, L"refuse") && !Has(variation, L"then refuse")) {
       error = L"node 7 has no\nconnection";
       return false;
     }
@@ -53,6 +57,14 @@ public:
       std::this_thread::sleep_for(std::chrono::milliseconds(300));
     if (Has(variation, L"tell"))
       Tell(progress);
+    if (Has(variation, L"flood"))
+      Flood(progress, Has(variation, L"passes"));
+    if (Has(variation, L"passes"))
+      TellPasses(progress, Has(variation, L"slowly"));
+    if (Has(variation, L"then refuse")) {
+      error = L"it does not converge";
+      return false;
+    }
     io::CBlock_func values(L"Values");
     values << static_cast<double>(variation.size()) << static_cast<double>(++m_solved)
            << static_cast<double>(::getpid());
@@ -68,6 +80,12 @@ private:
   void Break(AString const & variation) {
     for (int i = 0; Has(variation, L"print") && i < 20000; ++i)
       std::printf("line %d of what a solver tells about itself\n", i);
+    if (Has(variation, L"leave"))
+      LeaveProcess();
+    if (Has(variation, L"heap"))
+      TakeMemory();
+    for (int i = 0; Has(variation, L"gossip") && i < 100'000; ++i)
+      std::fprintf(stderr, "line %d of what a solver tells about itself\n", i);
     if (Has(variation, L"abort")) {
       std::fprintf(stderr, "matrix\tis singular\n");
       std::abort();
@@ -90,6 +108,45 @@ private:
       progress.Report(step / 30.0, L"factoring");
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
+  }
+
+  // The child outlives its worker, and holds all that it has open.
+  void LeaveProcess() {
+    if (::fork() == 0) {
+      std::this_thread::sleep_for(std::chrono::minutes(10));
+      std::_Exit(0);
+    }
+  }
+
+  void TakeMemory() {
+    std::vector<char> const memory(64 * 1024 * 1024, 'x');
+    std::fprintf(stderr, "%zu bytes\n", memory.size());
+  }
+
+  static io::CBlock_ptr<io::CBlock_func> Row(int pass, double delta) {
+    io::CBlock_ptr<io::CBlock_func> const row(new io::CBlock_func(L"c"));
+    *row << io::named(L"n", pass) << io::named(L"d", delta);
+    return row;
+  }
+
+  void TellPasses(IJobProgress & progress, bool isSlow) {
+    progress.ReportProfile({CProfileUpdate::kStartGroup, CProfileTask(L"Passes", L"adaptive")}, 0);
+    for (int pass = 1; pass <= 3; ++pass) {
+      progress.ReportPass(Row(pass, 1.0 / (1 << pass)), -1);
+      CProfileTask task(L"Factor", AString::Format(L"pass %d", pass));
+      task.SetCost(0.5, 0.25, 1024.0 * pass);
+      progress.ReportProfile({CProfileUpdate::kTask, task}, 0);
+      if (isSlow)
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+    }
+    progress.ReportProfile({CProfileUpdate::kStopGroup, CProfileTask(), L"three passes"}, 0);
+    progress.ReportConvergence(true, L"2", -1);
+  }
+
+  [[noreturn]] void Flood(IJobProgress & progress, bool withPasses) {
+    for (int i = 0;; ++i)
+      withPasses ? progress.ReportPass(Row(i, 0.5), -1)
+                 : progress.ReportProfile({CProfileUpdate::kTask, CProfileTask(L"Step", L"")}, 0);
   }
 
   int m_solved = 0;

@@ -111,7 +111,7 @@ public:
     return true;
   }
   void Progressed(int, double, AString const &) override {}
-  void Failed(int, AString const & error) override { std::cerr << text::ToUtf8(error) << std::endl; }
+  void Failed(int, AString const & error, JobCost const &) override { std::cerr << text::ToUtf8(error) << std::endl; }
   void Store(std::vector<SolvedPoint> const &) override {}
 
 private:

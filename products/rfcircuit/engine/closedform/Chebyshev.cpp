@@ -44,4 +44,23 @@ std::vector<LadderElement> ChebyshevLowPassLadder(int order, double rippleDb, do
   return ladder;
 }
 
+double ChebyshevBandPassS21(int order, double rippleDb, double centre, double relativeBandwidth, double frequency) {
+  return ChebyshevLowPassS21(order, rippleDb, 1, (frequency / centre - centre / frequency) / relativeBandwidth);
+}
+
+std::vector<LadderElement> ChebyshevBandPassLadder(int order, double rippleDb, double centre, double relativeBandwidth,
+                                                   double z0) {
+  using Kind = LadderElement::Kind;
+  double const omega = 2 * std::numbers::pi * centre;
+  std::vector<LadderElement> ladder;
+  for (double value : ChebyshevPrototype(order, rippleDb)) {
+    double const slope = value / (relativeBandwidth * omega); // of the reactance, of the level of one ohm
+    double const other = relativeBandwidth / (value * omega);
+    bool const isShunt = ladder.size() % 4 == 0;
+    ladder.push_back({isShunt ? Kind::ShuntCapacitor : Kind::SeriesInductor, isShunt ? slope / z0 : slope * z0});
+    ladder.push_back({isShunt ? Kind::ShuntInductor : Kind::SeriesCapacitor, isShunt ? other * z0 : other / z0});
+  }
+  return ladder;
+}
+
 } // namespace rf

@@ -20,4 +20,12 @@ std::vector<double> ChebyshevPrototype(int order, double rippleDb);
 std::vector<LadderElement> ChebyshevLowPassLadder(int order, double rippleDb, double cutoff, double z0,
                                                   double capacitorScale = 1, double inductorScale = 1);
 
+/** |S21| of the ideal band-pass that the low-pass turns into where f / cutoff becomes (f / f0 - f0 / f) / w, w being
+    the bandwidth divided by the centre frequency f0; frequencies above zero. */
+double ChebyshevBandPassS21(int order, double rippleDb, double centre, double relativeBandwidth, double frequency);
+
+/** The same as a lossless ladder of parallel and series resonators, all tuned to the centre. */
+std::vector<LadderElement> ChebyshevBandPassLadder(int order, double rippleDb, double centre, double relativeBandwidth,
+                                                   double z0);
+
 } // namespace rf

@@ -30,6 +30,20 @@ FrequencySweep EvaluateSweep(SweepStatement const & statement, ParameterScope & 
   }
 }
 
+SweepMethod EvaluateMethod(SweepStatement const & statement, ParameterScope & scope) {
+  SweepMethod method;
+  method.isAdaptive = statement.isAdaptive;
+  for (NameAndExpression const & setting : statement.settings) {
+    double const value = setting.expression.Evaluate(scope, ".sp");
+    try {
+      method.Set(setting.folded, value);
+    } catch (NetlistError const & error) {
+      throw NetlistError(setting.expression.Where(), ".sp", error.Message(), error.Remedy());
+    }
+  }
+  return method;
+}
+
 } // namespace
 
 std::string NetlistNote::Text() const { return DiagnosticLine(where, thing, message, {}); }
@@ -49,8 +63,8 @@ std::vector<SweepLine> Netlist::Sweeps(Overrides const & overrides) const {
   ParameterScope scope(*m_Content, overrides);
   std::vector<SweepLine> sweeps;
   for (SweepStatement const & statement : m_Content->sweeps)
-    sweeps.push_back(
-        {"SP" + std::to_string(sweeps.size() + 1), statement.text, statement.where, EvaluateSweep(statement, scope)});
+    sweeps.push_back({"SP" + std::to_string(sweeps.size() + 1), statement.text, statement.where,
+                      EvaluateSweep(statement, scope), EvaluateMethod(statement, scope)});
   return sweeps;
 }
 

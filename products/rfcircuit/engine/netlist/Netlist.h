@@ -2,6 +2,7 @@
 
 #include "products/rfcircuit/engine/netlist/SourcePosition.h"
 #include "products/rfcircuit/engine/sweep/FrequencySweep.h"
+#include "products/rfcircuit/engine/sweep/SweepMethod.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -31,6 +32,7 @@ struct SweepLine {
   std::string text;
   SourcePosition where;
   FrequencySweep sweep;
+  SweepMethod method;
 };
 
 /** A `.tran` line, kept as it stands for whoever understands it. */

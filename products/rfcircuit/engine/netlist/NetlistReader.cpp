@@ -195,9 +195,11 @@ private:
     sweep.where = line.Start();
     sweep.text = line.text;
     sweep.kind = Folded(cursor.Word());
-    while (!cursor.AtEnd())
-      sweep.numbers.push_back(cursor.Value(".sp"));
     bool const isList = sweep.kind == "list";
+    std::size_t const needed = isList ? 1 : 3;
+    while (!cursor.AtEnd() && (sweep.numbers.size() < needed || !IsMethod(cursor)))
+      sweep.numbers.push_back(cursor.Value(".sp"));
+    Method(cursor, sweep);
     bool const isKnown = isList || sweep.kind == "lin" || sweep.kind == "dec" || sweep.kind == "oct";
     // SPICE's fourth number asks for noise, which a linear network without sources of noise doesn't have.
     std::size_t const count = sweep.numbers.size();
@@ -206,6 +208,27 @@ private:
                          "write '.sp lin POINTS F1 F2', '.sp dec POINTS F1 F2', '.sp oct POINTS F1 F2' or "
                          "'.sp list F1 F2 ...'");
     m_Content->sweeps.push_back(std::move(sweep));
+  }
+
+  static bool IsMethod(LineCursor & cursor) {
+    std::string const word = Folded(cursor.Peek());
+    return word == "adaptive" || word == "direct";
+  }
+
+  // Other simulators pass over words behind the numbers, so the file still runs there.
+  static void Method(LineCursor & cursor, SweepStatement & sweep) {
+    if (cursor.AtEnd())
+      return;
+    sweep.isAdaptive = Folded(cursor.Word()) == "adaptive";
+    SourcePosition const where = cursor.Where();
+    sweep.settings = ReadAssignments(cursor, ".sp");
+    if (!sweep.isAdaptive && !sweep.settings.empty())
+      throw NetlistError(where, ".sp", "a direct sweep has no settings", "remove them, or write adaptive for direct");
+    for (auto setting = sweep.settings.begin(); setting != sweep.settings.end(); ++setting) {
+      if (std::any_of(sweep.settings.begin(), setting,
+                      [&](auto const & other) { return other.folded == setting->folded; }))
+        throw NetlistError(where, ".sp", "'" + setting->name + "' is set twice", "remove one of the two");
+    }
   }
 
   void GlobalNodes(LineCursor & cursor, LogicalLine const & line) {

@@ -47,12 +47,14 @@ struct SubcircuitDefinition {
   StatementBlock body;
 };
 
-/** `.sp`: the kind's word with its numbers. */
+/** `.sp`: the kind's word with its numbers, then `adaptive` with its settings, or nothing or `direct`. */
 struct SweepStatement {
   SourcePosition where;
   std::string text;
   std::string kind; ///< folded: lin, dec, oct or list
   std::vector<Expression> numbers;
+  bool isAdaptive = false;
+  std::vector<NameAndExpression> settings;
 };
 
 } // namespace rf

@@ -48,8 +48,9 @@ NodalSystem::NodalSystem(Circuit const & circuit) {
   for (Term const & term : m_Terms)
     places.emplace_back(term.row, term.column);
   m_Pattern = SparsePattern::Of(m_Size, std::move(places));
-  m_Coefficients = Placed(always);
-  m_AtZeroFrequency = Placed(m_Terms);
+  Place(always);
+  for (Term const & term : m_Terms)
+    m_AtZeroFrequency.push_back({m_Pattern.Slot(term.row, term.column), term.factor, term.law, term.line});
   m_Terms = {};
 }
 
@@ -190,39 +191,38 @@ void NodalSystem::OpenLoopAtZeroFrequency(Element const & element, int branch) {
   Add(branch, branch, 1);
 }
 
-std::vector<NodalSystem::Coefficient> NodalSystem::Placed(std::vector<Term> const & terms) const {
-  std::vector<Coefficient> placed;
-  placed.reserve(terms.size());
-  for (Term const & term : terms)
-    placed.push_back({m_Pattern.Slot(term.row, term.column), term.factor, term.law, term.line});
-  return placed;
+void NodalSystem::Place(std::vector<Term> const & terms) {
+  m_Constants.assign(m_Pattern.rows.size(), 0.0);
+  m_Slopes.assign(m_Pattern.rows.size(), 0.0);
+  for (Term const & term : terms) {
+    std::size_t const slot = m_Pattern.Slot(term.row, term.column);
+    if (term.law == Law::Constant)
+      m_Constants[slot] += term.factor;
+    else if (term.law == Law::JOmega)
+      m_Slopes[slot] += term.factor;
+    else
+      m_OfLines.push_back({slot, term.factor, term.law, term.line});
+  }
 }
 
 void NodalSystem::Evaluate(double frequency, std::vector<std::complex<double>> & values) const {
   double const omega = 2 * std::numbers::pi * frequency;
-  std::vector<std::pair<double, double>> lines;
+  values.resize(m_Pattern.rows.size());
+  for (std::size_t slot = 0; slot < values.size(); ++slot)
+    values[slot] = {m_Constants[slot], m_Slopes[slot] * omega};
+  std::vector<std::complex<double>> lines; // cosine and j sine
   for (double delay : m_LineDelays) {
     double const turns = std::fmod(frequency * delay, 1.0); // keeps long lines exact
     lines.emplace_back(std::cos(2 * std::numbers::pi * turns), std::sin(2 * std::numbers::pi * turns));
   }
-  auto const value = [&](Coefficient const & term) -> std::complex<double> {
-    switch (term.law) {
-    case Law::JOmega:
-      return {0, term.factor * omega};
-    case Law::CosineOfLine:
-      return term.factor * lines[static_cast<std::size_t>(term.line)].first;
-    case Law::JSineOfLine:
-      return {0, term.factor * lines[static_cast<std::size_t>(term.line)].second};
-    default:
-      return term.factor;
-    }
-  };
-  values.assign(m_Pattern.rows.size(), 0.0);
-  for (Coefficient const & term : m_Coefficients)
-    values[term.slot] += value(term);
+  for (Coefficient const & term : m_OfLines) {
+    auto const & line = lines[static_cast<std::size_t>(term.line)];
+    values[term.slot] += term.law == Law::CosineOfLine ? std::complex<double>(term.factor * line.real(), 0)
+                                                       : std::complex<double>(0, term.factor * line.imag());
+  }
   if (frequency == 0) {
     for (Coefficient const & term : m_AtZeroFrequency)
-      values[term.slot] += value(term);
+      values[term.slot] += term.factor;
   }
 }
 

@@ -62,16 +62,18 @@ private:
   void StampZeroFrequency(Circuit const & circuit);
   void OpenLoopAtZeroFrequency(Element const & element, int branch);
   void Add(int row, int column, double factor, Law law = Law::Constant, int line = 0);
-  std::vector<Coefficient> Placed(std::vector<Term> const & terms) const;
+  void Place(std::vector<Term> const & terms);
 
   int m_Size = 0;
   double m_Scale = 50;
   std::vector<int> m_Branches;
   std::vector<std::string> m_Names;
   std::vector<double> m_LineDelays;
-  std::vector<Term> m_Terms; // only while it is built
-  std::vector<Coefficient> m_Coefficients;
-  std::vector<Coefficient> m_AtZeroFrequency; ///< added to the others there
+  std::vector<Term> m_Terms;       // only while it is built
+  std::vector<double> m_Constants; ///< by slot: what doesn't depend on frequency,
+  std::vector<double> m_Slopes;    ///< and what goes with j omega
+  std::vector<Coefficient> m_OfLines;
+  std::vector<Coefficient> m_AtZeroFrequency; ///< added to the others there; constant
   SparsePattern m_Pattern;
 };
 

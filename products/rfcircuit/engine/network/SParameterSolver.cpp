@@ -35,9 +35,10 @@ void SParameterSolver::RefuseSingular(double frequency) const {
                      "look there for floating nodes, loops of sources and couplings with a factor of 1");
 }
 
-std::complex<double> SParameterSolver::Voltage(Terminals const & port) const {
+std::complex<double> SParameterSolver::Voltage(Terminals const & port, std::size_t driven) const {
+  std::size_t const first = driven * static_cast<std::size_t>(m_System.Size());
   auto const at = [&](int unknown) {
-    return unknown < 0 ? std::complex<double>() : m_Solution[static_cast<std::size_t>(unknown)];
+    return unknown < 0 ? std::complex<double>() : m_Solutions[first + static_cast<std::size_t>(unknown)];
   };
   return at(port.plus) - at(port.minus);
 }
@@ -51,13 +52,16 @@ SMatrix SParameterSolver::At(double frequency) {
   m_System.Evaluate(frequency, m_Matrix);
   if (!m_Solver.Factor(m_Matrix))
     RefuseSingular(frequency);
+  auto const size = static_cast<std::size_t>(m_System.Size());
+  m_Solutions.assign(size * m_Ports.size(), 0.0);
+  for (std::size_t driven = 0; driven < m_Ports.size(); ++driven)
+    m_Solutions[driven * size + static_cast<std::size_t>(m_Terminals[driven].branch)] =
+        2 * std::sqrt(m_Ports[driven].z0);
+  m_Solver.Solve(m_Solutions);
   SMatrix result(m_Ports.size());
   for (std::size_t driven = 0; driven < m_Ports.size(); ++driven) {
-    m_Solution.assign(static_cast<std::size_t>(m_System.Size()), 0.0);
-    m_Solution[static_cast<std::size_t>(m_Terminals[driven].branch)] = 2 * std::sqrt(m_Ports[driven].z0);
-    m_Solver.Solve(m_Solution);
     for (std::size_t seen = 0; seen < m_Ports.size(); ++seen) {
-      std::complex<double> const wave = Voltage(m_Terminals[seen]) / std::sqrt(m_Ports[seen].z0);
+      std::complex<double> const wave = Voltage(m_Terminals[seen], driven) / std::sqrt(m_Ports[seen].z0);
       if (!std::isfinite(wave.real()) || !std::isfinite(wave.imag()))
         RefuseSingular(frequency);
       result(seen, driven) = seen == driven ? wave - 1.0 : wave;

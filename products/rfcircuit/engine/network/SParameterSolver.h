@@ -23,6 +23,8 @@ public:
   SMatrix At(double frequency);
 
   std::vector<Port> const & Ports() const { return m_Ports; }
+  /** The size of the equations. */
+  int Unknowns() const { return m_System.Size(); }
   /** How often the pivots had to be chosen afresh. */
   std::size_t FullFactorizations() const { return m_Solver.FullFactorizations(); }
 
@@ -34,7 +36,7 @@ private:
   };
 
   [[noreturn]] void RefuseSingular(double frequency) const;
-  std::complex<double> Voltage(Terminals const & port) const;
+  std::complex<double> Voltage(Terminals const & port, std::size_t driven) const;
 
   std::string m_File;
   std::vector<Port> m_Ports;
@@ -42,7 +44,7 @@ private:
   NodalSystem m_System;
   SparseSolver m_Solver;
   std::vector<std::complex<double>> m_Matrix;
-  std::vector<std::complex<double>> m_Solution;
+  std::vector<std::complex<double>> m_Solutions; ///< one behind the other, by the port that is driven
 };
 
 } // namespace rf

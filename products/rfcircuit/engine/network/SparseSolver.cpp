@@ -66,8 +66,10 @@ public:
     return Refactor(Plain(values.data())) || FactorAfresh(Plain(values.data()));
   }
 
-  void Solve(std::vector<std::complex<double>> & rightHandSide) {
-    klu_z_solve(m_Symbolic, m_Numeric, m_Pattern.size, 1, Plain(rightHandSide.data()), &m_Common);
+  void Solve(std::vector<std::complex<double>> & rightHandSides) {
+    auto const size = static_cast<std::size_t>(m_Pattern.size);
+    int const count = size == 0 ? 0 : static_cast<int>(rightHandSides.size() / size);
+    klu_z_solve(m_Symbolic, m_Numeric, m_Pattern.size, count, Plain(rightHandSides.data()), &m_Common);
   }
 
   int SingularColumn() const { return m_SingularColumn; }
@@ -105,8 +107,11 @@ private:
     double smallest = std::numeric_limits<double>::infinity();
     int weakest = -1;
     for (int i = 0; i < m_Pattern.size; ++i) {
-      double const size = std::abs(pivots[i]);
-      if (!std::isfinite(size)) {
+      // The larger part: within a factor of 1.5 of the size, and much quicker.
+      double const re = std::fabs(pivots[i].real());
+      double const im = std::fabs(pivots[i].imag());
+      double const size = re > im ? re : im;
+      if (!std::isfinite(re) || !std::isfinite(im)) {
         m_SingularColumn = m_Symbolic->Q[i];
         return false;
       }
@@ -136,7 +141,7 @@ SparseSolver & SparseSolver::operator=(SparseSolver &&) noexcept = default;
 
 bool SparseSolver::Factor(std::vector<std::complex<double>> const & values) { return m_Klu->Factor(values); }
 int SparseSolver::SingularColumn() const { return m_Klu->SingularColumn(); }
-void SparseSolver::Solve(std::vector<std::complex<double>> & rightHandSide) { m_Klu->Solve(rightHandSide); }
+void SparseSolver::Solve(std::vector<std::complex<double>> & rightHandSides) { m_Klu->Solve(rightHandSides); }
 std::size_t SparseSolver::FullFactorizations() const { return m_Klu->FullFactorizations(); }
 
 } // namespace rf

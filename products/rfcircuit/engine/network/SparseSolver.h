@@ -32,8 +32,8 @@ public:
   [[nodiscard]] bool Factor(std::vector<std::complex<double>> const & values);
   /** The column whose pivot vanished, -1 if that isn't known. */
   int SingularColumn() const;
-  /** Solves in place for the matrix that was factored last. */
-  void Solve(std::vector<std::complex<double>> & rightHandSide);
+  /** Solves in place for the matrix that was factored last; several right-hand sides may stand one behind the other. */
+  void Solve(std::vector<std::complex<double>> & rightHandSides);
   /** How often pivots were chosen afresh. */
   std::size_t FullFactorizations() const;
 

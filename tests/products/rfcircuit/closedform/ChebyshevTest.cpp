@@ -37,6 +37,16 @@ TEST(Chebyshev, EqualScalesMoveTheCutoff) {
                 1e-12);
 }
 
+TEST(Chebyshev, TheBandPassLadderHasTheIdealResponse) {
+  for (int order : {1, 3, 5}) {
+    auto const ladder = rf::ChebyshevBandPassLadder(order, 0.1, 1e9, 0.05, 50);
+    for (double frequency : {0.5e9, 0.97e9, 0.99e9, 1e9, 1.013e9, 1.2e9})
+      EXPECT_NEAR(std::abs(rf::LadderS21(ladder, 50, 50, frequency)),
+                  rf::ChebyshevBandPassS21(order, 0.1, 1e9, 0.05, frequency), 1e-11)
+          << order << " at " << frequency;
+  }
+}
+
 TEST(Chebyshev, LadderOfEachKindOfElement) {
   using Kind = rf::LadderElement::Kind;
   double const omega = 2 * M_PI * 1e9;

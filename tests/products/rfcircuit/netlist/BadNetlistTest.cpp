@@ -383,6 +383,21 @@ TEST(BadNetlist, SenselessSweepsAreToldOnReading) {
   EXPECT_NE(ErrorOfReading(".sp lin 2.5 1 1k\n").find("2.5 is not a number of points"), std::string::npos);
 }
 
+TEST(BadNetlist, SenselessSettingsOfAnAdaptiveSweepAreToldOnReading) {
+  EXPECT_EQ(
+      ErrorOfReading(".sp lin 5 1 2 adaptive target=2\n"),
+      "test.cir:2: .sp: target=2 makes no sense; give the largest change of an S-parameter, between 0 and 1, such "
+      "as 1e-5");
+  EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 adaptive speed=2\n"),
+            "test.cir:2: .sp: an adaptive sweep has no setting 'speed'; use target, passes or most");
+  EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 direct target=1e-3\n"),
+            "test.cir:2: .sp: a direct sweep has no settings; remove them, or write adaptive for direct");
+  EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 adaptive passes=2 passes=3\n"),
+            "test.cir:2: .sp: 'passes' is set twice; remove one of the two");
+  EXPECT_NE(ErrorOfReading(".sp lin 5 1 2 adaptive 3\n").find("test.cir:2: .sp: "), std::string::npos);
+  EXPECT_NE(ErrorOfReading(".sp lin 5 adaptive\n").find("test.cir:2: .sp: "), std::string::npos);
+}
+
 TEST(BadNetlist, ErrorsStayOnOneLineWhateverTheFileHolds) {
   std::string const error = ErrorOfReading("Z\x01\x1b[31m" + std::string(5000, 'x') + " a b\n");
   EXPECT_LT(error.size(), 1000u);

@@ -201,6 +201,21 @@ TEST(NetlistReader, SweepsEvaluateTheirNumbersAndTransientLinesStayText) {
   EXPECT_EQ(netlist.Transients()[0].text, ".tran 1n 100n uic");
 }
 
+TEST(NetlistReader, ASweepIsDirectUnlessItSaysAdaptive) {
+  auto const sweeps = Read(".param accuracy=1e-7\n.sp lin 11 1meg 2meg\n.sp lin 11 1meg 2meg 0 direct\n"
+                           ".sp dec 10 1k 1meg adaptive\n.sp list 1k 2k Adaptive target={accuracy} passes=3 most=50\n"
+                           "R1 a 0 1\n")
+                          .Sweeps();
+  ASSERT_EQ(sweeps.size(), 4u);
+  EXPECT_EQ(sweeps[0].method, rf::SweepMethod::Direct());
+  EXPECT_EQ(sweeps[1].method, rf::SweepMethod::Direct());
+  EXPECT_EQ(sweeps[2].method, rf::SweepMethod::Adaptive());
+  EXPECT_TRUE(sweeps[3].method.isAdaptive);
+  EXPECT_EQ(sweeps[3].method.target, 1e-7);
+  EXPECT_EQ(sweeps[3].method.passes, 3);
+  EXPECT_EQ(sweeps[3].method.mostPoints, 50u);
+}
+
 TEST(NetlistReader, AByteOrderMarkIsNotPartOfTheTitle) {
   FolderOfFiles const folder;
   EXPECT_EQ(rf::ReadNetlist(folder.Write("a.cir", "\xEF\xBB\xBFhello\nR1 a 0 1\n")).Title(), "hello");

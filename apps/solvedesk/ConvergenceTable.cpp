@@ -1,0 +1,129 @@
+#include "apps/solvedesk/ConvergenceTable.h"
+
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/TextTable.h"
+#include "basekit/io/CBlock.h"
+#include "solutionmanager/convergence/ConvDef.h"
+#include "solutionmanager/convergence/ConvergenceData.h"
+#include "solutionmanager/convergence/SetupConvDef.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cwchar>
+#include <set>
+
+namespace solvedesk {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Columns = std::vector<std::pair<AString, bool>>;
+
+wchar_t const * const kNone = L"N/A";
+
+Columns ColumnsOf(ConvergenceData const & record, int index) {
+  Columns columns;
+  record.GetTableColumns(columns, index);
+  return columns;
+}
+
+Json TextOrNull(AString const & text) { return text.Compare(kNone) == 0 ? Json() : Json(Utf8(text)); }
+
+Json ValueJson(ConvergenceData const & record, AString const & column, int pass, int index) {
+  AString const text = record.GetPassData(column, pass, index);
+  double number = 0;
+  bool const isNumber = record.GetPassData(column, pass, number, index);
+  if (text.Compare(kNone) == 0)
+    return Json();
+  // JSON knows neither infinities nor what is no number: those keep their texts.
+  return isNumber && std::isfinite(number) ? Json(number) : Json(Utf8(text));
+}
+
+} // namespace
+
+std::vector<int> ConvergenceSets(io::CBlock const & block) {
+  std::set<int> sets;
+  for (auto const & child : block)
+    if (child->IsBlock())
+      sets.insert(child->Name().IsNumber(10) ? static_cast<int>(std::wcstol(child->Name().c_str(), nullptr, 10))
+                                             : ConvergenceData::kSingleSet);
+  if (sets.empty())
+    sets.insert(ConvergenceData::kSingleSet);
+  return {sets.begin(), sets.end()};
+}
+
+int PassCount(ConvergenceData const & record, int index) {
+  std::size_t passes = 0;
+  if (CBaseConvergenceData const * const set = record.GetBaseConvergenceData(index); set && set->GetDefinition())
+    for (auto at = record.begin(index); at != record.end(index); ++at)
+      passes = std::max(passes, static_cast<std::size_t>(at->second.size()));
+  return static_cast<int>(passes);
+}
+
+std::string ConvergenceSummary(ConvergenceData const & record, int index) {
+  std::string text = !record.SupportsIsConverged(index) ? ""
+                     : record.GetIsConverged(index)     ? "converged, "
+                                                        : "not converged, ";
+  int const passes = PassCount(record, index);
+  text += fmt::format("{} pass{}", passes, passes == 1 ? "" : "es");
+  AString const target = record.GetTargetCriterion(index);
+  AString const label = record.GetCriterionLabel(index);
+  if (target.Compare(kNone) != 0)
+    text += ", target " + Utf8(target) + (label.Compare(kNone) == 0 ? "" : " (" + Utf8(label) + ")");
+  AString const most = record.GetMaximumIter(index);
+  if (most.Compare(kNone) != 0 && !most.empty())
+    text += ", at most " + Utf8(most);
+  return text;
+}
+
+std::string ConvergenceTable(ConvergenceData const & record, int index) {
+  Columns const columns = ColumnsOf(record, index);
+  TextTable table;
+  std::vector<std::string> row{"pass"};
+  for (auto const & [name, canPlot] : columns)
+    row.push_back(Utf8(name));
+  table.Add(row);
+  for (int pass = 1; pass <= PassCount(record, index); ++pass) {
+    row = {std::to_string(pass)};
+    for (auto const & [name, canPlot] : columns)
+      row.push_back(Utf8(record.GetPassData(name, pass, index)));
+    table.Add(row);
+  }
+  return table.Text("    ");
+}
+
+Json PassJson(ConvergenceData const & record, int index, int pass) {
+  Json values = Json::object();
+  for (auto const & [name, canPlot] : ColumnsOf(record, index))
+    values[Utf8(name)] = ValueJson(record, name, pass, index);
+  return values;
+}
+
+std::string PassText(ConvergenceData const & record, int index, int pass) {
+  std::string text;
+  for (auto const & [name, canPlot] : ColumnsOf(record, index))
+    text += (text.empty() ? "" : ", ") + Utf8(name) + " " + Utf8(record.GetPassData(name, pass, index));
+  return text;
+}
+
+Json ConvergenceJson(ConvergenceData const & record, int index) {
+  Json json{{"index", index},
+            {"kind", Utf8(record.GetSetupConvDefName(index))},
+            {"converged", record.SupportsIsConverged(index) ? Json(record.GetIsConverged(index)) : Json()},
+            {"target", TextOrNull(record.GetTargetCriterion(index))},
+            {"criterion", TextOrNull(record.GetCriterionLabel(index))},
+            {"max_passes", TextOrNull(record.GetMaximumIter(index))},
+            {"min_passes", TextOrNull(record.GetMinimumIter(index))},
+            {"target_consecutive_passes", TextOrNull(record.GetTargetConsecPasses(index))},
+            {"consecutive_passes", TextOrNull(record.GetCurrentConsecPasses(index))},
+            {"columns", Json::array()},
+            {"passes", Json::array()}};
+  for (auto const & [name, canPlot] : ColumnsOf(record, index))
+    json["columns"].push_back({{"name", Utf8(name)}, {"plottable", canPlot}});
+  for (int pass = 1; pass <= PassCount(record, index); ++pass)
+    json["passes"].push_back(PassJson(record, index, pass));
+  return json;
+}
+
+} // namespace solvedesk
