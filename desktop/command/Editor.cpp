@@ -29,16 +29,20 @@ Editor::Editor(Session & session) : m_session(session) {}
 
 Editor::~Editor() = default;
 
-bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & work) {
+bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & work, TextsChanges const & texts) {
   m_session.RefuseWhenReadOnly();
   DesignState const before(m_session);
   EditLog const formerLog = m_session.GetEditLog();
   Edit edit(name);
+  bool const isFirst = m_session.BeginAutosave(InverseOf(texts));
   try {
     work(edit);
     RefuseFailure(m_failure);
-    if (!edit.command->HasDeltaStates())
+    if (!edit.command->HasDeltaStates()) {
+      if (isFirst)
+        m_session.EndAutosave();
       return false;
+    }
     auto const story =
         std::make_shared<EditStory const>(EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
     TellLog(before, story, edit.isInvalidation);
@@ -49,11 +53,14 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
     m_failure.Take();
     m_session.GetEditLog() = formerLog;
     MarkMisfits(m_session);
+    if (isFirst)
+      m_session.EndAutosave();
     throw;
   }
   Told & told = m_told[m_history.NextSerial()];
   told.changes.insert(told.changes.end(), edit.changes.begin(), edit.changes.end());
   told.isInvalidation = edit.isInvalidation;
+  told.texts.insert(told.texts.end(), texts.begin(), texts.end());
   m_lastChanges = told.changes;
   m_history.Push(std::move(edit.command));
   return true;
@@ -97,8 +104,12 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
   if (way == EditStory::Way::kUndone)
     for (EditChange & change : story.changes)
       std::swap(change.from, change.to);
-  if (!(m_history.*forward)())
+  bool const isFirst = m_session.BeginAutosave(way == EditStory::Way::kUndone ? told.texts : InverseOf(told.texts));
+  if (!(m_history.*forward)()) {
+    if (isFirst)
+      m_session.EndAutosave();
     return false;
+  }
   try {
     RefuseFailure(m_failure);
     TellLog(before, std::make_shared<EditStory const>(story), told.isInvalidation && way == EditStory::Way::kRedone);
@@ -109,6 +120,8 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
     m_failure.Take();
     m_session.GetEditLog() = formerLog;
     MarkMisfits(m_session);
+    if (isFirst)
+      m_session.EndAutosave();
     throw;
   }
   m_lastChanges = story.changes;

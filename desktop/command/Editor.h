@@ -3,6 +3,7 @@
 #include "desktop/command/CommandStack.h"
 #include "desktop/command/Deltas.h"
 #include "desktop/command/EditLog.h"
+#include "desktop/command/TextsChange.h"
 
 #include <functional>
 #include <map>
@@ -79,19 +80,23 @@ public:
 
 private:
   class Edit;
-  using NewText = std::function<AString(AString const & variation)>;
   /// What undo and redo tell the log of a command.
   struct Told {
     std::vector<EditChange> changes;
     bool isInvalidation = false;
+    TextsChanges texts;
   };
 
-  bool Run(AString const & name, std::function<void(Edit & edit)> const & work);
+  /// The changes of variations' texts are told beforehand, as nothing but the autosave can tell how to take back a part
+  /// of them after a crash.
+  bool Run(AString const & name, std::function<void(Edit & edit)> const & work, TextsChanges const & texts = {});
   bool Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(), long serial, EditStory::Way way);
   void TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation);
 
   void ChangeVariables(Edit & edit, std::vector<std::pair<AString, AString>> const & variables);
-  void RenameVariations(Edit & edit, NewText const & forth, NewText const & back);
+  bool RunWithTexts(AString const & command, std::vector<std::pair<AString, AString>> const & variables,
+                    TextsChanges const & changes, std::vector<EditChange> const & told,
+                    std::function<void(Edit & edit)> const & follow);
   struct SourceChange {
     AString from; ///< what was solved from; see SolvedSource
     AString to;

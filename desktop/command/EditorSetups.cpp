@@ -101,10 +101,13 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
   return Run(AString(L"setup rename ") + former + L" " + newName, [&](Edit & edit) {
     auto const other = std::make_shared<AString>(newName);
     ProductSolutionManager & manager = m_session.GetManager();
-    edit.Exchange([&manager, &setup, other] {
+    edit.Exchange([this, &manager, &setup, other] {
       AString const present = setup.GetName();
       manager.SimulationSetupWasRenamed(present, *other);
       *other = present;
+      if (!setup.WriteDefinitionBlock())
+        m_failure.Tell(manager.GetSolutionFileManager().GetLibPath() +
+                       L": the setup's new name can't be stored; make room or get permission, and try again");
     });
     edit.Tell(L"name of setup", former, newName);
   });

@@ -74,36 +74,6 @@ AString CommandName(AString const & verb, Texts const & assignments) {
   return name;
 }
 
-// Texts that don't fit come back as they are.
-AString WithValue(AString const & variation, AString const & name, Value const & value) {
-  VariableValues values;
-  bool const isFit =
-      VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true) && values.Add(name, value);
-  return isFit ? values.GetVariationKey() : variation;
-}
-
-AString WithoutValue(AString const & variation, AString const & name, Value const & value) {
-  constexpr double kEqual = 1e-14;
-  VariableValues values;
-  bool const isRead = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
-  Value const * const found = isRead ? values.Find(name) : nullptr;
-  if (!found || Value::Compare(*found, value, {kEqual, kEqual}, {0.0, 0.0}) != 0)
-    return variation;
-  values.Remove(name);
-  return values.GetVariationKey();
-}
-
-AString WithName(AString const & variation, AString const & name, AString const & newName) {
-  VariableValues values;
-  bool const isRead = VariableValues::ResolveVariationKey(variation, nullptr, values, nullptr, true);
-  Value const * const found = isRead ? values.Find(name) : nullptr;
-  if (!found)
-    return variation;
-  Value const value = *found;
-  values.Remove(name);
-  return values.Add(newName, value) ? values.GetVariationKey() : variation;
-}
-
 } // namespace
 
 void Editor::ChangeVariables(Edit & edit, Texts const & variables) {
@@ -137,20 +107,15 @@ bool Editor::SetVariables(Texts const & assignments) {
 void Editor::AddVariable(AString const & name, AString const & value) {
   RefuseNewName(m_session.GetDesign(), name);
   RefuseNoNumber(name, value);
-  Run(CommandName(L"set --add", {{name, value}}), [&](Edit & edit) {
-    Texts texts = TextsOf(m_session.GetDesign());
-    texts.emplace_back(name, value);
-    ChangeVariables(edit, texts);
-    edit.Tell(AString(L"variable ") + name, AString(), value);
-    auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), name);
-    if (!own)
-      return;
-    Value const solved = Variable(name, *own).GetValue();
-    RenameVariations(
-        edit, [=](AString const & variation) { return WithValue(variation, name, solved); },
-        [=](AString const & variation) { return WithoutValue(variation, name, solved); });
-    FollowInLog(edit, name, *own, true);
-  });
+  Texts texts = TextsOf(m_session.GetDesign());
+  texts.emplace_back(name, value);
+  std::vector<EditChange> const told{{AString(L"variable ") + name, AString(), value}};
+  AString const command = CommandName(L"set --add", {{name, value}});
+  if (auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), name))
+    RunWithTexts(command, texts, {{TextsChange::Kind::kAdd, name, *own}}, told,
+                 [&](Edit & edit) { FollowInLog(edit, name, *own, true); });
+  else
+    RunWithTexts(command, texts, {}, told, [](Edit &) {});
 }
 
 bool Editor::RenameVariable(AString const & name, AString const & newName) {
@@ -164,12 +129,7 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
     RefuseOtherVariable(m_session.GetProject().GetSourceBase(), formerName, newName);
   }
   texts[index].first = newName;
-  return Run(AString(L"set --rename ") + formerName + L"=" + newName, [&](Edit & edit) {
-    ChangeVariables(edit, texts);
-    edit.Tell(L"name of variable", formerName, newName);
-    RenameVariations(
-        edit, [=](AString const & variation) { return WithName(variation, formerName, newName); },
-        [=](AString const & variation) { return WithName(variation, newName, formerName); });
+  auto const follow = [&](Edit & edit) {
     if (AString::MatchNoCase(formerName, newName))
       return;
     SourceBase const & base = m_session.GetProject().GetSourceBase();
@@ -177,7 +137,10 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
       FollowInLog(edit, formerName, *own, false);
     if (auto const own = ValueInSource(base, newName))
       FollowInLog(edit, newName, *own, true);
-  });
+  };
+  return RunWithTexts(AString(L"set --rename ") + formerName + L"=" + newName, texts,
+                      {{TextsChange::Kind::kRename, formerName, newName}}, {{L"name of variable", formerName, newName}},
+                      follow);
 }
 
 void Editor::RemoveVariable(AString const & name) {
@@ -185,21 +148,17 @@ void Editor::RemoveVariable(AString const & name) {
   std::size_t const index = IndexOf(m_session.GetDesign(), texts, name);
   AString const formerName = texts[index].first;
   AString const formerText = texts[index].second;
-  auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), formerName);
   texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
-  Run(AString(L"set --remove ") + formerName, [&](Edit & edit) {
-    ChangeVariables(edit, texts);
-    edit.Tell(AString(L"variable ") + formerName, formerText, AString());
-    if (!own)
-      return;
-    Value const solved = Variable(formerName, *own).GetValue();
-    if (*own != formerText)
-      edit.Tell(AString(L"value of ") + formerName, formerText, *own + L", the source's own");
-    RenameVariations(
-        edit, [=](AString const & variation) { return WithoutValue(variation, formerName, solved); },
-        [=](AString const & variation) { return WithValue(variation, formerName, solved); });
-    FollowInLog(edit, formerName, *own, false);
-  });
+  std::vector<EditChange> told{{AString(L"variable ") + formerName, formerText, AString()}};
+  AString const command = AString(L"set --remove ") + formerName;
+  auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), formerName);
+  if (own && *own != formerText)
+    told.push_back({AString(L"value of ") + formerName, formerText, *own + L", the source's own"});
+  if (own)
+    RunWithTexts(command, texts, {{TextsChange::Kind::kRemove, formerName, *own}}, told,
+                 [&](Edit & edit) { FollowInLog(edit, formerName, *own, false); });
+  else
+    RunWithTexts(command, texts, {}, told, [](Edit &) {});
 }
 
 // The value of a variable of the source becomes the source's own, or, released, that of a variable of the design.
@@ -212,9 +171,19 @@ void Editor::FollowInLog(Edit & edit, AString const & name, AString const & valu
   });
 }
 
-void Editor::RenameVariations(Edit & edit, NewText const & forth, NewText const & back) {
-  auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), forth, back);
-  edit.Exchange([renaming] { renaming->Exchange(); });
+bool Editor::RunWithTexts(AString const & command, Texts const & variables, TextsChanges const & changes,
+                          std::vector<EditChange> const & told, std::function<void(Edit & edit)> const & follow) {
+  auto const work = [&](Edit & edit) {
+    ChangeVariables(edit, variables);
+    for (EditChange const & change : told)
+      edit.Tell(change.what, change.from, change.to);
+    for (TextsChange const & change : changes) {
+      auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), change);
+      edit.Exchange([renaming] { renaming->Exchange(); });
+    }
+    follow(edit);
+  };
+  return Run(command, work, changes);
 }
 
 } // namespace desktop

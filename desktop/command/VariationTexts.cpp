@@ -36,8 +36,8 @@ void RewriteChangedStates(VersionsOfText const & texts, std::map<AString, AStrin
 
 } // namespace
 
-VariationTexts::VariationTexts(BaseSolutionManager & manager, NewText forth, NewText back)
-    : m_manager(manager), m_next(std::move(forth)), m_other(std::move(back)) {}
+VariationTexts::VariationTexts(BaseSolutionManager & manager, TextsChange const & change)
+    : m_manager(manager), m_next(change) {}
 
 void VariationTexts::Exchange() {
   VersionsOfText texts;
@@ -49,7 +49,7 @@ void VariationTexts::Exchange() {
   for (auto const & [text, versions] : texts)
     taken.insert(text);
   for (auto const & [text, versions] : texts) {
-    AString const other = m_untouched.count(text) ? text : m_next(text);
+    AString const other = m_untouched.count(text) ? text : m_next.Apply(text);
     if (!taken.insert(other).second)
       untouched.insert(text);
     else
@@ -69,7 +69,7 @@ void VariationTexts::Exchange() {
     solution->RenameVariations(renamed);
   RewriteChangedStates(texts, renamed);
   m_untouched = std::move(untouched);
-  std::swap(m_next, m_other);
+  m_next = m_next.Inverse();
 }
 
 } // namespace desktop

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "basekit/text/AString.h"
+#include "desktop/command/TextsChange.h"
 
-#include <functional>
 #include <set>
 
 class BaseSolutionManager;
@@ -13,17 +12,14 @@ namespace desktop {
 /// A variation whose new text is taken already, or that the way forth leaves as it is, stays so on the way back too.
 class VariationTexts {
 public:
-  using NewText = std::function<AString(AString const & variation)>;
-
   /// Nothing is done yet.
-  VariationTexts(BaseSolutionManager & manager, NewText forth, NewText back);
+  VariationTexts(BaseSolutionManager & manager, TextsChange const & change);
   /// Gives each variation its other text, also those that were solved since the last time.
   void Exchange();
 
 private:
   BaseSolutionManager & m_manager;
-  NewText m_next;
-  NewText m_other;
+  TextsChange m_next;
   std::set<AString> m_untouched;
 };
 

@@ -5,8 +5,10 @@
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
 
 #include <algorithm>
+#include <set>
 
 namespace desktop {
 
@@ -17,11 +19,15 @@ template <class Object> Object * FindIn(std::map<long, Object *> const & map, lo
   return at == map.end() ? nullptr : at->second;
 }
 
+template <class Known> bool IsMissing(std::vector<Known> const & known, long id) {
+  return std::none_of(known.begin(), known.end(), [id](Known const & entry) { return entry.id == id; });
+}
+
 template <class Object, class Known>
 std::vector<long> IdsNotIn(std::map<long, Object *> const & map, std::vector<Known> const & known) {
   std::vector<long> ids;
   for (auto const & [id, object] : map)
-    if (std::none_of(known.begin(), known.end(), [key = id](Known const & entry) { return entry.id == key; }))
+    if (IsMissing(known, id))
       ids.push_back(id);
   return ids;
 }
@@ -39,13 +45,15 @@ std::map<std::pair<long, long>, long> VersionsOf(BaseSolutionManager::SetupMap c
 
 } // namespace
 
-void ProductSolutionManager::SetReadOnly() {
+void ProductSolutionManager::SetReadOnly(std::optional<std::uint64_t> length) {
   m_isReadOnly = true;
-  GetSolutionFileManager().GetLibraryForDirectAccess().SetReadOnly(true);
+  auto & library = GetSolutionFileManager().GetLibraryForDirectAccess();
+  length ? library.SetReadOnlyAt(*length) : library.SetReadOnly(true);
 }
 
 io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, bool) {
   m_setupsBeingRead = SetupsOfDesign(block);
+  long const firstForeign = PeekNextUniqueID(); // As the design tells it: the library was not read yet.
   io::ReadError result = BuildUtilityCollections(block, m_recoverOnRead);
   if (m_recoverOnRead && !WasTakenOver())
     result = io::kBadContent;
@@ -56,11 +64,14 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     auto const versionsRead = VersionsOf(GetSetups());
     CreateMissingSetups();
     ApplyVersionIDs(block);
+    LeaveOutWhatWasDeleted(firstForeign);
+    GiveForeignObjectsTheirVersions();
     // What was read for these versions already need not be read again.
     if (IsRecovered() || VersionsOf(GetSetups()) != versionsRead)
       ReadAllDefinitionBlocks();
     ApplyNames();
-    DropWhatTheDesignLacks();
+    NameForeignObjects();
+    ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
   }
@@ -91,7 +102,7 @@ std::vector<RecoveryReport::Dropped> ProductSolutionManager::DroppedForGood() co
   std::erase_if(dropped, [this](RecoveryReport::Dropped const & block) {
     bool isThere = false;
     GetSolutionFileManager().GetInternalBlockName(isThere, block.realName);
-    return isThere;
+    return isThere || block.reason == RecoveryReport::Reason::kNameGone;
   });
   return dropped;
 }
@@ -145,30 +156,123 @@ void ProductSolutionManager::ApplyNames() {
   }
 }
 
-void ProductSolutionManager::DropWhatTheDesignLacks() {
-  std::vector<long> setups = IdsNotIn(GetSetups(), m_setupsBeingRead);
-  std::vector<std::pair<BaseSimulationSetup *, long>> solutions;
-  std::vector<long> keptSetups;
-  std::vector<long> keptSolutions;
-  for (SetupOfDesign const & known : m_setupsBeingRead) {
-    keptSetups.push_back(known.id);
-    BaseSimulationSetup * const setup = FindIn(GetSetups(), known.id);
-    for (SolutionOfDesign const & entry : known.solutions)
-      keptSolutions.push_back(entry.id);
-    for (long const id : setup ? IdsNotIn(setup->GetSolutions(), known.solutions) : std::vector<long>())
-      solutions.emplace_back(setup, id);
-  }
+std::vector<BaseSimulationSetup *> ProductSolutionManager::ForeignSetups() const {
+  std::vector<BaseSimulationSetup *> setups;
+  for (long const id : IdsNotIn(GetSetups(), m_setupsBeingRead))
+    setups.push_back(FindIn(GetSetups(), id));
+  return setups;
+}
+
+std::vector<BaseSolution *> ProductSolutionManager::ForeignSolutions() const {
+  std::vector<BaseSolution *> solutions;
+  for (SetupOfDesign const & known : m_setupsBeingRead)
+    if (BaseSimulationSetup * const setup = FindIn(GetSetups(), known.id))
+      for (long const id : IdsNotIn(setup->GetSolutions(), known.solutions))
+        solutions.push_back(FindIn(setup->GetSolutions(), id));
+  return solutions;
+}
+
+// Nobody can tell which version of them was current; the newest one is the best guess, and all are there.
+void ProductSolutionManager::GiveForeignObjectsTheirVersions() {
+  auto const setups = ForeignSetups();
+  auto solutions = ForeignSolutions();
+  for (BaseSimulationSetup * const setup : setups)
+    for (auto const & [id, solution] : setup->GetSolutions())
+      solutions.push_back(solution);
   if (setups.empty() && solutions.empty())
     return;
-  if (!m_isReadOnly && !m_areDeletionsUnsaved) {
-    RecoverUIDeletions(keptSetups, keptSolutions);
-    return;
+  std::map<std::pair<long, long>, long> newest;
+  std::list<AString> names;
+  GetSolutionFileManager().IndexKeyList(names, false);
+  for (AString const & name : names) {
+    SolutionVariationKey key;
+    if (!UnpackQuickly(name, key))
+      continue;
+    long & version = newest[{key.GetSimSetupKey(), std::max<long>(key.GetSolutionKey(), id::invalidID)}];
+    version = std::max(version, key.GetVersionIDKey());
   }
-  // The same without a write: what is deleted for undo is not shown, and is there again when the deletion is discarded.
-  for (long const id : setups)
-    DeleteSimulationSetup(id, nullptr);
-  for (auto const & [setup, id] : solutions)
-    setup->DeleteSolution(id, nullptr);
+  for (BaseSimulationSetup * const setup : setups)
+    setup->SetState(newest[{setup->GetID(), id::invalidID}], false);
+  for (BaseSolution * const solution : solutions)
+    solution->RecoverVersionConsistency(newest[{solution->GetBaseSimulationSetup().GetID(), solution->GetID()}]);
+}
+
+void ProductSolutionManager::NameForeignObjects() {
+  std::set<AString, AString::NoCaseLess> taken;
+  for (SetupOfDesign const & known : m_setupsBeingRead)
+    taken.insert(known.name);
+  for (BaseSimulationSetup * const setup : ForeignSetups()) {
+    AString const stored =
+        setup->GetName().empty() ? AString::Format(L"Setup%d", setup->GetID()) : AString(setup->GetName());
+    AString name = stored;
+    for (int number = 2; !taken.insert(name).second; ++number)
+      name = stored + AString::Format(L"_%d", number);
+    setup->SetName(name);
+    m_foreignObjects.push_back(AString(L"the setup '") + name + L"'");
+  }
+  for (BaseSolution * const solution : ForeignSolutions()) {
+    if (solution->GetSolutionName().empty())
+      solution->SetSolutionName(AString::Format(L"Solution%d", solution->GetID()));
+    m_foreignObjects.push_back(AString(L"the solution '") + solution->GetGlobalSolutionName() + L"'");
+  }
+}
+
+void ProductSolutionManager::LeaveOutWhatWasDeleted(long firstForeign) {
+  // Who reads shows the saved design and nothing beside it.
+  auto const wasDeleted = [&](long id) { return m_isReadOnly || id < firstForeign; };
+  for (long const id : IdsNotIn(GetSetups(), m_setupsBeingRead))
+    if (wasDeleted(id)) {
+      m_deletions.emplace_back(id, id::invalidID);
+      DeleteSimulationSetup(id, nullptr);
+    }
+  for (SetupOfDesign const & known : m_setupsBeingRead) {
+    BaseSimulationSetup * const setup = FindIn(GetSetups(), known.id);
+    for (long const id : setup ? IdsNotIn(setup->GetSolutions(), known.solutions) : std::vector<long>())
+      if (wasDeleted(id)) {
+        m_deletions.emplace_back(known.id, id);
+        setup->DeleteSolution(id, nullptr);
+      }
+  }
+}
+
+bool ProductSolutionManager::CarryOutDeletions() {
+  auto & files = GetSolutionFileManager();
+  while (!m_deletions.empty()) {
+    auto const [setupID, solutionID] = m_deletions.back();
+    if (files.DeleteBlocks(SolutionVariationKey(setupID, L"NotSet", solutionID, id::invalidID)) !=
+        CStreamioLibrary::kLibSuccess)
+      return false;
+    m_deletions.pop_back();
+  }
+  return true;
+}
+
+// Data that has its new text already stays with it.
+void ProductSolutionManager::ApplyNewTexts() {
+  if (!m_newText || m_isReadOnly)
+    return;
+  std::set<AString> texts;
+  std::list<AString> names;
+  GetSolutionFileManager().IndexKeyList(names, false);
+  for (AString const & name : names) {
+    SolutionVariationKey key;
+    if (UnpackQuickly(name, key) && key.IsValidVariationDataKey())
+      texts.insert(key.GetDesignVariationKey());
+  }
+  for (AString const & text : texts)
+    if (AString const other = m_newText(text); other != text && !texts.contains(other))
+      GetSolutionFileManager().VariationKeyChanged(text, other);
+  // What lists of variations told before.
+  for (auto const & [id, setup] : GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
+      std::set<AString> former;
+      for (auto const & [index, variation] : solution->GetVariations())
+        if (AString const text = variation->GetDesignVariationKey();
+            m_newText(text) != text && !solution->HasSolutionData(text, variation->GetVersionID()))
+          former.insert(text);
+      for (AString const & text : former)
+        solution->DeleteSolutionVariation(text, nullptr);
+    }
 }
 
 void ProductSolutionManager::EnterVariationsOfLibrary() {

@@ -4,26 +4,42 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+class BaseSolution;
+
 namespace desktop {
 
 /// Base of the solution managers of products in this desktop: reads and writes a design's module in the order that
 /// keeps every solved point.  A product derives from it, makes its own setups and names its results folder.
+///
+/// Reading deletes nothing from the library.  Of a setup or solution that the design lacks its ID tells whether the
+/// design deleted it, as IDs are given out once and in order: below the design's next free ID it did, and the blocks
+/// wait for CarryOutDeletions; an object above was never known to this state of the design, and comes back.
 class ProductSolutionManager : public BaseSolutionManager {
 public:
   explicit ProductSolutionManager(IDesign * design) : BaseSolutionManager(design) {}
 
   /// Tells the coming read that the private library file was left by a crash.
   void SetRecoverOnRead(bool recover) { m_recoverOnRead = recover; }
-  /// Tells the coming read that the design's deletions are not saved: the library keeps what the design lacks.
-  void SetDeletionsUnsaved() { m_areDeletionsUnsaved = true; }
-  /// Before InitializeFromDesign: the library is shown as it was committed, and nothing is ever written.
-  void SetReadOnly();
-  /// What the takeover of the last read dropped and nothing brought back: stale results are.
+  /// Before InitializeFromDesign: the library is shown as it was committed, with a length as of when it had that, and
+  /// nothing is ever written.
+  void SetReadOnly(std::optional<std::uint64_t> length = {});
+  /// For the coming read: the texts that variations of the library are to have.
+  void SetNewTexts(std::function<AString(AString const & variation)> newText) { m_newText = std::move(newText); }
+  /// Deletes the blocks of what the design that was read had deleted; for a save.  False when that can't be stored.
+  bool CarryOutDeletions();
+  /// Texts for people of the setups and solutions that the library alone knew when the design was read.
+  std::vector<AString> const & GetForeignObjects() const { return m_foreignObjects; }
+  /// What the takeover of the last read dropped and nothing brought back, as stale results are; names that the user
+  /// took away before are not among it.
   std::vector<RecoveryReport::Dropped> DroppedForGood() const;
 
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,
-  /// definition blocks read again, objects that only the library knows dropped, variations that only the key list knows
+  /// definition blocks read again, objects that the design deleted left out, variations that only the key list knows
   /// entered, then the design's own blocks.
   io::ReadError AllFilesRead(io::CBlock const & block, bool discardCache) override;
   /// The design's own blocks and the setups that they name; the library is not asked.
@@ -41,12 +57,21 @@ private:
   bool WasTakenOver() const;
   void CreateMissingSetups();
   void ApplyNames();
-  void DropWhatTheDesignLacks();
+  void LeaveOutWhatWasDeleted(long firstForeign);
+  // What is left then of objects that the design lacks.
+  std::vector<BaseSimulationSetup *> ForeignSetups() const;
+  std::vector<BaseSolution *> ForeignSolutions() const;
+  void GiveForeignObjectsTheirVersions();
+  void NameForeignObjects();
+  void ApplyNewTexts();
   void EnterVariationsOfLibrary();
 
   bool m_recoverOnRead = false;
   bool m_isReadOnly = false;
-  bool m_areDeletionsUnsaved = false;
+  std::function<AString(AString const & variation)> m_newText;
+  /// Setup and solution; an invalid solution stands for the whole setup.
+  std::vector<std::pair<long, long>> m_deletions;
+  std::vector<AString> m_foreignObjects;
   std::vector<SetupOfDesign> m_setupsBeingRead;
 };
 

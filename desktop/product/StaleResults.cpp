@@ -24,16 +24,16 @@ template <class Entry> Entry const * FindById(std::vector<Entry> const & entries
   return at == entries.end() ? nullptr : &*at;
 }
 
-// Of an object that the design has deleted, or of another version than it has there.
-bool IsStale(SolutionVariationKey const & key, std::vector<SetupOfDesign> const & design, bool withDeleted) {
+// Of an object that the design lacks, or of another version than it has there.
+bool IsStale(SolutionVariationKey const & key, std::vector<SetupOfDesign> const & design) {
   SetupOfDesign const * const setup = FindById(design, key.GetSimSetupKey());
   if (!setup)
-    return withDeleted && key.GetSimSetupKey() != id::invalidID;
+    return key.GetSimSetupKey() != id::invalidID;
   long current = setup->version;
   if (key.GetSolutionKey() >= 0) {
     SolutionOfDesign const * const solution = FindById(setup->solutions, key.GetSolutionKey());
     if (!solution)
-      return withDeleted;
+      return true;
     current = solution->version;
   }
   return current != id::invalidID && key.GetVersionIDKey() != current;
@@ -65,7 +65,7 @@ private:
 StaleResults::StaleResults(AString const & libraryPath)
     : m_libraryPath(libraryPath), m_keptPath(libraryPath + L"_kept") {}
 
-void StaleResults::Keep(std::vector<SetupOfDesign> const & design, bool withDeleted) const {
+void StaleResults::Keep(std::vector<SetupOfDesign> const & design) const {
   LibraryReader reader;
   io::CBlock names(SolutionFileManager::kRealToInternalBlkName);
   if (reader.Open(LongFileName(m_libraryPath), true) != kSuccess || reader.Load(names) != kSuccess)
@@ -77,7 +77,7 @@ void StaleResults::Keep(std::vector<SetupOfDesign> const & design, bool withDele
     io::CBlock_ptr<io::CBlock_named_value> const pair(child);
     SolutionVariationKey key;
     AString internalName;
-    if (!pair || !key.Unpack(pair->Name()) || !IsStale(key, design, withDeleted) || !pair->Query(internalName))
+    if (!pair || !key.Unpack(pair->Name()) || !IsStale(key, design) || !pair->Query(internalName))
       continue;
     io::CBlock_ptr<io::CBlock> const block(new io::CBlock(internalName));
     if (reader.Load(*block) != kSuccess)
@@ -115,11 +115,14 @@ void StaleResults::PutBack(SolutionFileManager & library) const {
   }
   isStored = batches.Flush() && isStored;
   if (isStored && (batches.Count() == 0 || library.UpdateOriginal() == kSuccess))
-    DropCopies();
+    Drop();
 }
 
-void StaleResults::DropCopies() const {
-  LFN_DeleteFile(LongFileName(m_keptPath)); // One that stays is looked at again, and nothing is found to lack.
+bool StaleResults::AreThere() const { return LFN_Exists(LongFileName(m_keptPath)); }
+
+void StaleResults::Drop() const {
+  if (AreThere())
+    LFN_DeleteFile(LongFileName(m_keptPath)); // One that stays is looked at again, and nothing is found to lack.
   if (LongFileName const rest(m_keptPath + L"_priv"); LFN_Exists(rest))
     LFN_DeleteFile(rest);
 }

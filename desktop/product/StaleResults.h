@@ -18,16 +18,17 @@ class StaleResults {
 public:
   explicit StaleResults(AString const & libraryPath);
 
-  /// Before a takeover: copies what it is going to drop because of its version, and with `withDeleted` what belongs to
-  /// setups and solutions that the design lacks.  An Error of kind kStorage when there is no room for the copies.
-  void Keep(std::vector<SetupOfDesign> const & design, bool withDeleted) const;
+  /// Before a takeover: copies what it is going to drop because of its version, or because it belongs to a setup or
+  /// solution that the design lacks.  An Error of kind kStorage when there is no room for the copies.
+  void Keep(std::vector<SetupOfDesign> const & design) const;
   /// After it, or after one that was cut off: stores what the library lacks and drops the copies.  They stay for the
   /// next time when that fails.
   void PutBack(SolutionFileManager & library) const;
+  /// Whether copies wait to be put back.
+  bool AreThere() const;
+  void Drop() const;
 
 private:
-  void DropCopies() const;
-
   AString m_libraryPath;
   AString m_keptPath;
 };

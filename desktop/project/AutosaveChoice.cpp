@@ -12,6 +12,7 @@ bool HoldTheSame(ProjectRecord const & a, ProjectRecord b) {
   b.generation = a.generation;
   b.ids = a.ids;
   b.edits = a.edits;
+  b.pendingTexts = a.pendingTexts;
   return EncodeProject(a, ProjectFileKind::kProject) == EncodeProject(b, ProjectFileKind::kProject);
 }
 

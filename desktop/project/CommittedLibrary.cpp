@@ -2,27 +2,30 @@
 
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
-#include "desktop/project/UnsavedWork.h"
+#include "basekit/io/CBlock_named_value.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 #include "viewkit/library/LibraryReader.h"
-
-#include <algorithm>
 
 namespace desktop {
 
 namespace {
 
-std::set<AString> BlockNames(AString const & libraryPath, bool withPrivate) {
-  std::set<AString> names;
-  library::LibraryReader reader;
+using library::LibraryReader;
+using Blocks = std::map<AString, AString>;
+
+Blocks BlocksOf(LibraryReader & reader, CStreamioLibrary::LibIOReturn opened) {
+  Blocks blocks;
   io::CBlock map(SolutionFileManager::kRealToInternalBlkName);
-  bool const isRead = reader.Open(LongFileName(libraryPath), withPrivate) == CStreamioLibrary::kLibSuccess &&
-                      reader.Load(map) == CStreamioLibrary::kLibSuccess;
-  if (isRead)
-    for (auto const & item : map)
-      names.insert(item->Name());
-  return names;
+  if (opened != CStreamioLibrary::kLibSuccess || reader.Load(map) != CStreamioLibrary::kLibSuccess)
+    return blocks;
+  for (auto const & item : map) {
+    io::CBlock_ptr<io::CBlock_named_value> const pair(item);
+    AString internalName;
+    if (pair && pair->Query(internalName))
+      blocks.emplace_hint(blocks.end(), pair->Name(), internalName);
+  }
+  return blocks;
 }
 
 bool IsPoint(AString const & name) {
@@ -32,14 +35,23 @@ bool IsPoint(AString const & name) {
 
 } // namespace
 
-std::set<AString> CommittedBlockNames(AString const & libraryPath) { return BlockNames(libraryPath, false); }
+std::map<AString, AString> CommittedBlocks(AString const & libraryPath, std::optional<std::uint64_t> length) {
+  LibraryReader reader;
+  LongFileName const path(libraryPath);
+  return BlocksOf(reader, length ? reader.OpenEarlier(path, *length) : reader.Open(path, false));
+}
 
-int CountUnsavedPoints(AString const & libraryPath) {
-  auto const committed = CommittedBlockNames(libraryPath);
-  auto const all = BlockNames(libraryPath, true);
-  return static_cast<int>(std::count_if(all.begin(), all.end(), [&committed](AString const & name) {
-    return !committed.contains(name) && IsPoint(name);
-  }));
+std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::uint64_t> savedLength) {
+  Blocks const saved = CommittedBlocks(libraryPath, savedLength);
+  std::set<AString> savedInternal;
+  for (auto const & [realName, internalName] : saved)
+    savedInternal.insert(internalName);
+  LibraryReader reader;
+  std::set<AString> points;
+  for (auto const & [realName, internalName] : BlocksOf(reader, reader.Open(LongFileName(libraryPath), true)))
+    if (!saved.contains(realName) && !savedInternal.contains(internalName) && IsPoint(realName))
+      points.insert(realName);
+  return points;
 }
 
 } // namespace desktop

@@ -2,12 +2,19 @@
 
 #include "basekit/text/AString.h"
 
+#include <cstdint>
+#include <map>
+#include <optional>
 #include <set>
 
 namespace desktop {
 
-/// The real names of the blocks in the committed state of a solution library, read beside whoever writes it; empty
-/// when there is none.
-std::set<AString> CommittedBlockNames(AString const & libraryPath);
+/// The real names of the blocks of a library as they stand in its file, committed ones alone, with the internal names;
+/// with a length as of when the file had that.  Empty without a library.
+std::map<AString, AString> CommittedBlocks(AString const & libraryPath, std::optional<std::uint64_t> length = {});
+
+/// The solved points, by the real names of their blocks, that were not part of the committed state: those alone whose
+/// block the library or its private file got since.  One that was renamed since is none.
+std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
 
 } // namespace desktop

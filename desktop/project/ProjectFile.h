@@ -25,6 +25,9 @@ struct ProjectRecord {
   io::CBlock sourceBase{L"SourceBase"};
   /// Why solved data is stale; likewise.
   io::CBlock edits{L"Edits"};
+  /// Of an autosave that was written before an edit changes the texts of variations: what leads back to the texts that
+  /// this design has, wherever the edit was cut off.
+  io::CBlock pendingTexts{L"PendingTexts"};
 };
 
 enum class ProjectFileKind { kProject, kAutosave };

@@ -14,6 +14,7 @@
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/project/SavedLibrary.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
@@ -45,16 +46,25 @@ Session::Session(Access access) : m_access(access), m_editLog(std::make_unique<E
 
 Session::~Session() = default;
 
-std::set<AString> Session::GetCommittedBlocks() const { return CommittedBlockNames(m_manager->GetQsolPath()); }
+std::set<AString> Session::GetCommittedBlocks() const {
+  std::set<AString> names;
+  for (auto const & [realName, internalName] : CommittedBlocks(m_manager->GetQsolPath(), m_savedLength))
+    names.insert(names.end(), realName);
+  return names;
+}
 
 void Session::CheckSourceUnchanged() const { CheckUnchanged(m_project->GetSourceFiles(), m_project->GetFolder()); }
 
-bool Session::HasUnsavedChanges() const { return m_hasAutosave || HasUnsavedResults(); }
+bool Session::HasUnsavedChanges() const {
+  return m_hasAutosave || (m_hasForeignObjects && !IsReadOnly()) || HasUnsavedResults();
+}
 
 bool Session::HasUnsavedResults() const {
   // To ask about a variation gives it an ID, which a reader never writes.
-  return !IsReadOnly() && m_manager &&
-         m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().HasUnsavedChanges();
+  if (IsReadOnly() || !m_manager)
+    return false;
+  auto const & library = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess();
+  return library.HasUnsavedChanges() || (m_savedLength && library.CommittedLength() > *m_savedLength);
 }
 
 void Session::NoteAsWritten() { m_lastWritten = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave); }
@@ -92,6 +102,28 @@ void Session::Autosave() {
   if (state == m_lastWritten)
     return;
   WriteMissingDefinitions();
+  WriteAutosave(record, state);
+}
+
+bool Session::BeginAutosave(TextsChanges const & back) {
+  RefuseWhenReadOnly();
+  bool const isFirst = !m_hasAutosave;
+  if (isFirst || !back.empty()) {
+    ProjectRecord record = MakeRecord();
+    WriteTextsChanges(back, record.pendingTexts);
+    WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
+  }
+  return isFirst;
+}
+
+void Session::EndAutosave() {
+  if (HasUnsavedResults())
+    return;
+  LFN_DeleteFile(m_project->GetAutosaveFile()); // One that stays holds what the project file holds.
+  m_hasAutosave = false;
+}
+
+void Session::WriteAutosave(ProjectRecord & record, std::string const & state) {
   record.generation = m_generation;
   NewFile(m_project->GetAutosaveFile(), EncodeProject(record, ProjectFileKind::kAutosave)).Install();
   m_hasAutosave = true;
@@ -108,7 +140,12 @@ void Session::Save() {
   NewFile projectFile(m_project->GetFile(), EncodeProject(record, ProjectFileKind::kProject));
   // Attaches a library that is not there yet.
   auto & library = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess();
-  if (m_manager->GetSolutionFileManager().CommitAll(false) != kSuccess)
+  SavedLibrary const savedLibrary(m_manager->GetQsolPath());
+  savedLibrary.Note(m_generation, library.CommittedLength());
+  m_savedLength = savedLibrary.Length(m_generation);
+  bool const isCommitted =
+      m_manager->CarryOutDeletions() && m_manager->GetSolutionFileManager().CommitAll(false) == kSuccess;
+  if (!isCommitted)
     RefuseStorage(library.LastError());
   projectFile.Install();
   m_generation = record.generation;
@@ -116,6 +153,9 @@ void Session::Save() {
   // One that stays is of an older generation: the next session drops it.
   LFN_DeleteFile(m_project->GetAutosaveFile());
   m_hasAutosave = false;
+  savedLibrary.Forget();
+  m_savedLength.reset();
+  m_hasForeignObjects = false;
   if (m_editor)
     m_editor->WasSaved();
 }

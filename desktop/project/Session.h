@@ -1,9 +1,12 @@
 #pragma once
 
 #include "basekit/text/AString.h"
+#include "desktop/command/TextsChange.h"
 #include "desktop/project/UnsavedWork.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -65,19 +68,25 @@ public:
   EditLog const & GetEditLog() const { return *m_editLog; }
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
-  /// Writes project file and library; the autosave goes.  When the library can't be committed, project file and
-  /// autosave stay as they were.
+  /// Writes project file and library; the autosave goes.  What the design deleted before this session goes from the
+  /// library with it.  When the library can't be committed, project file and autosave stay as they were.
   void Save();
-  /// Goes back to what was saved last and drops autosave and private library; design and manager are made anew, so
-  /// that nobody may hold on to the former ones.  When the saved state can't be read nothing is dropped; after a
+  /// Goes back to what was saved last: autosave and private library are dropped, and the library is cut back to what
+  /// it was then when a takeover brought it further.  Design and manager are made anew, so that nobody may hold on to
+  /// the former ones.  When the saved state can't be read nothing is dropped; after a
   /// failure the session is read only.
   void Discard();
   /// What Discard, or opening with LeftWork::kDiscard, dropped.
   UnsavedWork const & GetDropped() const { return m_dropped; }
   bool HasUnsavedChanges() const;
-  /// Writes and syncs the autosave; called before every solve and after every change.  Nothing is written when the
-  /// design is what it was at the last write.
+  /// Writes and syncs the autosave; called after every change.  Nothing is written when the design is what it was at
+  /// the last write.
   void Autosave();
+  /// The same before anything unsaved reaches the library: written when there is none, too, and with what leads back
+  /// to the present texts of variations when these are about to change.  Whether there was none.
+  bool BeginAutosave(TextsChanges const & back = {});
+  /// For a change that came to nothing: drops what BeginAutosave wrote, unless the library has unsaved data by now.
+  void EndAutosave();
   /// Refused with ErrorKind::kSource when a file of the source is not what it was when the project read it.
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
@@ -86,7 +95,7 @@ public:
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
-  /// The real names (packed keys) of all blocks of the committed library; what is not among them is not saved yet.
+  /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
 
 private:
@@ -102,9 +111,12 @@ private:
   void OpenForWriting(LeftWork work);
   void ReadWithWork(ProjectRecord const & record);
   void TakeOverAfterCrash(ProjectRecord const & record);
+  void NoteSavedLibrary();
+  void TellOfForeignObjects();
   void MakeDesign(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
+  void CopyAside(LongFileName const & file, AString const & why);
   void RefuseDamagedNames(AString const & path) const;
   [[noreturn]] void RefuseTakeover(AString const & path, RecoveryReport const & report, AString const & cause) const;
   void RefuseLibrary(AString const & what) const;
@@ -113,10 +125,13 @@ private:
   void CheckSavedState(ProjectRecord const & saved);
   void SetUnsavedAside();
   void DropUnsaved(ProjectRecord const & saved);
+  bool IsLibraryAhead(AString const & path) const;
+  void TakeLibraryBack(AString const & path);
 
   // Saving it
   ProjectRecord MakeRecord() const;
   void NoteAsWritten();
+  void WriteAutosave(ProjectRecord & record, std::string const & state);
   bool HasUnsavedResults() const;
   void WriteChangedDefinitions();
   void WriteMissingDefinitions();
@@ -136,6 +151,10 @@ private:
   UnsavedWork m_dropped;
   long m_generation = 0;
   bool m_hasAutosave = false;
+  /// The library's length as it was saved last, once it may have grown since; see SavedLibrary.
+  std::optional<std::uint64_t> m_savedLength;
+  /// The design has setups or solutions that only the library knew of.
+  bool m_hasForeignObjects = false;
   /// The design as it was last written, for telling whether there is anything to write.
   std::string m_lastWritten;
 };

@@ -4,10 +4,13 @@
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/product/StaleResults.h"
 #include "desktop/project/AutosaveChoice.h"
+#include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
 #include "viewkit/library/LibraryReader.h"
 
@@ -44,6 +47,7 @@ void Session::Discard() {
   ReadLibrary(saved);
   m_access = Access::kWrite;
   m_generation = saved.generation;
+  TellOfForeignObjects();
   NoteAsWritten();
 }
 
@@ -54,7 +58,8 @@ void Session::CheckSavedState(ProjectRecord const & saved) {
   if (!LFN_Exists(LongFileName(path)))
     throw Error(ErrorKind::kProject, path + L": the library is missing, so there is no saved state to go back to; put "
                                             L"back a copy of it first");
-  m_manager->SetReadOnly();
+  m_savedLength = SavedLibrary(path).Length(saved.generation);
+  m_manager->SetReadOnly(m_savedLength);
   ReadLibrary(saved);
   m_notices.clear(); // They come again.
 }
@@ -63,10 +68,13 @@ void Session::DropUnsaved(ProjectRecord const & saved) {
   AString const path = m_manager->GetQsolPath();
   m_manager.reset();
   RefuseInUse(path);
-  m_dropped = {JudgeAutosave(m_project->GetAutosaveFile(), saved).changesDesign, LFN_Exists(PrivateFileOf(path)),
-               CountUnsavedPoints(path)};
+  m_dropped = {JudgeAutosave(m_project->GetAutosaveFile(), saved).changesDesign,
+               LFN_Exists(PrivateFileOf(path)) || IsLibraryAhead(path),
+               static_cast<int>(UnsavedPoints(path, m_savedLength).size())};
   // The results first: an autosave without them is a design to solve, they without it would be results of nothing.
   Remove(PrivateFileOf(path));
+  StaleResults(path).Drop();
+  TakeLibraryBack(path);
   Remove(m_project->GetAutosaveFile());
   m_hasAutosave = false;
   // Files that a loss of power brings back are unsaved work again.
@@ -74,13 +82,39 @@ void Session::DropUnsaved(ProjectRecord const & saved) {
   static_cast<void>(file::FileSystem().SyncFolder(m_project->GetFolder()));
 }
 
+bool Session::IsLibraryAhead(AString const & path) const {
+  file::FileInfo info;
+  return m_savedLength && file::FileSystem().Describe(LongFileName(path), info).Ok() && info.length > *m_savedLength;
+}
+
+void Session::TakeLibraryBack(AString const & path) {
+  if (IsLibraryAhead(path))
+    SavedLibrary(path).GoBack(*m_savedLength);
+  SavedLibrary(path).Forget();
+  m_savedLength.reset();
+}
+
 void Session::SetUnsavedAside() {
   AString const path = m_manager->GetQsolPath();
   m_manager.reset();
   RefuseInUse(path);
+  if (IsLibraryAhead(path))
+    CopyAside(path, L"it holds unsaved work");
   for (LongFileName const & file : {PrivateFileOf(path), m_project->GetAutosaveFile()})
     if (LFN_Exists(file))
       SetAside(file, L"left out as was asked for");
+  TakeLibraryBack(path);
+}
+
+void Session::CopyAside(LongFileName const & file, AString const & why) {
+  AString aside;
+  bool const isCopied =
+      KvroGetTempFileName(LongFileName(file.DirPath()), file.NameAndExtension() + L".set-aside-", AString(), aside) &&
+      LFN_Copy(file, LongFileName(aside), kFailIfExists);
+  if (!isCopied)
+    throw Error(ErrorKind::kStorage, file.FilePath() + L": can't be copied aside (" + LFN_LastError() +
+                                         L"); make room or get permission, and try again");
+  m_notices.push_back(file.FilePath() + L": " + why + L"; a copy was set aside as " + aside);
 }
 
 } // namespace desktop

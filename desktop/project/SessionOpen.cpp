@@ -18,10 +18,12 @@
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
 #include "desktop/project/RecoveryFailed.h"
+#include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
+#include <algorithm>
 #include <map>
 
 namespace desktop {
@@ -32,16 +34,18 @@ using PrivateFile = library::LibraryReader::PrivateFile;
 
 constexpr int kReadAttempts = 5;
 
-// Solved points of the library that are not among the given ones.
-int CountNewPoints(ProductSolutionManager const & manager, std::set<AString> const & known) {
+// How many of the points the library has.
+int CountThere(ProductSolutionManager const & manager, std::set<AString> const & points) {
   std::list<AString> names;
   manager.GetSolutionFileManager().IndexKeyList(names, false);
-  int count = 0;
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    count += !known.contains(name) && key.Unpack(name) && key.IsValidVariationDataKey() ? 1 : 0;
-  }
-  return count;
+  return static_cast<int>(
+      std::count_if(names.begin(), names.end(), [&](AString const & name) { return points.contains(name); }));
+}
+
+std::uint64_t CommittedLengthOf(AString const & libraryPath) {
+  library::LibraryReader reader;
+  bool const isRead = reader.Open(LongFileName(libraryPath), false) == CStreamioLibrary::kLibSuccess;
+  return isRead && reader.PublicFacts().commits > 0 ? reader.PublicFacts().end : 0;
 }
 
 // The reasons of what is gone for good, each with its number of blocks.
@@ -97,9 +101,13 @@ void Session::OpenForReading() {
     std::string const bytes = ReadProjectBytes(m_project->GetFile());
     ProjectRecord const record = DecodeProject(bytes, ProjectFileKind::kProject, m_project->GetFile());
     MakeDesign(record);
-    m_manager->SetReadOnly();
+    SavedLibrary const savedLibrary(m_manager->GetQsolPath());
+    m_savedLength = savedLibrary.Length(record.generation);
+    m_manager->SetReadOnly(m_savedLength);
     ReadLibrary(record);
-    if (attempt == kReadAttempts || ReadProjectBytes(m_project->GetFile()) == bytes)
+    bool const isOfOneMoment =
+        ReadProjectBytes(m_project->GetFile()) == bytes && savedLibrary.Length(record.generation) == m_savedLength;
+    if (attempt == kReadAttempts || isOfOneMoment)
       return;
   }
 }
@@ -124,14 +132,21 @@ void Session::OpenForWriting(LeftWork work) {
     LFN_DeleteFile(autosaveFile);
   else if (autosave.fate == Fate::kForeign)
     SetAside(autosaveFile, autosave.why);
+  TellOfForeignObjects();
+  if (m_hasAutosave && !autosave.record.pendingTexts.Empty()) {
+    ProjectRecord record = MakeRecord(); // The texts are what the design has by now.
+    WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
+  }
 }
 
 // The private file of the library tells how the last session ended.
 void Session::ReadWithWork(ProjectRecord const & record) {
   MakeDesign(record);
-  if (m_hasAutosave)
-    m_manager->SetDeletionsUnsaved();
   AString const path = m_manager->GetQsolPath();
+  SavedLibrary(path).ForgetObsolete(m_generation);
+  m_savedLength = SavedLibrary(path).Length(m_generation);
+  if (StaleResults(path).AreThere())
+    NoteSavedLibrary();
   switch (library::LibraryReader::StateOfPrivateFile(LongFileName(path))) {
   case PrivateFile::InUse:
     throw Error(ErrorKind::kLocked, path + L": another process writes the project's library; wait until it is done");
@@ -158,9 +173,10 @@ void Session::ReadWithWork(ProjectRecord const & record) {
 void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   AString const path = m_manager->GetQsolPath();
   RefuseDamagedNames(path);
-  StaleResults(path).Keep(SetupsOfDesign(record.module), m_hasAutosave); // An unsaved deletion can be discarded.
+  NoteSavedLibrary();
+  StaleResults(path).Keep(SetupsOfDesign(record.module));
   LibraryLengths const before(path);
-  auto const committed = CommittedBlockNames(path);
+  auto const unsaved = UnsavedPoints(path);
   m_manager->SetRecoverOnRead(true);
   try {
     ReadLibrary(record);
@@ -169,13 +185,31 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
     AString const cause = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError();
     m_manager.reset(); // Closes the files.
     before.PutBack();
+    if (m_savedLength == CommittedLengthOf(path))
+      SavedLibrary(path).Forget();
     RefuseTakeover(path, report, cause);
   }
-  AString notice = RecoveryNotice(m_project->GetName(), CountNewPoints(*m_manager, committed)) +
+  AString notice = RecoveryNotice(m_project->GetName(), CountThere(*m_manager, unsaved)) +
                    TextOfDropped(m_manager->DroppedForGood());
   if (!m_manager->GetRecoveryReport().isCommitted)
     notice += L"; the library could not be written, so it is unsaved work";
   m_notices.push_back(notice);
+}
+
+// Before the library goes on from what was saved.
+void Session::NoteSavedLibrary() {
+  AString const path = m_manager->GetQsolPath();
+  SavedLibrary(path).Note(m_generation, CommittedLengthOf(path));
+  m_savedLength = SavedLibrary(path).Length(m_generation);
+}
+
+// What nobody deleted stays, though the design that is read knows nothing of it.
+void Session::TellOfForeignObjects() {
+  m_hasForeignObjects = !m_manager->GetForeignObjects().empty();
+  for (AString const & name : m_manager->GetForeignObjects())
+    m_notices.push_back(m_manager->GetQsolPath() + L": holds " + name +
+                        L", which the project file does not know; it is kept as unsaved work, until you save or "
+                        L"delete it");
 }
 
 // Without the map of names nobody can tell which block is whose; a takeover would find nothing to be unsaved.
@@ -240,6 +274,13 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          L": the design's variables can't be read; put back a copy of the file");
   m_manager = m_product->MakeManager(m_design.get());
   m_manager->ResetNextUniqueID(record.ids);
+  if (TextsChanges const changes = ReadTextsChanges(record.pendingTexts); !changes.empty())
+    m_manager->SetNewTexts([changes](AString const & variation) {
+      AString text = variation;
+      for (TextsChange const & change : changes)
+        text = change.Apply(text);
+      return text;
+    });
 }
 
 void Session::ReadLibrary(ProjectRecord const & record) {

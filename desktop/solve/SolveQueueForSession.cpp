@@ -14,6 +14,7 @@ SolveSite SiteOf(Session & session) {
   // The source is looked at once more: a worker would read what it is now and store it as what it was.
   auto const prepare = [&session] {
     session.CheckSourceUnchanged();
+    session.BeginAutosave();
     session.Autosave();
   };
   return {session.GetManager(), session.GetProduct(), session.GetProject().GetSourceFile().FilePath(),

@@ -1,9 +1,10 @@
 """usage: kill_desktop.py [--runs N] [--seed SEED]
 
 Kills the desktop at random moments of all that it does: solving, editing variables and setups, deleting and solving
-again, undoing, saving, opening after a crash.  Each run is a project that lives through some deaths.  The oracle stands outside: what a verb acknowledged (a line of events, an exit
-code of 0) is there when the project is opened again, valid or stale as it was, and valid points have the bits of one
-solve that nobody disturbed.
+again, undoing, saving, discarding, opening after a crash.  Each run is a project that lives through some deaths.  The
+oracle stands outside: what a verb acknowledged (a line of events, an exit code of 0) is there when the project is opened
+again, valid or stale as it was, and valid points have the bits of one solve that nobody disturbed; what was saved is
+there again after a discard, whatever died in between.
 """
 import argparse
 import json
@@ -77,6 +78,10 @@ class Reference:
         self.time('info', 'whole')
         self.files = touchstone('whole', 'whole-files')
         self.time('delete', 'whole', '--variation', 'cap=1e-12; res=40')
+        self.time('discard', 'whole')
+        start = time.monotonic()
+        desk('set', 'whole', '--rename', 'cap=capacity')
+        self.seconds['rename'] = time.monotonic() - start
         self.seconds['shell'] = self.seconds['solve'] + 2 * self.seconds['setup']
         if len(self.files) != 2 * len(RES) * len(CAP):
             raise Broken(f'the undisturbed solve has {len(self.files)} points')
@@ -99,7 +104,8 @@ class Run:
 
     def live(self):
         actions = [self.solve, self.edit_and_solve, self.save, self.look, self.delete_and_solve, self.add_setup,
-                   self.edit_setup_and_undo]
+                   self.edit_setup_and_undo, self.rename_and_discard, self.delete_and_discard,
+                   self.rename_and_back]
         self.source.shuffle(actions)
         self.solve()
         for action in actions[:self.source.randint(3, 6)]:
@@ -108,9 +114,9 @@ class Run:
                 self.check()
         self.finish()
 
-    def attempt(self, verb, *words):
+    def attempt(self, verb, *words, like=None):
         """A verb that is killed at a random moment of the time it takes, or comes to its end."""
-        delay = self.source.uniform(0, 1.3 * self.reference.seconds[verb])
+        delay = self.source.uniform(0, 1.3 * self.reference.seconds[like or verb])
         lines, killed = desk_and_kill(delay, verb, self.name, *words)
         self.deaths += killed
         self.story.append(f'{verb} {" ".join(words)}' + (f' (killed after {delay:.3f} s)' if killed else ''))
@@ -147,6 +153,36 @@ class Run:
         self.attempt('delete', '--variation', variation)
         self.acknowledged -= {(FIRST, variation), (SECOND, variation)}
         self.solve()
+
+    def rename_and_discard(self):
+        self.discard_after(lambda: self.attempt('set', '--rename', 'cap=capacity', like='rename'))
+
+    def rename_and_back(self):
+        """The name of a variable, and with it that of each point, is one of the two everywhere."""
+        _, killed = self.attempt('set', '--rename', 'cap=capacity', like='rename')
+        now = self.variables()
+        renamed = {('capacity' if name == 'cap' else name): value for name, value in self.design.items()}
+        if now not in ((renamed, self.design) if killed else (renamed,)):
+            raise Broken(f'the design is {now} after a rename')
+        if now == renamed:
+            desk('set', self.name, '--rename', 'capacity=cap')
+        self.check()
+
+    def delete_and_discard(self):
+        if self.acknowledged:
+            _, variation = self.source.choice(sorted(self.acknowledged))
+            self.discard_after(lambda: self.attempt('delete', '--variation', variation))
+
+    def discard_after(self, work):
+        """The saved state is had again, whether what follows it was taken over, or the discard itself was killed."""
+        desk('save', self.name)
+        work()
+        if self.source.random() < 0.7:
+            self.look()
+        if self.source.random() < 0.5:
+            self.attempt('discard')
+        desk('discard', self.name)
+        self.check()
 
     def add_setup(self):
         _, killed = self.attempt('setup', 'add', SECOND, *OTHER.split())

@@ -62,7 +62,8 @@ public:
       return Failure::kFileRefused;
     if (!ok)
       return Failure::kNameMapDamaged;
-    Extend(privatePairs);
+    m_privatePairs = std::move(privatePairs);
+    Extend();
     m_files.InitNextAvailableIndex();
     if (m_files.WriteRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
       return Failure::kNotWritten;
@@ -90,14 +91,21 @@ private:
     return true;
   }
 
-  void Extend(NamePairs const & privatePairs) {
+  void Extend() {
     auto const & library = m_files.GetLibraryForDirectAccess();
-    for (AString const & lost : recovery::DropLostBlocks(m_kept, privatePairs, library))
-      m_report.dropped.push_back({lost, RecoveryReport::Reason::kBlockLost});
+    for (AString const & lost : recovery::DropLostBlocks(m_kept, m_privatePairs, library))
+      NoteLost(lost);
     m_files.NoteNameMapWasRead();
     for (auto const & [realName, internalName] : m_kept)
       m_files.ExtendNameMap(realName, internalName);
     m_report.realNames = NamesOf(library.UncommittedBlocks(), m_kept);
+  }
+
+  // A map that the private file holds is whole and the younger one: what it lacks was taken out of it.
+  void NoteLost(AString const & realName) {
+    bool const isGone = !m_privatePairs.empty() && !m_privatePairs.contains(realName);
+    m_report.dropped.push_back(
+        {realName, isGone ? RecoveryReport::Reason::kNameGone : RecoveryReport::Reason::kBlockLost});
   }
 
   void Commit() {
@@ -115,7 +123,7 @@ private:
     if (lost.empty())
       return;
     for (AString const & realName : lost)
-      m_report.dropped.push_back({realName, RecoveryReport::Reason::kBlockLost});
+      NoteLost(realName);
     m_files.DeleteBlocks(lost);
     Commit();
   }
@@ -123,6 +131,7 @@ private:
   BaseSolutionManager & m_manager;
   SolutionFileManager & m_files;
   RecoveryReport & m_report;
+  NamePairs m_privatePairs;
   NamePairs m_kept;
 };
 

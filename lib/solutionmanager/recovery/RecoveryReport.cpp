@@ -32,6 +32,8 @@ AString TextOf(RecoveryReport::Reason reason) {
   switch (reason) {
   case RecoveryReport::Reason::kBlockLost:
     return L"its block is lost";
+  case RecoveryReport::Reason::kNameGone:
+    return L"it was renamed or deleted before the crash";
   case RecoveryReport::Reason::kSetupUnknown:
     return L"the design has no such setup";
   case RecoveryReport::Reason::kSolutionUnknown:

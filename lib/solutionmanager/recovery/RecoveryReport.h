@@ -22,7 +22,8 @@ struct RecoveryReport {
     kDefinitionsDamaged ///< a definition block can't be read
   };
   enum class Reason {
-    kBlockLost,       ///< a name whose block neither file holds whole, or that another name's block replaced
+    kBlockLost,       ///< a name whose block neither file holds whole
+    kNameGone,        ///< renamed or deleted before the crash, on purpose: the private file's map has the name no more
     kSetupUnknown,    ///< the design has no such setup
     kSolutionUnknown, ///< the setup has no such solution
     kOtherVersion,    ///< of a version that the design doesn't remember as current

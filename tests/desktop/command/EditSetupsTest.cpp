@@ -181,12 +181,15 @@ TEST_F(EditSetups, ADeletionThatWasNotSavedLeavesTheSavedDataInTheLibrary) {
   EXPECT_EQ(StateOf(*m_session), saved);
 }
 
-TEST_F(EditSetups, ADeletionThatWasSavedIsCarriedOutInTheLibraryByTheNextSession) {
+TEST_F(EditSetups, ADeletionThatWasSavedIsCarriedOutInTheLibraryByTheFirstSaveOfALaterSession) {
   Solve(*m_session, kPoint, 5);
   m_session->Save();
   std::size_t const blocks = m_session->GetCommittedBlocks().size();
   Editor().DeleteSetup(L"Sweep");
   m_session->Save();
   Reopen();
+  EXPECT_EQ(m_session->GetManager().GetSetups().size(), 1u);
+  EXPECT_EQ(m_session->GetCommittedBlocks().size(), blocks) << "opening commits nothing";
+  m_session->Save();
   EXPECT_LT(m_session->GetCommittedBlocks().size(), blocks);
 }

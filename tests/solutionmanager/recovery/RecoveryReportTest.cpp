@@ -170,6 +170,30 @@ TEST_F(RecoveryReportTest, ADamagedBlockIsListedAsLostAndItsNameGoes) {
   EXPECT_FALSE(Manager().HasDataBlock(DataKey(L"x=3"))) << "it would pass for solved";
 }
 
+TEST_F(RecoveryReportTest, NamesThatTheUserTookAwayBeforeTheCrashAreNotListedAsLost) {
+  io::CBlock const design = SavedDesign();
+  Crash([&] {
+    Open();
+    Save(DataKey(L"x=2"));
+    Manager().GetSolutionFileManager().DeleteBlocks(DataKey(L"x=2"));
+    Manager().GetSolutionFileManager().VariationKeyChanged(L"x=1", L"y=1");
+  });
+  ReopenRecovering(design);
+  EXPECT_EQ(Dropped(), (Drops{{DataKey(L"x=1").Pack(), Reason::kNameGone}}));
+  EXPECT_TRUE(Has(DataKey(L"y=1")));
+}
+
+TEST_F(RecoveryReportTest, ABlockOfThePublicFileThatWasDeletedBeforeTheCrashIsNotListedAsLost) {
+  io::CBlock const design = SavedDesign();
+  Crash([&] {
+    Open();
+    Manager().GetSolutionFileManager().DeleteBlocks(DataKey(L"x=1"));
+  });
+  ReopenRecovering(design);
+  EXPECT_EQ(Dropped(), (Drops{{DataKey(L"x=1").Pack(), Reason::kNameGone}}));
+  EXPECT_FALSE(Has(DataKey(L"x=1")));
+}
+
 TEST_F(RecoveryReportTest, AFailedRecoveryTellsWhyAndTakesNothingOver) {
   io::CBlock const design = SavedDesign();
   std::filesystem::remove(PublicFile());
@@ -188,6 +212,6 @@ TEST(RecoveryReportTexts, EveryFailureAndEveryReasonHasWordsOfItsOwn) {
     texts.insert(TextOf(static_cast<RecoveryReport::Failure>(failure)));
   for (int reason = 0; reason <= static_cast<int>(RecoveryReport::Reason::kSolutionDeleted); ++reason)
     texts.insert(TextOf(static_cast<RecoveryReport::Reason>(reason)));
-  EXPECT_EQ(texts.size(), 10u);
+  EXPECT_EQ(texts.size(), 11u);
   EXPECT_FALSE(texts.contains(AString()));
 }

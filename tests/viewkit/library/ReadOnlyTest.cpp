@@ -1,5 +1,6 @@
 #include "basekit/file/FileOperations.h"
 #include "tests/viewkit/library/LibraryFixture.h"
+#include "viewkit/library/LibraryReader.h"
 
 class ReadOnlyLibrary : public LibraryFixture {};
 
@@ -26,6 +27,25 @@ TEST_F(ReadOnlyLibrary, PassesOverAPrivateFileThatWasClosedInOrder) {
   reader.SetReadOnly(true);
   reader.SetLibPath(Path(), Library::kOrdinaryMode);
   EXPECT_EQ(Load(reader, L"A"), L"one");
+}
+
+TEST_F(ReadOnlyLibrary, ShowsAnEarlierCommitByTheLengthThatTheFileHadThen) {
+  Library writer(Path(), Library::kOrdinaryMode);
+  Save(writer, L"A", L"one");
+  ASSERT_EQ(writer.CommitAll(false), 0);
+  auto const length = writer.CommittedLength();
+  Save(writer, L"A", L"two");
+  Save(writer, L"B", L"two");
+  ASSERT_EQ(writer.CommitAll(false), 0);
+  Library reader;
+  reader.SetReadOnlyAt(length);
+  reader.SetLibPath(Path(), Library::kOrdinaryMode);
+  EXPECT_EQ(Load(reader, L"A"), L"one");
+  EXPECT_EQ(Save(reader, L"C", L"three"), Library::kLibLocked);
+  library::LibraryReader earlier;
+  ASSERT_EQ(earlier.OpenEarlier(Path(), length), Library::kLibSuccess);
+  EXPECT_EQ(earlier.List().size(), 1u);
+  EXPECT_EQ(earlier.PublicFacts().length, length);
 }
 
 TEST_F(ReadOnlyLibrary, RefusesEveryWriteAndLeavesTheFolderAsItWas) {

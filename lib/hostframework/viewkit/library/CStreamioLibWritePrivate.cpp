@@ -92,8 +92,10 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::RewriteLibrary(bool conv
 void CStreamioLibWritePrivate::SetLibPath(AString const & path, TMode mode) {
   library::Close(*m_state);
   bool const isReadOnly = m_state->isReadOnly;
+  auto const readLength = m_state->readLength;
   m_state = std::make_unique<LibraryState>();
   m_state->isReadOnly = isReadOnly;
+  m_state->readLength = readLength;
   m_lastError.clear();
   library::Attach(*m_state, path, mode);
   m_lastError = m_state->error;
@@ -218,7 +220,15 @@ CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::ClearLibrary() {
   return result == kLibSuccess ? RewriteLibrary(false) : Checked(result);
 }
 
-void CStreamioLibWritePrivate::SetReadOnly(bool readOnly) { m_state->isReadOnly = readOnly; }
+void CStreamioLibWritePrivate::SetReadOnly(bool readOnly) {
+  m_state->isReadOnly = readOnly;
+  m_state->readLength = 0;
+}
+
+void CStreamioLibWritePrivate::SetReadOnlyAt(std::uint64_t length) {
+  m_state->isReadOnly = true;
+  m_state->readLength = length;
+}
 
 CStreamioLibrary::LibIOReturn CStreamioLibWritePrivate::AcquireForWriting() {
   return Checked(library::AcquireForWriting(*m_state));

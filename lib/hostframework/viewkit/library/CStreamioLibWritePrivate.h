@@ -55,6 +55,8 @@ public:
   /// Before an attach: shows the committed state alone and refuses every write with kLibLocked, so that it can be used
   /// beside a writer and in a folder that can't be written.
   void SetReadOnly(bool readOnly);
+  /// Likewise, as the public file was when it had the length.
+  void SetReadOnlyAt(std::uint64_t length);
   /// Takes the files for writing now, so that a caller learns early whether it may; the first write does it else.
   LibIOReturn AcquireForWriting();
   bool HasUnsavedChanges() const;

@@ -60,6 +60,15 @@ LibraryReader::LibIOReturn LibraryReader::Open(LongFileName const & path, bool w
   return state.status;
 }
 
+LibraryReader::LibIOReturn LibraryReader::OpenEarlier(LongFileName const & path, std::uint64_t length) {
+  m_state = std::make_unique<LibraryState>();
+  m_withPrivate = false;
+  auto & state = *m_state;
+  state.path = path;
+  state.privatePath = PrivatePath(path);
+  return state.status = LogReader::OpenPrefix(path, length, state.publicLog, state.error);
+}
+
 LibraryReader::LibIOReturn LibraryReader::OpenAlone(LongFileName const & file) {
   m_state = std::make_unique<LibraryState>();
   m_withPrivate = false;

@@ -70,6 +70,8 @@ public:
 
   /// kLibNotFound when there is neither file.
   LibIOReturn Open(LongFileName const & path, bool withPrivate);
+  /// The public file alone, as it was when it had the length.
+  LibIOReturn OpenEarlier(LongFileName const & path, std::uint64_t length);
   /// One file by itself, public or private, wherever it belongs; the facts tell which it is.
   LibIOReturn OpenAlone(LongFileName const & file);
   /// Reads what was committed, or saved, since; `changed` tells whether there was anything.

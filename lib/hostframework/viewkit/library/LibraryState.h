@@ -67,6 +67,8 @@ struct LibraryState {
   LibIOReturn copyResult = CStreamioLibrary::kLibSuccess;
   /// The private file is passed over, and every write refused.
   bool isReadOnly = false;
+  /// Of a library that is open for reading only: shows it as it was when it had that length; 0 as it is.
+  std::uint64_t readLength = 0;
   bool isRecovered = false;
   bool wasWriter = false;
   /// The form of files that are begun.

@@ -3,6 +3,7 @@
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/text/Utf8.h"
+#include "viewkit/library/FilePrefix.h"
 
 #include <cerrno>
 #include <random>
@@ -15,18 +16,33 @@ namespace {
 
 constexpr std::size_t kKeptPayload = 1024 * 1024;
 
+LibIOReturn OpenFile(LongFileName const & path, file::OpenMode mode, std::unique_ptr<file::IFile> & opened,
+                     AString & error) {
+  file::FileStatus const status = file::FileSystem().Open(path, mode, opened);
+  if (status.Ok())
+    return CStreamioLibrary::kLibSuccess;
+  error = status.Text();
+  return status.Error() == ENOENT || status.Error() == ENOTDIR ? CStreamioLibrary::kLibNotFound
+                                                               : CStreamioLibrary::kLibReadFailed;
 }
+
+} // namespace
 
 LibIOReturn LogReader::Open(LongFileName const & path, file::OpenMode mode, std::optional<RecordReader::Extent> extent,
                             std::unique_ptr<LogReader> & log, AString & error) {
   std::unique_ptr<file::IFile> opened;
-  file::FileStatus const status = file::FileSystem().Open(path, mode, opened);
-  if (!status.Ok()) {
-    error = status.Text();
-    return status.Error() == ENOENT || status.Error() == ENOTDIR ? CStreamioLibrary::kLibNotFound
-                                                                 : CStreamioLibrary::kLibReadFailed;
-  }
-  return Read(std::move(opened), path, extent, log, error);
+  LibIOReturn const result = OpenFile(path, mode, opened, error);
+  return result == CStreamioLibrary::kLibSuccess ? Read(std::move(opened), path, extent, log, error) : result;
+}
+
+LibIOReturn LogReader::OpenPrefix(LongFileName const & path, std::uint64_t length, std::unique_ptr<LogReader> & log,
+                                  AString & error) {
+  std::unique_ptr<file::IFile> opened;
+  LibIOReturn const result = OpenFile(path, file::OpenMode::Read, opened, error);
+  if (result != CStreamioLibrary::kLibSuccess)
+    return result;
+  return Read(std::make_unique<FilePrefix>(std::move(opened), length), path, RecordReader::Extent::Committed, log,
+              error);
 }
 
 LibIOReturn LogReader::Read(std::unique_ptr<file::IFile> file, LongFileName const & path,

@@ -17,6 +17,9 @@ public:
   static LibIOReturn Open(LongFileName const & path, file::OpenMode mode,
                           std::optional<io::RecordReader::Extent> extent, std::unique_ptr<LogReader> & log,
                           AString & error);
+  /// For reading: the file as it was when it had the length.
+  static LibIOReturn OpenPrefix(LongFileName const & path, std::uint64_t length, std::unique_ptr<LogReader> & log,
+                                AString & error);
   /// Reads what stands in a file that is open.
   static LibIOReturn Read(std::unique_ptr<file::IFile> file, LongFileName const & path,
                           std::optional<io::RecordReader::Extent> extent, std::unique_ptr<LogReader> & log,

@@ -149,7 +149,9 @@ LibIOReturn Attach(LibraryState & state, LongFileName const & path, CStreamioLib
   state.privatePath = PrivatePath(path);
   state.status = kSuccess;
   auto & error = state.error;
-  auto const result = LogReader::Open(path, file::OpenMode::Read, Extent::Committed, state.publicLog, error);
+  auto const result = state.isReadOnly && state.readLength > 0
+                          ? LogReader::OpenPrefix(path, state.readLength, state.publicLog, error)
+                          : LogReader::Open(path, file::OpenMode::Read, Extent::Committed, state.publicLog, error);
   if (result != kSuccess && result != CStreamioLibrary::kLibNotFound)
     return state.status = result;
   if (state.publicLog && !state.publicLog->Records().Damages().empty())
