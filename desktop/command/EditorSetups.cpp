@@ -4,6 +4,7 @@
 #include "desktop/Error.h"
 #include "desktop/command/DesignState.h"
 #include "desktop/command/Edit.h"
+#include "desktop/command/WordOfCommand.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
@@ -63,13 +64,13 @@ BaseSimulationSetup & Editor::MakeSetup(Edit & edit, SourceSetup const & said) {
 void Editor::AddSetup(AString const & name, AString const & words) {
   RefuseTakenSetupName(name);
   SourceSetup const said = ReadWords(m_session, name, words);
-  Run(AString(L"setup add ") + name + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
+  Run(AString(L"setup add ") + WordOfCommand(name) + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
 }
 
 bool Editor::EditSetup(AString const & name, AString const & words) {
   BaseSimulationSetup & setup = FindSetup(name);
   SourceSetup const said = ReadWords(m_session, setup.GetName(), words);
-  return Run(AString(L"setup edit ") + setup.GetName() + L" " + words, [&](Edit & edit) {
+  return Run(AString(L"setup edit ") + WordOfCommand(setup.GetName()) + L" " + words, [&](Edit & edit) {
     AString const source = SolvedSourceOf(m_session);
     Revise(edit, setup, {source, source}, said.settings);
     AddMissingSolutions(edit, setup);
@@ -98,7 +99,7 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
     return false;
   if (!AString::MatchNoCase(former, newName))
     RefuseTakenSetupName(newName);
-  return Run(AString(L"setup rename ") + former + L" " + newName, [&](Edit & edit) {
+  return Run(AString(L"setup rename ") + WordOfCommand(former) + L" " + WordOfCommand(newName), [&](Edit & edit) {
     auto const other = std::make_shared<AString>(newName);
     ProductSolutionManager & manager = m_session.GetManager();
     edit.Exchange([this, &manager, &setup, other] {
@@ -116,7 +117,7 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
 void Editor::DeleteSetup(AString const & name) {
   BaseSimulationSetup const & setup = FindSetup(name);
   AString const former = setup.GetName();
-  Run(AString(L"setup delete ") + former, [&](Edit & edit) {
+  Run(AString(L"setup delete ") + WordOfCommand(former), [&](Edit & edit) {
     edit.Tell(AString(L"setup ") + former, SettingsWords(m_session, setup), AString());
     m_session.GetManager().DeleteSimulationSetup(setup.GetID(), edit.command.get());
   });
@@ -124,7 +125,7 @@ void Editor::DeleteSetup(AString const & name) {
 
 void Editor::InvalidateSetup(AString const & name) {
   BaseSimulationSetup & setup = FindSetup(name);
-  Run(AString(L"setup invalidate ") + setup.GetName(), [&](Edit & edit) {
+  Run(AString(L"setup invalidate ") + WordOfCommand(setup.GetName()), [&](Edit & edit) {
     setup.Invalidate(edit.command.get(), id::invalidID, kInvalidateSetups | kInvalidateSolutions);
     edit.Tell(AString(L"data of setup ") + setup.GetName(), L"valid", L"stale");
     edit.isInvalidation = true;
@@ -133,7 +134,7 @@ void Editor::InvalidateSetup(AString const & name) {
 
 void Editor::InvalidateSolution(AString const & name) {
   BaseSolution & solution = FindSolution(name);
-  Run(AString(L"setup invalidate ") + solution.GetGlobalSolutionName(), [&](Edit & edit) {
+  Run(AString(L"setup invalidate ") + WordOfCommand(solution.GetGlobalSolutionName()), [&](Edit & edit) {
     solution.Invalidate(edit.command.get(), id::invalidID);
     edit.Tell(AString(L"data of solution ") + solution.GetGlobalSolutionName(), L"valid", L"stale");
     edit.isInvalidation = true;
