@@ -295,8 +295,11 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   if (!tail.empty())
     m_notices.push_back(tail);
   if (!isThere)
-    m_notices.push_back(path + L": the library is missing, and with it all solved points; put back a copy of it before "
-                               L"you save, or solve again");
+    m_notices.push_back(path +
+                        L": the library is missing, and with it all solved points; put back a copy of it before "
+                        L"you save, or solve again (a project file that was renamed needs its results folder "
+                        L"renamed likewise, to " +
+                        m_project->GetName() + L".results)");
 }
 
 void Session::RefuseLibrary(AString const & what) const {
