@@ -46,8 +46,8 @@ void AddDiscardVerb(CLI::App & program, Action & action) {
   AddOutputOptions(*verb, words->output);
   verb->footer(
       "Example:\n  solvedesk discard lowpass\n\n"
-      "Drops unsaved changes of the design and unsaved results, also those that a crash left and that no verb\n"
-      "took over yet. What is saved stays.");
+      "Drops unsaved changes of the design and unsaved results, also those that a crash left, taken over or not.\n"
+      "What is saved stays, and what unsaved work did to it is taken back.");
   verb->callback([&action, words] { action = [words] { return Discard(*words); }; });
 }
 

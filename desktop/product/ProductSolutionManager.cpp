@@ -219,7 +219,7 @@ void ProductSolutionManager::NameForeignObjects() {
 
 void ProductSolutionManager::LeaveOutWhatWasDeleted(long firstForeign) {
   // Who reads shows the saved design and nothing beside it.
-  auto const wasDeleted = [&](long id) { return m_isReadOnly || id < firstForeign; };
+  auto const wasDeleted = [&](long id) { return m_isReadOnly || (id < firstForeign && !m_keepsAll); };
   for (long const id : IdsNotIn(GetSetups(), m_setupsBeingRead))
     if (wasDeleted(id)) {
       m_deletions.emplace_back(id, id::invalidID);

@@ -27,6 +27,8 @@ public:
   /// Before InitializeFromDesign: the library is shown as it was committed, with a length as of when it had that, and
   /// nothing is ever written.
   void SetReadOnly(std::optional<std::uint64_t> length = {});
+  /// For the coming read: the design is not the last one of its library, so nobody can tell what was deleted for good.
+  void KeepWhatTheDesignLacks() { m_keepsAll = true; }
   /// For the coming read: the texts that variations of the library are to have.
   void SetNewTexts(std::function<AString(AString const & variation)> newText) { m_newText = std::move(newText); }
   /// Deletes the blocks of what the design that was read had deleted; for a save.  False when that can't be stored.
@@ -72,6 +74,7 @@ private:
   /// Setup and solution; an invalid solution stands for the whole setup.
   std::vector<std::pair<long, long>> m_deletions;
   std::vector<AString> m_foreignObjects;
+  bool m_keepsAll = false;
   std::vector<SetupOfDesign> m_setupsBeingRead;
 };
 

@@ -22,7 +22,8 @@ AString MakeTemporaryFolder() {
 }
 
 bool IsOfLibrary(AString const & name) {
-  return name.EndsWith(L".qsol") || name.EndsWith(L".qsol_priv") || name.EndsWith(L".qsol_kept");
+  return name.EndsWith(L".qsol") || name.EndsWith(L".qsol_priv") || name.EndsWith(L".qsol_kept") ||
+         name.EndsWith(L".qsol_saved");
 }
 
 void RefuseInUse(LongFileName const & file) {

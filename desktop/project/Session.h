@@ -109,7 +109,7 @@ private:
   // Opening one
   void OpenForReading();
   void OpenForWriting(LeftWork work);
-  void ReadWithWork(ProjectRecord const & record);
+  void ReadWithWork(ProjectRecord const & record, bool isWholeTruth);
   void TakeOverAfterCrash(ProjectRecord const & record);
   void NoteSavedLibrary();
   void TellOfForeignObjects();

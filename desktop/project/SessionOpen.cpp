@@ -126,22 +126,27 @@ void Session::OpenForWriting(LeftWork work) {
   LongFileName const autosaveFile = m_project->GetAutosaveFile();
   AutosaveChoice const autosave = JudgeAutosave(autosaveFile, saved);
   m_hasAutosave = autosave.fate == Fate::kWins;
-  ReadWithWork(m_hasAutosave ? autosave.record : saved);
+  bool const isAutosaveLost = autosave.fate == Fate::kForeign;
+  ReadWithWork(m_hasAutosave ? autosave.record : saved, !isAutosaveLost);
   // Not before the project is known to open.
   if (autosave.fate == Fate::kObsolete)
     LFN_DeleteFile(autosaveFile);
-  else if (autosave.fate == Fate::kForeign)
+  else if (isAutosaveLost)
     SetAside(autosaveFile, autosave.why);
   TellOfForeignObjects();
-  if (m_hasAutosave && !autosave.record.pendingTexts.Empty()) {
-    ProjectRecord record = MakeRecord(); // The texts are what the design has by now.
+  // The texts are what the design has by now, and the next session is to find what this one does.
+  bool const isPending = m_hasAutosave && !autosave.record.pendingTexts.Empty();
+  if (isPending || (isAutosaveLost && m_hasForeignObjects)) {
+    ProjectRecord record = MakeRecord();
     WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
   }
 }
 
 // The private file of the library tells how the last session ended.
-void Session::ReadWithWork(ProjectRecord const & record) {
+void Session::ReadWithWork(ProjectRecord const & record, bool isWholeTruth) {
   MakeDesign(record);
+  if (!isWholeTruth)
+    m_manager->KeepWhatTheDesignLacks();
   AString const path = m_manager->GetQsolPath();
   SavedLibrary(path).ForgetObsolete(m_generation);
   m_savedLength = SavedLibrary(path).Length(m_generation);

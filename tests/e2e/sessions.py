@@ -186,6 +186,45 @@ class Sessions(DeskTest):
         self.assertEqual(done.stderr, '')
         self.assertEqual(snapshot(), saved)
 
+    def test_points_that_a_takeover_brought_count_as_unsaved_until_a_save_and_discard_drops_them(self):
+        self.small_project(netlist=SLOW)
+        self.solve('1000')
+        saved = snapshot()
+        self.kill_a_solve()
+        self.run_desk('recover', 'small')
+        states = self.variations('small')
+        self.assertEqual({name for name, state in states.items() if state['saved']}, {'cap=1e-12; res=1000'})
+        self.assertGreater(len(states), 3)
+        self.assertTrue(self.document('info', 'small')['unsaved_changes'])
+        self.assertEqual(self.document('discard', 'small')['points'], len(states) - 1)
+        self.assertEqual(snapshot(), saved)
+        self.assertIn('nothing to discard', self.run_desk('discard', 'small').stdout)
+
+    def test_points_of_a_setup_that_a_damaged_autosave_alone_knew_are_kept_and_told(self):
+        self.small_project()
+        self.run_desk('setup', 'small', 'add', 'Fine', 'lin', '21', '1meg', '1g')
+        self.solve('1,2', '--setup', 'Fine', '--no-save')
+        damaged = bytearray(read(AUTOSAVE))
+        damaged[len(damaged) // 2] ^= 4
+        with open(AUTOSAVE, 'wb') as file:
+            file.write(damaged)
+        library = content(LIBRARY)
+        told = self.run_desk('set', 'small', 'res=60').stderr
+        self.assertIn("holds the setup 'Fine', which the project file does not know; it is kept as unsaved work", told)
+        self.assertEqual(content(LIBRARY), library)
+        self.run_desk('save', 'small')
+        states = self.variations('small', setup='Fine').values()
+        self.assertEqual([(s['has_data'], s['valid'], s['saved']) for s in states], [(True, True, True)] * 2)
+        self.assertEqual(self.run_desk('info', 'small').stderr, '')
+
+    def test_the_autosave_is_there_before_results_are_also_when_the_design_is_what_was_saved(self):
+        self.small_project()
+        self.solve('50')
+        self.assertIsNone(content(AUTOSAVE))
+        self.run_desk('solve', 'small', '--again', '--no-save')
+        self.assertTrue(content(AUTOSAVE))
+        self.assertTrue(content(PRIVATE))
+
     def test_a_takeover_without_room_changes_nothing_and_no_save_follows(self):
         acknowledged = self.crash()
         before = snapshot()

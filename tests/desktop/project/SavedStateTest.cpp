@@ -166,6 +166,26 @@ TEST_F(SavedState, ASetupThatComesBackTakesNoNameThatIsTaken) {
   EXPECT_FALSE(HasPoint(*session, L"Added", kFirst));
 }
 
+TEST_F(SavedState, PointsOfASetupWhoseSavedDeletionWasUndoneStayWhenTheAutosaveIsLost) {
+  {
+    auto const session = Open();
+    session->GetEditor().DeleteSetup(L"Fine");
+    session->Save();
+    session->GetEditor().Undo();
+    ASSERT_EQ(Store(*session, L"Fine", kSecond), 0);
+  }
+  DamageAutosave();
+  for (bool const isSecondTime : {false, true}) {
+    auto const session = Open();
+    EXPECT_EQ(Told(*session).find("holds the setup 'Fine'") != std::string::npos, !isSecondTime) << Told(*session);
+    EXPECT_TRUE(HasPoint(*session, L"Fine", kSecond));
+    EXPECT_TRUE(session->HasUnsavedChanges());
+    if (isSecondTime)
+      session->Save();
+  }
+  EXPECT_TRUE(HasPoint(*Open(), L"Fine", kSecond));
+}
+
 TEST_F(SavedState, UnsavedPointsStayUnsavedWhereASavedDeletionIsStillToBeCarriedOut) {
   {
     auto const session = Open();
