@@ -39,14 +39,18 @@ int Delete(DeleteWords const & words) {
 
 void AddDeleteVerb(CLI::App & program, Action & action) {
   auto const words = std::make_shared<DeleteWords>();
-  CLI::App * const verb = program.add_subcommand("delete", "delete the data of a variation, or a solution");
+  CLI::App * const verb =
+      program.add_subcommand("delete", "delete the data of a variation, or a solution with all data");
   AddProjectWord(*verb, words->project);
   verb->add_option("--variation", words->variation, "the point, as info lists it: 'cscale=0.9; lscale=1'");
-  verb->add_option("--solution", words->solution, "the solution, by its name or 'SETUP : SOLUTION'");
+  verb->add_option("--solution", words->solution, "the solution and all data in it, by its name or 'SETUP : SOLUTION'");
   verb->add_option("--setup", words->setup, "delete the variation's data in this setup alone");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Example:\n  solvedesk delete lowpass --variation 'cscale=0.9; lscale=1'\n\n"
-               "Within a shell, undo brings the data back.");
+  verb->footer(
+      "Example:\n  solvedesk delete lowpass --variation 'cscale=0.9; lscale=1'\n\n"
+      "Within a shell, undo brings the data back. Outside, discard does until a save, and a solve that stored a point\n"
+      "saves. A setup whose solution was deleted is solved again after `reload` or `setup edit`, which make it a\n"
+      "new, empty one.");
   verb->callback([&action, words] { action = [words] { return Delete(*words); }; });
 }
 

@@ -41,8 +41,19 @@ void EditResult::Print(OutputOptions const & output, std::string const & project
 void EditResult::Print(OutputOptions const & output, std::string const & project, bool isChanged,
                        std::string const & unchanged, nlohmann::ordered_json const & items) const {
   auto const changes = isChanged ? m_session.GetEditor().GetLastChanges() : std::vector<desktop::EditChange>();
+  Print(output, project, changes, isChanged ? std::string() : unchanged + "\n", isChanged, items);
+}
+
+void EditResult::PrintChanges(OutputOptions const & output, std::string const & project,
+                              std::vector<desktop::EditChange> const & changes,
+                              nlohmann::ordered_json const & items) const {
+  Print(output, project, changes, std::string(), true, items);
+}
+
+void EditResult::Print(OutputOptions const & output, std::string const & project,
+                       std::vector<desktop::EditChange> const & changes, std::string text, bool isChanged,
+                       nlohmann::ordered_json const & items) const {
   std::size_t const validAfter = CountValid(m_session);
-  std::string text = isChanged ? std::string() : unchanged + "\n";
   for (desktop::EditChange const & change : changes)
     text += ChangeText(change) + "\n";
   text += ValidText(m_validBefore, validAfter);

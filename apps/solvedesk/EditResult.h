@@ -26,8 +26,15 @@ public:
   /// The same with items of the verb's own in front of the others.
   void Print(OutputOptions const & output, std::string const & project, bool isChanged, std::string const & unchanged,
              nlohmann::ordered_json const & items) const;
+  /// The changes of several steps.
+  void PrintChanges(OutputOptions const & output, std::string const & project,
+                    std::vector<desktop::EditChange> const & changes, nlohmann::ordered_json const & items) const;
 
 private:
+  void Print(OutputOptions const & output, std::string const & project,
+             std::vector<desktop::EditChange> const & changes, std::string text, bool isChanged,
+             nlohmann::ordered_json const & items) const;
+
   desktop::Session & m_session;
   std::size_t m_validBefore;
 };

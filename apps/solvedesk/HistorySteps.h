@@ -1,7 +1,6 @@
 #pragma once
 
 #include "apps/solvedesk/Verbs.h"
-#include "desktop/command/Editor.h"
 
 namespace solvedesk {
 
@@ -10,7 +9,7 @@ struct HistoryStep {
   char const * verb;
   char const * description;
   char const * nothing; ///< told when there is no such step
-  bool (desktop::Editor::*step)();
+  bool isBack;          ///< undo; else redo
 };
 
 void AddHistorySteps(CLI::App & program, Action & action, HistoryStep const & step);

@@ -4,6 +4,7 @@
 #include "apps/solvedesk/StaleReport.h"
 #include "apps/solvedesk/Verbs.h"
 #include "basekit/value/Variable.h"
+#include "desktop/command/DesignState.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
@@ -56,8 +57,12 @@ std::string SweepText(SweepDefinition const & sweep) {
   }
 }
 
+char const * StateWord(VariationState const & state) {
+  return state.isFormer ? "former" : state.isValid ? "valid" : "stale";
+}
+
 std::string StateText(VariationState const & state) {
-  return fmt::format("{:<5}  {:<7}  {}", state.isValid ? "valid" : "stale", state.hasData ? "data" : "no data",
+  return fmt::format("{:<6}  {:<7}  {}", StateWord(state), state.hasData ? "data" : "no data",
                      !state.hasData  ? "-"
                      : state.isSaved ? "saved"
                                      : "unsaved");
@@ -119,6 +124,10 @@ private:
     setup.GetSweepDefinitions(sweeps);
     m_text += fmt::format("  setup {}, {}\n", Utf8(setup.GetName()), Utf8(setup.GetSimSetupTypeName()));
     Json json{{"name", Utf8(setup.GetName())}, {"type", Utf8(setup.GetSimSetupTypeName())}, {"sweeps", Json::array()}};
+    std::string const settings = Utf8(desktop::SettingsWords(m_session, setup));
+    json["settings"] = settings;
+    if (sweeps.empty() && !settings.empty())
+      m_text += fmt::format("    {}\n", settings);
     for (SweepDefinition const * sweep : sweeps) {
       m_text += fmt::format("    sweep {}\n", SweepText(*sweep));
       json["sweeps"].push_back(SweepJson(*sweep));
@@ -132,17 +141,21 @@ private:
   Json SolutionJson(BaseSolution const & solution) {
     auto const variations = m_states.Of(solution);
     SolutionCounts const counts = Count(variations);
-    m_text += fmt::format("    solution {}: {}, {} valid, {} with data, {} saved\n", Utf8(solution.GetSolutionName()),
-                          Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved);
+    m_text += fmt::format("    solution {}: {}, {} valid, {} with data, {} saved{}\n", Utf8(solution.GetSolutionName()),
+                          Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved,
+                          counts.former > 0 ? ", " + Count(counts.former, "former version") : std::string());
     Json json{{"name", Utf8(solution.GetSolutionName())}, {"variations", Json::array()}};
     StaleReport reasons(m_session, solution);
     for (VariationState const & state : variations) {
-      m_text += fmt::format("      {}  {}\n", StateText(state), Utf8(state.variation));
+      m_text += fmt::format("      {}  {}\n", StateText(state),
+                            state.variation.empty() ? "(no variables)" : Utf8(state.variation));
       json["variations"].push_back({{"variation", Utf8(state.variation)},
                                     {"valid", state.isValid},
                                     {"has_data", state.hasData},
-                                    {"saved", state.isSaved}});
-      if (m_why && !state.isValid)
+                                    {"saved", state.isSaved},
+                                    {"former", state.isFormer},
+                                    {"version", state.version}});
+      if (m_why && !state.isValid && !state.isFormer)
         json["variations"].back()["why"] = reasons.Why(*state.object);
     }
     if (!m_why)
@@ -177,9 +190,11 @@ void AddInfoVerb(CLI::App & program, Action & action) {
   AddProjectWord(*verb, words->project);
   verb->add_flag("--why", words->why, "tell which edit made data stale, and what makes it valid again");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Examples:\n  solvedesk info lowpass --json\n  solvedesk info lowpass --why\n\n"
-               "A variation is valid while nothing changed since it was solved, and saved once it is in the committed\n"
-               "library.  While another process has the project, the state that was saved last is shown.");
+  verb->footer(
+      "Examples:\n  solvedesk info lowpass --json\n  solvedesk info lowpass --why\n\n"
+      "A variation is valid while nothing changed since it was solved, stale when something did, and saved once it is\n"
+      "in the committed library; a former one is an older version of a point that was solved again.  While another "
+      "process has the project, the state that was saved last is shown.");
   verb->callback([&action, words] { action = [words] { return ShowProject(*words); }; });
 }
 

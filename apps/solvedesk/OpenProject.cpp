@@ -84,7 +84,7 @@ std::shared_ptr<desktop::Session> OpenForReading(std::string const & project) {
     reason = error.what();
   }
   auto session = Open(project, desktop::Session::Access::kReadOnly);
-  PrintMessage(reason + " (what follows is the state that was saved last)");
+  PrintMessage(reason.substr(0, reason.rfind("; ")) + "; what follows is the state that was saved last");
   return session;
 }
 

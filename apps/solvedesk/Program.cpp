@@ -6,6 +6,9 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <iostream>
+#include <regex>
+#include <sstream>
 
 namespace solvedesk {
 namespace {
@@ -33,7 +36,22 @@ char const * const kShellHelpEnd = R"(Examples:
   undo
   info --why
 
-Every verb has its own help: solve --help.  'exit' or the end of the input ends the shell.)";
+Every verb has its own help: solve --help.  'exit', 'quit' or the end of the input ends the shell.)";
+
+// Of a verb as it is typed in a shell: without the project's name.
+std::string WithoutProject(std::string const & help) {
+  std::string text = std::regex_replace(help, std::regex("\\n +PROJECT [^\\n]*(\\n {20,}[^\\n]*)*"), "");
+  text = std::regex_replace(text, std::regex(" PROJECT(?=[ \\n])"), "");
+  return std::regex_replace(text, std::regex("solvedesk ([a-z]+) lowpass"), "$1");
+}
+
+// "help", "help VERB".
+void TakeHelp(std::vector<std::string> & words) {
+  if (words.empty() || words[0] != "help" || words.size() > 2)
+    return;
+  words.erase(words.begin());
+  words.push_back("--help");
+}
 
 } // namespace
 
@@ -79,6 +97,23 @@ void Program::AddVerbs() {
   AddWorkerVerb(*m_app, m_action);
 }
 
+// What is typed by habit.
+void Program::RefuseOwnName(std::vector<std::string> const & words) const {
+  std::string const extension = ".sproject";
+  auto const bare = [&](std::string const & path) {
+    return path.ends_with(extension) ? path.substr(0, path.size() - extension.size()) : path;
+  };
+  if (words.size() > 1 && bare(words[1]) == bare(m_project))
+    throw desktop::Error(desktop::ErrorKind::kUsage,
+                         text::FromUtf8(words[0] + ": verbs of a shell take no project; leave '" + words[1] + "' out"));
+}
+
+void Program::PrintHelp(CLI::ParseError const & asked) {
+  std::ostringstream text;
+  m_app->exit(asked, text);
+  std::cout << (m_place == Place::kShell ? WithoutProject(text.str()) : text.str());
+}
+
 std::string Program::HelpCommand() const {
   std::string const program = m_place == Place::kShell ? "" : "solvedesk ";
   for (CLI::App const * verb : m_app->get_subcommands())
@@ -90,11 +125,12 @@ std::string Program::VerbNames() const {
   std::string names;
   for (CLI::App const * verb : m_app->get_subcommands([](CLI::App const * any) { return !any->get_group().empty(); }))
     names += (names.empty() ? "" : ", ") + verb->get_name();
-  return names;
+  return m_place == Place::kShell ? names + ", help, exit" : names;
 }
 
 bool Program::Parse(std::vector<std::string> words) {
   using desktop::Error;
+  TakeHelp(words);
   // The first word is the verb; a wrong one is named.
   bool const isVerb = !words.empty() && !words[0].starts_with("-");
   auto const isNamed = [&words](CLI::App const * verb) { return verb->get_name() == words[0]; };
@@ -104,6 +140,8 @@ bool Program::Parse(std::vector<std::string> words) {
                                (m_place == Place::kShell ? "--help" : "solvedesk --help")));
   // Verbs take a project's name; in a shell no line bears one.
   if (isVerb && m_place == Place::kShell)
+    RefuseOwnName(words);
+  if (isVerb && m_place == Place::kShell)
     words.insert(words.begin() + 1, m_project);
   try {
     std::reverse(words.begin(), words.end());
@@ -111,7 +149,7 @@ bool Program::Parse(std::vector<std::string> words) {
   } catch (CLI::ParseError const & error) {
     if (error.get_exit_code() != 0)
       throw Error(desktop::ErrorKind::kUsage, text::FromUtf8(std::string(error.what()) + "; see " + HelpCommand()));
-    m_app->exit(error);
+    PrintHelp(error);
     return false;
   }
   return true;

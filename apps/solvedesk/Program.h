@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class ParseError;
+}
+
 namespace solvedesk {
 
 /// The verbs with their options: words are parsed once and then carried out.
@@ -32,6 +36,8 @@ private:
   void AddVerbs();
   std::string VerbNames() const;
   std::string HelpCommand() const;
+  void PrintHelp(CLI::ParseError const & asked);
+  void RefuseOwnName(std::vector<std::string> const & words) const;
 
   Place m_place;
   std::string m_project;

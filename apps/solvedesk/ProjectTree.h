@@ -18,7 +18,9 @@ namespace solvedesk {
 /// One solved point as it stands: what `info` tells about it.
 struct VariationState {
   AString variation;
-  bool isValid = false; ///< solved at the present version of its solution
+  long version = 0;
+  bool isValid = false;  ///< solved at the present version of its solution
+  bool isFormer = false; ///< a newer version of the point is there: history, neither valid nor missing
   bool hasData = false;
   bool isSaved = false; ///< its data is part of the committed library
   BaseSolutionVariation const * object = nullptr;
@@ -28,7 +30,7 @@ struct VariationState {
 class VariationStates {
 public:
   explicit VariationStates(desktop::Session const & session);
-  /// In the order of the variations' IDs, versions from old to new.
+  /// In the order of the points, numbers by their size; versions from old to new.
   std::vector<VariationState> Of(BaseSolution const & solution) const;
 
 private:
@@ -38,12 +40,13 @@ private:
   std::unordered_set<AString, HashOfName> m_committed;
 };
 
-/// Solved, valid and with data: what can be handed out.
+/// Points, each counted once, and how many of them are valid, have data, are saved.
 struct SolutionCounts {
   std::size_t all = 0;
   std::size_t valid = 0;
   std::size_t withData = 0;
   std::size_t saved = 0;
+  std::size_t former = 0; ///< versions that are history
 };
 SolutionCounts Count(std::vector<VariationState> const & variations);
 

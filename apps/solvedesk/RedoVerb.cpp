@@ -4,9 +4,8 @@
 namespace solvedesk {
 
 void AddRedoVerb(CLI::App & program, Action & action) {
-  AddHistorySteps(
-      program, action,
-      {"redo", "make the command stand again that was undone last", "nothing to redo", &desktop::Editor::Redo});
+  AddHistorySteps(program, action,
+                  {"redo", "make the command stand again that was undone last", "nothing to redo", false});
 }
 
 } // namespace solvedesk

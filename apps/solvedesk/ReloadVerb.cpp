@@ -36,9 +36,11 @@ void AddReloadVerb(CLI::App & program, Action & action) {
   CLI::App * const verb = program.add_subcommand("reload", "read the changed netlist again: one edit");
   AddProjectWord(*verb, words->project);
   AddOutputOptions(*verb, words->output);
-  verb->footer("Example:\n  solvedesk reload lowpass\n\n"
-               "Only a change of the circuit makes solved data stale: not one of values of .param, of .sp lines or of\n"
-               "comments. What was changed here too stays as it is here, and is told.");
+  verb->footer(
+      "Example:\n  solvedesk reload lowpass\n\n"
+      "A change of the circuit makes solved data stale, and one of the value of a .param that is no variable of the\n"
+      "project: not one of other values of .param, of .sp lines or of comments. A setup whose solution was\n"
+      "deleted gets a new one. What was changed here too stays as it is here, and is told.");
   verb->callback([&action, words] { action = [words] { return Reload(*words); }; });
 }
 

@@ -107,11 +107,13 @@ void AddSetVerb(CLI::App & program, Action & action) {
   CLI::App * const verb = program.add_subcommand("set", "change design variables; `save` makes it permanent");
   AddProjectWord(*verb, words->project);
   verb->add_option("NAME=VALUE", words->assignments, "a variable and its new value: 0.95, 1e-12, 2.2p");
-  verb->add_option("--add", words->added, "NAME=VALUE: a new variable; what is solved was solved with this value")
+  verb->add_option("--add", words->added,
+                   "NAME=VALUE: a new variable; what is solved was solved with the netlist's own value of it")
       ->allow_extra_args(false);
   verb->add_option("--rename", words->renamed, "NAME=NEWNAME: another name, in what is solved too")
       ->allow_extra_args(false);
-  verb->add_option("--remove", words->removed, "NAME: no variable any more; what was solved at its value stays")
+  verb->add_option("--remove", words->removed,
+                   "NAME: no variable any more; the netlist's own value counts, and what was solved at it stays valid")
       ->allow_extra_args(false);
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"

@@ -7,7 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <map>
+#include <regex>
 
 namespace solvedesk {
 namespace {
@@ -32,11 +32,25 @@ AString Joined(std::vector<std::string> const & words) {
                        L"setup " + ArgumentText(words.action) + L" " + ArgumentText(words.name) + L": " + problem);
 }
 
+// A netlist reads them as milli; whoever types a frequency means mega.
+void RefuseAmbiguous(SetupWords const & words) {
+  static std::regex const ambiguous("[-+]?[0-9.]+[mM]([hH][zZ])?");
+  for (std::string const & word : words.words)
+    if (std::regex_match(word, ambiguous))
+      throw desktop::Error(desktop::ErrorKind::kUsage,
+                           L"setup " + ArgumentText(words.action) + L" " + ArgumentText(words.name) + L": '" +
+                               ArgumentText(word) +
+                               L"' can be read in two ways (milli as in netlists, or mega); write "
+                               L"meg, as in 10meg, or the exponent");
+}
+
 bool Change(desktop::Editor & editor, SetupWords const & words) {
   AString const name = ArgumentText(words.name);
   AString const rest = Joined(words.words);
   if ((words.action == "delete" || words.action == "invalidate") && !rest.empty())
     Refuse(words, L"takes no words behind the name");
+  if (words.action == "add" || words.action == "edit")
+    RefuseAmbiguous(words);
   if (words.action == "add")
     editor.AddSetup(name, rest);
   else if (words.action == "edit")

@@ -29,6 +29,14 @@ struct ShellWords {
   bool json = false;
 };
 
+bool IsEnd(std::vector<std::string> const & words) {
+  if (words.empty() || (words[0] != "exit" && words[0] != "quit"))
+    return false;
+  if (words.size() > 1)
+    throw desktop::Error(ErrorKind::kUsage, ArgumentText(words[0]) + L": takes no words; write it alone");
+  return true;
+}
+
 /// Carries out lines on the project that is open.
 class Shell {
 public:
@@ -80,7 +88,7 @@ private:
   int RunWords(std::string const & line, std::string & error) {
     try {
       auto const words = WordsOfLine(line);
-      m_isEnded = words.size() == 1 && (words[0] == "exit" || words[0] == "quit");
+      m_isEnded = IsEnd(words);
       Program program(Program::Place::kShell, m_words.project);
       return words.empty() || m_isEnded || !program.Parse(words) ? 0 : program.Run();
     } catch (desktop::Error const & refused) {

@@ -33,8 +33,11 @@ std::string SolveResult::Summary() const {
     text += fmt::format(", {} given more than once", requested.repeated);
   if (outcome.interrupted)
     text += ", stopped before the end";
-  bool const isNothing = outcome.stored == 0 && requested.alreadyValid == 0;
-  return text + (isNothing ? "" : isSaved ? "; saved" : "; not saved");
+  if (outcome.stored == 0)
+    return text + (hadUnsaved ? "; nothing to save, and what was unsaved stays so" : "");
+  if (!isSaved)
+    return text + "; not saved";
+  return text + (hadUnsaved ? "; saved, with what was unsaved before" : "; saved");
 }
 
 int SolveResult::ExitCode() const {

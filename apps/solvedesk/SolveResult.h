@@ -14,6 +14,7 @@ struct SolveResult {
   desktop::RequestedPoints requested;
   desktop::SolveOutcome outcome;
   bool isSaved = false;
+  bool hadUnsaved = false; ///< edits or results of before
 
   nlohmann::ordered_json Numbers() const;
   /// The last line of the events.

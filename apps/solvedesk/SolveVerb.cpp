@@ -2,6 +2,7 @@
 #include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/SolveListener.h"
 #include "apps/solvedesk/SolveResult.h"
+#include "apps/solvedesk/StalePoints.h"
 #include "apps/solvedesk/StopOnSignals.h"
 #include "apps/solvedesk/StudyWords.h"
 #include "apps/solvedesk/Verbs.h"
@@ -9,6 +10,7 @@
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <CLI/CLI.hpp>
 
@@ -25,6 +27,7 @@ struct SolveWords {
   StudyWords study;
   int jobs = 0;
   double timeLimit = 3600;
+  bool stale = false;
   bool again = false;
   bool noSave = false;
   bool events = false;
@@ -54,6 +57,10 @@ void CheckNumbers(SolveWords const & words) {
     throw desktop::Error(ErrorKind::kUsage, L"--jobs: takes 1 to 1024 worker processes, or 0 for one a core");
   if (!(words.timeLimit > 0 && words.timeLimit <= 1e9))
     throw desktop::Error(ErrorKind::kUsage, L"--time-limit: takes seconds above 0, at most 1e9");
+  bool const hasStudy = !words.study.vary.empty() || !words.study.files.empty() || words.study.sample;
+  if (words.stale && hasStudy)
+    throw desktop::Error(ErrorKind::kUsage, L"--stale: takes the points from what was solved; leave --vary, --points "
+                                            L"and --sample out");
   if (words.events && words.output.json)
     throw desktop::Error(ErrorKind::kUsage, L"--events and --json: both print on standard output; give one of them");
 }
@@ -88,6 +95,7 @@ public:
   int Run(desktop::Study const & study) {
     std::vector<BaseSimulationSetup *> const setups = SetupsToSolve();
     m_session->CheckSourceUnchanged();
+    m_result.hadUnsaved = m_session->HasUnsavedChanges();
     if (m_words.events)
       std::signal(SIGPIPE, SIG_IGN); // A reader that goes away is met as a request to stop.
     try {
@@ -105,10 +113,26 @@ private:
   std::vector<BaseSimulationSetup *> SetupsToSolve() const {
     auto setups = ChooseSetups(*m_session, m_words.setups);
     if (setups.empty())
-      throw desktop::Error(ErrorKind::kUsage,
-                           ProjectPath(m_words.project) +
-                               L": has no setup to solve; make one in the source, such as by a .sp line of a netlist");
+      throw desktop::Error(ErrorKind::kUsage, ProjectPath(m_words.project) +
+                                                  L": has no setup to solve; make one with `setup add`, or in the "
+                                                  L"source and reload");
+    for (BaseSimulationSetup const * setup : setups)
+      if (setup->GetSolutions().empty())
+        throw desktop::Error(ErrorKind::kUsage,
+                             setup->GetName() + L": the setup's solution was deleted, so it can't be solved; `reload` "
+                                                L"or `setup edit` make it a new one, `--setup` chooses others");
     return setups;
+  }
+
+  desktop::RequestedPoints Request(desktop::Study const & study, std::vector<BaseSimulationSetup *> const & setups,
+                                   desktop::SolveQueue * anew) {
+    if (!m_words.stale)
+      return desktop::RequestStudy(*m_session, setups, study, anew);
+    desktop::RequestedPoints all;
+    for (BaseSimulationSetup * setup : setups)
+      if (auto const stale = StalePointsOf(*m_session, *setup))
+        all.points += desktop::RequestStudy(*m_session, {setup}, *stale, anew).points;
+    return all;
   }
 
   void RunAndSave(desktop::Study const & study, std::vector<BaseSimulationSetup *> const & setups) {
@@ -116,12 +140,14 @@ private:
     {
       // Also while points are queued: a request to stop then ends the run before it begins.
       StopOnSignals const stopOnSignals;
-      m_result.requested = desktop::RequestStudy(*m_session, setups, study, m_words.again ? &solver.Queue() : nullptr);
+      m_result.requested = Request(study, setups, m_words.again ? &solver.Queue() : nullptr);
       for (AString const & note : m_result.requested.notes)
         PrintMessage("note: " + Utf8(note));
       m_result.outcome = solver.Queue().Run(m_listener);
     }
-    if (!m_words.noSave && m_session->HasUnsavedChanges())
+    // Edits are saved with results alone.  Where all was saved before, what is there is no more than new IDs.
+    bool const isDue = m_result.outcome.stored > 0 || !m_result.hadUnsaved;
+    if (!m_words.noSave && isDue && m_session->HasUnsavedChanges())
       SaveSolved(*m_session, m_words.project, m_result.outcome.stored);
   }
 
@@ -176,21 +202,26 @@ void AddSolveVerb(CLI::App & program, Action & action) {
   AddStudyOptions(*verb, words->study);
   verb->add_option("--jobs", words->jobs, "worker processes; 0: one for each core")->capture_default_str();
   verb->add_option("--time-limit", words->timeLimit, "seconds that one point may take")->capture_default_str();
+  verb->add_flag("--stale", words->stale, "the points that were solved and are stale, instead of those told here");
   verb->add_flag("--again", words->again,
                  "solve also points that are valid already, such as one whose data is damaged");
-  verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work");
+  verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work, and all edits with them");
   verb->add_flag("--events", words->events, "print one JSON line for each point once it is safe: stored or failed");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Examples:\n"
-               "  solvedesk solve lowpass\n"
-               "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n"
-               "  solvedesk solve lowpass --vary cscale=0.9,1,1.1,lscale=1.1,1,0.9      three points, not nine\n"
-               "  solvedesk solve lowpass --points corners.csv\n"
-               "  solvedesk solve lowpass --sample 100 --seed 7 --vary cscale=0.9:1.1 --vary lscale=0.9:1.1\n\n"
-               "--vary words, each --points file and the sample make a grid together, the last one running fastest.\n"
-               "Points that are valid already are not solved again, unless --again says so. Ctrl-C once finishes what "
-               "runs, twice stops now;\n"
-               "what is solved is kept either way.");
+  verb->footer(
+      "Examples:\n"
+      "  solvedesk solve lowpass\n"
+      "  solvedesk solve lowpass --vary cscale=0.9:1.1:0.05 --vary lscale=0.9,1,1.1 --jobs 2\n"
+      "  solvedesk solve lowpass --vary cscale=0.9,1,1.1,lscale=1.1,1,0.9      three points, not nine\n"
+      "  solvedesk solve lowpass --points corners.csv\n"
+      "  solvedesk solve lowpass --stale\n"
+      "  solvedesk solve lowpass --sample 100 --seed 7 --vary cscale=0.9:1.1 --vary lscale=0.9:1.1\n\n"
+      "--vary words, each --points file and the sample make a grid together, the last one running fastest.\n"
+      "Points that are valid already are not solved again, unless --again says so. Ctrl-C once finishes what "
+      "runs, twice stops now;\n"
+      "what is solved is kept either way. A solve that stored a point saves the project: unsaved edits go with "
+      "it, and\nthere is no discarding them then. One that stored nothing saves nothing; --no-save keeps all "
+      "unsaved.");
   verb->callback([&action, words] { action = [words] { return Solve(*words); }; });
 }
 

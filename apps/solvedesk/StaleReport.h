@@ -1,9 +1,13 @@
 #pragma once
 
+#include "basekit/text/AString.h"
+
 #include <nlohmann/json.hpp>
 
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 class BaseSolution;
 class BaseSolutionVariation;
@@ -30,12 +34,17 @@ private:
   struct Group {
     std::string reason;
     long long count = 0;
-    std::string remedies;
+    long long solvable = 0;
+    std::vector<AString> shared; ///< remedies that help all of them
+    std::string solve;           ///< what solves the only one
   };
+
+  std::string SetupWord() const;
 
   desktop::Session & m_session;
   BaseSolution const & m_solution;
-  std::map<long, Group> m_groups; ///< by the version that the data is of
+  /// By the version that the data is of, and what the design lacks.
+  std::map<std::pair<long, AString>, Group> m_groups;
 };
 
 } // namespace solvedesk

@@ -4,7 +4,7 @@
 namespace solvedesk {
 
 void AddUndoVerb(CLI::App & program, Action & action) {
-  AddHistorySteps(program, action, {"undo", "take back the last command", "nothing to undo", &desktop::Editor::Undo});
+  AddHistorySteps(program, action, {"undo", "take back the last command", "nothing to undo", true});
 }
 
 } // namespace solvedesk

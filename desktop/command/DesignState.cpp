@@ -1,5 +1,6 @@
 #include "desktop/command/DesignState.h"
 
+#include "desktop/command/SolvedSource.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
@@ -11,7 +12,8 @@
 namespace desktop {
 
 DesignState::DesignState(Session & session)
-    : m_source(session.GetProject().GetSourceBase().fingerprint), m_variation(session.GetDesign().GetVariation()) {
+    : m_source(SolvedSourceOf(session)), m_sourceDate(session.GetProject().GetSourceBase().date),
+      m_variation(session.GetDesign().GetVariation()) {
   for (auto const & [setupID, setup] : session.GetManager().GetSetups()) {
     m_settings[setupID] = SettingsWords(session, *setup);
     m_versions[{setupID, -1}] = setup->GetVersionID();
@@ -23,6 +25,12 @@ DesignState::DesignState(Session & session)
 AString DesignState::SettingsOf(long setupID) const {
   auto const at = m_settings.find(setupID);
   return at == m_settings.end() ? AString() : at->second;
+}
+
+AString SolvedSourceOf(Session & session) {
+  return SolvedSource(session.GetProject().GetSourceBase(), [&design = session.GetDesign()](AString const & name) {
+    return design.FindVariable(name) != nullptr;
+  });
 }
 
 io::CBlock SettingsOf(Session & session, BaseSimulationSetup const & setup) {

@@ -19,7 +19,9 @@ class DesignState {
 public:
   explicit DesignState(Session & session);
 
+  /// What is solved from it; see SolvedSource.
   AString const & Source() const { return m_source; }
+  AString const & SourceDate() const { return m_sourceDate; }
   AString const & Variation() const { return m_variation; }
   std::map<VersionedObject, long> const & Versions() const { return m_versions; }
   /// In words; empty for a setup that was not there.
@@ -27,11 +29,14 @@ public:
 
 private:
   AString m_source;
+  AString m_sourceDate;
   AString m_variation;
   std::map<VersionedObject, long> m_versions;
   std::map<long, AString> m_settings;
 };
 
+/// What is solved from: the source, and the values that are its own.
+AString SolvedSourceOf(Session & session);
 /// A setup's settings as its jobs get them.
 io::CBlock SettingsOf(Session & session, BaseSimulationSetup const & setup);
 AString SettingsWords(Session & session, BaseSimulationSetup const & setup);

@@ -33,6 +33,12 @@ std::optional<long> EditLog::VersionOf(VersionedObject object, AString const & s
   return last && last->order > lastInvalidation ? std::optional(last->departure.version) : std::nullopt;
 }
 
+void EditLog::ForEachSource(
+    std::function<void(VersionedObject const & object, long version, AString & source)> const & visit) {
+  for (auto & [key, entry] : m_departures)
+    visit(key.first, key.second, entry.departure.source);
+}
+
 void EditLog::DepartPoint(PointDeparture departure) {
   ArrivePoint(departure.variation);
   m_points.push_front(std::move(departure));

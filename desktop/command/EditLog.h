@@ -44,7 +44,8 @@ struct VersionedObject {
 struct Departure {
   VersionedObject object;
   long version = -1;
-  AString source;              ///< the source's fingerprint at that version
+  AString source;              ///< what was solved from at that version; see SolvedSource
+  AString sourceDate;          ///< when that source was read; empty where that is not known
   AString settings;            ///< the setup's, in words
   bool isInvalidation = false; ///< on purpose: undo alone brings this version, or an older one, back
   std::shared_ptr<EditStory const> story;
@@ -76,6 +77,9 @@ public:
   /// The one that was left last comes first.
   std::list<PointDeparture> const & Points() const { return m_points; }
 
+  /// Of each version that the log knows: what is solved from the source at it; empty for one that nobody may go back
+  /// to.
+  void ForEachSource(std::function<void(VersionedObject const & object, long version, AString & source)> const & visit);
   bool HasDepartures() const { return !m_departures.empty(); }
   /// Forgets versions that nothing is kept of; an invalidation stays, as it bars what is older.
   void Keep(std::function<bool(VersionedObject object, long version)> const & isKept);

@@ -4,6 +4,7 @@
 #include "desktop/Error.h"
 #include "desktop/command/DesignState.h"
 #include "desktop/command/Edit.h"
+#include "desktop/command/MisfitVariations.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
@@ -45,11 +46,13 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
     auto const story =
         std::make_shared<EditStory const>(EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
     TellLog(before, story, edit.isInvalidation);
+    MarkMisfits(m_session);
     m_session.Autosave();
   } catch (...) {
     edit.command->RollBack();
     m_failure.Take();
     m_session.GetEditLog() = formerLog;
+    MarkMisfits(m_session);
     if (isFirst)
       m_session.EndAutosave();
     throw;
@@ -110,11 +113,13 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
   try {
     RefuseFailure(m_failure);
     TellLog(before, std::make_shared<EditStory const>(story), told.isInvalidation && way == EditStory::Way::kRedone);
+    MarkMisfits(m_session);
     m_session.Autosave();
   } catch (...) {
     (m_history.*back)();
     m_failure.Take();
     m_session.GetEditLog() = formerLog;
+    MarkMisfits(m_session);
     if (isFirst)
       m_session.EndAutosave();
     throw;
@@ -130,7 +135,8 @@ void Editor::TellLog(DesignState const & before, std::shared_ptr<EditStory const
     auto const now = after.Versions().find(object);
     if (now == after.Versions().end() || now->second == version)
       continue;
-    log.Depart({object, version, before.Source(), before.SettingsOf(object.setupID), isInvalidation, story});
+    log.Depart({object, version, before.Source(), before.SourceDate(), before.SettingsOf(object.setupID),
+                isInvalidation, story});
     log.Arrive(object, now->second);
   }
   if (after.Variation() == before.Variation())

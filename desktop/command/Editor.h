@@ -39,10 +39,12 @@ public:
 
   // Design variables.  A change of a value makes no data stale: it leads to another variation.
   bool SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
-  /// What is solved was solved with the value: its variations get it into their texts.  The same for the other two.
+  /// What is solved was solved with the value that the source gives to the name: its variations get that into their
+  /// texts.  Of a name that the source doesn't know they can't tell, so nothing that is solved is a point any more.
   void AddVariable(AString const & name, AString const & value);
   bool RenameVariable(AString const & name, AString const & newName);
-  /// Variations of another value than the present one keep it in their texts, and so belong to no design any more.
+  /// What the source says counts from then on: variations of that value are points without it.  Others keep theirs in
+  /// their texts, and so belong to no point any more.
   void RemoveVariable(AString const & name);
 
   // Setups
@@ -93,8 +95,16 @@ private:
 
   void ChangeVariables(Edit & edit, std::vector<std::pair<AString, AString>> const & variables);
   bool RunWithTexts(AString const & command, std::vector<std::pair<AString, AString>> const & variables,
-                    TextsChange const & change, EditChange const & told);
-  void Revise(Edit & edit, BaseSimulationSetup & setup, AString const & source, io::CBlock const & settings);
+                    TextsChanges const & changes, std::vector<EditChange> const & told,
+                    std::function<void(Edit & edit)> const & follow);
+  struct SourceChange {
+    AString from; ///< what was solved from; see SolvedSource
+    AString to;
+  };
+  void Revise(Edit & edit, BaseSimulationSetup & setup, SourceChange const & source, io::CBlock const & settings);
+  void AddMissingSolutions(Edit & edit, BaseSimulationSetup & setup);
+  bool IsAnySolutionMissing() const;
+  void FollowInLog(Edit & edit, AString const & name, AString const & value, bool isReleased);
   void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
   BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);
   void TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, std::vector<SourceFile> const & files);

@@ -31,7 +31,8 @@ void Editor::DeleteSolution(AString const & name) {
   auto const setup = m_session.GetManager().GetSetups().find(solution.GetBaseSimulationSetup().GetID());
   AString const fullName = solution.GetGlobalSolutionName();
   Run(AString(L"delete --solution '") + fullName + L"'", [&](Edit & edit) {
-    edit.Tell(AString(L"solution ") + fullName, AString::Format(L"%d variations", solution.size()), L"deleted");
+    edit.Tell(AString(L"solution ") + fullName,
+              AString::Format(solution.size() == 1 ? L"%d variation" : L"%d variations", solution.size()), L"deleted");
     setup->second->DeleteSolution(solution.GetID(), edit.command.get());
   });
 }

@@ -3,6 +3,7 @@
 #include "desktop/Error.h"
 #include "desktop/command/DesignState.h"
 #include "desktop/command/Edit.h"
+#include "desktop/command/SolvedSource.h"
 #include "desktop/command/SourceMerge.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
@@ -11,6 +12,7 @@
 #include "desktop/project/Session.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace desktop {
@@ -56,6 +58,22 @@ void TellVariables(SourceMerge::Variables const & former, SourceMerge::Variables
       tell(name, AString(), text);
 }
 
+std::function<bool(AString const & name)> IsAmong(SourceMerge::Variables const & variables) {
+  return [&variables](AString const & name) {
+    return std::any_of(variables.begin(), variables.end(),
+                       [&name](auto const & variable) { return AString::MatchNoCase(variable.first, name); });
+  };
+}
+
+// Of variables that the source has before and after, and the design has not.
+void TellFixedValues(SourceMerge::Variables const & former, SourceMerge::Variables const & now,
+                     std::function<void(AString const & name, AString const & from, AString const & to)> const & tell) {
+  for (auto const & [name, from] : former)
+    for (auto const & [other, to] : now)
+      if (AString::MatchNoCase(name, other) && from != to)
+        tell(name, from, to);
+}
+
 AString UniqueName(BaseSolutionManager const & manager, AString const & wanted) {
   AString name = wanted;
   for (int number = 2; manager.GetISimulationSetup(name, false, false); ++number)
@@ -74,7 +92,7 @@ bool Editor::Reload(std::vector<AString> & notices) {
   if (!m_session.GetProduct().ReadSource(file, description, error))
     throw Error(ErrorKind::kSource, error);
   SourceFiles const files = ReadFiles(description, project);
-  if (files == project.GetSourceFiles())
+  if (files == project.GetSourceFiles() && !IsAnySolutionMissing())
     return false;
   SourceBase const now = SourceBase::Of(description, files);
   auto const describe = [this](io::CBlock const & settings) {
@@ -92,7 +110,9 @@ bool Editor::Reload(std::vector<AString> & notices) {
 void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, SourceFiles const & files) {
   Project & project = m_session.GetProject();
   ProductSolutionManager & manager = m_session.GetManager();
-  AString const formerSource = project.GetSourceBase().fingerprint;
+  SourceBase const & formerBase = project.GetSourceBase();
+  AString const formerSource = formerBase.fingerprint;
+  SourceChange const source{SolvedSourceOf(m_session), SolvedSource(base, IsAmong(merge.variables))};
   AString const fileName = project.GetSourceFile().NameAndExtension();
   if (base.fingerprint != formerSource)
     edit.Tell(AString(L"circuit of ") + fileName, formerSource, base.fingerprint);
@@ -104,6 +124,10 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
                     edit.Tell(AString(L"variable ") + name, from, to);
                   });
   }
+  TellFixedValues(FixedValues(formerBase, IsAmong(formerVariables)), FixedValues(base, IsAmong(merge.variables)),
+                  [&](AString const & name, AString const & from, AString const & to) {
+                    edit.Tell(AString(L"value of ") + name + L" in " + fileName, from, to);
+                  });
   for (long const id : merge.deleted) {
     BaseSimulationSetup const & setup = *manager.GetSetups().at(id);
     edit.Tell(AString(L"setup ") + setup.GetName(), SettingsWords(m_session, setup), AString());
@@ -111,8 +135,8 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
   }
   for (auto const & [id, setup] : manager.GetSetups()) {
     auto const edited = merge.edited.find(id);
-    Revise(edit, *setup, base.fingerprint,
-           edited == merge.edited.end() ? SettingsOf(m_session, *setup) : edited->second);
+    Revise(edit, *setup, source, edited == merge.edited.end() ? SettingsOf(m_session, *setup) : edited->second);
+    AddMissingSolutions(edit, *setup);
   }
   for (std::size_t const index : merge.added) {
     SourceSetup said = base.setups[index].said;

@@ -4,6 +4,7 @@
 #include "desktop/Error.h"
 #include "desktop/command/DesignState.h"
 #include "desktop/command/Edit.h"
+#include "desktop/command/WordOfCommand.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
@@ -11,6 +12,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace desktop {
@@ -24,6 +26,16 @@ SourceSetup ReadWords(Session const & session, AString const & name, AString con
   if (!session.GetProduct().ReadSettings(words, said, error))
     throw Error(ErrorKind::kUsage, AString(L"setup ") + name + L": " + error);
   return said;
+}
+
+std::vector<AString> MissingSolutions(IDesktopProduct const & product, BaseSimulationSetup const & setup) {
+  std::vector<AString> names = product.GetSolutionNames(setup.GetSimSetupTypeName());
+  std::erase_if(names, [&setup](AString const & name) {
+    auto const & solutions = setup.GetSolutions();
+    return std::any_of(solutions.begin(), solutions.end(),
+                       [&name](auto const & entry) { return entry.second->GetSolutionName() == name; });
+  });
+  return names;
 }
 
 } // namespace
@@ -52,14 +64,31 @@ BaseSimulationSetup & Editor::MakeSetup(Edit & edit, SourceSetup const & said) {
 void Editor::AddSetup(AString const & name, AString const & words) {
   RefuseTakenSetupName(name);
   SourceSetup const said = ReadWords(m_session, name, words);
-  Run(AString(L"setup add ") + name + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
+  Run(AString(L"setup add ") + WordOfCommand(name) + L" " + words, [&](Edit & edit) { MakeSetup(edit, said); });
 }
 
 bool Editor::EditSetup(AString const & name, AString const & words) {
   BaseSimulationSetup & setup = FindSetup(name);
   SourceSetup const said = ReadWords(m_session, setup.GetName(), words);
-  return Run(AString(L"setup edit ") + setup.GetName() + L" " + words, [&](Edit & edit) {
-    Revise(edit, setup, m_session.GetProject().GetSourceBase().fingerprint, said.settings);
+  return Run(AString(L"setup edit ") + WordOfCommand(setup.GetName()) + L" " + words, [&](Edit & edit) {
+    AString const source = SolvedSourceOf(m_session);
+    Revise(edit, setup, {source, source}, said.settings);
+    AddMissingSolutions(edit, setup);
+  });
+}
+
+void Editor::AddMissingSolutions(Edit & edit, BaseSimulationSetup & setup) {
+  for (AString const & name : MissingSolutions(m_session.GetProduct(), setup)) {
+    BaseSolution * const made = setup.CreateSolution(name);
+    setup.AddSolution(made, edit.command.get());
+    edit.Tell(AString(L"solution ") + made->GetGlobalSolutionName(), AString(), L"as it was deleted");
+  }
+}
+
+bool Editor::IsAnySolutionMissing() const {
+  auto const & setups = m_session.GetManager().GetSetups();
+  return std::any_of(setups.begin(), setups.end(), [this](auto const & entry) {
+    return !MissingSolutions(m_session.GetProduct(), *entry.second).empty();
   });
 }
 
@@ -70,7 +99,7 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
     return false;
   if (!AString::MatchNoCase(former, newName))
     RefuseTakenSetupName(newName);
-  return Run(AString(L"setup rename ") + former + L" " + newName, [&](Edit & edit) {
+  return Run(AString(L"setup rename ") + WordOfCommand(former) + L" " + WordOfCommand(newName), [&](Edit & edit) {
     auto const other = std::make_shared<AString>(newName);
     ProductSolutionManager & manager = m_session.GetManager();
     edit.Exchange([this, &manager, &setup, other] {
@@ -88,7 +117,7 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
 void Editor::DeleteSetup(AString const & name) {
   BaseSimulationSetup const & setup = FindSetup(name);
   AString const former = setup.GetName();
-  Run(AString(L"setup delete ") + former, [&](Edit & edit) {
+  Run(AString(L"setup delete ") + WordOfCommand(former), [&](Edit & edit) {
     edit.Tell(AString(L"setup ") + former, SettingsWords(m_session, setup), AString());
     m_session.GetManager().DeleteSimulationSetup(setup.GetID(), edit.command.get());
   });
@@ -96,7 +125,7 @@ void Editor::DeleteSetup(AString const & name) {
 
 void Editor::InvalidateSetup(AString const & name) {
   BaseSimulationSetup & setup = FindSetup(name);
-  Run(AString(L"setup invalidate ") + setup.GetName(), [&](Edit & edit) {
+  Run(AString(L"setup invalidate ") + WordOfCommand(setup.GetName()), [&](Edit & edit) {
     setup.Invalidate(edit.command.get(), id::invalidID, kInvalidateSetups | kInvalidateSolutions);
     edit.Tell(AString(L"data of setup ") + setup.GetName(), L"valid", L"stale");
     edit.isInvalidation = true;
@@ -105,7 +134,7 @@ void Editor::InvalidateSetup(AString const & name) {
 
 void Editor::InvalidateSolution(AString const & name) {
   BaseSolution & solution = FindSolution(name);
-  Run(AString(L"setup invalidate ") + solution.GetGlobalSolutionName(), [&](Edit & edit) {
+  Run(AString(L"setup invalidate ") + WordOfCommand(solution.GetGlobalSolutionName()), [&](Edit & edit) {
     solution.Invalidate(edit.command.get(), id::invalidID);
     edit.Tell(AString(L"data of solution ") + solution.GetGlobalSolutionName(), L"valid", L"stale");
     edit.isInvalidation = true;
@@ -114,17 +143,18 @@ void Editor::InvalidateSolution(AString const & name) {
 
 // Definitions are told the settings at the version that is present then: so the settings come behind the versions, on
 // the way back as well.
-void Editor::Revise(Edit & edit, BaseSimulationSetup & setup, AString const & source, io::CBlock const & settings) {
+void Editor::Revise(Edit & edit, BaseSimulationSetup & setup, SourceChange const & source,
+                    io::CBlock const & settings) {
   IDesktopProduct const & product = m_session.GetProduct();
   io::CBlock const former = SettingsOf(m_session, setup);
   AString const formerWords = product.DescribeSettings(former);
   AString const words = product.DescribeSettings(settings);
   bool const isEdited = words != formerWords;
-  if (!isEdited && source == m_session.GetProject().GetSourceBase().fingerprint)
+  if (!isEdited && source.from == source.to)
     return;
   if (isEdited)
     edit.OnUndo([&product, &setup, former] { product.ApplySettings(setup, former); });
-  NewVersions(edit, setup, source, words);
+  NewVersions(edit, setup, source.to, words);
   if (!isEdited)
     return;
   if (!product.ApplySettings(setup, settings))

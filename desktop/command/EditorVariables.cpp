@@ -3,9 +3,11 @@
 #include "basekit/value/VariableValues.h"
 #include "desktop/Error.h"
 #include "desktop/command/Edit.h"
+#include "desktop/command/SolvedSource.h"
 #include "desktop/command/VariationTexts.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
 
 #include <algorithm>
@@ -57,6 +59,14 @@ void RefuseNewName(Design const & design, AString const & name) {
     throw Error(ErrorKind::kUsage, name + L": the design has a variable of that name already; choose another one");
 }
 
+// What is solved with values of one variable of the source would pass for solved with values of another one.
+void RefuseOtherVariable(SourceBase const & base, AString const & name, AString const & newName) {
+  if (ValueInSource(base, name) && ValueInSource(base, newName))
+    throw Error(ErrorKind::kUsage, newName + L": is another variable of the source, so " + name +
+                                       L" can't have its name; use --remove " + name + L" and --add " + newName +
+                                       L"=VALUE");
+}
+
 AString CommandName(AString const & verb, Texts const & assignments) {
   AString name = verb;
   for (auto const & [variable, text] : assignments)
@@ -99,9 +109,13 @@ void Editor::AddVariable(AString const & name, AString const & value) {
   RefuseNoNumber(name, value);
   Texts texts = TextsOf(m_session.GetDesign());
   texts.emplace_back(name, value);
-  TextsChange const change{TextsChange::Kind::kAdd, name, value};
-  RunWithTexts(CommandName(L"set --add", {{name, value}}), texts, change,
-               {AString(L"variable ") + name, AString(), value});
+  std::vector<EditChange> const told{{AString(L"variable ") + name, AString(), value}};
+  AString const command = CommandName(L"set --add", {{name, value}});
+  if (auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), name))
+    RunWithTexts(command, texts, {{TextsChange::Kind::kAdd, name, *own}}, told,
+                 [&](Edit & edit) { FollowInLog(edit, name, *own, true); });
+  else
+    RunWithTexts(command, texts, {}, told, [](Edit &) {});
 }
 
 bool Editor::RenameVariable(AString const & name, AString const & newName) {
@@ -110,12 +124,23 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   AString const formerName = texts[index].first;
   if (formerName == newName)
     return false;
-  if (!AString::MatchNoCase(formerName, newName))
+  if (!AString::MatchNoCase(formerName, newName)) {
     RefuseNewName(m_session.GetDesign(), newName);
+    RefuseOtherVariable(m_session.GetProject().GetSourceBase(), formerName, newName);
+  }
   texts[index].first = newName;
-  TextsChange const change{TextsChange::Kind::kRename, formerName, newName};
-  return RunWithTexts(AString(L"set --rename ") + formerName + L"=" + newName, texts, change,
-                      {L"name of variable", formerName, newName});
+  auto const follow = [&](Edit & edit) {
+    if (AString::MatchNoCase(formerName, newName))
+      return;
+    SourceBase const & base = m_session.GetProject().GetSourceBase();
+    if (auto const own = ValueInSource(base, formerName))
+      FollowInLog(edit, formerName, *own, false);
+    if (auto const own = ValueInSource(base, newName))
+      FollowInLog(edit, newName, *own, true);
+  };
+  return RunWithTexts(AString(L"set --rename ") + formerName + L"=" + newName, texts,
+                      {{TextsChange::Kind::kRename, formerName, newName}}, {{L"name of variable", formerName, newName}},
+                      follow);
 }
 
 void Editor::RemoveVariable(AString const & name) {
@@ -124,20 +149,41 @@ void Editor::RemoveVariable(AString const & name) {
   AString const formerName = texts[index].first;
   AString const formerText = texts[index].second;
   texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
-  TextsChange const change{TextsChange::Kind::kRemove, formerName, formerText};
-  RunWithTexts(AString(L"set --remove ") + formerName, texts, change,
-               {AString(L"variable ") + formerName, formerText, AString()});
+  std::vector<EditChange> told{{AString(L"variable ") + formerName, formerText, AString()}};
+  AString const command = AString(L"set --remove ") + formerName;
+  auto const own = ValueInSource(m_session.GetProject().GetSourceBase(), formerName);
+  if (own && *own != formerText)
+    told.push_back({AString(L"value of ") + formerName, formerText, *own + L", the source's own"});
+  if (own)
+    RunWithTexts(command, texts, {{TextsChange::Kind::kRemove, formerName, *own}}, told,
+                 [&](Edit & edit) { FollowInLog(edit, formerName, *own, false); });
+  else
+    RunWithTexts(command, texts, {}, told, [](Edit &) {});
 }
 
-bool Editor::RunWithTexts(AString const & command, Texts const & variables, TextsChange const & change,
-                          EditChange const & told) {
+// The value of a variable of the source becomes the source's own, or, released, that of a variable of the design.
+void Editor::FollowInLog(Edit & edit, AString const & name, AString const & value, bool isReleased) {
+  auto const fixed = std::make_shared<FixedValueInLog>(name, value);
+  auto const next = std::make_shared<bool>(isReleased);
+  edit.Exchange([&log = m_session.GetEditLog(), fixed, next] {
+    *next ? fixed->Release(log) : fixed->Fix(log);
+    *next = !*next;
+  });
+}
+
+bool Editor::RunWithTexts(AString const & command, Texts const & variables, TextsChanges const & changes,
+                          std::vector<EditChange> const & told, std::function<void(Edit & edit)> const & follow) {
   auto const work = [&](Edit & edit) {
     ChangeVariables(edit, variables);
-    edit.Tell(told.what, told.from, told.to);
-    auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), change);
-    edit.Exchange([renaming] { renaming->Exchange(); });
+    for (EditChange const & change : told)
+      edit.Tell(change.what, change.from, change.to);
+    for (TextsChange const & change : changes) {
+      auto const renaming = std::make_shared<VariationTexts>(m_session.GetManager(), change);
+      edit.Exchange([renaming] { renaming->Exchange(); });
+    }
+    follow(edit);
   };
-  return Run(command, work, {change});
+  return Run(command, work, changes);
 }
 
 } // namespace desktop

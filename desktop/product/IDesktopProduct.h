@@ -28,6 +28,8 @@ public:
   /// Makes a setup with its solutions and enters it into the manager, which owns it then; undoable with a command.
   virtual BaseSimulationSetup * CreateSetup(ProductSolutionManager & manager, SourceSetup const & setup,
                                             KelvroCommand * command) const = 0;
+  /// Of the solutions that CreateSetup makes for a setup of the type; an edit makes one anew that was deleted.
+  virtual std::vector<AString> GetSolutionNames(AString const & setupType) const = 0;
   /// Reads the words that a user defines a setup by ("lin 201 10meg 2g") into its type and settings; false with a
   /// one-line error.
   virtual bool ReadSettings(AString const & words, SourceSetup & setup, AString & error) const = 0;

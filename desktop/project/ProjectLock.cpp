@@ -14,8 +14,9 @@ constexpr int kAttempts = 10;
 [[noreturn]] void Refuse(LongFileName const & path, file::FileStatus const & status) {
   if (status.Error() == EAGAIN)
     throw Error(ErrorKind::kLocked,
-                path.FilePath() + L": another process has the project open for writing; wait until it is done, or open "
-                                  L"the project for reading");
+                path.FilePath() +
+                    L": another process has the project open for writing; wait until it is done (`info` and "
+                    L"`touchstone` show what was saved last meanwhile)");
   if (status.Error() == ENOENT || status.Error() == ENOTDIR)
     throw Error(ErrorKind::kProject,
                 path.DirPath() + L": there is no such folder; check the name, or make the folder first");

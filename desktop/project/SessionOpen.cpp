@@ -5,6 +5,7 @@
 #include "desktop/Error.h"
 #include "desktop/command/EditLog.h"
 #include "desktop/command/Editor.h"
+#include "desktop/command/MisfitVariations.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
@@ -266,8 +267,10 @@ void Session::MakeDesign(ProjectRecord const & record) {
   m_project->SetSourceFiles(record.sources);
   SourceBase base;
   // A project from before there was one: its next reload takes what the source says.
-  if (!ReadSourceBase(record.sourceBase, base))
+  if (!ReadSourceBase(record.sourceBase, base)) {
     base = SourceBase::Of({}, record.sources);
+    base.date = AString();
+  }
   m_project->SetSourceBase(base);
   m_editLog->Read(record.edits); // What can't be read there leaves the reasons unknown, no more.
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());
@@ -293,11 +296,15 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   io::ReadError const result = m_manager->ReadModule(record.module, false, ReadMethod::kAllFiles);
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
+  MarkMisfits(*this);
   if (!tail.empty())
     m_notices.push_back(tail);
   if (!isThere)
-    m_notices.push_back(path + L": the library is missing, and with it all solved points; put back a copy of it before "
-                               L"you save, or solve again");
+    m_notices.push_back(path +
+                        L": the library is missing, and with it all solved points; put back a copy of it before "
+                        L"you save, or solve again (a project file that was renamed needs its results folder "
+                        L"renamed likewise, to " +
+                        m_project->GetName() + L".results)");
 }
 
 void Session::RefuseLibrary(AString const & what) const {

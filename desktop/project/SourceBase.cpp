@@ -2,11 +2,14 @@
 
 #include "basekit/io/CNamed_value_manip.h"
 
+#include <ctime>
+
 namespace desktop {
 
 namespace {
 
 AString const kFingerprint(L"Fingerprint");
+AString const kDate(L"Read");
 AString const kVariable(L"Variable");
 AString const kSetup(L"Setup");
 AString const kSettings(L"Settings");
@@ -14,6 +17,14 @@ AString const kName(L"Name");
 AString const kValue(L"Value");
 AString const kType(L"Type");
 AString const kID(L"ID");
+
+AString Now() {
+  std::time_t const now = std::time(nullptr);
+  std::tm parts{};
+  ::gmtime_r(&now, &parts);
+  return AString::Format(L"%04d-%02d-%02d %02d:%02d:%02d UTC", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+                         parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
 
 bool ReadVariable(io::CBlock_func const & item, SourceVariable & variable) {
   item >> io::named(kName, variable.name) >> io::named(kValue, variable.value);
@@ -38,6 +49,7 @@ SourceBase SourceBase::Of(SourceDescription const & description, SourceFiles con
     for (SourceFile const & file : files)
       base.fingerprint +=
           AString::Format(L"%x-%x;", static_cast<unsigned long>(file.size), static_cast<unsigned long>(file.checksum));
+  base.date = Now();
   base.variables = description.variables;
   for (SourceSetup const & setup : description.setups)
     base.setups.push_back({setup, -1});
@@ -45,7 +57,7 @@ SourceBase SourceBase::Of(SourceDescription const & description, SourceFiles con
 }
 
 void WriteSourceBase(SourceBase const & base, io::CBlock & block) {
-  block << io::named(kFingerprint, base.fingerprint);
+  block << io::named(kFingerprint, base.fingerprint) << io::named(kDate, base.date);
   for (SourceVariable const & variable : base.variables) {
     io::CBlock_func item(kVariable);
     item << io::named(kName, variable.name) << io::named(kValue, variable.value);
@@ -60,6 +72,7 @@ void WriteSourceBase(SourceBase const & base, io::CBlock & block) {
 }
 
 bool ReadSourceBase(io::CBlock const & block, SourceBase & base) {
+  block >> io::named(kDate, base.date); // Not in older files.
   block >> io::named(kFingerprint, base.fingerprint);
   if (!block.Found())
     return false;

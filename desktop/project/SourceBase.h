@@ -16,10 +16,12 @@ struct SourceBase {
 
   /// Never empty: where the product has none it is made of the files' checksums.
   AString fingerprint;
+  /// When the project read it, for people: "2026-03-01 14:05:09 UTC"; empty where that is not known.
+  AString date;
   std::vector<SourceVariable> variables;
   std::vector<Setup> setups;
 
-  /// The setups come without IDs.
+  /// Read now; the setups come without IDs.
   static SourceBase Of(SourceDescription const & description, SourceFiles const & files);
 };
 

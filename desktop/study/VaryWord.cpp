@@ -134,7 +134,7 @@ void CheckRepeated(StudyAxis const & axis, std::vector<Part> const & parts) {
 std::pair<AString, AString> SplitAssignment(AString const & word, AString const & where) {
   std::size_t const at = word.find(L'=');
   if (at == AString::npos)
-    Refuse(where, L"'" + word + L"' has no '='; write NAME=VALUE");
+    Refuse(where, L"'" + word + L"' has no '='; write NAME=" + (where.EndsWith(L"--rename") ? L"NEWNAME" : L"VALUE"));
   std::pair<AString, AString> const parts(word.substr(0, at).Trimmed(), word.substr(at + 1).Trimmed());
   if (parts.first.empty() || parts.second.empty())
     Refuse(where, L"'" + word + L"' lacks a name or a value; write NAME=VALUE");

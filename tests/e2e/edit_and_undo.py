@@ -72,6 +72,39 @@ class EditAndUndo(DeskTest):
         self.run_desk('delete', 'small', '--variation', 'res=40; cap=1p')
         self.assertEqual(self.valid(), ['cap=1e-12; res=50'])
 
+    def test_a_solve_that_stored_nothing_leaves_edits_unsaved(self):
+        self.solved()
+        self.run_desk('delete', 'small', '--variation', 'cap=1e-12; res=40')
+        self.assertIn('nothing to save', self.run_desk('solve', 'small').stdout)
+        self.run_desk('discard', 'small')
+        self.assertEqual(len(self.valid()), 2)
+        self.run_desk('set', 'small', 'cap=2e-12')
+        self.assertIn('saved, with what was unsaved before', self.run_desk('solve', 'small').stdout)
+        self.assertFalse(self.document('info', 'small')['unsaved_changes'])
+
+    def test_a_solve_of_which_all_points_failed_saves_nothing(self):
+        self.small_project(netlist=SMALL.replace('R1 in 0 {res}', 'R1 in 0 {1/res}'))
+        self.run_desk('set', 'small', 'res=0')
+        self.run_desk('solve', 'small', code=5)
+        self.assertTrue(self.document('info', 'small')['unsaved_changes'])
+        self.run_desk('discard', 'small')
+        self.assertEqual(self.document('info', 'small')['design']['variation'], 'cap=1e-12; res=50')
+
+    def test_a_setup_without_its_solution_is_refused_and_edits_bring_it_back(self):
+        for bring_back in (('reload', 'small'), ('setup', 'small', 'edit', SETUP, 'lin', '11', '1meg', '1g')):
+            name = bring_back[0]
+            self.solved() if name == 'reload' else None
+            self.run_desk('delete', 'small', '--solution', 'Sweep')
+            self.assertIn('setup edit', self.refuse(2, 'solve', 'small'))
+            self.assertTrue(self.document(*bring_back)['changed'])
+            self.assertEqual(self.document('solve', 'small')['stored'], 1, name)
+            self.assertEqual(self.valid(), ['cap=1e-12; res=50'])
+
+    def test_frequencies_that_can_be_read_in_two_ways_are_refused(self):
+        self.small_project()
+        self.assertIn('1MHz', self.refuse(2, 'setup', 'small', 'add', 'M', 'lin', '3', '1MHz', '2MHz'))
+        self.assertIn('NAME=NEWNAME', self.refuse(2, 'set', 'small', '--rename', 'cap'))
+
     def test_a_renamed_variable_is_renamed_in_what_is_solved(self):
         self.solved()
         document = self.document('set', 'small', '--rename', 'res=r')

@@ -52,13 +52,41 @@ class ShellScript(DeskTest):
     def test_undo_and_redo_say_when_there_is_no_such_step(self):
         self.small_project()
         self.assertIn('nothing to undo', self.run_shell('undo\n', code=2).stderr)
-        self.assertIn('nothing to redo any more', self.run_shell('set res=1\nundo\nredo 2\n', code=2).stderr)
+        self.assertIn('redo 2: there is 1 command to redo', self.run_shell('set res=1\nundo\nredo 2\n', code=2).stderr)
+
+    def test_more_steps_than_there_are_change_nothing(self):
+        self.small_project()
+        done = self.run_shell('set res=60\nset cap=2e-12\nundo 3\nset res=5\n', code=2)
+        self.assertIn('undo 3: there are 2 commands to undo; nothing is done', done.stderr)
+        self.assertEqual(self.document('info', 'small')['design']['variation'], 'cap=2e-12; res=60')
+
+    def test_the_changes_of_all_steps_are_told(self):
+        self.small_project()
+        done = self.run_shell(f'setup edit {SETUP} lin 5 1e6 1e9\nset res=60\nundo 2\nredo 2\n', '--json')
+        undo, redo = [json.loads(line)['result']['changes'] for line in done.stdout.splitlines()[2:]]
+        self.assertEqual([change['what'] for change in undo], ['variable res', f'setup {SETUP}'])
+        self.assertEqual([(change['what'], change['to']) for change in redo],
+                         [(f'setup {SETUP}', 'lin 5 1e+06 1e+09'), ('variable res', '60')])
+
+    def test_history_lists_commands_as_they_can_be_typed(self):
+        self.small_project()
+        done = self.run_shell("setup add 'My fine' lin 5 1e6 1e9\nsetup rename 'My fine' 'Finer still'\nhistory\n")
+        self.assertIn("setup add 'My fine' lin 5", done.stdout)
+        self.assertIn("setup rename 'My fine' 'Finer still'", done.stdout)
+
+    def test_the_projects_name_is_no_word_here(self):
+        self.small_project()
+        self.assertIn("leave 'small' out", self.run_shell('set small res=60\n', code=2).stderr)
+        help_of_set = self.run_shell('help set\n').stdout
+        self.assertNotIn('PROJECT', help_of_set)
+        self.assertIn('  set cscale=0.95', help_of_set)
 
     def test_help_of_verbs_is_printed_and_no_failure(self):
         self.small_project()
         done = self.run_shell('--help\nundo --help\nset res=1\n')
         self.assertIn('history', done.stdout)
         self.assertIn('Example:\n  undo 2', done.stdout)
+        self.assertNotIn('PROJECT', done.stdout)
 
     def test_undo_exists_in_a_shell_alone_and_new_outside_of_it(self):
         self.small_project()

@@ -46,6 +46,8 @@ bool CommandProduct::ReadSettings(AString const & words, desktop::SourceSetup & 
   return true;
 }
 
+std::vector<AString> CommandProduct::GetSolutionNames(AString const &) const { return {CommandSolution::kName}; }
+
 AString CommandProduct::DescribeSettings(io::CBlock const & settings) const {
   return WordsOfSettings(command::ReadSettings(settings));
 }

@@ -50,6 +50,8 @@ bool RfCircuitProduct::ReadSettings(AString const & words, desktop::SourceSetup 
   return true;
 }
 
+std::vector<AString> RfCircuitProduct::GetSolutionNames(AString const &) const { return {RfSolution::kName}; }
+
 AString RfCircuitProduct::DescribeSettings(io::CBlock const & settings) const {
   AString error;
   auto const plan = ReadPlan(settings, error);

@@ -19,6 +19,7 @@ public:
                                     KelvroCommand * command) const override;
   /// The words of a .sp line: "lin 201 10meg 2g", "list 1g 2g".
   bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
+  std::vector<AString> GetSolutionNames(AString const & setupType) const override;
   AString DescribeSettings(io::CBlock const & settings) const override;
   bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;

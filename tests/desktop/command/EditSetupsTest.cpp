@@ -193,3 +193,27 @@ TEST_F(EditSetups, ADeletionThatWasSavedIsCarriedOutInTheLibraryByTheFirstSaveOf
   m_session->Save();
   EXPECT_LT(m_session->GetCommittedBlocks().size(), blocks);
 }
+
+TEST_F(EditSetups, ADeletedSolutionComesBackEmptyWithAnEditOfItsSetup) {
+  Solve(*m_session, L"C=1; L=2", 5);
+  Editor().DeleteSolution(L"Sweep : Points");
+  m_session->Save();
+  Reopen();
+  AString const before = StateOf(*m_session);
+  EXPECT_TRUE(Editor().EditSetup(L"Sweep", L"")) << "though the words are what they were";
+  EXPECT_EQ(SolutionOf(*m_session).GetSolutionName(), L"Points");
+  EXPECT_EQ(SolutionOf(*m_session).size(), 0);
+  Editor().Undo();
+  EXPECT_EQ(StateOf(*m_session), before);
+  std::vector<AString> notices;
+  EXPECT_TRUE(Editor().Reload(notices)) << "though the source is what it was";
+  EXPECT_TRUE(Solve(*m_session, L"C=1; L=2", 6) == CStreamioLibrary::kLibSuccess && IsValid(L"C=1; L=2"));
+  EXPECT_FALSE(Editor().Reload(notices));
+}
+
+TEST_F(EditSetups, NamesStandInCommandsAsTheyCanBeTyped) {
+  Editor().AddSetup(L"My fine", L"words");
+  Editor().RenameSetup(L"My fine", L"It's");
+  EXPECT_EQ(Editor().GetHistory().NameAt(0), L"setup add 'My fine' words");
+  EXPECT_EQ(Editor().GetHistory().NameAt(1), L"setup rename 'My fine' \"It's\"");
+}

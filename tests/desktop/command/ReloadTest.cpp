@@ -47,15 +47,24 @@ TEST_F(Reload, TheFormerCircuitPutBackMakesItsDataValidAgain) {
 }
 
 TEST_F(Reload, ChangedValuesAndSetupsAloneLeaveOtherDataValid) {
-  Source("param C 4\nparam L 2\nparam R 50\nbody ladder\nsetup Sweep lin\nsetup Fine oct\nsetup More list\n");
+  Source("param C 4\nparam L 2\nbody ladder\nsetup Sweep lin\nsetup Fine oct\nsetup More list\n");
   AString const before = StateOf(*m_session);
   EXPECT_TRUE(Again());
-  EXPECT_EQ(m_session->GetDesign().GetVariation(), L"C=4; L=2; R=50");
+  EXPECT_EQ(m_session->GetDesign().GetVariation(), L"C=4; L=2");
   EXPECT_TRUE(IsValid(L"C=1; L=2"));
   EXPECT_EQ(WordsOf(L"Fine"), L"oct");
   EXPECT_EQ(WordsOf(L"More"), L"list");
   Editor().Undo();
   EXPECT_EQ(StateOf(*m_session), before);
+}
+
+TEST_F(Reload, ANewVariableOfTheSourceLeavesNoPointWithoutIt) {
+  Source("param C 1\nparam L 2\nparam R 50\nbody ladder\nsetup Sweep lin\nsetup Fine dec\n");
+  Again();
+  EXPECT_EQ(m_session->GetDesign().GetVariation(), L"C=1; L=2; R=50");
+  EXPECT_FALSE(IsValid(L"C=1; L=2"));
+  Editor().Undo();
+  EXPECT_TRUE(IsValid(L"C=1; L=2"));
 }
 
 TEST_F(Reload, WhatTheSourceDropsGoesAndComesBackWithUndo) {

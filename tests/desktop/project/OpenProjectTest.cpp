@@ -253,3 +253,20 @@ TEST_F(OpenProject, FindsTheSourceWhereTheFolderWasMovedTo) {
   EXPECT_EQ(session->GetProject().GetSourceFile().FilePath(), PathOf("b/circuit.txt"));
   EXPECT_FALSE(RefusalOf([&] { session->CheckSourceUnchanged(); }).kind.has_value());
 }
+
+TEST_F(OpenProject, ALinkLeadsToTheProjectThatIsThereAndToItsLock) {
+  Create();
+  std::filesystem::create_directory(m_folder / "elsewhere");
+  std::filesystem::create_symlink(m_folder / "study.sproject", m_folder / "elsewhere" / "link.sproject");
+  AString const link = PathOf("elsewhere/link");
+  {
+    auto const opened = desktop::Session::Open(link, Access::kWrite);
+    EXPECT_EQ(opened->GetProject().GetFile().FilePath(), ProjectPath() + L".sproject");
+    EXPECT_EQ(RefusalOf([&] { Open(); }).kind, desktop::ErrorKind::kLocked);
+    opened->SetVariables({{L"C", L"7"}});
+    opened->Save();
+  }
+  EXPECT_EQ(TextOf(*Open(), L"C"), L"7");
+  EXPECT_TRUE(std::filesystem::is_symlink(m_folder / "elsewhere" / "link.sproject"));
+  EXPECT_FALSE(Exists("elsewhere/link.results"));
+}

@@ -61,6 +61,7 @@ public:
   BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager, desktop::SourceSetup const & setup,
                                     KelvroCommand * command) const override;
   bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
+  std::vector<AString> GetSolutionNames(AString const &) const override { return {L"Points"}; }
   AString DescribeSettings(io::CBlock const & settings) const override;
   bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;

@@ -25,6 +25,7 @@ public:
     return nullptr;
   }
   bool ReadSettings(AString const &, desktop::SourceSetup &, AString &) const override { return false; }
+  std::vector<AString> GetSolutionNames(AString const &) const override { return {}; }
   AString DescribeSettings(io::CBlock const &) const override { return AString(); }
   bool ApplySettings(BaseSimulationSetup &, io::CBlock const &) const override { return false; }
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
