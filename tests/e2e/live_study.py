@@ -18,16 +18,33 @@ FAILING = SMALL.replace('R1 in 0 {res}', 'R1 in 0 {100/(res-20)}')
 
 
 class LiveStudy(DeskTest):
+    def setUp(self):
+        super().setUp()
+        self.errors_of = {}
+
     def launch(self, *words):
         process = subprocess.Popen([SOLVEDESK, *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE, text=True)
+        errors = []
+        reader = threading.Thread(target=lambda: errors.append(process.stderr.read()))
+        reader.start()
+        self.errors_of[process] = (reader, errors)
         self.addCleanup(process.stderr.close)
         self.addCleanup(process.stdout.close)
+        self.addCleanup(reader.join)
         self.addCleanup(lambda: process.poll() is None and process.kill())
         guard = threading.Timer(240, process.kill)
         guard.start()
         self.addCleanup(guard.cancel)
         return process
+
+    def finish(self, process):
+        """What is left of its output, and its errors.  Popen.communicate() would lose lines that readline() read ahead."""
+        out = process.stdout.read()
+        process.wait()
+        reader, errors = self.errors_of[process]
+        reader.join()
+        return out, errors[0]
 
     def events(self, text):
         return [json.loads(line) for line in text.splitlines()]
@@ -46,10 +63,10 @@ class Watch(LiveStudy):
         watch = self.launch('watch', 'slow', '--json')
         begin = json.loads(watch.stdout.readline())
         self.assertEqual(begin, {'event': 'begin', 'schema_version': 1, 'has_writer': True})
-        stored = [event['variation'] for event in [first] + self.events(solve.communicate(timeout=240)[0])
+        stored = [event['variation'] for event in [first] + self.events(self.finish(solve)[0])
                   if event['event'] == 'stored']
         self.assertEqual(solve.returncode, 0)
-        out, err = watch.communicate(timeout=240)
+        out, err = self.finish(watch)
         self.assertEqual((watch.returncode, err), (0, ''))
         told = [event for event in self.events(out) if event['event'] == 'point']
         self.assertEqual(len(stored), 40)
@@ -66,7 +83,7 @@ class Watch(LiveStudy):
         watch.stdout.readline()
         os.kill(solve.pid, signal.SIGKILL)
         solve.wait()
-        out, err = watch.communicate(timeout=240)
+        out, err = self.finish(watch)
         self.assertEqual(watch.returncode, 1, out + err)
         self.assertIn('went without closing it', err)
         self.assertEqual(self.events(out)[-1]['why'], 'left by a crash')
@@ -118,7 +135,7 @@ class Watch(LiveStudy):
         watch.stdout.readline()
         watch.stdout.close()
         self.assertEqual(watch.wait(120), 0)
-        solve.communicate(timeout=240)
+        self.finish(solve)
         self.assertEqual(solve.returncode, 0)
 
     def test_waiting_ends_with_the_time(self):
