@@ -5,6 +5,7 @@ import os
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 
 BIN = os.environ['SOLUTIONMANAGER_BIN']
@@ -33,6 +34,7 @@ class DeskTest(unittest.TestCase):
     def setUp(self):
         self.start = os.getcwd()
         self.folder = tempfile.mkdtemp(prefix=self._testMethodName[:40] + '-')
+        self.errors_of = {}
         os.chdir(self.folder)
         self.addCleanup(os.chdir, self.start)
 
@@ -43,6 +45,31 @@ class DeskTest(unittest.TestCase):
         self.assertEqual(done.returncode, code,
                          f'solvedesk {" ".join(words)}\nstdout: {done.stdout}\nstderr: {done.stderr}')
         return done
+
+    def launch(self, program, *words):
+        """A program that runs beside the test; it ends with the test."""
+        process = subprocess.Popen([program, *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, text=True)
+        errors = []
+        reader = threading.Thread(target=lambda: errors.append(process.stderr.read()))
+        reader.start()
+        self.errors_of[process] = (reader, errors)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(reader.join)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        guard = threading.Timer(240, process.kill)
+        guard.start()
+        self.addCleanup(guard.cancel)
+        return process
+
+    def finish(self, process):
+        """What is left of its output, and its errors.  Popen.communicate() would lose lines that readline() read ahead."""
+        out = process.stdout.read()
+        process.wait()
+        reader, errors = self.errors_of[process]
+        reader.join()
+        return out, errors[0]
 
     def refuse(self, code, *words):
         """A refusal: the exit code, one line on standard error and nothing on standard output.  Gives the line."""

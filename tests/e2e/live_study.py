@@ -4,7 +4,6 @@ import os
 import pty
 import re
 import signal
-import subprocess
 import threading
 import unittest
 
@@ -18,34 +17,6 @@ FAILING = SMALL.replace('R1 in 0 {res}', 'R1 in 0 {100/(res-20)}')
 
 
 class LiveStudy(DeskTest):
-    def setUp(self):
-        super().setUp()
-        self.errors_of = {}
-
-    def launch(self, *words):
-        process = subprocess.Popen([SOLVEDESK, *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                   stderr=subprocess.PIPE, text=True)
-        errors = []
-        reader = threading.Thread(target=lambda: errors.append(process.stderr.read()))
-        reader.start()
-        self.errors_of[process] = (reader, errors)
-        self.addCleanup(process.stderr.close)
-        self.addCleanup(process.stdout.close)
-        self.addCleanup(reader.join)
-        self.addCleanup(lambda: process.poll() is None and process.kill())
-        guard = threading.Timer(240, process.kill)
-        guard.start()
-        self.addCleanup(guard.cancel)
-        return process
-
-    def finish(self, process):
-        """What is left of its output, and its errors.  Popen.communicate() would lose lines that readline() read ahead."""
-        out = process.stdout.read()
-        process.wait()
-        reader, errors = self.errors_of[process]
-        reader.join()
-        return out, errors[0]
-
     def events(self, text):
         return [json.loads(line) for line in text.splitlines()]
 
@@ -58,9 +29,9 @@ class LiveStudy(DeskTest):
 class Watch(LiveStudy):
     def test_each_point_is_seen_once_and_the_end_of_the_writer_too(self):
         self.small_project('slow', SLOW)
-        solve = self.launch('solve', 'slow', *STUDY, '--events')
+        solve = self.launch(SOLVEDESK, 'solve', 'slow', *STUDY, '--events')
         first = json.loads(solve.stdout.readline())
-        watch = self.launch('watch', 'slow', '--json')
+        watch = self.launch(SOLVEDESK, 'watch', 'slow', '--json')
         begin = json.loads(watch.stdout.readline())
         self.assertEqual(begin, {'event': 'begin', 'schema_version': 1, 'has_writer': True})
         stored = [event['variation'] for event in [first] + self.events(self.finish(solve)[0])
@@ -77,9 +48,9 @@ class Watch(LiveStudy):
 
     def test_a_killed_study_is_told_and_the_same_command_goes_on_where_it_stopped(self):
         self.small_project('slow', SLOW)
-        solve = self.launch('solve', 'slow', *STUDY, '--events')
+        solve = self.launch(SOLVEDESK, 'solve', 'slow', *STUDY, '--events')
         acknowledged = [json.loads(solve.stdout.readline())['variation'] for _ in range(5)]
-        watch = self.launch('watch', 'slow', '--json')
+        watch = self.launch(SOLVEDESK, 'watch', 'slow', '--json')
         watch.stdout.readline()
         os.kill(solve.pid, signal.SIGKILL)
         solve.wait()
@@ -129,9 +100,9 @@ class Watch(LiveStudy):
 
     def test_a_reader_who_goes_away_ends_it(self):
         self.small_project('slow', SLOW)
-        solve = self.launch('solve', 'slow', *STUDY, '--events')
+        solve = self.launch(SOLVEDESK, 'solve', 'slow', *STUDY, '--events')
         solve.stdout.readline()
-        watch = self.launch('watch', 'slow', '--json')
+        watch = self.launch(SOLVEDESK, 'watch', 'slow', '--json')
         watch.stdout.readline()
         watch.stdout.close()
         self.assertEqual(watch.wait(120), 0)

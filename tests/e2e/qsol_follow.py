@@ -4,7 +4,6 @@ import json
 import os
 import signal
 import subprocess
-import threading
 import unittest
 
 from _qsol import QSOL
@@ -20,17 +19,6 @@ class Follow(DeskTest):
         self.assertEqual(len(found), 1, found)
         return found.pop()
 
-    def launch(self, program, *words):
-        process = subprocess.Popen([program, *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                   stderr=subprocess.PIPE, text=True)
-        self.addCleanup(process.stderr.close)
-        self.addCleanup(process.stdout.close)
-        self.addCleanup(lambda: process.poll() is None and process.kill())
-        guard = threading.Timer(240, process.kill)
-        guard.start()
-        self.addCleanup(guard.cancel)
-        return process
-
     def start_solve(self, *words):
         return self.launch(SOLVEDESK, 'solve', 'slow', '--vary', 'res=1:40:1', '--events', *words)
 
@@ -41,8 +29,8 @@ class Follow(DeskTest):
         self.assertEqual((begin['event'], begin['schema_version']), ('begin', 1))
         return process
 
-    def finish(self, process):
-        out, err = process.communicate(timeout=240)
+    def end_of(self, process):
+        out, err = self.finish(process)
         return [json.loads(line) for line in out.splitlines()], err
 
     def test_every_point_of_a_solve_is_told_once_and_the_end_is_seen(self):
@@ -51,7 +39,7 @@ class Follow(DeskTest):
         solve = self.start_solve()
         stored = [json.loads(line)['variation'] for line in solve.stdout if '"stored"' in line and 'variation' in line]
         self.assertEqual(solve.wait(240), 0, solve.stderr.read())
-        events, err = self.finish(follow)
+        events, err = self.end_of(follow)
         self.assertEqual((follow.returncode, err), (0, ''))
         told = [event['variation'] for event in events if event['event'] == 'block']
         self.assertEqual(len(told), 40, [(e["event"], e.get("variation"), e.get("where"), e.get("offset")) for e in events])
@@ -67,7 +55,7 @@ class Follow(DeskTest):
         self.assertEqual(json.loads(follow.stdout.readline())['event'], 'block')
         os.kill(solve.pid, signal.SIGKILL)
         solve.wait()
-        events, err = self.finish(follow)
+        events, err = self.end_of(follow)
         self.assertEqual(follow.returncode, 1)
         self.assertIn('went without closing it', err)
         self.assertEqual(events[-1]['why'], 'left by a crash')
