@@ -8,36 +8,70 @@
 #include "solutionmanager/model/BaseSolutionVariation.h"
 
 #include <algorithm>
-#include <map>
+#include <compare>
 
 namespace solvedesk {
 namespace {
 
-void SortByPoint(std::vector<VariationState> & states) {
-  std::map<AString, VariationText> texts;
-  for (VariationState const & state : states)
-    texts.try_emplace(state.variation, state.variation);
-  std::stable_sort(states.begin(), states.end(), [&texts](VariationState const & a, VariationState const & b) {
-    constexpr int kLess = 1;
-    if (a.variation == b.variation)
-      return a.version < b.version;
-    int const order = VariationText::Compare(texts.at(a.variation), texts.at(b.variation));
-    return order == 0 ? a.variation < b.variation : order == kLess;
-  });
+// Name by name, numbers by their size and before words.
+bool IsBefore(VariationText const & a, VariationText const & b) {
+  auto const & left = a.Pairs();
+  auto const & right = b.Pairs();
+  for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
+    if (left[i].name != right[i].name)
+      return left[i].name < right[i].name;
+    if (left[i].isNumber != right[i].isNumber)
+      return left[i].isNumber;
+    auto const order = std::strong_order(left[i].number.real(), right[i].number.real());
+    if (left[i].isNumber && order != 0)
+      return order < 0;
+    if (left[i].text != right[i].text)
+      return left[i].text < right[i].text;
+  }
+  return left.size() == right.size() ? a.GetText() < b.GetText() : left.size() < right.size();
 }
 
-// Of each point one version tells how it stands: the valid one that has data, else the newest.
-void MarkFormer(std::vector<VariationState> & states) {
-  std::map<AString, VariationState *> standing;
-  for (VariationState & state : states) {
-    VariationState *& best = standing[state.variation];
-    auto const rank = [](VariationState const & any) { return (any.hasData ? 2 : 0) + (any.isValid ? 1 : 0); };
-    if (!best || rank(state) >= rank(*best))
-      best = &state;
+/// All versions of a point, from old to new.
+struct Point {
+  VariationText text;
+  std::size_t first;
+  std::size_t last;
+};
+
+// A solution's map holds them together.
+std::vector<Point> PointsOf(std::vector<VariationState> const & states) {
+  std::vector<Point> points;
+  for (std::size_t i = 0; i < states.size(); ++i)
+    if (i > 0 && states[i].variation == states[i - 1].variation)
+      points.back().last = i;
+    else
+      points.push_back({VariationText(states[i].variation), i, i});
+  return points;
+}
+
+// One version of a point tells how it stands: the valid one that has data, else the newest.
+void MarkFormer(std::vector<VariationState> & states, Point const & point) {
+  auto const rank = [&](std::size_t i) { return (states[i].hasData ? 2 : 0) + (states[i].isValid ? 1 : 0); };
+  std::size_t standing = point.first;
+  for (std::size_t i = point.first; i <= point.last; ++i)
+    standing = rank(i) >= rank(standing) ? i : standing;
+  for (std::size_t i = point.first; i <= point.last; ++i)
+    states[i].isFormer = i != standing;
+}
+
+// In the order of the points; what was never solved and is history is nothing to tell.
+std::vector<VariationState> InOrder(std::vector<VariationState> && states) {
+  std::vector<Point> points = PointsOf(states);
+  std::sort(points.begin(), points.end(), [](Point const & a, Point const & b) { return IsBefore(a.text, b.text); });
+  std::vector<VariationState> ordered;
+  ordered.reserve(states.size());
+  for (Point const & point : points) {
+    MarkFormer(states, point);
+    for (std::size_t i = point.first; i <= point.last; ++i)
+      if (states[i].hasData || !states[i].isFormer)
+        ordered.push_back(std::move(states[i]));
   }
-  for (VariationState & state : states)
-    state.isFormer = standing.at(state.variation) != &state;
-  std::erase_if(states, [](VariationState const & state) { return state.isFormer && !state.hasData; });
+  return ordered;
 }
 
 } // namespace
@@ -53,6 +87,7 @@ VariationStates::VariationStates(desktop::Session const & session) {
 
 std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) const {
   std::vector<VariationState> states;
+  states.reserve(solution.GetVariations().size());
   for (auto const & [index, variation] : solution.GetVariations()) {
     VariationState state;
     state.variation = variation->GetDesignVariationKey();
@@ -61,11 +96,9 @@ std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) c
     state.hasData = solution.HasSolutionData(state.variation, variation->GetVersionID());
     state.isSaved = state.hasData && m_committed.count(variation->GetSolutionVariationKey().Pack()) > 0;
     state.object = variation;
-    states.push_back(state);
+    states.push_back(std::move(state));
   }
-  SortByPoint(states);
-  MarkFormer(states);
-  return states;
+  return InOrder(std::move(states));
 }
 
 SolutionCounts Count(std::vector<VariationState> const & variations) {
