@@ -6,6 +6,7 @@
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/solve/SolveRecords.h"
 #include "desktop/solve/SolveRun.h"
+#include "desktop/solve/SourceGuard.h"
 #include "desktop/solve/StopRequests.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -88,6 +89,7 @@ private:
   void TellProgress() { m_listener->OnProgress(m_outcome.stored, m_outcome.failed, static_cast<int>(m_points.size())); }
   Point PointAt(int number) const { return m_points[static_cast<std::size_t>(number)]; }
   AString SetupNameOf(Point const & point) const;
+  void CheckSource();
   void Clear();
 
   SolveSite m_site;
@@ -96,7 +98,9 @@ private:
   std::size_t m_next = 0;
   std::set<decltype(Point().Identity())> m_open;
   SolveRecords m_records;
+  SourceGuard m_guard;
   ISolveListener * m_listener = nullptr;
+  int m_solved = 0; ///< of this run, stored or about to be
   SolveOutcome m_outcome;
 };
 
@@ -176,10 +180,12 @@ SolveOutcome SolveQueue::Impl::Run(ISolveListener & listener) {
   } const clear{*this};
   m_listener = &listener;
   m_outcome = SolveOutcome();
+  m_solved = 0;
   if (m_points.empty())
     return m_outcome;
   if (m_site.prepare)
     m_site.prepare();
+  m_guard = SourceGuard(m_site.sources ? m_site.sources() : std::vector<JobSource>());
   TellProgress();
   m_outcome.interrupted = !SolveRun(*this, m_site.product.GetName(), m_options).Run();
   return std::move(m_outcome);
@@ -190,7 +196,18 @@ AString SolveQueue::Impl::SetupNameOf(Point const & point) const {
   return setup ? setup->GetName() : AString::Format(L"setup %d", point.setupID);
 }
 
+// Workers refuse to solve from another source than the one that was read; here it ends the run, since all points that
+// are left would fail alike.  What is solved by then is right, and stored.
+void SolveQueue::Impl::CheckSource() {
+  if (AString const change = m_guard.FindChange(); !change.empty())
+    throw Error(ErrorKind::kSource,
+                change + AString::Format(L"; the run ended before %d of its %d points were solved",
+                                         static_cast<int>(m_points.size()) - m_solved - m_outcome.failed,
+                                         static_cast<int>(m_points.size())));
+}
+
 bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
+  CheckSource();
   while (m_next < m_points.size()) {
     number = static_cast<int>(m_next++);
     Point const point = PointAt(number);
@@ -201,6 +218,7 @@ bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
     }
     job = SolveJob();
     job.sourceFile = m_site.sourceFile;
+    job.sources = m_guard.GetSources();
     job.setupName = setup->GetName();
     job.setupType = setup->GetSimSetupTypeName();
     job.variation = point.variation;
@@ -223,11 +241,13 @@ void SolveQueue::Impl::Tick() {
 }
 
 void SolveQueue::Impl::Solved(int number) {
+  ++m_solved;
   Point const point = PointAt(number);
   m_listener->OnSolved(SetupNameOf(point), point.variation);
 }
 
 void SolveQueue::Impl::Failed(int number, AString const & error, JobCost const & cost) {
+  CheckSource();
   Point const point = PointAt(number);
   m_records.End(number, L"failed: " + error, cost);
   AString const setup = SetupNameOf(point);

@@ -14,6 +14,7 @@ namespace desktop {
 
 class IDesktopProduct;
 class Session;
+struct JobSource;
 
 /// Hears of a running solve, on the thread that runs it.
 class ISolveListener {
@@ -46,6 +47,8 @@ struct SolveSite {
   AString sourceFile;
   bool isReadOnly = false;
   std::function<void()> prepare; ///< what is to be safe before the first job starts; a throw stops the run
+  /// The files of the source as the project read them; asked for after the preparation.
+  std::function<std::vector<JobSource>()> sources = {};
 };
 
 /// The desktop's simulation service: points are queued by SubmitSolve and solved by worker processes that take many
@@ -71,8 +74,8 @@ public:
   int QueuedCount() const;
   /// Solves all that is queued, also what the listener submits meanwhile; the queue is empty afterwards, however it
   /// ends.  A first RequestStop finishes what runs, a second one stops now; both keep what is solved.  Throws
-  /// desktop::Error (kStorage) when results can't be stored, (kFailed) when no worker can be started: what was
-  /// stored is kept.
+  /// desktop::Error (kStorage) when results can't be stored, (kFailed) when no worker can be started, (kSource) when
+  /// the source is not what the project read any more: what was stored is kept.
   SolveOutcome Run(ISolveListener & listener);
   /// May be called from a signal handler.  A request that comes before a run stops it at once.
   static void RequestStop();
