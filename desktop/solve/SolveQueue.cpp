@@ -21,6 +21,7 @@ namespace desktop {
 namespace {
 
 constexpr std::size_t kMostErrors = 1000;
+wchar_t const * const kNotStored = L"failed: solved, but the result could not be stored";
 
 struct Point {
   long setupID = id::invalidID;
@@ -39,15 +40,20 @@ BaseSimulationSetup * FindSetup(BaseSolutionManager & manager, long setupID) {
   return dynamic_cast<BaseSimulationSetup *>(manager.GetISimulationSetupByID(setupID, false, false));
 }
 
+BaseSolution * FindSolution(BaseSolutionManager & manager, long setupID, long solutionID) {
+  BaseSimulationSetup const * const setup = FindSetup(manager, setupID);
+  return setup ? dynamic_cast<BaseSolution *>(setup->GetISolutionByID(solutionID, false)) : nullptr;
+}
+
 BaseSolution * FindSolution(BaseSolutionManager & manager, Point const & point) {
-  BaseSimulationSetup const * const setup = FindSetup(manager, point.setupID);
-  return setup ? dynamic_cast<BaseSolution *>(setup->GetISolutionByID(point.solutionID, false)) : nullptr;
+  return FindSolution(manager, point.setupID, point.solutionID);
 }
 
 } // namespace
 
 void ISolveListener::OnStarted(AString const &, AString const &) {}
 void ISolveListener::OnPointProgress(AString const &, AString const &, double, AString const &) {}
+void ISolveListener::OnPass(AString const &, AString const &, ConvergenceData const &, int) {}
 void ISolveListener::OnSolved(AString const &, AString const &) {}
 void ISolveListener::OnStored(AString const &, AString const &, double) {}
 void ISolveListener::OnFailed(AString const &, AString const &, AString const &) {}
@@ -68,9 +74,7 @@ public:
   int CountWaiting() const override { return static_cast<int>(m_points.size() - m_next); }
   bool TakeNext(int & number, SolveJob & job) override;
   void Progressed(int number, double fraction, AString const & text) override;
-  void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) override {
-    m_records.AddPass(number, row, index);
-  }
+  void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) override;
   void Converged(int number, bool isConverged, AString const & consecutivePasses, int index) override {
     m_records.SetConvergence(number, isConverged, consecutivePasses, index);
   }
@@ -157,14 +161,20 @@ bool SolveQueue::Impl::IsSolving(IDesignInstance const * instance, long setupID,
     return false;
   long const variationID = m_site.manager.GetVariationID(instance->GetVariationKey());
   auto at = m_open.lower_bound({setupID, variationID, std::numeric_limits<long>::min(), 0});
-  for (; at != m_open.end() && std::get<0>(*at) == setupID && std::get<1>(*at) == variationID; ++at)
-    if (!solutionIDs || std::find(solutionIDs->begin(), solutionIDs->end(), std::get<2>(*at)) != solutionIDs->end())
+  for (; at != m_open.end() && std::get<0>(*at) == setupID && std::get<1>(*at) == variationID; ++at) {
+    auto const & [setup, variation, solutionID, version] = *at;
+    bool const isAsked =
+        !solutionIDs || std::find(solutionIDs->begin(), solutionIDs->end(), solutionID) != solutionIDs->end();
+    // What is solved for a version that an edit left behind doesn't solve the present one.
+    BaseSolution const * const solution = isAsked ? FindSolution(m_site.manager, setup, solutionID) : nullptr;
+    if (solution && solution->GetVersionID() == version)
       return true;
+  }
   return false;
 }
 
 void SolveQueue::Impl::Clear() {
-  m_records.EndAll(L"stopped before its end");
+  m_records.EndAll();
   m_points.clear();
   m_next = 0;
   m_open.clear();
@@ -235,6 +245,13 @@ void SolveQueue::Impl::Progressed(int number, double fraction, AString const & t
   m_listener->OnPointProgress(SetupNameOf(point), point.variation, fraction, text);
 }
 
+void SolveQueue::Impl::Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) {
+  ConvergenceData const * const record = m_records.AddPass(number, row, index);
+  Point const point = PointAt(number);
+  if (record)
+    m_listener->OnPass(SetupNameOf(point), point.variation, *record, index);
+}
+
 void SolveQueue::Impl::Tick() {
   m_records.WriteDue();
   m_listener->OnTick();
@@ -259,15 +276,18 @@ void SolveQueue::Impl::Failed(int number, AString const & error, JobCost const &
   TellProgress();
 }
 
+// First the data, then the records, and both before anybody is told: whatever a crash leaves, no record says "solved"
+// of a point without data.
 void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   io::CBlock batch(L"Batch");
   for (auto const & result : solved) {
-    // First the records: whoever finds the point finds them too.
-    m_records.End(result.number, SolveRecords::kSolved, result.cost);
     result.items->Name(PointAt(result.number).Key().Pack());
     batch << result.items;
   }
-  if (m_site.manager.SaveBlocks(batch) != CStreamioLibrary::kLibSuccess)
+  bool const isStored = m_site.manager.SaveBlocks(batch) == CStreamioLibrary::kLibSuccess;
+  for (auto const & result : solved)
+    m_records.End(result.number, isStored ? SolveRecords::kSolved : kNotStored, result.cost);
+  if (!isStored)
     throw Error(ErrorKind::kStorage,
                 AString::Format(L"results can't be stored in '%s': make sure that the disk has room and the folder can "
                                 L"be written, and solve again; %d of %d points are stored",

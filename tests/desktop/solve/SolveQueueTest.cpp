@@ -41,6 +41,9 @@ public:
     if (onStored)
       onStored(variation);
   }
+  void OnPass(AString const &, AString const & variation, ConvergenceData const & record, int index) override {
+    passes.push_back(variation + L": " + record.GetCurrent(L"Max delta", index));
+  }
   void OnFailed(AString const &, AString const & variation, AString const & error) override {
     errors[variation] = error;
   }
@@ -50,6 +53,7 @@ public:
   std::function<void(AString const &)> onStored;
   std::vector<AString> started;
   std::vector<AString> stored;
+  std::vector<AString> passes;
   std::map<AString, AString> errors;
   std::vector<int> progress;
 };
@@ -223,6 +227,17 @@ TEST_F(SolveQueueTest, WhatIsBeingSolvedIsToldTruly) {
   m_listener.onStored = [&](AString const &) { EXPECT_EQ(isSolving(instance, m_solution.GetID()), 0); };
   m_queue.Run(m_listener);
   EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 0);
+}
+
+TEST_F(SolveQueueTest, WhatIsSolvedForAFormerVersionDoesNotSolveThePresentOne) {
+  support::TestInstance instance(m_design, L"N=0");
+  ASSERT_TRUE(SubmitVariations(1));
+  m_solution.Invalidate(nullptr, id::invalidID);
+  EXPECT_EQ(m_queue.IsSolutionSolving(&instance, m_setup.GetID(), {m_solution.GetID()}), 0);
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 0);
+  ASSERT_TRUE(SubmitVariations(1));
+  EXPECT_EQ(m_queue.QueuedCount(), 2);
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 1);
 }
 
 TEST_F(SolveQueueTest, KeysWithAnUnknownSetupOrSolutionAreRefusedTogether) {
@@ -592,4 +607,35 @@ TEST_F(SolveReportsTest, ASolverThatReportsWithoutAnEndCostsItsPointAlone) {
   EXPECT_EQ(m_listener.errors[L"Do=flood of costs"],
             L"the worker was stopped because it reported more than 10000 costs");
   EXPECT_EQ(LastSolveOf(L"Do=flood of costs").GetTasks().size(), 10'001u) << "what it told before, and the whole";
+}
+
+TEST_F(SolveReportsTest, ThePassesOfARunningPointAreToldAsTheyCome) {
+  Submit(L"Do=passes");
+  m_listener.onStored = [this](AString const &) { EXPECT_EQ(m_listener.passes.size(), 3u); };
+  m_queue.Run(m_listener);
+  EXPECT_EQ(m_listener.passes, (std::vector<AString>{L"Do=passes: 0.5", L"Do=passes: 0.25", L"Do=passes: 0.125"}));
+}
+
+TEST_F(SolveReportsTest, APointWhoseResultCannotBeStoredHasNoRecordThatSaysSolved) {
+  Submit(L"N=1");
+  m_queue.Run(m_listener);
+  Submit(L"Do=large; N=1");
+  {
+    std::uintmax_t constexpr kRoom = 100'000;
+    LargestFile const limit(std::filesystem::file_size(text::ToUtf8(Manager().GetQsolPath()) + "_priv") + kRoom);
+    EXPECT_THROW(m_queue.Run(m_listener), Error);
+  }
+  EXPECT_EQ(LastSolveOf(L"N=1").GetTotalInfo(), SolveRecords::kSolved);
+  EXPECT_EQ(LastSolveOf(L"Do=large; N=1").GetTotalInfo(), L"failed: solved, but the result could not be stored");
+}
+
+TEST_F(SolveReportsTest, APointThatARunStopsLeavesARecordThatSaysSoAndNoCost) {
+  Submit(L"Do=sleep");
+  m_listener.onStart = [](AString const &) {
+    SolveQueue::RequestStop();
+    SolveQueue::RequestStop();
+  };
+  EXPECT_TRUE(m_queue.Run(m_listener).interrupted);
+  EXPECT_EQ(LastSolveOf(L"Do=sleep").GetTotalInfo(), SolveRecords::kStopped);
+  EXPECT_TRUE(LastSolveOf(L"Do=sleep").GetTasks().empty());
 }
