@@ -122,6 +122,7 @@ private:
         PrintMessage("note: " + Utf8(note));
       try {
         m_result.outcome = solver.Queue().Run(m_listener);
+        m_result.outcome.interrupted = m_result.outcome.interrupted || m_result.requested.isStopped;
       } catch (desktop::Error const & error) {
         // What was solved from the source as it was read is kept like that of a run that was stopped.
         if (error.Kind() == ErrorKind::kSource && m_listener.Stored() > 0)
