@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
+#include <limits>
 #include <set>
 
 namespace solvedesk {
@@ -26,6 +27,13 @@ Columns ColumnsOf(ConvergenceData const & record, int index) {
   Columns columns;
   record.GetTableColumns(columns, index);
   return columns;
+}
+
+// Saturates as the reader of the record does.
+int IndexOfSet(AString const & name) {
+  constexpr long kLeast = std::numeric_limits<int>::min();
+  constexpr long kMost = std::numeric_limits<int>::max();
+  return static_cast<int>(std::clamp(std::wcstol(name.c_str(), nullptr, 10), kLeast, kMost));
 }
 
 Json TextOrNull(AString const & text) { return text.Compare(kNone) == 0 ? Json() : Json(Utf8(text)); }
@@ -46,8 +54,7 @@ std::vector<int> ConvergenceSets(io::CBlock const & block) {
   std::set<int> sets;
   for (auto const & child : block)
     if (child->IsBlock())
-      sets.insert(child->Name().IsNumber(10) ? static_cast<int>(std::wcstol(child->Name().c_str(), nullptr, 10))
-                                             : ConvergenceData::kSingleSet);
+      sets.insert(child->Name().IsNumber(10) ? IndexOfSet(child->Name()) : ConvergenceData::kSingleSet);
   if (sets.empty())
     sets.insert(ConvergenceData::kSingleSet);
   return {sets.begin(), sets.end()};
@@ -75,6 +82,16 @@ std::string ConvergenceSummary(ConvergenceData const & record, int index) {
   if (most.Compare(kNone) != 0 && !most.empty())
     text += ", at most " + Utf8(most);
   return text;
+}
+
+std::string CriterionText(ConvergenceData const & record, int index) {
+  AString const label = record.GetCriterionLabel(index);
+  AString const now = record.GetCurrentCriterion(index);
+  AString const target = record.GetTargetCriterion(index);
+  for (AString const & text : {label, now, target})
+    if (text.empty() || text.Compare(kNone) == 0)
+      return std::string();
+  return Utf8(label) + " " + Utf8(now) + " of " + Utf8(target);
 }
 
 std::string ConvergenceTable(ConvergenceData const & record, int index) {

@@ -4,6 +4,7 @@
 #include "apps/solvedesk/RecordChoice.h"
 #include "apps/solvedesk/Verbs.h"
 #include "basekit/io/CBlock.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/convergence/ConvergenceData.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
@@ -27,7 +28,7 @@ class ConvergenceReport {
 public:
   explicit ConvergenceReport(bool isBrief) : m_isBrief(isBrief) {}
 
-  void Add(RecordOfSolve const & solve) {
+  bool Add(RecordOfSolve const & solve) {
     Json sets = Json::array();
     for (int const index : ConvergenceSets(solve.block)) {
       // Through the setup, which knows the labels that no block holds.
@@ -45,6 +46,7 @@ public:
       m_notConverged += record->SupportsIsConverged(index) && !record->GetIsConverged(index) ? 1 : 0;
     }
     m_records.push_back({{"setup", Utf8(solve.setup.GetName())}, {"variation", Utf8(solve.variation)}, {"sets", sets}});
+    return true;
   }
   std::string Text() const {
     return m_text + (m_records.empty() ? "no solve reported passes\n"
@@ -67,10 +69,14 @@ private:
 int ShowConvergence(ConvergenceWords const & words) {
   auto const session = OpenForReading(words.records.project);
   ConvergenceReport report(words.brief);
-  ForEachRecord(*session, words.records, SolutionVariationKey::kConvDataKey,
-                [&report](RecordOfSolve const & solve) { report.Add(solve); });
+  int const code =
+      ForEachRecord(*session, words.records, SolutionVariationKey::kConvDataKey, [&](RecordOfSolve const & solve) {
+        // The setup would give what it could read of a damaged one.
+        ConvergenceData whole(solve.block.Name());
+        return whole.Read(solve.block, &session->GetManager()) == io::kNoError && report.Add(solve);
+      });
   PrintResult(words.output, report.Text(), report.Document());
-  return 0;
+  return code;
 }
 
 } // namespace

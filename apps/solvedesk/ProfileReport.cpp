@@ -91,10 +91,10 @@ Json ProfileReport::Total::Json() const {
   return {{"solves", solves}, {"wall_seconds", seconds}, {"cpu_seconds", cpuSeconds}, {"memory_bytes", memory}};
 }
 
-void ProfileReport::Add(RecordOfSolve const & solve) {
+bool ProfileReport::Add(RecordOfSolve const & solve) {
   CProfileData const * const record = solve.setup.GetProfileData(solve.variation, solve.setup.GetVersionID());
   if (!record)
-    return;
+    return false;
   Json groups = Json::array();
   Total total;
   std::string text;
@@ -114,6 +114,7 @@ void ProfileReport::Add(RecordOfSolve const & solve) {
                        {"variation", Utf8(solve.variation)},
                        {"groups", groups},
                        {"total", total.Json()}});
+  return true;
 }
 
 std::string ProfileReport::Text() const {

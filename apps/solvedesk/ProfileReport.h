@@ -13,7 +13,8 @@ class ProfileReport {
 public:
   explicit ProfileReport(bool isBrief) : m_isBrief(isBrief) {}
 
-  void Add(RecordOfSolve const & solve);
+  /// False when the record can't be read.
+  bool Add(RecordOfSolve const & solve);
   std::string Text() const;
   nlohmann::ordered_json Document() const;
 

@@ -19,10 +19,10 @@ struct ProfileWords {
 int ShowProfile(ProfileWords const & words) {
   auto const session = OpenForReading(words.records.project);
   ProfileReport report(words.brief);
-  ForEachRecord(*session, words.records, SolutionVariationKey::kProfileDataKey,
-                [&report](RecordOfSolve const & solve) { report.Add(solve); });
+  int const code = ForEachRecord(*session, words.records, SolutionVariationKey::kProfileDataKey,
+                                 [&report](RecordOfSolve const & solve) { return report.Add(solve); });
   PrintResult(words.output, report.Text(), report.Document());
-  return 0;
+  return code;
 }
 
 } // namespace

@@ -68,22 +68,26 @@ void AddRecordWords(CLI::App & verb, RecordWords & words) {
   verb.add_option("--variation", words.variation, "one variation, as `info` shows it");
 }
 
-void ForEachRecord(desktop::Session & session, RecordWords const & words, long kind,
-                   std::function<void(RecordOfSolve const &)> const & visit) {
+int ForEachRecord(desktop::Session & session, RecordWords const & words, long kind,
+                  std::function<bool(RecordOfSolve const &)> const & visit) {
   auto const setups = ChooseSetups(session, words.setups);
   auto const variation = VariationOf(words);
   auto const records = FindRecords(session, kind, setups, variation);
   std::size_t count = 0;
+  int code = 0;
   for (BaseSimulationSetup * const setup : setups) {
     auto const & ofSetup = records.at(setup->GetID());
     count += ofSetup.size();
     for (Named const & record : ofSetup) {
       io::CBlock block(record.realName);
-      if (session.GetManager().LoadSingleBlock(block) != CStreamioLibrary::kLibSuccess)
-        throw desktop::Error(ErrorKind::kProject, setup->GetName() + L" at " + record.variation +
-                                                      L": the record of its solve can't be read; `qsol verify` tells "
-                                                      L"what is damaged, `solvedesk solve --again` makes it anew");
-      visit({*setup, record.variation, block});
+      bool const isRead = session.GetManager().LoadSingleBlock(block) == CStreamioLibrary::kLibSuccess &&
+                          visit({*setup, record.variation, block});
+      if (!isRead) {
+        PrintMessage(Utf8(setup->GetName() + L" at " + record.variation) +
+                     ": the record of its solve can't be read; `qsol verify` tells what is damaged, `solvedesk solve "
+                     "--again` makes it anew");
+        code = static_cast<int>(ErrorKind::kProject);
+      }
       setup->ForgetRecords(record.variation, setup->GetVersionID());
     }
   }
@@ -91,6 +95,7 @@ void ForEachRecord(desktop::Session & session, RecordWords const & words, long k
     throw desktop::Error(ErrorKind::kUsage, L"--variation '" + *variation +
                                                 L"': no solve of an equal one left such a record; `info` lists the "
                                                 L"variations");
+  return code;
 }
 
 } // namespace solvedesk

@@ -36,9 +36,10 @@ struct RecordOfSolve {
 };
 
 /// Goes through the records of that kind (SolutionVariationKey::kConvDataKey, kProfileDataKey) that the chosen setups
-/// have at their present versions, setup by setup.  Throws desktop::Error (kUsage) when there is none of the setups
-/// and variation that were named, or one can't be read.
-void ForEachRecord(desktop::Session & session, RecordWords const & words, long kind,
-                   std::function<void(RecordOfSolve const &)> const & visit);
+/// have at their present versions, setup by setup.  One that can't be read, or of which the visitor says so by false,
+/// is told on standard error, and the others go on.  Gives the exit code: 0 when all could be read.  Throws
+/// desktop::Error (kUsage) when there is none of the setups and variation that were named.
+[[nodiscard]] int ForEachRecord(desktop::Session & session, RecordWords const & words, long kind,
+                                std::function<bool(RecordOfSolve const &)> const & visit);
 
 } // namespace solvedesk

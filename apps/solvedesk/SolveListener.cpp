@@ -1,6 +1,7 @@
 #include "apps/solvedesk/SolveListener.h"
 
 #include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/ConvergenceTable.h"
 
 #include <fmt/format.h>
 
@@ -40,6 +41,21 @@ void SolveListener::OnPointProgress(AString const & setup, AString const & varia
                                     AString const & text) {
   if (m_liveLines)
     m_progress.Report(PointText(setup, variation), fraction, Utf8(text));
+}
+
+void SolveListener::OnPass(AString const & setup, AString const & variation, ConvergenceData const & record,
+                           int index) {
+  if (m_liveLines)
+    m_progress.Pass(PointText(setup, variation), CriterionText(record, index));
+  if (!m_printsEvents)
+    return;
+  int const pass = PassCount(record, index);
+  Tell({{"event", "pass"},
+        {"setup", Utf8(setup)},
+        {"variation", Utf8(variation)},
+        {"index", index},
+        {"pass", pass},
+        {"values", PassJson(record, index, pass)}});
 }
 
 void SolveListener::OnSolved(AString const & setup, AString const & variation) {

@@ -13,8 +13,8 @@ namespace solvedesk {
 struct OutputOptions;
 
 /// Tells of a running solve as it goes: moving lines on a terminal, elsewhere a line every few seconds, or one JSON
-/// line per point for programs; one line on standard error for each point that failed.  A reader of the events who goes
-/// away asks for a stop, once.
+/// line per pass and point for programs; one line on standard error for each point that failed.  A reader of the events
+/// who goes away asks for a stop, once.
 class SolveListener : public desktop::ISolveListener {
 public:
   SolveListener(OutputOptions const & output, bool printsEvents);
@@ -23,6 +23,7 @@ public:
   void OnStarted(AString const & setup, AString const & variation) override;
   void OnPointProgress(AString const & setup, AString const & variation, double fraction,
                        AString const & text) override;
+  void OnPass(AString const & setup, AString const & variation, ConvergenceData const & record, int index) override;
   void OnSolved(AString const & setup, AString const & variation) override;
   void OnStored(AString const & setup, AString const & variation, double seconds) override;
   void OnFailed(AString const & setup, AString const & variation, AString const & error) override;

@@ -22,7 +22,9 @@ std::string DurationText(double seconds) {
   return fmt::format("{} h {} min", whole / 3600, whole / 60 % 60);
 }
 
-void SolveProgress::Begin(std::string const & point) { m_running.push_back({point, Clock::now(), -1, std::string()}); }
+void SolveProgress::Begin(std::string const & point) {
+  m_running.push_back({point, Clock::now(), -1, std::string(), std::string()});
+}
 
 void SolveProgress::Report(std::string const & point, double fraction, std::string const & text) {
   auto const found = std::ranges::find(m_running, point, &Running::point);
@@ -30,6 +32,12 @@ void SolveProgress::Report(std::string const & point, double fraction, std::stri
     return;
   found->fraction = std::isfinite(fraction) ? std::clamp(fraction, 0.0, 1.0) : 0.0;
   found->text = text;
+}
+
+void SolveProgress::Pass(std::string const & point, std::string const & criterion) {
+  auto const found = std::ranges::find(m_running, point, &Running::point);
+  if (found != m_running.end())
+    found->criterion = criterion;
 }
 
 void SolveProgress::End(std::string const & point) {
@@ -75,8 +83,9 @@ std::vector<std::string> SolveProgress::Lines() const {
       break;
     }
     std::string const share = running.fraction < 0 ? "" : fmt::format("{:.0f} %", 100 * running.fraction);
-    lines.push_back(fmt::format("  {:>6}  {}{}{}, {}", share, running.point, running.text.empty() ? "" : ": ",
-                                running.text,
+    std::string const criterion = running.criterion.empty() ? "" : ", " + running.criterion;
+    lines.push_back(fmt::format("  {:>6}  {}{}{}{}, {}", share, running.point, running.text.empty() ? "" : ": ",
+                                running.text, criterion,
                                 DurationText(std::chrono::duration<double>(now - running.start).count())));
   }
   lines.push_back(Whole());

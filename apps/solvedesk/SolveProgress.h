@@ -13,6 +13,8 @@ public:
 
   void Begin(std::string const & point);
   void Report(std::string const & point, double fraction, std::string const & text);
+  /// What the last pass of a point came to, shown behind what its solver does.
+  void Pass(std::string const & point, std::string const & criterion);
   void End(std::string const & point);
   void Count(int done, int failed, int total);
 
@@ -29,6 +31,7 @@ private:
     Clock::time_point start;
     double fraction = -1; ///< below 0 when the solver did not tell
     std::string text;
+    std::string criterion;
   };
 
   double Seconds() const;

@@ -138,17 +138,30 @@ private:
   void RunAndSave(desktop::Study const & study, std::vector<BaseSimulationSetup *> const & setups) {
     QueueOfDesign solver(*m_session, QueueOptions(m_words, *m_session));
     {
-      // Also while points are queued: a request to stop then ends the run before it begins.
+      // Also while points are queued: a request to stop then ends the run before it begins.  And while results are
+      // saved, which nothing may cut short.
       StopOnSignals const stopOnSignals;
       m_result.requested = Request(study, setups, m_words.again ? &solver.Queue() : nullptr);
       for (AString const & note : m_result.requested.notes)
         PrintMessage("note: " + Utf8(note));
-      m_result.outcome = solver.Queue().Run(m_listener);
+      try {
+        m_result.outcome = solver.Queue().Run(m_listener);
+        m_result.outcome.interrupted = m_result.outcome.interrupted || m_result.requested.isStopped;
+      } catch (desktop::Error const & error) {
+        // What was solved from the source as it was read is kept like that of a run that was stopped.
+        if (error.Kind() == ErrorKind::kSource && m_listener.Stored() > 0)
+          SaveUnlessUnwanted(m_listener.Stored());
+        throw;
+      }
+      SaveUnlessUnwanted(m_result.outcome.stored);
     }
-    // Edits are saved with results alone.  Where all was saved before, what is there is no more than new IDs.
-    bool const isDue = m_result.outcome.stored > 0 || !m_result.hadUnsaved;
+  }
+
+  // Edits are saved with results alone.  Where all was saved before, what is there is no more than new IDs.
+  void SaveUnlessUnwanted(int stored) {
+    bool const isDue = stored > 0 || !m_result.hadUnsaved;
     if (!m_words.noSave && isDue && m_session->HasUnsavedChanges())
-      SaveSolved(*m_session, m_words.project, m_result.outcome.stored);
+      SaveSolved(*m_session, m_words.project, stored);
   }
 
   // Programs that read events learn from them alone how the run ended.

@@ -1,6 +1,7 @@
 #include "apps/solvedesk/StopOnSignals.h"
 
 #include "desktop/solve/SolveQueue.h"
+#include "desktop/solve/StopRequests.h"
 
 namespace solvedesk {
 
@@ -18,6 +19,8 @@ StopOnSignals::StopOnSignals() {
 StopOnSignals::~StopOnSignals() {
   for (auto const & [number, former] : m_former)
     sigaction(number, &former, nullptr);
+  // One that came after the last point has nothing left to stop, and none of it is for the next solve.
+  desktop::StopRequests::Settle(desktop::StopRequests::Count());
 }
 
 } // namespace solvedesk

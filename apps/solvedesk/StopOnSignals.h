@@ -6,7 +6,7 @@
 namespace solvedesk {
 
 /// Ctrl-C, a polite end and a terminal that goes stop the solve for as long as this lives: once, what runs is finished;
-/// twice, it stops now.
+/// twice, it stops now.  Where nothing is left to stop they do nothing, so that what follows, such as a save, is safe.
 class StopOnSignals {
 public:
   StopOnSignals();

@@ -27,7 +27,7 @@ std::size_t SampleSize(StudyWords const & words, std::vector<std::vector<desktop
   if (words.sample && *words.sample < 1)
     Refuse(L"--sample: takes the number of points, 1 or more");
   if (words.sample && *words.sample > static_cast<long long>(desktop::kMostStudyPoints))
-    Refuse(L"--sample: asks for more than 10000000 points; take fewer");
+    Refuse(L"--sample: " + desktop::TooManyPoints(static_cast<double>(*words.sample)) + L"; take fewer");
   return static_cast<std::size_t>(words.sample.value_or(0));
 }
 

@@ -8,8 +8,13 @@
 #include "basekit/profile/CProfileTask.h"
 #include "desktop/solve/SolveRecords.h"
 #include "solutionmanager/convergence/ConvergenceData.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
 
 #include <fmt/format.h>
+
+#include <limits>
+#include <utility>
 
 namespace solvedesk {
 namespace {
@@ -17,13 +22,15 @@ namespace {
 constexpr int kSchemaVersion = 1;
 constexpr int kWholeIndex = ConvergenceData::kSingleSet;
 
+bool IsStopped(CProfileGroup const & group) { return group.GetTotalInfo() == desktop::SolveRecords::kStopped; }
+
 /// The last solve of a profile that has an end; null when there is none.
 CProfileGroup const * LastSolve(CProfileData const & profile) {
   auto const * const groups = profile.GetGroupList(kWholeIndex);
   if (!groups)
     return nullptr;
   for (auto at = groups->rbegin(); at != groups->rend(); ++at)
-    if (desktop::SolveRecords::WholeOf(kWholeIndex, *at->second))
+    if (desktop::SolveRecords::WholeOf(kWholeIndex, *at->second) || IsStopped(*at->second))
       return at->second;
   return nullptr;
 }
@@ -53,15 +60,23 @@ void WatchEvents::Begin(bool hasWriter) {
 
 bool WatchEvents::Look() {
   auto const all = m_results.Look();
+  auto const held = std::exchange(m_held, {});
   for (News const & news : all)
     if (news.key.GetSolutionKey() == SolutionVariationKey::kConvDataKey)
       TellPasses(news);
     else if (news.key.GetSolutionKey() == SolutionVariationKey::kProfileDataKey)
       TellCost(news);
+  for (News const & news : held)
+    TellPoint(news);
   // A save may have brought a point and its records into another order.
-  for (News const & news : all)
-    if (news.key.IsValidVariationDataKey())
+  for (News const & news : all) {
+    if (!news.key.IsValidVariationDataKey())
+      continue;
+    if (m_seconds.contains({news.key.GetSimSetupKey(), news.key.GetDesignVariationKey()}))
       TellPoint(news);
+    else
+      m_held.push_back(news);
+  }
   TellCommit();
   return m_isRead;
 }
@@ -82,19 +97,44 @@ void WatchEvents::TellPoint(News const & news) {
 void WatchEvents::TellCost(News const & news) {
   io::CBlock block;
   CProfileData profile;
-  if (!m_results.Load(news, block) || profile.DoDataExchange(block, true) != io::kNoError)
+  if (!m_results.Load(news, block))
     return;
+  if (profile.DoDataExchange(block, true) != io::kNoError)
+    return TellDamage(news);
   CProfileGroup const * const solve = LastSolve(profile);
   if (!solve)
     return;
+  EndPasses(news);
   if (solve->GetTotalInfo() == desktop::SolveRecords::kSolved) {
     m_seconds[{news.key.GetSimSetupKey(), news.key.GetDesignVariationKey()}] = solve->GetTasks().back()->GetRealTime();
     return;
   }
-  ++m_failed;
-  Event event = Head("failed", news);
+  bool const isStopped = IsStopped(*solve);
+  m_failed += isStopped ? 0 : 1;
+  Event event = Head(isStopped ? "stopped" : "failed", news);
   event["error"] = Utf8(solve->GetTotalInfo());
   Tell(PointText(news) + ": " + Utf8(solve->GetTotalInfo()), event);
+}
+
+void WatchEvents::TellDamage(News const & news) {
+  PrintMessage(PointText(news) + ": the record of its solve can't be read; `qsol verify` tells what is damaged");
+}
+
+// Solutions of one setup report into one record: there the next solve goes on where the last one ended.
+bool WatchEvents::SharesRecords(long setupID) const {
+  auto const at = m_manager.GetSetups().find(setupID);
+  return at != m_manager.GetSetups().end() && at->second->GetSolutions().size() > 1;
+}
+
+void WatchEvents::EndPasses(News const & cost) {
+  if (SharesRecords(cost.key.GetSimSetupKey()))
+    return;
+  AString const record = SolutionVariationKey(cost.key.GetSimSetupKey(), cost.key.GetDesignVariationKey(),
+                                              SolutionVariationKey::kConvDataKey, cost.key.GetVersionIDKey())
+                             .Pack();
+  for (auto at = m_told.lower_bound({record, std::numeric_limits<int>::min()});
+       at != m_told.end() && at->first.first == record; ++at)
+    at->second.isOver = true;
 }
 
 void WatchEvents::TellPasses(News const & news) {
@@ -103,7 +143,7 @@ void WatchEvents::TellPasses(News const & news) {
     return;
   ConvergenceData record(block.Name());
   if (record.Read(block, &m_manager) != io::kNoError)
-    return;
+    return TellDamage(news);
   Event const head = Head("pass", news);
   for (int const index : ConvergenceSets(block))
     if (!record.NeedDefinition(index))
@@ -113,8 +153,8 @@ void WatchEvents::TellPasses(News const & news) {
 void WatchEvents::TellSet(std::string const & point, Event const & head, ConvergenceData const & record, Told & told,
                           int index) {
   int const passes = PassCount(record, index);
-  if (passes < told.passes)
-    told = Told(); // It is being solved anew.
+  if (told.isOver || passes < told.passes)
+    told = Told(); // It is being solved anew, though with as many passes it may look the same.
   for (int pass = told.passes + 1; pass <= passes; ++pass) {
     Event event = head;
     event.update({{"index", index}, {"pass", pass}, {"values", PassJson(record, index, pass)}});
@@ -140,6 +180,8 @@ void WatchEvents::TellCommit() {
 }
 
 void WatchEvents::End(char const * why) {
+  for (News const & news : std::exchange(m_held, {}))
+    TellPoint(news);
   Tell(fmt::format("{}: {}, {} failed", why, Count(m_points, "point"), m_failed),
        {{"event", "end"}, {"why", why}, {"points", m_points}, {"failed", m_failed}});
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <tuple>
+#include <vector>
 
 class BaseSolutionManager;
 class ConvergenceData;
@@ -36,12 +37,16 @@ private:
   struct Told {
     int passes = 0;
     bool isConverged = false;
+    bool isOver = false; ///< the solve that reported them has ended
   };
 
   void TellPoint(News const & news);
   void TellPasses(News const & news);
   void TellCost(News const & news);
   void TellSet(std::string const & point, Event const & head, ConvergenceData const & record, Told & told, int index);
+  void EndPasses(News const & cost);
+  bool SharesRecords(long setupID) const;
+  void TellDamage(News const & news);
   void TellCommit();
   void Tell(std::string const & text, Event const & event);
   Event Head(char const * what, News const & news);
@@ -57,6 +62,8 @@ private:
   std::uint64_t m_commits = 0;
   /// Of each set of a record.
   std::map<SetOfRecord, Told> m_told;
+  /// Points whose record is not there yet; it follows the data at once, so the next look tells them anyway.
+  std::vector<News> m_held;
   /// What the solve of a point took whose data was not seen yet.
   std::map<std::tuple<long, AString>, double> m_seconds;
 };

@@ -143,7 +143,8 @@ void AddWatchVerb(CLI::App & program, Action & action) {
                "  solvedesk watch lowpass --once --json\n\n"
                "Begins with what is not saved yet, goes on with each point and each pass as it is stored, and ends\n"
                "when the writer is done. The writer is never held up: its work is read beside it.\n\n"
-               "With --json each line has an 'event': begin, pass, converged, point, failed, saved, end.\n\n"
+               "With --json each line has an 'event': begin, pass, converged, point, failed, stopped,\n"
+               "saved, end.\n\n"
                "Exit code 0: the writer is done, or the time is over; 1: it went without closing the project.");
   verb->callback([&action, words] { action = [words] { return Watch(*words); }; });
 }

@@ -8,10 +8,13 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/solve/SolveQueue.h"
+#include "desktop/study/Study.h"
+#include "desktop/study/StudyRequest.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <chrono>
 #include <fstream>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -43,16 +46,19 @@ double SecondsOfWaits(StudySize const & size) {
   });
 }
 
-// As a verb does it: an instance for each variation, asked for through its setup.
+// As `solvedesk solve --vary x=0:...:1` does it.
 void Submit(desktop::Session & session, std::size_t points) {
-  desktop::Design & design = session.GetDesign();
-  std::vector<AString> variations;
-  for (std::size_t i = 0; i < points; ++i)
-    variations.push_back(design.GetVariation({{L"x", AString::Format(L"%d", static_cast<int>(i))}}));
-  session.GetManager().IssueVariationIDs(variations);
-  BaseSimulationSetup const & setup = *session.GetManager().GetSetups().begin()->second;
-  for (AString const & variation : variations)
-    setup.StartSingleSimulation(&design.InstanceFor(variation), 0, 0, nullptr);
+  desktop::StudyAxis axis;
+  axis.names = {L"x"};
+  axis.places = {L"--vary x"};
+  axis.columns.emplace_back(points);
+  std::iota(axis.columns.front().begin(), axis.columns.front().end(), 0.0);
+  desktop::Study study;
+  study.Add(axis);
+  study.ResolveNames(session.GetDesign());
+  auto const requested =
+      desktop::RequestStudy(session, {session.GetManager().GetSetups().begin()->second}, study, nullptr);
+  Require(requested.points == points && requested.alreadyValid == 0, "points were not queued");
 }
 
 } // namespace

@@ -4,13 +4,28 @@
 #include "basekit/io/CBlock_func.h"
 #include "basekit/text/AString.h"
 
+#include <cstdint>
+#include <vector>
+
 class CProfileUpdate;
 
 namespace desktop {
 
+/// A file of the source, with what it held when the project read it.
+struct JobSource {
+  AString path; ///< full
+  std::uint64_t size = 0;
+  std::uint32_t checksum = 0;
+
+  friend bool operator==(JobSource const & a, JobSource const & b) = default;
+};
+
 /// One point to be solved, as it travels to a worker.
 struct SolveJob {
   AString sourceFile;
+  /// All files of the source.  A result counts only when they held this from before the job began until after its end:
+  /// the worker looks, and makes a new runner when one of them was written.
+  std::vector<JobSource> sources;
   AString setupName;
   AString setupType;
   io::CBlock settings{L"Settings"};

@@ -1,9 +1,8 @@
 #include "desktop/solve/JobMeter.h"
 
+#include "desktop/product/PeakMemory.h"
 #include "desktop/solve/FileDescriptor.h"
 
-#include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/resource.h>
 
@@ -33,22 +32,6 @@ void BeginPeakAnew() {
   }
 }
 
-double PeakOfProcess() {
-  rusage usage{};
-  return ::getrusage(RUSAGE_SELF, &usage) == 0 ? 1024.0 * static_cast<double>(usage.ru_maxrss) : 0.0;
-}
-
-double Peak() {
-  char bytes[4096];
-  FileDescriptor const file(::open("/proc/self/status", O_RDONLY | O_CLOEXEC));
-  ssize_t const count = file.Get() < 0 ? -1 : ::read(file.Get(), bytes, sizeof bytes - 1);
-  if (count <= 0)
-    return PeakOfProcess();
-  bytes[count] = '\0';
-  char const * const line = std::strstr(bytes, "VmHWM:");
-  return line ? 1024.0 * std::strtod(line + std::strlen("VmHWM:"), nullptr) : PeakOfProcess();
-}
-
 } // namespace
 
 JobMeter::JobMeter() {
@@ -61,7 +44,7 @@ JobCost JobMeter::Read() const {
   JobCost cost;
   cost.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
   cost.cpuSeconds = CpuSeconds() - m_cpuAtStart;
-  cost.memory = Peak();
+  cost.memory = PeakMemory();
   return cost;
 }
 

@@ -6,6 +6,7 @@
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/solve/SolveRecords.h"
 #include "desktop/solve/SolveRun.h"
+#include "desktop/solve/SourceGuard.h"
 #include "desktop/solve/StopRequests.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -20,6 +21,7 @@ namespace desktop {
 namespace {
 
 constexpr std::size_t kMostErrors = 1000;
+wchar_t const * const kNotStored = L"failed: solved, but the result could not be stored";
 
 struct Point {
   long setupID = id::invalidID;
@@ -38,15 +40,20 @@ BaseSimulationSetup * FindSetup(BaseSolutionManager & manager, long setupID) {
   return dynamic_cast<BaseSimulationSetup *>(manager.GetISimulationSetupByID(setupID, false, false));
 }
 
+BaseSolution * FindSolution(BaseSolutionManager & manager, long setupID, long solutionID) {
+  BaseSimulationSetup const * const setup = FindSetup(manager, setupID);
+  return setup ? dynamic_cast<BaseSolution *>(setup->GetISolutionByID(solutionID, false)) : nullptr;
+}
+
 BaseSolution * FindSolution(BaseSolutionManager & manager, Point const & point) {
-  BaseSimulationSetup const * const setup = FindSetup(manager, point.setupID);
-  return setup ? dynamic_cast<BaseSolution *>(setup->GetISolutionByID(point.solutionID, false)) : nullptr;
+  return FindSolution(manager, point.setupID, point.solutionID);
 }
 
 } // namespace
 
 void ISolveListener::OnStarted(AString const &, AString const &) {}
 void ISolveListener::OnPointProgress(AString const &, AString const &, double, AString const &) {}
+void ISolveListener::OnPass(AString const &, AString const &, ConvergenceData const &, int) {}
 void ISolveListener::OnSolved(AString const &, AString const &) {}
 void ISolveListener::OnStored(AString const &, AString const &, double) {}
 void ISolveListener::OnFailed(AString const &, AString const &, AString const &) {}
@@ -67,9 +74,7 @@ public:
   int CountWaiting() const override { return static_cast<int>(m_points.size() - m_next); }
   bool TakeNext(int & number, SolveJob & job) override;
   void Progressed(int number, double fraction, AString const & text) override;
-  void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) override {
-    m_records.AddPass(number, row, index);
-  }
+  void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) override;
   void Converged(int number, bool isConverged, AString const & consecutivePasses, int index) override {
     m_records.SetConvergence(number, isConverged, consecutivePasses, index);
   }
@@ -88,6 +93,7 @@ private:
   void TellProgress() { m_listener->OnProgress(m_outcome.stored, m_outcome.failed, static_cast<int>(m_points.size())); }
   Point PointAt(int number) const { return m_points[static_cast<std::size_t>(number)]; }
   AString SetupNameOf(Point const & point) const;
+  void CheckSource();
   void Clear();
 
   SolveSite m_site;
@@ -96,7 +102,9 @@ private:
   std::size_t m_next = 0;
   std::set<decltype(Point().Identity())> m_open;
   SolveRecords m_records;
+  SourceGuard m_guard;
   ISolveListener * m_listener = nullptr;
+  int m_solved = 0; ///< of this run, stored or about to be
   SolveOutcome m_outcome;
 };
 
@@ -153,14 +161,20 @@ bool SolveQueue::Impl::IsSolving(IDesignInstance const * instance, long setupID,
     return false;
   long const variationID = m_site.manager.GetVariationID(instance->GetVariationKey());
   auto at = m_open.lower_bound({setupID, variationID, std::numeric_limits<long>::min(), 0});
-  for (; at != m_open.end() && std::get<0>(*at) == setupID && std::get<1>(*at) == variationID; ++at)
-    if (!solutionIDs || std::find(solutionIDs->begin(), solutionIDs->end(), std::get<2>(*at)) != solutionIDs->end())
+  for (; at != m_open.end() && std::get<0>(*at) == setupID && std::get<1>(*at) == variationID; ++at) {
+    auto const & [setup, variation, solutionID, version] = *at;
+    bool const isAsked =
+        !solutionIDs || std::find(solutionIDs->begin(), solutionIDs->end(), solutionID) != solutionIDs->end();
+    // What is solved for a version that an edit left behind doesn't solve the present one.
+    BaseSolution const * const solution = isAsked ? FindSolution(m_site.manager, setup, solutionID) : nullptr;
+    if (solution && solution->GetVersionID() == version)
       return true;
+  }
   return false;
 }
 
 void SolveQueue::Impl::Clear() {
-  m_records.EndAll(L"stopped before its end");
+  m_records.EndAll();
   m_points.clear();
   m_next = 0;
   m_open.clear();
@@ -176,10 +190,12 @@ SolveOutcome SolveQueue::Impl::Run(ISolveListener & listener) {
   } const clear{*this};
   m_listener = &listener;
   m_outcome = SolveOutcome();
+  m_solved = 0;
   if (m_points.empty())
     return m_outcome;
   if (m_site.prepare)
     m_site.prepare();
+  m_guard = SourceGuard(m_site.sources ? m_site.sources() : std::vector<JobSource>());
   TellProgress();
   m_outcome.interrupted = !SolveRun(*this, m_site.product.GetName(), m_options).Run();
   return std::move(m_outcome);
@@ -190,7 +206,18 @@ AString SolveQueue::Impl::SetupNameOf(Point const & point) const {
   return setup ? setup->GetName() : AString::Format(L"setup %d", point.setupID);
 }
 
+// Workers refuse to solve from another source than the one that was read; here it ends the run, since all points that
+// are left would fail alike.  What is solved by then is right, and stored.
+void SolveQueue::Impl::CheckSource() {
+  if (AString const change = m_guard.FindChange(); !change.empty())
+    throw Error(ErrorKind::kSource,
+                change + AString::Format(L"; the run ended before %d of its %d points were solved",
+                                         static_cast<int>(m_points.size()) - m_solved - m_outcome.failed,
+                                         static_cast<int>(m_points.size())));
+}
+
 bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
+  CheckSource();
   while (m_next < m_points.size()) {
     number = static_cast<int>(m_next++);
     Point const point = PointAt(number);
@@ -201,6 +228,7 @@ bool SolveQueue::Impl::TakeNext(int & number, SolveJob & job) {
     }
     job = SolveJob();
     job.sourceFile = m_site.sourceFile;
+    job.sources = m_guard.GetSources();
     job.setupName = setup->GetName();
     job.setupType = setup->GetSimSetupTypeName();
     job.variation = point.variation;
@@ -217,17 +245,26 @@ void SolveQueue::Impl::Progressed(int number, double fraction, AString const & t
   m_listener->OnPointProgress(SetupNameOf(point), point.variation, fraction, text);
 }
 
+void SolveQueue::Impl::Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) {
+  ConvergenceData const * const record = m_records.AddPass(number, row, index);
+  Point const point = PointAt(number);
+  if (record)
+    m_listener->OnPass(SetupNameOf(point), point.variation, *record, index);
+}
+
 void SolveQueue::Impl::Tick() {
   m_records.WriteDue();
   m_listener->OnTick();
 }
 
 void SolveQueue::Impl::Solved(int number) {
+  ++m_solved;
   Point const point = PointAt(number);
   m_listener->OnSolved(SetupNameOf(point), point.variation);
 }
 
 void SolveQueue::Impl::Failed(int number, AString const & error, JobCost const & cost) {
+  CheckSource();
   Point const point = PointAt(number);
   m_records.End(number, L"failed: " + error, cost);
   AString const setup = SetupNameOf(point);
@@ -239,15 +276,18 @@ void SolveQueue::Impl::Failed(int number, AString const & error, JobCost const &
   TellProgress();
 }
 
+// First the data, then the records, and both before anybody is told: whatever a crash leaves, no record says "solved"
+// of a point without data.
 void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   io::CBlock batch(L"Batch");
   for (auto const & result : solved) {
-    // First the records: whoever finds the point finds them too.
-    m_records.End(result.number, SolveRecords::kSolved, result.cost);
     result.items->Name(PointAt(result.number).Key().Pack());
     batch << result.items;
   }
-  if (m_site.manager.SaveBlocks(batch) != CStreamioLibrary::kLibSuccess)
+  bool const isStored = m_site.manager.SaveBlocks(batch) == CStreamioLibrary::kLibSuccess;
+  for (auto const & result : solved)
+    m_records.End(result.number, isStored ? SolveRecords::kSolved : kNotStored, result.cost);
+  if (!isStored)
     throw Error(ErrorKind::kStorage,
                 AString::Format(L"results can't be stored in '%s': make sure that the disk has room and the folder can "
                                 L"be written, and solve again; %d of %d points are stored",

@@ -9,11 +9,13 @@
 #include <vector>
 
 class BaseSolutionManager;
+class ConvergenceData;
 
 namespace desktop {
 
 class IDesktopProduct;
 class Session;
+struct JobSource;
 
 /// Hears of a running solve, on the thread that runs it.
 class ISolveListener {
@@ -22,6 +24,8 @@ public:
   virtual void OnStarted(AString const & setup, AString const & variation);
   /// How far a running point is, 0 to 1, and what its solver does; a few times a second at most.
   virtual void OnPointProgress(AString const & setup, AString const & variation, double fraction, AString const & text);
+  /// A pass of the point is done: the last one of that set of its record, which has the targets too.
+  virtual void OnPass(AString const & setup, AString const & variation, ConvergenceData const & record, int index);
   /// The point is solved and will be stored with the next batch.
   virtual void OnSolved(AString const & setup, AString const & variation);
   /// The point is in the library and survives the death of this process.  Seconds are those of the solver.
@@ -46,12 +50,14 @@ struct SolveSite {
   AString sourceFile;
   bool isReadOnly = false;
   std::function<void()> prepare; ///< what is to be safe before the first job starts; a throw stops the run
+  /// The files of the source as the project read them; asked for after the preparation.
+  std::function<std::vector<JobSource>()> sources = {};
 };
 
 /// The desktop's simulation service: points are queued by SubmitSolve and solved by worker processes that take many
 /// jobs each over a pipe.  Results are stored in batches on the thread that calls Run, under the version submitted, and
-/// what the solves told of their passes and costs before them.  A worker that dies, hangs or writes garbage costs its
-/// own job alone.
+/// what the solves told of their passes and costs right after them.  A worker that dies, hangs or writes garbage costs
+/// its own job alone.
 class SolveQueue : public ISimulationService {
 public:
   SolveQueue(SolveSite const & site, SolveOptions const & options);
@@ -59,6 +65,7 @@ public:
   SolveQueue(Session & session, SolveOptions const & options);
   ~SolveQueue() override;
 
+  /// At the present versions of the solutions.
   int IsSolutionSolving(IDesignInstance * instance, long setupID, std::vector<long> const & solutionIDs) override;
   int IsSetupSolving(IDesignInstance * instance, long setupID) override;
   /// A key without a solution means each solution of the setup that needs solving.  A point that is queued or running
@@ -71,8 +78,8 @@ public:
   int QueuedCount() const;
   /// Solves all that is queued, also what the listener submits meanwhile; the queue is empty afterwards, however it
   /// ends.  A first RequestStop finishes what runs, a second one stops now; both keep what is solved.  Throws
-  /// desktop::Error (kStorage) when results can't be stored, (kFailed) when no worker can be started: what was
-  /// stored is kept.
+  /// desktop::Error (kStorage) when results can't be stored, (kFailed) when no worker can be started, (kSource) when
+  /// the source is not what the project read any more: what was stored is kept.
   SolveOutcome Run(ISolveListener & listener);
   /// May be called from a signal handler.  A request that comes before a run stops it at once.
   static void RequestStop();

@@ -2,6 +2,7 @@
 
 #include "basekit/file/LongFileName.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/product/SolveJob.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
 #include "desktop/solve/SolveQueue.h"
@@ -17,8 +18,18 @@ SolveSite SiteOf(Session & session) {
     session.BeginAutosave();
     session.Autosave();
   };
-  return {session.GetManager(), session.GetProduct(), session.GetProject().GetSourceFile().FilePath(),
-          session.IsReadOnly(), prepare};
+  auto const sources = [&session] {
+    std::vector<JobSource> files;
+    for (SourceFile const & file : session.GetProject().GetSourceFiles())
+      files.push_back({file.PathIn(session.GetProject().GetFolder()).FilePath(), file.size, file.checksum});
+    return files;
+  };
+  return {session.GetManager(),
+          session.GetProduct(),
+          session.GetProject().GetSourceFile().FilePath(),
+          session.IsReadOnly(),
+          prepare,
+          sources};
 }
 
 } // namespace

@@ -19,6 +19,7 @@ namespace {
 constexpr int kWholeIndex = ConvergenceData::kSingleSet;
 constexpr std::size_t kLongestOutcome = 1000;
 wchar_t const * const kWholeTask = L"Whole solve";
+wchar_t const * const kNotTold = L"N/A";
 
 CProfileUpdate StartOf(BaseSimulationSetup const & setup, AString const & variation) {
   return CProfileUpdate(
@@ -32,7 +33,7 @@ CProfileUpdate TaskOf(JobCost const & cost) {
   return CProfileUpdate(CProfileUpdate::kTask, task);
 }
 
-// A task without a name could not be read again.
+// People tell the tasks of a table by their names.
 CProfileUpdate Named(CProfileUpdate const & update) {
   CProfileTask const & task = update.GetTask();
   if (!task.GetName().empty())
@@ -50,6 +51,7 @@ SetupConvDef const * DefinitionOf(ConvergenceData const * record, int index) {
 } // namespace
 
 AString const SolveRecords::kSolved(L"solved");
+AString const SolveRecords::kStopped(L"stopped before its end");
 
 SolveRecords::Job * SolveRecords::Find(int number) {
   auto const at = m_jobs.find(number);
@@ -91,20 +93,23 @@ void SolveRecords::BeginSet(Job & job, BaseSimulationSetup & setup, int index) {
   // Of a former solve; a record that never told stays silent about it.
   if (record->SupportsIsConverged(index))
     record->SetIsConverged(false, index);
+  if (record->GetCurrentConsecPasses(index).Compare(kNotTold) != 0)
+    record->SetCurrentConsecPasses(kNotTold, index);
 }
 
-void SolveRecords::AddPass(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) {
+ConvergenceData const * SolveRecords::AddPass(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) {
   Job * const job = Find(number);
   BaseSimulationSetup * const setup = job ? SetupOf(*job) : nullptr;
   if (!setup)
-    return;
+    return nullptr;
   auto const & [setupID, version, variationID, variation] = job->address;
   BeginSet(*job, *setup, index);
-  SetupConvDef const * const definition = DefinitionOf(setup->GetConvData(variation, version, index), index);
+  ConvergenceData const * const record = setup->GetConvData(variation, version, index);
+  SetupConvDef const * const definition = DefinitionOf(record, index);
   // A product that reports passes declares its columns and makes the record.
   KVRO_ASSERT(definition);
   if (!definition)
-    return;
+    return nullptr;
   ConvValues values;
   for (ConvDef const * const column : *definition)
     if (ConvValue * const value = column->ReadValue(row))
@@ -112,6 +117,7 @@ void SolveRecords::AddPass(int number, io::CBlock_ptr<io::CBlock_func> const & r
   setup->AddConvValues(variation, version, &values, index);
   ++job->passes;
   job->isChanged = true;
+  return record;
 }
 
 void SolveRecords::SetConvergence(int number, bool isConverged, AString const & consecutivePasses, int index) {
@@ -177,13 +183,14 @@ void SolveRecords::WriteDue() {
 }
 
 // Whether the records could be written is not asked: results that are stored next to them tell of a disk that is full.
-void SolveRecords::End(int number, AString const & outcome, JobCost const & cost) {
+void SolveRecords::Close(int number, AString const & outcome, JobCost const * cost) {
   Job * const job = Find(number);
   if (!job)
     return;
   if (BaseSimulationSetup * const setup = SetupOf(*job)) {
     auto const & [setupID, version, variationID, variation] = job->address;
-    setup->ProfileUpdate(variation, version, TaskOf(cost), kWholeIndex, &job->group);
+    if (cost)
+      setup->ProfileUpdate(variation, version, TaskOf(*cost), kWholeIndex, &job->group);
     CProfileUpdate const stop(CProfileUpdate::kStopGroup, CProfileTask(), outcome.substr(0, kLongestOutcome));
     setup->ProfileUpdate(variation, version, stop, kWholeIndex, &job->group);
     WriteConvergence(*job, *setup);
@@ -197,18 +204,20 @@ void SolveRecords::End(int number, AString const & outcome, JobCost const & cost
   m_jobs.erase(number);
 }
 
+void SolveRecords::End(int number, AString const & outcome, JobCost const & cost) { Close(number, outcome, &cost); }
+
 CProfileTask const * SolveRecords::WholeOf(int index, CProfileGroup const & group) {
   auto const & tasks = group.GetTasks();
   bool const isWhole = index == kWholeIndex && !tasks.empty() && tasks.back()->GetName().Compare(kWholeTask) == 0;
   return isWhole ? tasks.back().get() : nullptr;
 }
 
-void SolveRecords::EndAll(AString const & outcome) {
+void SolveRecords::EndAll() {
   std::vector<int> numbers;
   for (auto const & [number, job] : m_jobs)
     numbers.push_back(number);
   for (int const number : numbers)
-    End(number, outcome, JobCost());
+    Close(number, kStopped, nullptr);
   m_users.clear();
   m_shared.clear();
 }

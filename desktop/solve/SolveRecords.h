@@ -13,6 +13,7 @@ class BaseSolutionManager;
 class CProfileGroup;
 class CProfileTask;
 class CProfileUpdate;
+class ConvergenceData;
 
 namespace desktop {
 
@@ -37,13 +38,16 @@ public:
 
   /// The outcome of a point that was solved; any other tells why it was not.
   static AString const kSolved;
+  /// That of a point that a run left unsolved: neither solved nor failed, and its cost unknown.
+  static AString const kStopped;
 
   explicit SolveRecords(BaseSolutionManager & manager) : m_manager(manager) {}
   SolveRecords(SolveRecords const &) = delete;
   SolveRecords & operator=(SolveRecords const &) = delete;
 
   void Begin(int number, RecordAddress const & address);
-  void AddPass(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index);
+  /// Gives the record with the pass; null when the pass was dropped.
+  ConvergenceData const * AddPass(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index);
   void SetConvergence(int number, bool isConverged, AString const & consecutivePasses, int index);
   void AddCost(int number, CProfileUpdate const & update, int index);
   /// What running jobs told since, where it is time for that.
@@ -51,8 +55,8 @@ public:
   /// The job is over: its records are closed with the outcome, written, and let go from memory.  Of a number without a
   /// job nothing is done.
   void End(int number, AString const & outcome, JobCost const & cost);
-  /// The same for all jobs that are left, whose cost nobody knows.
-  void EndAll(AString const & outcome);
+  /// The same for all jobs that are left: they were stopped.
+  void EndAll();
 
   /// The task of a whole solve, with which its group ends; null for any other group and for one without an end.
   static CProfileTask const * WholeOf(int index, CProfileGroup const & group);
@@ -77,6 +81,7 @@ private:
   static Identity IdentityOf(RecordAddress const & address) {
     return {address.setupID, address.version, address.variationID};
   }
+  void Close(int number, AString const & outcome, JobCost const * cost);
   void BeginSet(Job & job, BaseSimulationSetup & setup, int index);
   void WriteConvergence(Job & job, BaseSimulationSetup & setup);
 

@@ -45,6 +45,7 @@ struct Worker {
   JobFrameReader reader;
   State state = State::kStarting;
   int number = -1;
+  bool hadJob = false;
   Clock::time_point start;
   Clock::time_point deadline;
   ReportBudget budget;
@@ -199,6 +200,7 @@ void SolveRun::Impl::GiveJobs() {
     worker->process.CollectMessages();
     worker->process.ForgetMessages();
     worker->number = number;
+    worker->hadJob = true;
     worker->state = Worker::State::kBusy;
     worker->start = Clock::now();
     worker->deadline = After(m_options.secondsPerJob);
@@ -328,7 +330,6 @@ bool SolveRun::Impl::TakeHello(Worker & worker, JobFrame const & frame) {
   if (!hello.Read(frame) || hello.protocol != kWorkerProtocol || !AString::MatchNoCase(hello.product, m_productName))
     return false;
   worker.state = Worker::State::kIdle;
-  m_failedStarts = 0;
   return true;
 }
 
@@ -341,6 +342,7 @@ bool SolveRun::Impl::TakeOutcome(Worker & worker, JobFrame const & frame) {
   if ((isResult ? result.number : error.number) != worker.number)
     return false;
   worker.state = Worker::State::kIdle;
+  m_failedStarts = 0;
   if (!isResult) {
     m_points.Failed(worker.number, OneLine(error.text), error.cost);
     return true;
@@ -397,7 +399,8 @@ void SolveRun::Impl::Lose(Worker & worker, AString const & what) {
   cost.seconds = std::chrono::duration<double>(Clock::now() - worker.start).count();
   if (state == Worker::State::kBusy)
     m_points.Failed(worker.number, text, cost);
-  if (state != Worker::State::kStarting)
+  // One that says that it is ready and goes would be started for ever.
+  if (worker.hadJob)
     return;
   ++m_failedStarts;
   m_startError = text;

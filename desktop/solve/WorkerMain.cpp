@@ -6,6 +6,7 @@
 #include "desktop/solve/FileDescriptor.h"
 #include "desktop/solve/JobMeter.h"
 #include "desktop/solve/SolveQueue.h"
+#include "desktop/solve/SourceGuard.h"
 #include "desktop/solve/WorkerMessages.h"
 
 #include <cerrno>
@@ -142,12 +143,51 @@ bool RunGuarded(IJobRunner & runner, SolveJob const & job, io::CBlock & items, A
   return false;
 }
 
-void Solve(IJobRunner & runner, JobMessage const & message, Connection & connection) {
+/// The runner of this worker, which may keep what it read of the source as long as nobody writes there.
+class GuardedRunner {
+public:
+  explicit GuardedRunner(IDesktopProduct const & product) : m_product(product), m_runner(product.MakeJobRunner()) {}
+
+  bool IsThere() const { return m_runner != nullptr; }
+  bool Run(SolveJob const & job, io::CBlock & items, AString & error, IJobProgress & progress) {
+    bool const isOther = m_guard.GetSources() != job.sources;
+    if (isOther)
+      m_guard = SourceGuard(job.sources);
+    if (IsChanged(error))
+      return false;
+    if (isOther || m_guard.CountWrites() != m_writes)
+      m_runner = m_product.MakeJobRunner();
+    m_writes = m_guard.CountWrites();
+    bool const isSolved = RunGuarded(*m_runner, job, items, error, progress);
+    if (IsChanged(error))
+      return false;
+    if (m_guard.CountWrites() == m_writes)
+      return isSolved;
+    // What the runner read may be half of what was written, though by now all is as it was.
+    error = L"the source was written anew, with what it held before, while the point was solved; solve the point again";
+    return false;
+  }
+
+private:
+  bool IsChanged(AString & error) {
+    AString const change = m_guard.FindChange();
+    if (!change.empty())
+      error = change;
+    return !change.empty();
+  }
+
+  IDesktopProduct const & m_product;
+  std::unique_ptr<IJobRunner> m_runner;
+  SourceGuard m_guard;
+  int m_writes = 0; ///< before the runner was made
+};
+
+void Solve(GuardedRunner & runner, JobMessage const & message, Connection & connection) {
   ProgressSender progress(connection, message.number);
   io::CBlock_ptr<io::CBlock> const items(new io::CBlock(L"Items"));
   AString error;
   JobMeter const meter;
-  bool isSolved = RunGuarded(runner, message.job, *items, error, progress);
+  bool isSolved = runner.Run(message.job, *items, error, progress);
   JobCost const cost = meter.Read();
   if (isSolved && !progress.IsComplete()) {
     isSolved = false;
@@ -174,8 +214,8 @@ void Solve(IJobRunner & runner, JobMessage const & message, Connection & connect
 int RunWorker(AString const & productName) {
   Connection connection;
   IDesktopProduct const * const product = ProductRegistry::Instance().Find(productName);
-  std::unique_ptr<IJobRunner> const runner = product ? product->MakeJobRunner() : nullptr;
-  if (!runner) {
+  std::unique_ptr<GuardedRunner> const runner = product ? std::make_unique<GuardedRunner>(*product) : nullptr;
+  if (!runner || !runner->IsThere()) {
     Complain(AString::Format(L"this program has no product '%s' that solves", productName));
     return kUnknownProduct;
   }

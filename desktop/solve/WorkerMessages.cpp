@@ -39,6 +39,34 @@ io::CBlock_ptr<io::CBlock_func> RowIn(JobFrame const & frame) {
   return {};
 }
 
+constexpr wchar_t const * kSourceName = L"Source";
+
+void Put(JobFrame & frame, JobSource const & source) {
+  io::CBlock_func item(kSourceName);
+  item << io::named(L"Path", source.path) << io::named(L"Size", static_cast<long>(source.size))
+       << io::named(L"Checksum", static_cast<long>(source.checksum));
+  frame.payload << item;
+}
+
+// False when a source is there that can't be read.
+bool Take(JobFrame const & frame, std::vector<JobSource> & sources) {
+  sources.clear();
+  for (auto const & item : frame.payload) {
+    io::CBlock_ptr<io::CBlock_func> const file(item);
+    if (!file || file->Name().Compare(kSourceName) != 0)
+      continue;
+    long size = 0;
+    long checksum = 0;
+    JobSource & source = sources.emplace_back();
+    *file >> io::named(L"Path", source.path) >> io::named(L"Size", size) >> io::named(L"Checksum", checksum);
+    if (!file->Found())
+      return false;
+    source.size = static_cast<std::uint64_t>(size);
+    source.checksum = static_cast<std::uint32_t>(checksum);
+  }
+  return true;
+}
+
 void Put(JobFrame & frame, JobCost const & cost) {
   Put(frame, L"Seconds", cost.seconds);
   Put(frame, L"CpuSeconds", cost.cpuSeconds);
@@ -67,6 +95,8 @@ JobFrame JobMessage::Write() const {
   JobFrame frame = FrameOf(FrameKind::kJob, L"Job");
   Put(frame, L"Number", number);
   Put(frame, L"SourceFile", job.sourceFile);
+  for (JobSource const & source : job.sources)
+    Put(frame, source);
   Put(frame, L"SetupName", job.setupName);
   Put(frame, L"SetupType", job.setupType);
   Put(frame, L"Variation", job.variation);
@@ -79,7 +109,7 @@ bool JobMessage::Read(JobFrame const & frame) {
   if (frame.kind != FrameKind::kJob || !settings)
     return false;
   job.settings = *settings;
-  return Take(frame, L"Number", number) && Take(frame, L"SourceFile", job.sourceFile) &&
+  return Take(frame, L"Number", number) && Take(frame, L"SourceFile", job.sourceFile) && Take(frame, job.sources) &&
          Take(frame, L"SetupName", job.setupName) && Take(frame, L"SetupType", job.setupType) &&
          Take(frame, L"Variation", job.variation);
 }

@@ -11,7 +11,7 @@
 namespace desktop {
 
 /// Desktop and worker must be of the same version; both are the same program nearly always.
-inline constexpr long kWorkerProtocol = 2;
+inline constexpr long kWorkerProtocol = 3;
 
 /// The contents of the frames.  Each Read gives false for a frame of another kind or without the items it needs.
 struct HelloMessage {

@@ -77,7 +77,8 @@ private:
       Refuse(AString::Format(L"the row has %lu values, and there are %lu columns; give one value for each",
                              m_fields.size(), m_axis.names.size()));
     if (m_axis.Rows() == kMostStudyPoints)
-      Refuse(L"there are more than 10000000 points; split the file");
+      Refuse(AString::Format(L"there are more than %lu points, which is what can be held in memory; split the file",
+                             kMostStudyPoints));
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
       if (m_fields[i].empty())
         Refuse(L"the row has no value for " + m_axis.names[i] + L"; give one");

@@ -16,6 +16,10 @@ bool HasName(StudyAxis const & axis, AString const & name) {
 
 } // namespace
 
+AString TooManyPoints(double points) {
+  return AString::Format(L"asks for %.15g points, and at most %lu can be held in memory", points, kMostStudyPoints);
+}
+
 void Study::Add(StudyAxis axis) {
   for (std::size_t i = 0; i < axis.names.size(); ++i)
     for (StudyAxis const & other : m_axes)
@@ -23,8 +27,9 @@ void Study::Add(StudyAxis axis) {
         throw Error(ErrorKind::kUsage,
                     axis.places[i] + L": '" + axis.names[i] + L"' is given twice; give all its values in one place");
   if (axis.Rows() > kMostStudyPoints / m_size)
-    throw Error(ErrorKind::kUsage, (axis.places.empty() ? AString() : axis.places.front() + L": ") +
-                                       L"the study asks for more than 10000000 points; take larger steps or fewer "
+    throw Error(ErrorKind::kUsage, (axis.places.empty() ? AString() : axis.places.front() + L": ") + L"the study " +
+                                       TooManyPoints(static_cast<double>(m_size) * static_cast<double>(axis.Rows())) +
+                                       L"; take larger steps or fewer "
                                        L"variables at a time, or draw some of them with --sample");
   m_size *= axis.Rows();
   m_axes.push_back(std::move(axis));

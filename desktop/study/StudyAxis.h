@@ -18,7 +18,9 @@ struct StudyAxis {
   std::size_t Rows() const { return columns.empty() ? 0 : columns.front().size(); }
 };
 
-/// The most points that a study may have.
-inline constexpr std::size_t kMostStudyPoints = 10'000'000;
+/// The most points that a study may have: what is queued takes some 6 kB of memory a point, so this many take 13 GB.
+inline constexpr std::size_t kMostStudyPoints = 2'000'000;
+/// "asks for 4000000 points, and at most 2000000 can be held".
+AString TooManyPoints(double points);
 
 } // namespace desktop

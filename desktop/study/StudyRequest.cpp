@@ -9,6 +9,7 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/solve/SolveQueue.h"
+#include "desktop/solve/StopRequests.h"
 #include "desktop/study/Study.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
@@ -49,7 +50,7 @@ public:
       : m_session(session), m_setups(setups), m_study(study), m_anew(anew) {}
 
   RequestedPoints RequestAll() {
-    for (std::size_t first = 0; first < m_study.Size(); first += kPiece)
+    for (std::size_t first = 0; first < m_study.Size() && !m_requested.isStopped; first += kPiece)
       RequestPiece(first, std::min(m_study.Size() - first, kPiece));
     return std::move(m_requested);
   }
@@ -62,6 +63,11 @@ private:
       variations.push_back(m_session.GetDesign().GetVariation(m_study.At(first + i)));
     m_session.GetManager().IssueVariationIDs(variations);
     for (std::size_t i = 0; i < count; ++i) {
+      // Very many points take minutes to ask for.
+      if (StopRequests::Count() > 0) {
+        m_requested.isStopped = true;
+        return;
+      }
       // Equal points have one ID, however they are written.
       auto const [known, isNew] = m_indexes.emplace(m_session.GetManager().GetVariationID(variations[i]), first + i);
       if (isNew)
@@ -103,8 +109,10 @@ private:
 RequestedPoints RequestStudy(Session & session, std::vector<BaseSimulationSetup *> const & setups, Study const & study,
                              SolveQueue * anew) {
   if (!setups.empty() && study.Size() > kMostStudyPoints / setups.size())
-    throw Error(ErrorKind::kUsage, L"the study asks for more than 10000000 points in all setups together; "
-                                   L"choose one with --setup, or take larger steps");
+    throw Error(ErrorKind::kUsage,
+                L"the study " + TooManyPoints(static_cast<double>(study.Size()) * static_cast<double>(setups.size())) +
+                    L", in all setups together; "
+                    L"choose one with --setup, or take larger steps");
   return Requester(session, setups, study, anew).RequestAll();
 }
 

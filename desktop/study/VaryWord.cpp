@@ -15,8 +15,8 @@ namespace {
   throw Error(ErrorKind::kUsage, where + L": " + problem);
 }
 
-[[noreturn]] void RefuseTooMany(AString const & where) {
-  Refuse(where, L"asks for more than 10000000 points; take larger steps or fewer variables at a time");
+[[noreturn]] void RefuseTooMany(AString const & where, double points) {
+  Refuse(where, TooManyPoints(points) + L"; take larger steps or fewer variables at a time");
 }
 
 // The pieces between the separators, empty ones included.
@@ -65,7 +65,7 @@ std::vector<double> ReadSteps(AString const & where, std::vector<AString> const 
     Refuse(where, L"the range is empty, as it ends at " + pieces[1] + L", before its start; swap the two");
   DecimalRange const range(start, stop, step);
   if (!(range.Count() <= static_cast<double>(kMostStudyPoints)))
-    RefuseTooMany(where);
+    RefuseTooMany(where, range.Count());
   std::vector<double> values;
   for (long long i = 0; i < static_cast<long long>(range.Count()); ++i) {
     values.push_back(range.At(i));
@@ -77,7 +77,7 @@ std::vector<double> ReadSteps(AString const & where, std::vector<AString> const 
 
 std::vector<double> ReadList(AString const & where, std::vector<AString> const & pieces) {
   if (pieces.size() > kMostStudyPoints)
-    RefuseTooMany(where);
+    RefuseTooMany(where, static_cast<double>(pieces.size()));
   std::vector<double> values;
   for (AString const & piece : pieces)
     values.push_back(ReadNumberWord(piece, where));

@@ -126,13 +126,13 @@ class Refusals(DeskTest):
         self.small_project()
         ranges = {'res=1:2': 'A:B:STEP', 'res=1:2:3:4': 'A:B:STEP', 'res=1:2:0': 'step', 'res=1:2:-0.1': 'step',
                   'res=2:1:0.1': 'empty', 'res=1:2:x': "'x'", 'res=:2:1': "''", 'res=1,,2': "''", 'res=': 'value',
-                  'res=0:1:1e-9': '10000000', 'res=0:1e300:1e-300': '10000000',
+                  'res=0:1:1e-9': '2000000', 'res=0:1e300:1e-300': '2000000',
                   'res=1:1.0000000000000002:1e-17': 'step', 'res=1,2,1.0': 'twice', 'res=nan:1:1': 'nan'}
         for word, part in ranges.items():
             with self.subTest(word):
                 self.assertIn(part, self.refuse(USAGE, 'solve', 'small', '--vary', word))
         grid = ('--vary', 'res=1:10000:1', '--vary', 'cap=1:10000:1')
-        self.assertIn('10000000', self.refuse(USAGE, 'solve', 'small', *grid))
+        self.assertIn('2000000', self.refuse(USAGE, 'solve', 'small', *grid))
         self.assertIn('twice', self.refuse(USAGE, 'solve', 'small', '--vary', 'res=1', '--vary', 'RES=2'))
         self.assertEqual(self.variations('small'), {})
 

@@ -79,11 +79,11 @@ class Studies(DeskTest):
                    ('--vary', 'res=1:2'): ['A:B:STEP', '--sample'],
                    ('--sample', '5'): ['--vary'],
                    ('--sample', '0', '--vary', 'res=1:2'): ['--sample'],
-                   ('--sample', '20000000', '--vary', 'res=1:2'): ['10000000'],
+                   ('--sample', '20000000', '--vary', 'res=1:2'): ['2000000'],
                    ('--sample', 'some', '--vary', 'res=1:2'): ['--sample'],
                    ('--seed', '5'): ['--sample'],
-                   ('--vary', 'res=1:1000000:1', '--vary', 'cap=1:1000000:1'): ['10000000'],
-                   ('--vary', 'res=1:1e12:1'): ['10000000'],
+                   ('--vary', 'res=1:1000000:1', '--vary', 'cap=1:1000000:1'): ['1000000000000 points', '2000000'],
+                   ('--vary', 'res=1:1e12:1'): ['2000000'],
                    ('--points', 'ragged.csv', '--vary', 'res=1'): ['ragged.csv:3']}
         for words, parts in refused.items():
             with self.subTest(words):

@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from _solvedesk import LOWPASS, SMALL, SOLVEDESK, DeskTest, read
+from _solvedesk import LOWPASS, SMALL, SOLVEDESK, DeskTest, files_below, read, write
 
 # Enough frequencies for a point to take a while.
 SLOW = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 20001 1meg 1g')
@@ -76,6 +76,43 @@ class TwoProcesses(DeskTest):
         events, _ = self.finish(process)
         self.assertEqual(process.returncode, 8)
         self.assertEqual(self.with_data('slow'), self.stored([first] + events))
+
+    def test_an_interrupt_after_the_last_point_does_not_cut_the_save_short(self):
+        self.small_project('slow')
+        process = subprocess.Popen([SOLVEDESK, 'solve', 'slow', '--vary', 'res=1:1000:1', '--events'],
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        for _ in range(1000):
+            process.stdout.readline()
+        process.send_signal(signal.SIGINT)
+        process.send_signal(signal.SIGTERM)
+        finished = json.loads(process.stdout.readline())
+        process.wait(120)
+        self.assertEqual((finished['event'], finished['stored'], finished['saved']), ('finished', 1000, True))
+        self.assertFalse(self.document('info', 'slow')['unsaved_changes'])
+
+    def test_an_edit_of_the_source_ends_the_solve_and_nothing_of_the_new_one_is_stored(self):
+        self.small_project('slow', SLOW)
+        process, first = self.start_solve('--jobs', '1')
+        write('slow.cir', SLOW.replace('R1 in 0 {res}', 'R1 in 0 {res*1000}'))
+        events, err = self.finish(process)
+        self.assertEqual(process.returncode, 4)
+        self.assertIn('slow.cir: the source has changed', err)
+        self.assertIn('reload', events[-1]['error'])
+        self.assertTrue(events[-1]['saved'])
+        stored = self.stored([first] + events)
+        self.assertLess(len(stored), 200)
+        write('slow.cir', SLOW)
+        self.assertEqual(self.with_data('slow'), stored)
+        self.run_desk('touchstone', 'slow', '--to', 'during')
+        self.run_desk('new', 'right', '--netlist', 'slow.cir')
+        values = ','.join(text.split('res=')[1] for text in stored)
+        self.run_desk('solve', 'right', '--vary', 'res=' + values)
+        self.run_desk('touchstone', 'right', '--to', 'right')
+        for name in files_below('right'):
+            if name.endswith('.s1p'):
+                self.assertEqual(read('during/' + name).splitlines()[-1], read('right/' + name).splitlines()[-1], name)
 
     def test_a_killed_worker_costs_its_own_point_alone(self):
         self.small_project('slow', SLOW)

@@ -76,9 +76,8 @@ void BaseSimulationSetup::StopProfileGroup(long gid, AString const & variation, 
 void BaseSimulationSetup::AddProfileTaskToGroup(long gid, AString const & variation, long version,
                                                 CProfileUpdate const & update, int index) {
   CProfileData * const record = GetProfileDataForEdit(variation, version);
-  if (!record || !record->HasGroupList(index))
-    return;
-  CProfileGroup * const group = record->GetProfileGroupForEdit(index, gid);
+  CProfileGroup * const group =
+      record && record->HasGroupList(index) ? record->GetProfileGroupForEdit(index, gid) : nullptr;
   KVRO_ASSERT(group);
   if (group)
     group->AddTask(new CProfileTask(update.GetTask()));

@@ -44,6 +44,7 @@ private:
   std::string_view NextLine() {
     ++m_line;
     std::size_t const end = std::min(m_rest.find('\n'), m_rest.size());
+    m_isLineEnded = end < m_rest.size();
     std::string_view line = m_rest.substr(0, end);
     m_rest.remove_prefix(std::min(end + 1, m_rest.size()));
     if (line.ends_with('\r'))
@@ -66,6 +67,9 @@ private:
              " columns; the file may be cut");
     for (std::size_t i = 0; i < m_places.size(); ++i)
       TakeNumber(m_output.quantities[i], m_fields[m_places[i]], m_values[i]);
+    // Half of a number may well look like a whole one.
+    if (!m_isLineEnded)
+      Refuse("the last line has no line end, so that its numbers may be cut; have the program end it");
   }
 
   void Split(std::string_view line) {
@@ -125,6 +129,7 @@ private:
   OutputLine const & m_output;
   std::string_view m_rest;
   int m_line = 0;
+  bool m_isLineEnded = true;
   std::size_t m_columns = 0;
   std::vector<std::size_t> m_places; ///< of the quantities among the columns
   std::vector<std::string> m_fields;

@@ -1,9 +1,10 @@
 #include "products/rfcircuit/product/SolveCosts.h"
 
+#include "desktop/product/PeakMemory.h"
+
 #include <algorithm>
 #include <chrono>
 #include <ctime>
-#include <sys/resource.h>
 
 namespace rfcircuit {
 namespace {
@@ -31,10 +32,8 @@ void SolveCosts::Stop() {
 }
 
 CProfileTask SolveCosts::Task(AString const & name, AString const & info) const {
-  rusage usage{};
-  ::getrusage(RUSAGE_SELF, &usage);
   CProfileTask task(name, info);
-  task.SetCost(m_wall, m_processor, static_cast<double>(usage.ru_maxrss) * 1024.0);
+  task.SetCost(m_wall, m_processor, desktop::PeakMemory());
   return task;
 }
 

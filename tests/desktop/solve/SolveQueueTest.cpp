@@ -1,18 +1,23 @@
 #include "desktop/solve/SolveQueue.h"
 
+#include "basekit/file/LongFileName.h"
 #include "basekit/profile/CProfileData.h"
 #include "basekit/profile/CProfileGroup.h"
 #include "basekit/profile/CProfileTask.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
+#include "desktop/product/SolveJob.h"
+#include "desktop/project/SourceFiles.h"
 #include "desktop/solve/SolveRecords.h"
 #include "tests/solutionmanager/support/RecordsFixture.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/worker/TestSolver.h"
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <sys/resource.h>
@@ -36,6 +41,9 @@ public:
     if (onStored)
       onStored(variation);
   }
+  void OnPass(AString const &, AString const & variation, ConvergenceData const & record, int index) override {
+    passes.push_back(variation + L": " + record.GetCurrent(L"Max delta", index));
+  }
   void OnFailed(AString const &, AString const & variation, AString const & error) override {
     errors[variation] = error;
   }
@@ -45,6 +53,7 @@ public:
   std::function<void(AString const &)> onStored;
   std::vector<AString> started;
   std::vector<AString> stored;
+  std::vector<AString> passes;
   std::map<AString, AString> errors;
   std::vector<int> progress;
 };
@@ -220,6 +229,17 @@ TEST_F(SolveQueueTest, WhatIsBeingSolvedIsToldTruly) {
   EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 0);
 }
 
+TEST_F(SolveQueueTest, WhatIsSolvedForAFormerVersionDoesNotSolveThePresentOne) {
+  support::TestInstance instance(m_design, L"N=0");
+  ASSERT_TRUE(SubmitVariations(1));
+  m_solution.Invalidate(nullptr, id::invalidID);
+  EXPECT_EQ(m_queue.IsSolutionSolving(&instance, m_setup.GetID(), {m_solution.GetID()}), 0);
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 0);
+  ASSERT_TRUE(SubmitVariations(1));
+  EXPECT_EQ(m_queue.QueuedCount(), 2);
+  EXPECT_EQ(m_queue.IsSetupSolving(&instance, m_setup.GetID()), 1);
+}
+
 TEST_F(SolveQueueTest, KeysWithAnUnknownSetupOrSolutionAreRefusedTogether) {
   SolutionVariationKey const unknownSetup(m_setup.GetID() + 100, L"N=1", m_solution.GetID(), 0);
   SolutionVariationKey const unknownSolution(m_setup.GetID(), L"N=1", m_solution.GetID() + 100, 0);
@@ -377,6 +397,101 @@ TEST_F(SolveQueueTest, ResultsThatCannotBeStoredEndTheRunAndAreNotAcknowledged) 
 
 namespace {
 
+/// A run over a source file whose content the project knows.
+class SolveSourceTest : public SolveQueueTest {
+protected:
+  SolveSourceTest() {
+    WriteSource("1");
+    m_sources = {Facts()};
+    SolveSite site = Site();
+    site.sourceFile = m_file;
+    site.sources = [this] { return m_sources; };
+    SolveOptions options = Options();
+    options.workers = 1;
+    m_guarded = std::make_unique<SolveQueue>(site, options);
+  }
+  /// As a careful program writes: into a new file that takes the other one's place.
+  void WriteSource(std::string const & text) {
+    std::string const path = text::ToUtf8(m_file);
+    std::ofstream(path + ".new") << text;
+    std::filesystem::rename(path + ".new", path);
+  }
+  JobSource Facts() const {
+    SourceFile const file = SourceFile::Read(LongFileName(m_file), LongFileName());
+    return {m_file, file.size, file.checksum};
+  }
+  void SubmitTwenty(wchar_t const * format) {
+    std::vector<SolutionVariationKey> keys;
+    for (int i = 0; i < 20; ++i)
+      keys.push_back(KeyOf(AString::Format(format, i)));
+    ASSERT_TRUE(SubmitTo(*m_guarded, keys));
+  }
+  std::string ErrorOfRun() {
+    try {
+      m_guarded->Run(m_listener);
+    } catch (Error const & error) {
+      EXPECT_EQ(error.Kind(), ErrorKind::kSource);
+      return error.what();
+    }
+    return "";
+  }
+  /// Of each point that is stored.
+  std::vector<double> SourcesSolved() {
+    std::vector<double> solved;
+    for (auto const & [index, variation] : m_solution.GetVariations())
+      solved.push_back(ValuesOf(variation->GetDesignVariationKey()).at(3));
+    return solved;
+  }
+
+  support::TemporaryFolder m_folder;
+  AString m_file = text::FromUtf8((m_folder / "circuit.cir").string());
+  std::vector<JobSource> m_sources;
+  std::unique_ptr<SolveQueue> m_guarded;
+};
+
+} // namespace
+
+TEST_F(SolveSourceTest, ASourceThatIsEditedDuringARunEndsItAndAllThatIsStoredIsOfTheFormerOne) {
+  SubmitTwenty(L"Do=slow; N=%d");
+  m_listener.onStored = [this](AString const &) { WriteSource("2"); };
+  std::string const error = ErrorOfRun();
+  EXPECT_NE(error.find("circuit.cir: the source has changed"), std::string::npos) << error;
+  EXPECT_NE(error.find("reload"), std::string::npos) << error;
+  auto const solved = SourcesSolved();
+  EXPECT_EQ(solved.size(), m_listener.stored.size());
+  EXPECT_GE(solved.size(), 1u);
+  EXPECT_LT(solved.size(), 20u);
+  EXPECT_EQ(solved, std::vector<double>(solved.size(), 1.0));
+}
+
+TEST_F(SolveSourceTest, APointDuringWhichTheSourceIsEditedIsNotStored) {
+  SubmitTwenty(L"Do=slow; N=%d");
+  m_listener.onStart = [this](AString const &) { WriteSource("2"); };
+  EXPECT_NE(ErrorOfRun(), "");
+  EXPECT_TRUE(SourcesSolved().empty());
+}
+
+TEST_F(SolveSourceTest, ASourceThatIsWrittenWithWhatItHeldCostsAtMostThePointThatRuns) {
+  SubmitTwenty(L"N=%d");
+  m_listener.onStored = [this](AString const &) {
+    if (m_listener.stored.size() == 1)
+      WriteSource("1");
+  };
+  EXPECT_EQ(ErrorOfRun(), "");
+  auto const solved = SourcesSolved();
+  EXPECT_GE(solved.size(), 19u);
+  EXPECT_EQ(solved, std::vector<double>(solved.size(), 1.0));
+  EXPECT_EQ(solved.size() + m_listener.errors.size(), 20u);
+}
+
+TEST_F(SolveSourceTest, ASourceThatIsGoneEndsTheRunToo) {
+  SubmitTwenty(L"Do=slow; N=%d");
+  m_listener.onStored = [this](AString const &) { std::filesystem::remove(text::ToUtf8(m_file)); };
+  EXPECT_NE(ErrorOfRun().find("circuit.cir: "), std::string::npos);
+}
+
+namespace {
+
 /// Real workers that report passes and costs, over a setup that keeps them.
 class SolveReportsTest : public support::RecordsTest {
 protected:
@@ -492,4 +607,35 @@ TEST_F(SolveReportsTest, ASolverThatReportsWithoutAnEndCostsItsPointAlone) {
   EXPECT_EQ(m_listener.errors[L"Do=flood of costs"],
             L"the worker was stopped because it reported more than 10000 costs");
   EXPECT_EQ(LastSolveOf(L"Do=flood of costs").GetTasks().size(), 10'001u) << "what it told before, and the whole";
+}
+
+TEST_F(SolveReportsTest, ThePassesOfARunningPointAreToldAsTheyCome) {
+  Submit(L"Do=passes");
+  m_listener.onStored = [this](AString const &) { EXPECT_EQ(m_listener.passes.size(), 3u); };
+  m_queue.Run(m_listener);
+  EXPECT_EQ(m_listener.passes, (std::vector<AString>{L"Do=passes: 0.5", L"Do=passes: 0.25", L"Do=passes: 0.125"}));
+}
+
+TEST_F(SolveReportsTest, APointWhoseResultCannotBeStoredHasNoRecordThatSaysSolved) {
+  Submit(L"N=1");
+  m_queue.Run(m_listener);
+  Submit(L"Do=large; N=1");
+  {
+    std::uintmax_t constexpr kRoom = 100'000;
+    LargestFile const limit(std::filesystem::file_size(text::ToUtf8(Manager().GetQsolPath()) + "_priv") + kRoom);
+    EXPECT_THROW(m_queue.Run(m_listener), Error);
+  }
+  EXPECT_EQ(LastSolveOf(L"N=1").GetTotalInfo(), SolveRecords::kSolved);
+  EXPECT_EQ(LastSolveOf(L"Do=large; N=1").GetTotalInfo(), L"failed: solved, but the result could not be stored");
+}
+
+TEST_F(SolveReportsTest, APointThatARunStopsLeavesARecordThatSaysSoAndNoCost) {
+  Submit(L"Do=sleep");
+  m_listener.onStart = [](AString const &) {
+    SolveQueue::RequestStop();
+    SolveQueue::RequestStop();
+  };
+  EXPECT_TRUE(m_queue.Run(m_listener).interrupted);
+  EXPECT_EQ(LastSolveOf(L"Do=sleep").GetTotalInfo(), SolveRecords::kStopped);
+  EXPECT_TRUE(LastSolveOf(L"Do=sleep").GetTasks().empty());
 }

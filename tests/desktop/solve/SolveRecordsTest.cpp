@@ -126,6 +126,17 @@ TEST_F(SolveRecordsTest, ASolveThatFailsAtOnceLeavesNoPassesOfAFormerOne) {
             L"failed: the worker was killed by signal 6");
 }
 
+TEST_F(SolveRecordsTest, ASolveThatFailsAtOnceLeavesNoCountOfPassesInARow) {
+  Begin(0);
+  m_records.AddPass(0, Row(1, 0.5), kSingle);
+  m_records.SetConvergence(0, true, L"2", kSingle);
+  m_records.End(0, SolveRecords::kSolved, kCost);
+  EXPECT_EQ(Stored().GetCurrentConsecPasses(kSingle), L"2");
+  Begin(1);
+  m_records.End(1, L"failed: no licence", kCost);
+  EXPECT_EQ(Stored().GetCurrentConsecPasses(kSingle), L"N/A");
+}
+
 TEST_F(SolveRecordsTest, PassesOfARunningSolveAreWrittenEveryHalfSecondAtMost) {
   Begin(0);
   m_records.AddPass(0, Row(1, 0.5), kSingle);
@@ -161,7 +172,7 @@ TEST_F(SolveRecordsTest, CostsOutsideAGroupCountForTheWholeSolve) {
   EXPECT_FALSE(profile.HasGroupList(7));
 }
 
-TEST_F(SolveRecordsTest, ACostWithoutANameIsGivenOneAndTheRecordStaysReadable) {
+TEST_F(SolveRecordsTest, ACostWithoutANameIsGivenOne) {
   Begin(0);
   m_records.AddCost(0, Task(L""), kSingle);
   m_records.End(0, SolveRecords::kSolved, kCost);
@@ -185,8 +196,10 @@ TEST_F(SolveRecordsTest, WhatIsLeftAtTheEndOfARunIsClosedWithItsReason) {
   Begin(0);
   Begin(1, L"C=2");
   m_records.AddPass(1, Row(1, 0.5), kSingle);
-  m_records.EndAll(L"stopped before its end");
-  EXPECT_EQ(Profile().GetGroupList(kSingle)->front().second->GetTotalInfo(), L"stopped before its end");
+  m_records.EndAll();
+  CProfileGroup const & group = *Profile().GetGroupList(kSingle)->front().second;
+  EXPECT_EQ(group.GetTotalInfo(), L"stopped before its end");
+  EXPECT_EQ(SolveRecords::WholeOf(kSingle, group), nullptr) << "what it cost is unknown, not nothing";
   EXPECT_EQ(StoredPasses(L"C=2"), 1);
   m_records.AddPass(1, Row(2, 0.5), kSingle);
   EXPECT_EQ(StoredPasses(L"C=2"), 1) << "nobody solves it any more";

@@ -316,6 +316,15 @@ TEST(SolveRun, WorkersThatAreNeverReadyEndTheRunAndFailNoPoint) {
   }
 }
 
+TEST(SolveRun, WorkersThatLeaveBeforeTheirFirstJobEndTheRun) {
+  // A job may reach a worker that is about to go; it fails then.
+  Points points(Good(1000));
+  AString const failure = FailureOf(points, OptionsFor(L"leaving"));
+  EXPECT_NE(failure.find(L"no worker could be started, 3 attempts failed"), AString::npos) << text::ToUtf8(failure);
+  EXPECT_NE(failure.find(L"no licence for role 'leaving'"), AString::npos) << text::ToUtf8(failure);
+  EXPECT_TRUE(points.stored.empty());
+}
+
 TEST(SolveRun, OneRequestToStopFinishesWhatRunsAndStartsNothing) {
   auto variations = Good(50);
   variations[0] = variations[1] = L"slow";

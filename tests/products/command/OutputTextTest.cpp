@@ -43,7 +43,7 @@ void ExpectRefused(OutputLine const & output, std::string const & text, std::vec
 
 TEST(OutputText, TakesColumnsByTheirNamesInAnyOrder) {
   auto const output = Output(Form::kCsv, {{"h", Kind::kColumn}, {"t", Kind::kLast}, {"t", Kind::kFirst}});
-  EXPECT_EQ(Read(output, "\xEF\xBB\xBF# made by hand\r\n t , \"h\",x\r\n0,+1.5,no\r\n\r\n1,-2e3,words"),
+  EXPECT_EQ(Read(output, "\xEF\xBB\xBF# made by hand\r\n t , \"h\",x\r\n0,+1.5,no\r\n\r\n1,-2e3,words\n"),
             (Values{1.5, -2000, 1, 0}));
 }
 
@@ -70,6 +70,12 @@ TEST(OutputText, RefusesHalfNumbersAndNumbersThatAreNotFinite) {
     ExpectRefused(output, std::string("y\n\"") + half + "\"\n", {"out:2", "is no number"});
   for (char const * number : {"nan", "NaN", "-nan", "inf", "-inf", "Infinity"})
     ExpectRefused(output, std::string("y\n") + number + "\n", {"out:2", "not finite"});
+}
+
+TEST(OutputText, RefusesNumbersOfALastLineWithoutAnEndSinceTheyMayBeCut) {
+  ExpectRefused(Output(Form::kCsv, {{"y", Kind::kColumn}}), "y\n12.3", {"out:2", "no line end", "cut"});
+  ExpectRefused(Output(Form::kTable, {{"1", Kind::kColumn}}, false), "1 2\n3 4", {"out:2", "no line end"});
+  EXPECT_EQ(Read(Output(Form::kCsv, {{"y", Kind::kColumn}}), "y\r\n12.3\r\n# done"), (Values{12.3}));
 }
 
 TEST(OutputText, TakesNumbersOfJsonByPointers) {

@@ -132,11 +132,19 @@ TEST_F(ProfileRecordsTest, UpdatesWithoutAGroupAreReportedAndMakeNone) {
   Tell(Stop(L"done"));
   EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"gid != id::invalidID"});
   Tell(Task(L"t"));
-  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"gid != id::invalidID"});
+  EXPECT_EQ(AssertWatch::Take(), (std::vector<std::string>{"gid != id::invalidID", "group"}));
   long none = id::invalidID;
   Tell(Task(L"t"), &none);
-  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"*groupID != id::invalidID"});
+  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"*groupID != id::invalidID"}) << "each site reports once";
   EXPECT_EQ(Recorded().GetProfileData(L"x=1", 0), nullptr);
+}
+
+TEST_F(ProfileRecordsTest, ATaskOfAnIndexWithoutGroupsIsReportedThoughAStopThereIsSilentOnPurpose) {
+  Tell(Start(L"g"), nullptr, 0);
+  long wrong = 4711;
+  Tell(Stop(L"done"), &wrong, 1);
+  Tell(Task(L"t"), &wrong, 1);
+  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"group"});
 }
 
 TEST_F(ProfileRecordsTest, AGroupThatTheIndexDoesNotHaveIsReported) {

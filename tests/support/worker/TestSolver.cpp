@@ -44,6 +44,7 @@ io::CBlock Nested(int depth) {
   return block;
 }
 
+/// Keeps the source of its first job, as a product keeps what it parsed.
 class Runner : public desktop::IJobRunner {
 public:
   bool Run(SolveJob const & job, io::CBlock & result, AString & error, IJobProgress & progress) override {
@@ -53,6 +54,8 @@ public:
       error = L"node 7 has no\nconnection";
       return false;
     }
+    if (!m_hasRead && !job.sources.empty())
+      Read(job.sourceFile);
     if (Has(variation, L"slow"))
       std::this_thread::sleep_for(std::chrono::milliseconds(300));
     if (Has(variation, L"tell"))
@@ -70,6 +73,8 @@ public:
            << static_cast<double>(::getpid());
     for (int i = 0; Has(variation, L"large") && i < 200'000; ++i)
       values << 0.5 * i;
+    if (!job.sources.empty())
+      values << m_source;
     result << values;
     if (Has(variation, L"deep"))
       result << Nested(600);
@@ -149,7 +154,15 @@ private:
                  : progress.ReportProfile({CProfileUpdate::kTask, CProfileTask(L"Step", L"")}, 0);
   }
 
+  // The number in the file.
+  void Read(AString const & file) {
+    std::ifstream(text::ToUtf8(file)) >> m_source;
+    m_hasRead = true;
+  }
+
   int m_solved = 0;
+  double m_source = 0;
+  bool m_hasRead = false;
 };
 
 } // namespace

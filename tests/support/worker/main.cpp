@@ -143,6 +143,8 @@ int main(int count, char ** words) {
     std::this_thread::sleep_for(std::chrono::hours(1));
   if (role == "older")
     SayHello(kWorkerProtocol - 1);
+  if (role == "leaving")
+    SayHello(kWorkerProtocol);
   if (role == "chatty")
     std::puts("ready when you are");
   std::fprintf(stderr, "no licence for role '%s'\n", role.c_str());

@@ -65,44 +65,59 @@ TEST(Examples, TheAttenuatorIsMatchedAtAnySetting) {
   }
 }
 
-/** What the independent simulator prints for S_2_1 and S_1_1 of a two-port netlist: index, frequency, real and
- * imaginary parts. */
+/** What the independent simulator prints at one frequency: all entries, row by row. */
 struct SimulatorRow {
-  double frequency, re21, im21, re11, im11;
+  double frequency = 0;
+  std::vector<std::complex<double>> s;
 };
 
-std::vector<SimulatorRow> RunSimulator(std::filesystem::path const & netlist) {
+std::string EntryName(std::size_t entry, std::size_t ports) {
+  return std::to_string(entry / ports + 1) + "_" + std::to_string(entry % ports + 1);
+}
+
+std::string SimulatorScript(std::filesystem::path const & netlist, std::size_t ports) {
+  std::string lets;
+  std::string names;
+  for (std::size_t entry = 0; entry < ports * ports; ++entry) {
+    std::string const name = EntryName(entry, ports);
+    lets += "let re" + name + "=real(S_" + name + ")\nlet im" + name + "=imag(S_" + name + ")\n";
+    names += " re" + name + " im" + name;
+  }
+  return "* runs the netlist and writes its S-parameters\n"
+         ".control\nset noaskquit\nset numdgt=17\nset wr_singlescale\nsource " +
+         netlist.string() + "\nrun\nlet hertz=real(frequency)\n" + lets + "wrdata result.txt hertz" + names +
+         "\nquit 0\n.endc\n.end\n";
+}
+
+std::vector<SimulatorRow> RunSimulator(std::filesystem::path const & netlist, std::size_t ports) {
   FolderOfFiles const folder;
-  auto const script = folder.Write("run.cir", "* runs the netlist and writes its S-parameters\n"
-                                              ".control\nset noaskquit\nset numdgt=17\nset wr_singlescale\n"
-                                              "source " +
-                                                  netlist.string() +
-                                                  "\nrun\nlet hertz=real(frequency)\n"
-                                                  "let re21=real(S_2_1)\nlet im21=imag(S_2_1)\n"
-                                                  "let re11=real(S_1_1)\nlet im11=imag(S_1_1)\n"
-                                                  "wrdata result.txt hertz re21 im21 re11 im11\nquit 0\n.endc\n.end\n");
+  auto const script = folder.Write("run.cir", SimulatorScript(netlist, ports));
   std::string const command = "cd '" + folder.Path().string() + "' && timeout 60 /usr/bin/ngspice -b '" +
                               script.string() + "' > log.txt 2>&1 < /dev/null";
   EXPECT_EQ(std::system(command.c_str()), 0) << Content(folder.Path() / "log.txt");
   std::vector<SimulatorRow> rows;
   std::istringstream text(Content(folder.Path() / "result.txt"));
   double scale = 0;
-  for (SimulatorRow row{}; text >> scale >> row.frequency >> row.re21 >> row.im21 >> row.re11 >> row.im11;)
-    rows.push_back(row);
+  for (SimulatorRow row; text >> scale >> row.frequency; rows.push_back(row)) {
+    row.s.clear();
+    for (double re = 0, im = 0; row.s.size() < ports * ports && text >> re >> im;)
+      row.s.emplace_back(re, im);
+  }
   return rows;
 }
 
 void ExpectSimulatorAgrees(char const * file, double tolerance) {
   auto const netlist = rf::ReadNetlist(ExampleFile(file));
   auto const frequencies = netlist.Sweeps()[0].sweep.Frequencies();
-  auto const rows = RunSimulator(ExampleFile(file));
-  ASSERT_EQ(rows.size(), frequencies.size()) << file;
   rf::SParameterSolver solver(rf::Elaborate(netlist));
+  auto const rows = RunSimulator(ExampleFile(file), solver.Ports().size());
+  ASSERT_EQ(rows.size(), frequencies.size()) << file;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     EXPECT_NEAR(rows[i].frequency, frequencies[i], 1e-12 * frequencies[i]);
     auto const s = solver.At(rows[i].frequency);
-    ExpectNear(s(1, 0), {rows[i].re21, rows[i].im21}, tolerance);
-    ExpectNear(s(0, 0), {rows[i].re11, rows[i].im11}, tolerance);
+    ASSERT_EQ(rows[i].s.size(), s.Ports() * s.Ports()) << file;
+    for (std::size_t entry = 0; entry < rows[i].s.size(); ++entry)
+      ExpectNear(s(entry / s.Ports(), entry % s.Ports()), rows[i].s[entry], tolerance);
   }
 }
 
@@ -129,11 +144,13 @@ TEST(Examples, AnIndependentSimulatorAgreesWithAdaptiveSweeps) {
     auto const result =
         rf::AdaptiveSweep(frequencies, line.method, [&solver](double frequency) { return solver.At(frequency); }).Run();
     EXPECT_LT(result.SolvedPoints(), 100u) << file;
-    auto const rows = RunSimulator(ExampleFile(file));
+    std::size_t const ports = solver.Ports().size();
+    auto const rows = RunSimulator(ExampleFile(file), ports);
     ASSERT_EQ(rows.size(), frequencies.size()) << file;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      ExpectNear(result.At(i)[2], {rows[i].re21, rows[i].im21}, 1e-8);
-      ExpectNear(result.At(i)[0], {rows[i].re11, rows[i].im11}, 1e-8);
+      ASSERT_EQ(rows[i].s.size(), ports * ports) << file;
+      for (std::size_t entry = 0; entry < ports * ports; ++entry)
+        ExpectNear(result.At(i)[entry], rows[i].s[entry], 1e-9);
     }
   }
 }
