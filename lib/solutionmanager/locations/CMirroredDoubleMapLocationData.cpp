@@ -122,8 +122,10 @@ AString CMirroredDoubleMapLocationData::GetRelativePath(VariationIDIndex const &
   }
   if (Refuse(value))
     return AString();
+  bool const isNew = Find(mDoubleIDMap, value) == mDoubleIDMap.end();
   long const id = EnsureID(value);
-  mIDDoubleMap.try_emplace(id, value);
+  if (isNew)
+    mIDDoubleMap.try_emplace(id, value);
   AString const location = Owner().GetRelativeDoubleLocation(FunctionKeyword(), mirroredKey, id);
   if (createDir && !m_isFile)
     LocationFiles(Owner().GetRootDirectory(createDir), m_isFile).CreateDirectory(location);

@@ -46,6 +46,5 @@ public:
   /// A snapshot that does not keep the working locations tells the committed ones.
   virtual void GetWriteMode(bool & isSnapshot, bool & keepsWorkingLocations) = 0;
 
-protected:
-  ~IMirroredDataMapOwner() = default;
+  virtual ~IMirroredDataMapOwner() = default;
 };
