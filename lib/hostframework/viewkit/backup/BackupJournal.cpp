@@ -84,8 +84,11 @@ bool BackupJournal::Create(LongFileName const & area) {
 bool BackupJournal::Append(BackupEntry const & entry) {
   std::string const line = LineOf(entry);
   std::string_view const piece = line;
-  if (!m_file || !m_file->Write(m_length, std::span(&piece, 1)).Ok() || !m_file->Sync().Ok())
+  if (!m_file || !m_file->Write(m_length, std::span(&piece, 1)).Ok() || !m_file->Sync().Ok()) {
+    // Nobody knows what stands on the disk now, so nothing goes behind it.
+    m_file.reset();
     return false;
+  }
   m_length += line.size();
   return true;
 }

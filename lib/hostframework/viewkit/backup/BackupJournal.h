@@ -41,6 +41,7 @@ public:
   static bool StandsIn(LongFileName const & area);
   /// Fails when there is one.
   bool Create(LongFileName const & area);
+  /// After a failure all that follow fail too.
   bool Append(BackupEntry const & entry);
 
   bool Open(LongFileName const & area);
