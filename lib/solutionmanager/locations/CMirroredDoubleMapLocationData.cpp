@@ -11,7 +11,13 @@
 
 namespace {
 
-constexpr wchar_t kClassName[] = L"CMirroredDoubleMapLocationData";
+// clang-format off
+constexpr ExportListing::Words kWords{
+    L"Nothing in CMirroredDoubleMapLocationData::GetFilesAndDirsToCopyForExportingVariation for exporting variation %s\n",
+    L"Returning file %s in CMirroredDoubleMapLocationData::GetFilesAndDirsToCopyForExportingVariation for exporting variation %s\n",
+    L"Returning dir %s in CMirroredDoubleMapLocationData::GetFilesAndDirsToCopyForExportingVariation for exporting variation %s\n",
+};
+// clang-format on
 
 // NaN equals nothing, so it is never found; the maps' order alone would take it for any of their numbers.
 template <class Map> auto Find(Map & map, double value) { return std::isnan(value) ? map.end() : map.find(value); }
@@ -214,7 +220,7 @@ AString CMirroredDoubleMapLocationData::GetRelativeLocationForCommittedState(Loc
 bool CMirroredDoubleMapLocationData::GetFilesAndDirsToCopyForExportingVariation(std::vector<AString> & files,
                                                                                 std::vector<AString> & dirs,
                                                                                 AString const & variation) const {
-  ExportListing const listing(kClassName, m_isFile, files, dirs, variation);
+  ExportListing const listing(kWords, m_isFile, files, dirs, variation);
   auto const found = m_committedData.find(KeyOf(variation, CurrentVersion()));
   if (found == m_committedData.end()) {
     listing.NothingFound();
@@ -229,7 +235,7 @@ bool CMirroredDoubleMapLocationData::GetFilesAndDirsToCopyForExportingVariation(
                                                                                 std::vector<AString> & files,
                                                                                 std::vector<AString> & dirs,
                                                                                 AString const & variation) const {
-  ExportListing const listing(kClassName, m_isFile, files, dirs, variation);
+  ExportListing const listing(kWords, m_isFile, files, dirs, variation);
   long const version = CurrentVersion();
   auto const found = m_mirroredData.find(MirroredKey(variation, version));
   if (found == m_mirroredData.end()) {

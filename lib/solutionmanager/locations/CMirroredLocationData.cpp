@@ -9,7 +9,13 @@
 
 namespace {
 
-constexpr wchar_t kClassName[] = L"CMirroredLocationData";
+// clang-format off
+constexpr ExportListing::Words kWords{
+    L"Nothing in CMirroredLocationData::GetFilesAndDirsToCopyForExportingVariation for exporting variation %s\n",
+    L"Returning file %s in CMirroredLocationData::GetFilesAndDirsToCopyForExportingVariation for exporting variation %s\n",
+    L"Returning dir %s in CMirroredLocationData::GetFilesAndDirsToCopyForExportingVariation for exporting variation %s\n",
+};
+// clang-format on
 
 } // namespace
 
@@ -177,7 +183,7 @@ AString CMirroredLocationData::GetRelativeLocationForCommittedState(View::const_
 bool CMirroredLocationData::GetFilesAndDirsToCopyForExportingVariation(std::vector<AString> & files,
                                                                        std::vector<AString> & dirs,
                                                                        AString const & variation) const {
-  ExportListing const listing(kClassName, m_isFile, files, dirs, variation);
+  ExportListing const listing(kWords, m_isFile, files, dirs, variation);
   auto const found = m_committedData.find(KeyOf(variation, CurrentVersion()));
   if (found == m_committedData.end())
     listing.NothingFound();
@@ -190,7 +196,7 @@ bool CMirroredLocationData::GetFilesAndDirsToCopyForExportingVariation(std::map<
                                                                        std::vector<AString> & files,
                                                                        std::vector<AString> & dirs,
                                                                        AString const & variation) const {
-  ExportListing const listing(kClassName, m_isFile, files, dirs, variation);
+  ExportListing const listing(kWords, m_isFile, files, dirs, variation);
   long const version = CurrentVersion();
   auto const found = m_mirroredData.find(MirroredKey(variation, version));
   if (found == m_mirroredData.end()) {

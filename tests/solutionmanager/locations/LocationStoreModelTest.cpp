@@ -205,8 +205,8 @@ private:
 
 } // namespace
 
-TEST(LocationStoreModel, AllSequencesDoWhatThePlainModelDoes) { support::PlaySequences<Play<SinglePlaces>>(300); }
+TEST(LocationStoreModel, AllSequencesDoWhatThePlainModelDoes) { support::PlaySequences<Play<SinglePlaces>>(150); }
 
 TEST(DoubleLocationStoreModel, AllSequencesDoWhatThePlainModelDoes) {
-  support::PlaySequences<Play<NumberedPlaces>>(300);
+  support::PlaySequences<Play<NumberedPlaces>>(150);
 }

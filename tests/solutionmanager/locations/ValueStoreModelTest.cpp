@@ -128,4 +128,4 @@ private:
 
 } // namespace
 
-TEST(ValueStoreModel, AllSequencesDoWhatThePlainModelDoes) { support::PlaySequences<Play>(500); }
+TEST(ValueStoreModel, AllSequencesDoWhatThePlainModelDoes) { support::PlaySequences<Play>(200); }
