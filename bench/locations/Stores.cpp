@@ -18,18 +18,21 @@ namespace {
 /// Keeps the compiler from leaving out what nobody looks at.
 template <class T> void Use(T const & value) { asm volatile("" : : "r"(&value) : "memory"); }
 
-/// Keys at random, where no cache helps; the same in every run.
-std::vector<std::size_t> Picks(std::size_t n, std::size_t count) {
+constexpr std::size_t kInOneSweep = 1000;
+
+/// Which keys are asked for: some that follow each other, as a sweep has them, again and again, or any at random, where
+/// no cache helps; the same in every run.
+std::vector<std::size_t> Picks(std::size_t n, Queries const & queries) {
   std::mt19937_64 random(42);
-  std::vector<std::size_t> picks(count);
-  for (auto & pick : picks)
-    pick = random() % n;
+  std::vector<std::size_t> picks(queries.count);
+  for (std::size_t i = 0; i < picks.size(); ++i)
+    picks[i] = (queries.isRandom ? random() : n / 2 + i % kInOneSweep) % n;
   return picks;
 }
 
 template <class Store> struct Scene {
   template <class... More>
-  Scene(std::string const & folder, std::size_t n, std::size_t queries, More... more)
+  Scene(std::string const & folder, std::size_t n, Queries const & queries, More... more)
       : owner(folder, n, false), picks(Picks(n, queries)),
         make([this, more...] { return std::make_unique<Store>(&owner, L"Store", L"Entry", L"Datum", more...); }),
         store(make()) {
@@ -62,16 +65,16 @@ template <class Store, class Set, class Put, class Get>
 Family Measured(std::string const & engine, std::shared_ptr<Scene<Store>> scene, Set set, Put put, Get get) {
   auto const & keep = scene; // each function holds the scene
   std::size_t const n = scene->owner.Count();
-  std::size_t const queries = scene->picks.size();
+  std::size_t const asked = scene->picks.size();
   auto const nothing = [] {};
   auto const setAll = scene->ForAll([=](std::size_t i) { set(*keep, i); });
   auto const putAll = scene->ForAll([=](std::size_t i) { put(*keep, i); });
   auto const solveAll = [=] { setAll(), putAll(); };
   return {engine,
           {{"set", nothing, setAll, n},
-           {"query", nothing, scene->ForPicks([=](std::size_t i) { Use(get(*keep, i)); }), queries},
+           {"query", nothing, scene->ForPicks([=](std::size_t i) { Use(get(*keep, i)); }), asked},
            {"have_data", nothing,
-            scene->ForPicks([=](std::size_t i) { Use(keep->store->HaveData(keep->owner.Key(i))); }), queries},
+            scene->ForPicks([=](std::size_t i) { Use(keep->store->HaveData(keep->owner.Key(i))); }), asked},
            {"commit_first", putAll, [=] { keep->store->CommitMirroredData(); }, n},
            {"commit_again", solveAll, [=] { keep->store->CommitMirroredData(); }, n},
            {"commit_same", nothing, [=] { keep->store->CommitMirroredData(); }, n},
@@ -86,7 +89,7 @@ Family Measured(std::string const & engine, std::shared_ptr<Scene<Store>> scene,
 
 } // namespace
 
-Family PlainWork(std::string const & folder, std::size_t n, std::size_t queries) {
+Family PlainWork(std::string const & folder, std::size_t n, Queries const & queries) {
   struct Plain {
     Plain(std::string const & where, std::size_t count) : owner(where, count, false) {}
     PlainOwner owner;
@@ -118,14 +121,14 @@ Family PlainWork(std::string const & folder, std::size_t n, std::size_t queries)
                   plain->owner.GetRelativeLocation(AString(), plain->owner.Key(i));
             }),
             n},
-           {"query", [] {}, find, queries},
+           {"query", [] {}, find, queries.count},
            {"commit_first", makeAll, moveAll, n},
            {"commit_again", makeAll, moveAll, n},
            {"discard", makeAll, forAll([=](std::size_t i) { std::filesystem::remove(plain->Path(i, "new")); }), n},
            {"clear", [] {}, forAll([=](std::size_t i) { std::filesystem::remove(plain->Path(i, "V")); }), n}}};
 }
 
-Family Values(std::string const & folder, std::size_t n, std::size_t queries) {
+Family Values(std::string const & folder, std::size_t n, Queries const & queries) {
   using S = Scene<CMirroredData<long>>;
   return Measured(
       "values", std::make_shared<S>(folder, n, queries),
@@ -133,7 +136,7 @@ Family Values(std::string const & folder, std::size_t n, std::size_t queries) {
       [](S &, std::size_t) {}, [](S & scene, std::size_t i) { return scene.store->GetData(scene.owner.Key(i)); });
 }
 
-Family Locations(std::string const & folder, std::size_t n, std::size_t queries) {
+Family Locations(std::string const & folder, std::size_t n, Queries const & queries) {
   using S = Scene<CMirroredLocationData>;
   auto const get = [](S & scene, std::size_t i) {
     return scene.store->GetRelativePath(scene.owner.Key(i), false, false);
@@ -144,7 +147,7 @@ Family Locations(std::string const & folder, std::size_t n, std::size_t queries)
       [get](S & scene, std::size_t i) { scene.MakeFile(get(scene, i)); }, get);
 }
 
-Family Numbers(std::string const & folder, std::size_t n, std::size_t queries) {
+Family Numbers(std::string const & folder, std::size_t n, Queries const & queries) {
   using S = Scene<CMirroredDoubleMapLocationData>;
   auto const get = [](S & scene, std::size_t i) {
     return scene.store->GetRelativePath(scene.owner.Key(i), 1e9, false, false);
@@ -155,7 +158,7 @@ Family Numbers(std::string const & folder, std::size_t n, std::size_t queries) {
       [get](S & scene, std::size_t i) { scene.MakeFile(get(scene, i)); }, get);
 }
 
-Family Versions(std::string const & folder, std::size_t n, std::size_t queries) {
+Family Versions(std::string const & folder, std::size_t n, Queries const & queries) {
   struct Map {
     Map(std::string const & where, std::size_t count) : owner(where, count, true) {}
     PlainOwner owner;
@@ -175,15 +178,15 @@ Family Versions(std::string const & folder, std::size_t n, std::size_t queries) 
     for (std::size_t i = 0; i < n; ++i)
       map->mirrored.push_back(map->store.GetMirroredVersion(map->owner.Key(i).GetVersionID()));
   };
-  return {
-      "versions",
-      {{"new_mirrored", [] {}, enter, n},
-       {"mirrored_of", [] {},
-        each([=](std::size_t i) { return map->store.GetMirroredVersion(map->owner.Key(i).GetVersionID()); }), queries},
-       {"mirrored_itself", [] {}, each([=](std::size_t i) { return map->store.GetMirroredVersion(map->mirrored[i]); }),
-        queries},
-       {"original_of", [] {}, each([=](std::size_t i) { return map->store.GetOriginalVersion(map->mirrored[i]); }),
-        queries}}};
+  return {"versions",
+          {{"new_mirrored", [] {}, enter, n},
+           {"mirrored_of", [] {},
+            each([=](std::size_t i) { return map->store.GetMirroredVersion(map->owner.Key(i).GetVersionID()); }),
+            queries.count},
+           {"mirrored_itself", [] {},
+            each([=](std::size_t i) { return map->store.GetMirroredVersion(map->mirrored[i]); }), queries.count},
+           {"original_of", [] {}, each([=](std::size_t i) { return map->store.GetOriginalVersion(map->mirrored[i]); }),
+            queries.count}}};
 }
 
 } // namespace bench

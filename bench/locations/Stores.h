@@ -8,6 +8,12 @@
 
 namespace bench {
 
+/// Keyed questions in one measurement.
+struct Queries {
+  std::size_t count = 100000;
+  bool isRandom = false;
+};
+
 /// One measured span: `prepare` makes what it needs and does not count.
 struct Span {
   std::string workload;
@@ -25,11 +31,11 @@ struct Family {
 };
 
 /// Plain containers and system calls that do the work that can't be left out: the baseline.
-Family PlainWork(std::string const & folder, std::size_t n, std::size_t queries);
-Family Values(std::string const & folder, std::size_t n, std::size_t queries);
-Family Locations(std::string const & folder, std::size_t n, std::size_t queries);
-Family Numbers(std::string const & folder, std::size_t n, std::size_t queries);
+Family PlainWork(std::string const & folder, std::size_t n, Queries const & queries);
+Family Values(std::string const & folder, std::size_t n, Queries const & queries);
+Family Locations(std::string const & folder, std::size_t n, Queries const & queries);
+Family Numbers(std::string const & folder, std::size_t n, Queries const & queries);
 /// The version map with n versions.
-Family Versions(std::string const & folder, std::size_t n, std::size_t queries);
+Family Versions(std::string const & folder, std::size_t n, Queries const & queries);
 
 } // namespace bench

@@ -18,14 +18,14 @@ namespace {
 
 struct Settings {
   std::vector<std::size_t> sizes = {1000, 10000, 100000};
-  std::size_t queries = 100000;
+  bench::Queries queries;
   int repeats = 3;
   std::string out;
   std::string folder;
   bool isSmoke = false;
 };
 
-using MakeFamily = bench::Family (*)(std::string const & folder, std::size_t n, std::size_t queries);
+using MakeFamily = bench::Family (*)(std::string const & folder, std::size_t n, bench::Queries const & queries);
 
 /// The seconds of each span; of several runs the one in the middle counts.
 void Measure(MakeFamily make, std::string const & folder, std::size_t n, Settings const & settings,
@@ -51,6 +51,7 @@ void Measure(MakeFamily make, std::string const & folder, std::size_t n, Setting
     lines.push_back({{"engine", family.engine},
                      {"workload", span.workload},
                      {"n", n},
+                     {"order", settings.queries.isRandom ? "random" : "sweep"},
                      {"operations", span.operations},
                      {"seconds", middle},
                      {"per_op_us", middle * 1e6 / static_cast<double>(span.operations)},
@@ -62,7 +63,7 @@ int Run(Settings settings) {
   if (settings.isSmoke) {
     settings.sizes = {50, 100};
     settings.repeats = 1;
-    settings.queries = 200;
+    settings.queries.count = 200;
   }
   auto const parent = settings.folder.empty() ? std::filesystem::canonical("/proc/self/exe").parent_path()
                                               : std::filesystem::path(settings.folder);
@@ -89,11 +90,12 @@ int main(int count, char ** words) {
   CLI::App app("What the mirrored stores cost: a line of JSON for each measurement, a table on standard error");
   Settings settings;
   app.add_option("--n", settings.sizes, "Numbers of variations")->delimiter(',')->check(CLI::PositiveNumber);
-  app.add_option("--queries", settings.queries, "Keyed questions in one measurement")->check(CLI::PositiveNumber);
+  app.add_option("--queries", settings.queries.count, "Keyed questions in one measurement")->check(CLI::PositiveNumber);
   app.add_option("--repeat", settings.repeats, "Measurements; the one in the middle counts")
       ->check(CLI::PositiveNumber);
   app.add_option("--out", settings.out, "File for the results, one JSON object a line; else standard output");
   app.add_option("--dir", settings.folder, "The files go into a folder in this one; else beside this program");
+  app.add_flag("--random", settings.queries.isRandom, "Keys are asked for at random, not as they follow each other");
   app.add_flag("--smoke", settings.isSmoke, "Few variations, once: does it work?");
   CLI11_PARSE(app, count, words);
   try {

@@ -310,3 +310,14 @@ TEST_F(Backup, EveryOperationOfADropMayFailAndItIsTriedAgain) {
       break;
   }
 }
+
+TEST_F(Backup, TheJournalTellsWhatWasDoneLineByLine) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("b")));
+  EXPECT_TRUE(HubBackupUtils::CopyFileToBackup(Path("list")));
+  std::ifstream in(folder / "area" / "journal");
+  std::string text;
+  for (std::string line; std::getline(in, line);)
+    text += line.substr(8) + '\n';
+  EXPECT_EQ(text, " Kept(1, \"b\", \"\")\n Renamed(2, \"a\", \"b\")\n Absent(3, \"list\", \"\")\n");
+}
