@@ -86,12 +86,12 @@ long CMirroredDataMap::GetMirroredVersion(long version) {
 }
 
 bool CMirroredDataMap::FindMirroredVersion(long version, long & mirrored) const {
-  if (auto const found = m_versionMap.find(version); found != m_versionMap.end()) {
-    mirrored = found->second;
+  if (long const * const known = m_index.FindMirrored(version)) {
+    mirrored = *known;
     return true;
   }
   mirrored = version;
-  if (m_originals.FindOriginal(version))
+  if (m_index.FindOriginal(version))
     return true;
   mirrored = id::invalidID;
   if (version >= id::invalidID && !FetchIDAbove(version, mirrored))
@@ -122,15 +122,15 @@ bool CMirroredDataMap::FetchIDAbove(long version, long & fresh) const {
 }
 
 long CMirroredDataMap::GetOriginalVersion(long version) const {
-  if (m_versionMap.contains(version))
+  if (m_index.FindMirrored(version))
     return version;
-  long const * const original = m_originals.FindOriginal(version);
+  long const * const original = m_index.FindOriginal(version);
   return original ? *original : id::invalidID;
 }
 
 void CMirroredDataMap::EnterVersion(long original, long mirrored) const {
   if (m_versionMap.try_emplace(original, mirrored).second)
-    m_originals.Inserted(original, mirrored);
+    m_index.Inserted(original, mirrored);
 }
 
 void CMirroredDataMap::ReadVariationAndVersion(io::CBlock_func const * line, AString & variation, long & version) {

@@ -106,5 +106,5 @@ private:
   AString m_functionKeyword;
   AString m_dataKeyword;
   mutable std::map<long, long> m_versionMap;
-  mutable MirroredVersionIndex m_originals;
+  mutable MirroredVersionIndex m_index;
 };
