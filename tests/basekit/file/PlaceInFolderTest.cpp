@@ -17,8 +17,7 @@ struct PlaceInFolder : testing::Test {
 } // namespace
 
 TEST_F(PlaceInFolder, PathsBelowTheFolderArePlacesInIt) {
-  for (AString const path :
-       {L"a", L"a/b", L"./a", L"a/./b", L"a//b", L"a/", L"..a", L"a..", L"...", L"\u00f6/\u6f22"})
+  for (AString const path : {L"a", L"a/b", L"./a", L"a/./b", L"a//b", L"a/", L"..a", L"a..", L"...", L"\u00f6/\u6f22"})
     EXPECT_TRUE(LFN_IsTextOfPlaceInside(path) && LFN_IsPlaceInside(root, path)) << text::ToUtf8(path);
 }
 
