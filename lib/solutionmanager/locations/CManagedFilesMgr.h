@@ -6,6 +6,10 @@
 
 class IDesign;
 
+namespace io {
+class CBlock;
+}
+
 /// Moves and copies into the backup area of an integration platform; paths are full ones.
 class IHubBackupHelperForManagedFiles {
 public:
@@ -30,17 +34,24 @@ protected:
   ~IBackupHelperForManagedFiles() = default;
 };
 
-/// Files in a design's results folder whose life is tied to saving the design: what is created or deleted becomes
-/// final at the next save.  The services come with the result files of solves; until then each one says so.
+/// Files in a design's results folder whose life is tied to saving the design: what was created since the last commit
+/// goes when this object does, what was deleted goes at the commit.  Two list files beside the managed folder hold the
+/// whole state.  Base directories group files; names that lead out of the managed folder are refused and reported.  The
+/// design is not owned.
 class CManagedFilesMgr : public IManagedFileService,
                          public IHubBackupHelperForManagedFiles,
                          public IBackupHelperForManagedFiles {
 public:
   CManagedFilesMgr(LongFileName const & resultsDir, IDesign * design);
   ~CManagedFilesMgr() override;
+  CManagedFilesMgr(CManagedFilesMgr const &) = delete;
+  CManagedFilesMgr & operator=(CManagedFilesMgr const &) = delete;
 
+  /// Makes an empty file; `fileName` takes its name and extension.
   bool CreateManagedFile(AString & fileName, AString const & baseDir, AString const & extension) override;
+  /// The file stays until the commit.
   bool DeleteManagedFile(AString const & baseDir, AString const & fileName) override;
+  /// Empty for names that are refused.
   LongFileName GetFullPathForManagedFile(AString const & baseDir, AString const & fileName) override;
   LongFileName GetManagedFilesDir() override;
   AString GetManagedFilesRelativeDir() override;
@@ -51,10 +62,23 @@ public:
   bool DeleteFileOrMoveFileToBackup(AString const & path) override;
   bool DeleteDirOrMoveDirToBackup(AString const & path) override;
 
-  /// Makes what was created and deleted final; nothing can have been so far.
-  void Commit(LongFileName const &) {}
+  /// Makes what was created and deleted final, in the directory given: another one than before gets copies first, and
+  /// the files of the last commit stay in the old one.
+  void Commit(LongFileName const & directory);
 
 private:
+  void Initialize();
+  void SetListFiles();
+  void DropForeignFiles();
+  void RollBack();
+  void MoveTo(LongFileName const & newDir);
+  void CommitInPlace();
+  void RemoveDeleted(AString const & baseDir, AString const & fileName);
+  void DeleteListed(io::CBlock const & block);
+  void ReadPrivateList(io::CBlock & managedFiles, io::CBlock & deletedFiles) const;
+  /// Where the file is; false, and reported, for names that lead out of the managed folder.
+  bool FindPlace(AString const & baseDir, AString const & fileName, LongFileName & place) const;
+
   LongFileName mResultsDir;
   IDesign * m_design;
   bool m_initialized = false;

@@ -1,0 +1,38 @@
+#pragma once
+
+class AString;
+class LongFileName;
+
+/// A folder that holds what a running save takes away, with a journal, so that the save can be taken back after a
+/// failure or a crash.  One area is open at a time, on the desktop's thread:
+///
+///     Begin(area, root) ... deletes and moves by BackupUtils ... IsWhole() ... the moment of truth ... Drop(area)
+///
+/// and Restore(area, root) instead of Drop before that moment, in the same process or in a later one.  Every step can
+/// be repeated after it was cut short.  The area lies on the same disk as the root; what lies outside of the root is
+/// deleted as if no area were open.
+class BackupArea {
+public:
+  /// Makes the folder and opens it; true too when it is the open one.  False when another one is open or when an
+  /// unfinished save left a journal there: Restore or Drop it first.
+  static bool Begin(LongFileName const & area, LongFileName const & root);
+  static bool IsOpen();
+  /// A save that used the folder was neither restored nor dropped.
+  static bool IsPending(LongFileName const & area);
+  /// True when all that was asked of the open area since Begin was done, and would now survive a loss of power.
+  static bool IsWhole();
+  /// Forward: what the area holds goes for good.  Closes it when it is the open one.
+  static bool Drop(LongFileName const & area);
+  /// Back: every file and folder as it was at Begin, the latest change first.  On a failure false, and what is left to
+  /// be done can be tried again.
+  static bool Restore(LongFileName const & area, LongFileName const & root);
+
+  /// Into the open area; false without one, or when nothing stands there.
+  static bool MoveIn(LongFileName const & path);
+  /// Into the open area, the original stays.  Where nothing stands that is noted: Restore removes what comes there.
+  static bool CopyIn(LongFileName const & path);
+  /// A move that Restore takes back; a target that is there goes into the area first.  Without an area a plain move.
+  static bool Rename(LongFileName const & from, LongFileName const & to);
+  /// Whether the path lies below the open area's root.
+  static bool Covers(LongFileName const & path);
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "basekit/file/LongFileName.h"
+#include "basekit/text/AString.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace file {
+class IFile;
+}
+
+/// What a backup area did or is about to do, told so that it can be taken back.  Paths count from the area's root.
+struct BackupEntry {
+  enum class Kind {
+    /// What stood at `path` lies, or is about to lie, in the area under the entry's number.
+    Kept,
+    /// `path` is about to become `to`, where nothing stands.
+    Renamed,
+    /// Nothing stood at `path`.
+    Absent
+  };
+
+  Kind kind = Kind::Kept;
+  long number = 0;
+  AString path;
+  AString to;
+  /// Where the entry's line starts in the journal, in bytes.
+  std::uint64_t start = 0;
+};
+
+/// The journal of a backup area: one line for each entry, its checksum in front.  Every change is on the disk when it
+/// returns true.
+class BackupJournal {
+public:
+  BackupJournal();
+  ~BackupJournal();
+
+  static AString Name() { return L"journal"; }
+  static bool StandsIn(LongFileName const & area);
+  /// Fails when there is one.
+  bool Create(LongFileName const & area);
+  /// After a failure all that follow fail too.
+  bool Append(BackupEntry const & entry);
+
+  bool Open(LongFileName const & area);
+  /// The whole entries, in order.  A line that was cut off was never acted on; damage before it is reported.
+  bool ReadEntries(std::vector<BackupEntry> & entries);
+  /// Forgets the entry and all behind it.
+  bool CutBackTo(BackupEntry const & entry);
+
+private:
+  std::unique_ptr<file::IFile> m_file;
+  std::uint64_t m_length = 0;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+class AString;
+
+/// Removes what a later restore may want: into the open backup area, and where none is open for good.  Paths are full
+/// ones; whatever stands there goes, file or folder; a link goes, never what it points to.  False when nothing stood
+/// there, or when it could not be kept and so was not removed.
+class BackupUtils {
+public:
+  static bool DeleteFileOrMoveFileToBackup(AString const & path);
+  static bool DeleteDirOrMoveDirToBackup(AString const & path);
+};

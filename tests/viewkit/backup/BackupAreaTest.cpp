@@ -1,0 +1,323 @@
+#include "viewkit/backup/BackupArea.h"
+
+#include "basekit/file/LongFileName.h"
+#include "basekit/text/Utf8.h"
+#include "tests/support/AssertWatch.h"
+#include "tests/support/FaultyFileSystem.h"
+#include "tests/support/TemporaryFolder.h"
+#include "viewkit/backup/BackupUtils.h"
+#include "viewkit/backup/HubBackupUtils.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+
+namespace {
+
+using Tree = std::map<std::string, std::string>;
+
+struct Backup : testing::Test {
+  Backup() {
+    std::filesystem::create_directory(root);
+    std::filesystem::create_directory(root / "folder");
+    Put("a", "A");
+    Put("b", "B");
+    Put("folder/inside", "I");
+  }
+  ~Backup() override {
+    if (BackupArea::IsOpen())
+      BackupArea::Drop(Area());
+  }
+  LongFileName Area() const { return text::FromUtf8((folder / "area").string()); }
+  LongFileName Root() const { return text::FromUtf8(root.string() + "/"); }
+  AString Path(std::string const & name) const { return text::FromUtf8((root / name).string()); }
+  void Put(std::string const & name, std::string const & content) { std::ofstream(root / name) << content; }
+  /// All files by their paths, folders by their paths with a slash.
+  Tree Now() const {
+    Tree tree;
+    for (auto const & entry : std::filesystem::recursive_directory_iterator(root)) {
+      auto const name = std::filesystem::relative(entry.path(), root).string();
+      if (entry.is_directory()) {
+        tree[name + '/'] = "";
+        continue;
+      }
+      std::ifstream in(entry.path());
+      tree[name] = std::string(std::istreambuf_iterator<char>(in), {});
+    }
+    return tree;
+  }
+  bool Begin() const { return BackupArea::Begin(Area(), Root()); }
+  bool Restore() const { return BackupArea::Restore(Area(), Root()); }
+  /// What a save does: replaces, deletes, moves, adds.
+  void Save() {
+    BackupUtils::DeleteFileOrMoveFileToBackup(Path("b"));
+    BackupArea::Rename(Path("a"), Path("b"));
+    HubBackupUtils::CopyFileToBackup(Path("list"));
+    Put("list", "new");
+    HubBackupUtils::CopyFileToBackup(Path("list"));
+    Put("list", "newer");
+    BackupUtils::DeleteDirOrMoveDirToBackup(Path("folder"));
+    std::filesystem::create_directory(root / "folder");
+    Put("folder/other", "O");
+  }
+
+  support::TemporaryFolder folder;
+  std::filesystem::path const root = folder / "root";
+};
+
+} // namespace
+
+TEST_F(Backup, WithoutAnAreaADeleteDeletes) {
+  EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("a")));
+  EXPECT_TRUE(BackupUtils::DeleteDirOrMoveDirToBackup(Path("folder")));
+  EXPECT_EQ(Now(), (Tree{{"b", "B"}}));
+  EXPECT_FALSE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("a")));
+}
+
+TEST_F(Backup, WithoutAnAreaNothingIsKept) {
+  Tree const before = Now();
+  EXPECT_FALSE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  EXPECT_FALSE(HubBackupUtils::MoveDirToBackup(Path("folder")));
+  EXPECT_FALSE(HubBackupUtils::CopyFileToBackup(Path("a")));
+  EXPECT_FALSE(HubBackupUtils::CopyDirToBackup(Path("folder")));
+  EXPECT_EQ(Now(), before);
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("b")));
+  EXPECT_FALSE(BackupArea::IsWhole());
+}
+
+TEST_F(Backup, WhatTheAreaTookComesBack) {
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("a")));
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("b")));
+  EXPECT_TRUE(HubBackupUtils::CopyDirToBackup(Path("folder")));
+  Put("folder/inside", "changed");
+  EXPECT_TRUE(HubBackupUtils::MoveDirToBackup(Path("folder")));
+  EXPECT_TRUE(Now().empty());
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+  EXPECT_FALSE(std::filesystem::exists(folder / "area"));
+  EXPECT_FALSE(BackupArea::IsOpen());
+}
+
+TEST_F(Backup, AWholeSaveIsTakenBackInTheSameProcessOrALaterOne) {
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  Save();
+  EXPECT_NE(Now(), before);
+  EXPECT_TRUE(BackupArea::IsPending(Area()));
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+  EXPECT_FALSE(BackupArea::IsPending(Area()));
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, ADropKeepsTheSaveAndCanBeRepeated) {
+  ASSERT_TRUE(Begin());
+  Save();
+  Tree const after = Now();
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), after);
+  EXPECT_FALSE(std::filesystem::exists(folder / "area"));
+}
+
+TEST_F(Backup, OneAreaIsOpenAtATimeAndBeginCanBeRepeated) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::Begin(text::FromUtf8((folder / "area").string() + "/"), Root()));
+  EXPECT_FALSE(BackupArea::Begin(text::FromUtf8((folder / "second").string()), Root()));
+}
+
+TEST_F(Backup, AnUnfinishedSaveMustBeSettledBeforeTheNext) {
+  ASSERT_TRUE(Begin());
+  Save();
+  std::filesystem::copy(folder / "area", folder / "left", std::filesystem::copy_options::recursive);
+  ASSERT_TRUE(BackupArea::Drop(Area()));
+  LongFileName const left = text::FromUtf8((folder / "left").string());
+  EXPECT_FALSE(BackupArea::Begin(left, Root()));
+  EXPECT_TRUE(BackupArea::Drop(left));
+  EXPECT_TRUE(BackupArea::Begin(left, Root()));
+  EXPECT_TRUE(BackupArea::Drop(left));
+}
+
+TEST_F(Backup, ARenameOntoAFileTakesBoth) {
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("b")));
+  EXPECT_EQ(Now().at("b"), "A");
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, ChainsOfRenamesComeBack) {
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("c")));
+  EXPECT_TRUE(BackupArea::Rename(Path("b"), Path("a")));
+  EXPECT_TRUE(BackupArea::Rename(Path("c"), Path("b")));
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, ARenameOfAFileOntoItselfDoesNothing) {
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("a")));
+  EXPECT_TRUE(BackupArea::Rename(Path("./a"), Path("a")));
+  EXPECT_FALSE(BackupArea::Rename(Path("absent"), Path("a")));
+  EXPECT_EQ(Now(), before);
+  EXPECT_TRUE(BackupArea::IsWhole());
+}
+
+TEST_F(Backup, WhatLiesOutsideOfTheRootIsDeleted) {
+  std::ofstream(folder / "outside") << "x";
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(text::FromUtf8((folder / "outside").string())));
+  EXPECT_FALSE(std::filesystem::exists(folder / "outside"));
+}
+
+TEST_F(Backup, NamesOfAnyScriptAndWithLineBreaksComeBack) {
+  std::string const name = "\xc3\xb6 \"quoted\"\nnext \xe6\xbc\xa2";
+  Put(name, "x");
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(Path(name)));
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, TheJournalCanBeCutAnywhereAndTheWholeEntriesComeBack) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  auto const journal = folder / "area" / "journal";
+  auto const whole = std::filesystem::file_size(journal);
+  // The move that this line tells of never began.
+  std::ofstream(journal, std::ios::app) << "12345678 Kept(2, \"b";
+  EXPECT_GT(std::filesystem::file_size(journal), whole);
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now().size(), 4u);
+}
+
+TEST_F(Backup, ADamagedLineIsReportedAndTheOthersComeBack) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("b")));
+  std::fstream journal(folder / "area" / "journal", std::ios::in | std::ios::out);
+  journal.seekp(12);
+  journal.put('!');
+  journal.close();
+  support::AssertWatch::Expect("!\"A line of a backup journal is damaged\"");
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now().at("b"), "B");
+  EXPECT_FALSE(Now().contains("a"));
+}
+
+TEST_F(Backup, AJournalNeverLeadsOutOfItsRoot) {
+  ASSERT_TRUE(Begin());
+  std::filesystem::create_directory(root / "deep");
+  Put("deep/x", "mine");
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("deep/x")));
+  support::TemporaryFolder elsewhere;
+  std::ofstream(elsewhere / "x") << "other";
+  std::filesystem::remove(root / "deep");
+  std::filesystem::create_symlink(elsewhere.Path(), root / "deep");
+  support::AssertWatch::Expect("isInside");
+  EXPECT_TRUE(Restore());
+  std::ifstream in(elsewhere / "x");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "other");
+}
+
+TEST_F(Backup, ALinkIsNeitherTakenNorFollowed) {
+  support::TemporaryFolder elsewhere;
+  std::ofstream(elsewhere / "x") << "other";
+  std::filesystem::create_symlink(elsewhere.Path(), root / "link");
+  ASSERT_TRUE(Begin());
+  support::AssertWatch::Expect("isInside");
+  EXPECT_FALSE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("link/x")));
+  EXPECT_TRUE(std::filesystem::exists(elsewhere / "x"));
+}
+
+TEST_F(Backup, EveryOperationOfASaveMayFailAndTheSaveIsTakenBack) {
+  Tree const before = Now();
+  for (int operation = 1;; ++operation) {
+    bool hasFailed = false;
+    bool isWhole = false;
+    {
+      support::FaultyFileSystem faulty;
+      faulty.FailAt(operation, true);
+      if (Begin()) {
+        Save();
+        isWhole = BackupArea::IsWhole();
+      }
+      hasFailed = faulty.HasFailed();
+    }
+    EXPECT_EQ(isWhole, !hasFailed) << operation;
+    ASSERT_TRUE(Restore()) << operation;
+    // Files that the save itself writes come back only when it could note them.
+    Tree after = Now();
+    if (hasFailed) {
+      after.erase("list");
+      after.erase("folder/other");
+    }
+    ASSERT_EQ(after, before) << operation;
+    std::filesystem::remove(root / "list");
+    std::filesystem::remove(root / "folder/other");
+    if (!hasFailed)
+      break;
+  }
+}
+
+TEST_F(Backup, EveryOperationOfARestoreMayFailAndItIsTriedAgain) {
+  Tree const before = Now();
+  for (int operation = 1;; ++operation) {
+    ASSERT_TRUE(Begin());
+    Save();
+    bool hasFailed = false;
+    bool isRestored = false;
+    {
+      support::FaultyFileSystem faulty;
+      faulty.FailAt(operation, true);
+      isRestored = Restore();
+      hasFailed = faulty.HasFailed();
+    }
+    EXPECT_EQ(isRestored, !hasFailed) << operation;
+    ASSERT_TRUE(Restore()) << operation;
+    ASSERT_EQ(Now(), before) << operation;
+    if (!hasFailed)
+      break;
+  }
+}
+
+TEST_F(Backup, EveryOperationOfADropMayFailAndItIsTriedAgain) {
+  for (int operation = 1;; ++operation) {
+    ASSERT_TRUE(Begin());
+    EXPECT_TRUE(HubBackupUtils::CopyFileToBackup(Path("a")));
+    EXPECT_TRUE(HubBackupUtils::CopyDirToBackup(Path("folder")));
+    bool hasFailed = false;
+    {
+      support::FaultyFileSystem faulty;
+      faulty.FailAt(operation, true);
+      BackupArea::Drop(Area());
+      hasFailed = faulty.HasFailed();
+    }
+    ASSERT_TRUE(BackupArea::Drop(Area())) << operation;
+    EXPECT_EQ(Now().at("a"), "A");
+    if (!hasFailed)
+      break;
+  }
+}
+
+TEST_F(Backup, TheJournalTellsWhatWasDoneLineByLine) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("b")));
+  EXPECT_TRUE(HubBackupUtils::CopyFileToBackup(Path("list")));
+  std::ifstream in(folder / "area" / "journal");
+  std::string text;
+  for (std::string line; std::getline(in, line);)
+    text += line.substr(8) + '\n';
+  EXPECT_EQ(text, " Kept(1, \"b\", \"\")\n Renamed(2, \"a\", \"b\")\n Absent(3, \"list\", \"\")\n");
+}
