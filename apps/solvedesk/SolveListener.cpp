@@ -87,7 +87,14 @@ void SolveListener::OnProgress(int done, int failed, int total) {
   Show();
 }
 
-void SolveListener::OnTick() { Show(); }
+void SolveListener::OnTick() {
+  // Who stops a run by hand sees that it was heard.
+  if (m_liveLines && !m_hasToldStop && desktop::SolveQueue::CountStopRequests() == 1) {
+    m_hasToldStop = true;
+    PrintMessage("stopping: what runs is finished; Ctrl-C again stops it now");
+  }
+  Show();
+}
 
 void SolveListener::Show() {
   auto const now = SolveProgress::Clock::now();

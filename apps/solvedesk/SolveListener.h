@@ -49,6 +49,7 @@ private:
   SolveProgress m_progress;
   std::unique_ptr<LiveLines> m_liveLines; ///< on a terminal
   bool m_hasToldLine = false;
+  bool m_hasToldStop = false;
   SolveProgress::Clock::time_point m_nextShow;
   nlohmann::ordered_json m_failures = nlohmann::ordered_json::array();
 };

@@ -8,13 +8,10 @@
 namespace solvedesk {
 
 nlohmann::ordered_json SolveResult::Numbers() const {
-  return {{"points", requested.points},
-          {"already_valid", requested.alreadyValid},
-          {"repeated", requested.repeated},
-          {"stored", outcome.stored},
-          {"failed", outcome.failed},
-          {"interrupted", outcome.interrupted},
-          {"saved", isSaved}};
+  return {{"points", requested.points},         {"already_valid", requested.alreadyValid},
+          {"repeated", requested.repeated},     {"stored", outcome.stored},
+          {"failed", outcome.failed},           {"not_converged", outcome.notConverged},
+          {"interrupted", outcome.interrupted}, {"saved", isSaved}};
 }
 
 nlohmann::ordered_json SolveResult::FinishedEvent() const {
@@ -29,6 +26,8 @@ std::string SolveResult::Summary() const {
                   outcome.stored, requested.alreadyValid);
   if (outcome.failed > 0)
     text += fmt::format(", {} failed", outcome.failed);
+  if (outcome.notConverged > 0)
+    text += fmt::format(", {} not converged (`solvedesk convergence` tells more)", outcome.notConverged);
   if (requested.repeated > 0)
     text += fmt::format(", {} given more than once", requested.repeated);
   if (outcome.interrupted)

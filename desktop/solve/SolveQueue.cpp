@@ -13,6 +13,7 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 
+#include <limits>
 #include <set>
 #include <tuple>
 
@@ -75,9 +76,7 @@ public:
   bool TakeNext(int & number, SolveJob & job) override;
   void Progressed(int number, double fraction, AString const & text) override;
   void Passed(int number, io::CBlock_ptr<io::CBlock_func> const & row, int index) override;
-  void Converged(int number, bool isConverged, AString const & consecutivePasses, int index) override {
-    m_records.SetConvergence(number, isConverged, consecutivePasses, index);
-  }
+  void Converged(int number, bool isConverged, AString const & consecutivePasses, int index) override;
   void Profiled(int number, CProfileUpdate const & update, int index) override {
     m_records.AddCost(number, update, index);
   }
@@ -93,6 +92,7 @@ private:
   void TellProgress() { m_listener->OnProgress(m_outcome.stored, m_outcome.failed, static_cast<int>(m_points.size())); }
   Point PointAt(int number) const { return m_points[static_cast<std::size_t>(number)]; }
   AString SetupNameOf(Point const & point) const;
+  bool TakeNotConverged(int number);
   void CheckSource();
   void Clear();
 
@@ -104,7 +104,8 @@ private:
   SolveRecords m_records;
   SourceGuard m_guard;
   ISolveListener * m_listener = nullptr;
-  int m_solved = 0; ///< of this run, stored or about to be
+  std::set<std::pair<int, int>> m_notConverged; ///< point and index of the record
+  int m_solved = 0;                             ///< of this run, stored or about to be
   SolveOutcome m_outcome;
 };
 
@@ -178,6 +179,7 @@ void SolveQueue::Impl::Clear() {
   m_points.clear();
   m_next = 0;
   m_open.clear();
+  m_notConverged.clear();
   m_listener = nullptr;
 }
 
@@ -278,6 +280,23 @@ void SolveQueue::Impl::Failed(int number, AString const & error, JobCost const &
 
 // First the data, then the records, and both before anybody is told: whatever a crash leaves, no record says "solved"
 // of a point without data.
+void SolveQueue::Impl::Converged(int number, bool isConverged, AString const & consecutivePasses, int index) {
+  m_records.SetConvergence(number, isConverged, consecutivePasses, index);
+  if (isConverged)
+    m_notConverged.erase({number, index});
+  else
+    m_notConverged.emplace(number, index);
+}
+
+// Whether any record of the point's solve ended short of its target; the point is done with.
+bool SolveQueue::Impl::TakeNotConverged(int number) {
+  auto const first = m_notConverged.lower_bound({number, std::numeric_limits<int>::min()});
+  auto const last = m_notConverged.upper_bound({number, std::numeric_limits<int>::max()});
+  bool const isAny = first != last;
+  m_notConverged.erase(first, last);
+  return isAny;
+}
+
 void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   io::CBlock batch(L"Batch");
   for (auto const & result : solved) {
@@ -298,6 +317,7 @@ void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
   for (auto const & result : solved) {
     Point const point = PointAt(result.number);
     ++m_outcome.stored;
+    m_outcome.notConverged += TakeNotConverged(result.number) ? 1 : 0;
     m_listener->OnStored(SetupNameOf(point), point.variation, result.cost.seconds);
   }
   TellProgress();
@@ -337,5 +357,7 @@ int SolveQueue::QueuedCount() const { return m_impl->CountWaiting(); }
 SolveOutcome SolveQueue::Run(ISolveListener & listener) { return m_impl->Run(listener); }
 
 void SolveQueue::RequestStop() { StopRequests::Add(); }
+
+int SolveQueue::CountStopRequests() { return StopRequests::Count(); }
 
 } // namespace desktop

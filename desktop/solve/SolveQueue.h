@@ -39,6 +39,7 @@ public:
 struct SolveOutcome {
   int stored = 0;
   int failed = 0;
+  int notConverged = 0;        ///< of those stored: their solver said that they don't meet their target
   bool interrupted = false;    ///< points were left unsolved, as RequestStop asked
   std::vector<AString> errors; ///< one line for each failed point; of very many the first ones
 };
@@ -83,6 +84,8 @@ public:
   SolveOutcome Run(ISolveListener & listener);
   /// May be called from a signal handler.  A request that comes before a run stops it at once.
   static void RequestStop();
+  /// Those that the present run has not followed to its end yet.
+  static int CountStopRequests();
 
 private:
   class Impl;

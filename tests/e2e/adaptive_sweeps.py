@@ -45,7 +45,9 @@ class AdaptiveSweeps(DeskTest):
     def test_one_that_is_bounded_too_tightly_says_so_and_keeps_its_best(self):
         self.run_desk('new', 'filter', '--netlist', BANDPASS)
         self.run_desk('setup', 'filter', 'edit', 'SParameters1', *WORDS, 'adaptive', 'most=12')
-        self.run_desk('solve', 'filter')
+        solved = self.document('solve', 'filter')
+        self.assertEqual((solved['stored'], solved['not_converged']), (1, 1))
+        self.assertIn('1 not converged', self.run_desk('solve', 'filter', '--again').stdout)
         self.run_desk('touchstone', 'filter', '--to', 'out')
         comments, rows = rows_of('out', 'SParameters1')
         self.assertEqual(len(rows), 2001)
