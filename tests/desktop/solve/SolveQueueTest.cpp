@@ -639,3 +639,15 @@ TEST_F(SolveReportsTest, APointThatARunStopsLeavesARecordThatSaysSoAndNoCost) {
   EXPECT_EQ(LastSolveOf(L"Do=sleep").GetTotalInfo(), SolveRecords::kStopped);
   EXPECT_TRUE(LastSolveOf(L"Do=sleep").GetTasks().empty());
 }
+
+TEST_F(SolveReportsTest, TheMemoryOfATaskIsThatOfItsWorkerNotOfTheDesktopThatStartedIt) {
+  constexpr std::size_t kMegabyte = std::size_t{1024} * 1024;
+  std::vector<char> const held(512 * kMegabyte, 'x');
+  Submit(L"Do=peak");
+  m_queue.Run(m_listener);
+  auto const & tasks = LastSolveOf(L"Do=peak").GetTasks();
+  ASSERT_EQ(tasks.size(), 2u);
+  EXPECT_EQ(tasks[0]->GetName(), L"Peak");
+  EXPECT_GT(tasks[0]->GetMemory(), static_cast<double>(kMegabyte));
+  EXPECT_LT(tasks[0]->GetMemory(), static_cast<double>(held.size()) / 2);
+}

@@ -5,6 +5,7 @@
 #include "basekit/io/Checksum.h"
 #include "basekit/profile/CProfileUpdate.h"
 #include "basekit/text/Utf8.h"
+#include "desktop/product/PeakMemory.h"
 
 #include <chrono>
 #include <csignal>
@@ -58,6 +59,8 @@ public:
       Read(job.sourceFile);
     if (Has(variation, L"slow"))
       std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    if (Has(variation, L"peak"))
+      TellPeak(progress);
     if (Has(variation, L"tell"))
       Tell(progress);
     if (Has(variation, L"flood"))
@@ -113,6 +116,12 @@ private:
       progress.Report(step / 30.0, L"factoring");
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
+  }
+
+  void TellPeak(IJobProgress & progress) {
+    CProfileTask task(L"Peak", L"");
+    task.SetCost(0, 0, desktop::PeakMemory());
+    progress.ReportProfile({CProfileUpdate::kTask, task}, 0);
   }
 
   // The child outlives its worker, and holds all that it has open.

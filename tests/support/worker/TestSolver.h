@@ -9,10 +9,11 @@ namespace support {
 
 /// A product whose jobs do what the variation's words say: "abort", "exit", "sleep", "print", "throw", "refuse",
 /// "deep", "large", "slow", "tell", "passes" (three of them, each with its costs), "slowly" (with a pause between
-/// them), "flood" with "passes" or "costs" (without an end), "heap" (takes 64 MB for a while), "leave" (a process stays
-/// behind that holds the pipes), "gossip" (megabytes on standard error); anything else is solved.  The result is the
-/// list Values with the length of the variation's text, the number of jobs that this worker has solved, the
-/// worker's process, and of a job with sources the number that the source file held when it was read.
+/// them), "flood" with "passes" or "costs" (without an end), "heap" (takes 64 MB for a while), "peak" (a task with the
+/// memory of the worker), "leave" (a process stays behind that holds the pipes), "gossip" (megabytes on standard
+/// error); anything else is solved.  The result is the list Values with the length of the variation's text, the number
+/// of jobs that this worker has solved, the worker's process, and of a job with sources the number that the source file
+/// held when it was read.
 class TestSolver : public desktop::IDesktopProduct {
 public:
   static inline wchar_t const * const kName = L"testsolver";
