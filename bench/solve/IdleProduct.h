@@ -16,6 +16,7 @@ public:
   std::unique_ptr<desktop::ProductSolutionManager> MakeManager(IDesign * design) const override;
   BaseSimulationSetup * CreateSetup(desktop::ProductSolutionManager & manager, desktop::SourceSetup const & setup,
                                     KelvroCommand * command) const override;
+  std::vector<AString> GetSolutionNames(AString const &) const override { return {L"Points"}; }
   bool ReadSettings(AString const &, desktop::SourceSetup &, AString &) const override { return false; }
   AString DescribeSettings(io::CBlock const &) const override { return AString(); }
   bool ApplySettings(BaseSimulationSetup &, io::CBlock const &) const override { return true; }
