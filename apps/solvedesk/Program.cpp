@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <regex>
 #include <sstream>
 
 namespace solvedesk {
@@ -38,11 +37,38 @@ char const * const kShellHelpEnd = R"(Examples:
 
 Every verb has its own help: solve --help.  'exit', 'quit' or the end of the input ends the shell.)";
 
+// The example's call as it is typed in a shell: "solvedesk set lowpass cscale=0.95" as "set cscale=0.95".
+std::string ExampleInShell(std::string line) {
+  std::string const program = "solvedesk ", project = " lowpass";
+  for (std::size_t at = line.find(program); at != std::string::npos; at = line.find(program, at)) {
+    std::size_t const verb = at + program.size();
+    std::size_t const end = std::min(line.find_first_not_of("abcdefghijklmnopqrstuvwxyz", verb), line.size());
+    if (line.compare(end, project.size(), project) == 0)
+      line.erase(end, project.size()).erase(at, program.size());
+    else
+      at = verb;
+  }
+  return line;
+}
+
 // Of a verb as it is typed in a shell: without the project's name.
 std::string WithoutProject(std::string const & help) {
-  std::string text = std::regex_replace(help, std::regex("\\n +PROJECT [^\\n]*(\\n {20,}[^\\n]*)*"), "");
-  text = std::regex_replace(text, std::regex(" PROJECT(?=[ \\n])"), "");
-  return std::regex_replace(text, std::regex("solvedesk ([a-z]+) lowpass"), "$1");
+  constexpr std::size_t kDescriptionColumn = 20;
+  std::istringstream lines(help);
+  std::string text, line;
+  bool isOfProject = false;
+  while (std::getline(lines, line)) {
+    std::size_t const indent = std::min(line.find_first_not_of(' '), line.size());
+    isOfProject =
+        (isOfProject && indent >= kDescriptionColumn) || (indent > 0 && line.compare(indent, 8, "PROJECT ") == 0);
+    if (isOfProject)
+      continue;
+    std::size_t const word = (line + ' ').find(" PROJECT ");
+    if (word != std::string::npos)
+      line.erase(word, std::string(" PROJECT").size());
+    text += ExampleInShell(line) + '\n';
+  }
+  return text;
 }
 
 // "help", "help VERB".

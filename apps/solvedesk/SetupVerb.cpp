@@ -7,7 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <regex>
+#include <algorithm>
 
 namespace solvedesk {
 namespace {
@@ -33,10 +33,16 @@ AString Joined(std::vector<std::string> const & words) {
 }
 
 // A netlist reads them as milli; whoever types a frequency means mega.
+bool IsAmbiguous(std::string const & word) {
+  std::size_t const unit = std::min(word.find_first_not_of("0123456789.", word.find_first_not_of("-+")), word.size());
+  AString const letters = ArgumentText(word.substr(unit));
+  bool const isNumber = unit > 0 && word.find_first_of("0123456789") < unit;
+  return isNumber && (letters.CompareNoCase(L"m") == 0 || letters.CompareNoCase(L"mhz") == 0);
+}
+
 void RefuseAmbiguous(SetupWords const & words) {
-  static std::regex const ambiguous("[-+]?[0-9.]+[mM]([hH][zZ])?");
   for (std::string const & word : words.words)
-    if (std::regex_match(word, ambiguous))
+    if (IsAmbiguous(word))
       throw desktop::Error(desktop::ErrorKind::kUsage,
                            L"setup " + ArgumentText(words.action) + L" " + ArgumentText(words.name) + L": '" +
                                ArgumentText(word) +
