@@ -1,6 +1,7 @@
 #pragma once
 
 #include "basekit/text/AString.h"
+#include "desktop/command/EditLog.h"
 
 #include <functional>
 #include <map>
@@ -10,9 +11,7 @@
 
 namespace desktop {
 
-class EditLog;
 struct SourceBase;
-struct VersionedObject;
 
 /// What is solved from a source, as one text: its fingerprint, and the values of those of its variables that the design
 /// does not have, as these count like the circuit does: "2acec8fc97709ad5 with lscale=1".

@@ -103,6 +103,7 @@ def kill_and_finish(project, source, whole, seconds):
         if complaints:
             return complaints, told
     desk('solve', project, *GRID)
+    desk('save', project)  # A solve that found all points valid saves nothing.
     states = info_of(project)
     return [f'{point} is missing after the work was finished' for point in whole
             if not (point in states and states[point]['saved'] and states[point]['valid'])], told

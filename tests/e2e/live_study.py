@@ -4,6 +4,7 @@ import os
 import pty
 import re
 import signal
+import subprocess
 import threading
 import time
 import unittest
@@ -102,7 +103,7 @@ class Watch(LiveStudy):
         self.addCleanup(shell.stdout.close)
         self.addCleanup(shell.stderr.close)
         self.addCleanup(lambda: shell.poll() is None and shell.kill())
-        watch = self.launch('watch', 'small', '--json')
+        watch = self.launch(SOLVEDESK, 'watch', 'small', '--json')
         told = []
         for words in ('solve --setup Fast --no-save', 'solve --setup Fast --no-save --again'):
             shell.stdin.write(words + '\n')
@@ -121,7 +122,7 @@ class Watch(LiveStudy):
 
     def test_points_that_were_stopped_are_neither_solved_nor_failed(self):
         self.small_project('slow', SLOW.replace('20001', '2000001'))
-        solve = self.launch('solve', 'slow', *STUDY, '--jobs', '2', '--no-save')
+        solve = self.launch(SOLVEDESK, 'solve', 'slow', *STUDY, '--jobs', '2', '--no-save')
         time.sleep(1)
         solve.send_signal(signal.SIGINT)
         solve.send_signal(signal.SIGTERM)
