@@ -217,18 +217,36 @@ void ProductSolutionManager::NameForeignObjects() {
   }
 }
 
+// The setups and solutions that the library holds solved data of.
+std::set<long> ProductSolutionManager::OwnersOfData() const {
+  std::set<long> owners;
+  std::list<AString> names;
+  GetSolutionFileManager().IndexKeyList(names, false);
+  for (AString const & name : names) {
+    SolutionVariationKey key;
+    if (UnpackQuickly(name, key) && key.IsValidVariationDataKey())
+      owners.insert({key.GetSimSetupKey(), key.GetSolutionKey()});
+  }
+  return owners;
+}
+
 void ProductSolutionManager::LeaveOutWhatWasDeleted(long firstForeign) {
-  // Who reads shows the saved design and nothing beside it.
-  auto const wasDeleted = [&](long id) { return m_isReadOnly || (id < firstForeign && !m_keepsAll); };
+  auto const isAnyUnknown = [this] { return !ForeignSetups().empty() || !ForeignSolutions().empty(); };
+  std::set<long> const owners = isAnyUnknown() ? OwnersOfData() : std::set<long>();
+  // Who reads shows the saved design and nothing beside it.  What no design knows and nothing was solved of is what a
+  // command left that died before it was safe.
+  auto const isLeftOut = [&](long id) {
+    return m_isReadOnly || (!m_keepsAll && (id < firstForeign || !owners.contains(id)));
+  };
   for (long const id : IdsNotIn(GetSetups(), m_setupsBeingRead))
-    if (wasDeleted(id)) {
+    if (isLeftOut(id)) {
       m_deletions.emplace_back(id, id::invalidID);
       DeleteSimulationSetup(id, nullptr);
     }
   for (SetupOfDesign const & known : m_setupsBeingRead) {
     BaseSimulationSetup * const setup = FindIn(GetSetups(), known.id);
     for (long const id : setup ? IdsNotIn(setup->GetSolutions(), known.solutions) : std::vector<long>())
-      if (wasDeleted(id)) {
+      if (isLeftOut(id)) {
         m_deletions.emplace_back(known.id, id);
         setup->DeleteSolution(id, nullptr);
       }

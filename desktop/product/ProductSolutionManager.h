@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <set>
 
 class BaseSolution;
 
@@ -59,6 +60,7 @@ private:
   bool WasTakenOver() const;
   void CreateMissingSetups();
   void ApplyNames();
+  std::set<long> OwnersOfData() const;
   void LeaveOutWhatWasDeleted(long firstForeign);
   // What is left then of objects that the design lacks.
   std::vector<BaseSimulationSetup *> ForeignSetups() const;

@@ -150,6 +150,19 @@ TEST_F(SavedState, AnOlderCopyOfTheProjectFileCostsNoPointOfSetupsThatItLacks) {
   }
 }
 
+TEST_F(SavedState, ASetupThatNoDesignKnowsAndNothingWasSolvedOfDoesNotComeBack) {
+  Open()->GetEditor().AddSetup(L"Added", L"words");
+  std::filesystem::remove(m_folder / "study.sproject.auto");
+  {
+    auto const session = Open();
+    EXPECT_EQ(Told(*session), "");
+    EXPECT_EQ(session->GetManager().GetISimulationSetup(L"Added", false, false), nullptr);
+    Solve(*session, kSecond, 0.3);
+    session->Save();
+  }
+  EXPECT_EQ(Open()->GetManager().GetISimulationSetup(L"Added", false, false), nullptr);
+}
+
 TEST_F(SavedState, ASetupThatComesBackTakesNoNameThatIsTaken) {
   AddAndSolve(*Open());
   std::filesystem::remove(m_folder / "study.sproject.auto");
