@@ -103,7 +103,7 @@ class Watch(LiveStudy):
         self.addCleanup(shell.stdout.close)
         self.addCleanup(shell.stderr.close)
         self.addCleanup(lambda: shell.poll() is None and shell.kill())
-        watch = self.launch(SOLVEDESK, 'watch', 'small', '--json')
+        watch = self.launch(SOLVEDESK, 'watch', 'small', '--wait', '--json')
         told = []
         for words in ('solve --setup Fast --no-save', 'solve --setup Fast --no-save --again'):
             shell.stdin.write(words + '\n')
@@ -112,7 +112,7 @@ class Watch(LiveStudy):
             while not told[-1] or told[-1][-1]['event'] != 'point':
                 told[-1].append(json.loads(watch.stdout.readline()))
         shell.stdin.close()
-        watch.communicate(timeout=240)
+        self.finish(watch)
         self.assertEqual(shell.wait(120), 0)
         first, again = [[event['event'] for event in events if event['event'] in ('pass', 'converged')]
                         for events in told]
