@@ -146,8 +146,11 @@ void DeleteHalf(Work & work) {
 void SaveOne(Work & work) {
   work.engine.Open(work.job.folder, Purpose::Work);
   Numbers const one = {work.job.n / 2 + 1};
+  // What is read at the first look, and the table that the first look-up builds, are no part of a save.
+  work.engine.List();
+  work.engine.PrepareNames(one);
+  work.engine.Load(0);
   work.engine.Prepare(one, work.job.payload, 1);
-  work.engine.List(); // What is read at the first look is no part of a save.
   work.Timed(1, [&] {
     work.engine.Save(0);
     work.engine.Commit();
