@@ -32,6 +32,24 @@ std::vector<long> IdsNotIn(std::map<long, Object *> const & map, std::vector<Kno
   return ids;
 }
 
+// Names that are no keys are passed over.
+template <class Take> void ForEachKey(SolutionFileManager const & files, Take take) {
+  std::list<AString> names;
+  files.IndexKeyList(names, false);
+  for (AString const & name : names) {
+    SolutionVariationKey key;
+    if (UnpackQuickly(name, key))
+      take(key);
+  }
+}
+
+template <class Take> void ForEachDataKey(SolutionFileManager const & files, Take take) {
+  ForEachKey(files, [&](SolutionVariationKey const & key) {
+    if (key.IsValidVariationDataKey())
+      take(key);
+  });
+}
+
 /// Which definition blocks belong to the setups and their solutions.
 std::map<std::pair<long, long>, long> VersionsOf(BaseSolutionManager::SetupMap const & setups) {
   std::map<std::pair<long, long>, long> versions;
@@ -182,15 +200,10 @@ void ProductSolutionManager::GiveForeignObjectsTheirVersions() {
   if (setups.empty() && solutions.empty())
     return;
   std::map<std::pair<long, long>, long> newest;
-  std::list<AString> names;
-  GetSolutionFileManager().IndexKeyList(names, false);
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    if (!UnpackQuickly(name, key))
-      continue;
+  ForEachKey(GetSolutionFileManager(), [&](SolutionVariationKey const & key) {
     long & version = newest[{key.GetSimSetupKey(), std::max<long>(key.GetSolutionKey(), id::invalidID)}];
     version = std::max(version, key.GetVersionIDKey());
-  }
+  });
   for (BaseSimulationSetup * const setup : setups)
     setup->SetState(newest[{setup->GetID(), id::invalidID}], false);
   for (BaseSolution * const solution : solutions)
@@ -220,13 +233,9 @@ void ProductSolutionManager::NameForeignObjects() {
 // The setups and solutions that the library holds solved data of.
 std::set<long> ProductSolutionManager::OwnersOfData() const {
   std::set<long> owners;
-  std::list<AString> names;
-  GetSolutionFileManager().IndexKeyList(names, false);
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    if (UnpackQuickly(name, key) && key.IsValidVariationDataKey())
-      owners.insert({key.GetSimSetupKey(), key.GetSolutionKey()});
-  }
+  ForEachDataKey(GetSolutionFileManager(), [&](SolutionVariationKey const & key) {
+    owners.insert({key.GetSimSetupKey(), key.GetSolutionKey()});
+  });
   return owners;
 }
 
@@ -270,13 +279,8 @@ void ProductSolutionManager::ApplyNewTexts() {
   if (!m_newText || m_isReadOnly)
     return;
   std::set<AString> texts;
-  std::list<AString> names;
-  GetSolutionFileManager().IndexKeyList(names, false);
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    if (UnpackQuickly(name, key) && key.IsValidVariationDataKey())
-      texts.insert(key.GetDesignVariationKey());
-  }
+  ForEachDataKey(GetSolutionFileManager(),
+                 [&](SolutionVariationKey const & key) { texts.insert(key.GetDesignVariationKey()); });
   for (AString const & text : texts)
     if (AString const other = m_newText(text); other != text && !texts.contains(other))
       GetSolutionFileManager().VariationKeyChanged(text, other);
@@ -294,16 +298,11 @@ void ProductSolutionManager::ApplyNewTexts() {
 }
 
 void ProductSolutionManager::EnterVariationsOfLibrary() {
-  std::list<AString> names;
-  GetSolutionFileManager().IndexKeyList(names, false);
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    if (!UnpackQuickly(name, key) || !key.IsValidVariationDataKey())
-      continue;
+  ForEachDataKey(GetSolutionFileManager(), [this](SolutionVariationKey const & key) {
     BaseSimulationSetup const * const setup = FindIn(GetSetups(), key.GetSimSetupKey());
     if (BaseSolution * const solution = setup ? FindIn(setup->GetSolutions(), key.GetSolutionKey()) : nullptr)
       solution->EnsureVariation(key.GetDesignVariationKey(), key.GetVersionIDKey());
-  }
+  });
 }
 
 } // namespace desktop
