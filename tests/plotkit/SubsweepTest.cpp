@@ -127,11 +127,10 @@ TEST_F(SubsweepTest, PointsThatAreNoneOfSuchASweepGiveNoSubsweep) {
 }
 
 TEST_F(SubsweepTest, HostilePlacesAreRefused) {
-  for (wchar_t const * const text : {L"Subsweep { Variable = \"x\" Selection(-1) }",
-                                     L"Subsweep { Variable = \"x\" Selection(4294967296) }",
-                                     L"Subsweep { Variable = \"x\" Selection(1.5) }",
-                                     L"Subsweep { Variable = \"x\" Selection(\"all\") }",
-                                     L"Subsweep { Variable = \"x\" Range(1, 2) }", L"Subsweep { Selection(1) }"}) {
+  for (wchar_t const * const text :
+       {L"Subsweep { Variable = \"x\" Selection(-1) }", L"Subsweep { Variable = \"x\" Selection(4294967296) }",
+        L"Subsweep { Variable = \"x\" Selection(1.5) }", L"Subsweep { Variable = \"x\" Selection(\"all\") }",
+        L"Subsweep { Variable = \"x\" Range(1, 2) }", L"Subsweep { Selection(1) }"}) {
     io::CBlock block(L"Subsweep");
     ASSERT_TRUE(block.Unpack(text));
     SubsweepDefParams params;

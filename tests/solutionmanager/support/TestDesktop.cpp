@@ -37,16 +37,16 @@ Variable * TestVariables::ResolveVariable(AString const & name) const {
 }
 
 void TestDesign::GetDesignInstances(std::vector<IDesignInstance *> & list) const {
-  list.insert(list.end(), instances.begin(), instances.end());
+  list.insert(list.end(), ownInstances.begin(), ownInstances.end());
 }
 
 void TestDesign::GetPropertyVariables(std::vector<Variable *> & variables) const {
-  variables.insert(variables.end(), design.variables.begin(), design.variables.end());
+  variables.insert(variables.end(), ownVariables.variables.begin(), ownVariables.variables.end());
 }
 
 void TestDesign::SetupVariableNameSpace(VariableNameSpace & nameSpace, bool forPostProcessing) const {
   nameSpaceCalls.push_back(forPostProcessing ? L"setup" : L"setup without postprocessing");
-  nameSpace.AddVariableServer(&design);
+  nameSpace.AddVariableServer(&ownVariables);
 }
 
 TestKitDesktop::TestKitDesktop() : m_former(SetIKitDesktop(this)) { m_messages.AddListener(this); }

@@ -90,8 +90,8 @@ public:
   IDesignEditor * GetDesignEditor() const override { return const_cast<TestDesign *>(this); }
   void GetPropertyVariables(std::vector<Variable *> & variables) const override;
   void GetFurtherVariables(std::vector<Variable *> &) const override {}
-  IVariableServer * GetVariableServer() const override { return const_cast<TestVariables *>(&design); }
-  IVariableServer * GetProjectVariableServer() const override { return const_cast<TestVariables *>(&ofProject); }
+  IVariableServer * GetVariableServer() const override { return const_cast<TestVariables *>(&ownVariables); }
+  IVariableServer * GetProjectVariableServer() const override { return const_cast<TestVariables *>(&projectVariables); }
   void GetDefaultVariableValues(VariableValues &) const override {}
   void SetupVariableNameSpace(VariableNameSpace & nameSpace, bool forPostProcessing) const override;
   void SetupVNSForPostProcessing(VariableNameSpace &) const override { nameSpaceCalls.push_back(L"postprocessing"); }
@@ -105,9 +105,9 @@ public:
   TestService service;
   int changes = 0;
   int deletions = 0;
-  TestVariables design;
-  TestVariables ofProject;
-  std::vector<IDesignInstance *> instances;
+  TestVariables ownVariables;
+  TestVariables projectVariables;
+  std::vector<IDesignInstance *> ownInstances;
   ISimValueManagerHost * simValueManagerHost = nullptr;
   mutable std::vector<AString> nameSpaceCalls;
 };
