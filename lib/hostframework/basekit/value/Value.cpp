@@ -1,5 +1,6 @@
 #include "basekit/value/Value.h"
 
+#include "basekit/value/ColumnValue.h"
 #include "basekit/value/units/QuantityText.h"
 #include "basekit/value/units/Tolerance.h"
 
@@ -35,10 +36,22 @@ Value Value::Text(AString const & text) {
   return value;
 }
 
-bool Value::SetValueText(AString const & text, Units::FullUnitType units) {
+Value Value::Column(ColumnValue && samples) {
+  Value value(samples.GetUnits());
+  value.m_type = samples.GetParameterType();
+  value.m_base = std::make_shared<ColumnValue const>(std::move(samples));
+  return value;
+}
+
+ColumnValue const * Value::GetColumn() const { return dynamic_cast<ColumnValue const *>(m_base.get()); }
+
+bool Value::SetValueText(AString const & text, Units::FullUnitType units) { return SetConstantText(text, units); }
+
+bool Value::SetConstantText(AString const & text, Units::FullUnitType units) {
   val::Quantity quantity;
   bool const isNumber = val::ParseQuantity(text.View(), quantity, units);
   m_text = text;
+  m_base.reset();
   m_number = {quantity.real, quantity.imaginary};
   m_units = quantity.unit != Units::kNoUnits ? quantity.unit : units;
   m_type = !isNumber ? val::kText : quantity.isComplex ? val::kComplex : val::kReal;

@@ -11,7 +11,7 @@ bool IsWordCharacter(wchar_t c) {
 
 Variable::Variable(AString const & name, AString const & valueText, Units::FullUnitType units)
     : m_name(name), m_value(units) {
-  m_value.SetValueText(valueText, units);
+  m_value.SetConstantText(valueText, units);
 }
 
 Variable::Variable(AString const & name, Value const & value) : m_name(name), m_value(value) {}

@@ -14,7 +14,7 @@ public:
   Value const & GetValue() const { return m_value; }
   void SetValue(Value const & value) { m_value = value; }
   AString GetValueText() const { return m_value.GetText(); }
-  bool SetValueText(AString const & text) { return m_value.SetValueText(text); }
+  bool SetValueText(AString const & text) { return m_value.SetConstantText(text, m_value.GetUnits()); }
 
   ValueState GetValueState() const override { return m_value.GetValueState(); }
   /// By the words of the value's text, outside quotes and without case.
