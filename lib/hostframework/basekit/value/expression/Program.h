@@ -65,7 +65,8 @@ private:
   friend class Compiler;
   friend class Evaluation;
 
-  /// Where a value comes from: a quantity, a constant, the result of an earlier segment, or an earlier step of the same.
+  /// Where a value comes from: a quantity, a constant, the result of an earlier segment, or an earlier step of the
+  /// same.
   struct Operand {
     enum class Kind : std::uint8_t { kConstant, kQuantity, kSegment, kStep } kind = Kind::kConstant;
     bool isComplex = false;
@@ -95,6 +96,7 @@ private:
     std::size_t position = 0; ///< of the function's name, for errors
     std::size_t length = 0;
     AString name;
+    AString source; ///< the text that the name stands in
   };
 
   AString m_text;

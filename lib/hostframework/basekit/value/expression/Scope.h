@@ -23,8 +23,8 @@ struct Meaning {
     kQuantity,  ///< something that has samples, or one value, where the expression is evaluated
     kDefinition ///< a user variable: an expression of its own
   } kind = Kind::kUnknown;
-  ValueState state;                ///< of a quantity
-  AString text;                    ///< of a definition
+  ValueState state;                 ///< of a quantity
+  AString text;                     ///< of a definition
   ValueBase const * base = nullptr; ///< the object behind the name, where there is one; not owned
 };
 
