@@ -128,7 +128,7 @@ int main(int argc, char ** argv) {
   app.add_flag("--smoke", settings.isSmoke, "small sizes: shows that the program works");
   CLI11_PARSE(app, argc, argv);
   if (settings.isSmoke) {
-    settings.sizes = {0, 1, 3000};
+    settings.sizes = {1, 3000};
     settings.repeats = 1;
   }
   if (!settings.isJson)
