@@ -165,6 +165,24 @@ Units::FullUnitType UnitOf(Operator op, Units::FullUnitType a, Units::FullUnitTy
 
 } // namespace
 
+Compiler::Operand Compiler::BinaryOperand(Level & level, Operator op, Operand left, Operand right) {
+  bool const isSquare =
+      op == Operator::kPower && right.kind == Operand::Kind::kConstant && m_program.m_constants[right.place] == 2.0;
+  if (isSquare)
+    return AddStep(level, left.isComplex ? &MapComplex<math::Square> : &Map<math::Square>, left.isComplex, {left});
+  BinaryRow const row = RowOf(op);
+  if (!left.isComplex && !right.isComplex)
+    return AddStep(level, row.real, false, {left, right});
+  if (op == Operator::kMultiply && left.isComplex != right.isComplex)
+    return AddStep(level, &MapParts<math::Multiply>, true,
+                   {left.isComplex ? left : right, left.isComplex ? right : left});
+  if (op == Operator::kDivide && !right.isComplex)
+    return AddStep(level, &MapParts<math::Divide>, true, {left, right});
+  Operand const wideLeft = Widened(level, left);
+  Operand const wideRight = Widened(level, right);
+  return AddStep(level, row.complex, !row.givesReal, {wideLeft, wideRight});
+}
+
 bool Compiler::CompileBinary(Level & level, std::size_t node) {
   Node const & place = level.tree.nodes[node];
   Typed right = Pop(level);
@@ -177,16 +195,7 @@ bool Compiler::CompileBinary(Level & level, std::size_t node) {
     return Fail(place, L"complex numbers are not ordered and neither true nor false", L"real numbers",
                 L"mag(x), re(x) and the like are real");
   Typed value;
-  bool const isSquare = place.op == Operator::kPower && right.operand.kind == Operand::Kind::kConstant &&
-                        m_program.m_constants[right.operand.place] == 2.0;
-  if (isSquare)
-    value.operand = AddStep(level, left.operand.isComplex ? &MapComplex<math::Square> : &Map<math::Square>,
-                            left.operand.isComplex, {left.operand});
-  else if (isComplex)
-    value.operand =
-        AddStep(level, row.complex, !row.givesReal, {Widened(level, left.operand), Widened(level, right.operand)});
-  else
-    value.operand = AddStep(level, row.real, false, {left.operand, right.operand});
+  value.operand = BinaryOperand(level, place.op, left.operand, right.operand);
   value.unit = UnitOf(place.op, left.unit, right.unit);
   value.type = value.operand.isComplex ? val::kComplex : val::kReal;
   value.isArray = left.isArray || right.isArray;
@@ -205,7 +214,6 @@ Compiler::Operand Compiler::AddStep(Level & level, Kernel kernel, bool isComplex
                                     std::vector<Operand> const & arguments) {
   Step step;
   step.kernel = kernel;
-  step.isComplex = isComplex;
   step.argumentCount = static_cast<std::uint8_t>(arguments.size());
   std::copy(arguments.begin(), arguments.end(), step.arguments);
   level.open.push_back(step);
