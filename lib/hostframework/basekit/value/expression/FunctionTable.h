@@ -50,6 +50,9 @@ struct ColumnFunction {
   std::wstring_view meaning;
 };
 
+/// interp("dataset", x): the value of a dataset at x on the straight line between its points; outside, no value.
+inline constexpr std::wstring_view interpolationName = L"interp";
+
 /// Entries are only ever appended: their places are written into files as function numbers.
 std::span<ElementFunction const> ElementFunctions();
 std::span<ColumnFunction const> ColumnFunctions();
