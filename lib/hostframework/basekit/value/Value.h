@@ -8,6 +8,7 @@
 #include <vector>
 
 class ColumnValue;
+class ExpressionValue;
 class Function;
 class IValueParser;
 class ValueBase;
@@ -20,8 +21,8 @@ extern wchar_t const * const kIntrinsicTime;
 extern wchar_t const * const kIntrinsicPass;
 } // namespace val
 
-/// A value: a real, integer or complex number in SI units, or a text.  A value set by text keeps that text as it was
-/// written; a text that is no number (a word, an expression) stays a text.
+/// A value: a real, integer or complex number in SI units, a column of them, an expression, or a text.  A value set by
+/// text keeps that text as it was written; what is neither number nor expression stays a text.
 class Value {
 public:
   Value() = default;
@@ -37,18 +38,31 @@ public:
 
   /// Takes the text as a number, or as it is: what files and variations hold.  True when it is a number.
   bool SetConstantText(AString const & text, Units::FullUnitType units = Units::kNoUnits);
-  /// True when the text is a number.
+  /// True when the text is a number, or an expression over the current variable name space and the installed value
+  /// parser.  Otherwise the value holds the text.
   bool SetValueText(AString const & text, Units::FullUnitType units);
   bool SetValueText(AString const & text) { return SetValueText(text, m_units); }
+  void SetExpression(std::shared_ptr<ExpressionValue const> expression);
   AString GetText() const;
 
   /// One real, integer or complex number.
   bool IsNumber() const { return !m_base && m_type != val::kNotAQuantity && m_type != val::kText; }
   bool IsText() const { return m_type == val::kText; }
-  double GetSIValue() const { return m_number.real(); }
-  AComplex<double> const & GetComplexSIValue() const { return m_number; }
+  /// Zero for texts and columns.  An expression is evaluated: variables count as they are now, other values as the
+  /// installed value parser says; what has no value is nan.
+  double GetSIValue() const { return GetComplexSIValue().real(); }
+  AComplex<double> GetComplexSIValue() const;
+  /// The real and the imaginary part of a number, as long as the value lives.
+  double const * GetNumberParts() const { return m_number.GetParts(); }
   /// The samples; null when the value is no column.
   ColumnValue const * GetColumn() const;
+  /// Null when the value is no expression.
+  ExpressionValue const * GetExpression() const;
+  /// The object behind a column or an expression, null for others.  It lives as long as the value.
+  ValueBase const * GetValueBase() const { return m_base.get(); }
+  /// What an expression is a function of, as S21 in dB(S21), and the function's name; a word alone is itself, under no
+  /// name.  Null for every other value.
+  ValueBase const * StripFunction(AString & functionName) const;
 
   ValueState GetValueState() const;
   val::ParameterType GetParameterType() const { return m_type; }

@@ -17,6 +17,7 @@ public:
   bool SetValueText(AString const & text) { return m_value.SetConstantText(text, m_value.GetUnits()); }
 
   ValueState GetValueState() const override { return m_value.GetValueState(); }
+  AString GetText() const override { return m_name; }
   /// By the words of the value's text, outside quotes and without case.
   bool UsesVariable(Variable const & variable) const override;
 
