@@ -1,5 +1,6 @@
 #include "bench/ranged/Trials.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -37,7 +38,7 @@ RangedTrial Bits(std::size_t samples) {
     }
     return from + (to - from) * std::min(1.0, (at - bit) * 5);
   });
-  trial.parameters = {1};
+  trial.parameters.push_back(1);
   return trial;
 }
 
@@ -67,12 +68,11 @@ RangedTrial TrialOf(val::RangedFunction const & function, std::size_t samples) {
   double const periods = 100;
   RangedTrial trial =
       OverTime(samples, periods, [](double at) { return 1 + std::sin(2 * kPi * at) * std::exp(-at / 50); });
+  bool const isRise = function.name == L"risetime" || function.name == L"delaytime";
   if (!function.parameters.empty())
-    trial.parameters = {1};
+    trial.parameters.push_back(isRise ? 100 : 1); // 100 is never reached: all of the trace is looked at
   if (function.name == L"settlingtime")
-    trial.parameters = {1, 0.2};
-  if (function.name == L"risetime" || function.name == L"delaytime")
-    trial.parameters = {100}; // never reached: all of the trace is looked at
+    trial.parameters.push_back(0.2);
   return trial;
 }
 

@@ -26,12 +26,10 @@ template <class Work> double NanosecondsEach(std::size_t samples, int repeats, W
   std::size_t const rounds = std::max<std::size_t>(1, 1000000 / samples);
   std::vector<double> seconds;
   for (int i = 0; i < repeats; ++i) {
-    bench::Stopwatch watch;
-    watch.Start();
+    double const before = bench::ProcessorSeconds();
     for (std::size_t round = 0; round < rounds; ++round)
       s_sink = work();
-    watch.Stop();
-    seconds.push_back(watch.Seconds());
+    seconds.push_back(bench::ProcessorSeconds() - before);
   }
   std::ranges::sort(seconds);
   return seconds[seconds.size() / 2] * 1e9 / static_cast<double>(samples * rounds);
