@@ -68,7 +68,7 @@ TEST(RangedFunctionCatalogue, IsShownAsItAlwaysWas) {
                                 parameter.GetDescription());
     }
   }
-  EXPECT_TRUE(support::MatchesGolden(SOURCE_FOLDER, "ranged_functions.txt", text::ToUtf8(text)));
+  EXPECT_TRUE(support::MatchesGolden(SOURCE_FOLDER "/tests/golden", "ranged_functions.txt", text::ToUtf8(text)));
 }
 
 TEST(RangedFunctionCatalogue, HoldsTheFunctionsOfTheEngineInTheSameOrder) {
