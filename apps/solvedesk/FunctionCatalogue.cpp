@@ -90,7 +90,7 @@ FunctionEntry FindFunction(AString const & name) {
   for (AString const & one : NearestNames(name, names))
     near += (near.empty() ? L"" : L", ") + one;
   throw Error(ErrorKind::kUsage, L"'" + name + L"' is no ranged function; " +
-                                     (near.empty() ? AString() : L"the nearest are " + near + L"; ") +
+                                     (near.empty() ? AString() : L"did you mean " + near + L"? ") +
                                      L"`solvedesk functions` lists all");
 }
 

@@ -159,7 +159,7 @@ class RangedFunctions(DeskTest):
         write('one.csv', '1\n')
         write('quotes.csv', '0,1\n"1,2\n')
         for words, parts in {
-            ('risetme',): ("'risetme' is no ranged function", 'risetime'),
+            ('risetme',): ("'risetme' is no ranged function; did you mean risetime? `solvedesk functions` lists all",),
             ('xyzzy123',): ("'xyzzy123' is no ranged function; `solvedesk functions` lists all",),
             ('--category', 'Maths'): ("--category 'Maths'", "'Math'", "'Eye Measurements'"),
             ('max', '--category', 'Math'): ('--category',),

@@ -18,7 +18,7 @@ public:
 
   ValueState GetValueState() const override { return m_value.GetValueState(); }
   AString GetText() const override { return m_name; }
-  /// By the words of the value's text, outside quotes and without case.
+  /// By the names in the value's text, without case; functions and texts in quotes are no names.
   bool UsesVariable(Variable const & variable) const override;
 
 private:

@@ -4,12 +4,15 @@
 #include "basekit/value/expression/FunctionTable.h"
 #include "basekit/value/ranged/RangedFunction.h"
 #include "basekit/value/units/Units.h"
+#include "basekit/value/variation/VariationReader.h"
 
 #include <algorithm>
 
 namespace expr {
 
 namespace {
+
+using variation::IsSpace;
 
 bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
@@ -40,11 +43,6 @@ std::size_t EndOfDecimal(std::wstring_view text, std::size_t at) {
 }
 
 } // namespace
-
-bool IsSpace(wchar_t c) {
-  return c == L' ' || (c >= 0x09 && c <= 0x0d) || c == 0x85 || c == 0xa0 || c == 0x1680 ||
-         (c >= 0x2000 && c <= 0x200a) || c == 0x2028 || c == 0x2029 || c == 0x202f || c == 0x205f || c == 0x3000;
-}
 
 bool IsFunctionName(std::wstring_view name) {
   return FindElementFunction(name) || FindColumnFunction(name) || text::CompareNoCase(name, interpolationName) == 0 ||

@@ -50,7 +50,6 @@ private:
   std::size_t m_at = 0;
 };
 
-bool IsSpace(wchar_t character);
 /// True for a name that needs no quotes.
 bool IsPlainName(std::wstring_view name);
 /// The name as it is written in an expression.
