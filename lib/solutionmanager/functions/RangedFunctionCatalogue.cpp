@@ -143,9 +143,9 @@ constexpr CatalogueRow kRadiationRows[] = {
     {L"lSidelobeX", Scale::kX, Parameters::kNone, L"X value of left side-lobe occurrence."},
     {L"rSidelobeX", Scale::kX, Parameters::kNone, L"X value of right side-lobe occurrence."},
     {L"xdb10Beamwidth", Scale::kX, Parameters::kBeam,
-     L"Width between left and right occurrences of values \u2018x\u2019 db10 from max."},
+     L"Width between left and right occurrences of values ‘x’ db10 from max."},
     {L"xdb20Beamwidth", Scale::kX, Parameters::kBeam,
-     L"Width between left and right occurrences of values \u2018x\u2019 db20 from max."},
+     L"Width between left and right occurrences of values ‘x’ db20 from max."},
 };
 
 constexpr CatalogueRow kEyeRows[] = {

@@ -4,10 +4,32 @@
 
 namespace val::ranged {
 
+namespace {
+
+void Reserve(Columns & columns, std::size_t count) {
+  columns.x.reserve(count);
+  columns.y.reserve(count);
+}
+
+void Add(Columns & columns, double x, double y) {
+  columns.x.push_back(x);
+  columns.y.push_back(y);
+}
+
+void AddSamples(Columns & columns, Column x, Column y, std::size_t from, std::size_t end) {
+  if (from >= end)
+    return;
+  Column const newX = x.subspan(from, end - from);
+  Column const newY = y.subspan(from, end - from);
+  columns.x.insert(columns.x.end(), newX.begin(), newX.end());
+  columns.y.insert(columns.y.end(), newY.begin(), newY.end());
+}
+
+} // namespace
+
 Columns EvenSteps(Column x, Column y, std::size_t count) {
   Columns steps;
-  steps.x.reserve(count);
-  steps.y.reserve(count);
+  Reserve(steps, count);
   double const span = x.back() - x.front();
   std::size_t first = 0;
   for (std::size_t k = 0; k < count; ++k) {
@@ -15,28 +37,28 @@ Columns EvenSteps(Column x, Column y, std::size_t count) {
     double const at = k + 1 == count ? x.back() : std::min(step, x.back());
     while (x[first] < at)
       ++first;
-    steps.x.push_back(at);
-    steps.y.push_back(ValueBefore(x, y, first, at));
+    Add(steps, at, ValueBefore(x, y, first, at));
   }
   return steps;
 }
 
 Columns StartingAt(Column x, Column y, double from) {
-  auto const behind = std::upper_bound(x.begin(), x.end(), from) - x.begin();
-  Columns window{{from}, {ValueAt(x, y, from)}};
-  window.x.insert(window.x.end(), x.begin() + behind, x.end());
-  window.y.insert(window.y.end(), y.begin() + behind, y.end());
+  auto const behind = static_cast<std::size_t>(std::upper_bound(x.begin(), x.end(), from) - x.begin());
+  Columns window;
+  Reserve(window, x.size() - behind + 1);
+  Add(window, from, ValueAt(x, y, from));
+  AddSamples(window, x, y, behind, x.size());
   return window;
 }
 
 Columns Cut(Column x, Column y, double from, double to) {
-  auto const behind = std::upper_bound(x.begin(), x.end(), from) - x.begin();
-  auto const end = std::max(behind, std::lower_bound(x.begin(), x.end(), to) - x.begin());
-  Columns piece{{from}, {ValueAt(x, y, from)}};
-  piece.x.insert(piece.x.end(), x.begin() + behind, x.begin() + end);
-  piece.y.insert(piece.y.end(), y.begin() + behind, y.begin() + end);
-  piece.x.push_back(to);
-  piece.y.push_back(ValueAt(x, y, to));
+  auto const behind = static_cast<std::size_t>(std::upper_bound(x.begin(), x.end(), from) - x.begin());
+  auto const end = static_cast<std::size_t>(std::lower_bound(x.begin(), x.end(), to) - x.begin());
+  Columns piece;
+  Reserve(piece, end - std::min(behind, end) + 2);
+  Add(piece, from, ValueAt(x, y, from));
+  AddSamples(piece, x, y, behind, end);
+  Add(piece, to, ValueAt(x, y, to));
   return piece;
 }
 

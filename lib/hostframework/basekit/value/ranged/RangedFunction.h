@@ -15,9 +15,9 @@ struct RangedParameter {
 
 /// What a ranged function reads of a trace.
 enum class RangedInput {
-  kRealTrace, ///< a response over time: meant for real traces, a complex one counts by its magnitude
-  kAnyTrace,  ///< meant for real and complex traces, a complex one counts by its magnitude
-  kGain       ///< a response over frequency: real or complex, used as it is
+  kRealTrace, ///< a response over time: offered for real traces, a complex one counts by its magnitude
+  kAnyTrace,  ///< offered for real and complex traces, a complex one counts by its magnitude
+  kGain       ///< a response over frequency: offered for complex traces; real ones too are used as they are
 };
 
 /// A measurement that turns a trace into one number.  The table is fixed and needs no set-up; entries live for ever.
