@@ -112,6 +112,7 @@ void Program::AddVerbs() {
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
+  AddFunctionsVerb(*m_app, m_action);
   if (m_place == Place::kShell) {
     AddUndoVerb(*m_app, m_action);
     AddRedoVerb(*m_app, m_action);

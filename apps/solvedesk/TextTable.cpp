@@ -27,6 +27,7 @@ std::string TextTable::Text(std::string const & indent) const {
       std::string const blanks(widths[i] - WidthOf(row[i]), ' ');
       text += (i > 0 ? "  " : "") + (i < m_leftColumns ? row[i] + blanks : blanks + row[i]);
     }
+    text.erase(text.find_last_not_of(' ') + 1);
     text += '\n';
   }
   return text;

@@ -23,6 +23,7 @@ void AddDiscardVerb(CLI::App & program, Action & action);
 void AddRecoverVerb(CLI::App & program, Action & action);
 void AddValuesVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
+void AddFunctionsVerb(CLI::App & program, Action & action);
 void AddReloadVerb(CLI::App & program, Action & action);
 void AddSetupVerb(CLI::App & program, Action & action);
 void AddDeleteVerb(CLI::App & program, Action & action);

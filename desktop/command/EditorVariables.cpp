@@ -41,7 +41,7 @@ std::size_t IndexOf(Design const & design, Texts const & texts, AString const & 
 
 void RefuseNoNumber(AString const & name, AString const & text) {
   Value value;
-  if (!value.SetValueText(text))
+  if (!value.SetConstantText(text))
     throw Error(ErrorKind::kUsage,
                 name + L"=" + text + L": '" + text + L"' is no number; give one such as 1.5, 2.2e-12 or 2.2pF");
 }

@@ -18,7 +18,7 @@ struct Parts {
 
 Value ValueOf(AString const & text) {
   Value value;
-  value.SetValueText(text);
+  value.SetConstantText(text);
   return value;
 }
 

@@ -46,7 +46,7 @@ AString TextsChange::Apply(AString const & variation) const {
   if (kind == Kind::kRename)
     return WithName(variation, name, other);
   Value value;
-  if (!value.SetValueText(other))
+  if (!value.SetConstantText(other))
     return variation;
   return kind == Kind::kAdd ? WithValue(variation, name, value) : WithoutValue(variation, name, value);
 }

@@ -100,7 +100,7 @@ AString Design::GetVariation(std::vector<std::pair<AString, AString>> const & re
   VariableValues values;
   for (auto const & [name, text] : replaced) {
     Value value;
-    value.SetValueText(text);
+    value.SetConstantText(text);
     values.Set(name, value);
   }
   return VariableValues::BuildVariationKey(GetVariables(), &values);

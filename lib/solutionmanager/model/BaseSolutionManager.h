@@ -326,6 +326,9 @@ public:
   bool GetRangedFunctionDefaultParameters(PropList & parameters, AString const & function) const override;
   bool ScaleRangedFunctionValueToGivenUnits(double & result, AString & units, AString const & function, double value,
                                             Units::FullUnitType xUnits, Units::FullUnitType yUnits) const override;
+  /// The core catalogue alone; a category that is already there gets the names added, an empty one is left out.
+  void GetAllCoreRangedFunctions(std::vector<std::pair<AString, std::vector<AString>>> & functions,
+                                 rep::DisplayType displayType) const;
 
   // ISolutionMgrForHubIntegration
   bool RetrieveTransferData(AString const & provider, AString const & consumer, IDesignInstance * instance,

@@ -1,4 +1,4 @@
-// What reports, output variables, ranged functions and export ask of the manager.  These services are not here yet:
+// What reports, output variables and export ask of the manager.  These services are not here yet:
 // each operation says so and gives its empty answer.
 
 #include "basekit/command/KelvroCommand.h"
@@ -232,31 +232,6 @@ IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSet
 
 bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
   return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
-}
-
-void BaseSolutionManager::GetRangedFunctionCategoryNames(std::vector<AString> &, unsigned, rep::DisplayType) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::GetRangedFunctionNames(std::vector<AString> &, AString const &, unsigned,
-                                                 rep::DisplayType) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-AString BaseSolutionManager::GetRangedFunctionDescription(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return AString();
-}
-
-bool BaseSolutionManager::GetRangedFunctionDefaultParameters(PropList &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::ScaleRangedFunctionValueToGivenUnits(double &, AString &, AString const &, double,
-                                                               Units::FullUnitType, Units::FullUnitType) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
 }
 
 bool BaseSolutionManager::IsCyclic(AString const &, AString const &) const {

@@ -6,16 +6,17 @@
 template <class T> class AComplex {
 public:
   AComplex() = default;
-  AComplex(T realPart, T imaginaryPart = T()) : m_real(realPart), m_imaginary(imaginaryPart) {}
-  AComplex(std::complex<T> const & other) : m_real(other.real()), m_imaginary(other.imag()) {}
+  AComplex(T realPart, T imaginaryPart = T()) : m_parts{realPart, imaginaryPart} {}
+  AComplex(std::complex<T> const & other) : m_parts{other.real(), other.imag()} {}
 
-  T real() const { return m_real; }
-  T imag() const { return m_imaginary; }
-  operator std::complex<T>() const { return {m_real, m_imaginary}; }
+  T real() const { return m_parts[0]; }
+  T imag() const { return m_parts[1]; }
+  /// Both parts, the real one first.
+  T const * GetParts() const { return m_parts; }
+  operator std::complex<T>() const { return {m_parts[0], m_parts[1]}; }
 
   friend bool operator==(AComplex const & a, AComplex const & b) = default;
 
 private:
-  T m_real = T();
-  T m_imaginary = T();
+  T m_parts[2] = {T(), T()};
 };

@@ -1,5 +1,7 @@
 #include "basekit/value/Value.h"
 
+#include "basekit/value/ColumnValue.h"
+#include "basekit/value/ExpressionValue.h"
 #include "basekit/value/units/QuantityText.h"
 #include "basekit/value/units/Tolerance.h"
 
@@ -35,10 +37,53 @@ Value Value::Text(AString const & text) {
   return value;
 }
 
+Value Value::Column(ColumnValue && samples) {
+  Value value(samples.GetUnits());
+  value.m_type = samples.GetParameterType();
+  value.m_base = std::make_shared<ColumnValue const>(std::move(samples));
+  return value;
+}
+
+ColumnValue const * Value::GetColumn() const { return dynamic_cast<ColumnValue const *>(m_base.get()); }
+
+ExpressionValue const * Value::GetExpression() const { return dynamic_cast<ExpressionValue const *>(m_base.get()); }
+
+ValueBase const * Value::StripFunction(AString & functionName) const {
+  functionName.clear();
+  ExpressionValue const * const expression = GetExpression();
+  return expression ? expression->StripFunction(functionName) : nullptr;
+}
+
+AComplex<double> Value::GetComplexSIValue() const {
+  ExpressionValue const * const expression = m_base ? GetExpression() : nullptr;
+  return expression ? expression->GetNumber() : m_number;
+}
+
 bool Value::SetValueText(AString const & text, Units::FullUnitType units) {
+  if (SetConstantText(text, units))
+    return true;
+  expr::Error error;
+  auto expression = ExpressionValue::Bind(text, installedParser, error);
+  if (!expression)
+    return false;
+  SetExpression(std::move(expression));
+  return true;
+}
+
+void Value::SetExpression(std::shared_ptr<ExpressionValue const> expression) {
+  ValueState const state = expression->GetValueState();
+  m_text = expression->GetText();
+  m_number = {};
+  m_units = state.fullUnit;
+  m_type = state.parameterType;
+  m_base = std::move(expression);
+}
+
+bool Value::SetConstantText(AString const & text, Units::FullUnitType units) {
   val::Quantity quantity;
   bool const isNumber = val::ParseQuantity(text.View(), quantity, units);
   m_text = text;
+  m_base.reset();
   m_number = {quantity.real, quantity.imaginary};
   m_units = quantity.unit != Units::kNoUnits ? quantity.unit : units;
   m_type = !isNumber ? val::kText : quantity.isComplex ? val::kComplex : val::kReal;

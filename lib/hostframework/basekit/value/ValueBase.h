@@ -1,6 +1,9 @@
 #pragma once
 
+#include "basekit/text/AString.h"
 #include "basekit/value/ValueState.h"
+
+#include <memory>
 
 class Variable;
 
@@ -23,19 +26,41 @@ public:
   virtual ValueState GetValueState() const = 0;
   /// True when the value changes with the variable; a variable uses itself only through another one.
   virtual bool UsesVariable(Variable const & variable) const;
+  /// The text by which expressions refer to the value; empty when they do not.
+  virtual AString GetText() const;
 
   ValueBase * Clone() const { return CloneValueBase(); }
   /// Hands the message to this value and all that it refers to; true when one of them took it.
   bool ReceiveMsg(ValueMessage & message) const { return DoReceiveMsg(message); }
   val::ParameterType GetParameterType() const { return GetValueState().parameterType; }
   Units::FullUnitType GetUnits() const { return GetValueState().fullUnit; }
+  /// True while an expression refers to this value.
+  bool IsReferenced() const { return m_link.use_count() > 1; }
 
 protected:
   ValueBase() = default;
-  ValueBase(ValueBase const &) = default;
-  ValueBase & operator=(ValueBase const &) = default;
+  /// Nobody refers to a copy yet.
+  ValueBase(ValueBase const &) {}
+  ValueBase & operator=(ValueBase const &) { return *this; }
 
 private:
+  friend class ValueReference;
+
   virtual bool DoReceiveMsg(ValueMessage & message) const;
   virtual ValueBase * CloneValueBase() const = 0;
+
+  mutable std::shared_ptr<ValueBase const *> m_link; ///< made by the first reference
+};
+
+/// Refers to a value that somebody else owns and may delete.
+class ValueReference {
+public:
+  ValueReference() = default;
+  explicit ValueReference(ValueBase const * value);
+
+  /// Null when the value is gone.
+  ValueBase const * Get() const { return m_link ? *m_link : nullptr; }
+
+private:
+  std::shared_ptr<ValueBase const *> m_link;
 };

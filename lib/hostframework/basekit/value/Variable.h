@@ -14,10 +14,11 @@ public:
   Value const & GetValue() const { return m_value; }
   void SetValue(Value const & value) { m_value = value; }
   AString GetValueText() const { return m_value.GetText(); }
-  bool SetValueText(AString const & text) { return m_value.SetValueText(text); }
+  bool SetValueText(AString const & text) { return m_value.SetConstantText(text, m_value.GetUnits()); }
 
   ValueState GetValueState() const override { return m_value.GetValueState(); }
-  /// By the words of the value's text, outside quotes and without case.
+  AString GetText() const override { return m_name; }
+  /// By the names in the value's text, without case; functions and texts in quotes are no names.
   bool UsesVariable(Variable const & variable) const override;
 
 private:

@@ -18,7 +18,7 @@ void AddMissing(VariableValues & target, std::vector<Variable *> const & variabl
 
 Value ValueOf(VariationText::Pair const & pair) {
   Value value;
-  value.SetValueText(AString(pair.text));
+  value.SetConstantText(AString(pair.text));
   return value;
 }
 

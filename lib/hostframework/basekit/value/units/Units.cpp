@@ -1,6 +1,7 @@
 #include "basekit/value/units/Units.h"
 
 #include "basekit/text/CaseFolding.h"
+#include "basekit/value/units/UnitDefinition.h"
 
 #include <cmath>
 #include <iterator>
@@ -120,6 +121,11 @@ FullUnitType GetDefaultUnits(UnitType type) {
 UnitType GetUnitType(FullUnitType unit) {
   UnitRow const * const row = RowOf(unit);
   return row ? row->type : kNoUnitType;
+}
+
+UnitDefinition GetUnitDef(FullUnitType unit) {
+  Scale scale;
+  return GetScale(unit, scale) ? UnitDefinition(unit) : UnitDefinition();
 }
 
 AString GetSymbol(FullUnitType unit) {

@@ -30,7 +30,32 @@ enum UnitType : int {
 
 /// A unit together with its prefix: 32 times the unit's row in the table plus the prefix's place; no unit is 90.
 /// Rows and places are only ever appended, as the numbers are written into files.
-enum FullUnitType : int { kNoUnits = 90 };
+enum FullUnitType : int {
+  kHertz = 0,
+  kGigahertz = 8,
+  kSecond = 32,
+  kNanosecond = 35,
+  kMetre = 64,
+  kMillimetre = 69,
+  kNoUnits = 90,
+  kOhm = 96,
+  kFarad = 128,
+  kPicofarad = 130,
+  kHenry = 160,
+  kNanohenry = 163,
+  kVolt = 192,
+  kMillivolt = 197,
+  kAmpere = 224,
+  kWatt = 256,
+  kDegree = 288,
+  kRadian = 320,
+  kDecibel = 352,
+  kDecibelMilliwatt = 384,
+  kCoulomb = 416,
+  kCelsius = 448,
+  kSiemens = 480,
+  kPercent = 512,
+};
 
 FullUnitType GetDefaultUnits(UnitType type);
 UnitType GetUnitType(FullUnitType unit);
@@ -39,6 +64,8 @@ AString GetSymbol(FullUnitType unit);
 /// SI = value * factor + offset.  Levels (dB, dBm) stay as they are.
 double ToSI(double value, FullUnitType unit);
 double FromSI(double si, FullUnitType unit);
+inline double ConvertToSI(double value, FullUnitType unit) { return ToSI(value, unit); }
+inline double ConvertFromSI(double si, FullUnitType unit) { return FromSI(si, unit); }
 
 /// How a suffix such as "GHz", "p" or "mm" scales the number before it.
 struct Scale {

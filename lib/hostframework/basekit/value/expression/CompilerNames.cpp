@@ -1,0 +1,83 @@
+// Names: quantities, user variables with definitions of their own, and constants.
+
+#include "basekit/value/expression/Compiler.h"
+#include "basekit/value/expression/Constants.h"
+#include "basekit/value/expression/Suggestion.h"
+#include "basekit/value/expression/SyntaxParser.h"
+
+#include <algorithm>
+
+namespace expr {
+
+bool Compiler::FindMeaning(AString const & name, Node const & node, Typed & result) {
+  std::wstring const key(name.View());
+  if (auto const known = m_known.find(key); known != m_known.end()) {
+    result = known->second;
+    return true;
+  }
+  Meaning const meaning = m_scope.Find(name);
+  double constant = 0.0;
+  switch (meaning.kind) {
+  case Meaning::Kind::kQuantity: {
+    val::ParameterType const type = meaning.state.parameterType;
+    if (type == val::kText || type == val::kNotAQuantity)
+      return Fail(node, L"'" + name + L"' has no number", L"a quantity or a variable with one");
+    result = AddQuantity(name, meaning);
+    break;
+  }
+  case Meaning::Kind::kDefinition:
+    if (!CompileDefinition(name, meaning.text, node, result))
+      return false;
+    AddBase(meaning.base);
+    break;
+  case Meaning::Kind::kUnknown:
+    if (!FindConstant(name.View(), constant))
+      return Fail(node, L"'" + name + L"' is not known", L"", SuggestionFor(name.View(), m_scope.KnownNames()));
+    result.operand = AddConstant(constant, false);
+    break;
+  }
+  m_known.emplace(key, result);
+  return true;
+}
+
+Compiler::Typed Compiler::AddQuantity(AString const & name, Meaning const & meaning) {
+  AddBase(meaning.base);
+  m_program.m_quantities.push_back({name, meaning.state, meaning.base});
+  val::ParameterType const basic = postp::GetBasicParamType(meaning.state.parameterType);
+  Typed value;
+  value.operand = {Operand::Kind::kQuantity, basic == val::kComplex,
+                   static_cast<std::uint32_t>(m_program.m_quantities.size() - 1)};
+  value.unit = meaning.state.fullUnit;
+  value.type = basic;
+  value.isArray = ValueParamTypes::IsParameterTypeArray(meaning.state.parameterType);
+  return value;
+}
+
+void Compiler::AddBase(ValueBase const * base) {
+  auto & bases = m_program.m_bases;
+  if (base && std::find(bases.begin(), bases.end(), base) == bases.end())
+    bases.push_back(base);
+}
+
+bool Compiler::CompileDefinition(AString const & name, AString const & text, Node const & node, Typed & result) {
+  auto const same = [&](AString const & other) { return AString::MatchNoCase(other, name); };
+  if (auto const first = std::find_if(m_path.begin(), m_path.end(), same); first != m_path.end()) {
+    AString circle;
+    for (auto at = first; at != m_path.end(); ++at)
+      circle += *at + L" -> ";
+    return Fail(node, L"the definitions go round in a circle: " + circle + name, L"");
+  }
+  if (m_path.size() >= static_cast<std::size_t>(maxNesting))
+    return Fail(node, L"the definitions lead too deep", L"");
+  AString const outer = m_error.source;
+  m_path.push_back(name);
+  bool const isCompiled = CompileText(text, result);
+  m_path.pop_back();
+  if (isCompiled)
+    m_error.source = outer;
+  else if (!m_error.problem.StartsWith(L"in the definition"))
+    m_error.problem = L"in the definition of '" + name + L"': " + m_error.problem;
+  return isCompiled;
+}
+
+} // namespace expr

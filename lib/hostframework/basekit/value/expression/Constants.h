@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string_view>
+
+namespace expr {
+
+/// The numbers that have names: pi, c0, eps0, mu0 in SI units, inf and nan.  Variables of the same name come first.
+bool FindConstant(std::wstring_view name, double & value);
+
+} // namespace expr
