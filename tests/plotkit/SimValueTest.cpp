@@ -48,10 +48,11 @@ TEST(SimValue, IsTheSameInItsOwnContextAlone) {
 TEST(SimValue, MayBeDeletedWhileNothingRefersToIt) {
   SimValue value(L"S11", Context(3));
   EXPECT_TRUE(value.OKtoDelete());
-  value.AddReference();
-  EXPECT_FALSE(value.OKtoDelete());
-  EXPECT_TRUE(SimValue(value).OKtoDelete()) << "a copy has no references";
-  value.RemoveReference();
+  {
+    ValueReference const reference(&value);
+    EXPECT_FALSE(value.OKtoDelete());
+    EXPECT_TRUE(SimValue(value).OKtoDelete()) << "nothing refers to a copy";
+  }
   EXPECT_TRUE(value.OKtoDelete());
 }
 

@@ -49,17 +49,21 @@ bool PostprocessSweep::SetSweepValue(unsigned place) {
 }
 
 bool PostprocessSweep::SetSweepNumber(double si) {
-  if (m_variable)
-    m_variable->SetValue(Value::Real(si, m_units));
-  return m_variable != nullptr;
+  Variable * const variable = m_variable.Get();
+  if (variable)
+    variable->SetValue(Value::Real(si, m_units));
+  return variable != nullptr;
 }
 
 void PostprocessSweep::SynchronizeWithVariable() {
-  if (!m_variable)
+  if (!m_variable.Get())
+    m_variable = SweptVariable(SweptVariable::Find(m_name, nullptr));
+  Variable const * const variable = m_variable.Get();
+  if (!variable)
     return;
-  m_name = m_variable->GetName();
-  if (Units::FullUnitType const units = m_variable->GetUnits(); units != Units::kNoUnits)
-    m_units = units;
+  m_name = variable->GetName();
+  if (variable->GetUnits() != Units::kNoUnits)
+    m_units = variable->GetUnits();
 }
 
 io::ReadError PostprocessSweep::Read(io::CBlock const & block, IDesignEditor * editor) {
@@ -76,10 +80,10 @@ io::ReadError PostprocessSweep::Read(io::CBlock const & block, IDesignEditor * e
   block >> io::named(kUnits, units);
   bool const isUnitKnown = SweepColumn::IsKnownUnit(static_cast<Units::FullUnitType>(units));
   m_name = name;
-  m_variable = SweepColumn::FindVariable(name, editor);
+  m_variable = SweptVariable(SweptVariable::Find(name, editor));
   m_units = isUnitKnown ? static_cast<Units::FullUnitType>(units) : Units::kNoUnits;
   SetMinMaxIncr(min, max, increment);
-  return m_variable && isUnitKnown ? io::kNoError : io::kWarning;
+  return m_variable.Get() && isUnitKnown ? io::kNoError : io::kWarning;
 }
 
 bool PostprocessSweep::Write(io::CBlock & block) const {

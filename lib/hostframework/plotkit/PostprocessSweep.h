@@ -3,6 +3,7 @@
 #include "basekit/value/Value.h"
 #include "plotkit/SteppedRange.h"
 #include "plotkit/SweepBase.h"
+#include "plotkit/SweptVariable.h"
 
 /// A sweep over a variable that may take any value of a range without a new solve.  It keeps the range, not the values.
 class PostprocessSweep : public SweepBase {
@@ -29,7 +30,7 @@ public:
   /// Gives the variable a value that need not be on the range; false without a variable.
   bool SetSweepNumber(double si);
   unsigned GetCount() const override { return m_range.GetCount(); }
-  Variable * GetVariable(unsigned variable) const override { return variable == 0 ? m_variable : nullptr; }
+  Variable * GetVariable(unsigned variable) const override { return variable == 0 ? m_variable.Get() : nullptr; }
   Units::FullUnitType GetUnits(unsigned) const override { return m_units; }
   val::ParameterType GetParameterType(unsigned) const override { return val::kReal; }
   void SynchronizeWithVariable() override;
@@ -39,7 +40,7 @@ public:
 
 private:
   AString m_name;
-  Variable * m_variable = nullptr;
+  SweptVariable m_variable;
   Units::FullUnitType m_units = Units::kNoUnits;
   SteppedRange m_range;
 };

@@ -19,16 +19,6 @@ bool ReadState(io::CBlock_func const & func, io::CBlock_func::iterator place, Va
 SimValue::SimValue(AString const & text, SimValueContext const & context, ValueState const & state)
     : m_text(text), m_context(context), m_state(state) {}
 
-SimValue::SimValue(SimValue const & other)
-    : ValueBase(other), m_text(other.m_text), m_context(other.m_context), m_state(other.m_state) {}
-
-SimValue & SimValue::operator=(SimValue const & other) {
-  m_text = other.m_text;
-  m_context = other.m_context;
-  m_state = other.m_state;
-  return *this;
-}
-
 bool SimValue::IsEqual(AString const & text, SimValueContext const & context) const {
   return m_text == text && m_context == context;
 }

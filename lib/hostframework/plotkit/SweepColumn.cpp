@@ -1,9 +1,6 @@
 #include "plotkit/SweepColumn.h"
 
-#include "CoreInterfaces/IVariableServer.h"
-#include "CoreInterfaces/desktop/IDesignEditor.h"
 #include "basekit/value/Variable.h"
-#include "basekit/value/VariableNameSpace.h"
 
 namespace {
 
@@ -81,27 +78,22 @@ AComplex<double> SweepColumn::ComplexAt(unsigned index) const {
 }
 
 bool SweepColumn::SetVariable(unsigned index) const {
-  if (!m_variable || index >= GetCount())
+  Variable * const variable = GetVariable();
+  if (!variable || index >= GetCount())
     return false;
-  m_variable->SetValue(ValueAt(index));
+  variable->SetValue(ValueAt(index));
   return true;
 }
 
 void SweepColumn::SynchronizeWithVariable() {
-  if (!m_variable)
+  if (!GetVariable())
+    m_variable = SweptVariable(SweptVariable::Find(m_name, nullptr));
+  Variable const * const variable = GetVariable();
+  if (!variable)
     return;
-  m_name = m_variable->GetName();
-  Units::FullUnitType const units = m_variable->GetUnits();
-  if (units != Units::kNoUnits)
-    m_units = units;
-}
-
-Variable * SweepColumn::FindVariable(AString const & name, IDesignEditor const * editor) {
-  IVariableServer const * const server = editor ? editor->GetVariableServer() : nullptr;
-  Variable * found = server ? server->ResolveVariable(name) : nullptr;
-  if (VariableNameSpace const * const current = VariableNameSpace::Current(); !found && current)
-    found = current->FindVariable(name);
-  return found ? found : Value::GetIntrinsicVariable(name);
+  m_name = variable->GetName();
+  if (variable->GetUnits() != Units::kNoUnits)
+    m_units = variable->GetUnits();
 }
 
 bool SweepColumn::IsKnownUnit(Units::FullUnitType units) {

@@ -2,6 +2,7 @@
 
 #include "basekit/io/ReadError.h"
 #include "basekit/value/Value.h"
+#include "plotkit/SweptVariable.h"
 
 #include <variant>
 #include <vector>
@@ -12,7 +13,7 @@ class CBlock;
 }
 
 /// One variable of a sweep with its values, in SI units: real numbers, complex ones or texts, as the parameter type
-/// tells.  The variable is not owned and may be missing: the name counts then.
+/// tells.  The variable is not owned and may be missing or go away: the name counts then.
 class SweepColumn {
 public:
   SweepColumn() = default;
@@ -20,7 +21,8 @@ public:
 
   AString const & GetName() const { return m_name; }
   void SetName(AString const & name) { m_name = name; }
-  Variable * GetVariable() const { return m_variable; }
+  /// Null when there is none, or none any more.
+  Variable * GetVariable() const { return m_variable.Get(); }
   val::ParameterType GetParameterType() const { return m_type; }
   Units::FullUnitType GetUnits() const { return m_units; }
 
@@ -38,7 +40,8 @@ public:
 
   /// Gives the variable the value at a place; false without variable or value.
   bool SetVariable(unsigned index) const;
-  /// Takes name and units from the variable; values are in SI units and stay.
+  /// Takes name and units from the variable; values are in SI units and stay.  A variable that is gone is looked for
+  /// by its name.
   void SynchronizeWithVariable();
 
   /// kWarning for a variable that is not known (the name is kept) or a unit that is none; kNotFound without a name;
@@ -47,8 +50,6 @@ public:
   /// False, and nothing written, without a name.
   bool Write(io::CBlock & block) const;
 
-  /// The variable of that name: of the editor, of the current name space, or intrinsic; null when there is none.
-  static Variable * FindVariable(AString const & name, IDesignEditor const * editor);
   static bool IsKnownUnit(Units::FullUnitType units);
 
 private:
@@ -57,7 +58,7 @@ private:
   static bool ReadValues(io::CBlock const & block, val::ParameterType type, Values & values);
 
   AString m_name;
-  Variable * m_variable = nullptr;
+  SweptVariable m_variable;
   val::ParameterType m_type = val::kReal;
   Units::FullUnitType m_units = Units::kNoUnits;
   Values m_values;

@@ -108,12 +108,12 @@ io::ReadError SweepColumn::Read(io::CBlock const & block, IDesignEditor const * 
   if (!ReadValues(block, static_cast<val::ParameterType>(type), values))
     return io::kBadContent;
   bool const isUnitKnown = IsKnownUnit(static_cast<Units::FullUnitType>(units));
-  m_variable = FindVariable(name, editor);
+  m_variable = SweptVariable(SweptVariable::Find(name, editor));
   m_name = name;
   m_type = static_cast<val::ParameterType>(type);
   m_units = isUnitKnown ? static_cast<Units::FullUnitType>(units) : Units::kNoUnits;
   m_values = std::move(values);
-  return m_variable && isUnitKnown ? io::kNoError : io::kWarning;
+  return GetVariable() && isUnitKnown ? io::kNoError : io::kWarning;
 }
 
 bool SweepColumn::Write(io::CBlock & block) const {

@@ -1,8 +1,6 @@
 #include "plotkit/SweepDefinition.h"
 
-#include "CoreInterfaces/IVariableServer.h"
 #include "CoreInterfaces/desktop/IDesign.h"
-#include "CoreInterfaces/desktop/IDesignEditor.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
@@ -73,7 +71,7 @@ void SweepDefinition::GetValues(std::vector<double> & values) const {
 }
 
 Sweep * SweepDefinition::CreateSweep(IDesign const & design, bool rising) const {
-  Variable * const variable = SweepColumn::FindVariable(*m_variableName, design.GetDesignEditor());
+  Variable * const variable = SweptVariable::Find(*m_variableName, design.GetDesignEditor());
   auto * const sweep = new Sweep(val::kReal, variable ? variable->GetUnits() : Units::kNoUnits, variable);
   sweep->Column().SetName(*m_variableName);
   ParseSweepData(*sweep, rising);

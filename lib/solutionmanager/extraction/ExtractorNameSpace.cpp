@@ -7,6 +7,7 @@
 #include "basekit/value/VariableNameSpace.h"
 #include "plotkit/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/SweepList.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
@@ -39,7 +40,7 @@ void BaseSimDataExtractor::AddAxesOfData(VariableNameSpace & nameSpace) const {
   // An imported solution has no design variables, only the axes of its data.  A product may make its sweeps when it is
   // asked for them.
   std::vector<SweepBase *> sweeps;
-  GetSweeps(sweeps, 0xFFFFFFFF, nullptr, rep::DisplayType{}, false);
+  GetSweeps(sweeps, SweepList::kAllReportTypes, nullptr, rep::DisplayType{}, false);
   for (SweepBase const * const sweep : mSweeps)
     nameSpace.AddVariable(sweep->GetVariable(0));
 }

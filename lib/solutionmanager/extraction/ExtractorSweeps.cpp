@@ -5,15 +5,10 @@
 #include "basekit/diag/Assert.h"
 #include "plotkit/Sweep.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "solutionmanager/extraction/ReportRegime.h"
 #include "solutionmanager/extraction/SweepList.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
-
-namespace {
-
-constexpr unsigned kAllReportTypes = 0xFFFFFFFF;
-
-} // namespace
 
 int BaseSimDataExtractor::GetSweeps(std::vector<SweepBase *> & sweeps, unsigned, SimValueContext const *,
                                     rep::DisplayType, bool) const {
@@ -31,7 +26,7 @@ int BaseSimDataExtractor::GetSweeps(std::vector<SweepBase const *> & sweeps, Sim
 
 SweepBase * BaseSimDataExtractor::GetSweep(AString const & name, SimValueContext const * context, unsigned reportType) {
   auto const byName = [&] { return Regime().AreOldReportStructuresSupported() ? GetSweep(name) : nullptr; };
-  if (reportType == kAllReportTypes)
+  if (reportType == SweepList::kAllReportTypes)
     return byName();
   std::vector<rep::DisplayType> displayTypes;
   int const numdt = GetBaseSolutionMgr()->GetDisplayTypes(displayTypes, reportType);
@@ -84,6 +79,8 @@ bool BaseSimDataExtractor::ClearSweepsOnDesignFileRead() { return true; }
 void BaseSimDataExtractor::RemoveSweep(Variable const & variable) { SweepList(mSweeps).Remove(variable); }
 
 void BaseSimDataExtractor::SynchronizeSweeps(KelvroCommand *) const {
+  // An edit may have put another variable in the place of one: it is found again by its name.
+  NameSpaceSetup const names(*this, true);
   // By place: a sweep that takes over an edit may make the list grow.
   for (std::size_t place = 0; place < mSweeps.size(); ++place)
     mSweeps[place]->SynchronizeWithVariable();

@@ -14,6 +14,8 @@ class Variable;
 /// extractor's table of special sweeps: it leaves the list but is not freed.
 class SweepList {
 public:
+  static constexpr unsigned kAllReportTypes = 0xFFFFFFFF;
+
   explicit SweepList(std::vector<SweepBase *> & sweeps) : m_sweeps(sweeps) {}
 
   void DeleteAll();

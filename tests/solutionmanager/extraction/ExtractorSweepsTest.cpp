@@ -243,6 +243,24 @@ TEST_F(ExtractorSweepsTest, SweepsFollowTheirVariablesWhenACommandTouchedPropert
   EXPECT_EQ(sweep->GetUnits(0), m_x.GetUnits());
 }
 
+TEST_F(ExtractorSweepsTest, AVariableThatAnEditReplacedIsFoundAgainByItsName) {
+  auto former = std::make_unique<Variable>(L"w", L"1");
+  Sweep * const sweep = AddSweep(*former, {1, 2});
+  auto * const range = new PostprocessSweep(former.get(), Units::kNoUnits);
+  m_extractor->AddSweep(range);
+  former.reset();
+  EXPECT_EQ(sweep->GetVariable(0), nullptr);
+  EXPECT_FALSE(sweep->SetSweepValue(0));
+  EXPECT_EQ(sweep->GetName(), L"w");
+  EXPECT_EQ(range->GetVariable(0), nullptr);
+  Variable later(L"W", L"1mm");
+  m_design.ownVariables.variables.push_back(&later);
+  m_extractor->SynchronizeSweeps(nullptr);
+  EXPECT_EQ(sweep->GetVariable(0), &later);
+  EXPECT_EQ(range->GetVariable(0), &later);
+  EXPECT_EQ(sweep->GetUnits(0), later.GetUnits());
+}
+
 TEST_F(ExtractorSweepsTest, CollectionKeepsIntrinsicSweepsAndThoseThatASetUses) {
   Sweep * const frequency = AddSweep(*Value::GetIntrinsicVariable(L"F"), {1e9});
   Sweep * const x = AddSweep(m_x, {1});

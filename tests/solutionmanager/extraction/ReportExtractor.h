@@ -49,7 +49,7 @@ protected:
   SimValue * CreateSimValue() override {
     auto * const value = new SimValue;
     if (refersToSimValues)
-      value->AddReference();
+      references.emplace_back(value);
     return value;
   }
 
@@ -58,6 +58,7 @@ public:
   bool clearsSweeps = true;
   bool refersToSimValues = false;
   int simValuesRead = 0;
+  std::vector<ValueReference> references;
 };
 
 /// One whose data is loaded for all sets at once.
