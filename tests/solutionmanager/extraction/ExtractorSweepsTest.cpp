@@ -19,6 +19,7 @@ protected:
     auto * const definition = new SweepDefinition(variable, SweepDefinition::kLinearCount, start, stop);
     definition->SetCount(count);
     Setup().AddSingleSweep(definition);
+    m_definitions.push_back(definition);
     return definition;
   }
   BaseSimulationSetup & Setup() const { return const_cast<BaseSimulationSetup &>(m_solution.GetBaseSimulationSetup()); }
@@ -37,9 +38,12 @@ protected:
     return values;
   }
   ~ExtractorSweepsTest() override {
-    m_extractor.reset();
-    Setup().RemoveAllSweeps();
+    for (SweepDefinition * const definition : m_definitions)
+      SweepDefinition::FreeStorage(definition);
   }
+
+private:
+  std::vector<SweepDefinition *> m_definitions;
 };
 
 class ImportedSetup : public support::TestSetup {
