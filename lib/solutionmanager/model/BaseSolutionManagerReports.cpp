@@ -1,5 +1,5 @@
-// What reports, output variables and export ask of the manager.  These services are not here yet:
-// each operation says so and gives its empty answer.
+// What reports, output variables and export ask of the manager.  What is not here yet
+// says so and gives its empty answer.
 
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/command/KelvroCommandInfo.h"
