@@ -112,13 +112,13 @@ void Program::AddVerbs() {
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
-  AddFunctionsVerb(*m_app, m_action);
   if (m_place == Place::kShell) {
     AddUndoVerb(*m_app, m_action);
     AddRedoVerb(*m_app, m_action);
     AddHistoryVerb(*m_app, m_action);
     return;
   }
+  AddFunctionsVerb(*m_app, m_action);
   AddRecoverVerb(*m_app, m_action);
   AddShellVerb(*m_app, m_action);
   AddWorkerVerb(*m_app, m_action);
