@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreInterfaces/desktop/IDesign.h"
+#include "CoreInterfaces/desktop/IDesignEditor.h"
 #include "CoreInterfaces/desktop/IDesignInstance.h"
 #include "CoreInterfaces/desktop/IProductInfo.h"
 
@@ -38,12 +39,12 @@ private:
 
 /// A design of this desktop: name, variables, instances.  The first instance is the nominal one, whose variation
 /// follows the variables.
-class Design : public IDesign {
+class Design : public IDesign, public IDesignEditor {
 public:
   Design(Project & project, AString const & name, long designID, AString const & productName);
   ~Design() override;
 
-  // IDesign
+  // IDesign, IDesignEditor
   AString GetName() const override { return m_name; }
   long GetDesignID() const override { return m_designID; }
   IProject * GetIProject() const override;
@@ -55,7 +56,7 @@ public:
   void NotifySolutionDataDeleted(long solutionID) override;
   ISimValueManagerHost * GetSimValueManagerHost() const override { return nullptr; }
   ISimulationService * GetSimulationService() const override { return m_simulationService; }
-  IDesignEditor * GetDesignEditor() const override { return nullptr; }
+  IDesignEditor * GetDesignEditor() const override { return const_cast<Design *>(this); }
   void GetPropertyVariables(std::vector<Variable *> & variables) const override;
   void GetFurtherVariables(std::vector<Variable *> &) const override {}
   IVariableServer * GetVariableServer() const override;

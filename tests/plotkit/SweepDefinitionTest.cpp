@@ -2,6 +2,7 @@
 
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "plotkit/Sweep.h"
 
 #include <gtest/gtest.h>
 
@@ -104,4 +105,25 @@ TEST(SweepDefinition, ValuesFollowTheType) {
   EXPECT_EQ(values(SweepDefinition::kOctaveCount, 1, 4, 0, 1), (List{1, 2, 4}));
   EXPECT_EQ(values(SweepDefinition::kExponentialCount, 1, 2.718281828, 0, 1), (List{1, 2.718281828}));
   EXPECT_EQ(values(SweepDefinition::kNoSweepType, 1, 2, 0.5, 3), List{});
+}
+
+TEST(SweepDefinition, GivesASweepItsValuesAndSortsThemWhenAsked) {
+  SweepDefinition definition(L"x", SweepDefinition::kLinearCount, 3.0, 1.0);
+  definition.SetCount(3);
+  Sweep sweep;
+  definition.ParseSweepData(sweep, false);
+  EXPECT_EQ(sweep.GetValuesText(L' ', nullptr), L"3 2 1");
+  definition.ParseSweepData(sweep, true);
+  EXPECT_EQ(sweep.GetValuesText(L' ', nullptr), L"1 2 3");
+  definition.SetType(SweepDefinition::kNoSweepType);
+  definition.ParseSweepData(sweep, true);
+  EXPECT_EQ(sweep.GetCount(), 0u);
+}
+
+TEST(SweepDefinition, ParsingGivesRealValuesToASweepThatHeldOthers) {
+  SweepDefinition definition(L"x", SweepDefinition::kLinearCount, 1.0, 1.0);
+  definition.SetCount(1);
+  Sweep sweep(val::kComplex, Units::kNoUnits, nullptr);
+  definition.ParseSweepData(sweep, false);
+  EXPECT_EQ(sweep.GetParameterType(0), val::kReal);
 }

@@ -99,6 +99,13 @@ TEST(SweepValues, StepsThatNeverReachTheStopAreRefused) {
   EXPECT_TRUE(Stepped(std::numeric_limits<double>::quiet_NaN(), 2.0, 1.0).empty());
 }
 
+TEST(SweepValues, AStepThatIsLostBesideTheLimitsIsRefused) {
+  AssertWatch::Expect("reachesTheStop");
+  EXPECT_TRUE(Stepped(1e30, 1.0000001e30, 1e23 * 1e-8).empty());
+  EXPECT_TRUE(Stepped(1e17, 1e17 + 64, 1.0).empty());
+  EXPECT_EQ(Stepped(1e30, 1e30, 1.0), std::vector<double>{1e30});
+}
+
 TEST(SweepValues, StepsAreMultipliedNotAccumulated) {
   auto const values = Stepped(0.1, 1000.0, 0.1);
   ASSERT_EQ(values.size(), 10000u);

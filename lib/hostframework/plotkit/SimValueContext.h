@@ -2,6 +2,8 @@
 
 #include "CoreInterfaces/ReportForward.h"
 
+#include "basekit/io/CBlock_func.h"
+
 #include <array>
 
 /// In which context a quantity is meant: the domain of its calculation, and numbers that a product's dialogs fill and
@@ -27,6 +29,10 @@ public:
   unsigned GetFirst() const { return m_first; }
   unsigned GetSecond() const { return m_second; }
   std::array<double, 4> const & GetNumbers() const { return m_numbers; }
+
+  /// Eight arguments of a function from the place on; false, and nothing changed, when they are not there.
+  bool ReadFrom(io::CBlock_func const & func, io::CBlock_func::iterator & place);
+  void WriteTo(io::CBlock_func & func) const;
 
   friend bool operator==(SimValueContext const & a, SimValueContext const & b) = default;
 

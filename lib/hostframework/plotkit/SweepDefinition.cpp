@@ -1,11 +1,15 @@
 #include "plotkit/SweepDefinition.h"
 
+#include "CoreInterfaces/desktop/IDesign.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/io/DoDataExchange.h"
+#include "basekit/value/Variable.h"
+#include "plotkit/Sweep.h"
 #include "plotkit/SweepValues.h"
 
+#include <algorithm>
 #include <array>
 #include <new>
 #include <set>
@@ -64,6 +68,24 @@ void SweepDefinition::GetValues(std::vector<double> & values) const {
   default:
     return;
   }
+}
+
+Sweep * SweepDefinition::CreateSweep(IDesign const & design, bool rising) const {
+  Variable * const variable = SweptVariable::Find(*m_variableName, design.GetDesignEditor());
+  auto * const sweep = new Sweep(val::kReal, variable ? variable->GetUnits() : Units::kNoUnits, variable);
+  sweep->Column().SetName(*m_variableName);
+  ParseSweepData(*sweep, rising);
+  return sweep;
+}
+
+void SweepDefinition::ParseSweepData(Sweep & sweep, bool rising) const {
+  std::vector<double> values;
+  GetValues(values);
+  if (rising) {
+    std::sort(values.begin(), values.end());
+    values.erase(std::unique(values.begin(), values.end()), values.end());
+  }
+  sweep.Column().SetValues(std::move(values));
 }
 
 io::ReadError SweepDefinition::DoDataExchange(io::CBlock & block, bool reading) {

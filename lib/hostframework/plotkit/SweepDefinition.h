@@ -5,6 +5,9 @@
 
 #include <vector>
 
+class IDesign;
+class Sweep;
+
 /// One sweep as a setup's settings tell it: which variable runs over which values, in SI units.
 ///
 /// A plain record: it owns no memory, its texts are interned for the life of the program, so that freeing its storage
@@ -61,6 +64,12 @@ public:
   void SetOffsetF1Flag(int flag) { m_offsetF1Flag = flag; }
   /// Appends the values of the sweep; none for a definition without a type.
   void GetValues(std::vector<double> & values) const;
+
+  /// A new sweep over the design's variable, or the intrinsic one, of that name; a name that the design doesn't know
+  /// is kept without a variable.  The caller owns the sweep.
+  Sweep * CreateSweep(IDesign const & design, bool rising) const;
+  /// Gives the sweep the values of this definition; with rising in rising order, each once.
+  void ParseSweepData(Sweep & sweep, bool rising) const;
 
   bool operator==(SweepDefinition const & other) const;
 

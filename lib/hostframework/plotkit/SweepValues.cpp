@@ -51,10 +51,15 @@ void GetLinearCountValues(std::vector<double> & values, double start, double sto
 
 void GetSteppedValues(std::vector<double> & values, double start, double stop, double step) {
   bool const isFinite = std::isfinite(start) && std::isfinite(stop) && std::isfinite(step);
-  bool const reachesTheStop = isFinite && (start > stop || (step > 0.0 && (stop - start) / step < kMaxSweepValues));
+  // A step that is lost beside the limits would repeat them for ever.
+  bool const isStepFelt = start == stop || (start + step > start && stop + step > stop);
+  bool const reachesTheStop =
+      isFinite && (start > stop || (step > 0.0 && isStepFelt && (stop - start) / step < kMaxSweepValues));
   KVRO_ASSERT(reachesTheStop);
   if (!reachesTheStop)
     return;
+  if (start == stop)
+    return values.push_back(start);
   std::int32_t i = 0;
   double value = start;
   while (value <= stop) {

@@ -6,15 +6,68 @@
 #include "CoreInterfaces/solution/ISimulationSetup.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/id/Id.h"
+#include "plotkit/SimValue.h"
+#include "plotkit/Sweep.h"
+#include "solutionmanager/extraction/PointSetList.h"
+#include "solutionmanager/extraction/ReportRegime.h"
+#include "solutionmanager/extraction/SweepList.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
 AString const BaseSimDataExtractor::kSimValueBlockName(L"SimValue");
 
 BaseSimDataExtractor::BaseSimDataExtractor(BaseSolutionManager * manager, BaseSolution * solution)
-    : mBaseSolutionManager(manager), mBaseSolution(solution), mReportsView(this), mSweepwiseView(this) {}
+    : mBaseSolutionManager(manager), mBaseSolution(solution),
+      mSimValueContext(3, rep::CalculationType(0), 2, 0, 1.0, 1.0, 0.0, 0.0), mReportsView(this), mSweepwiseView(this) {
+}
 
-BaseSimDataExtractor::~BaseSimDataExtractor() = default;
+BaseSimDataExtractor & BaseSimDataExtractor::operator=(BaseSimDataExtractor const & other) {
+  if (this == &other)
+    return *this;
+  // What this one owns may be shared by a snapshot, perhaps by the other one itself: it lives on until this one dies.
+  if (mOwnsContents)
+    mReplaced.push_back({mSweeps, mSpecialSweeps, mSolutionPointSets, mSimValues});
+  mOwnsContents = false;
+  ShareContentsOf(other);
+  return *this;
+}
+
+BaseSimDataExtractor::BaseSimDataExtractor(BaseSimDataExtractor const & other)
+    : ISimDataExtractor(other), IValueParser(other), IVariableServer(other), IVariableNameSpaceSetupper(other),
+      mReportsView(other.mReportsView), mSweepwiseView(other.mSweepwiseView), mOwnsContents(false) {
+  ShareContentsOf(other);
+}
+
+void BaseSimDataExtractor::ShareContentsOf(BaseSimDataExtractor const & other) {
+  mBaseSolutionManager = other.mBaseSolutionManager;
+  mBaseSolution = other.mBaseSolution;
+  mSweeps = other.mSweeps;
+  mSpecialSweeps = other.mSpecialSweeps;
+  mSolutionPointSets = other.mSolutionPointSets;
+  mSimValues = other.mSimValues;
+  mSimValueContext = other.mSimValueContext;
+  mCurrentSolutionPointSet = other.mCurrentSolutionPointSet;
+  mPostprocessingUpdateInProgress = other.mPostprocessingUpdateInProgress;
+  mSpecialSweepVariation = other.mSpecialSweepVariation;
+  mReportsView = other.mReportsView;
+  mSweepwiseView = other.mSweepwiseView;
+  mSolutionPointSetIDServer = other.mSolutionPointSetIDServer;
+}
+
+BaseSimDataExtractor::~BaseSimDataExtractor() {
+  if (mOwnsContents)
+    mReplaced.push_back(
+        {std::move(mSweeps), std::move(mSpecialSweeps), std::move(mSolutionPointSets), std::move(mSimValues)});
+  for (Contents & contents : mReplaced) {
+    PointSetList(contents.pointSets).DeleteAll();
+    ReleaseManagedSimValues(true);
+    for (SimValue const * const simValue : contents.simValues)
+      delete simValue;
+    SweepList(contents.sweeps).DeleteAll();
+    for (auto const & [name, sweep] : contents.specialSweeps)
+      delete sweep;
+  }
+}
 
 BaseSolutionManager * BaseSimDataExtractor::GetBaseSolutionMgr() const {
   KVRO_ASSERT(mBaseSolutionManager);
@@ -37,14 +90,7 @@ AString BaseSimDataExtractor::GetName() const { return GetISolution()->GetISimul
 
 AString BaseSimDataExtractor::GetSolutionName() const { return GetISolution()->GetSolutionName(); }
 
-bool BaseSimDataExtractor::AreOldReportStructuresSupported() const {
-  return GetBaseSolutionMgr()->AreOldReportStructuresSupported();
-}
-
-bool BaseSimDataExtractor::IsV2Design() const {
-  IDesign const * const design = GetBaseSolutionMgr()->GetIDesign();
-  return design && design->IsV2Design();
-}
+ReportRegime BaseSimDataExtractor::Regime() const { return ReportRegime(GetBaseSolutionMgr()); }
 
 bool BaseSimDataExtractor::IsSupportedReportTypes(std::vector<unsigned> const & reportTypes) const {
   return !reportTypes.empty();

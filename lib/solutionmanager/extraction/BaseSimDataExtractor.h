@@ -19,6 +19,8 @@
 class BaseSolution;
 class BaseSolutionManager;
 class CParsedExpressionCacheContainer;
+class IDesignEditor;
+class ReportRegime;
 namespace io {
 class CBlock;
 }
@@ -28,8 +30,7 @@ class CBlock;
 /// It is also what the expression machinery asks: for quantities (IValueParser), for variables (IVariableServer) and
 /// for the names that expressions may use (IVariableNameSpaceSetupper).  The solution owns it.  Under old report
 /// structures it holds sweeps, sim values and solution point sets; under the reporter rewrite the members that deal
-/// with them assert and give nothing.  Sweeps, sim values, traces and point sets have no classes yet: what would make
-/// or change one says that it is not available yet, and all lists are empty.
+/// with them assert and give nothing.  Expressions and traces can't be made yet: what would make one says so.
 class BaseSimDataExtractor : public ISimDataExtractor,
                              public IValueParser,
                              public IVariableServer,
@@ -41,8 +42,8 @@ public:
 
   BaseSimDataExtractor(BaseSolutionManager * manager, BaseSolution * solution);
   /// A snapshot that shares everything and frees nothing.
-  BaseSimDataExtractor(BaseSimDataExtractor const & other) = default;
-  BaseSimDataExtractor & operator=(BaseSimDataExtractor const & other) = default;
+  BaseSimDataExtractor(BaseSimDataExtractor const & other);
+  BaseSimDataExtractor & operator=(BaseSimDataExtractor const & other);
   ~BaseSimDataExtractor() override;
 
   // IDesignDataExtractor
@@ -182,15 +183,28 @@ public:
                           CParsedExpressionCacheContainer & expressions);
 
 private:
-  bool AreOldReportStructuresSupported() const;
-  bool IsV2Design() const;
+  using SpecialSweeps = std::map<AString, Sweep *, AString::NoCaseLess>;
+  /// What an extractor owns.
+  struct Contents {
+    std::vector<SweepBase *> sweeps;
+    SpecialSweeps specialSweeps;
+    PointSets pointSets;
+    std::vector<SimValue *> simValues;
+  };
+
+  void ShareContentsOf(BaseSimDataExtractor const & other);
+  ReportRegime Regime() const;
+  void ReleaseManagedSimValues(bool all) const;
+  void DeleteUnusedSimValues();
+  bool ReadPointSets(io::CBlock const & block, IDesignEditor * editor);
+  void AddAxesOfData(VariableNameSpace & nameSpace) const;
   ValueState QuantityState(AString const & text, rep::CalculationType domain) const;
   OutputVariable * FindVariable(AString const & name) const;
 
   BaseSolutionManager * mBaseSolutionManager;
   BaseSolution * mBaseSolution;
   std::vector<SweepBase *> mSweeps;
-  mutable std::map<AString, Sweep *, AString::NoCaseLess> mSpecialSweeps;
+  mutable SpecialSweeps mSpecialSweeps;
   PointSets mSolutionPointSets;
   std::vector<SimValue *> mSimValues;
   SimValueContext mSimValueContext;
@@ -200,4 +214,8 @@ private:
   SimDataExtractorForReports mReportsView;
   SimDataExtractorForSweepwise mSweepwiseView;
   KelvroIDServer mSolutionPointSetIDServer;
+  /// False for a copy, which never frees what it shares.
+  bool mOwnsContents = true;
+  /// What this extractor owned before another was assigned to it.
+  std::vector<Contents> mReplaced;
 };

@@ -1,32 +1,117 @@
-// An extractor in the design file.
+#include "solutionmanager/extraction/ExtractorBlocks.h"
 
+#include "basekit/command/KelvroIDServer.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
+#include "plotkit/PostprocessSweep.h"
+#include "plotkit/SimValue.h"
+#include "plotkit/SolutionPointSet.h"
+#include "plotkit/Sweep.h"
+#include "plotkit/SynchronizedSweep.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
-bool BaseSimDataExtractor::DesignFileWrite(io::CBlock &) {
-  // There is nothing to write: sim values, sweeps and point sets can't be made yet.
-  return true;
-}
+namespace {
 
-io::ReadError BaseSimDataExtractor::DesignFileRead(io::CBlock const & block) {
-  bool const isEmpty = block.Empty();
-  if (!isEmpty)
-    KVRO_ASSERT(!"Not available yet");
-  OnSimValuesRead();
-  ClearSweepsOnDesignFileRead();
-  return io::kNoError;
-}
+wchar_t const * const kSweepsBlockName = L"Sweeps";
+wchar_t const * const kSolutionPointSetsBlockName = L"SolutionPointSets";
 
-void BaseSimDataExtractor::OnSimValuesRead() {}
-
-SimValue * BaseSimDataExtractor::CreateSimValue() {
-  KVRO_ASSERT(!"Not available yet");
+/// A sweep of the class that the block's name tells; null when it tells none.
+std::unique_ptr<SweepBase> MakeSweep(AString const & keyword) {
+  if (AString::MatchNoCase(keyword, Sweep::kSweepKeyword))
+    return std::make_unique<Sweep>();
+  if (AString::MatchNoCase(keyword, SynchronizedSweep::kSynchronizedSweepKeyword))
+    return std::make_unique<SynchronizedSweep>();
+  if (AString::MatchNoCase(keyword, PostprocessSweep::kPostprocessSweepKeyword))
+    return std::make_unique<PostprocessSweep>();
   return nullptr;
 }
 
-io::ReadError BaseSimDataExtractor::DoDataExchangeSimValueCache(io::CBlock &, bool) {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
-  return io::kNoError;
+bool IsRead(io::ReadError result) { return result == io::kNoError || result == io::kWarning; }
+
+} // namespace
+
+void extractorblocks::WriteSimValues(io::CBlock & block, std::vector<SimValue *> const & simValues) {
+  for (SimValue const * const simValue : simValues) {
+    io::CBlock_ptr<io::CBlock_func> const func(new io::CBlock_func(BaseSimDataExtractor::kSimValueBlockName));
+    simValue->WriteSimValue(*func);
+    block << func;
+  }
+}
+
+void extractorblocks::WriteSweeps(io::CBlock & block, std::vector<SweepBase *> const & sweeps) {
+  io::CBlock_ptr<io::CBlock> const written(new io::CBlock(kSweepsBlockName));
+  for (SweepBase const * const sweep : sweeps) {
+    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(sweep->GetItemName()));
+    if (sweep->Write(*child))
+      *written << child;
+  }
+  if (!written->Empty())
+    block << written;
+}
+
+void extractorblocks::WritePointSets(io::CBlock & block, std::vector<SolutionPointSet *> const & pointSets,
+                                     KelvroIDServer const & server) {
+  if (pointSets.empty())
+    return;
+  io::CBlock_ptr<io::CBlock> const written(new io::CBlock(kSolutionPointSetsBlockName));
+  server.WriteNextUniqueID(*written);
+  for (SolutionPointSet const * const pointSet : pointSets) {
+    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(pointSet->GetItemName()));
+    pointSet->Write(*child);
+    *written << child;
+  }
+  block << written;
+}
+
+void extractorblocks::ReadSimValues(io::CBlock const & block, std::function<SimValue *()> const & make,
+                                    std::function<void(SimValue *)> const & keep) {
+  for (auto const & item : block) {
+    if (!AString::MatchNoCase(item->Name(), BaseSimDataExtractor::kSimValueBlockName))
+      continue;
+    auto const * const func = dynamic_cast<io::CBlock_func const *>(item.Item());
+    KVRO_ASSERT(func);
+    if (!func)
+      continue;
+    std::unique_ptr<SimValue> simValue(make());
+    if (simValue && simValue->ReadSimValue(*func) == io::kNoError)
+      keep(simValue.release());
+  }
+}
+
+bool extractorblocks::ReadSweeps(io::CBlock const & block, IDesignEditor * editor,
+                                 std::function<void(SweepBase *)> const & keep) {
+  io::CBlock const * const sweeps = block.FindBlock(kSweepsBlockName);
+  bool areAllRead = true;
+  if (sweeps)
+    for (auto const & child : *sweeps) {
+      std::unique_ptr<SweepBase> sweep = child->IsBlock() ? MakeSweep(child->Name()) : nullptr;
+      if (!sweep)
+        continue;
+      if (IsRead(sweep->Read(static_cast<io::CBlock const &>(*child), editor)))
+        keep(sweep.release());
+      else
+        areAllRead = false;
+    }
+  return areAllRead;
+}
+
+io::CBlock const * extractorblocks::FindPointSets(io::CBlock const & block) {
+  return block.FindBlock(kSolutionPointSetsBlockName);
+}
+
+bool extractorblocks::ReadPointSets(io::CBlock const & pointSets, IDesignEditor * editor,
+                                    std::function<SolutionPointSet *(io::CBlock const &)> const & make,
+                                    std::function<void(SolutionPointSet *)> const & keep) {
+  bool areAllRead = true;
+  for (auto const & child : pointSets) {
+    if (!child->IsBlock())
+      continue;
+    auto const & content = static_cast<io::CBlock const &>(*child);
+    std::unique_ptr<SolutionPointSet> pointSet(make(content));
+    if (pointSet && IsRead(pointSet->Read(content, editor)))
+      keep(pointSet.release());
+    else
+      areAllRead = false;
+  }
+  return areAllRead;
 }

@@ -1,107 +1,115 @@
-// The solution point sets of an extractor.  None can be made yet: what would make one says so, what walks over them
-// has nothing to do.
+// The solution point sets of an extractor.
 
+#include "CoreInterfaces/desktop/ISimValueManager.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/id/Id.h"
+#include "plotkit/SolutionPointSet.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/PointSetList.h"
+#include "solutionmanager/extraction/ReportRegime.h"
+#include "solutionmanager/extraction/SweepList.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionManager.h"
 
-void BaseSimDataExtractor::Update(bool, std::vector<SolutionPointSet *> *) {
-  if (IsV2Design())
+void BaseSimDataExtractor::Update(bool stampVersion, std::vector<SolutionPointSet *> * pointSets) {
+  if (Regime().IsV2Design())
     return;
-  // Sets of the given list can only be those of other extractors.
+  long const version = GetBaseSolution()->GetVersionID();
+  PointSetList(mSolutionPointSets).Update(*this, pointSets, stampVersion ? &version : nullptr);
   ValidateSolutionPointSet();
 }
 
-void BaseSimDataExtractor::ValidateSolutionPointSet() {}
+void BaseSimDataExtractor::ValidateSolutionPointSet() {
+  if (!Regime().IsV2Design() && mBaseSolution)
+    PointSetList(mSolutionPointSets).Validate(*mBaseSolution);
+}
 
-SolutionPointSet * BaseSimDataExtractor::CreateSolutionPointSet(SubsweepVector const &, SimValueContext const *,
-                                                                IDesignInstance *, bool) {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Not supported, use new reportsetupmodule for this!");
-  else
-    KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+SolutionPointSet * BaseSimDataExtractor::CreateSolutionPointSet(SubsweepVector const & subsweeps,
+                                                                SimValueContext const * context,
+                                                                IDesignInstance * instance, bool share) {
+  if (!Regime().Supports(RetiredMember::CreateSolutionPointSet))
+    return nullptr;
+  bool const isShared = share && !GetISimDataExtractor2();
+  SimValueContext const ownContext(context);
+  long const version = GetBaseSolution()->GetClosestVersionWithData();
+  PointSetList const list(mSolutionPointSets);
+  if (SolutionPointSet * const equal = isShared ? list.FindShared(subsweeps, &ownContext, instance, version) : nullptr)
+    return equal;
+  auto * const pointSet =
+      new SolutionPointSet(*this, subsweeps, &ownContext, instance, FetchNextUniqueSolutionPointSetID());
+  pointSet->SetIsShared(isShared);
+  pointSet->SetSolutionVersionID(version);
+  SetUniqueSolutionPointSetName(pointSet);
+  mSolutionPointSets.push_back(pointSet);
+  if (version != GetBaseSolution()->GetVersionID())
+    pointSet->MarkItDirty(true);
+  return pointSet;
 }
 
 SolutionPointSet * BaseSimDataExtractor::AllocSolutionPointSet(AString const &) {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
-  else
-    KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+  return Regime().Supports(RetiredMember::AllocSolutionPointSet) ? new SolutionPointSet(*this) : nullptr;
 }
 
-void BaseSimDataExtractor::RemoveSolutionPointSet(SolutionPointSet *) {
-  // A set that is not in the list is ignored.
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Not supported with new reporter rewrite!");
+void BaseSimDataExtractor::RemoveSolutionPointSet(SolutionPointSet * pointSet) {
+  if (Regime().Supports(RetiredMember::RemoveSolutionPointSet))
+    PointSetList(mSolutionPointSets).Remove(pointSet);
 }
 
-void BaseSimDataExtractor::SetUniqueSolutionPointSetName(SolutionPointSet *) const {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Not supported, use new reportsetupmodule!");
-  else
-    KVRO_ASSERT(!"Not available yet");
+void BaseSimDataExtractor::SetUniqueSolutionPointSetName(SolutionPointSet * pointSet) const {
+  if (!Regime().Supports(RetiredMember::SetUniqueSolutionPointSetName) || !pointSet)
+    return;
+  PointSets pointSets = mSolutionPointSets;
+  pointSet->SetName(PointSetList(pointSets).FreeName(GetSolutionName()));
 }
 
-bool BaseSimDataExtractor::SolutionPointSetIsUsingInstance(SolutionPointSet const *, AString const &) const {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Not supported with new reporter rewrite!");
-  else
-    KVRO_ASSERT(!"Not available yet");
-  return false;
+bool BaseSimDataExtractor::SolutionPointSetIsUsingInstance(SolutionPointSet const * pointSet,
+                                                           AString const & variation) const {
+  return Regime().Supports(RetiredMember::SolutionPointSetIsUsingInstance) && pointSet &&
+         PointSetList::IsOnPoints(*pointSet, variation);
 }
 
 long BaseSimDataExtractor::FetchNextUniqueSolutionPointSetID() {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  if (!Regime().Supports(RetiredMember::FetchNextUniqueSolutionPointSetID))
     return id::invalidID;
-  }
   return mSolutionPointSetIDServer.FetchNextUniqueID();
 }
 
 SolutionPointSet * BaseSimDataExtractor::GetCurrentSolutionPointSet() const {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
-    return nullptr;
-  }
-  return mCurrentSolutionPointSet;
+  return Regime().Supports(RetiredMember::GetCurrentSolutionPointSet) ? mCurrentSolutionPointSet : nullptr;
 }
 
 BaseSimDataExtractor::PointSets::const_iterator BaseSimDataExtractor::GetFirstSolutionPointSet() const {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  Regime().Supports(RetiredMember::GetFirstSolutionPointSet);
   return mSolutionPointSets.begin();
 }
 
 BaseSimDataExtractor::PointSets::const_iterator BaseSimDataExtractor::GetLastSolutionPointSet() const {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  Regime().Supports(RetiredMember::GetLastSolutionPointSet);
   return mSolutionPointSets.end();
 }
 
 BaseSimDataExtractor::PointSets::iterator BaseSimDataExtractor::GetFirstSolutionPointSetForEdit() {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  Regime().Supports(RetiredMember::GetFirstSolutionPointSetForEdit);
   return mSolutionPointSets.begin();
 }
 
 BaseSimDataExtractor::PointSets::iterator BaseSimDataExtractor::GetLastSolutionPointSetForEdit() {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+  Regime().Supports(RetiredMember::GetLastSolutionPointSetForEdit);
   return mSolutionPointSets.end();
 }
 
-bool BaseSimDataExtractor::ReloadSolutionPointSetData(long, AString const &) {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
+bool BaseSimDataExtractor::ReloadSolutionPointSetData(long version, AString const & variation) {
+  if (!Regime().Supports(RetiredMember::ReloadSolutionPointSetData) ||
+      Regime().IsRetiredInV2(RetiredMember::ReloadSolutionPointSetData))
     return true;
-  }
-  if (IsV2Design()) {
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in V2");
-    return true;
-  }
-  return false;
+  bool isAnyTouched = false;
+  for (SolutionPointSet * const pointSet : mSolutionPointSets)
+    if (SolutionPointSetIsUsingInstance(pointSet, variation)) {
+      pointSet->SetSolutionVersionID(version);
+      pointSet->UpdateData();
+      isAnyTouched = true;
+    }
+  return isAnyTouched;
 }
 
 bool BaseSimDataExtractor::BeginPostprocessingUpdate(SolutionPointSet & pointSet) {
@@ -115,7 +123,20 @@ void BaseSimDataExtractor::EndPostprocessingUpdate() {
   mCurrentSolutionPointSet = nullptr;
 }
 
-void BaseSimDataExtractor::DoGarbageCollection(std::set<Trace *> const &) {}
+void BaseSimDataExtractor::DoGarbageCollection(std::set<Trace *> const & tracesInUse) {
+  PointSetList pointSets(mSolutionPointSets);
+  pointSets.Collect(tracesInUse);
+  SweepList(mSweeps).Collect(pointSets.SweepsInUse());
+  ReleaseManagedSimValues(false);
+  DeleteUnusedSimValues();
+}
+
+void BaseSimDataExtractor::ReleaseManagedSimValues(bool all) const {
+  if (ReportRegime::IsReporterRewriteActive() || !mBaseSolutionManager || !mBaseSolution)
+    return;
+  if (ISimValueManager * const simValues = mBaseSolutionManager->GetISimValueManager())
+    simValues->ReleaseSimValues(mBaseSolution->GetID(), all);
+}
 
 void BaseSimDataExtractor::DoGarbageCollectionToAllowVariableDeletion(Variable const &) {}
 

@@ -3,6 +3,7 @@
 #include "basekit/diag/Assert.h"
 #include "plotkit/OutputVariable.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/ReportRegime.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
 namespace {
@@ -29,17 +30,15 @@ ValueState BaseSimDataExtractor::GetQuantityType(AString const &, int) const {
 }
 
 ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text) {
-  if (AreOldReportStructuresSupported())
+  if (Regime().AreOldReportStructuresSupported())
     if (OutputVariable const * const variable = FindVariable(text))
       return variable->GetValueState();
   return QuantityState(text, mSimValueContext.GetCalculationType());
 }
 
 ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text, SimValueContext const * context) {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Not supported in new reporter rewrite!");
+  if (!Regime().Supports(RetiredMember::GetValueStateFromText))
     return {Units::kNoUnits, Units::kNoUnitType, 1, val::kNotAQuantity};
-  }
   if (OutputVariable const * const variable = FindVariable(text))
     return GetBaseSolutionMgr()->IsValidOutputVariable(variable->GetName(), this, context) ? variable->GetValueState()
                                                                                            : UnknownQuantity();
@@ -47,9 +46,7 @@ ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text, Sim
 }
 
 ValueBase * BaseSimDataExtractor::ParseText(AString const &) {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Not supported in new reporter rewrite!");
-  else
+  if (Regime().Supports(RetiredMember::ParseText))
     KVRO_ASSERT(!"Not available yet");
   return nullptr;
 }
@@ -65,9 +62,7 @@ AComplex<double> BaseSimDataExtractor::GetComplexValue(ValueBase const &) {
 }
 
 ValueBase * BaseSimDataExtractor::GetDynamicDatasetValue(ValueBase const *, ValueBase const *) {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
-  else
+  if (Regime().Supports(RetiredMember::GetDynamicDatasetValue))
     KVRO_ASSERT(!"Not available yet");
   return nullptr;
 }
@@ -84,9 +79,7 @@ int BaseSimDataExtractor::GetFunctionNames(std::vector<AString> &, ValueState co
 }
 
 bool BaseSimDataExtractor::GetReferencedSimValues(ValueBase *, std::vector<SimValue *> &, SolutionPointSet *) {
-  if (!AreOldReportStructuresSupported())
-    KVRO_ASSERT(!"Should just not be calling this. Done differently in reporter rewrite");
-  else
+  if (Regime().Supports(RetiredMember::GetReferencedSimValues))
     KVRO_ASSERT(!"Not available yet");
   return false;
 }

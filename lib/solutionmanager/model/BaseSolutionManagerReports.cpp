@@ -1,8 +1,11 @@
 // What reports, output variables and export ask of the manager.  These services are not here yet:
 // each operation says so and gives its empty answer.
 
+#include "basekit/command/KelvroCommand.h"
+#include "basekit/command/KelvroCommandInfo.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/file/LongFileName.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
 
@@ -138,7 +141,15 @@ int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
   return 0;
 }
 
-void BaseSolutionManager::SynchronizeSweeps(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
+void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
+  if (command && !command->GetInfo(KelvroCommandInfo::kDesignProperties) &&
+      !command->GetInfo(KelvroCommandInfo::kProjectProperties))
+    return;
+  std::vector<BaseSimDataExtractor *> extractors;
+  GetAllAssociatedSimDataExtractors(extractors);
+  for (BaseSimDataExtractor const * const extractor : extractors)
+    extractor->SynchronizeSweeps(command);
+}
 
 void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
 

@@ -2,6 +2,8 @@
 
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
+#include "basekit/value/Variable.h"
+#include "basekit/value/VariableNameSpace.h"
 
 namespace support {
 
@@ -27,7 +29,25 @@ bool TestService::SubmitSolve(IDesignInstance *, std::vector<SolutionVariationKe
   return accepts;
 }
 
-void TestDesign::GetDesignInstances(std::vector<IDesignInstance *> &) const {}
+Variable * TestVariables::ResolveVariable(AString const & name) const {
+  for (Variable * const variable : variables)
+    if (AString::MatchNoCase(variable->GetName(), name))
+      return variable;
+  return nullptr;
+}
+
+void TestDesign::GetDesignInstances(std::vector<IDesignInstance *> & list) const {
+  list.insert(list.end(), ownInstances.begin(), ownInstances.end());
+}
+
+void TestDesign::GetPropertyVariables(std::vector<Variable *> & variables) const {
+  variables.insert(variables.end(), ownVariables.variables.begin(), ownVariables.variables.end());
+}
+
+void TestDesign::SetupVariableNameSpace(VariableNameSpace & nameSpace, bool forPostProcessing) const {
+  nameSpaceCalls.push_back(forPostProcessing ? L"setup" : L"setup without postprocessing");
+  nameSpace.AddVariableServer(&ownVariables);
+}
 
 TestKitDesktop::TestKitDesktop() : m_former(SetIKitDesktop(this)) { m_messages.AddListener(this); }
 

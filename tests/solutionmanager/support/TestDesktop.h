@@ -1,6 +1,8 @@
 #pragma once
 
+#include "CoreInterfaces/IVariableServer.h"
 #include "CoreInterfaces/desktop/IDesign.h"
+#include "CoreInterfaces/desktop/IDesignEditor.h"
 #include "CoreInterfaces/desktop/IDesignInstance.h"
 #include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "CoreInterfaces/desktop/IProductInfo.h"
@@ -33,6 +35,7 @@ class TestDesign;
 class TestInstance : public IDesignInstance {
 public:
   TestInstance(TestDesign & design, AString const & variation) : m_design(design), m_variation(variation) {}
+  void SetVariation(AString const & variation) { m_variation = variation; }
   long GetID() const override { return 7; }
   IDesign * GetIDesign() const override;
   AString GetVariationKey() const override { return m_variation; }
@@ -60,7 +63,15 @@ public:
   long lastB = 0;
 };
 
-class TestDesign : public IDesign, public IProductInfo {
+/// Variables by name, which the test owns.
+class TestVariables : public IVariableServer {
+public:
+  Variable * ResolveVariable(AString const & name) const override;
+
+  std::vector<Variable *> variables;
+};
+
+class TestDesign : public IDesign, public IProductInfo, public IDesignEditor {
 public:
   explicit TestDesign(AString const & resultsFolder) : project(resultsFolder) {}
 
@@ -74,16 +85,16 @@ public:
   void GetDesignInstances(std::vector<IDesignInstance *> & instances) const override;
   void NotifySolutionsChanged() override { ++changes; }
   void NotifySolutionDataDeleted(long) override { ++deletions; }
-  ISimValueManagerHost * GetSimValueManagerHost() const override { return nullptr; }
+  ISimValueManagerHost * GetSimValueManagerHost() const override { return simValueManagerHost; }
   ISimulationService * GetSimulationService() const override { return const_cast<TestService *>(&service); }
-  IDesignEditor * GetDesignEditor() const override { return nullptr; }
-  void GetPropertyVariables(std::vector<Variable *> &) const override {}
+  IDesignEditor * GetDesignEditor() const override { return const_cast<TestDesign *>(this); }
+  void GetPropertyVariables(std::vector<Variable *> & variables) const override;
   void GetFurtherVariables(std::vector<Variable *> &) const override {}
-  IVariableServer * GetVariableServer() const override { return nullptr; }
-  IVariableServer * GetProjectVariableServer() const override { return nullptr; }
+  IVariableServer * GetVariableServer() const override { return const_cast<TestVariables *>(&ownVariables); }
+  IVariableServer * GetProjectVariableServer() const override { return const_cast<TestVariables *>(&projectVariables); }
   void GetDefaultVariableValues(VariableValues &) const override {}
-  void SetupVariableNameSpace(VariableNameSpace &, bool) const override {}
-  void SetupVNSForPostProcessing(VariableNameSpace &) const override {}
+  void SetupVariableNameSpace(VariableNameSpace & nameSpace, bool forPostProcessing) const override;
+  void SetupVNSForPostProcessing(VariableNameSpace &) const override { nameSpaceCalls.push_back(L"postprocessing"); }
 
   AString name = L"Design";
   long designID = 3;
@@ -94,6 +105,11 @@ public:
   TestService service;
   int changes = 0;
   int deletions = 0;
+  TestVariables ownVariables;
+  TestVariables projectVariables;
+  std::vector<IDesignInstance *> ownInstances;
+  ISimValueManagerHost * simValueManagerHost = nullptr;
+  mutable std::vector<AString> nameSpaceCalls;
 };
 
 /// The desktop itself, installed for its life; messages are kept by number with their first argument.
@@ -102,11 +118,12 @@ public:
   TestKitDesktop();
   ~TestKitDesktop() override;
   bool IsReportRewriteEnabled() const override { return rewrite; }
-  bool UsesPostProcessingVariables() const override { return false; }
+  bool UsesPostProcessingVariables() const override { return usesPostProcessingVariables; }
   MessageManager & GetMessageManager() override { return m_messages; }
   void OnMessage(KelvroMessage const & message) override;
 
   bool rewrite = false;
+  bool usesPostProcessingVariables = false;
   std::vector<std::pair<long, AString>> posted;
   std::vector<KelvroMessage::Severity> severities;
 

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "CoreInterfaces/solution/ISolutionPointSet.h"
+#include "basekit/id/Id.h"
+#include "basekit/io/ReadError.h"
+#include "plotkit/CSimValueCache.h"
+#include "plotkit/SimValueContext.h"
+#include "plotkit/SubsweepVector.h"
+
+#include <list>
+#include <set>
+
+class IDesignEditor;
+class ISimDataExtractor;
+class PropertyCommandInfo;
+namespace io {
+class CBlock;
+}
+
+/// One sampled region of solved data: points, context, design instance and solution version, with the traces over it,
+/// which it owns.  Its extractor owns the set; the instance is the design's.  A set is dirty when its data does not
+/// reflect the solution.
+class SolutionPointSet : public ISolutionPointSet {
+public:
+  static AString const kSolutionPointSetKeyword;
+
+  /// To be read.
+  explicit SolutionPointSet(ISimDataExtractor & extractor);
+  /// The subsweeps are copied.  Without an instance the set depends on no design variables.
+  SolutionPointSet(ISimDataExtractor & extractor, SubsweepVector const & subsweeps, SimValueContext const * context,
+                   IDesignInstance * instance, long id);
+  ~SolutionPointSet() override;
+  SolutionPointSet(SolutionPointSet const &) = delete;
+  SolutionPointSet & operator=(SolutionPointSet const &) = delete;
+
+  // ISolutionPointSet
+  void RegisterForUpdate(ISolutionPointSetUpdateRegistry * registry, IProgressMonitor * progress) override;
+  bool UpdateFromLoadedData(VariableValues const & first, VariableValues const & second,
+                            IProgressMonitor * progress) override;
+  long GetSolutionID() const override;
+  void GetLoadQuantities(std::map<unsigned, std::vector<AString>> & quantities) override;
+
+  ISimDataExtractor * GetISimDataExtractor() const { return &m_extractor; }
+  long GetID() const { return m_id; }
+  void SetID(long id) { m_id = id; }
+  AString const & GetName() const { return m_name; }
+  void SetName(AString const & name) { m_name = name; }
+  /// A shared set serves every report that asks for an equal one.
+  bool GetIsShared() const { return m_isShared; }
+  void SetIsShared(bool isShared) { m_isShared = isShared; }
+  long GetSolutionVersionID() const { return m_solutionVersionID; }
+  void SetSolutionVersionID(long version) { m_solutionVersionID = version; }
+  void MarkItDirty(bool isDirty) { m_isDirty = isDirty; }
+  bool IsDirty() const { return m_isDirty; }
+
+  IDesignInstance * GetIDesignInstance() const { return m_instance; }
+  void SetIDesignInstance(IDesignInstance * instance);
+  /// The instance's variation when the set's data was last taken.
+  AString const & GetDesignVariation() const { return m_designVariation; }
+  SubsweepVector const & GetSubsweeps() const { return m_subsweeps; }
+  SimValueContext const & GetSimValueContext() const { return m_context; }
+  bool IsEqual(SubsweepVector const & subsweeps, SimValueContext const * context,
+               IDesignInstance const * instance) const;
+  /// True when the set takes variables from its instance, of which the info tells that they were edited; null asks
+  /// about any edit.
+  bool IsDependentOnCurrentDesign(PropertyCommandInfo const * info) const;
+
+  /// Appends; returns the list's size.
+  int GetAvailableTraces(std::list<Trace *> & traces) const;
+  /// Takes ownership.
+  void AddTraceToList(Trace * trace);
+  /// Deletes the trace; one that is not here is ignored.
+  void RemoveTrace(Trace * trace);
+  /// Drops the traces that are not in use.
+  void DoGarbageCollection(std::set<Trace *> const & tracesInUse);
+  bool OKtoDelete() const { return m_traces.empty(); }
+
+  CSimValueCacheV & GetSimValueCache() { return m_cache; }
+
+  /// Evaluates the traces anew at all points, within the extractor's span of an update.  Variables come back to what
+  /// they were.  False when the extractor refuses or there are too many points.
+  bool UpdateData();
+
+  AString GetItemName() const { return kSolutionPointSetKeyword; }
+  /// kWarning when the instance or the name is missing; other errors for sweeps that are not there or don't fit.
+  io::ReadError Read(io::CBlock const & block, IDesignEditor * editor);
+  bool Write(io::CBlock & block) const;
+
+private:
+  bool IsSwept(AString const & variable) const;
+  /// False, with an assertion, for too many.
+  bool CountPoints(unsigned long & points) const;
+  void VisitPoints(unsigned long count);
+  io::ReadError ReadSubsweeps(io::CBlock const & block, SubsweepVector & subsweeps) const;
+  IDesignInstance * FindInstance(long id) const;
+
+  ISimDataExtractor & m_extractor;
+  SubsweepVector m_subsweeps;
+  SimValueContext m_context;
+  IDesignInstance * m_instance = nullptr;
+  AString m_designVariation;
+  long m_id = id::invalidID;
+  long m_solutionVersionID = id::invalidID;
+  AString m_name;
+  bool m_isShared = false;
+  bool m_isDirty = false;
+  std::list<Trace *> m_traces;
+  CSimValueCacheV m_cache;
+};

@@ -1,0 +1,3 @@
+#include "plotkit/Trace.h"
+
+Trace::~Trace() = default;
