@@ -15,6 +15,8 @@ using Kind = BackupEntry::Kind;
 struct OpenArea {
   LongFileName folder;
   LongFileName root;
+  /// Counted from the root; empty when it lies elsewhere.
+  AString placeInRoot;
   BackupJournal journal;
   long nextNumber = 1;
   bool failed = false;
@@ -66,6 +68,28 @@ bool SyncAll(LongFileName const & path) {
   return system.SyncFolder(path).Ok() && all;
 }
 
+bool IsLink(LongFileName const & path) {
+  AString text = path.FilePath();
+  while (text.size() > 1 && text.EndsWith(L"/"))
+    text = text.substr(0, text.size() - 1);
+  file::FileInfo info;
+  return file::FileSystem().Describe(text, info).Ok() && info.isLink;
+}
+
+/// One lies in the other; both count from one root, without "." and ".." in them.
+bool DoOverlap(AString const & a, AString const & b) {
+  return a == b || a.StartsWith(b + L"/") || b.StartsWith(a + L"/");
+}
+
+AString PlaceInRoot(LongFileName const & root, LongFileName const & area) {
+  AString place;
+  if (!LFN_RelativeTo(LFN_ResolvedPath(root), LFN_ResolvedPath(area), place))
+    return AString();
+  while (place.EndsWith(L"/"))
+    place = place.substr(0, place.size() - 1);
+  return place;
+}
+
 AString PathInRoot(LongFileName const & path) {
   AString relative;
   if (!s_open || !LFN_RelativeTo(s_open->root, path, relative))
@@ -75,11 +99,17 @@ AString PathInRoot(LongFileName const & path) {
   return relative;
 }
 
-/// The path in the open area's root; empty, and reported, when a link would lead elsewhere.
+bool TouchesArea(AString const & relative) {
+  return !s_open->placeInRoot.empty() && DoOverlap(relative, s_open->placeInRoot);
+}
+
+/// The path in the open area's root; empty, and reported, when a link would lead elsewhere or the area itself is meant.
 AString PlaceFor(LongFileName const & path) {
   AString const relative = PathInRoot(path);
-  bool const isInside = relative.empty() || LFN_IsPlaceInside(s_open->root, relative);
+  bool const isInside = relative.empty() || (LFN_IsPlaceInside(s_open->root, relative) && !TouchesArea(relative));
   KVRO_ASSERT(isInside);
+  if (!isInside)
+    s_open->failed = true;
   return isInside ? relative : AString();
 }
 
@@ -101,22 +131,42 @@ bool TakeBack(LongFileName const & area, LongFileName const & root, BackupEntry 
   if (entry.kind == Kind::Absent)
     return (!LFN_Exists(path) || LFN_Delete(path)) && SyncFolderOf(path);
   LongFileName const now = entry.kind == Kind::Kept ? area + AString::Format(L"%ld", entry.number) : root + entry.to;
+  file::FileInfo here;
+  file::FileInfo there;
+  // What can't be looked at is not gone.
+  if (!file::FileSystem().Describe(now, here).Ok() || !file::FileSystem().Describe(path, there).Ok())
+    return false;
   // It was not moved yet, or is back already.
-  if (!LFN_Exists(now) || (entry.kind == Kind::Renamed && LFN_Exists(path)))
+  if (here.kind == file::FileKind::None || (entry.kind == Kind::Renamed && there.kind != file::FileKind::None))
     return true;
   return MoveOver(now, path) && SyncFolderOf(path) && SyncFolderOf(now);
 }
 
-bool NamesPlaces(LongFileName const & root, BackupEntry const & entry) {
-  return LFN_IsPlaceInside(root, entry.path) && (entry.kind != Kind::Renamed || LFN_IsPlaceInside(root, entry.to));
+bool NamesPlace(LongFileName const & root, AString const & areaPlace, AString const & place) {
+  AString relative;
+  return LFN_IsPlaceInside(root, place) && LFN_RelativeTo(root, root + place, relative) &&
+         (areaPlace.empty() || !DoOverlap(relative, areaPlace));
+}
+
+bool NamesPlaces(LongFileName const & root, AString const & areaPlace, BackupEntry const & entry) {
+  return NamesPlace(root, areaPlace, entry.path) &&
+         (entry.kind != Kind::Renamed || NamesPlace(root, areaPlace, entry.to));
+}
+
+bool CanTakeBack(LongFileName const & root, AString const & areaPlace, BackupEntry const & entry) {
+  if (entry.kind == Kind::Unknown)
+    return false;
+  bool const isInside = NamesPlaces(root, areaPlace, entry);
+  KVRO_ASSERT(isInside);
+  return isInside;
 }
 
 } // namespace
 
 bool BackupArea::Begin(LongFileName const & area, LongFileName const & root) {
   if (s_open)
-    return IsSameFolder(s_open->folder, area);
-  if (IsPending(area))
+    return IsSameFolder(s_open->folder, area) && IsSameFolder(s_open->root, root);
+  if (IsLink(area) || IsPending(area))
     return false;
   auto opened = std::make_unique<OpenArea>();
   opened->folder = LFN_AbsolutePath(area);
@@ -125,13 +175,14 @@ bool BackupArea::Begin(LongFileName const & area, LongFileName const & root) {
   bool const isEmpty = !LFN_IsDirectory(area) || LFN_DeleteDirectoryContents(area);
   if (!isEmpty || !LFN_CreateDirectoryAndParents(area) || !SyncFolderOf(area) || !opened->journal.Create(area))
     return false;
+  opened->placeInRoot = PlaceInRoot(root, area);
   s_open = std::move(opened);
   return true;
 }
 
 bool BackupArea::IsOpen() { return s_open != nullptr; }
 
-bool BackupArea::IsPending(LongFileName const & area) { return BackupJournal::StandsIn(area); }
+bool BackupArea::IsPending(LongFileName const & area) { return !IsLink(area) && BackupJournal::StandsIn(area); }
 
 bool BackupArea::IsWhole() {
   if (!s_open || s_open->failed)
@@ -141,6 +192,11 @@ bool BackupArea::IsWhole() {
       return s_open->Done(false);
   s_open->changedFolders.clear();
   return file::FileSystem().SyncFolder(s_open->folder).Ok();
+}
+
+void BackupArea::MarkIncomplete() {
+  if (s_open)
+    s_open->failed = true;
 }
 
 bool BackupArea::Drop(LongFileName const & area) {
@@ -155,16 +211,19 @@ bool BackupArea::Drop(LongFileName const & area) {
 
 bool BackupArea::Restore(LongFileName const & area, LongFileName const & root) {
   Close(area);
+  if (IsLink(area))
+    return false;
   if (IsPending(area)) {
+    AString const areaPlace = PlaceInRoot(root, area);
     BackupJournal journal;
     std::vector<BackupEntry> entries;
     if (!journal.Open(area) || !journal.ReadEntries(entries))
       return false;
     for (; !entries.empty(); entries.pop_back()) {
-      bool const isInside = NamesPlaces(root, entries.back());
-      KVRO_ASSERT(isInside);
-      // The entry goes before the one in front of it is touched, so that a second run never undoes it again.
-      if ((isInside && !TakeBack(area, root, entries.back())) || !journal.CutBackTo(entries.back()))
+      // The entry goes before the one in front of it is touched, so that a second run never undoes it again.  Those in
+      // front of one that can't be taken back stay: they may stand on it.
+      if (!CanTakeBack(root, areaPlace, entries.back()) || !TakeBack(area, root, entries.back()) ||
+          !journal.CutBackTo(entries.back()))
         return false;
     }
   }
@@ -172,6 +231,16 @@ bool BackupArea::Restore(LongFileName const & area, LongFileName const & root) {
 }
 
 bool BackupArea::Covers(LongFileName const & path) { return !PathInRoot(path).empty(); }
+
+bool BackupArea::Overlaps(LongFileName const & path) {
+  if (!s_open)
+    return false;
+  if (AString const relative = PathInRoot(path); !relative.empty())
+    return TouchesArea(relative);
+  AString ignored;
+  return IsSameFolder(s_open->folder, path) || LFN_RelativeTo(s_open->folder, path, ignored) ||
+         LFN_RelativeTo(path, s_open->folder, ignored);
+}
 
 bool BackupArea::MoveIn(LongFileName const & path) {
   AString const relative = PlaceFor(path);
@@ -186,6 +255,7 @@ bool BackupArea::CopyIn(LongFileName const & path) {
   AString const relative = PlaceFor(path);
   if (relative.empty())
     return false;
+  s_open->changedFolders.insert(FolderOf(s_open->root + relative));
   if (!LFN_Exists(path))
     return s_open->Done(s_open->Note(Kind::Absent, relative));
   LongFileName const item = s_open->Item(s_open->nextNumber);

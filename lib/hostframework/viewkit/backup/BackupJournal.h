@@ -19,7 +19,9 @@ struct BackupEntry {
     /// `path` is about to become `to`, where nothing stands.
     Renamed,
     /// Nothing stood at `path`.
-    Absent
+    Absent,
+    /// The line is damaged: nobody knows what was done.
+    Unknown
   };
 
   Kind kind = Kind::Kept;
@@ -44,8 +46,10 @@ public:
   /// After a failure all that follow fail too.
   bool Append(BackupEntry const & entry);
 
+  /// Fails when a link stands in the journal's place.
   bool Open(LongFileName const & area);
-  /// The whole entries, in order.  A line that was cut off was never acted on; damage before it is reported.
+  /// The entries, in order, damaged ones too, which are reported.  A last line that was cut off or that the disk never
+  /// wrote was never acted on.
   bool ReadEntries(std::vector<BackupEntry> & entries);
   /// Forgets the entry and all behind it.
   bool CutBackTo(BackupEntry const & entry);
