@@ -133,6 +133,18 @@ bool BackupArea::IsOpen() { return s_open != nullptr; }
 
 bool BackupArea::IsPending(LongFileName const & area) { return BackupJournal::StandsIn(area); }
 
+bool BackupArea::ListTouched(LongFileName const & area, std::vector<AString> & paths) {
+  BackupJournal journal;
+  std::vector<BackupEntry> entries;
+  bool const isRead = journal.OpenForReading(area) && journal.ReadEntries(entries);
+  for (BackupEntry const & entry : entries) {
+    paths.push_back(entry.path);
+    if (entry.kind == Kind::Renamed)
+      paths.push_back(entry.to);
+  }
+  return isRead;
+}
+
 bool BackupArea::IsWhole() {
   if (!s_open || s_open->failed)
     return false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 class AString;
 class LongFileName;
 
@@ -19,6 +21,8 @@ public:
   static bool IsOpen();
   /// A save that used the folder was neither restored nor dropped.
   static bool IsPending(LongFileName const & area);
+  /// Adds the paths, counted from the root, of what a pending area tells of; nothing is written.
+  static bool ListTouched(LongFileName const & area, std::vector<AString> & paths);
   /// True when all that was asked of the open area since Begin was done, and would now survive a loss of power.
   static bool IsWhole();
   /// Forward: what the area holds goes for good.  Closes it when it is the open one.

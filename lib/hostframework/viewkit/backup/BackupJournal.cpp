@@ -97,6 +97,10 @@ bool BackupJournal::Open(LongFileName const & area) {
   return file::FileSystem().Open(area + Name(), file::OpenMode::ReadWrite, m_file).Ok();
 }
 
+bool BackupJournal::OpenForReading(LongFileName const & area) {
+  return file::FileSystem().Open(area + Name(), file::OpenMode::Read, m_file).Ok();
+}
+
 bool BackupJournal::ReadEntries(std::vector<BackupEntry> & entries) {
   std::string content;
   if (!m_file || !ReadWhole(*m_file, content))

@@ -45,6 +45,7 @@ public:
   bool Append(BackupEntry const & entry);
 
   bool Open(LongFileName const & area);
+  bool OpenForReading(LongFileName const & area);
   /// The whole entries, in order.  A line that was cut off was never acted on; damage before it is reported.
   bool ReadEntries(std::vector<BackupEntry> & entries);
   /// Forgets the entry and all behind it.
