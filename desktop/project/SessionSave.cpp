@@ -17,6 +17,7 @@
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
+#include "viewkit/backup/BackupArea.h"
 
 namespace desktop {
 
@@ -94,7 +95,9 @@ void Session::CommitLibrary() {
 
 // A sim value cache file would be written here: what it lacks is computed again, so that it is kept by no backup.
 void Session::CommitFiles(SaveProtocol const & save) {
+  BackupArea::BeginGroup();
   m_manager->CommitResultStores();
+  BackupArea::EndGroup(); // CheckWhole tells a failure.
   if (!CommitManagedFiles(*m_manager))
     RefuseStorage(LFN_LastError());
   save.CheckWhole();
