@@ -100,7 +100,9 @@ bool CManagedFilesMgr::RemoveDeleted(AString const & baseDir, AString const & fi
   if (!FindPlace(baseDir, fileName, lfn) || !managed::IsNoFolder(lfn))
     return true;
   KVRO_ASSERT(LFN_Exists(lfn));
-  MoveFileToBackup(lfn.FilePath());
+  // A move may wait for its group.
+  if (MoveFileToBackup(lfn.FilePath()))
+    return true;
   // What an open backup area could not take stays, as nobody could bring it back.
   if (LFN_Exists(lfn) && !BackupArea::Covers(lfn))
     LFN_DeleteFile(lfn);

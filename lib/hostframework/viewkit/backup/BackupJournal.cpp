@@ -11,6 +11,7 @@
 #include <array>
 #include <charconv>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -58,10 +59,12 @@ bool EntryOf(std::string_view line, BackupEntry & entry) {
 
 // No path is as long: what has no line end for so long is no journal, and is not taken into memory.
 constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+// What a disk shows that lost its power between the length of a file and its content.
+constexpr std::string_view kUnwritten("\0\0\0\0\0\0\0\0", 8);
 constexpr std::size_t kPiece = std::size_t{1} << 16;
 
 /// Takes the whole lines off the front, which stands at `start` in the file.
-void TakeLines(std::string & text, std::uint64_t & start, std::vector<BackupEntry> & entries, bool & isWritten) {
+void TakeLines(std::string & text, std::uint64_t & start, std::vector<BackupEntry> & entries) {
   std::size_t from = 0;
   for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', from)) {
     std::string_view const line = std::string_view(text).substr(from, end - from);
@@ -69,8 +72,8 @@ void TakeLines(std::string & text, std::uint64_t & start, std::vector<BackupEntr
     if (!EntryOf(line, entry))
       entry.kind = Kind::Unknown;
     entry.start = start + from;
-    isWritten = entry.kind != Kind::Unknown || line.find('\0') == std::string_view::npos;
-    entries.push_back(std::move(entry));
+    if (line.find(kUnwritten) == std::string_view::npos)
+      entries.push_back(std::move(entry));
     from = end + 1;
   }
   text.erase(0, from);
@@ -97,29 +100,38 @@ bool BackupJournal::Create(LongFileName const & area) {
 }
 
 bool BackupJournal::Append(BackupEntry const & entry) {
-  std::string const line = LineOf(entry);
-  std::string_view const piece = line;
+  Queue(entry);
+  return Flush();
+}
+
+void BackupJournal::Queue(BackupEntry const & entry) { m_queued += LineOf(entry); }
+
+bool BackupJournal::Flush() {
+  std::string const lines = std::exchange(m_queued, std::string());
+  std::string_view const piece = lines;
   if (!m_file || !m_file->Write(m_length, std::span(&piece, 1)).Ok() || !m_file->Sync().Ok()) {
     // Nobody knows what stands on the disk now, so nothing goes behind it.
     m_file.reset();
     return false;
   }
-  m_length += line.size();
+  m_length += lines.size();
   return true;
 }
 
-bool BackupJournal::Open(LongFileName const & area) {
+bool BackupJournal::OpenAs(LongFileName const & area, file::OpenMode mode) {
   file::FileInfo info;
   auto & system = file::FileSystem();
   LongFileName const journal = area + Name();
-  return system.Describe(journal, info).Ok() && !info.isLink &&
-         system.Open(journal, file::OpenMode::ReadWrite, m_file).Ok();
+  return system.Describe(journal, info).Ok() && !info.isLink && system.Open(journal, mode, m_file).Ok();
 }
+
+bool BackupJournal::Open(LongFileName const & area) { return OpenAs(area, file::OpenMode::ReadWrite); }
+
+bool BackupJournal::OpenForReading(LongFileName const & area) { return OpenAs(area, file::OpenMode::Read); }
 
 bool BackupJournal::ReadEntries(std::vector<BackupEntry> & entries) {
   std::string text;
   std::uint64_t start = 0;
-  bool isWritten = true;
   for (bool isAtEnd = false; !isAtEnd && text.size() < kLongestLine;) {
     std::size_t const known = text.size();
     std::size_t got = 0;
@@ -128,10 +140,8 @@ bool BackupJournal::ReadEntries(std::vector<BackupEntry> & entries) {
       return false;
     isAtEnd = got < kPiece;
     text.resize(known + got);
-    TakeLines(text, start, entries, isWritten);
+    TakeLines(text, start, entries);
   }
-  if (!isWritten)
-    entries.pop_back();
   if (text.size() >= kLongestLine)
     entries.push_back({Kind::Unknown, 0, AString(), AString(), start});
   if (HasUnknown(entries))
