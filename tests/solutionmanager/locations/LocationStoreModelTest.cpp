@@ -203,7 +203,11 @@ private:
     Store const before(*m_store);
     support::PageCacheFileSystem const quick; // Thousands of syncs would be all that the test does.
     ASSERT_TRUE(BackupArea::Begin(area, root));
+    bool const isGroup = Pick(2) == 0;
+    if (isGroup)
+      BackupArea::BeginGroup();
     m_store->CommitMirroredData();
+    ASSERT_TRUE(!isGroup || BackupArea::EndGroup());
     ASSERT_TRUE(BackupArea::IsWhole());
     if (!isKept) {
       ASSERT_TRUE(BackupArea::Restore(area, root));

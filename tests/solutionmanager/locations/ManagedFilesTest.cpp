@@ -432,6 +432,35 @@ TEST_F(ManagedFiles, ASaveIsNotWholeWhenAPartOfItsCommitFails) {
   AssertWatch::Take();
 }
 
+TEST_F(ManagedFiles, ACommitInAGroupOfStepsTakesDeletedFilesOutOfTheList) {
+  SetUpPending();
+  ASSERT_TRUE(BackupArea::Begin(Results() + AString(L"area"), Results()));
+  BackupArea::BeginGroup();
+  Commit();
+  EXPECT_TRUE(BackupArea::EndGroup());
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_EQ(Content(kCommitted), "IsBigEndian(false)\nManagedFiles {\n  plots [\"tmp2.txt\"]\n}\n");
+  EXPECT_FALSE(Stands("mf_3/plots/tmp1.txt"));
+  EXPECT_TRUE(BackupArea::Drop(Results() + AString(L"area")));
+}
+
+TEST_F(ManagedFiles, DamagedListsAreSetAsideInAGroupOfStepsToo) {
+  SetUpPending();
+  std::string const cut = "ManagedFiles { plots [\"tmp2.txt\"";
+  Put(kCommitted, cut);
+  ASSERT_TRUE(BackupArea::Begin(Results() + AString(L"area"), Results()));
+  BackupArea::BeginGroup();
+  Commit();
+  EXPECT_TRUE(BackupArea::EndGroup());
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_EQ(Content(std::string(kCommitted) + "_damaged1"), cut);
+  EXPECT_EQ(Content(kCommitted), "IsBigEndian(false)\nManagedFiles {\n  plots [\"tmp2.txt\"]\n}\n");
+  ASSERT_TRUE(BackupArea::Restore(Results() + AString(L"area"), Results()));
+  EXPECT_EQ(Content(kCommitted), cut);
+  EXPECT_TRUE(Stands("mf_3/plots/tmp1.txt") && Stands(kPrivate));
+  AssertWatch::Take();
+}
+
 TEST_F(ManagedFiles, AFileThatNoListTookIsNotMade) {
   Create(L"plots");
   std::string const list = Content(kPrivate);

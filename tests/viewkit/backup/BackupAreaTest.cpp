@@ -52,10 +52,10 @@ struct Backup : testing::Test {
     std::ifstream in(path);
     return std::string(std::istreambuf_iterator<char>(in), {});
   }
-  void Damage(std::streamoff at) const {
+  void Damage(std::streamoff at, char byte = '!') const {
     std::fstream journal(folder / "area" / "journal", std::ios::in | std::ios::out);
     journal.seekp(at);
-    journal.put('!');
+    journal.put(byte);
   }
   bool Begin() const { return BackupArea::Begin(Area(), Root()); }
   bool Restore() const { return BackupArea::Restore(Area(), Root()); }
@@ -219,6 +219,19 @@ TEST_F(Backup, ALastLineThatTheDiskNeverWroteWasNotActedOn) {
   std::ofstream(folder / "area" / "journal", std::ios::app) << std::string(20, '\0') + "\"b\", \"\")\n";
   EXPECT_TRUE(Restore());
   EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, ABlankThatBecameNothingIsDamageAndNotAnUnwrittenLine) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  Damage(8, '\0');
+  support::AssertWatch::Expect("!\"A line of a backup journal is damaged\"");
+  std::vector<AString> touched;
+  EXPECT_FALSE(BackupArea::ListTouched(Area(), touched));
+  EXPECT_TRUE(touched.empty());
+  EXPECT_FALSE(Restore());
+  EXPECT_EQ(Content(folder / "area/1"), "A");
+  EXPECT_TRUE(BackupArea::Drop(Area()));
 }
 
 TEST_F(Backup, ADamagedLineKeepsTheAreaAndWhatCameBehindItComesBack) {
