@@ -1,5 +1,7 @@
 #include "desktop/product/ProductSolutionManager.h"
 
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "desktop/product/StaleResults.h"
 #include "solutionmanager/address/PackedKeyText.h"
@@ -123,6 +125,13 @@ std::vector<RecoveryReport::Dropped> ProductSolutionManager::DroppedForGood() co
     return isThere || block.reason == RecoveryReport::Reason::kNameGone;
   });
   return dropped;
+}
+
+AString ProductSolutionManager::GetResultFilesFolder(bool create) const {
+  AString const folder = GetProjectResultsDir() + GetDesignResultsFolderName() + L"/";
+  if (create)
+    LFN_CreateDirectoryAndParents(LongFileName(folder)); // Whoever writes there tells what is wrong.
+  return folder;
 }
 
 AString ProductSolutionManager::TypeOfSetupBeingRead(long id) const {
