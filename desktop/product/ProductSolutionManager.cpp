@@ -3,6 +3,7 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
+#include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
@@ -94,7 +95,11 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
+    // Behind the variations, whose texts and versions they tell.
+    if (!ReadResultStores(block) && result == io::kNoError)
+      result = io::kBadContent;
   }
+  m_savedDesign = nullptr;
   m_setupsBeingRead.clear();
   return result;
 }
@@ -108,9 +113,43 @@ io::ReadError ProductSolutionManager::DefinitionFileRead(io::CBlock const & bloc
   return result;
 }
 
-bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) { return DesignFileWrite(block); }
+bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) { return WriteWithResultStores(block); }
 
-bool ProductSolutionManager::DefinitionFileWrite(io::CBlock & block) { return DesignFileWrite(block); }
+bool ProductSolutionManager::DefinitionFileWrite(io::CBlock & block) { return WriteWithResultStores(block); }
+
+bool ProductSolutionManager::WriteWithResultStores(io::CBlock & block) {
+  bool const isWritten = DesignFileWrite(block);
+  return ResultStores(*this).Write(block) && isWritten;
+}
+
+bool ProductSolutionManager::ReadResultStores(io::CBlock const & block) {
+  ResultStores const stores(*this);
+  bool isRead = true;
+  if (m_savedDesign) {
+    isRead = stores.ReadSaved(*m_savedDesign, block);
+    m_savedStores = stores.Fingerprint();
+    stores.KeepCommittedViews();
+  }
+  isRead = stores.Read(block) && isRead;
+  if (!m_savedDesign)
+    m_savedStores = stores.Fingerprint();
+  return isRead;
+}
+
+// Empty stores would ask for numbers all the same.
+void ProductSolutionManager::CommitResultStores() {
+  ResultStores const stores(*this);
+  if (m_savedStores != 0 || stores.Fingerprint() != 0)
+    stores.Commit();
+}
+
+void ProductSolutionManager::DiscardResultStores() { ResultStores(*this).Discard(); }
+
+bool ProductSolutionManager::HaveUnsavedResultFiles() const {
+  return ResultStores(*this).Fingerprint() != m_savedStores;
+}
+
+void ProductSolutionManager::NoteResultStoresAsSaved() { m_savedStores = ResultStores(*this).Fingerprint(); }
 
 void ProductSolutionManager::SetRecoveredVersionIDs() {
   BaseSolutionManager::SetRecoveredVersionIDs();

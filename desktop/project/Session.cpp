@@ -64,7 +64,8 @@ bool Session::HasUnsavedResults() const {
   if (IsReadOnly() || !m_manager)
     return false;
   auto const & library = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess();
-  return library.HasUnsavedChanges() || (m_savedLength && library.CommittedLength() > *m_savedLength);
+  return library.HasUnsavedChanges() || (m_savedLength && library.CommittedLength() > *m_savedLength) ||
+         m_manager->HaveUnsavedResultFiles();
 }
 
 void Session::NoteAsWritten() { m_lastWritten = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave); }
@@ -85,13 +86,13 @@ ProjectRecord Session::MakeRecord() const {
   record.designName = m_design->GetName();
   record.designID = m_design->GetDesignID();
   record.sources = m_project->GetSourceFiles();
-  m_manager->WriteNextUniqueID(record.ids);
   m_design->Write(record.design);
   WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
   m_editLog->Write(record.edits);
   if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");
+  m_manager->WriteNextUniqueID(record.ids); // Last: what stands above may have issued IDs.
   return record;
 }
 
@@ -134,6 +135,7 @@ void Session::Save() {
   RefuseWhenReadOnly();
   WriteChangedDefinitions();
   ForgetEditsOfNoData();
+  m_manager->CommitResultStores(); // The project file tells of the names that files have from then on.
   ProjectRecord record = MakeRecord();
   std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
   record.generation = m_generation + 1;
@@ -156,6 +158,7 @@ void Session::Save() {
   savedLibrary.Forget();
   m_savedLength.reset();
   m_hasForeignObjects = false;
+  m_manager->NoteResultStoresAsSaved();
   if (m_editor)
     m_editor->WasSaved();
 }

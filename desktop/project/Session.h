@@ -15,6 +15,10 @@
 class LongFileName;
 struct RecoveryReport;
 
+namespace io {
+class CBlock;
+}
+
 namespace desktop {
 
 class Design;
@@ -153,6 +157,8 @@ private:
   bool m_hasAutosave = false;
   /// The library's length as it was saved last, once it may have grown since; see SavedLibrary.
   std::optional<std::uint64_t> m_savedLength;
+  /// While an autosave is read: the design that it goes on from.
+  io::CBlock const * m_goesOnFrom = nullptr;
   /// The design has setups or solutions that only the library knew of.
   bool m_hasForeignObjects = false;
   /// The design as it was last written, for telling whether there is anything to write.

@@ -127,7 +127,9 @@ void Session::OpenForWriting(LeftWork work) {
   AutosaveChoice const autosave = JudgeAutosave(autosaveFile, saved);
   m_hasAutosave = autosave.fate == Fate::kWins;
   bool const isAutosaveLost = autosave.fate == Fate::kForeign;
+  m_goesOnFrom = m_hasAutosave ? &saved.module : nullptr;
   ReadWithWork(m_hasAutosave ? autosave.record : saved, !isAutosaveLost);
+  m_goesOnFrom = nullptr;
   // Not before the project is known to open.
   if (autosave.fate == Fate::kObsolete)
     LFN_DeleteFile(autosaveFile);
@@ -293,6 +295,8 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   bool const isThere = LFN_Exists(LongFileName(path));
   AString const tail = NoticeOfTail(path); // A writer may write over it from here on.
   m_manager->InitializeFromDesign(false);
+  if (m_goesOnFrom)
+    m_manager->SetSavedDesign(*m_goesOnFrom);
   io::ReadError const result = m_manager->ReadModule(record.module, false, ReadMethod::kAllFiles);
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
