@@ -23,7 +23,8 @@ file::FileStatus WriteWhole(LongFileName const & path, std::string_view content)
   return status.Ok() ? opened->Write(0, std::span(&content, 1)) : status;
 }
 
-// As an acknowledged point is, the file is safe from the death of this process; a save makes it safe from loss of power.
+// As an acknowledged point is, the file is safe from the death of this process; a save makes it safe from loss of
+// power.
 void PutInPlace(LongFileName const & path, std::string_view content) {
   LongFileName const beside(path.FilePath() + L".new");
   auto status = WriteWhole(beside, content);
@@ -150,7 +151,8 @@ void ResultStoreOwner::TextsChanged(std::map<AString, AString> const & texts) {
     std::vector<VariationIDIndex> keys;
     store.map->ListValidKeys(keys);
     for (VariationIDIndex const & key : keys)
-      if (auto const changed = texts.find(key.GetVariation()); changed != texts.end() && changed->second != changed->first)
+      if (auto const changed = texts.find(key.GetVariation());
+          changed != texts.end() && changed->second != changed->first)
         CarryOver(store, key, KeyOf(changed->second, key.GetVersionID()));
   }
 }

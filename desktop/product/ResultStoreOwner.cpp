@@ -54,9 +54,9 @@ AString ResultStoreOwner::GetRootDirectory(bool create) {
   auto const * const manager = dynamic_cast<ProductSolutionManager const *>(m_solution.GetSolutionMgr());
   if (!manager)
     return AString();
-  AString const folder = manager->GetResultFilesFolder(create) +
-                         AString::Format(L"setup%d_solution%d/", m_solution.GetBaseSimulationSetup().GetID(),
-                                         m_solution.GetID());
+  AString const folder =
+      manager->GetResultFilesFolder(create) +
+      AString::Format(L"setup%d_solution%d/", m_solution.GetBaseSimulationSetup().GetID(), m_solution.GetID());
   if (create)
     LFN_CreateDirectory(LongFileName(folder));
   return folder;

@@ -35,10 +35,27 @@ TEST(ResultLayout, NamesReadBackWhatTheyWereMadeOf) {
 }
 
 TEST(ResultLayout, TextsOfAnotherLayoutAreNone) {
-  for (wchar_t const * const text :
-       {L"", L"/", L"point1_v1", L"/point1_v1.s2p", L"a/b/point1_v1.s2p", L"T/point_v1", L"T/point1", L"T/point1_v",
-        L"T/point1_v1_n", L"T/point1_v1_n.csv", L"T/point01_v1", L"T/point+1_v1", L"T/point1_v-0", L"T/point 1_v1",
-        L"T/point1_v99999999999999999999", L"T/point1_v1.a.b", L"T/point1_v1x", L"T/point1_v1.", L"T/Point1_v1",
-        L"T/point1_v1.s2p/", L"T/\x0661", L"../point1_v1/x"})
+  for (wchar_t const * const text : {L"",
+                                     L"/",
+                                     L"point1_v1",
+                                     L"/point1_v1.s2p",
+                                     L"a/b/point1_v1.s2p",
+                                     L"T/point_v1",
+                                     L"T/point1",
+                                     L"T/point1_v",
+                                     L"T/point1_v1_n",
+                                     L"T/point1_v1_n.csv",
+                                     L"T/point01_v1",
+                                     L"T/point+1_v1",
+                                     L"T/point1_v-0",
+                                     L"T/point 1_v1",
+                                     L"T/point1_v99999999999999999999",
+                                     L"T/point1_v1.a.b",
+                                     L"T/point1_v1x",
+                                     L"T/point1_v1.",
+                                     L"T/Point1_v1",
+                                     L"T/point1_v1.s2p/",
+                                     L"T/\x0661",
+                                     L"../point1_v1/x"})
     EXPECT_FALSE(ResultLocation::Parse(text)) << text::ToUtf8(AString(text));
 }

@@ -4,6 +4,7 @@
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 #include "tests/desktop/product/StoringSolution.h"
+#include "tests/desktop/support/FakeProduct.h"
 #include "tests/solutionmanager/support/TestDesktop.h"
 #include "tests/support/FaultyFileSystem.h"
 #include "tests/support/Printers.h"
@@ -20,9 +21,9 @@ namespace {
 
 wchar_t const * const kPoint = L"C=1.2pF; L=4";
 
-class ResultStores : public testing::Test {
+class StoreOwner : public testing::Test {
 protected:
-  ResultStores()
+  StoreOwner()
       : m_design(text::FromUtf8((m_folder / "results").string()) + L"/"), m_manager(&m_design),
         m_setup(&m_manager, L"Sweep") {
     m_manager.InitializeFromDesign(true);
@@ -94,14 +95,14 @@ protected:
 
 } // namespace
 
-TEST_F(ResultStores, LieBelowTheResultsFolderInOneFolderForEachSolution) {
+TEST_F(StoreOwner, LieBelowTheResultsFolderInOneFolderForEachSolution) {
   AString const root = Solution().GetRootDirectory(true);
   EXPECT_TRUE(root.StartsWith(m_manager.GetProjectResultsDir() + L"fake/setup"));
   EXPECT_TRUE(root.EndsWith(L"_solution12/"));
   EXPECT_TRUE(LFN_IsDirectory(LongFileName(root)));
 }
 
-TEST_F(ResultStores, RelativeLocationsAreReadBackWhateverTheVariationsTextIs) {
+TEST_F(StoreOwner, RelativeLocationsAreReadBackWhateverTheVariationsTextIs) {
   std::wstring const longText(5000, L'x');
   for (AString const & variation :
        {AString(), AString(L"../../etc/passwd"), AString(L"a/b; c=\"\\\"; d=\n"), AString(L"größe=1; 変数=2"),
@@ -124,7 +125,7 @@ TEST_F(ResultStores, RelativeLocationsAreReadBackWhateverTheVariationsTextIs) {
   }
 }
 
-TEST_F(ResultStores, ALocationOfAnotherStoreOrLayoutLeavesTheKeyAsItIs) {
+TEST_F(StoreOwner, ALocationOfAnotherStoreOrLayoutLeavesTheKeyAsItIs) {
   for (wchar_t const * const location : {L"Fields/point1_v5.txt", L"point1_v5", L"Plots/point1_v5_n3.txt", L"x"}) {
     VariationIDIndex parsed(L"before", 8, 9L);
     Solution().ParseRelativeLocation(location, L"Plots", parsed);
@@ -133,13 +134,13 @@ TEST_F(ResultStores, ALocationOfAnotherStoreOrLayoutLeavesTheKeyAsItIs) {
   }
 }
 
-TEST_F(ResultStores, FreshIDsExceedWhatTheDesignHasGivenOut) {
+TEST_F(StoreOwner, FreshIDsExceedWhatTheDesignHasGivenOut) {
   long const first = Solution().GetNewID();
   EXPECT_GT(Solution().GetNewID(), first);
   EXPECT_GT(m_manager.FetchNextUniqueID(), first + 1);
 }
 
-TEST_F(ResultStores, WhatIsDeliveredStandsUnderItsWorkingNameAndInTheView) {
+TEST_F(StoreOwner, WhatIsDeliveredStandsUnderItsWorkingNameAndInTheView) {
   Deliver(kPoint, L"first", {1e9, 2.5e9});
   EXPECT_EQ(Content(PlotOf(kPoint)), "first");
   EXPECT_EQ(PlotOf(kPoint).find(L"_v5."), AString::npos);
@@ -147,7 +148,7 @@ TEST_F(ResultStores, WhatIsDeliveredStandsUnderItsWorkingNameAndInTheView) {
   EXPECT_EQ(Solution().passes.GetData(Key(kPoint)), 2);
 }
 
-TEST_F(ResultStores, ASolveAfterASaveWritesBesideTheSavedFile) {
+TEST_F(StoreOwner, ASolveAfterASaveWritesBesideTheSavedFile) {
   Deliver(kPoint, L"saved", {1e9});
   Commit();
   AString const saved = PlotOf(kPoint);
@@ -163,7 +164,7 @@ TEST_F(ResultStores, ASolveAfterASaveWritesBesideTheSavedFile) {
   EXPECT_EQ(CountFiles(), 2u);
 }
 
-TEST_F(ResultStores, ASaveMovesTheNewFileOverTheSavedOne) {
+TEST_F(StoreOwner, ASaveMovesTheNewFileOverTheSavedOne) {
   Deliver(kPoint, L"saved");
   Commit();
   Deliver(kPoint, L"unsaved");
@@ -173,7 +174,7 @@ TEST_F(ResultStores, ASaveMovesTheNewFileOverTheSavedOne) {
   EXPECT_EQ(CountFiles(), 1u);
 }
 
-TEST_F(ResultStores, AFileKeepsItsOwnExtensionThroughSaveAndReopening) {
+TEST_F(StoreOwner, AFileKeepsItsOwnExtensionThroughSaveAndReopening) {
   ResultExtras extras;
   extras.AddFile(L"Plots", L"two ports", L".s2p");
   io::CBlock result;
@@ -188,7 +189,7 @@ TEST_F(ResultStores, AFileKeepsItsOwnExtensionThroughSaveAndReopening) {
   EXPECT_EQ(Content(PlotOf(kPoint)), "two ports");
 }
 
-TEST_F(ResultStores, BothViewsComeBackWithTheDesignsBlock) {
+TEST_F(StoreOwner, BothViewsComeBackWithTheDesignsBlock) {
   Deliver(kPoint, L"saved", {1e9});
   Commit();
   Deliver(kPoint, L"unsaved", {1e9});
@@ -199,7 +200,7 @@ TEST_F(ResultStores, BothViewsComeBackWithTheDesignsBlock) {
   EXPECT_EQ(Content(PlotOf(kPoint)), "saved");
 }
 
-TEST_F(ResultStores, APointWhoseBlockWasNotStoredLeavesNoFile) {
+TEST_F(StoreOwner, APointWhoseBlockWasNotStoredLeavesNoFile) {
   ResultExtras extras;
   extras.AddFile(L"Plots", L"text");
   io::CBlock result;
@@ -212,13 +213,13 @@ TEST_F(ResultStores, APointWhoseBlockWasNotStoredLeavesNoFile) {
   EXPECT_FALSE(Solution().plots.HaveData());
 }
 
-TEST_F(ResultStores, WithdrawingASecondSolveKeepsTheFileThatTheViewNames) {
+TEST_F(StoreOwner, WithdrawingASecondSolveKeepsTheFileThatTheViewNames) {
   io::CBlock const record = Deliver(kPoint, L"text");
   Solution().Withdraw(kPoint, 5, record);
   EXPECT_EQ(Content(PlotOf(kPoint)), "text");
 }
 
-TEST_F(ResultStores, AFileThatCantBeWrittenIsToldAndNothingOfThePointStays) {
+TEST_F(StoreOwner, AFileThatCantBeWrittenIsToldAndNothingOfThePointStays) {
   std::filesystem::create_directories(Root() / "Fields");
   long const id = Solution().fields.GetMirroredVersion(5);
   ResultExtras extras;
@@ -242,7 +243,7 @@ TEST_F(ResultStores, AFileThatCantBeWrittenIsToldAndNothingOfThePointStays) {
   EXPECT_EQ(CountFiles(), 0u);
 }
 
-TEST_F(ResultStores, AfterACrashTheRecordOfAPointBringsBackWhatTheDesignDoesNotKnow) {
+TEST_F(StoreOwner, AfterACrashTheRecordOfAPointBringsBackWhatTheDesignDoesNotKnow) {
   Deliver(kPoint, L"saved", {1e9});
   Commit();
   io::CBlock const design = Written();
@@ -257,7 +258,7 @@ TEST_F(ResultStores, AfterACrashTheRecordOfAPointBringsBackWhatTheDesignDoesNotK
   EXPECT_EQ(CountFiles(), 2u);
 }
 
-TEST_F(ResultStores, AFileOfARecordThatIsGoneIsCounted) {
+TEST_F(StoreOwner, AFileOfARecordThatIsGoneIsCounted) {
   io::CBlock const record = Deliver(kPoint, L"text");
   std::filesystem::remove(Root() / text::ToUtf8(PlotOf(kPoint)));
   Reopen(io::CBlock());
@@ -265,7 +266,7 @@ TEST_F(ResultStores, AFileOfARecordThatIsGoneIsCounted) {
   EXPECT_FALSE(Solution().plots.HaveData());
 }
 
-TEST_F(ResultStores, ARecordThatNamesAFileElsewhereMovesNothing) {
+TEST_F(StoreOwner, ARecordThatNamesAFileElsewhereMovesNothing) {
   std::ofstream(m_folder / "outside.txt") << "mine";
   io::CBlock record(ResultExtras::kRecordName);
   ResultExtras::AppendFile(record, L"Plots", std::nullopt, L"../../../outside.txt");
@@ -277,7 +278,7 @@ TEST_F(ResultStores, ARecordThatNamesAFileElsewhereMovesNothing) {
   EXPECT_FALSE(Solution().plots.HaveData());
 }
 
-TEST_F(ResultStores, ARenamedVariationTakesItsFilesAlongAndADiscardGoesBack) {
+TEST_F(StoreOwner, ARenamedVariationTakesItsFilesAlongAndADiscardGoesBack) {
   Deliver(kPoint, L"saved", {1e9});
   Commit();
   Deliver(L"C=2", L"unsaved", {1e9});
@@ -293,7 +294,7 @@ TEST_F(ResultStores, ARenamedVariationTakesItsFilesAlongAndADiscardGoesBack) {
   EXPECT_EQ(CountFiles(), 2u);
 }
 
-TEST_F(ResultStores, ARenamedVariationIsSavedUnderItsNewText) {
+TEST_F(StoreOwner, ARenamedVariationIsSavedUnderItsNewText) {
   Deliver(kPoint, L"saved", {1e9});
   Commit();
   Solution().TextsChanged({{kPoint, L"K=1"}});

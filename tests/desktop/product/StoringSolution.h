@@ -4,15 +4,15 @@
 #include "solutionmanager/locations/CMirroredData.h"
 #include "solutionmanager/locations/CMirroredDoubleMapLocationData.h"
 #include "solutionmanager/locations/CMirroredLocationData.h"
-#include "tests/desktop/support/FakeProduct.h"
+#include "solutionmanager/model/BaseSolution.h"
 
 namespace support {
 
 /// A solution with a store of each kind.
-class StoringSolution : public FakeSolution, public desktop::ResultStoreOwner {
+class StoringSolution : public BaseSolution, public desktop::ResultStoreOwner {
 public:
   StoringSolution(BaseSimulationSetup const & setup, long id, long version)
-      : FakeSolution(setup, id, version), ResultStoreOwner(static_cast<BaseSolution &>(*this)) {
+      : BaseSolution(setup, id, version), ResultStoreOwner(static_cast<BaseSolution &>(*this)) {
     AddStore(L"Plots", L".txt", plots);
     AddStore(L"Fields", L".csv", fields);
     AddStore(L"Passes", passes);
