@@ -5,6 +5,7 @@
 #include "basekit/io/CBlock.h"
 #include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
+#include "desktop/product/StoresAndData.h"
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -98,6 +99,8 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
+    if (m_newText && !m_isReadOnly)
+      RenameInStores(*this, m_newText);
   }
   m_savedDesign = nullptr;
   m_setupsBeingRead.clear();

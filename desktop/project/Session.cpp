@@ -9,6 +9,7 @@
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/product/StoresAndData.h"
 #include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/NewFile.h"
 #include "desktop/project/Project.h"
@@ -135,6 +136,7 @@ void Session::Save() {
   RefuseWhenReadOnly();
   WriteChangedDefinitions();
   ForgetEditsOfNoData();
+  DropResultsWithoutData(*m_manager);
   m_manager->CommitResultStores(); // The project file tells of the names that files have from then on.
   ProjectRecord record = MakeRecord();
   std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);

@@ -161,6 +161,8 @@ private:
   io::CBlock const * m_goesOnFrom = nullptr;
   /// The design has setups or solutions that only the library knew of.
   bool m_hasForeignObjects = false;
+  /// Stores have files that a session before left, which no design tells of yet.
+  bool m_hasTakenUpFiles = false;
   /// The design as it was last written, for telling whether there is anything to write.
   std::string m_lastWritten;
 };
