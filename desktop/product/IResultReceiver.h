@@ -3,12 +3,27 @@
 #include "basekit/text/AString.h"
 
 #include <map>
+#include <optional>
+#include <vector>
 
 namespace io {
 class CBlock;
 }
 
 namespace desktop {
+
+/// A file or a number that a solution keeps for a point at its present version.
+struct StoredResult {
+  AString store; ///< its keyword
+  std::optional<double> number{};
+  std::optional<long> value{}; ///< without one it is a file
+  AString path{};              ///< full; empty for a file that should be there and is not
+  AString savedPath{};         ///< the saved file: the same one, another one, or empty for none
+
+  bool IsMissing() const { return !value && path.empty() && savedPath.empty(); }
+  bool IsSaved() const { return !savedPath.empty(); }
+  bool IsUnsaved() const { return !value && !path.empty() && path != savedPath; }
+};
 
 /// What a solution adds whose solves deliver more than a data block: files and numbers that go into mirrored stores.
 /// Reached by a cross-cast from BaseSolution.  A point that is acknowledged has what was delivered with it: files stand
@@ -30,6 +45,8 @@ public:
   /// Variations have other texts now (former, new): what was stored for them goes along, saved files as copies, since
   /// a discard goes back to the former names.
   virtual void TextsChanged(std::map<AString, AString> const & texts) = 0;
+  /// What is kept for a variation; with the record of its block also files that are not there any more.
+  virtual std::vector<StoredResult> ListResults(AString const & variation, io::CBlock const * record) = 0;
 };
 
 } // namespace desktop

@@ -43,6 +43,7 @@ public:
   void Withdraw(AString const & variation, long version, io::CBlock const & record) override;
   int TakeUp(AString const & variation, long version, io::CBlock const & record) override;
   void TextsChanged(std::map<AString, AString> const & texts) override;
+  std::vector<StoredResult> ListResults(AString const & variation, io::CBlock const * record) override;
 
   long GetCurrentVersion(AString const & functionKeyword) override;
   AString GetName() override;
@@ -99,6 +100,8 @@ private:
   void CarryOver(Store & store, VariationIDIndex const & from, VariationIDIndex const & to);
   void CarryFile(Store & store, VariationIDIndex const & from, VariationIDIndex const & to,
                  std::optional<double> number);
+  void ListFiles(AString const & keyword, Store & store, VariationIDIndex const & key,
+                 std::vector<StoredResult> & results);
   VariationIDIndex KeyOf(AString const & variation, long version);
 
   BaseSolution & m_solution;

@@ -101,6 +101,8 @@ public:
   std::vector<AString> const & GetNotices() const { return m_notices; }
   /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
+  /// The real names of the points whose blocks are newer than the last save, whether or not they were saved before.
+  std::set<AString> GetPointsStoredSince() const;
 
 private:
   explicit Session(Access access);
