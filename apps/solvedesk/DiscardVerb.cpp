@@ -15,13 +15,15 @@ struct DiscardWords {
 };
 
 std::string TextOf(desktop::UnsavedWork const & dropped) {
-  if (!dropped.design && !dropped.results)
+  if (!dropped.design && !dropped.results && dropped.files == 0)
     return "nothing to discard";
   std::string text = "discarded ";
   if (dropped.design)
     text += dropped.results ? "changes of the design and " : "changes of the design";
   if (dropped.results)
     text += dropped.points > 0 ? Count(dropped.points, "unsaved point") : "unsaved results";
+  if (dropped.files > 0)
+    text += (dropped.design || dropped.results ? " and " : "") + Count(dropped.files, "unsaved result file");
   return text;
 }
 
@@ -31,9 +33,10 @@ int Discard(DiscardWords const & words) {
   std::string const path = Utf8(ProjectPath(words.project));
   PrintResult(words.output, fmt::format("{}: {}\n", path, TextOf(dropped)),
               {{"project", path},
-               {"discarded", dropped.design || dropped.results},
+               {"discarded", dropped.design || dropped.results || dropped.files > 0},
                {"design_changes", dropped.design},
-               {"points", dropped.points}});
+               {"points", dropped.points},
+               {"files", dropped.files}});
   return 0;
 }
 

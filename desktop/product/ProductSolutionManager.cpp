@@ -136,14 +136,27 @@ bool ProductSolutionManager::ReadResultStores(io::CBlock const & block) {
   isRead = stores.Read(block) && isRead;
   if (!m_savedDesign)
     m_savedStores = stores.Fingerprint();
+  io::CBlock now;
+  isRead = stores.Write(now) && isRead;
+  auto const count = [](io::CBlock const & design) {
+    return static_cast<int>(ResultStores::LocationsIn(design).size());
+  };
+  m_lostResultFiles = std::max(0, count(block) - count(now));
   return isRead;
+}
+
+void ProductSolutionManager::LeaveOutResultFiles(std::vector<AString> const & paths) {
+  ResultStores(*this).LeaveOut(std::set<AString>(paths.begin(), paths.end()));
+}
+
+bool ProductSolutionManager::HaveResultFiles() const {
+  return m_savedStores != 0 || ResultStores(*this).Fingerprint() != 0;
 }
 
 // Empty stores would ask for numbers all the same.
 void ProductSolutionManager::CommitResultStores() {
-  ResultStores const stores(*this);
-  if (m_savedStores != 0 || stores.Fingerprint() != 0)
-    stores.Commit();
+  if (HaveResultFiles())
+    ResultStores(*this).Commit();
 }
 
 void ProductSolutionManager::DiscardResultStores() { ResultStores(*this).Discard(); }

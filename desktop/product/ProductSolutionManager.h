@@ -34,11 +34,17 @@ public:
   void SetNewTexts(std::function<AString(AString const & variation)> newText) { m_newText = std::move(newText); }
   /// For the coming read: the design goes on from this one, which was saved last.  It lives until the read is done.
   void SetSavedDesign(io::CBlock const & saved) { m_savedDesign = &saved; }
+  /// How many result files the design that was read names that are not there; what they were is left out.
+  int CountLostResultFiles() const { return m_lostResultFiles; }
+  /// A reader's: the stores leave out what lies at one of the full paths; nothing on the disk changes.
+  void LeaveOutResultFiles(std::vector<AString> const & paths);
   /// A save: the working views of the mirrored stores become the committed ones.  Files that go away go into the open
   /// backup area.
   void CommitResultStores();
   /// The mirrored stores show what was saved last, and files that are not saved are removed.
   void DiscardResultStores();
+  /// Whether a mirrored store holds or held anything, so that a save concerns files.
+  bool HaveResultFiles() const;
   /// Whether a mirrored store holds anything else than what was saved last.
   bool HaveUnsavedResultFiles() const;
   /// The stores hold what is saved now.
@@ -96,6 +102,7 @@ private:
   io::CBlock const * m_savedDesign = nullptr;
   /// Of the stores as they were saved last.
   std::size_t m_savedStores = 0;
+  int m_lostResultFiles = 0;
 };
 
 } // namespace desktop

@@ -81,6 +81,13 @@ void ResultStoreOwner::LearnExtension(AString const & keyword, long version, ASt
   }
 }
 
+// Files are read that nobody knows yet whether they are ours: what is known stays.
+void ResultStoreOwner::NoteExtension(AString const & keyword, long version, AString const & extension) {
+  Store * const store = Find(keyword);
+  if (store && store->extensions.try_emplace(version, extension).second && store->extensions.size() == 1)
+    store->extension = extension;
+}
+
 // That of the version under either number; for one that has no file yet, that of the last file that was seen.
 AString ResultStoreOwner::ExtensionOf(AString const & keyword, long version) {
   Store * const store = Find(keyword);
@@ -118,7 +125,7 @@ bool ResultStoreOwner::Parse(AString const & location, AString const & keyword, 
   auto const parsed = ResultLocation::Parse(location);
   if (!parsed || parsed->keyword != keyword || parsed->number.has_value() != hasNumber)
     return false;
-  LearnExtension(keyword, parsed->version, parsed->extension);
+  NoteExtension(keyword, parsed->version, parsed->extension);
   key = VariationIDIndex(GetVariationFromID(parsed->variationID), parsed->version, parsed->variationID);
   number = parsed->number.value_or(number);
   return true;

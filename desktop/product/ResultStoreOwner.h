@@ -89,6 +89,7 @@ private:
 
   void AddStore(AString const & keyword, Store store);
   Store * Find(AString const & keyword);
+  void NoteExtension(AString const & keyword, long version, AString const & extension);
   void LearnExtension(AString const & keyword, long version, AString const & extension);
   AString ExtensionOf(AString const & keyword, long version);
   AString Location(AString const & keyword, VariationIDIndex const & key, std::optional<long> number);

@@ -86,6 +86,30 @@ bool IsOfKnownKind(CMirroredDataMap const * store) {
          dynamic_cast<CMirroredData<long> const *>(store);
 }
 
+bool IsAt(std::set<AString> const & paths, AString const & path) {
+  return paths.contains(path.EndsWith(L"/") ? path.substr(0, path.size() - 1) : path);
+}
+
+void LeaveOutOf(CMirroredLocationData & store, std::set<AString> const & paths) {
+  std::vector<VariationIDIndex> keys;
+  store.ListValidKeys(keys);
+  for (VariationIDIndex const & key : keys)
+    if (IsAt(paths, store.GetFullPath(key, false, false)))
+      store.DiscardMirroredData(key);
+}
+
+void LeaveOutOf(CMirroredDoubleMapLocationData & store, std::set<AString> const & paths) {
+  std::vector<VariationIDIndex> keys;
+  store.ListValidKeys(keys);
+  for (VariationIDIndex const & key : keys) {
+    std::vector<double> values;
+    store.ListValidDoubles(key, values);
+    for (double const value : values)
+      if (IsAt(paths, store.GetFullPath(key, value, false, false)))
+        store.DiscardMirroredData(key, value);
+  }
+}
+
 // Leaves of what was read the committed view.  Each working entry has its twin there, so that nothing goes from the
 // disk; a saved design that tells of unsaved files is none, and leaves nothing.
 void KeepCommittedView(CMirroredDataMap & store) {
@@ -93,6 +117,20 @@ void KeepCommittedView(CMirroredDataMap & store) {
     store.ClearMapContents();
   else
     store.DiscardMirroredData();
+}
+
+// All texts of lines are locations.
+void TakeLocations(io::CBlock const & block, std::set<AString> & locations) {
+  for (auto const & item : block) {
+    if (io::CBlock_ptr<io::CBlock> const child(item); child)
+      TakeLocations(*child, locations);
+    io::CBlock_ptr<io::CBlock_func> const line(item);
+    if (!line)
+      continue;
+    for (auto argument = line->begin(); argument != line->end(); ++argument)
+      if (AString text; argument.Value().Query(text))
+        locations.insert(text.EndsWith(L"/") ? text.substr(0, text.size() - 1) : text);
+  }
 }
 
 } // namespace
@@ -114,6 +152,13 @@ Stores ResultStores::All() const {
 }
 
 bool ResultStores::AreThere() const { return !All().empty(); }
+
+std::set<AString> ResultStores::LocationsIn(io::CBlock const & design) {
+  std::set<AString> locations;
+  if (io::CBlock const * const stores = design.FindBlock(kBlockName))
+    TakeLocations(*stores, locations);
+  return locations;
+}
 
 bool ResultStores::Write(io::CBlock & design) const {
   bool isWritten = true;
@@ -180,6 +225,17 @@ void ResultStores::Discard() const {
   for (CMirroredDataMap * const store : All()) {
     store->DiscardMirroredData();
     store->ReinitMirroredData();
+  }
+}
+
+void ResultStores::LeaveOut(std::set<AString> const & paths) const {
+  for (CMirroredDataMap * const store : All()) {
+    if (store->NeedWriteVmap()) // Dropping an entry without a twin would remove its file.
+      store->ClearMapContents();
+    else if (auto * const locations = dynamic_cast<CMirroredLocationData *>(store))
+      LeaveOutOf(*locations, paths);
+    else if (auto * const numbers = dynamic_cast<CMirroredDoubleMapLocationData *>(store))
+      LeaveOutOf(*numbers, paths);
   }
 }
 

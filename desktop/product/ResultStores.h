@@ -3,6 +3,7 @@
 #include "basekit/text/AString.h"
 
 #include <functional>
+#include <set>
 #include <vector>
 
 class BaseSolution;
@@ -41,10 +42,15 @@ public:
   void Commit() const;
   /// Working views become what they were at the last save; files of theirs alone are removed.
   void Discard() const;
+  /// Working entries whose location has one of these full paths go, as those of a saved design that nothing goes on
+  /// from; the disk is not touched.
+  void LeaveOut(std::set<AString> const & paths) const;
   /// Calling it gives all stores the views back that they have now; the disk is not touched.  The stores must live.
   std::function<void()> Remember() const;
 
   std::vector<CMirroredDataMap *> All() const;
+  /// The locations that a design tells, without a slash at their end.
+  static std::set<AString> LocationsIn(io::CBlock const & design);
 
 private:
   /// Visits each solution that has stores.

@@ -21,11 +21,6 @@ AString MakeTemporaryFolder() {
   return text::FromUtf8(folder) + L"/";
 }
 
-bool IsOfLibrary(AString const & name) {
-  return name.EndsWith(L".qsol") || name.EndsWith(L".qsol_priv") || name.EndsWith(L".qsol_kept") ||
-         name.EndsWith(L".qsol_saved");
-}
-
 void RefuseInUse(LongFileName const & file) {
   using library::LibraryReader;
   AString const path = file.FilePath();
@@ -53,7 +48,7 @@ ProjectCopy::~ProjectCopy() { LFN_Delete(m_folder); }
 AString ProjectCopy::Path() const { return (m_folder + m_fileName).FilePath(); }
 
 void ProjectCopy::CopyFiles(Project const & project) {
-  for (LongFileName const & file : {project.GetFile(), project.GetAutosaveFile()})
+  for (LongFileName const & file : {project.GetFile(), project.GetAutosaveFile(), project.GetSaveNote()})
     if (LFN_Exists(file))
       Copy(file, m_folder + file.NameAndExtension());
   LongFileName const results = project.GetResultsFolder();
@@ -63,8 +58,6 @@ void ProjectCopy::CopyFiles(Project const & project) {
   if (!LFN_CreateDirectory(copied))
     throw Error(ErrorKind::kStorage, copied.FilePath() + L": can't be made (" + LFN_LastError() + L"); make room");
   for (AString const & name : names) {
-    if (!IsOfLibrary(name))
-      continue;
     RefuseInUse(results + name);
     Copy(results + name, copied + name);
   }

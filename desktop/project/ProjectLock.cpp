@@ -43,6 +43,12 @@ ProjectLock::ProjectLock(LongFileName const & file) : m_path(file) {
   Refuse(m_path, file::FileStatus(EAGAIN, AString()));
 }
 
+bool ProjectLock::IsTaken(LongFileName const & file) {
+  std::unique_ptr<file::IFile> opened;
+  bool isLocked = false;
+  return file::FileSystem().Open(file, file::OpenMode::Read, opened).Ok() && opened->AskLock(isLocked).Ok() && isLocked;
+}
+
 ProjectLock::~ProjectLock() {
   static_cast<void>(file::FileSystem().RemoveFile(m_path)); // Left behind, it locks nobody out.
 }

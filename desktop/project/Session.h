@@ -5,6 +5,7 @@
 #include "desktop/project/UnsavedWork.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <set>
@@ -28,6 +29,7 @@ class IDesktopProduct;
 class ProductSolutionManager;
 class Project;
 class ProjectLock;
+class SaveProtocol;
 enum class ProjectFileKind;
 struct ProjectRecord;
 struct SourceDescription;
@@ -35,7 +37,8 @@ struct SourceDescription;
 /// A project that is open in this process: one design, its solution manager, and the rules of saving.
 ///
 /// Files of project NAME:  NAME.sproject (the project file), NAME.sproject.auto (autosave of the design's block),
-/// NAME.sproject.lock, and the folder NAME.results/ with the solution library <design>.qsol and its private twin.
+/// NAME.sproject.lock, NAME.sproject.saving (while a save moves files), and the folder NAME.results/ with the solution
+/// library <design>.qsol, its private twin, and result files.
 /// Every change is autosaved before the operation returns; Save makes it permanent; closing without Save keeps the
 /// work for the next session, shown as unsaved.  All failures are desktop::Error.
 class Session {
@@ -72,8 +75,9 @@ public:
   EditLog const & GetEditLog() const { return *m_editLog; }
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
-  /// Writes project file and library; the autosave goes.  What the design deleted before this session goes from the
-  /// library with it.  When the library can't be committed, project file and autosave stay as they were.
+  /// Project file, library, mirrored stores and managed files become what they are now, all of them or none; the
+  /// autosave goes.  What the design deleted before this session goes from the library with it.  After a failure the
+  /// work is unsaved as before, the files of the stores under their working names, and another save may be tried.
   void Save();
   /// Goes back to what was saved last: autosave and private library are dropped, and the library is cut back to what
   /// it was then when a takeover brought it further.  Design and manager are made anew, so that nobody may hold on to
@@ -95,7 +99,7 @@ public:
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
   /// Refused with ErrorKind::kUsage where nothing may be changed.
-  void RefuseWhenReadOnly() const;
+  void RefuseWhenReadOnly();
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
@@ -119,6 +123,10 @@ private:
   void TakeOverAfterCrash(ProjectRecord const & record);
   void NoteSavedLibrary();
   void TellOfForeignObjects();
+  void SettleInterruptedSave(long generation);
+  void RemoveStrayFiles(ProjectRecord const & saved, ProjectRecord const & read);
+  void TellOfLostFiles();
+  void LeaveOutFilesOfASave();
   void MakeDesign(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
@@ -129,12 +137,19 @@ private:
 
   // Going back to the saved state
   void CheckSavedState(ProjectRecord const & saved);
-  void SetUnsavedAside();
+  void SetUnsavedAside(ProjectRecord const & saved);
+  void SetFilesAside(ProjectRecord const & saved);
   void DropUnsaved(ProjectRecord const & saved);
+  /// Result files that neither the manager nor one of the records names.
+  std::vector<LongFileName> StrayFiles(std::initializer_list<ProjectRecord const *> known) const;
   bool IsLibraryAhead(AString const & path) const;
   void TakeLibraryBack(AString const & path);
 
   // Saving it
+  void CommitLibrary();
+  void CommitFiles(SaveProtocol const & save);
+  void InstallProjectFile(AString & whatIsUncertain);
+  void SettleSave();
   ProjectRecord MakeRecord() const;
   void NoteAsWritten();
   void WriteAutosave(ProjectRecord & record, std::string const & state);
@@ -143,6 +158,8 @@ private:
   void WriteMissingDefinitions();
   void ForgetEditsOfNoData();
   void RefuseStorage(AString const & what) const;
+  /// Managed files that are not saved stay for the next session.
+  void CloseManager();
 
   Access m_access;
   std::unique_ptr<ProjectLock> m_lock;
@@ -157,6 +174,10 @@ private:
   UnsavedWork m_dropped;
   long m_generation = 0;
   bool m_hasAutosave = false;
+  /// A save that failed could not take its files back yet.
+  bool m_isSaveLeft = false;
+  /// Result files may lie about that nothing names.
+  bool m_hadCrash = false;
   /// The library's length as it was saved last, once it may have grown since; see SavedLibrary.
   std::optional<std::uint64_t> m_savedLength;
   /// While an autosave is read: the design that it goes on from.

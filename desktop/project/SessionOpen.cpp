@@ -19,13 +19,16 @@
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
 #include "desktop/project/RecoveryFailed.h"
+#include "desktop/project/SaveProtocol.h"
 #include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
+#include <thread>
 
 namespace desktop {
 
@@ -34,6 +37,8 @@ namespace {
 using PrivateFile = library::LibraryReader::PrivateFile;
 
 constexpr int kReadAttempts = 5;
+constexpr int kSaveWaits = 100;
+constexpr std::chrono::milliseconds kSaveWait(20);
 
 // How many of the points the library has.
 int CountThere(ProductSolutionManager const & manager, std::set<AString> const & points) {
@@ -67,6 +72,15 @@ AString RecoveryNotice(AString const & project, int points) {
                                                  AString(points == 1 ? L"point" : L"points"));
 }
 
+// Of a save that another process has under way; one that takes long is looked at as it is.
+void WaitForSave(Project const & project) {
+  for (int count = 0; count < kSaveWaits && LFN_Exists(project.GetSaveNote()); ++count) {
+    if (!ProjectLock::IsTaken(project.GetLockFile()))
+      return;
+    std::this_thread::sleep_for(kSaveWait);
+  }
+}
+
 // Of bytes that no commit covers.  Beside a writer they may be those of a commit on its way.
 AString NoticeOfTail(AString const & path) {
   library::LibraryReader reader;
@@ -97,20 +111,38 @@ std::unique_ptr<Session> Session::Open(AString const & projectPath, Access acces
 }
 
 void Session::OpenForReading() {
-  // A writer may save in between: project file and library are to be of one moment.
+  SaveProtocol const protocol(*m_project);
+  // A writer may save in between: project file, library and result files are to be of one moment.
   for (int attempt = 1;; ++attempt) {
+    WaitForSave(*m_project);
     std::string const bytes = ReadProjectBytes(m_project->GetFile());
     ProjectRecord const record = DecodeProject(bytes, ProjectFileKind::kProject, m_project->GetFile());
     MakeDesign(record);
     SavedLibrary const savedLibrary(m_manager->GetQsolPath());
     m_savedLength = savedLibrary.Length(record.generation);
     m_manager->SetReadOnly(m_savedLength);
+    auto const before = protocol.Judge(record.generation);
     ReadLibrary(record);
-    bool const isOfOneMoment =
-        ReadProjectBytes(m_project->GetFile()) == bytes && savedLibrary.Length(record.generation) == m_savedLength;
-    if (attempt == kReadAttempts || isOfOneMoment)
-      return;
+    auto const left = protocol.Judge(record.generation);
+    bool const isOfOneMoment = ReadProjectBytes(m_project->GetFile()) == bytes && left == before &&
+                               savedLibrary.Length(record.generation) == m_savedLength;
+    if (attempt < kReadAttempts && !isOfOneMoment)
+      continue;
+    if (left == SaveProtocol::Left::kBack)
+      LeaveOutFilesOfASave();
+    return;
   }
+}
+
+// They may hold what was not saved by now, or lie elsewhere.
+void Session::LeaveOutFilesOfASave() {
+  auto const touched = SaveProtocol(*m_project).TouchedFiles();
+  if (touched.empty())
+    return;
+  m_manager->LeaveOutResultFiles(touched);
+  m_notices.push_back(m_project->GetResultsFolder().FilePath() +
+                      L": a save is under way or was interrupted; result files that it touched are not shown (opening "
+                      L"the project for writing takes an interrupted save back)");
 }
 
 void Session::OpenForWriting(LeftWork work) {
@@ -119,9 +151,10 @@ void Session::OpenForWriting(LeftWork work) {
   m_lock = std::make_unique<ProjectLock>(m_project->GetLockFile());
   ProjectRecord const saved = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file);
   m_generation = saved.generation;
+  SettleInterruptedSave(saved.generation);
   if (work != LeftWork::kGoOn) {
     CheckSavedState(saved);
-    work == LeftWork::kDiscard ? DropUnsaved(saved) : SetUnsavedAside();
+    work == LeftWork::kDiscard ? DropUnsaved(saved) : SetUnsavedAside(saved);
   }
   using Fate = AutosaveChoice::Fate;
   LongFileName const autosaveFile = m_project->GetAutosaveFile();
@@ -137,12 +170,46 @@ void Session::OpenForWriting(LeftWork work) {
   else if (isAutosaveLost)
     SetAside(autosaveFile, autosave.why);
   TellOfForeignObjects();
+  // Of a design that is lost nobody knows what it named.
+  if (m_hadCrash && !isAutosaveLost)
+    RemoveStrayFiles(saved, m_hasAutosave ? autosave.record : saved);
   // The texts are what the design has by now, and the next session is to find what this one does.
   bool const isPending = m_hasAutosave && !autosave.record.pendingTexts.Empty();
   if (isPending || (isAutosaveLost && m_hasForeignObjects) || m_hasTakenUpFiles) {
     ProjectRecord record = MakeRecord();
     WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
   }
+}
+
+void Session::SettleInterruptedSave(long generation) {
+  using Left = SaveProtocol::Left;
+  Left const left = SaveProtocol(*m_project).Settle(generation);
+  m_hadCrash = left == Left::kBack;
+  if (left == Left::kBack)
+    m_notices.push_back(m_project->GetName() +
+                        L": the last save was interrupted and taken back; the work that it was to save is unsaved");
+  else if (left == Left::kForward)
+    m_notices.push_back(m_project->GetName() + L": the last save was interrupted at its end and is complete now");
+}
+
+void Session::RemoveStrayFiles(ProjectRecord const & saved, ProjectRecord const & read) {
+  auto const strays = StrayFiles({&saved, &read});
+  auto const removed =
+      std::count_if(strays.begin(), strays.end(), [](LongFileName const & file) { return LFN_Delete(file); });
+  if (!strays.empty())
+    m_notices.push_back(
+        m_project->GetResultsFolder().FilePath() +
+        AString::Format(L": %d result %s that neither saved nor unsaved work names, as a crash left %s; "
+                        L"%d removed",
+                        static_cast<int>(strays.size()), AString(strays.size() == 1 ? L"file" : L"files"),
+                        AString(strays.size() == 1 ? L"it" : L"them"), static_cast<int>(removed)));
+}
+
+void Session::TellOfLostFiles() {
+  if (int const count = m_manager->CountLostResultFiles(); count > 0)
+    m_notices.push_back(m_project->GetResultsFolder().FilePath() +
+                        AString::Format(L": %d result %s missing and left out; put back a copy, or solve again", count,
+                                        AString(count == 1 ? L"file is" : L"files are")));
 }
 
 // The private file of the library tells how the last session ended.
@@ -179,6 +246,7 @@ void Session::ReadWithWork(ProjectRecord const & record, bool isWholeTruth) {
 }
 
 void Session::TakeOverAfterCrash(ProjectRecord const & record) {
+  m_hadCrash = true;
   AString const path = m_manager->GetQsolPath();
   RefuseDamagedNames(path);
   NoteSavedLibrary();
@@ -192,7 +260,7 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   } catch (Error const &) {
     RecoveryReport const report = m_manager->GetRecoveryReport();
     AString const cause = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError();
-    m_manager.reset(); // Closes the files.
+    CloseManager(); // Closes the files.
     before.PutBack();
     if (m_savedLength == CommittedLengthOf(path))
       SavedLibrary(path).Forget();
@@ -274,7 +342,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
   m_editor.reset(); // They know the design that goes.
-  m_manager.reset();
+  CloseManager();
   m_project->SetSourceFiles(record.sources);
   SourceBase base;
   // A project from before there was one: its next reload takes what the source says.
@@ -310,6 +378,7 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
   MarkMisfits(*this);
+  TellOfLostFiles();
   if (!tail.empty())
     m_notices.push_back(tail);
   if (!isThere)

@@ -43,6 +43,16 @@ void CManagedFilesMgr::Initialize() {
   m_initialized = true;
 }
 
+bool CManagedFilesMgr::HasUncommitted() {
+  Initialize();
+  return LFN_Exists(m_privateListFile);
+}
+
+std::array<LongFileName, 2> CManagedFilesMgr::GetListFiles() {
+  Initialize();
+  return {m_committedListFile, m_privateListFile};
+}
+
 void CManagedFilesMgr::SetListFiles() {
   long const designID = m_design->GetDesignID();
   KVRO_ASSERT(designID != id::invalidID);

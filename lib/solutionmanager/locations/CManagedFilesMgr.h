@@ -4,6 +4,8 @@
 #include "basekit/file/LongFileName.h"
 #include "basekit/text/AString.h"
 
+#include <array>
+
 class IDesign;
 
 namespace io {
@@ -65,6 +67,13 @@ public:
   /// Makes what was created and deleted final, in the directory given: another one than before gets copies first, and
   /// the files of the last commit stay in the old one.
   void Commit(LongFileName const & directory);
+  /// Whether anything was created or deleted since the last commit.
+  bool HasUncommitted();
+  /// The list of the committed files, then that of what was created and deleted since; they need not be there.
+  std::array<LongFileName, 2> GetListFiles();
+  /// For a design that closes with its work kept: what was created and deleted waits for the next session, and this
+  /// object's end rolls nothing back.
+  void LeaveUncommitted() { m_initialized = false; }
 
 private:
   void Initialize();
@@ -73,6 +82,7 @@ private:
   void RollBack();
   void MoveTo(LongFileName const & newDir);
   void CommitInPlace();
+  bool CanBeGivenUp(LongFileName const & list);
   void RemoveDeleted(AString const & baseDir, AString const & fileName);
   void DeleteListed(io::CBlock const & block);
   void ReadPrivateList(io::CBlock & managedFiles, io::CBlock & deletedFiles) const;

@@ -61,6 +61,8 @@ public:
                                                           AString const & variation) const;
 
   void SetFunctionKeyword(AString const & keyword) { m_functionKeyword = keyword; }
+  IMirroredDataMapOwner & GetOwner() const { return *m_owner; }
+  AString const & GetFunctionKeyword() const { return m_functionKeyword; }
   /// Either number of a version gives its mirrored one; a version that was never seen gets a new one above it.
   long GetMirroredVersion(long version);
   /// Either number of a version gives its original one; id::invalidID for one that was never seen.

@@ -64,14 +64,18 @@ void CManagedFilesMgr::CommitInPlace() {
   take(managedFiles, true);
   take(deletedFiles, false);
 
-  CopyFileToBackup(m_committedListFile.FilePath());
   // As long as the names stand nowhere else, the private list stays.
-  if (!managed::WriteCommittedList(m_committedListFile, managed::BlockOf(managedFilesMap)))
+  if (!CanBeGivenUp(m_committedListFile) ||
+      !managed::WriteCommittedList(m_committedListFile, managed::BlockOf(managedFilesMap)))
     return;
-  if (LFN_Exists(m_privateListFile)) {
-    CopyFileToBackup(m_privateListFile.FilePath());
+  if (LFN_Exists(m_privateListFile) && CanBeGivenUp(m_privateListFile))
     LFN_DeleteFile(m_privateListFile);
-  }
+}
+
+/// Copies a list to the backup.  An open backup area that could not take it could not bring it back either.
+bool CManagedFilesMgr::CanBeGivenUp(LongFileName const & list) {
+  bool const isKept = CopyFileToBackup(list.FilePath());
+  return isKept || !BackupArea::Covers(list);
 }
 
 void CManagedFilesMgr::RemoveDeleted(AString const & baseDir, AString const & fileName) {

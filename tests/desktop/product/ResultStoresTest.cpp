@@ -1,36 +1,9 @@
 // Mirrored stores of solutions beside the design that tells of them.
 #include "desktop/product/ResultStores.h"
 #include "basekit/io/CBlock.h"
-#include "tests/desktop/support/SessionFixture.h"
+#include "tests/desktop/support/StoresFixture.h"
 
-namespace {
-
-constexpr wchar_t kFirst[] = L"C=1; L=2";
-constexpr wchar_t kSecond[] = L"C=3; L=2";
-
-} // namespace
-
-class ResultStoresOfASession : public support::SessionTest {
-protected:
-  static support::FakeStores & StoresOf(desktop::Session & session) {
-    return dynamic_cast<support::FakeSolution &>(SolutionOf(session)).stores;
-  }
-
-  static void SolveWithFiles(desktop::Session & session, AString const & variation, std::string const & content) {
-    session.BeginAutosave();
-    ASSERT_EQ(Solve(session, variation, 1.0), 0);
-    StoresOf(session).Store(variation, content);
-    session.Autosave();
-  }
-
-  std::vector<std::string> Files() const {
-    std::vector<std::string> files;
-    for (std::string const & name : Names())
-      if (name.find("results/fake/") != std::string::npos && std::filesystem::is_regular_file(m_folder / name))
-        files.push_back(name);
-    return files;
-  }
-};
+using ResultStoresOfASession = support::StoresTest;
 
 TEST_F(ResultStoresOfASession, ASolutionWithoutDataLeavesNoWordInTheDesign) {
   auto const session = Create();

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
+#include <random>
 
 namespace {
 
@@ -320,4 +321,90 @@ TEST_F(Backup, TheJournalTellsWhatWasDoneLineByLine) {
   for (std::string line; std::getline(in, line);)
     text += line.substr(8) + '\n';
   EXPECT_EQ(text, " Kept(1, \"b\", \"\")\n Renamed(2, \"a\", \"b\")\n Absent(3, \"list\", \"\")\n");
+}
+
+TEST_F(Backup, AGroupIsDoneAtItsEndAndReachesTheJournalAtOnce) {
+  constexpr int kCount = 1000;
+  for (int i = 0; i < kCount; ++i) {
+    Put("old" + std::to_string(i), "old");
+    Put("new" + std::to_string(i), "new");
+  }
+  Tree const before = Now();
+  support::FaultyFileSystem counted;
+  ASSERT_TRUE(Begin());
+  int const begun = counted.Operations();
+  BackupArea::BeginGroup();
+  for (int i = 0; i < kCount; ++i) {
+    EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("old" + std::to_string(i))));
+    EXPECT_TRUE(BackupArea::Rename(Path("new" + std::to_string(i)), Path("old" + std::to_string(i))));
+  }
+  EXPECT_EQ(counted.Operations(), begun);
+  EXPECT_TRUE(BackupArea::EndGroup());
+  EXPECT_EQ(counted.Operations() - begun, 2 * kCount + 2) << "two moves for each, one write and one sync";
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_EQ(Now().size(), before.size() - kCount);
+  EXPECT_EQ(Now().at("old7"), "new");
+  int const done = counted.Operations();
+  EXPECT_TRUE(Restore());
+  EXPECT_LT(counted.Operations() - done, 2 * kCount + 20) << "the journal is cut once";
+  EXPECT_EQ(Now(), before);
+}
+
+namespace {
+
+/// Deletes, moves and copies of few names, so that most steps are about places of others.
+void RandomSteps(Backup const & backup, unsigned seed) {
+  char const * const names[] = {"a", "b", "c", "d", "folder", "folder/inside", "folder/x"};
+  std::mt19937 random(seed);
+  auto const any = [&] { return backup.Path(names[random() % std::size(names)]); };
+  for (int step = 0; step < 12; ++step)
+    switch (random() % 5) {
+    case 0:
+      BackupUtils::DeleteFileOrMoveFileToBackup(any());
+      break;
+    case 1:
+      HubBackupUtils::CopyFileToBackup(any());
+      break;
+    default:
+      BackupArea::Rename(any(), any());
+    }
+}
+
+} // namespace
+
+TEST_F(Backup, StepsOfAGroupGiveWhatTheyGiveOneByOneAndComeBackWhereverTheyFail) {
+  Tree const before = Now();
+  for (unsigned seed = 0; seed < 25; ++seed) {
+    SCOPED_TRACE(seed);
+    ASSERT_TRUE(Begin());
+    RandomSteps(*this, seed);
+    Tree const after = Now();
+    ASSERT_TRUE(Restore());
+    ASSERT_EQ(Now(), before);
+    bool hasFailed = true;
+    for (int operation = 1; hasFailed; ++operation) {
+      SCOPED_TRACE(operation);
+      ASSERT_TRUE(Begin());
+      {
+        support::FaultyFileSystem faulty;
+        faulty.FailAt(operation, true);
+        BackupArea::BeginGroup();
+        RandomSteps(*this, seed);
+        BackupArea::EndGroup();
+        hasFailed = faulty.HasFailed();
+      }
+      if (!hasFailed) {
+        ASSERT_EQ(Now(), after);
+      }
+      // So may the way back, which then begins again.
+      {
+        support::FaultyFileSystem faulty;
+        faulty.FailAt(1 + operation % 7, true);
+        Restore();
+      }
+      ASSERT_TRUE(Restore());
+      ASSERT_EQ(Now(), before);
+      ASSERT_LT(operation, 200);
+    }
+  }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 class AString;
 class LongFileName;
 
@@ -9,8 +11,8 @@ class LongFileName;
 ///     Begin(area, root) ... deletes and moves by BackupUtils ... IsWhole() ... the moment of truth ... Drop(area)
 ///
 /// and Restore(area, root) instead of Drop before that moment, in the same process or in a later one.  Every step can
-/// be repeated after it was cut short.  The area lies on the same disk as the root; what lies outside of the root is
-/// deleted as if no area were open.
+/// be repeated after it was cut short.  Many deletes and moves go quicker as a group.  The area lies on the same disk
+/// as the root; what lies outside of the root is deleted as if no area were open.
 class BackupArea {
 public:
   /// Makes the folder and opens it; true too when it is the open one.  False when another one is open or when an
@@ -19,6 +21,14 @@ public:
   static bool IsOpen();
   /// A save that used the folder was neither restored nor dropped.
   static bool IsPending(LongFileName const & area);
+  /// Adds the paths, counted from the root, of what a pending area tells of; nothing is written.
+  static bool ListTouched(LongFileName const & area, std::vector<AString> & paths);
+  /// From here on deletes and moves wait, and what stands on the disk is not yet what was asked for: their lines of the
+  /// journal reach the disk together, then they are done in their order.  A step about a place of one that waits does
+  /// not wait with it, and neither does a copy.
+  static void BeginGroup();
+  /// False when a step of the group failed, as IsWhole tells then too.
+  static bool EndGroup();
   /// True when all that was asked of the open area since Begin was done, and would now survive a loss of power.
   static bool IsWhole();
   /// Forward: what the area holds goes for good.  Closes it when it is the open one.

@@ -10,6 +10,7 @@
 #include <array>
 #include <charconv>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -82,19 +83,30 @@ bool BackupJournal::Create(LongFileName const & area) {
 }
 
 bool BackupJournal::Append(BackupEntry const & entry) {
-  std::string const line = LineOf(entry);
-  std::string_view const piece = line;
+  Queue(entry);
+  return Flush();
+}
+
+void BackupJournal::Queue(BackupEntry const & entry) { m_queued += LineOf(entry); }
+
+bool BackupJournal::Flush() {
+  std::string const lines = std::exchange(m_queued, std::string());
+  std::string_view const piece = lines;
   if (!m_file || !m_file->Write(m_length, std::span(&piece, 1)).Ok() || !m_file->Sync().Ok()) {
     // Nobody knows what stands on the disk now, so nothing goes behind it.
     m_file.reset();
     return false;
   }
-  m_length += line.size();
+  m_length += lines.size();
   return true;
 }
 
 bool BackupJournal::Open(LongFileName const & area) {
   return file::FileSystem().Open(area + Name(), file::OpenMode::ReadWrite, m_file).Ok();
+}
+
+bool BackupJournal::OpenForReading(LongFileName const & area) {
+  return file::FileSystem().Open(area + Name(), file::OpenMode::Read, m_file).Ok();
 }
 
 bool BackupJournal::ReadEntries(std::vector<BackupEntry> & entries) {

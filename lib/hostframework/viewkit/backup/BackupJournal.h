@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace file {
@@ -43,8 +44,12 @@ public:
   bool Create(LongFileName const & area);
   /// After a failure all that follow fail too.
   bool Append(BackupEntry const & entry);
+  /// For several entries at once: Queue tells nothing, Flush brings them to the disk.
+  void Queue(BackupEntry const & entry);
+  bool Flush();
 
   bool Open(LongFileName const & area);
+  bool OpenForReading(LongFileName const & area);
   /// The whole entries, in order.  A line that was cut off was never acted on; damage before it is reported.
   bool ReadEntries(std::vector<BackupEntry> & entries);
   /// Forgets the entry and all behind it.
@@ -53,4 +58,5 @@ public:
 private:
   std::unique_ptr<file::IFile> m_file;
   std::uint64_t m_length = 0;
+  std::string m_queued;
 };
