@@ -1,5 +1,6 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/PointResults.h"
 #include "apps/solvedesk/ProjectTree.h"
 #include "apps/solvedesk/StaleReport.h"
 #include "apps/solvedesk/Verbs.h"
@@ -7,6 +8,7 @@
 #include "desktop/command/DesignState.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IResultReceiver.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "plotkit/SweepDefinition.h"
@@ -25,6 +27,7 @@ using Json = nlohmann::ordered_json;
 struct InfoWords {
   std::string project;
   bool why = false;
+  bool files = false;
   OutputOptions output;
 };
 
@@ -63,15 +66,17 @@ char const * StateWord(VariationState const & state) {
 
 std::string StateText(VariationState const & state) {
   return fmt::format("{:<6}  {:<7}  {}", StateWord(state), state.hasData ? "data" : "no data",
-                     !state.hasData  ? "-"
-                     : state.isSaved ? "saved"
-                                     : "unsaved");
+                     !state.hasData     ? "-"
+                     : !state.isUnsaved ? "saved"
+                     : state.isSaved    ? "both"
+                                        : "unsaved");
 }
 
 /// Builds the tree of a project once, as text for people and as a document.
 class InfoReport {
 public:
-  InfoReport(desktop::Session & session, bool why) : m_session(session), m_why(why), m_states(session) {}
+  InfoReport(desktop::Session & session, InfoWords const & words)
+      : m_session(session), m_why(words.why), m_files(words.files), m_states(session) {}
 
   std::string const & Text() const { return m_text; }
   Json const & Document() const { return m_document; }
@@ -141,9 +146,11 @@ private:
   Json SolutionJson(BaseSolution const & solution) {
     auto const variations = m_states.Of(solution);
     SolutionCounts const counts = Count(variations);
-    m_text += fmt::format("    solution {}: {}, {} valid, {} with data, {} saved{}\n", Utf8(solution.GetSolutionName()),
-                          Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved,
-                          counts.former > 0 ? ", " + Count(counts.former, "former version") : std::string());
+    m_text +=
+        fmt::format("    solution {}: {}, {} valid, {} with data, {} saved{}{}\n", Utf8(solution.GetSolutionName()),
+                    Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved,
+                    counts.both > 0 ? fmt::format(" ({} with newer unsaved results)", counts.both) : std::string(),
+                    counts.former > 0 ? ", " + Count(counts.former, "former version") : std::string());
     Json json{{"name", Utf8(solution.GetSolutionName())}, {"variations", Json::array()}};
     StaleReport reasons(m_session, solution);
     for (VariationState const & state : variations) {
@@ -153,8 +160,14 @@ private:
                                     {"valid", state.isValid},
                                     {"has_data", state.hasData},
                                     {"saved", state.isSaved},
+                                    {"unsaved", state.isUnsaved},
                                     {"former", state.isFormer},
                                     {"version", state.version}});
+      if (m_files) {
+        auto const results = ResultsOf(solution, state);
+        m_text += TextOf(results, "        ");
+        json["variations"].back()["results"] = JsonOf(results);
+      }
       if (m_why && !state.isValid && !state.isFormer)
         json["variations"].back()["why"] = reasons.Why(*state.object);
     }
@@ -168,6 +181,7 @@ private:
 
   desktop::Session & m_session;
   bool m_why;
+  bool m_files;
   VariationStates m_states;
   std::string m_text;
   Json m_document;
@@ -175,7 +189,7 @@ private:
 
 int ShowProject(InfoWords const & words) {
   auto const session = OpenForReading(words.project);
-  InfoReport report(*session, words.why);
+  InfoReport report(*session, words);
   report.Make(Utf8(ProjectPath(words.project)));
   PrintResult(words.output, report.Text(), report.Document());
   return 0;
@@ -189,11 +203,14 @@ void AddInfoVerb(CLI::App & program, Action & action) {
       program.add_subcommand("info", "show a project's variables, setups, solutions and variations");
   AddProjectWord(*verb, words->project);
   verb->add_flag("--why", words->why, "tell which edit made data stale, and what makes it valid again");
+  verb->add_flag("--files", words->files,
+                 "list the files and numbers that are kept beside the data of valid variations");
   AddOutputOptions(*verb, words->output);
   verb->footer(
       "Examples:\n  solvedesk info lowpass --json\n  solvedesk info lowpass --why\n\n"
-      "A variation is valid while nothing changed since it was solved, stale when something did, and saved once it is\n"
-      "in the committed library; a former one is an older version of a point that was solved again.  While another "
+      "A variation is valid while nothing changed since it was solved, stale when something did, saved once it is in\n"
+      "the committed library, and both when what is saved has newer, unsaved results beside it; a former one is an "
+      "older version of a point that was solved again.  While another "
       "process has the project, the state that was saved last is shown.");
   verb->callback([&action, words] { action = [words] { return ShowProject(*words); }; });
 }

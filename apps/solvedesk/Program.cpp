@@ -112,6 +112,9 @@ void Program::AddVerbs() {
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
+  AddAttachVerb(*m_app, m_action);
+  AddAttachmentsVerb(*m_app, m_action);
+  AddDetachVerb(*m_app, m_action);
   if (m_place == Place::kShell) {
     AddUndoVerb(*m_app, m_action);
     AddRedoVerb(*m_app, m_action);

@@ -1,8 +1,11 @@
 #include "desktop/product/ProductSolutionManager.h"
 
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
+#include "desktop/product/StoresAndData.h"
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -96,6 +99,8 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
+    if (m_newText && !m_isReadOnly)
+      RenameInStores(*this, m_newText);
   }
   m_savedDesign = nullptr;
   m_setupsBeingRead.clear();
@@ -175,6 +180,13 @@ std::vector<RecoveryReport::Dropped> ProductSolutionManager::DroppedForGood() co
     return isThere || block.reason == RecoveryReport::Reason::kNameGone;
   });
   return dropped;
+}
+
+AString ProductSolutionManager::GetResultFilesFolder(bool create) const {
+  AString const folder = GetProjectResultsDir() + GetDesignResultsFolderName() + L"/";
+  if (create)
+    LFN_CreateDirectoryAndParents(LongFileName(folder)); // Whoever writes there tells what is wrong.
+  return folder;
 }
 
 AString ProductSolutionManager::TypeOfSetupBeingRead(long id) const {

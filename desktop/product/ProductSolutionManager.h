@@ -56,6 +56,8 @@ public:
   /// What the takeover of the last read dropped and nothing brought back, as stale results are; names that the user
   /// took away before are not among it.
   std::vector<RecoveryReport::Dropped> DroppedForGood() const;
+  /// The folder, with its '/', below which solutions keep result files; made when asked to.
+  AString GetResultFilesFolder(bool create) const;
 
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,

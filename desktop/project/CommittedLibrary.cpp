@@ -54,4 +54,18 @@ std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::
   return points;
 }
 
+std::set<AString> PointsStoredSince(AString const & libraryPath, std::optional<std::uint64_t> savedLength) {
+  LibraryReader reader;
+  Blocks const blocks = BlocksOf(reader, reader.Open(LongFileName(libraryPath), true));
+  std::set<AString> since;
+  for (LibraryReader::Entry const & entry : blocks.empty() ? std::vector<LibraryReader::Entry>() : reader.List())
+    if (entry.isPrivate || (savedLength && entry.offset >= *savedLength))
+      since.insert(entry.name);
+  std::set<AString> points;
+  for (auto const & [realName, internalName] : blocks)
+    if (since.contains(internalName) && IsPoint(realName))
+      points.insert(realName);
+  return points;
+}
+
 } // namespace desktop

@@ -46,6 +46,10 @@ std::set<AString> Session::GetCommittedBlocks() const {
   return names;
 }
 
+std::set<AString> Session::GetPointsStoredSince() const {
+  return IsReadOnly() ? std::set<AString>() : PointsStoredSince(m_manager->GetQsolPath(), m_savedLength);
+}
+
 void Session::CheckSourceUnchanged() const { CheckUnchanged(m_project->GetSourceFiles(), m_project->GetFolder()); }
 
 bool Session::HasUnsavedChanges() const {

@@ -105,6 +105,8 @@ public:
   std::vector<AString> const & GetNotices() const { return m_notices; }
   /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
+  /// The real names of the points whose blocks are newer than the last save, whether or not they were saved before.
+  std::set<AString> GetPointsStoredSince() const;
 
 private:
   explicit Session(Access access);
@@ -182,6 +184,8 @@ private:
   io::CBlock const * m_goesOnFrom = nullptr;
   /// The design has setups or solutions that only the library knew of.
   bool m_hasForeignObjects = false;
+  /// Stores have files that a session before left, which no design tells of yet.
+  bool m_hasTakenUpFiles = false;
   /// The design as it was last written, for telling whether there is anything to write.
   std::string m_lastWritten;
 };

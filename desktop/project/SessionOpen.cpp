@@ -11,6 +11,7 @@
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/StaleResults.h"
+#include "desktop/product/StoresAndData.h"
 #include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/LibraryLengths.h"
@@ -174,7 +175,7 @@ void Session::OpenForWriting(LeftWork work) {
     RemoveStrayFiles(saved, m_hasAutosave ? autosave.record : saved);
   // The texts are what the design has by now, and the next session is to find what this one does.
   bool const isPending = m_hasAutosave && !autosave.record.pendingTexts.Empty();
-  if (isPending || (isAutosaveLost && m_hasForeignObjects)) {
+  if (isPending || (isAutosaveLost && m_hasForeignObjects) || m_hasTakenUpFiles) {
     ProjectRecord record = MakeRecord();
     WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
   }
@@ -252,6 +253,7 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   StaleResults(path).Keep(SetupsOfDesign(record.module));
   LibraryLengths const before(path);
   auto const unsaved = UnsavedPoints(path);
+  auto const stored = PointsStoredSince(path);
   m_manager->SetRecoverOnRead(true);
   try {
     ReadLibrary(record);
@@ -269,6 +271,13 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   if (!m_manager->GetRecoveryReport().isCommitted)
     notice += L"; the library could not be written, so it is unsaved work";
   m_notices.push_back(notice);
+  int const lost = TakeUpResultFiles(*m_manager, stored, m_hasTakenUpFiles);
+  if (lost > 0)
+    m_notices.push_back(m_project->GetName() +
+                        AString::Format(L": %d %s of recovered points %s not there any more; solve these points "
+                                        L"again with --again",
+                                        lost, AString(lost == 1 ? L"result file" : L"result files"),
+                                        AString(lost == 1 ? L"is" : L"are")));
 }
 
 // Before the library goes on from what was saved.

@@ -6,6 +6,7 @@
 #include "desktop/command/Editor.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/ResultStores.h"
+#include "desktop/product/StoresAndData.h"
 #include "desktop/project/ManagedFiles.h"
 #include "desktop/project/NewFile.h"
 #include "desktop/project/Project.h"
@@ -96,6 +97,7 @@ void Session::CommitLibrary() {
 // A sim value cache file would be written here: what it lacks is computed again, so that it is kept by no backup.
 void Session::CommitFiles(SaveProtocol const & save) {
   BackupArea::BeginGroup();
+  DropResultsWithoutData(*m_manager);
   m_manager->CommitResultStores();
   BackupArea::EndGroup(); // CheckWhole tells a failure.
   if (!CommitManagedFiles(*m_manager))

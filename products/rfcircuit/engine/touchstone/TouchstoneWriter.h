@@ -38,6 +38,9 @@ void WriteTouchstone(std::filesystem::path const & path, std::vector<std::string
                      std::vector<Port> const & ports, std::vector<double> const & frequencies,
                      std::vector<SMatrix> const & matrices, TouchstoneOptions const & options = {});
 
+/** Puts a text that TouchstoneText made in its place, in the same way. */
+void WriteTouchstoneText(std::filesystem::path const & path, std::string const & text);
+
 /** The same as text; `name` is whom errors are about. */
 std::string TouchstoneText(std::string const & name, std::vector<std::string> const & header,
                            std::vector<Port> const & ports, std::vector<double> const & frequencies,
