@@ -60,6 +60,7 @@ public:
   Project & GetProject() { return *m_project; }
   Design & GetDesign() { return *m_design; }
   ProductSolutionManager & GetManager() { return *m_manager; }
+  ProductSolutionManager const & GetManager() const { return *m_manager; }
   IDesktopProduct const & GetProduct() const { return *m_product; }
 
   /// The door for all edits, with their history, which begins empty with each session.
@@ -97,6 +98,8 @@ public:
   std::vector<AString> const & GetNotices() const { return m_notices; }
   /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
+  /// Whether the library holds nothing beside what was saved last, as far as is known without reading it once more.
+  bool IsLibrarySaved() const { return !IsReadOnly() && !HasUnsavedResults(); }
 
 private:
   explicit Session(Access access);
