@@ -2,6 +2,7 @@
 
 #include "basekit/text/CaseFolding.h"
 #include "basekit/value/variation/VariationText.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -80,9 +81,23 @@ std::size_t VariationStates::HashOfName::operator()(AString const & name) const 
   return static_cast<std::size_t>(text::HashNoCase(name.View()));
 }
 
-VariationStates::VariationStates(desktop::Session const & session) {
+VariationStates::VariationStates(desktop::Session const & session)
+    : m_isAllCommitted(session.IsLibrarySaved()), m_files(session.GetManager().GetSolutionFileManager()) {
+  if (m_isAllCommitted)
+    return;
   auto const names = session.GetCommittedBlocks();
   m_committed.insert(names.begin(), names.end());
+}
+
+bool VariationStates::IsCommitted(BaseSolutionVariation const & variation) const {
+  // Without data in memory it was the library that told of data.
+  if (m_isAllCommitted && !variation.HasSolutionData())
+    return true;
+  AString const name = variation.GetSolutionVariationKey().Pack();
+  bool isThere = false;
+  if (m_isAllCommitted)
+    m_files.GetInternalBlockName(isThere, name);
+  return isThere || m_committed.contains(name);
 }
 
 std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) const {
@@ -94,7 +109,7 @@ std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) c
     state.version = variation->GetVersionID();
     state.isValid = variation->IsVariationValid();
     state.hasData = solution.HasSolutionData(state.variation, variation->GetVersionID());
-    state.isSaved = state.hasData && m_committed.count(variation->GetSolutionVariationKey().Pack()) > 0;
+    state.isSaved = state.hasData && IsCommitted(*variation);
     state.object = variation;
     states.push_back(std::move(state));
   }

@@ -9,6 +9,7 @@
 class BaseSimulationSetup;
 class BaseSolution;
 class BaseSolutionVariation;
+class SolutionFileManager;
 namespace desktop {
 class Session;
 }
@@ -26,7 +27,7 @@ struct VariationState {
   BaseSolutionVariation const * object = nullptr;
 };
 
-/// Answers about the variations of a project; asks the library once which blocks are committed.
+/// Answers about the variations of a project; reads once which blocks are committed, where there are others.
 class VariationStates {
 public:
   explicit VariationStates(desktop::Session const & session);
@@ -37,7 +38,11 @@ private:
   struct HashOfName {
     std::size_t operator()(AString const & name) const;
   };
-  std::unordered_set<AString, HashOfName> m_committed;
+  bool IsCommitted(BaseSolutionVariation const & variation) const;
+
+  bool m_isAllCommitted;
+  SolutionFileManager const & m_files;
+  std::unordered_set<AString, HashOfName> m_committed; ///< unless all is
 };
 
 /// Points, each counted once, and how many of them are valid, have data, are saved.
