@@ -4,6 +4,7 @@
 #include "basekit/text/CaseFolding.h"
 #include "basekit/value/variation/VariationText.h"
 #include "desktop/product/IResultReceiver.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -82,11 +83,32 @@ std::size_t VariationStates::HashOfName::operator()(AString const & name) const 
   return static_cast<std::size_t>(text::HashNoCase(name.View()));
 }
 
-VariationStates::VariationStates(desktop::Session const & session) {
+VariationStates::VariationStates(desktop::Session const & session)
+    : m_isAllCommitted(session.IsLibrarySaved()), m_files(session.GetManager().GetSolutionFileManager()) {
+  if (m_isAllCommitted)
+    return;
   auto const names = session.GetCommittedBlocks();
   m_committed.insert(names.begin(), names.end());
   auto const since = session.GetPointsStoredSince();
   m_storedSince.insert(since.begin(), since.end());
+}
+
+bool VariationStates::IsCommitted(AString const & name) const {
+  bool isThere = false;
+  if (m_isAllCommitted)
+    m_files.GetInternalBlockName(isThere, name);
+  return isThere || m_committed.contains(name);
+}
+
+void VariationStates::TellWhetherSaved(VariationState & state) const {
+  // Without data in memory it was the library that told of data.
+  if (m_isAllCommitted && !state.object->HasSolutionData()) {
+    state.isSaved = true;
+    return;
+  }
+  AString const name = state.object->GetSolutionVariationKey().Pack();
+  state.isSaved = IsCommitted(name);
+  state.isUnsaved = !state.isSaved || m_storedSince.contains(name);
 }
 
 std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) const {
@@ -100,11 +122,8 @@ std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) c
     state.isValid = variation->IsVariationValid();
     state.hasData = solution.HasSolutionData(state.variation, variation->GetVersionID());
     state.object = variation;
-    if (state.hasData) {
-      AString const name = variation->GetSolutionVariationKey().Pack();
-      state.isSaved = m_committed.contains(name);
-      state.isUnsaved = !state.isSaved || m_storedSince.contains(name);
-    }
+    if (state.hasData)
+      TellWhetherSaved(state);
     if (hasFilesBeside && !state.isUnsaved)
       LookForNewerFiles(solution, state);
     states.push_back(std::move(state));

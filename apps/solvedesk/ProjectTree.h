@@ -9,6 +9,7 @@
 class BaseSimulationSetup;
 class BaseSolution;
 class BaseSolutionVariation;
+class SolutionFileManager;
 namespace desktop {
 class Session;
 }
@@ -27,7 +28,7 @@ struct VariationState {
   BaseSolutionVariation const * object = nullptr;
 };
 
-/// Answers about the variations of a project; asks the library once which blocks are committed.
+/// Answers about the variations of a project; reads once which blocks are committed, where there are others.
 class VariationStates {
 public:
   explicit VariationStates(desktop::Session const & session);
@@ -39,9 +40,14 @@ private:
     std::size_t operator()(AString const & name) const;
   };
   using Names = std::unordered_set<AString, HashOfName>;
+  bool IsCommitted(AString const & name) const;
+  void TellWhetherSaved(VariationState & state) const;
   void LookForNewerFiles(BaseSolution const & solution, VariationState & state) const;
-  Names m_committed;
-  Names m_storedSince;
+
+  bool m_isAllCommitted;
+  SolutionFileManager const & m_files;
+  Names m_committed;   ///< unless all is
+  Names m_storedSince; ///< the same
 };
 
 /// Points, each counted once, and how many of them are valid, have data, are saved.

@@ -36,14 +36,17 @@ std::vector<long> IdsNotIn(std::map<long, Object *> const & map, std::vector<Kno
   return ids;
 }
 
-// Names that are no keys are passed over.
+bool IsKey(AString const & name) {
+  SolutionVariationKey key;
+  return UnpackQuickly(name, key);
+}
+
+// Names that are no keys are passed over; those that are tell a version, mostly.  Whoever takes a key erases no entry.
 template <class Take> void ForEachKey(SolutionFileManager const & files, Take take) {
-  std::list<AString> names;
-  files.IndexKeyList(names, false);
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    if (UnpackQuickly(name, key))
-      take(key);
+  files.LoadRealToInternalBlockNameMap();
+  for (auto const & [name, entry] : files.GetEntries()) {
+    if (entry.key.GetVersionIDKey() != id::invalidID || IsKey(name))
+      take(entry.key);
   }
 }
 

@@ -67,6 +67,7 @@ public:
   Project & GetProject() { return *m_project; }
   Design & GetDesign() { return *m_design; }
   ProductSolutionManager & GetManager() { return *m_manager; }
+  ProductSolutionManager const & GetManager() const { return *m_manager; }
   IDesktopProduct const & GetProduct() const { return *m_product; }
 
   /// The door for all edits, with their history, which begins empty with each session.
@@ -107,6 +108,8 @@ public:
   std::set<AString> GetCommittedBlocks() const;
   /// The real names of the points whose blocks are newer than the last save, whether or not they were saved before.
   std::set<AString> GetPointsStoredSince() const;
+  /// Whether the library holds nothing beside what was saved last, as far as is known without reading it once more.
+  bool IsLibrarySaved() const { return !IsReadOnly() && !HasUnsavedResults(); }
 
 private:
   explicit Session(Access access);
