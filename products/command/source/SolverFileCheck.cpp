@@ -73,10 +73,11 @@ private:
       if (std::any_of(m_file.setups.begin(), setup,
                       [&](auto const & other) { return text::EqualNoCase(other.name, setup->name); }))
         Refuse(setup->line, "setup " + setup->name + ": is there twice; give it another name");
-      for (auto const & [name, text] : setup->settings)
-        if (!FindValue(m_file.settings, name))
-          Refuse(setup->line,
-                 "setup " + setup->name + ": there is no setting '" + name + "'; add 'setting " + name + " = TEXT'");
+      HoleValues fitted;
+      std::string const problem = FitSettings(m_file, setup->settings, fitted);
+      if (!problem.empty())
+        Refuse(setup->line, "setup " + setup->name + ": " + problem);
+      setup->settings = fitted;
     }
   }
 
@@ -160,6 +161,22 @@ private:
 };
 
 } // namespace
+
+std::string FitSettings(SolverFile const & file, HoleValues const & given, HoleValues & fitted) {
+  std::string known;
+  fitted.clear();
+  for (auto const & [name, byDefault] : file.settings) {
+    known += (known.empty() ? "" : ", ") + name;
+    if (std::string const * const text = FindValue(given, name))
+      fitted.emplace_back(name, *text);
+  }
+  for (auto const & [name, text] : given)
+    if (!FindValue(file.settings, name))
+      return "there is no setting '" + name + "'; " +
+             (known.empty() ? "the solver file has none" : "there are " + known) + "; add 'setting " + name +
+             " = TEXT' to " + file.path + " for another one";
+  return std::string();
+}
 
 void CheckSolverFile(SolverFile & file) { Check(file).All(); }
 
