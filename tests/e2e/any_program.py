@@ -182,6 +182,28 @@ class AnyProgram(DeskTest):
             self.assertIn(part, self.refuse(4, 'new', 'p', '--source', 'bad.solver', '--product', 'command'))
         self.assertEqual(files_below(), ['bad.solver'])
 
+    def test_a_source_of_another_product_is_refused_with_the_words_that_name_it(self):
+        write('small.solver', SMALL)
+        self.assertIn('; the product command can read it: add --product command',
+                      self.refuse(4, 'new', 'p', '--source', 'small.solver'))
+        write('bad.solver', 'frob\n')
+        self.assertNotIn('--product', self.refuse(4, 'new', 'p', '--source', 'bad.solver'))
+
+    def test_a_reload_of_an_edited_remark_says_that_nothing_counts(self):
+        self.project()
+        write('small.solver', SMALL + '# A remark.\n')
+        self.assertEqual(self.run_desk('reload', 'small').stdout, 'read; nothing that counts has changed in it\n')
+        self.assertEqual(self.run_desk('reload', 'small').stdout,
+                         'the source is what it was when the project read it\n')
+
+    def test_a_quantity_named_like_a_variable_has_a_column_of_its_own_name(self):
+        write('small.solver', SMALL.replace('scalar y', 'scalar A'))
+        notes = self.document('new', 'small', '--source', 'small.solver', '--product', 'command')['notes']
+        self.assertEqual(len(notes), 1)
+        self.assertIn('small.solver:6: A: is the name of a variable too', notes[0])
+        self.run_desk('solve', 'small')
+        self.assertEqual(self.run_desk('values', 'small', '--csv').stdout, 'setup,a,b,A (quantity)\nRun,2,3,6\n')
+
     def test_values_refuses_what_is_not_there(self):
         self.project()
         self.assertIn('solvedesk solve', self.refuse(1, 'values', 'small'))

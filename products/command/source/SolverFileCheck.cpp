@@ -92,11 +92,20 @@ private:
                "output: nothing is taken from " + output.Name() + "; add a scalar or column line below it");
       for (QuantityLine const & quantity : output.quantities)
         Quantity(output, quantity, names, columns);
+      for (QuantityLine const & quantity : output.quantities)
+        NoteLikeVariable(quantity);
     }
     for (OutputLine const & output : m_file.outputs)
       for (QuantityLine const & quantity : output.quantities)
         if (!quantity.over.empty() && !FindValue(columns, quantity.over))
           Refuse(quantity.line, quantity.name + ": runs over '" + quantity.over + "', which is no column; add it");
+  }
+
+  void NoteLikeVariable(QuantityLine const & quantity) {
+    for (DesignVariable const & variable : m_file.variables)
+      if (text::EqualNoCase(variable.name, quantity.name))
+        m_file.notes.push_back(m_file.path + ":" + std::to_string(quantity.line) + ": " + quantity.name +
+                               ": is the name of a variable too; another one tells the two apart in tables");
   }
 
   void Quantity(OutputLine const & output, QuantityLine const & quantity, HoleValues & names,

@@ -126,9 +126,10 @@ TEST_F(SolverFile, RefusesHolesThatNothingFills) {
 TEST_F(SolverFile, NotesWhatMaySurprise) {
   Write("in.txt", "{angle}");
   auto const file = Read("variable angle = 45 deg\nvariable y = 1\ntemplate in.txt\n" + std::string(kRest));
-  ASSERT_EQ(file.notes.size(), 2u);
+  ASSERT_EQ(file.notes.size(), 3u);
   EXPECT_NE(file.notes[0].find("plain numbers"), std::string::npos);
-  EXPECT_NE(file.notes[1].find("variable y"), std::string::npos);
+  EXPECT_NE(file.notes[1].find("y: is the name of a variable too"), std::string::npos);
+  EXPECT_NE(file.notes[2].find("variable y"), std::string::npos);
 }
 
 TEST_F(SolverFile, IsNoFolderAndNoBytes) {
