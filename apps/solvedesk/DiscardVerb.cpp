@@ -17,12 +17,11 @@ struct DiscardWords {
 std::string TextOf(desktop::UnsavedWork const & dropped) {
   if (!dropped.design && !dropped.results)
     return "nothing to discard";
-  std::string text = "discarded ";
-  if (dropped.design)
-    text += dropped.results ? "changes of the design and " : "changes of the design";
-  if (dropped.results)
-    text += dropped.points > 0 ? Count(dropped.points, "unsaved point") : "unsaved results";
-  return text;
+  // An edit enters definitions into the library too, and a deletion that it is one.
+  std::string const results = dropped.points > 0 ? Count(dropped.points, "unsaved point") : "";
+  if (!dropped.design)
+    return "discarded " + (results.empty() ? "unsaved changes of the library; no solved point was unsaved" : results);
+  return "discarded changes of the design" + (results.empty() ? "" : " and " + results);
 }
 
 int Discard(DiscardWords const & words) {

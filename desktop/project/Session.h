@@ -95,6 +95,10 @@ public:
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
+  /// Up to where the library is what was saved last; empty when all of it is.
+  std::optional<std::uint64_t> GetSavedLength() const { return m_savedLength; }
+  /// The solved points that opening took over after a crash, stale ones too.
+  int CountRecoveredPoints() const { return m_recoveredPoints; }
   /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
 
@@ -153,6 +157,7 @@ private:
   bool m_hasAutosave = false;
   /// The library's length as it was saved last, once it may have grown since; see SavedLibrary.
   std::optional<std::uint64_t> m_savedLength;
+  int m_recoveredPoints = 0;
   /// The design has setups or solutions that only the library knew of.
   bool m_hasForeignObjects = false;
   /// The design as it was last written, for telling whether there is anything to write.
