@@ -8,19 +8,12 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
-
 namespace rfcircuit {
 namespace {
 
-// The first port whose reference is not that of port 1 decides; empty when all agree.
-std::string DifferingPorts(NetworkData const & data) {
-  NetworkPort const & first = data.Ports().front();
-  for (NetworkPort const & port : data.Ports())
-    if (port.z0 != first.z0)
-      return fmt::format("port {} ({}) has {} ohm and port {} ({}) has {} ohm", first.number, text::ToUtf8(first.name),
-                         first.z0, port.number, text::ToUtf8(port.name), port.z0);
-  return std::string();
+// Of one pass alone nothing is known of a change.
+std::string ChangeText(AdaptiveOrigin const & origin) {
+  return origin.change == 0.0 && !origin.isConverged ? "unknown" : fmt::format("{:.2g}", origin.change);
 }
 
 std::vector<std::string> Header(RfVariation const & variation) {
@@ -33,10 +26,9 @@ std::vector<std::string> Header(RfVariation const & variation) {
                                   "Variation: " + text::ToUtf8(variation.GetDesignVariationKey()), ports};
   if (auto const & origin = variation.GetData().Origin())
     header.push_back(
-        fmt::format("Adaptive sweep: {} of {} points solved, the others fitted; largest change {:.2g}, target "
-                    "{:.2g}, {}",
-                    origin->solved.size(), variation.GetData().Frequencies().size(), origin->change, origin->target,
-                    origin->isConverged ? "converged" : "NOT converged"));
+        fmt::format("Adaptive sweep: {} of {} points solved, the others fitted; largest change {}, target {:.2g}, {}",
+                    origin->solved.size(), variation.GetData().Frequencies().size(), ChangeText(*origin),
+                    origin->target, origin->isConverged ? "converged" : "NOT converged"));
   return header;
 }
 
@@ -63,13 +55,6 @@ bool ExportTouchstone(RfVariation const & variation, LongFileName const & fileWi
                       LongFileName & written, AString & error) {
   NetworkData const & data = variation.GetData();
   std::string const path = text::ToUtf8(fileWithoutExtension.FilePath()) + rf::TouchstoneExtension(data.Ports().size());
-  if (std::string const differing = DifferingPorts(data); !differing.empty()) {
-    // The file's name alone: its folder may be one that files are gathered in before they go where they are wanted.
-    error = text::FromUtf8(std::filesystem::path(path).filename().string() +
-                           ": a Touchstone file of version 1 holds one reference impedance for all ports, but " +
-                           differing + "; give all ports of the netlist the same z0");
-    return false;
-  }
   rf::TouchstoneOptions options;
   options.digits = digits;
   try {
