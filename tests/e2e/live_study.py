@@ -200,7 +200,11 @@ class Records(LiveStudy):
         self.assertEqual((document['converged'], document['not_converged']), (2, 0))
         [one] = document['records'][0]['sets']
         self.assertTrue(one['converged'])
-        self.assertIsNotNone(one['target'])
+        self.assertEqual(one['target'], 1e-5)
+        self.assertIsInstance(one['passes'][0]['Pass'], int)
+        self.assertIn(type(one['max_passes']), (int, type(None)))
+        header = self.run_desk('convergence', 'small').stdout.splitlines()[1].split()
+        self.assertEqual([word.lower() for word in header].count('pass'), 1, header)
         self.assertIsNotNone(one['criterion'])
         self.assertGreater(len(one['passes']), 1)
         names = [column['name'] for column in one['columns']]

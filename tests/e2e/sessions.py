@@ -168,7 +168,8 @@ class Sessions(DeskTest):
         with open(PRIVATE, 'wb') as file:
             file.write(former)
         done = self.run_desk('info', 'small')
-        self.assertIn('small.qsol_priv: does not belong to the saved results; it was set aside as', done.stderr)
+        self.assertIn('small.qsol_priv: does not belong to the saved results, or its '
+                      'beginning is damaged; it was set aside as', done.stderr)
         self.assertEqual(content(PRIVATE + '.set-aside-1'), former)
         self.assertEqual(self.with_data(), {'1', '2'})
 
