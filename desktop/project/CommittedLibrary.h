@@ -20,4 +20,8 @@ std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::
 /// The points whose block the library or its private file got since, also of those that are saved with a former one.
 std::set<AString> PointsStoredSince(AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
 
+/// The blocks of the private file that bear no name any more, since the entries of the name map that told of them stood
+/// in its torn end; 0 for a file that is whole.
+std::size_t CountNamelessBlocks(AString const & libraryPath);
+
 } // namespace desktop

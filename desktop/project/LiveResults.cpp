@@ -24,8 +24,8 @@ constexpr int kMostRereads = 5;
 
 } // namespace
 
-LiveResults::LiveResults(Project const & project, AString const & libraryPath)
-    : m_project(project), m_path(libraryPath) {}
+LiveResults::LiveResults(Project const & project, AString const & libraryPath, std::optional<std::uint64_t> savedLength)
+    : m_project(project), m_path(libraryPath), m_savedLength(savedLength) {}
 
 bool LiveResults::HasWriter() const { return ProjectLock::IsTaken(m_project.GetLockFile()); }
 
@@ -74,7 +74,7 @@ std::map<AString, AString, AString::NoCaseLess> LiveResults::ReadNames() {
 bool LiveResults::IsNews(LibraryReader::Entry const & entry, Place const & place) const {
   auto const known = m_places.find(entry.name);
   if (known == m_places.end())
-    return !m_isFirst || entry.isPrivate;
+    return !m_isFirst || entry.isPrivate || (m_savedLength && entry.offset >= *m_savedLength);
   Place const & before = known->second;
   return before.salt == place.salt ? before.offset != place.offset : before.length != place.length;
 }

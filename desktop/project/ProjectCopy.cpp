@@ -64,7 +64,12 @@ void ProjectCopy::CopyFiles(Project const & project) {
 }
 
 void ProjectCopy::Copy(LongFileName const & from, LongFileName const & to) const {
-  if (!LFN_Copy(from, to, kFailIfExists))
+  bool const isCopied = LFN_Copy(from, to, kFailIfExists);
+  std::error_code ignored; // What can't be written then tells so.  The copy of a file that nobody may write is our own.
+  std::filesystem::permissions(text::ToUtf8(to.FilePath()),
+                               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
+                               std::filesystem::perm_options::add, ignored);
+  if (!isCopied)
     throw Error(ErrorKind::kStorage, from.FilePath() + L": can't be copied to " + m_folder.FilePath() + L" (" +
                                          LFN_LastError() + L"); make room there, or set TMPDIR to another folder");
 }

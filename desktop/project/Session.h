@@ -104,6 +104,10 @@ public:
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
+  /// Up to where the library is what was saved last; empty when all of it is.
+  std::optional<std::uint64_t> GetSavedLength() const { return m_savedLength; }
+  /// The solved points that opening took over after a crash, stale ones too.
+  int CountRecoveredPoints() const { return m_recoveredPoints; }
   /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
   /// The real names of the points whose blocks are newer than the last save, whether or not they were saved before.
@@ -185,6 +189,7 @@ private:
   std::optional<std::uint64_t> m_savedLength;
   /// While an autosave is read: the design that it goes on from.
   io::CBlock const * m_goesOnFrom = nullptr;
+  int m_recoveredPoints = 0;
   /// The design has setups or solutions that only the library knew of.
   bool m_hasForeignObjects = false;
   /// Stores have files that a session before left, which no design tells of yet.

@@ -66,7 +66,9 @@ AString TextOfDropped(std::vector<RecoveryReport::Dropped> const & dropped) {
   return text;
 }
 
-AString RecoveryNotice(AString const & project, int points) {
+AString RecoveryNotice(AString const & project, int points, bool isComplete) {
+  if (points == 0 && !isComplete)
+    return project + L": the last session ended in a crash; none of what it solved could be taken over";
   return points == 0 ? project + L": the last session ended in a crash; no solved point was unsaved"
                      : project + AString::Format(L": recovered %d %s after a crash", points,
                                                  AString(points == 1 ? L"point" : L"points"));
@@ -235,7 +237,9 @@ void Session::ReadWithWork(ProjectRecord const & record, bool isWholeTruth) {
     if (library.AcquireForWriting() != CStreamioLibrary::kLibSuccess)
       RefuseStorage(library.LastError());
     if (!library.WasSetAside().empty())
-      m_notices.push_back(path + L"_priv: does not belong to the saved results; it was set aside as " +
+      m_notices.push_back(path +
+                          L"_priv: does not belong to the saved results, or its beginning is damaged; it was set "
+                          L"aside as " +
                           library.WasSetAside());
     return;
   }
@@ -249,6 +253,13 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
   m_hadCrash = true;
   AString const path = m_manager->GetQsolPath();
   RefuseDamagedNames(path);
+  std::size_t const nameless = CountNamelessBlocks(path);
+  if (nameless > 0)
+    CopyAside(LongFileName(path + L"_priv"),
+              AString::Format(L"its end is torn off, and with it the %s of %lu %s",
+                              AString(nameless == 1 ? L"name" : L"names"), static_cast<unsigned long>(nameless),
+                              AString(nameless == 1 ? L"block" : L"blocks")) +
+                  L", which can't be taken over");
   NoteSavedLibrary();
   StaleResults(path).Keep(SetupsOfDesign(record.module));
   LibraryLengths const before(path);
@@ -266,7 +277,8 @@ void Session::TakeOverAfterCrash(ProjectRecord const & record) {
       SavedLibrary(path).Forget();
     RefuseTakeover(path, report, cause);
   }
-  AString notice = RecoveryNotice(m_project->GetName(), CountThere(*m_manager, unsaved)) +
+  m_recoveredPoints = CountThere(*m_manager, unsaved);
+  AString notice = RecoveryNotice(m_project->GetName(), m_recoveredPoints, nameless == 0) +
                    TextOfDropped(m_manager->DroppedForGood());
   if (!m_manager->GetRecoveryReport().isCommitted)
     notice += L"; the library could not be written, so it is unsaved work";

@@ -10,19 +10,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace rfcircuit {
 namespace {
 
-// The first port whose reference is not that of port 1 decides; empty when all agree.
-std::string DifferingPorts(NetworkData const & data) {
-  NetworkPort const & first = data.Ports().front();
-  for (NetworkPort const & port : data.Ports())
-    if (port.z0 != first.z0)
-      return fmt::format("port {} ({}) has {} ohm and port {} ({}) has {} ohm", first.number, text::ToUtf8(first.name),
-                         first.z0, port.number, text::ToUtf8(port.name), port.z0);
-  return std::string();
+// Of one pass alone nothing is known of a change.
+std::string ChangeText(AdaptiveOrigin const & origin) {
+  return origin.change == 0.0 && !origin.isConverged ? "unknown" : fmt::format("{:.2g}", origin.change);
 }
 
 std::vector<std::string> Header(NetworkData const & data, TouchstoneLabels const & labels) {
@@ -38,9 +32,8 @@ std::vector<std::string> Header(NetworkData const & data, TouchstoneLabels const
                                   "Variation: " + text::ToUtf8(labels.variation), ports};
   if (auto const & origin = data.Origin())
     header.push_back(
-        fmt::format("Adaptive sweep: {} of {} points solved, the others fitted; largest change {:.2g}, target "
-                    "{:.2g}, {}",
-                    origin->solved.size(), data.Frequencies().size(), origin->change, origin->target,
+        fmt::format("Adaptive sweep: {} of {} points solved, the others fitted; largest change {}, target {:.2g}, {}",
+                    origin->solved.size(), data.Frequencies().size(), ChangeText(*origin), origin->target,
                     origin->isConverged ? "converged" : "NOT converged"));
   if (IsRenormalizing(data, labels))
     header.push_back("Renormalized; the ports' own impedances in ohm:" + impedances);
@@ -80,11 +73,6 @@ void Renormalize(NetworkData const & data, double z0, std::vector<rf::SMatrix> &
 
 // Throws rf::TouchstoneError; `name` is whom it is about.
 std::string TextOf(std::string const & name, NetworkData const & data, TouchstoneLabels const & labels) {
-  if (std::string const differing = labels.z0 ? std::string() : DifferingPorts(data); !differing.empty())
-    throw rf::TouchstoneError(name +
-                              ": a Touchstone file of version 1 holds one reference impedance for all ports, "
-                              "but " +
-                              differing + "; give all ports of the netlist the same z0");
   std::vector<rf::SMatrix> matrices = Matrices(data);
   if (IsRenormalizing(data, labels))
     Renormalize(data, *labels.z0, matrices);
@@ -112,8 +100,6 @@ bool MakeTouchstoneText(NetworkData const & data, TouchstoneLabels const & label
     return true;
   } catch (rf::TouchstoneError const & refused) {
     error = text::FromUtf8(refused.what());
-    if (!labels.z0 && !DifferingPorts(data).empty())
-      error += L", or say z0=50 behind touchstone, to which the file is renormalized then";
     return false;
   }
 }
@@ -122,13 +108,11 @@ bool ExportTouchstone(RfVariation const & variation, LongFileName const & fileWi
                       LongFileName & written, AString & error) {
   NetworkData const & data = variation.GetData();
   std::string const path = text::ToUtf8(fileWithoutExtension.FilePath()) + rf::TouchstoneExtension(data.Ports().size());
-  // The file's name alone: its folder may be one that files are gathered in before they go where they are wanted.
-  std::string const name = DifferingPorts(data).empty() ? path : std::filesystem::path(path).filename().string();
   written = LongFileName();
   try {
     TouchstoneLabels const labels{variation.GetBaseSolution()->GetGlobalSolutionName(),
                                   variation.GetDesignVariationKey(), digits};
-    rf::WriteTouchstoneText(path, TextOf(name, data, labels));
+    rf::WriteTouchstoneText(path, TextOf(path, data, labels));
   } catch (rf::TouchstoneFileError const & refused) {
     written = LongFileName(text::FromUtf8(path));
     error = text::FromUtf8(refused.what());

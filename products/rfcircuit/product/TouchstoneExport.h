@@ -21,9 +21,9 @@ struct TouchstoneLabels {
   std::optional<double> z0{};
 };
 
-/// S-parameters as Touchstone 1, with the variation's text as a comment and no date: the same data gives the same text.
-/// False with a one-line error when the ports differ in their reference impedance, which the format can't tell, or the
-/// network can't be renormalized.
+/// S-parameters as Touchstone 1, or 2 where the ports differ in their reference impedance, with the variation's text as
+/// a comment and no date: the same data gives the same text.  False with a one-line error when the network can't be
+/// renormalized.
 bool MakeTouchstoneText(NetworkData const & data, TouchstoneLabels const & labels, std::string & text, AString & error);
 
 /// Whether the text shows other S-parameters than those of the data.
