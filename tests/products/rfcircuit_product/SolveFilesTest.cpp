@@ -104,10 +104,12 @@ TEST_F(SolveFiles, ATouchstoneFileIsRenormalizedAndFlagged) {
   EXPECT_FALSE(solution.GetRenormalized().GetData(Key(L"res=31")));
 }
 
-TEST_F(SolveFiles, PortsThatDifferFailThePointWithARemedy) {
-  AString error;
-  Result(Setup("touchstone"), L"res=30", error);
-  EXPECT_NE(text::ToUtf8(error).find("say z0=50 behind touchstone"), std::string::npos) << text::ToUtf8(error);
+TEST_F(SolveFiles, PortsThatDifferAreWrittenInVersion2) {
+  auto & solution = Deliver(Setup("touchstone"), L"res=30");
+  AString const path = solution.GetTouchstoneFiles().GetFullPath(Key(L"res=30"), false, false);
+  std::string const text = Content(text::ToUtf8(path));
+  EXPECT_NE(text.find("[Version] 2.0\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("[Reference] 50 75\n"), std::string::npos) << text;
 }
 
 TEST_F(SolveFiles, AnAdaptiveSweepTellsItsPasses) {
