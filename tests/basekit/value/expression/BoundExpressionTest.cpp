@@ -147,6 +147,21 @@ TEST_F(BoundExpression, ValidationRefusesWhatIsNoExpressionHere) {
   EXPECT_EQ(error.position, 4u);
 }
 
+TEST_F(BoundExpression, DatasetsAreThoseOfTheNameSpaces) {
+  std::vector<double> const x = {0.0, 4e-3};
+  std::vector<double> const y = {1.0, 2.0};
+  expr::Dataset const points{x, y};
+  space.AddDataset(L"er", &points);
+  VariableNameSpace inner(true, true, false);
+  Value value;
+  ASSERT_TRUE(value.SetValueText(L"interp(\"ER\", w)"));
+  EXPECT_EQ(value.GetSIValue(), 1.5);
+  inner.SetVariableSearchFlags(VariableSearchFlags());
+  EXPECT_FALSE(value.SetValueText(L"interp(\"er\", 1)"));
+  space.ClearVariablesAndServers();
+  EXPECT_EQ(space.FindDataset(L"er"), nullptr);
+}
+
 TEST_F(BoundExpression, WithoutANameSpaceThereAreNoVariables) {
   space.ClearVariablesAndServers();
   EXPECT_EQ(Labels(L"w + F"), (std::vector<AString>{L"w"}));

@@ -99,6 +99,10 @@ TEST_F(Language, ComplexArithmeticWorks) {
   EXPECT_EQ(Complex(L"(1+2i)*(3-1i)"), std::complex<double>(5, 5));
   EXPECT_EQ(Complex(L"(1+2i)^2"), std::complex<double>(-3, 4));
   EXPECT_EQ(Complex(L"1i/2"), std::complex<double>(0, 0.5));
+  EXPECT_EQ(Complex(L"2*(1+2i)"), std::complex<double>(2, 4));
+  EXPECT_EQ(Complex(L"(1+2i)*2"), std::complex<double>(2, 4));
+  EXPECT_EQ(Complex(L"2/(1+1i)"), std::complex<double>(1, -1));
+  EXPECT_EQ(Complex(L"2*complex(1, inf)"), std::complex<double>(2, inf));
   EXPECT_NEAR(std::abs(Complex(L"sqrt(-1+0i)") - std::complex<double>(0, 1)), 0.0, 1e-15);
   EXPECT_EQ(Complex(L"(0+0i)^2"), std::complex<double>(0, 0));
   EXPECT_EQ(Complex(L"(2i)^0"), std::complex<double>(1, 0));
@@ -166,4 +170,5 @@ TEST_F(Language, UnitsOfResultsFollowFromThoseOfTheParts) {
   EXPECT_EQ(unitOf(L"dB(2V)"), Units::kDecibel);
   EXPECT_EQ(unitOf(L"sqrt(2V*3V)"), Units::kNoUnits);
   EXPECT_EQ(unitOf(L"1V > 2V"), Units::kNoUnits);
+  EXPECT_EQ(unitOf(L"if(1V > 2V, 2mm, 3mm)"), Units::kMillimetre);
 }

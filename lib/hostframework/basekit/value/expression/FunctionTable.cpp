@@ -76,7 +76,7 @@ constexpr ElementFunction elementFunctions[] = {
     {L"ceil", UnitRule::kSame, realOnly<math::Ceiling>, L"least whole number not below x"},
     {L"round", UnitRule::kSame, realOnly<math::Rounded>, L"nearest whole number, halves away from zero"},
     {L"sgn", UnitRule::kNone, realOnly<math::Sign>, L"-1, 0 or 1"},
-    {L"if", UnitRule::kNone, choice, L"if(condition, x, y): x where the condition is not 0, else y"},
+    {L"if", UnitRule::kSame, choice, L"if(condition, x, y): x where the condition is not 0, else y"},
     {L"isnan", UnitRule::kNone, partOf<math::IsMissing, math::IsMissing>, L"1 where there is no value, else 0"},
     {L"mag_ang_deg", UnitRule::kSame, magnitudeDegrees, L"x, shown as magnitude and angle in degrees"},
     {L"mag_ang_rad", UnitRule::kSame, magnitudeRadians, L"x, shown as magnitude and angle in radians"},

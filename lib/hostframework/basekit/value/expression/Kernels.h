@@ -172,6 +172,12 @@ void MapThree(double const * const * a, double * out, std::size_t count) {
     out[i] = function(a[0][i], a[1][i], a[2][i]);
 }
 
+/// A complex number and a real one: no part of the real one is made up, so infinities stay what they are.
+template <double (*function)(double, double)> void MapParts(double const * const * a, double * out, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i)
+    Store(out, i, {function(a[0][2 * i], a[1][i]), function(a[0][2 * i + 1], a[1][i])});
+}
+
 /// if(condition, x, y) over samples of so many doubles; where the condition has no value, neither has the result.
 template <std::size_t width> void Choose(double const * const * a, double * out, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i)

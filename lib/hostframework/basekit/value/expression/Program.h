@@ -76,7 +76,6 @@ private:
   struct Step {
     Kernel kernel = nullptr;
     std::uint8_t argumentCount = 0;
-    bool isComplex = false;
     std::uint32_t buffer = 0; ///< where its samples lie until they are used
     Operand arguments[maxElementArguments];
   };
