@@ -110,6 +110,8 @@ TEST_F(BoundExpression, AlienLabelsAreTheWordsThatAreNoVariables) {
   EXPECT_EQ(Labels(L"a + b"), (std::vector<AString>{L"a", L"b"}));
   EXPECT_EQ(Labels(L" a "), (std::vector<AString>{L"a"}));
   EXPECT_EQ(Labels(L"'my name'"), (std::vector<AString>{L"my name"}));
+  EXPECT_EQ(Labels(L"max"), (std::vector<AString>{L"max"}));
+  EXPECT_EQ(Labels(L"2*max(max)"), (std::vector<AString>{L"max"}));
 }
 
 TEST_F(BoundExpression, TextsThatAreNoExpressionHaveLabelsToo) {
