@@ -1,10 +1,12 @@
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
+#include "basekit/text/Utf8.h"
 #include "basekit/value/VariableNameSpace.h"
 #include "plotkit/PostprocessSweep.h"
 #include "plotkit/SynchronizedSweep.h"
 #include "tests/solutionmanager/extraction/ReportExtractor.h"
 
+#include <fstream>
 #include <random>
 
 using support::AssertWatch;
@@ -121,6 +123,24 @@ TEST_F(ExtractorDesignFileTest, AnySetReadsBackEqual) {
   io::CBlock const written = Written();
   EXPECT_EQ(Reread(written), io::kNoError);
   EXPECT_EQ(Written().Pack(), written.Pack());
+}
+
+TEST_F(ExtractorDesignFileTest, TheExampleOfTheFormatsPageReadsAndWritesItself) {
+  std::ifstream page(SOURCE_FOLDER "/docs/formats/reports.md");
+  std::string example;
+  for (std::string line; std::getline(page, line);)
+    if (line.starts_with("    "))
+      example += line + "\n";
+  Variable variables[] = {Variable(L"C1", L"1pF"), Variable(L"L1", L"1nH"), Variable(L"L2", L"1nH"), Variable(L"k")};
+  for (Variable & variable : variables)
+    m_design.ownVariables.variables.push_back(&variable);
+  support::TestInstance second(m_design, L"C1=1.2pF", 2);
+  m_design.ownInstances.push_back(&second);
+  m_extractor->refersToSimValues = true;
+  io::CBlock block(BaseSolution::kSimDataExtractorBlockName);
+  ASSERT_TRUE(block.Unpack(text::FromUtf8(example)));
+  EXPECT_EQ(m_extractor->DesignFileRead(block), io::kNoError);
+  EXPECT_EQ(Written().Pack(), block.Pack());
 }
 
 TEST_F(ExtractorDesignFileTest, ReadingAgainReplacesTheSweepsUnlessTheProductKeepsThem) {

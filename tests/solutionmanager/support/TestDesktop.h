@@ -34,9 +34,10 @@ class TestDesign;
 
 class TestInstance : public IDesignInstance {
 public:
-  TestInstance(TestDesign & design, AString const & variation) : m_design(design), m_variation(variation) {}
+  TestInstance(TestDesign & design, AString const & variation, long id = 7)
+      : m_design(design), m_variation(variation), m_id(id) {}
   void SetVariation(AString const & variation) { m_variation = variation; }
-  long GetID() const override { return 7; }
+  long GetID() const override { return m_id; }
   IDesign * GetIDesign() const override;
   AString GetVariationKey() const override { return m_variation; }
   void GetNominalVariableValues(VariableValues &) const override {}
@@ -45,6 +46,7 @@ public:
 private:
   TestDesign & m_design;
   AString m_variation;
+  long m_id;
 };
 
 class TestService : public ISimulationService {
