@@ -2,7 +2,7 @@
 import os
 import unittest
 
-from _solvedesk import DeskTest, files_below, read, write
+from _solvedesk import SOLVEDESK, DeskTest, files_below, read, write
 
 
 class Attachments(DeskTest):
@@ -108,11 +108,11 @@ class Attachments(DeskTest):
         shell.stdout.readline()
         self.assertEqual(list(self.listed()), ['notes.txt'])
         self.refuse(6, 'attach', 'small', 'notes.txt', '--to', 'third.txt')
+        shell.kill()
+        shell.wait()
 
     def shell_that_waits(self):
         os.mkfifo('script')
-        from _solvedesk import SOLVEDESK
-        self.addCleanup(os.close, os.open('script', os.O_RDWR))
         fifo = os.open('script', os.O_RDWR)
         os.write(fifo, b'history\n')
         self.addCleanup(os.close, fifo)

@@ -195,6 +195,17 @@ class ResultFiles(DeskTest):
         self.assertEqual(self.results(stored[0].split('=')[1])['Touchstone', None]['state'], 'saved')
         self.assert_divider(1000, self.results(1000))
 
+    def test_files_that_cant_be_written_end_the_run_and_no_point_is_stored_without_them(self):
+        self.project()
+        folder = os.path.join('divider.results', 'divider.rf')
+        write(folder, 'in the way')
+        self.assertIn("a result file can't be written", self.solve('20', code=7).stderr)
+        document = self.document('info', 'divider')
+        self.assertEqual([point for point in document['setups'][0]['solutions'][0]['variations'] if point['has_data']], [])
+        os.remove(folder)
+        self.solve('20')
+        self.assert_divider(20, self.results(20))
+
     def test_ports_of_different_impedance_need_one_for_the_file(self):
         netlist = DIVIDER.replace('.sp', 'V2 mid 0 dc 0 ac 1 portnum 2 z0 75\n.sp')
         self.project(netlist)

@@ -7,8 +7,8 @@
 
 namespace rf {
 
-/** What a solve leaves as files beside its S-parameters.  Nothing unless it is asked for: files cost more than the data
-    of a point does, and a Touchstone file can be had from the data at any time. */
+/** What a solve leaves as files beside its S-parameters.  Nothing unless it is asked for: each file is made for itself,
+    while data is stored in batches, and a Touchstone file can be had from the data at any time. */
 struct SweepFiles {
   static constexpr std::size_t MOST_VOLTAGES = 1000;
 
