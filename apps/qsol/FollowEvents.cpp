@@ -33,10 +33,15 @@ void FollowEvents::Begin(bool isWritten) {
 
 void FollowEvents::Look() {
   Catalogue const catalogue(m_opened.reader);
-  TellCommit();
   KnownBlocks now;
+  // A commit is told behind what it committed, and before what is not committed yet.
   for (Block const & block : catalogue.Blocks())
-    LookAt(block, now);
+    if (!block.entry.isPrivate)
+      LookAt(block, now);
+  TellCommit();
+  for (Block const & block : catalogue.Blocks())
+    if (block.entry.isPrivate)
+      LookAt(block, now);
   for (auto const & [name, known] : m_known)
     if (!now.contains(name))
       TellDeleted(known.block);

@@ -5,6 +5,7 @@
 #include "apps/qsol/Failure.h"
 #include "apps/qsol/OpenLibrary.h"
 #include "apps/qsol/Text.h"
+#include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/BlockCodec.h"
@@ -29,6 +30,28 @@ std::uint64_t LengthOf(AString const & path) {
   return isFile ? info.length : 0;
 }
 
+bool StandsThere(AString const & path) {
+  file::FileInfo info;
+  return file::FileSystem().Describe(LongFileName(path), info).Ok() && info.kind != file::FileKind::None;
+}
+
+// A project whose save is not settled, or that goes back to what was saved by the length that its library had then,
+// needs the library as it is.
+void RefuseWhatAProjectNeeds(AString const & library) {
+  if (StandsThere(library + L"_saved"))
+    throw Failure(Exit::Failed, OneLine(library) +
+                                    "_saved: the library holds unsaved work of its project, which could not be taken "
+                                    "back any more; save or discard it first: solvedesk save PROJECT");
+  AString const extension(L".results/");
+  AString const folder = LFN_AbsolutePath(library).DirPath();
+  if (!folder.EndsWith(extension))
+    return;
+  AString const note = folder.substr(0, folder.size() - extension.size()) + L".sproject.saving";
+  if (StandsThere(note))
+    throw Failure(Exit::Failed, OneLine(note) + ": a save of the project is under way or was interrupted; wait for its "
+                                                "end, or open the project, which settles it: solvedesk save PROJECT");
+}
+
 // A library that a compaction would do harm to is told before anything is touched.
 void RefuseWhatIsNotReady(OpenedLibrary const & opened) {
   std::string const name = OneLine(opened.publicPath);
@@ -40,6 +63,7 @@ void RefuseWhatIsNotReady(OpenedLibrary const & opened) {
   file::FileInfo info;
   if (file::FileSystem().Describe(LongFileName(opened.publicPath), info).Ok() && info.isLink)
     throw Failure(Exit::Usage, name + ": is a link; name the file that it leads to");
+  RefuseWhatAProjectNeeds(opened.publicPath);
   switch (opened.privateState) {
   case PrivateFile::None:
   case PrivateFile::ClosedInOrder:

@@ -19,8 +19,6 @@
 namespace solvedesk {
 namespace {
 
-constexpr int kSchemaVersion = 1;
-
 std::string s_place;
 LineOutput::Receiver s_receiver;
 int s_outputError = 0; // Of the first output that failed.
@@ -60,6 +58,23 @@ void PrintResult(OutputOptions const & options, std::string const & text, nlohma
     Write(text);
   }
 }
+
+void PrintResult(OutputOptions const & options, std::string const & text, std::string const & document) {
+  if (s_receiver) {
+    auto tree = nlohmann::ordered_json::parse(document);
+    tree.erase("schema_version");
+    s_receiver(text, tree);
+  } else if (options.json) {
+    Write(document);
+    Write("\n");
+  } else if (!options.quiet) {
+    Write(text);
+  }
+}
+
+bool IsTextWanted(OutputOptions const & options) { return s_receiver || (!options.json && !options.quiet); }
+
+bool IsDocumentWanted(OutputOptions const & options) { return s_receiver || options.json; }
 
 LineOutput::LineOutput(std::string const & place, Receiver receiver) {
   s_place = place;

@@ -19,11 +19,19 @@ struct OutputOptions {
   bool quiet = false; ///< no text on standard output; errors and notices stay
 };
 
+/// Which results of verbs there are, as documents: a number that goes up when one changes its form.
+constexpr int kSchemaVersion = 1;
+
 /// Adds --json and --quiet to a verb.
 void AddOutputOptions(CLI::App & verb, OutputOptions & options);
 
 /// The result of a verb on standard output: the document under a schema_version, or the text for people.
 void PrintResult(OutputOptions const & options, std::string const & text, nlohmann::ordered_json const & document);
+/// The same with a document that is text already, its schema_version included.
+void PrintResult(OutputOptions const & options, std::string const & text, std::string const & document);
+/// Which form of a result anybody gets to see; the other one need not be made.
+bool IsTextWanted(OutputOptions const & options);
+bool IsDocumentWanted(OutputOptions const & options);
 /// For as long as this lives results go to a receiver instead, both forms of them, and messages bear a place:
 /// "script:3: ...".  One at a time.
 class LineOutput {

@@ -3,6 +3,7 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/TextTable.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/text/NumberText.h"
 #include "solutionmanager/convergence/ConvDef.h"
 #include "solutionmanager/convergence/ConvergenceData.h"
 #include "solutionmanager/convergence/SetupConvDef.h"
@@ -36,7 +37,22 @@ int IndexOfSet(AString const & name) {
   return static_cast<int>(std::clamp(std::wcstol(name.c_str(), nullptr, 10), kLeast, kMost));
 }
 
+// JSON knows neither infinities nor what is no number: those keep their texts.
+Json NumberJson(double number, AString const & text) {
+  constexpr double kMostExact = 9007199254740992.0;
+  if (!std::isfinite(number))
+    return Json(Utf8(text));
+  bool const isWhole = std::trunc(number) == number && std::abs(number) < kMostExact;
+  return isWhole ? Json(static_cast<long long>(number)) : Json(number);
+}
+
 Json TextOrNull(AString const & text) { return text.Compare(kNone) == 0 ? Json() : Json(Utf8(text)); }
+
+// A product tells its targets as texts.
+Json NumberOrText(AString const & text) {
+  double number = 0;
+  return text::ParseReal(text.View(), number) ? NumberJson(number, text) : TextOrNull(text);
+}
 
 Json ValueJson(ConvergenceData const & record, AString const & column, int pass, int index) {
   AString const text = record.GetPassData(column, pass, index);
@@ -44,8 +60,7 @@ Json ValueJson(ConvergenceData const & record, AString const & column, int pass,
   bool const isNumber = record.GetPassData(column, pass, number, index);
   if (text.Compare(kNone) == 0)
     return Json();
-  // JSON knows neither infinities nor what is no number: those keep their texts.
-  return isNumber && std::isfinite(number) ? Json(number) : Json(Utf8(text));
+  return isNumber ? NumberJson(number, text) : Json(Utf8(text));
 }
 
 } // namespace
@@ -97,12 +112,16 @@ std::string CriterionText(ConvergenceData const & record, int index) {
 std::string ConvergenceTable(ConvergenceData const & record, int index) {
   Columns const columns = ColumnsOf(record, index);
   TextTable table;
-  std::vector<std::string> row{"pass"};
+  // A product that counts its passes itself has a column for that.
+  bool const isCounted = std::any_of(columns.begin(), columns.end(),
+                                     [](auto const & column) { return AString::MatchNoCase(column.first, L"Pass"); });
+  std::vector<std::string> const noNumber;
+  std::vector<std::string> row = isCounted ? noNumber : std::vector<std::string>{"pass"};
   for (auto const & [name, canPlot] : columns)
     row.push_back(Utf8(name));
   table.Add(row);
   for (int pass = 1; pass <= PassCount(record, index); ++pass) {
-    row = {std::to_string(pass)};
+    row = isCounted ? noNumber : std::vector<std::string>{std::to_string(pass)};
     for (auto const & [name, canPlot] : columns)
       row.push_back(Utf8(record.GetPassData(name, pass, index)));
     table.Add(row);
@@ -128,12 +147,12 @@ Json ConvergenceJson(ConvergenceData const & record, int index) {
   Json json{{"index", index},
             {"kind", Utf8(record.GetSetupConvDefName(index))},
             {"converged", record.SupportsIsConverged(index) ? Json(record.GetIsConverged(index)) : Json()},
-            {"target", TextOrNull(record.GetTargetCriterion(index))},
+            {"target", NumberOrText(record.GetTargetCriterion(index))},
             {"criterion", TextOrNull(record.GetCriterionLabel(index))},
-            {"max_passes", TextOrNull(record.GetMaximumIter(index))},
-            {"min_passes", TextOrNull(record.GetMinimumIter(index))},
-            {"target_consecutive_passes", TextOrNull(record.GetTargetConsecPasses(index))},
-            {"consecutive_passes", TextOrNull(record.GetCurrentConsecPasses(index))},
+            {"max_passes", NumberOrText(record.GetMaximumIter(index))},
+            {"min_passes", NumberOrText(record.GetMinimumIter(index))},
+            {"target_consecutive_passes", NumberOrText(record.GetTargetConsecPasses(index))},
+            {"consecutive_passes", NumberOrText(record.GetCurrentConsecPasses(index))},
             {"columns", Json::array()},
             {"passes", Json::array()}};
   for (auto const & [name, canPlot] : ColumnsOf(record, index))

@@ -4,7 +4,10 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
+
+#include <vector>
 
 namespace solvedesk {
 namespace {
@@ -15,14 +18,19 @@ struct DiscardWords {
 };
 
 std::string TextOf(desktop::UnsavedWork const & dropped) {
-  if (!dropped.design && !dropped.results)
+  if (!dropped.design && !dropped.results && dropped.files == 0)
     return "nothing to discard";
-  std::string text = "discarded ";
+  // An edit enters definitions into the library too, and a deletion that it is one.
+  std::vector<std::string> parts;
   if (dropped.design)
-    text += dropped.results ? "changes of the design and " : "changes of the design";
-  if (dropped.results)
-    text += dropped.points > 0 ? Count(dropped.points, "unsaved point") : "unsaved results";
-  return text;
+    parts.emplace_back("changes of the design");
+  if (dropped.points > 0)
+    parts.push_back(Count(dropped.points, "unsaved point"));
+  else if (dropped.results && !dropped.design)
+    parts.emplace_back("unsaved changes of the library; no solved point was unsaved");
+  if (dropped.files > 0)
+    parts.push_back(Count(dropped.files, "unsaved result file"));
+  return fmt::format("discarded {}", fmt::join(parts, " and "));
 }
 
 int Discard(DiscardWords const & words) {
@@ -31,9 +39,10 @@ int Discard(DiscardWords const & words) {
   std::string const path = Utf8(ProjectPath(words.project));
   PrintResult(words.output, fmt::format("{}: {}\n", path, TextOf(dropped)),
               {{"project", path},
-               {"discarded", dropped.design || dropped.results},
+               {"discarded", dropped.design || dropped.results || dropped.files > 0},
                {"design_changes", dropped.design},
-               {"points", dropped.points}});
+               {"points", dropped.points},
+               {"files", dropped.files}});
   return 0;
 }
 

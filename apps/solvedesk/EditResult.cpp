@@ -41,7 +41,7 @@ void EditResult::Print(OutputOptions const & output, std::string const & project
 void EditResult::Print(OutputOptions const & output, std::string const & project, bool isChanged,
                        std::string const & unchanged, nlohmann::ordered_json const & items) const {
   auto const changes = isChanged ? m_session.GetEditor().GetLastChanges() : std::vector<desktop::EditChange>();
-  Print(output, project, changes, isChanged ? std::string() : unchanged + "\n", isChanged, items);
+  Print(output, project, changes, changes.empty() ? unchanged + "\n" : std::string(), isChanged, items);
 }
 
 void EditResult::PrintChanges(OutputOptions const & output, std::string const & project,

@@ -1,5 +1,7 @@
 #include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/DocumentText.h"
 #include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/PointResults.h"
 #include "apps/solvedesk/ProjectTree.h"
 #include "apps/solvedesk/StaleReport.h"
 #include "apps/solvedesk/Verbs.h"
@@ -7,6 +9,7 @@
 #include "desktop/command/DesignState.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IResultReceiver.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "plotkit/SweepDefinition.h"
@@ -25,6 +28,7 @@ using Json = nlohmann::ordered_json;
 struct InfoWords {
   std::string project;
   bool why = false;
+  bool files = false;
   OutputOptions output;
 };
 
@@ -63,48 +67,51 @@ char const * StateWord(VariationState const & state) {
 
 std::string StateText(VariationState const & state) {
   return fmt::format("{:<6}  {:<7}  {}", StateWord(state), state.hasData ? "data" : "no data",
-                     !state.hasData  ? "-"
-                     : state.isSaved ? "saved"
-                                     : "unsaved");
+                     !state.hasData     ? "-"
+                     : !state.isUnsaved ? "saved"
+                     : state.isSaved    ? "both"
+                                        : "unsaved");
 }
 
-/// Builds the tree of a project once, as text for people and as a document.
+/// Goes through a project once and tells it, as text for people, as a document, or both.
 class InfoReport {
 public:
-  InfoReport(desktop::Session & session, bool why) : m_session(session), m_why(why), m_states(session) {}
+  InfoReport(desktop::Session & session, InfoWords const & words)
+      : m_session(session), m_why(words.why), m_files(words.files), m_makesText(IsTextWanted(words.output)),
+        m_makesDocument(IsDocumentWanted(words.output)), m_states(session) {}
 
   std::string const & Text() const { return m_text; }
-  Json const & Document() const { return m_document; }
+  std::string TakeDocument() { return std::move(m_document).Take(); }
 
   void Make(std::string const & path) {
     m_text = fmt::format("{} ({}{}{})\n", path, Utf8(m_session.GetProduct().GetName()),
                          m_session.HasUnsavedChanges() ? ", unsaved changes" : "",
                          m_session.IsReadOnly() ? ", read only" : "");
-    m_document = {{"project", path},
-                  {"product", Utf8(m_session.GetProduct().GetName())},
-                  {"read_only", m_session.IsReadOnly()},
-                  {"unsaved_changes", m_session.HasUnsavedChanges()},
-                  {"notices", Json::array()}};
+    Json notices = Json::array();
     for (AString const & notice : m_session.GetNotices())
-      m_document["notices"].push_back(Utf8(notice));
-    AddSource();
+      notices.push_back(Utf8(notice));
+    std::string const note = NoteOfSource(m_session);
+    if (!note.empty())
+      notices.push_back(note);
+    m_document.Members({{"project", path},
+                        {"product", Utf8(m_session.GetProduct().GetName())},
+                        {"read_only", m_session.IsReadOnly()},
+                        {"unsaved_changes", m_session.HasUnsavedChanges()},
+                        {"notices", notices}});
+    AddSource(!note.empty());
     AddDesign();
-    m_document["setups"] = Json::array();
+    m_document.BeginArray("setups");
     for (auto const & [id, setup] : m_session.GetManager().GetSetups())
-      m_document["setups"].push_back(SetupJson(*setup));
+      AddSetup(*setup);
+    m_document.EndArray();
   }
 
 private:
-  void AddSource() {
-    std::string const note = NoteOfSource(m_session);
-    if (!note.empty())
-      m_document["notices"].push_back(note);
+  void AddSource(bool hasChanged) {
     std::string const source = Utf8(m_session.GetProject().GetSourceFile().FilePath());
     std::string const library = Utf8(m_session.GetManager().GetQsolPath());
-    m_text +=
-        fmt::format("  source {}{}\n  library {}\n", source, note.empty() ? "" : " (not as it was read)", library);
-    m_document["source"] = {{"path", source}, {"changed", !note.empty()}};
-    m_document["library"] = library;
+    m_text += fmt::format("  source {}{}\n  library {}\n", source, hasChanged ? " (not as it was read)" : "", library);
+    m_document.Members({{"source", {{"path", source}, {"changed", hasChanged}}}, {"library", library}});
   }
 
   void AddDesign() {
@@ -115,69 +122,99 @@ private:
       m_text += fmt::format("    {} = {}\n", Utf8(variable->GetName()), Utf8(variable->GetValueText()));
       variables.push_back({{"name", Utf8(variable->GetName())}, {"value", Utf8(variable->GetValueText())}});
     }
-    m_document["design"] = {
-        {"name", Utf8(design.GetName())}, {"variation", Utf8(design.GetVariation())}, {"variables", variables}};
+    m_document.Value(
+        "design",
+        {{"name", Utf8(design.GetName())}, {"variation", Utf8(design.GetVariation())}, {"variables", variables}});
   }
 
-  Json SetupJson(BaseSimulationSetup const & setup) {
+  void AddSetup(BaseSimulationSetup const & setup) {
     std::vector<SweepDefinition *> sweeps;
     setup.GetSweepDefinitions(sweeps);
     m_text += fmt::format("  setup {}, {}\n", Utf8(setup.GetName()), Utf8(setup.GetSimSetupTypeName()));
-    Json json{{"name", Utf8(setup.GetName())}, {"type", Utf8(setup.GetSimSetupTypeName())}, {"sweeps", Json::array()}};
     std::string const settings = Utf8(desktop::SettingsWords(m_session, setup));
-    json["settings"] = settings;
     if (sweeps.empty() && !settings.empty())
       m_text += fmt::format("    {}\n", settings);
+    Json sweepList = Json::array();
     for (SweepDefinition const * sweep : sweeps) {
       m_text += fmt::format("    sweep {}\n", SweepText(*sweep));
-      json["sweeps"].push_back(SweepJson(*sweep));
+      sweepList.push_back(SweepJson(*sweep));
     }
-    json["solutions"] = Json::array();
+    m_document.BeginObject();
+    m_document.Members({{"name", Utf8(setup.GetName())},
+                        {"type", Utf8(setup.GetSimSetupTypeName())},
+                        {"sweeps", sweepList},
+                        {"settings", settings}});
+    m_document.BeginArray("solutions");
     for (auto const & [id, solution] : setup.GetSolutions())
-      json["solutions"].push_back(SolutionJson(*solution));
-    return json;
+      AddSolution(*solution);
+    m_document.EndArray();
+    m_document.EndObject();
   }
 
-  Json SolutionJson(BaseSolution const & solution) {
+  void AddSolution(BaseSolution const & solution) {
     auto const variations = m_states.Of(solution);
     SolutionCounts const counts = Count(variations);
-    m_text += fmt::format("    solution {}: {}, {} valid, {} with data, {} saved{}\n", Utf8(solution.GetSolutionName()),
-                          Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved,
-                          counts.former > 0 ? ", " + Count(counts.former, "former version") : std::string());
-    Json json{{"name", Utf8(solution.GetSolutionName())}, {"variations", Json::array()}};
+    m_text +=
+        fmt::format("    solution {}: {}, {} valid, {} with data, {} saved{}{}\n", Utf8(solution.GetSolutionName()),
+                    Count(counts.all, "variation"), counts.valid, counts.withData, counts.saved,
+                    counts.both > 0 ? fmt::format(" ({} with newer unsaved results)", counts.both) : std::string(),
+                    counts.former > 0 ? ", " + Count(counts.former, "former version") : std::string());
+    m_document.BeginObject();
+    m_document.Text("name", solution.GetSolutionName());
+    m_document.BeginArray("variations");
     StaleReport reasons(m_session, solution);
-    for (VariationState const & state : variations) {
+    for (VariationState const & state : variations)
+      AddVariation(solution, state, reasons);
+    m_document.EndArray();
+    if (m_why) {
+      m_text += reasons.Text();
+      if (Json const point = reasons.PresentPoint(); !point.is_null())
+        m_document.Value("present_point", point);
+    }
+    m_document.EndObject();
+  }
+
+  // There may be a hundred thousand of them.
+  void AddVariation(BaseSolution const & solution, VariationState const & state, StaleReport & reasons) {
+    Json const why = m_why && !state.isValid && !state.isFormer ? reasons.Why(*state.object) : Json();
+    if (m_makesText)
       m_text += fmt::format("      {}  {}\n", StateText(state),
                             state.variation.empty() ? "(no variables)" : Utf8(state.variation));
-      json["variations"].push_back({{"variation", Utf8(state.variation)},
-                                    {"valid", state.isValid},
-                                    {"has_data", state.hasData},
-                                    {"saved", state.isSaved},
-                                    {"former", state.isFormer},
-                                    {"version", state.version}});
-      if (m_why && !state.isValid && !state.isFormer)
-        json["variations"].back()["why"] = reasons.Why(*state.object);
-    }
-    if (!m_why)
-      return json;
-    m_text += reasons.Text();
-    if (Json const point = reasons.PresentPoint(); !point.is_null())
-      json["present_point"] = point;
-    return json;
+    auto const results = m_files ? ResultsOf(solution, state) : std::vector<desktop::StoredResult>();
+    if (m_makesText)
+      m_text += TextOf(results, "        ");
+    if (!m_makesDocument)
+      return;
+    m_document.BeginObject();
+    m_document.Text("variation", state.variation);
+    m_document.Flag("valid", state.isValid);
+    m_document.Flag("has_data", state.hasData);
+    m_document.Flag("saved", state.isSaved);
+    m_document.Flag("unsaved", state.isUnsaved);
+    m_document.Flag("former", state.isFormer);
+    m_document.Number("version", state.version);
+    if (m_files)
+      m_document.Value("results", JsonOf(results));
+    if (!why.is_null())
+      m_document.Value("why", why);
+    m_document.EndObject();
   }
 
   desktop::Session & m_session;
   bool m_why;
+  bool m_files;
+  bool m_makesText;
+  bool m_makesDocument;
   VariationStates m_states;
   std::string m_text;
-  Json m_document;
+  DocumentText m_document;
 };
 
 int ShowProject(InfoWords const & words) {
   auto const session = OpenForReading(words.project);
-  InfoReport report(*session, words.why);
+  InfoReport report(*session, words);
   report.Make(Utf8(ProjectPath(words.project)));
-  PrintResult(words.output, report.Text(), report.Document());
+  PrintResult(words.output, report.Text(), report.TakeDocument());
   return 0;
 }
 
@@ -189,11 +226,14 @@ void AddInfoVerb(CLI::App & program, Action & action) {
       program.add_subcommand("info", "show a project's variables, setups, solutions and variations");
   AddProjectWord(*verb, words->project);
   verb->add_flag("--why", words->why, "tell which edit made data stale, and what makes it valid again");
+  verb->add_flag("--files", words->files,
+                 "list the files and numbers that are kept beside the data of valid variations");
   AddOutputOptions(*verb, words->output);
   verb->footer(
       "Examples:\n  solvedesk info lowpass --json\n  solvedesk info lowpass --why\n\n"
-      "A variation is valid while nothing changed since it was solved, stale when something did, and saved once it is\n"
-      "in the committed library; a former one is an older version of a point that was solved again.  While another "
+      "A variation is valid while nothing changed since it was solved, stale when something did, saved once it is in\n"
+      "the committed library, and both when what is saved has newer, unsaved results beside it; a former one is an "
+      "older version of a point that was solved again.  While another "
       "process has the project, the state that was saved last is shown.");
   verb->callback([&action, words] { action = [words] { return ShowProject(*words); }; });
 }

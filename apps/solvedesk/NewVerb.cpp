@@ -1,9 +1,12 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/Verbs.h"
+#include "basekit/file/LongFileName.h"
+#include "basekit/text/Utf8.h"
 #include "basekit/value/Variable.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
+#include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
@@ -28,16 +31,40 @@ void CheckProduct(AString const & name) {
     return;
   AString known;
   for (AString const & other : registry.Names())
-    known += (known.empty() ? L"" : L", ") + other;
+    known += (known.empty() ? AString() : AString(L", ")) + other;
   throw desktop::Error(desktop::ErrorKind::kUsage,
-                       L"--product " + name + L": there is no product of that name; known are: " + known);
+                       AString(L"--product ") + name + L": there is no product of that name; known are: " + known);
+}
+
+// The words that make another product read a source; empty when none of them can.
+AString HintOfProduct(AString const & source, AString const & product) {
+  auto const & registry = desktop::ProductRegistry::Instance();
+  for (AString const & name : registry.Names()) {
+    desktop::SourceDescription description;
+    AString ignored; // what is wrong with it for yet another product
+    if (!AString::MatchNoCase(name, product) && registry.Find(name)->ReadSource(source, description, ignored))
+      return AString(L"; the product ") + name + L" can read it: add --product " + name;
+  }
+  return AString();
+}
+
+std::shared_ptr<desktop::Session> Create(NewWords const & words, AString const & path) {
+  AString const product = ArgumentText(words.product);
+  AString const source = ArgumentText(words.netlist);
+  CheckProduct(product);
+  try {
+    return desktop::Session::Create(path, source, product);
+  } catch (desktop::Error const & error) {
+    AString const hint = error.Kind() == desktop::ErrorKind::kSource ? HintOfProduct(source, product) : AString();
+    if (hint.empty())
+      throw;
+    throw desktop::Error(error.Kind(), text::FromUtf8(error.what()) + hint);
+  }
 }
 
 int MakeProject(NewWords const & words) {
-  AString const product = ArgumentText(words.product);
-  CheckProduct(product);
   AString const path = ProjectPath(words.project);
-  auto const session = desktop::Session::Create(path, ArgumentText(words.netlist), product);
+  auto const session = Create(words, path);
   nlohmann::ordered_json variables = nlohmann::ordered_json::array();
   nlohmann::ordered_json setups = nlohmann::ordered_json::array();
   for (Variable const * variable : session->GetDesign().GetVariables())

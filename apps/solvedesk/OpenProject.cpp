@@ -98,8 +98,8 @@ std::string NoteOfSource(desktop::Session const & session) {
     return std::string();
   } catch (desktop::Error const & error) {
     std::string const what = error.what();
-    std::string const note = what.substr(0, what.rfind("; ")) +
-                             "; results are those of the netlist as it was read, until 'solvedesk reload'";
+    std::string const note =
+        what.substr(0, what.rfind("; ")) + "; results are those of the source as it was read, until 'solvedesk reload'";
     PrintMessage(note);
     return note;
   }

@@ -49,7 +49,7 @@ Json TaskJson(CProfileTask const & task) {
           {"info", Utf8(task.GetInfo())},
           {"wall_seconds", task.GetRealTime()},
           {"cpu_seconds", task.GetCpuTime()},
-          {"memory_bytes", task.GetMemory()}};
+          {"memory_bytes", static_cast<long long>(task.GetMemory())}};
 }
 
 Json GroupJson(int index, long id, CProfileGroup const & group) {
@@ -88,7 +88,10 @@ std::string ProfileReport::Total::Text() const {
 }
 
 Json ProfileReport::Total::Json() const {
-  return {{"solves", solves}, {"wall_seconds", seconds}, {"cpu_seconds", cpuSeconds}, {"memory_bytes", memory}};
+  return {{"solves", solves},
+          {"wall_seconds", seconds},
+          {"cpu_seconds", cpuSeconds},
+          {"memory_bytes", static_cast<long long>(memory)}};
 }
 
 bool ProfileReport::Add(RecordOfSolve const & solve) {

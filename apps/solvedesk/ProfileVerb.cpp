@@ -37,7 +37,8 @@ void AddProfileVerb(CLI::App & program, Action & action) {
                "  solvedesk profile lowpass --brief\n"
                "  solvedesk profile lowpass --setup SParameters1 --json\n\n"
                "Each solve of a variation at the setup's present settings has left a group of tasks, also one that\n"
-               "failed. The task 'Whole solve' at its end is all of it, as the worker measured it.");
+               "failed. The task 'Whole solve' at its end is all of it, as the worker measured it. Groups that the\n"
+               "solver made of its own tasks follow.");
   verb->callback([&action, words] { action = [words] { return ShowProfile(*words); }; });
 }
 

@@ -112,13 +112,16 @@ void Program::AddVerbs() {
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
-  AddFunctionsVerb(*m_app, m_action);
+  AddAttachVerb(*m_app, m_action);
+  AddAttachmentsVerb(*m_app, m_action);
+  AddDetachVerb(*m_app, m_action);
   if (m_place == Place::kShell) {
     AddUndoVerb(*m_app, m_action);
     AddRedoVerb(*m_app, m_action);
     AddHistoryVerb(*m_app, m_action);
     return;
   }
+  AddFunctionsVerb(*m_app, m_action);
   AddRecoverVerb(*m_app, m_action);
   AddShellVerb(*m_app, m_action);
   AddWorkerVerb(*m_app, m_action);
@@ -155,6 +158,20 @@ std::string Program::VerbNames() const {
   return m_place == Place::kShell ? names + ", help, exit" : names;
 }
 
+namespace {
+
+// "Could not convert: --jobs = x".
+std::string ProblemOf(CLI::ConversionError const & error) {
+  std::string const text = error.what();
+  std::string const head = "Could not convert: ";
+  std::size_t const middle = text.find(" = ");
+  if (!text.starts_with(head) || middle == std::string::npos)
+    return text;
+  return text.substr(head.size(), middle - head.size()) + " " + text.substr(middle + 3) + ": takes a number";
+}
+
+} // namespace
+
 bool Program::Parse(std::vector<std::string> words) {
   using desktop::Error;
   TakeHelp(words);
@@ -173,6 +190,8 @@ bool Program::Parse(std::vector<std::string> words) {
   try {
     std::reverse(words.begin(), words.end());
     m_app->parse(std::move(words));
+  } catch (CLI::ConversionError const & error) {
+    throw Error(desktop::ErrorKind::kUsage, text::FromUtf8(ProblemOf(error) + "; see " + HelpCommand()));
   } catch (CLI::ParseError const & error) {
     if (error.get_exit_code() != 0)
       throw Error(desktop::ErrorKind::kUsage, text::FromUtf8(std::string(error.what()) + "; see " + HelpCommand()));

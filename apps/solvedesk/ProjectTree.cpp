@@ -1,7 +1,10 @@
 #include "apps/solvedesk/ProjectTree.h"
 
+#include "apps/solvedesk/PointResults.h"
 #include "basekit/text/CaseFolding.h"
 #include "basekit/value/variation/VariationText.h"
+#include "desktop/product/IResultReceiver.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -80,25 +83,58 @@ std::size_t VariationStates::HashOfName::operator()(AString const & name) const 
   return static_cast<std::size_t>(text::HashNoCase(name.View()));
 }
 
-VariationStates::VariationStates(desktop::Session const & session) {
+VariationStates::VariationStates(desktop::Session const & session)
+    : m_isAllCommitted(session.IsLibrarySaved()), m_files(session.GetManager().GetSolutionFileManager()) {
+  if (m_isAllCommitted)
+    return;
   auto const names = session.GetCommittedBlocks();
   m_committed.insert(names.begin(), names.end());
+  auto const since = session.GetPointsStoredSince();
+  m_storedSince.insert(since.begin(), since.end());
+}
+
+bool VariationStates::IsCommitted(AString const & name) const {
+  bool isThere = false;
+  if (m_isAllCommitted)
+    m_files.GetInternalBlockName(isThere, name);
+  return isThere || m_committed.contains(name);
+}
+
+void VariationStates::TellWhetherSaved(VariationState & state) const {
+  // Without data in memory it was the library that told of data.
+  if (m_isAllCommitted && !state.object->HasSolutionData()) {
+    state.isSaved = true;
+    return;
+  }
+  AString const name = state.object->GetSolutionVariationKey().Pack();
+  state.isSaved = IsCommitted(name);
+  state.isUnsaved = !state.isSaved || m_storedSince.contains(name);
 }
 
 std::vector<VariationState> VariationStates::Of(BaseSolution const & solution) const {
   std::vector<VariationState> states;
   states.reserve(solution.GetVariations().size());
+  bool const hasFilesBeside = HasFilesBeside(solution);
   for (auto const & [index, variation] : solution.GetVariations()) {
     VariationState state;
     state.variation = variation->GetDesignVariationKey();
     state.version = variation->GetVersionID();
     state.isValid = variation->IsVariationValid();
     state.hasData = solution.HasSolutionData(state.variation, variation->GetVersionID());
-    state.isSaved = state.hasData && m_committed.count(variation->GetSolutionVariationKey().Pack()) > 0;
     state.object = variation;
+    if (state.hasData)
+      TellWhetherSaved(state);
+    if (hasFilesBeside && !state.isUnsaved)
+      LookForNewerFiles(solution, state);
     states.push_back(std::move(state));
   }
   return InOrder(std::move(states));
+}
+
+void VariationStates::LookForNewerFiles(BaseSolution const & solution, VariationState & state) const {
+  auto const results = ResultsOf(solution, state);
+  state.isUnsaved = std::any_of(results.begin(), results.end(),
+                                [](desktop::StoredResult const & result) { return result.IsUnsaved(); });
 }
 
 SolutionCounts Count(std::vector<VariationState> const & variations) {
@@ -111,6 +147,7 @@ SolutionCounts Count(std::vector<VariationState> const & variations) {
     counts.valid += state.isValid ? 1 : 0;
     counts.withData += state.hasData ? 1 : 0;
     counts.saved += state.isSaved ? 1 : 0;
+    counts.both += state.isSaved && state.isUnsaved ? 1 : 0;
   }
   return counts;
 }

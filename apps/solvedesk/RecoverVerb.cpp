@@ -28,7 +28,9 @@ int Tell(RecoverWords const & words, desktop::Session & session, std::vector<ASt
   document["notices"] = nlohmann::ordered_json::array();
   for (AString const & notice : notices)
     document["notices"].push_back(Utf8(notice));
-  PrintResult(words.output, path + ": " + recovery.Text(), document);
+  // What was set aside is told before.
+  std::string const text = words.setAside ? "goes on from the saved state\n" : recovery.Text();
+  PrintResult(words.output, path + ": " + text, document);
   return 0;
 }
 

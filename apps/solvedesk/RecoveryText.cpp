@@ -69,11 +69,13 @@ RecoveryText::RecoveryText(desktop::Session & session, bool isRehearsal) {
   m_document = {{"outcome", WordOf(report.outcome)}};
   if (report.outcome == RecoveryReport::Outcome::kNotTried)
     m_text = "nothing to recover\n";
-  AddTakenOver(report, isRehearsal);
+  AddTakenOver(session, isRehearsal);
   AddDropped(session, isRehearsal);
 }
 
-void RecoveryText::AddTakenOver(RecoveryReport const & report, bool isRehearsal) {
+void RecoveryText::AddTakenOver(desktop::Session & session, bool isRehearsal) {
+  RecoveryReport const & report = session.GetManager().GetRecoveryReport();
+  m_document["points"] = session.CountRecoveredPoints();
   m_document["blocks"] = report.blocks;
   m_document["variations"] = report.variations;
   m_document["setups"] = Json::array();
@@ -81,16 +83,18 @@ void RecoveryText::AddTakenOver(RecoveryReport const & report, bool isRehearsal)
     m_document["setups"].push_back(Utf8(setup));
   m_document["taken_over"] = Json::array();
   if (report.outcome == RecoveryReport::Outcome::kTakenOver)
-    m_text += fmt::format("{}: {}, {}\n", isRehearsal ? "would be taken over" : "taken over",
-                          Count(static_cast<long long>(report.variations), "variation"),
-                          Count(static_cast<long long>(report.blocks), "block"));
+    m_text += fmt::format(
+        "{}: {}, stale ones counted; {} of present versions, {}\n", isRehearsal ? "would be taken over" : "taken over",
+        Count(session.CountRecoveredPoints(), "point"), Count(static_cast<long long>(report.variations), "variation"),
+        Count(static_cast<long long>(report.blocks), "block"));
   for (RecoveryReport::TakenOver const & part : report.takenOver) {
     m_document["taken_over"].push_back({{"setup", Utf8(part.setup)},
                                         {"solution", Utf8(part.solution)},
                                         {"blocks", part.blocks},
                                         {"variations", part.variations}});
-    m_text += fmt::format("  {}{}{}: {}, {}\n", Utf8(part.setup), part.solution.empty() ? "" : " : ",
-                          Utf8(part.solution), Count(static_cast<long long>(part.variations), "variation"),
+    m_text += fmt::format("  {}{}{}: {}{}\n", Utf8(part.setup), part.solution.empty() ? "" : " : ", Utf8(part.solution),
+                          part.solution.empty() ? "definition and records of solves, "
+                                                : Count(static_cast<long long>(part.variations), "variation") + ", ",
                           Count(static_cast<long long>(part.blocks), "block"));
   }
 }

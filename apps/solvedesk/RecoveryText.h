@@ -4,7 +4,6 @@
 
 #include <string>
 
-struct RecoveryReport;
 namespace desktop {
 class Session;
 }
@@ -21,7 +20,7 @@ public:
   nlohmann::ordered_json const & Document() const { return m_document; }
 
 private:
-  void AddTakenOver(RecoveryReport const & report, bool isRehearsal);
+  void AddTakenOver(desktop::Session & session, bool isRehearsal);
   void AddDropped(desktop::Session & session, bool isRehearsal);
 
   std::string m_text;

@@ -24,7 +24,8 @@ int Reload(ReloadWords const & words) {
     PrintMessage("note: " + Utf8(notice));
     notes.push_back(Utf8(notice));
   }
-  std::string const nothing = "the netlist is what it was when the project read it";
+  std::string const nothing =
+      isChanged ? "read; nothing that counts has changed in it" : "the source is what it was when the project read it";
   result.Print(words.output, words.project, isChanged, nothing, {{"notes", notes}});
   return 0;
 }

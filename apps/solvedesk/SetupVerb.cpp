@@ -20,6 +20,16 @@ struct SetupWords {
   OutputOptions output;
 };
 
+// "1 GHz" in quotes is one number, as it is for `set`.
+std::string OneWord(std::string word) {
+  std::size_t const blank = word.find(' ');
+  bool const isNumber =
+      blank != std::string::npos && blank > 0 && word.find_first_not_of("0123456789.+-eE") == blank &&
+      blank + 1 < word.size() &&
+      word.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ", blank + 1) == std::string::npos;
+  return isNumber ? word.erase(blank, 1) : word;
+}
+
 AString Joined(std::vector<std::string> const & words) {
   std::string joined;
   for (std::string const & word : words)
@@ -73,7 +83,9 @@ bool Change(desktop::Editor & editor, SetupWords const & words) {
   return true;
 }
 
-int ChangeSetup(SetupWords const & words) {
+int ChangeSetup(SetupWords words) {
+  if (words.action == "add" || words.action == "edit")
+    std::transform(words.words.begin(), words.words.end(), words.words.begin(), OneWord);
   auto const session = OpenForWriting(words.project);
   EditResult const result(*session);
   bool const isChanged = Change(session->GetEditor(), words);

@@ -10,9 +10,11 @@
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/study/StudyForecast.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include <csignal>
 
@@ -30,9 +32,24 @@ struct SolveWords {
   bool stale = false;
   bool again = false;
   bool noSave = false;
+  bool dryRun = false;
   bool events = false;
   OutputOptions output;
 };
+
+std::vector<BaseSimulationSetup *> SetupsToSolve(desktop::Session & session, SolveWords const & words) {
+  auto setups = ChooseSetups(session, words.setups);
+  if (setups.empty())
+    throw desktop::Error(ErrorKind::kUsage, ProjectPath(words.project) +
+                                                L": has no setup to solve; make one with `setup add`, or in the "
+                                                L"source and reload");
+  for (BaseSimulationSetup const * setup : setups)
+    if (setup->GetSolutions().empty())
+      throw desktop::Error(ErrorKind::kUsage,
+                           setup->GetName() + L": the setup's solution was deleted, so it can't be solved; `reload` "
+                                              L"or `setup edit` make it a new one, `--setup` chooses others");
+  return setups;
+}
 
 /// The design asks this queue for as long as both live.
 class QueueOfDesign {
@@ -61,6 +78,9 @@ void CheckNumbers(SolveWords const & words) {
   if (words.stale && hasStudy)
     throw desktop::Error(ErrorKind::kUsage, L"--stale: takes the points from what was solved; leave --vary, --points "
                                             L"and --sample out");
+  if (words.dryRun && words.events)
+    throw desktop::Error(ErrorKind::kUsage, L"--dry-run and --events: nothing is solved, so nothing is told; leave one "
+                                            L"out");
   if (words.events && words.output.json)
     throw desktop::Error(ErrorKind::kUsage, L"--events and --json: both print on standard output; give one of them");
 }
@@ -93,7 +113,7 @@ public:
       : m_words(words), m_session(std::move(session)), m_listener(words.output, words.events) {}
 
   int Run(desktop::Study const & study) {
-    std::vector<BaseSimulationSetup *> const setups = SetupsToSolve();
+    std::vector<BaseSimulationSetup *> const setups = SetupsToSolve(*m_session, m_words);
     m_session->CheckSourceUnchanged();
     m_result.hadUnsaved = m_session->HasUnsavedChanges();
     if (m_words.events)
@@ -110,20 +130,6 @@ public:
   }
 
 private:
-  std::vector<BaseSimulationSetup *> SetupsToSolve() const {
-    auto setups = ChooseSetups(*m_session, m_words.setups);
-    if (setups.empty())
-      throw desktop::Error(ErrorKind::kUsage, ProjectPath(m_words.project) +
-                                                  L": has no setup to solve; make one with `setup add`, or in the "
-                                                  L"source and reload");
-    for (BaseSimulationSetup const * setup : setups)
-      if (setup->GetSolutions().empty())
-        throw desktop::Error(ErrorKind::kUsage,
-                             setup->GetName() + L": the setup's solution was deleted, so it can't be solved; `reload` "
-                                                L"or `setup edit` make it a new one, `--setup` chooses others");
-    return setups;
-  }
-
   desktop::RequestedPoints Request(desktop::Study const & study, std::vector<BaseSimulationSetup *> const & setups,
                                    desktop::SolveQueue * anew) {
     if (!m_words.stale)
@@ -197,9 +203,39 @@ private:
   SolveResult m_result;
 };
 
+// What would be solved, told from what is there: nothing is changed.
+int Forecast(SolveWords const & words, desktop::Study & study) {
+  auto const session = OpenForReading(words.project);
+  study.ResolveNames(session->GetDesign());
+  session->CheckSourceUnchanged();
+  desktop::RequestedPoints all;
+  for (BaseSimulationSetup * setup : SetupsToSolve(*session, words)) {
+    auto const stale = words.stale ? StalePointsOf(*session, *setup) : std::optional(study);
+    if (!stale)
+      continue;
+    auto const requested = desktop::ForecastStudy(*session, {setup}, *stale);
+    all.points += requested.points;
+    all.alreadyValid += words.again ? 0 : requested.alreadyValid;
+    all.repeated += requested.repeated;
+  }
+  std::size_t const solved = all.points - all.alreadyValid;
+  PrintResult(words.output,
+              fmt::format("{}: {} would be solved, {} valid already{}\n",
+                          Count(static_cast<long long>(all.points), "point"), solved, all.alreadyValid,
+                          all.repeated > 0 ? fmt::format(", {} given more than once", all.repeated) : std::string()),
+              {{"dry_run", true},
+               {"points", all.points},
+               {"to_solve", solved},
+               {"already_valid", all.alreadyValid},
+               {"repeated", all.repeated}});
+  return 0;
+}
+
 int Solve(SolveWords const & words) {
   CheckNumbers(words);
   desktop::Study study = MakeStudy(words.study);
+  if (words.dryRun)
+    return Forecast(words, study);
   auto const session = OpenForWriting(words.project);
   study.ResolveNames(session->GetDesign());
   return SolveOfProject(words, session).Run(study);
@@ -219,6 +255,7 @@ void AddSolveVerb(CLI::App & program, Action & action) {
   verb->add_flag("--again", words->again,
                  "solve also points that are valid already, such as one whose data is damaged");
   verb->add_flag("--no-save", words->noSave, "keep the results as unsaved work, and all edits with them");
+  verb->add_flag("--dry-run", words->dryRun, "tell how many points would be solved, and solve none");
   verb->add_flag("--events", words->events, "print one JSON line for each point once it is safe: stored or failed");
   AddOutputOptions(*verb, words->output);
   verb->footer(

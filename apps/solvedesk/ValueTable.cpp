@@ -2,6 +2,7 @@
 
 #include "apps/solvedesk/Console.h"
 #include "basekit/text/NumberText.h"
+#include "basekit/text/Utf8.h"
 
 #include <fmt/format.h>
 
@@ -36,6 +37,14 @@ std::string CsvField(std::string const & text) {
   for (char const c : text)
     quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
   return quoted + "\"";
+}
+
+// Whoever reads by names would take one column for the other.
+bool IsOtherColumn(PointValues const & point, AString const & name) {
+  return AString::MatchNoCase(name, L"setup") ||
+         std::any_of(point.variables.begin(), point.variables.end(), [&name](auto const & variable) {
+           return AString::MatchNoCase(text::FromUtf8(variable.first), name);
+         });
 }
 
 std::string TableOf(std::vector<QuantityValues const *> const & columns) {
@@ -96,7 +105,7 @@ std::string CsvHeader(PointValues const & point) {
   for (auto const & [name, value] : point.variables)
     header += "," + CsvField(name);
   for (QuantityValues const & quantity : point.quantities)
-    header += "," + CsvField(Utf8(quantity.name));
+    header += "," + CsvField(Utf8(quantity.name) + (IsOtherColumn(point, quantity.name) ? " (quantity)" : ""));
   return header + "\n";
 }
 

@@ -27,6 +27,9 @@ void AddFunctionsVerb(CLI::App & program, Action & action);
 void AddReloadVerb(CLI::App & program, Action & action);
 void AddSetupVerb(CLI::App & program, Action & action);
 void AddDeleteVerb(CLI::App & program, Action & action);
+void AddAttachVerb(CLI::App & program, Action & action);
+void AddAttachmentsVerb(CLI::App & program, Action & action);
+void AddDetachVerb(CLI::App & program, Action & action);
 void AddWatchVerb(CLI::App & program, Action & action);
 void AddShellVerb(CLI::App & program, Action & action);
 // In a shell alone, which keeps the history that they go through.

@@ -19,7 +19,7 @@
 namespace solvedesk {
 namespace {
 
-constexpr int kSchemaVersion = 1;
+constexpr int kEventsVersion = 1;
 constexpr int kWholeIndex = ConvergenceData::kSingleSet;
 
 bool IsStopped(CProfileGroup const & group) { return group.GetTotalInfo() == desktop::SolveRecords::kStopped; }
@@ -55,7 +55,7 @@ void WatchEvents::Tell(std::string const & text, Event const & event) {
 
 void WatchEvents::Begin(bool hasWriter) {
   if (m_asJson)
-    Tell("", {{"event", "begin"}, {"schema_version", kSchemaVersion}, {"has_writer", hasWriter}});
+    Tell("", {{"event", "begin"}, {"schema_version", kEventsVersion}, {"has_writer", hasWriter}});
 }
 
 bool WatchEvents::Look() {

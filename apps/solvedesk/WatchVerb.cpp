@@ -41,7 +41,7 @@ struct WatchWords {
 class Watcher {
 public:
   Watcher(WatchWords const & words, desktop::Session & session)
-      : m_words(words), m_results(session.GetProject(), session.GetManager().GetQsolPath()),
+      : m_words(words), m_results(session.GetProject(), session.GetManager().GetQsolPath(), session.GetSavedLength()),
         m_events(m_results, session.GetManager(), words.output.json) {}
 
   int Run() {

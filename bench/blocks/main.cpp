@@ -2,12 +2,12 @@
 
 #include "bench/blocks/Cases.h"
 #include "bench/support/Measure.h"
+#include "bench/support/RunLoop.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
-#include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -87,19 +87,18 @@ void Print(nlohmann::json const & line) {
                            line["memory_per_item"].get<double>());
 }
 
-int Run(Settings const & settings) {
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
+int Run(Settings settings) {
+  if (settings.isSmoke)
+    settings = {200, 1, 0, settings.out, true};
+  bench::ResultLines lines(settings.out);
   std::cerr << fmt::format("{:<22}{:<9}{:>10}{:>12}{:>11}{:>10}{:>12}{:>12}\n", "workload", "form", "bytes", "us",
                            "us/item", "GB/s", "to copying", "heap/item");
   for (auto const & each : bench::AllCases(settings.n))
     for (auto const & line : Measure(each, settings)) {
-      out << line.dump() << std::endl;
+      lines.Add(line);
       Print(line);
     }
-  return out ? 0 : 1;
+  return lines.ExitCode();
 }
 
 } // namespace
@@ -113,13 +112,5 @@ int main(int count, char ** words) {
   app.add_option("--seconds", settings.seconds, "How long each measurement goes on, at least");
   app.add_option("--out", settings.out, "File for the results, one JSON object a line; else standard output");
   app.add_flag("--smoke", settings.isSmoke, "Few items, once: does it work?");
-  CLI11_PARSE(app, count, words);
-  if (settings.isSmoke)
-    settings = {200, 1, 0, settings.out, true};
-  try {
-    return Run(settings);
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_blocks: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_blocks", app, count, words, [&] { return Run(settings); });
 }

@@ -1,10 +1,12 @@
 #include "bench/locations/Stores.h"
 
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "bench/support/Measure.h"
 #include "solutionmanager/locations/CMirroredData.h"
 #include "solutionmanager/locations/CMirroredDoubleMapLocationData.h"
 #include "solutionmanager/locations/CMirroredLocationData.h"
+#include "viewkit/backup/BackupArea.h"
 
 #include <filesystem>
 #include <fstream>
@@ -60,6 +62,16 @@ template <class Store> struct Scene {
   io::CBlock block{L"Design"};
 };
 
+/// As the desktop saves: what is replaced is kept until all is done.
+template <class Store> void CommitIntoABackup(Scene<Store> & scene) {
+  LongFileName const root = scene.owner.GetRootDirectory(false);
+  LongFileName const area = root + AString(L"saving/");
+  Require(BackupArea::Begin(area, root), "there is no backup area");
+  BackupArea::BeginGroup();
+  scene.store->CommitMirroredData();
+  Require(BackupArea::EndGroup() && BackupArea::IsWhole() && BackupArea::Drop(area), "the commit is not whole");
+}
+
 /// What is the same for all families; `set` makes an entry, `put` its file, `get` asks for it.
 template <class Store, class Set, class Put, class Get>
 Family Measured(std::string const & engine, std::shared_ptr<Scene<Store>> scene, Set set, Put put, Get get) {
@@ -77,6 +89,7 @@ Family Measured(std::string const & engine, std::shared_ptr<Scene<Store>> scene,
             scene->ForPicks([=](std::size_t i) { Use(keep->store->HaveData(keep->owner.Key(i))); }), asked},
            {"commit_first", putAll, [=] { keep->store->CommitMirroredData(); }, n},
            {"commit_again", solveAll, [=] { keep->store->CommitMirroredData(); }, n},
+           {"commit_kept", solveAll, [=] { CommitIntoABackup(*keep); }, n},
            {"commit_same", nothing, [=] { keep->store->CommitMirroredData(); }, n},
            {"discard", solveAll, [=] { keep->store->DiscardMirroredData(); }, n},
            {"reinit", nothing, [=] { keep->store->ReinitMirroredData(); }, n},
@@ -124,6 +137,16 @@ Family PlainWork(std::string const & folder, std::size_t n, Queries const & quer
            {"query", [] {}, find, queries.count},
            {"commit_first", makeAll, moveAll, n},
            {"commit_again", makeAll, moveAll, n},
+           {"commit_kept", makeAll,
+            [=] {
+              std::filesystem::create_directory(plain->Path(0, "saving"));
+              forAll([=](std::size_t i) {
+                std::filesystem::rename(plain->Path(i, "V"), plain->Path(0, "saving") + "/" + std::to_string(i));
+              })();
+              moveAll();
+              std::filesystem::remove_all(plain->Path(0, "saving"));
+            },
+            n},
            {"discard", makeAll, forAll([=](std::size_t i) { std::filesystem::remove(plain->Path(i, "new")); }), n},
            {"clear", [] {}, forAll([=](std::size_t i) { std::filesystem::remove(plain->Path(i, "V")); }), n}}};
 }

@@ -3,12 +3,12 @@
 
 #include "bench/locations/Stores.h"
 #include "bench/support/Measure.h"
+#include "bench/support/RunLoop.h"
 #include "bench/support/Table.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -29,7 +29,7 @@ using MakeFamily = bench::Family (*)(std::string const & folder, std::size_t n, 
 
 /// The seconds of each span; of several runs the one in the middle counts.
 void Measure(MakeFamily make, std::string const & folder, std::size_t n, Settings const & settings,
-             std::vector<nlohmann::json> & lines) {
+             bench::ResultLines & lines) {
   std::map<std::string, std::vector<double>> seconds;
   bench::Family family;
   for (int repeat = 0; repeat < settings.repeats; ++repeat) {
@@ -48,14 +48,14 @@ void Measure(MakeFamily make, std::string const & folder, std::size_t n, Setting
     auto & all = seconds[span.workload];
     std::ranges::sort(all);
     double const middle = all[all.size() / 2];
-    lines.push_back({{"engine", family.engine},
-                     {"workload", span.workload},
-                     {"n", n},
-                     {"order", settings.queries.isRandom ? "random" : "sweep"},
-                     {"operations", span.operations},
-                     {"seconds", middle},
-                     {"per_op_us", middle * 1e6 / static_cast<double>(span.operations)},
-                     {"peak_rss", bench::PeakMemory()}});
+    lines.Add({{"engine", family.engine},
+               {"workload", span.workload},
+               {"n", n},
+               {"order", settings.queries.isRandom ? "random" : "sweep"},
+               {"operations", span.operations},
+               {"seconds", middle},
+               {"per_op_us", middle * 1e6 / static_cast<double>(span.operations)},
+               {"peak_rss", bench::PeakMemory()}});
   }
 }
 
@@ -65,23 +65,13 @@ int Run(Settings settings) {
     settings.repeats = 1;
     settings.queries.count = 200;
   }
-  auto const parent = settings.folder.empty() ? std::filesystem::canonical("/proc/self/exe").parent_path()
-                                              : std::filesystem::path(settings.folder);
-  auto root = (parent / "bench-data-XXXXXX").string();
-  bench::Require(::mkdtemp(root.data()) != nullptr, "cannot make the folder " + root);
-  std::vector<nlohmann::json> lines;
+  bench::DataFolder const folder(settings.folder);
+  bench::ResultLines lines(settings.out);
   for (auto const make : {bench::PlainWork, bench::Values, bench::Locations, bench::Numbers, bench::Versions})
     for (auto const n : settings.sizes)
-      Measure(make, root + "/data", n, settings, lines);
-  std::filesystem::remove_all(root);
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
-  for (auto const & line : lines)
-    out << line.dump() << '\n';
-  std::cerr << bench::TableOf(lines, "plain");
-  return out.flush() ? 0 : 1;
+      Measure(make, folder.Path() + "/data", n, settings, lines);
+  std::cerr << bench::TableOf(lines.All(), "plain");
+  return lines.ExitCode();
 }
 
 } // namespace
@@ -97,11 +87,5 @@ int main(int count, char ** words) {
   app.add_option("--dir", settings.folder, "The files go into a folder in this one; else beside this program");
   app.add_flag("--random", settings.queries.isRandom, "Keys are asked for at random, not as they follow each other");
   app.add_flag("--smoke", settings.isSmoke, "Few variations, once: does it work?");
-  CLI11_PARSE(app, count, words);
-  try {
-    return Run(settings);
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_locations: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_locations", app, count, words, [&] { return Run(settings); });
 }

@@ -2,13 +2,13 @@
 
 #include "bench/model/Operations.h"
 #include "bench/support/Measure.h"
+#include "bench/support/RunLoop.h"
 #include "solutionmanager/model/BaseSolution.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -54,7 +54,7 @@ std::vector<std::size_t> Picks(std::size_t n, std::size_t count, bool isRandom) 
 
 class Series {
 public:
-  Series(Settings const & settings, std::ostream & out) : m_settings(settings), m_out(out) {}
+  Series(Settings const & settings, bench::ResultLines & lines) : m_settings(settings), m_lines(lines) {}
 
   void Run(std::string const & folder, std::size_t n, bench::DataPlace place) {
     std::filesystem::create_directories(folder);
@@ -107,19 +107,17 @@ private:
     double const middle = seconds[seconds.size() / 2];
     double const perItem = middle * 1e6 / static_cast<double>(calls * operation.items);
     Note({m_engine, operation.name + suffix}, perItem);
-    m_out << nlohmann::json{{"engine", m_engine},
-                            {"workload", operation.name + suffix},
-                            {"n", m_n},
-                            {"order", m_settings.isRandom ? "random" : "sweep"},
-                            {"operations", calls},
-                            {"items_per_operation", operation.items},
-                            {"seconds", middle},
-                            {"per_op_us", perItem},
-                            {"ratio_to_plain_hash_map", perItem / m_figures.at({m_engine, "plain_hash_map"}).at(m_n)},
-                            {"memory_per_variation", m_bytes},
-                            {"peak_rss", bench::PeakMemory()}}
-                 .dump()
-          << std::endl;
+    m_lines.Add({{"engine", m_engine},
+                 {"workload", operation.name + suffix},
+                 {"n", m_n},
+                 {"order", m_settings.isRandom ? "random" : "sweep"},
+                 {"operations", calls},
+                 {"items_per_operation", operation.items},
+                 {"seconds", middle},
+                 {"per_op_us", perItem},
+                 {"ratio_to_plain_hash_map", perItem / m_figures.at({m_engine, "plain_hash_map"}).at(m_n)},
+                 {"memory_per_variation", m_bytes},
+                 {"peak_rss", bench::PeakMemory()}});
   }
 
   void Note(Key const & key, double perItem) {
@@ -130,7 +128,7 @@ private:
   }
 
   Settings const & m_settings;
-  std::ostream & m_out;
+  bench::ResultLines & m_lines;
   std::string m_engine;
   std::size_t m_n = 0;
   std::size_t m_bytes = 0;
@@ -162,22 +160,15 @@ int Run(Settings settings) {
     settings.repeats = 1;
     settings.calls = 100;
   }
-  auto const parent = settings.folder.empty() ? std::filesystem::canonical("/proc/self/exe").parent_path()
-                                              : std::filesystem::path(settings.folder);
-  auto root = (parent / "bench-data-XXXXXX").string();
-  bench::Require(::mkdtemp(root.data()) != nullptr, "cannot make the folder " + root);
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
-  Series series(settings, out);
+  bench::DataFolder const folder(settings.folder);
+  bench::ResultLines lines(settings.out);
+  Series series(settings, lines);
   for (auto const place : {bench::DataPlace::Memory, bench::DataPlace::Library})
     for (auto const n : settings.sizes)
       if (place == bench::DataPlace::Memory || n <= settings.libraryLimit)
-        series.Run(root + "/" + std::to_string(n) + (place == bench::DataPlace::Memory ? "m" : "l"), n, place);
-  std::filesystem::remove_all(root);
+        series.Run(folder.Path() + "/" + std::to_string(n) + (place == bench::DataPlace::Memory ? "m" : "l"), n, place);
   series.PrintTable();
-  return out ? 0 : 1;
+  return lines.ExitCode();
 }
 
 } // namespace
@@ -186,11 +177,5 @@ int main(int count, char ** words) {
   CLI::App app("What questions to a solution cost: a line of JSON for each measurement, a table on standard error");
   Settings settings;
   Declare(app, settings);
-  CLI11_PARSE(app, count, words);
-  try {
-    return Run(settings);
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_model: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_model", app, count, words, [&] { return Run(settings); });
 }

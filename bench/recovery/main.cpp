@@ -4,13 +4,12 @@
 #include "bench/recovery/Crash.h"
 #include "bench/support/Measure.h"
 #include "bench/support/OwnProcess.h"
+#include "bench/support/RunLoop.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fmt/format.h>
-#include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
@@ -74,8 +73,8 @@ public:
       recoveries.push_back(RunOnCopy("recover", n, crashed));
     }
     fs::remove_all(crashed);
-    double const copying = Middle(copies)["seconds"];
-    nlohmann::json line = Middle(recoveries);
+    double const copying = bench::MiddleOf(copies, "seconds")["seconds"];
+    nlohmann::json line = bench::MiddleOf(recoveries, "seconds");
     double const seconds = line["seconds"];
     line.update({{"n", n},
                  {"bytes", bytes},
@@ -86,10 +85,6 @@ public:
   }
 
 private:
-  static nlohmann::json Middle(std::vector<nlohmann::json> & runs) {
-    std::ranges::sort(runs, {}, [](nlohmann::json const & run) { return run["seconds"].get<double>(); });
-    return runs[runs.size() / 2];
-  }
   bench::Ended Run(std::string const & phase, std::size_t n, fs::path const & folder) const {
     std::vector<std::string> arguments = {"--phase",         phase,          "--n",
                                           std::to_string(n), "--payload",    std::to_string(m_settings.payload),
@@ -113,16 +108,16 @@ private:
   fs::path m_root;
 };
 
-void PrintTable(std::vector<nlohmann::json> const & lines) {
+void PrintTable(bench::ResultLines const & lines) {
   std::cerr << fmt::format("{:>10}{:>14}{:>12}{:>12}{:>10}{:>12}\n", "blocks", "bytes", "seconds", "us/block", "copy s",
                            "to copying");
-  for (auto const & line : lines)
+  for (auto const & line : lines.All())
     std::cerr << fmt::format("{:>10}{:>14}{:>12.4f}{:>12.2f}{:>10.4f}{:>11.2f}x\n", line["n"].get<std::size_t>(),
                              line["bytes"].get<std::size_t>(), line["seconds"].get<double>(),
                              line["per_block_us"].get<double>(), line["copy_seconds"].get<double>(),
                              line["ratio_to_copy"].get<double>());
-  double const growth = lines.back()["per_block_us"].get<double>() / lines.front()["per_block_us"].get<double>();
-  std::cerr << fmt::format("a block costs {:.2f} times as much at the largest size as at the smallest\n", growth);
+  std::cerr << fmt::format("a block costs {:.2f} times as much at the largest size as at the smallest\n",
+                           lines.GrowthOf("per_block_us"));
 }
 
 int RunAll(Settings settings) {
@@ -130,23 +125,13 @@ int RunAll(Settings settings) {
     settings.sizes = {200, 400};
     settings.repeats = 1;
   }
-  auto const parent =
-      settings.folder.empty() ? fs::canonical("/proc/self/exe").parent_path() : fs::path(settings.folder);
-  auto pattern = (parent / "bench-data-XXXXXX").string();
-  bench::Require(::mkdtemp(pattern.data()) != nullptr, "cannot make the folder " + pattern);
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
-  std::vector<nlohmann::json> lines;
-  Runner runner(settings, pattern);
-  for (auto const n : settings.sizes) {
-    lines.push_back(runner.Measure(n));
-    out << lines.back().dump() << std::endl;
-  }
-  fs::remove_all(pattern);
+  bench::DataFolder const folder(settings.folder);
+  bench::ResultLines lines(settings.out);
+  Runner runner(settings, folder.Path());
+  for (auto const n : settings.sizes)
+    lines.Add(runner.Measure(n));
   PrintTable(lines);
-  return out ? 0 : 1;
+  return lines.ExitCode();
 }
 
 } // namespace
@@ -155,11 +140,6 @@ int main(int count, char ** words) {
   CLI::App app("What a recovery costs: a line of JSON for each size, a table on standard error");
   Settings settings;
   Declare(app, settings);
-  CLI11_PARSE(app, count, words);
-  try {
-    return settings.phase.empty() ? RunAll(settings) : RunHere(settings);
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_recovery: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_recovery", app, count, words,
+                           [&] { return settings.phase.empty() ? RunAll(settings) : RunHere(settings); });
 }

@@ -4,16 +4,14 @@
 #include "bench/solve/Study.h"
 #include "bench/support/Measure.h"
 #include "bench/support/OwnProcess.h"
+#include "bench/support/RunLoop.h"
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/solve/SolveQueue.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
-#include <fstream>
 #include <iostream>
-#include <unistd.h>
 
 namespace {
 
@@ -59,14 +57,13 @@ nlohmann::json Measure(Settings const & settings, std::string const & root, std:
     bench::Require(ended.exitCode == 0 && ended.signal == 0, "the study failed");
     runs.push_back(nlohmann::json::parse(ended.output));
   }
-  std::ranges::sort(runs, {}, [](nlohmann::json const & run) { return run["overhead_us"].get<double>(); });
-  return runs[runs.size() / 2];
+  return bench::MiddleOf(std::move(runs), "overhead_us");
 }
 
-void PrintTable(std::vector<nlohmann::json> const & lines) {
+void PrintTable(bench::ResultLines const & lines) {
   std::cerr << fmt::format("{:>10}{:>8}{:>10}{:>10}{:>10}{:>13}{:>13}{:>9}{:>12}\n", "points", "ms", "queue us",
                            "solve us", "save us", "overhead us", "desktop CPU", "share", "peak MB");
-  for (auto const & line : lines)
+  for (auto const & line : lines.All())
     std::cerr << fmt::format("{:>10}{:>8}{:>10.1f}{:>10.1f}{:>10.1f}{:>13.1f}{:>13.1f}{:>8.1f}%{:>12.1f}\n",
                              line["points"].get<std::size_t>(), line["ms_per_solve"].get<double>(),
                              line["queue_us"].get<double>(), line["solve_us"].get<double>(),
@@ -81,28 +78,27 @@ int RunAll(Settings settings) {
     settings.waitingPoints = 20;
     settings.repeats = 1;
   }
-  auto const parent =
-      settings.folder.empty() ? fs::canonical("/proc/self/exe").parent_path() : fs::path(settings.folder);
-  auto pattern = (parent / "bench-data-XXXXXX").string();
-  bench::Require(::mkdtemp(pattern.data()) != nullptr, "cannot make the folder " + pattern);
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
-  std::vector<nlohmann::json> lines;
-  auto const measure = [&](std::size_t points, double milliseconds) {
-    lines.push_back(Measure(settings, pattern, points, milliseconds));
-    out << lines.back().dump() << std::endl;
-  };
+  bench::DataFolder const folder(settings.folder);
+  bench::ResultLines lines(settings.out);
   for (auto const n : settings.sizes)
-    measure(n, 0);
-  double const growth = lines.back()["overhead_us"].get<double>() / lines.front()["overhead_us"].get<double>();
+    lines.Add(Measure(settings, folder.Path(), n, 0));
+  double const growth = lines.GrowthOf("overhead_us");
   if (settings.waitingPoints > 0)
-    measure(settings.waitingPoints, settings.milliseconds);
-  fs::remove_all(pattern);
+    lines.Add(Measure(settings, folder.Path(), settings.waitingPoints, settings.milliseconds));
   PrintTable(lines);
   std::cerr << fmt::format("a point costs {:.2f} times as much at the largest size as at the smallest\n", growth);
-  return out ? 0 : 1;
+  return lines.ExitCode();
+}
+
+int Run(Settings const & settings) {
+  desktop::ProductRegistry::Instance().Register(std::make_unique<bench::IdleProduct>());
+  if (settings.isWorker)
+    return desktop::RunWorker(bench::IdleProduct::kName);
+  if (!settings.isStudy)
+    return RunAll(settings);
+  std::cout << bench::RunStudy({settings.folder, settings.sizes.at(0), settings.workers, settings.milliseconds}).dump()
+            << '\n';
+  return 0;
 }
 
 } // namespace
@@ -111,19 +107,5 @@ int main(int count, char ** words) {
   CLI::App app("What a study costs beside solving: a line of JSON for each size, a table on standard error");
   Settings settings;
   Declare(app, settings);
-  CLI11_PARSE(app, count, words);
-  try {
-    desktop::ProductRegistry::Instance().Register(std::make_unique<bench::IdleProduct>());
-    if (settings.isWorker)
-      return desktop::RunWorker(bench::IdleProduct::kName);
-    if (!settings.isStudy)
-      return RunAll(settings);
-    std::cout
-        << bench::RunStudy({settings.folder, settings.sizes.at(0), settings.workers, settings.milliseconds}).dump()
-        << '\n';
-    return 0;
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_solve: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_solve", app, count, words, [&] { return Run(settings); });
 }

@@ -2,12 +2,11 @@
 
 #include "bench/store/IEngine.h"
 #include "bench/store/Series.h"
-#include "bench/support/Measure.h"
+#include "bench/support/RunLoop.h"
 #include "bench/support/Table.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <unistd.h>
 
@@ -56,41 +55,27 @@ int RunHere(Settings const & settings) {
   return 0;
 }
 
-std::string TemporaryFolder(std::string const & where) {
-  auto const parent =
-      where.empty() ? std::filesystem::canonical("/proc/self/exe").parent_path() : std::filesystem::path(where);
-  auto pattern = (parent / "bench-data-XXXXXX").string();
-  bench::Require(::mkdtemp(pattern.data()) != nullptr, "cannot make the folder " + pattern);
-  return pattern;
-}
-
 int RunAll(Settings settings) {
   if (settings.isSmoke) {
     settings.sizes = {200};
     settings.repeats = 1;
   }
-  std::string const root = TemporaryFolder(settings.folder);
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
-  std::vector<nlohmann::json> lines;
+  bench::DataFolder const folder(settings.folder);
+  bench::ResultLines lines(settings.out);
   for (auto const n : settings.sizes)
     for (auto const & engine : bench::EngineNames()) {
       if (!IsWanted(settings.engines, engine))
         continue;
-      bench::Series series({engine, "", n, settings.payload, "", settings.limit}, settings.repeats, root);
+      bench::Series series({engine, "", n, settings.payload, "", settings.limit}, settings.repeats, folder.Path());
       for (auto const & workload : bench::AllWorkloads()) {
         if (!IsWanted(settings.workloads, workload.name))
           continue;
-        lines.push_back(series.Run(workload));
-        out << lines.back().dump() << std::endl;
+        lines.Add(series.Run(workload));
       }
     }
-  std::filesystem::remove_all(root);
-  std::cerr << bench::TableOf(lines, "raw");
-  bool const failed = std::ranges::any_of(lines, [](auto const & line) { return line.contains("failed"); });
-  return lines.empty() || failed || !out ? 1 : 0;
+  std::cerr << bench::TableOf(lines.All(), "raw");
+  bool const failed = std::ranges::any_of(lines.All(), [](auto const & line) { return line.contains("failed"); });
+  return lines.All().empty() || failed ? 1 : lines.ExitCode();
 }
 
 } // namespace
@@ -99,11 +84,6 @@ int main(int count, char ** words) {
   CLI::App app("What storing blocks costs: a line of JSON for each measurement, a table on standard error");
   Settings settings;
   Declare(app, settings);
-  CLI11_PARSE(app, count, words);
-  try {
-    return settings.phase.empty() ? RunAll(settings) : RunHere(settings);
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_store: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_store", app, count, words,
+                           [&] { return settings.phase.empty() ? RunAll(settings) : RunHere(settings); });
 }

@@ -2,6 +2,7 @@
 // the sparse library's own refactoring and solving.
 
 #include "bench/support/Measure.h"
+#include "bench/support/RunLoop.h"
 #include "bench/sweep/Circuits.h"
 #include "bench/sweep/OneFrequency.h"
 #include "products/rfcircuit/engine/netlist/Elaborate.h"
@@ -12,7 +13,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fmt/format.h>
-#include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -103,7 +103,7 @@ bool IsWanted(Settings const & settings, std::string const & name) {
   return settings.cases.empty() || std::ranges::count(settings.cases, name) > 0;
 }
 
-void CompareSweeps(Settings const & settings, std::ostream & out) {
+void CompareSweeps(Settings const & settings, bench::ResultLines & lines) {
   std::cerr << fmt::format("{:<24}{:>8}{:>8}{:>8}{:>12}{:>12}{:>12}{:>11}\n", "sweep", "points", "solved", "passes",
                            "error", "direct s", "adaptive s", "to direct");
   for (auto const & sweepCase : bench::SweepCases(settings.isSmoke ? 50 : 1)) {
@@ -116,7 +116,7 @@ void CompareSweeps(Settings const & settings, std::ostream & out) {
     }
     auto const line = comparison.Line(sweepCase.name);
     bench::Require(line["converged"], sweepCase.name + " did not converge");
-    out << line.dump() << std::endl;
+    lines.Add(line);
     std::cerr << fmt::format("{:<24}{:>8}{:>8}{:>8}{:>12.1e}{:>12.4f}{:>12.4f}{:>10.2f}x\n", sweepCase.name,
                              line["points"].get<std::size_t>(), line["solved"].get<std::size_t>(),
                              line["passes"].get<int>(), line["largest_error"].get<double>(),
@@ -125,20 +125,18 @@ void CompareSweeps(Settings const & settings, std::ostream & out) {
   }
 }
 
-void CompareOneFrequency(Settings const & settings, std::ostream & out) {
+void CompareOneFrequency(Settings const & settings, bench::ResultLines & lines) {
   int const nodes = settings.isSmoke ? 40 : settings.nodes;
   auto const cost = bench::MeasureOneFrequency(bench::LadderOfNodes(nodes), settings.repeats);
   bench::Require(cost.difference < 1e-9, "solver and sparse library disagree");
   double const ratio = cost.seconds / cost.librarySeconds;
-  out << nlohmann::json{{"workload", "one_frequency"},
-                        {"nodes", nodes},
-                        {"unknowns", cost.unknowns},
-                        {"seconds", cost.seconds},
-                        {"library_seconds", cost.librarySeconds},
-                        {"ratio_to_library", ratio},
-                        {"difference", cost.difference}}
-             .dump()
-      << std::endl;
+  lines.Add({{"workload", "one_frequency"},
+             {"nodes", nodes},
+             {"unknowns", cost.unknowns},
+             {"seconds", cost.seconds},
+             {"library_seconds", cost.librarySeconds},
+             {"ratio_to_library", ratio},
+             {"difference", cost.difference}});
   std::cerr << fmt::format("one frequency of a ladder of {} nodes: {:.1f} us, {:.2f} times the library's {:.1f} us\n",
                            nodes, cost.seconds * 1e6, ratio, cost.librarySeconds * 1e6);
 }
@@ -146,14 +144,11 @@ void CompareOneFrequency(Settings const & settings, std::ostream & out) {
 int Run(Settings settings) {
   if (settings.isSmoke)
     settings.repeats = 1;
-  std::ofstream file;
-  if (!settings.out.empty())
-    file.open(settings.out);
-  std::ostream & out = settings.out.empty() ? std::cout : file;
-  CompareSweeps(settings, out);
+  bench::ResultLines lines(settings.out);
+  CompareSweeps(settings, lines);
   if (IsWanted(settings, "one_frequency"))
-    CompareOneFrequency(settings, out);
-  return out ? 0 : 1;
+    CompareOneFrequency(settings, lines);
+  return lines.ExitCode();
 }
 
 } // namespace
@@ -162,11 +157,5 @@ int main(int count, char ** words) {
   CLI::App app("What adaptive sweeps save: a line of JSON for each measurement, a table on standard error");
   Settings settings;
   Declare(app, settings);
-  CLI11_PARSE(app, count, words);
-  try {
-    return Run(settings);
-  } catch (std::exception const & failure) {
-    std::cerr << "bench_sweep: " << failure.what() << '\n';
-    return 1;
-  }
+  return bench::RunProgram("bench_sweep", app, count, words, [&] { return Run(settings); });
 }

@@ -6,6 +6,7 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/project/SourceFilesText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -13,7 +14,7 @@ namespace desktop {
 
 DesignState::DesignState(Session & session)
     : m_source(SolvedSourceOf(session)), m_sourceDate(session.GetProject().GetSourceBase().date),
-      m_variation(session.GetDesign().GetVariation()) {
+      m_sourceFiles(FilesText(session.GetProject().GetSourceFiles())), m_variation(session.GetDesign().GetVariation()) {
   for (auto const & [setupID, setup] : session.GetManager().GetSetups()) {
     m_settings[setupID] = SettingsWords(session, *setup);
     m_versions[{setupID, -1}] = setup->GetVersionID();

@@ -22,6 +22,7 @@ public:
   /// What is solved from it; see SolvedSource.
   AString const & Source() const { return m_source; }
   AString const & SourceDate() const { return m_sourceDate; }
+  AString const & SourceFiles() const { return m_sourceFiles; }
   AString const & Variation() const { return m_variation; }
   std::map<VersionedObject, long> const & Versions() const { return m_versions; }
   /// In words; empty for a setup that was not there.
@@ -30,6 +31,7 @@ public:
 private:
   AString m_source;
   AString m_sourceDate;
+  AString m_sourceFiles;
   AString m_variation;
   std::map<VersionedObject, long> m_versions;
   std::map<long, AString> m_settings;

@@ -46,6 +46,7 @@ struct Departure {
   long version = -1;
   AString source;              ///< what was solved from at that version; see SolvedSource
   AString sourceDate;          ///< when that source was read; empty where that is not known
+  AString sourceFiles;         ///< what its files held, see FilesText; empty where that is not known
   AString settings;            ///< the setup's, in words
   bool isInvalidation = false; ///< on purpose: undo alone brings this version, or an older one, back
   std::shared_ptr<EditStory const> story;

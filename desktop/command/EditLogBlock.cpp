@@ -34,6 +34,7 @@ AString const kSolution(L"Solution");
 AString const kNumber(L"V");
 AString const kSource(L"Source");
 AString const kSourceDate(L"SourceDate");
+AString const kSourceFiles(L"SourceFiles");
 AString const kSettings(L"Settings");
 AString const kInvalidated(L"Invalidated");
 AString const kPoint(L"Point");
@@ -52,8 +53,8 @@ void WriteDeparture(Departure const & departure, io::CBlock & edit) {
   io::CBlock_func item(kVersion);
   item << io::named(kSetup, departure.object.setupID) << io::named(kSolution, departure.object.solutionID)
        << io::named(kNumber, departure.version) << io::named(kSource, departure.source)
-       << io::named(kSourceDate, departure.sourceDate) << io::named(kSettings, departure.settings)
-       << io::named(kInvalidated, departure.isInvalidation);
+       << io::named(kSourceDate, departure.sourceDate) << io::named(kSourceFiles, departure.sourceFiles)
+       << io::named(kSettings, departure.settings) << io::named(kInvalidated, departure.isInvalidation);
   edit << item;
 }
 
@@ -78,7 +79,8 @@ std::shared_ptr<EditStory> ReadStory(io::CBlock const & edit) {
 }
 
 bool ReadDeparture(io::CBlock_func const & item, Departure & departure) {
-  item >> io::named(kSourceDate, departure.sourceDate); // Not in older files.
+  // Not in older files.
+  item >> io::named(kSourceDate, departure.sourceDate) >> io::named(kSourceFiles, departure.sourceFiles);
   item >> io::named(kSetup, departure.object.setupID) >> io::named(kSolution, departure.object.solutionID) >>
       io::named(kSource, departure.source) >> io::named(kSettings, departure.settings) >>
       io::named(kInvalidated, departure.isInvalidation) >> io::named(kNumber, departure.version);

@@ -135,8 +135,8 @@ void Editor::TellLog(DesignState const & before, std::shared_ptr<EditStory const
     auto const now = after.Versions().find(object);
     if (now == after.Versions().end() || now->second == version)
       continue;
-    log.Depart({object, version, before.Source(), before.SourceDate(), before.SettingsOf(object.setupID),
-                isInvalidation, story});
+    log.Depart({object, version, before.Source(), before.SourceDate(), before.SourceFiles(),
+                before.SettingsOf(object.setupID), isInvalidation, story});
     log.Arrive(object, now->second);
   }
   if (after.Variation() == before.Variation())

@@ -10,6 +10,7 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/project/SourceFilesText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <algorithm>
@@ -56,6 +57,28 @@ void TellVariables(SourceMerge::Variables const & former, SourceMerge::Variables
   for (auto const & [name, text] : now)
     if (valueIn(former, name).empty())
       tell(name, AString(), text);
+}
+
+AString AsRead(SourceBase const & base) {
+  return base.date.empty() ? AString(L"as it was") : AString(L"as read ") + base.date;
+}
+
+bool HasPath(SourceFiles const & files, AString const & path) {
+  return std::any_of(files.begin(), files.end(), [&path](SourceFile const & file) { return file.path == path; });
+}
+
+// Files that the source did not name before, or names no more, are told as well.
+void TellFiles(SourceBase const & former, SourceFiles const & formerFiles, SourceBase const & now,
+               SourceFiles const & files,
+               std::function<void(AString const & name, AString const & from, AString const & to)> const & tell) {
+  for (AString const & path : ChangedFiles(FilesText(formerFiles), files))
+    tell(path, AsRead(former), AsRead(now));
+  for (SourceFile const & file : formerFiles)
+    if (!HasPath(files, file.path))
+      tell(file.path, AsRead(former), AString());
+  for (SourceFile const & file : files)
+    if (!HasPath(formerFiles, file.path))
+      tell(file.path, AString(), AsRead(now));
 }
 
 std::function<bool(AString const & name)> IsAmong(SourceMerge::Variables const & variables) {
@@ -111,11 +134,13 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
   Project & project = m_session.GetProject();
   ProductSolutionManager & manager = m_session.GetManager();
   SourceBase const & formerBase = project.GetSourceBase();
-  AString const formerSource = formerBase.fingerprint;
   SourceChange const source{SolvedSourceOf(m_session), SolvedSource(base, IsAmong(merge.variables))};
   AString const fileName = project.GetSourceFile().NameAndExtension();
-  if (base.fingerprint != formerSource)
-    edit.Tell(AString(L"circuit of ") + fileName, formerSource, base.fingerprint);
+  if (base.fingerprint != formerBase.fingerprint)
+    TellFiles(formerBase, project.GetSourceFiles(), base, files,
+              [&edit](AString const & name, AString const & from, AString const & to) {
+                edit.Tell(AString(L"content of ") + name, from, to);
+              });
   auto const formerVariables = VariablesOf(m_session.GetDesign());
   if (merge.variables != formerVariables) {
     ChangeVariables(edit, merge.variables);

@@ -19,11 +19,12 @@ namespace desktop {
 
 namespace {
 
-SourceSetup ReadWords(Session const & session, AString const & name, AString const & words) {
+SourceSetup ReadWords(Session & session, AString const & name, AString const & words) {
   SourceSetup said;
   AString error;
   said.name = name;
-  if (!session.GetProduct().ReadSettings(words, said, error))
+  if (!session.GetProduct().ReadSettings(words, said, error) ||
+      !session.GetProduct().FitSettings(session.GetProject().GetSourceFile(), said, error))
     throw Error(ErrorKind::kUsage, AString(L"setup ") + name + L": " + error);
   return said;
 }

@@ -10,6 +10,7 @@
 #include "desktop/design/Design.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/project/SourceFilesText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
@@ -87,8 +88,9 @@ void Append(AString & words, AString const & more) {
 
 AString SourceBack(Session & session, Departure const & departure) {
   AString const read = departure.sourceDate.empty() ? AString() : AString(L" (read ") + departure.sourceDate + L")";
-  return AString(L"put the former ") + session.GetProject().GetSourceFile().NameAndExtension() + read +
-         L" back and reload";
+  auto const changed = ChangedFiles(departure.sourceFiles, session.GetProject().GetSourceFiles());
+  AString const names = changed.empty() ? session.GetProject().GetSourceFile().NameAndExtension() : Listed(changed);
+  return AString(L"put the former ") + names + read + L" back and reload";
 }
 
 // A reload that edited the setup takes its edit back too, when the former source comes back.

@@ -1,6 +1,7 @@
 #include "desktop/command/VariationTexts.h"
 
 #include "desktop/command/StatesOfVersions.h"
+#include "desktop/product/IResultReceiver.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -67,6 +68,9 @@ void VariationTexts::Exchange() {
   }
   for (BaseSolution * const solution : solutions)
     solution->RenameVariations(renamed);
+  for (BaseSolution * const solution : solutions)
+    if (auto * const receiver = dynamic_cast<IResultReceiver *>(solution))
+      receiver->TextsChanged(renamed);
   RewriteChangedStates(texts, renamed);
   m_untouched = std::move(untouched);
   m_next = m_next.Inverse();

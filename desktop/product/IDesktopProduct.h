@@ -33,7 +33,10 @@ public:
   /// Reads the words that a user defines a setup by ("lin 201 10meg 2g") into its type and settings; false with a
   /// one-line error.
   virtual bool ReadSettings(AString const & words, SourceSetup & setup, AString & error) const = 0;
-  /// The same the other way: words that ReadSettings makes equal settings of.
+  /// Fits settings that a user gave to what the source knows, in names as the source spells them; false with a one-line
+  /// error for what it doesn't know.  A source that can't be read now is no hindrance: reading it again tells that.
+  virtual bool FitSettings(LongFileName const &, SourceSetup &, AString &) const { return true; }
+  /// ReadSettings the other way: words that it makes equal settings of.
   virtual AString DescribeSettings(io::CBlock const & settings) const = 0;
   /// Gives a setup other settings, and the definitions of its solutions at their present versions; false, and nothing
   /// changed, when the settings make no sense to it.

@@ -1,7 +1,11 @@
 #include "desktop/product/ProductSolutionManager.h"
 
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
+#include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
+#include "desktop/product/StoresAndData.h"
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -32,14 +36,17 @@ std::vector<long> IdsNotIn(std::map<long, Object *> const & map, std::vector<Kno
   return ids;
 }
 
-// Names that are no keys are passed over.
+bool IsKey(AString const & name) {
+  SolutionVariationKey key;
+  return UnpackQuickly(name, key);
+}
+
+// Names that are no keys are passed over; those that are tell a version, mostly.  Whoever takes a key erases no entry.
 template <class Take> void ForEachKey(SolutionFileManager const & files, Take take) {
-  std::list<AString> names;
-  files.IndexKeyList(names, false);
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    if (UnpackQuickly(name, key))
-      take(key);
+  files.LoadRealToInternalBlockNameMap();
+  for (auto const & [name, entry] : files.GetEntries()) {
+    if (entry.key.GetVersionIDKey() != id::invalidID || IsKey(name))
+      take(entry.key);
   }
 }
 
@@ -92,7 +99,13 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
+    // Behind the variations, whose texts and versions they tell.
+    if (!ReadResultStores(block) && result == io::kNoError)
+      result = io::kBadContent;
+    if (m_newText && !m_isReadOnly)
+      RenameInStores(*this, m_newText);
   }
+  m_savedDesign = nullptr;
   m_setupsBeingRead.clear();
   return result;
 }
@@ -106,9 +119,54 @@ io::ReadError ProductSolutionManager::DefinitionFileRead(io::CBlock const & bloc
   return result;
 }
 
-bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) { return DesignFileWrite(block); }
+bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) { return WriteWithResultStores(block); }
 
-bool ProductSolutionManager::DefinitionFileWrite(io::CBlock & block) { return DesignFileWrite(block); }
+bool ProductSolutionManager::DefinitionFileWrite(io::CBlock & block) { return WriteWithResultStores(block); }
+
+bool ProductSolutionManager::WriteWithResultStores(io::CBlock & block) {
+  bool const isWritten = DesignFileWrite(block);
+  return ResultStores(*this).Write(block) && isWritten;
+}
+
+bool ProductSolutionManager::ReadResultStores(io::CBlock const & block) {
+  ResultStores const stores(*this);
+  bool isRead = true;
+  if (m_savedDesign) {
+    isRead = stores.ReadSaved(*m_savedDesign, block);
+    m_savedStores = stores.Fingerprint();
+    stores.KeepCommittedViews();
+  }
+  isRead = stores.Read(block) && isRead;
+  if (!m_savedDesign)
+    m_savedStores = stores.Fingerprint();
+  io::CBlock now;
+  isRead = stores.Write(now) && isRead;
+  auto const count = [](io::CBlock const & design) {
+    return static_cast<int>(ResultStores::LocationsIn(design).size());
+  };
+  m_lostResultFiles = std::max(0, count(block) - count(now));
+  return isRead;
+}
+
+void ProductSolutionManager::LeaveOutResultFiles(std::vector<AString> const & paths) {
+  ResultStores(*this).LeaveOut(std::set<AString>(paths.begin(), paths.end()));
+}
+
+bool ProductSolutionManager::HaveResultFiles() const { return m_savedStores != 0 || ResultStores(*this).HaveData(); }
+
+// Empty stores would ask for numbers all the same.
+void ProductSolutionManager::CommitResultStores() {
+  if (HaveResultFiles())
+    ResultStores(*this).Commit();
+}
+
+void ProductSolutionManager::DiscardResultStores() { ResultStores(*this).Discard(); }
+
+bool ProductSolutionManager::HaveUnsavedResultFiles() const {
+  return ResultStores(*this).Fingerprint() != m_savedStores;
+}
+
+void ProductSolutionManager::NoteResultStoresAsSaved() { m_savedStores = ResultStores(*this).Fingerprint(); }
 
 void ProductSolutionManager::SetRecoveredVersionIDs() {
   BaseSolutionManager::SetRecoveredVersionIDs();
@@ -123,6 +181,13 @@ std::vector<RecoveryReport::Dropped> ProductSolutionManager::DroppedForGood() co
     return isThere || block.reason == RecoveryReport::Reason::kNameGone;
   });
   return dropped;
+}
+
+AString ProductSolutionManager::GetResultFilesFolder(bool create) const {
+  AString const folder = GetProjectResultsDir() + GetDesignResultsFolderName() + L"/";
+  if (create)
+    LFN_CreateDirectoryAndParents(LongFileName(folder)); // Whoever writes there tells what is wrong.
+  return folder;
 }
 
 AString ProductSolutionManager::TypeOfSetupBeingRead(long id) const {

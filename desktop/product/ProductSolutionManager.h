@@ -32,6 +32,23 @@ public:
   void KeepWhatTheDesignLacks() { m_keepsAll = true; }
   /// For the coming read: the texts that variations of the library are to have.
   void SetNewTexts(std::function<AString(AString const & variation)> newText) { m_newText = std::move(newText); }
+  /// For the coming read: the design goes on from this one, which was saved last.  It lives until the read is done.
+  void SetSavedDesign(io::CBlock const & saved) { m_savedDesign = &saved; }
+  /// How many result files the design that was read names that are not there; what they were is left out.
+  int CountLostResultFiles() const { return m_lostResultFiles; }
+  /// A reader's: the stores leave out what lies at one of the full paths; nothing on the disk changes.
+  void LeaveOutResultFiles(std::vector<AString> const & paths);
+  /// A save: the working views of the mirrored stores become the committed ones.  Files that go away go into the open
+  /// backup area.
+  void CommitResultStores();
+  /// The mirrored stores show what was saved last, and files that are not saved are removed.
+  void DiscardResultStores();
+  /// Whether a mirrored store holds or held anything, so that a save concerns files.
+  bool HaveResultFiles() const;
+  /// Whether a mirrored store holds anything else than what was saved last.
+  bool HaveUnsavedResultFiles() const;
+  /// The stores hold what is saved now.
+  void NoteResultStoresAsSaved();
   /// Deletes the blocks of what the design that was read had deleted; for a save.  False when that can't be stored.
   bool CarryOutDeletions();
   /// Texts for people of the setups and solutions that the library alone knew when the design was read.
@@ -39,11 +56,13 @@ public:
   /// What the takeover of the last read dropped and nothing brought back, as stale results are; names that the user
   /// took away before are not among it.
   std::vector<RecoveryReport::Dropped> DroppedForGood() const;
+  /// The folder, with its '/', below which solutions keep result files; made when asked to.
+  AString GetResultFilesFolder(bool create) const;
 
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,
   /// definition blocks read again, objects that the design deleted left out, variations that only the key list knows
-  /// entered, then the design's own blocks.
+  /// entered, then the design's own blocks and the mirrored stores.
   io::ReadError AllFilesRead(io::CBlock const & block, bool discardCache) override;
   /// The design's own blocks and the setups that they name; the library is not asked.
   io::ReadError DefinitionFileRead(io::CBlock const & block, bool discardCache) override;
@@ -69,6 +88,8 @@ private:
   void NameForeignObjects();
   void ApplyNewTexts();
   void EnterVariationsOfLibrary();
+  bool ReadResultStores(io::CBlock const & block);
+  bool WriteWithResultStores(io::CBlock & block);
 
   bool m_recoverOnRead = false;
   bool m_isReadOnly = false;
@@ -78,6 +99,10 @@ private:
   std::vector<AString> m_foreignObjects;
   bool m_keepsAll = false;
   std::vector<SetupOfDesign> m_setupsBeingRead;
+  io::CBlock const * m_savedDesign = nullptr;
+  /// Of the stores as they were saved last.
+  std::size_t m_savedStores = 0;
+  int m_lostResultFiles = 0;
 };
 
 } // namespace desktop

@@ -2,6 +2,7 @@
 
 #include "basekit/file/FileOperations.h"
 #include "desktop/Error.h"
+#include "desktop/product/ResultStores.h"
 
 namespace desktop {
 
@@ -14,6 +15,16 @@ bool HoldTheSame(ProjectRecord const & a, ProjectRecord b) {
   b.edits = a.edits;
   b.pendingTexts = a.pendingTexts;
   return EncodeProject(a, ProjectFileKind::kProject) == EncodeProject(b, ProjectFileKind::kProject);
+}
+
+// Result files are results, no change of the design.
+ProjectRecord WithoutStores(ProjectRecord record) {
+  io::CBlock module(record.module.Name());
+  for (auto const & item : record.module)
+    if (item->Name() != ResultStores::kBlockName)
+      module << item;
+  record.module = std::move(module);
+  return record;
 }
 
 // What is wrong, without the name of the file and the remedy for project files.
@@ -38,10 +49,10 @@ AutosaveChoice JudgeAutosave(LongFileName const & file, ProjectRecord const & sa
     choice.changesDesign = true;
     return choice;
   }
-  choice.changesDesign = !HoldTheSame(saved, choice.record);
+  choice.changesDesign = !HoldTheSame(WithoutStores(saved), WithoutStores(choice.record));
   if (choice.record.generation == saved.generation)
     choice.fate = Fate::kWins;
-  else if (!choice.changesDesign)
+  else if (HoldTheSame(saved, choice.record))
     choice.fate = Fate::kObsolete;
   else {
     choice.fate = Fate::kForeign;

@@ -7,6 +7,8 @@
 #include "solutionmanager/store/SolutionFileManager.h"
 #include "viewkit/library/LibraryReader.h"
 
+#include <algorithm>
+
 namespace desktop {
 
 namespace {
@@ -26,6 +28,12 @@ Blocks BlocksOf(LibraryReader & reader, CStreamioLibrary::LibIOReturn opened) {
       blocks.emplace_hint(blocks.end(), pair->Name(), internalName);
   }
   return blocks;
+}
+
+// Others stand under their real names.
+bool IsGeneratedName(AString const & name) {
+  AString const head(L"SolutionBlock");
+  return name.StartsWith(head) && name.size() > head.size() && name.substr(head.size()).IsNumber(10);
 }
 
 bool IsPoint(AString const & name) {
@@ -52,6 +60,34 @@ std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::
     if (!saved.contains(realName) && !savedInternal.contains(internalName) && IsPoint(realName))
       points.insert(realName);
   return points;
+}
+
+std::set<AString> PointsStoredSince(AString const & libraryPath, std::optional<std::uint64_t> savedLength) {
+  LibraryReader reader;
+  Blocks const blocks = BlocksOf(reader, reader.Open(LongFileName(libraryPath), true));
+  std::set<AString> since;
+  for (LibraryReader::Entry const & entry : blocks.empty() ? std::vector<LibraryReader::Entry>() : reader.List())
+    if (entry.isPrivate || (savedLength && entry.offset >= *savedLength))
+      since.insert(entry.name);
+  std::set<AString> points;
+  for (auto const & [realName, internalName] : blocks)
+    if (since.contains(internalName) && IsPoint(realName))
+      points.insert(realName);
+  return points;
+}
+
+std::size_t CountNamelessBlocks(AString const & libraryPath) {
+  LibraryReader reader;
+  std::set<AString> named;
+  for (auto const & [realName, internalName] : BlocksOf(reader, reader.Open(LongFileName(libraryPath), true)))
+    named.insert(internalName);
+  auto const facts = reader.PrivateFacts();
+  if (!facts.exists || facts.length <= facts.end)
+    return 0;
+  auto const entries = reader.List();
+  return static_cast<std::size_t>(std::count_if(entries.begin(), entries.end(), [&named](auto const & entry) {
+    return entry.isPrivate && IsGeneratedName(entry.name) && !named.contains(entry.name);
+  }));
 }
 
 } // namespace desktop

@@ -17,4 +17,11 @@ std::map<AString, AString> CommittedBlocks(AString const & libraryPath, std::opt
 /// block the library or its private file got since.  One that was renamed since is none.
 std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
 
+/// The points whose block the library or its private file got since, also of those that are saved with a former one.
+std::set<AString> PointsStoredSince(AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
+
+/// The blocks of the private file that bear no name any more, since the entries of the name map that told of them stood
+/// in its torn end; 0 for a file that is whole.
+std::size_t CountNamelessBlocks(AString const & libraryPath);
+
 } // namespace desktop

@@ -1,6 +1,5 @@
 #include "desktop/project/LiveResults.h"
 
-#include "basekit/file/IFileSystem.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_named_value.h"
@@ -9,6 +8,7 @@
 #include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
+#include "desktop/project/ProjectLock.h"
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 
@@ -22,18 +22,12 @@ constexpr auto kGood = CStreamioLibrary::kLibSuccess;
 /// A writer may commit between the reading of the two files; then both are read again, so many times.
 constexpr int kMostRereads = 5;
 
-bool IsLocked(LongFileName const & path) {
-  std::unique_ptr<file::IFile> opened;
-  bool isLocked = false;
-  return file::FileSystem().Open(path, file::OpenMode::Read, opened).Ok() && opened->AskLock(isLocked).Ok() && isLocked;
-}
-
 } // namespace
 
-LiveResults::LiveResults(Project const & project, AString const & libraryPath)
-    : m_project(project), m_path(libraryPath) {}
+LiveResults::LiveResults(Project const & project, AString const & libraryPath, std::optional<std::uint64_t> savedLength)
+    : m_project(project), m_path(libraryPath), m_savedLength(savedLength) {}
 
-bool LiveResults::HasWriter() const { return IsLocked(m_project.GetLockFile()); }
+bool LiveResults::HasWriter() const { return ProjectLock::IsTaken(m_project.GetLockFile()); }
 
 // Tells whether there is anything to look at.  While a commit is on its way the private file may be out of view; then
 // it is too early for a look.
@@ -80,7 +74,7 @@ std::map<AString, AString, AString::NoCaseLess> LiveResults::ReadNames() {
 bool LiveResults::IsNews(LibraryReader::Entry const & entry, Place const & place) const {
   auto const known = m_places.find(entry.name);
   if (known == m_places.end())
-    return !m_isFirst || entry.isPrivate;
+    return !m_isFirst || entry.isPrivate || (m_savedLength && entry.offset >= *m_savedLength);
   Place const & before = known->second;
   return before.salt == place.salt ? before.offset != place.offset : before.length != place.length;
 }

@@ -4,6 +4,7 @@
 #include "viewkit/library/LibraryReader.h"
 
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace desktop {
@@ -27,8 +28,9 @@ public:
     kGoesOn      ///< another writer is there already
   };
 
-  /// What it refers to outlives it.
-  LiveResults(Project const & project, AString const & libraryPath);
+  /// What it refers to outlives it.  With a length, what the library holds behind it is unsaved too: a takeover put it
+  /// there.
+  LiveResults(Project const & project, AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
 
   /// Whether a process has the project for writing.
   bool HasWriter() const;
@@ -58,6 +60,7 @@ private:
 
   Project const & m_project;
   AString m_path;
+  std::optional<std::uint64_t> m_savedLength;
   library::LibraryReader m_reader;
   bool m_isOpen = false;
   bool m_isFirst = true;

@@ -1,11 +1,14 @@
 #include "desktop/project/NewFile.h"
 
+#include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
 #include "desktop/Error.h"
 
 namespace desktop {
 
 namespace {
+
+LongFileName BesideOf(LongFileName const & target) { return target.FilePath() + L".new"; }
 
 file::FileStatus WriteAll(LongFileName const & path, std::string_view content) {
   std::unique_ptr<file::IFile> opened;
@@ -24,8 +27,12 @@ file::FileStatus WriteAll(LongFileName const & path, std::string_view content) {
 
 } // namespace
 
-NewFile::NewFile(LongFileName const & target, std::string_view content)
-    : m_target(target), m_beside(target.FilePath() + L".new") {
+bool NewFile::RemoveLeft(LongFileName const & target) {
+  LongFileName const beside = BesideOf(target);
+  return !LFN_Exists(beside) || LFN_DeleteFile(beside);
+}
+
+NewFile::NewFile(LongFileName const & target, std::string_view content) : m_target(target), m_beside(BesideOf(target)) {
   if (auto const status = WriteAll(m_beside, content); !status.Ok()) {
     static_cast<void>(file::FileSystem().RemoveFile(m_beside)); // The failure is told already.
     Fail(m_target, status);

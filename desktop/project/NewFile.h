@@ -15,7 +15,11 @@ public:
   NewFile(NewFile const &) = delete;
   NewFile & operator=(NewFile const &) = delete;
 
+  /// Removes what a process that died had written beside the file; true too when there is nothing.
+  static bool RemoveLeft(LongFileName const & target);
   void Install();
+  /// True too when Install put it in its place and could not make that survive a loss of power, which is an Error.
+  bool IsInstalled() const { return m_isInstalled; }
 
 private:
   LongFileName m_target;

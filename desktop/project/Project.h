@@ -10,7 +10,8 @@
 namespace desktop {
 
 /// Where a project's files stand, and the source it was made from.  For a project NAME in a folder these are
-/// NAME.sproject, NAME.sproject.auto, NAME.sproject.lock and the folder NAME.results/.  It opens none of them.
+/// NAME.sproject, NAME.sproject.auto, NAME.sproject.lock, NAME.sproject.saving and the folder NAME.results/.  It opens
+/// none of them.
 class Project : public IProject {
 public:
   static AString const kExtension;
@@ -28,6 +29,8 @@ public:
   LongFileName const & GetFile() const { return m_file; }
   LongFileName GetAutosaveFile() const { return m_file.FilePath() + L".auto"; }
   LongFileName GetLockFile() const { return m_file.FilePath() + L".lock"; }
+  /// There while a save moves files, and after one that was interrupted.
+  LongFileName GetSaveNote() const { return m_file.FilePath() + L".saving"; }
   LongFileName GetResultsFolder() const;
   LongFileName GetFolder() const { return m_file.DirPath(); }
 

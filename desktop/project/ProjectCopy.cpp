@@ -21,11 +21,6 @@ AString MakeTemporaryFolder() {
   return text::FromUtf8(folder) + L"/";
 }
 
-bool IsOfLibrary(AString const & name) {
-  return name.EndsWith(L".qsol") || name.EndsWith(L".qsol_priv") || name.EndsWith(L".qsol_kept") ||
-         name.EndsWith(L".qsol_saved");
-}
-
 void RefuseInUse(LongFileName const & file) {
   using library::LibraryReader;
   AString const path = file.FilePath();
@@ -53,7 +48,7 @@ ProjectCopy::~ProjectCopy() { LFN_Delete(m_folder); }
 AString ProjectCopy::Path() const { return (m_folder + m_fileName).FilePath(); }
 
 void ProjectCopy::CopyFiles(Project const & project) {
-  for (LongFileName const & file : {project.GetFile(), project.GetAutosaveFile()})
+  for (LongFileName const & file : {project.GetFile(), project.GetAutosaveFile(), project.GetSaveNote()})
     if (LFN_Exists(file))
       Copy(file, m_folder + file.NameAndExtension());
   LongFileName const results = project.GetResultsFolder();
@@ -63,15 +58,18 @@ void ProjectCopy::CopyFiles(Project const & project) {
   if (!LFN_CreateDirectory(copied))
     throw Error(ErrorKind::kStorage, copied.FilePath() + L": can't be made (" + LFN_LastError() + L"); make room");
   for (AString const & name : names) {
-    if (!IsOfLibrary(name))
-      continue;
     RefuseInUse(results + name);
     Copy(results + name, copied + name);
   }
 }
 
 void ProjectCopy::Copy(LongFileName const & from, LongFileName const & to) const {
-  if (!LFN_Copy(from, to, kFailIfExists))
+  bool const isCopied = LFN_Copy(from, to, kFailIfExists);
+  std::error_code ignored; // What can't be written then tells so.  The copy of a file that nobody may write is our own.
+  std::filesystem::permissions(text::ToUtf8(to.FilePath()),
+                               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
+                               std::filesystem::perm_options::add, ignored);
+  if (!isCopied)
     throw Error(ErrorKind::kStorage, from.FilePath() + L": can't be copied to " + m_folder.FilePath() + L" (" +
                                          LFN_LastError() + L"); make room there, or set TMPDIR to another folder");
 }

@@ -6,7 +6,7 @@ namespace desktop {
 
 class Project;
 
-/// A copy of a project's state (project file, autosave, library with its private file) in a temporary folder that goes
+/// A copy of a project's state (project file, autosave, note of a save, results folder) in a temporary folder that goes
 /// with this object.  What would happen to the project can be tried on it.  Failures are Errors: kLocked while another
 /// process writes the library, kStorage when there is no room for the copy.
 class ProjectCopy {

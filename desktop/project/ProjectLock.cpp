@@ -15,8 +15,8 @@ constexpr int kAttempts = 10;
   if (status.Error() == EAGAIN)
     throw Error(ErrorKind::kLocked,
                 path.FilePath() +
-                    L": another process has the project open for writing; wait until it is done (`info` and "
-                    L"`touchstone` show what was saved last meanwhile)");
+                    L": another process has the project open for writing; wait until it is done (`watch` shows what "
+                    L"it does meanwhile, `info` and `touchstone` what was saved last)");
   if (status.Error() == ENOENT || status.Error() == ENOTDIR)
     throw Error(ErrorKind::kProject,
                 path.DirPath() + L": there is no such folder; check the name, or make the folder first");
@@ -41,6 +41,12 @@ ProjectLock::ProjectLock(LongFileName const & file) : m_path(file) {
       return;
   }
   Refuse(m_path, file::FileStatus(EAGAIN, AString()));
+}
+
+bool ProjectLock::IsTaken(LongFileName const & file) {
+  std::unique_ptr<file::IFile> opened;
+  bool isLocked = false;
+  return file::FileSystem().Open(file, file::OpenMode::Read, opened).Ok() && opened->AskLock(isLocked).Ok() && isLocked;
 }
 
 ProjectLock::~ProjectLock() {

@@ -21,6 +21,9 @@ public:
   ProjectLock(ProjectLock const &) = delete;
   ProjectLock & operator=(ProjectLock const &) = delete;
 
+  /// Whether a process has the project for writing; takes nothing.
+  static bool IsTaken(LongFileName const & file);
+
 private:
   LongFileName m_path;
   std::unique_ptr<file::IFile> m_file;

@@ -1,4 +1,4 @@
-// An open project: changing, saving and closing it.
+// An open project: changing and closing it.
 #include "desktop/project/Session.h"
 
 #include "basekit/file/FileOperations.h"
@@ -10,14 +10,13 @@
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/CommittedLibrary.h"
+#include "desktop/project/ManagedFiles.h"
 #include "desktop/project/NewFile.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
-#include "desktop/project/SavedLibrary.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
-#include "solutionmanager/model/BaseSolutionVariation.h"
 
 namespace desktop {
 
@@ -25,32 +24,30 @@ namespace {
 
 constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 
-std::string Bytes(io::CBlock const & block) {
-  std::string bytes;
-  static_cast<void>(io::EncodeBlock(block, io::Form::Text, io::kExactDigits, bytes)); // Too deep: compares as empty.
-  return bytes;
-}
-
-// Saves a block unless the library holds it as it is.
-bool SaveIfChanged(BaseSolutionManager const & manager, io::CBlock & block) {
-  io::CBlock stored(block.Name());
-  // A copy is compared: a block that somebody looked at is stored whole, edits and all.
-  if (manager.LoadSingleBlock(stored) == kSuccess && Bytes(stored) == Bytes(io::CBlock(block)))
-    return true;
-  return manager.SaveSingleBlock(block) == kSuccess;
-}
-
 } // namespace
 
 Session::Session(Access access) : m_access(access), m_editLog(std::make_unique<EditLog>()) {}
 
-Session::~Session() = default;
+Session::~Session() {
+  if (m_manager)
+    LeaveManagedFiles(*m_manager);
+}
+
+void Session::CloseManager() {
+  if (m_manager)
+    LeaveManagedFiles(*m_manager);
+  m_manager.reset();
+}
 
 std::set<AString> Session::GetCommittedBlocks() const {
   std::set<AString> names;
   for (auto const & [realName, internalName] : CommittedBlocks(m_manager->GetQsolPath(), m_savedLength))
     names.insert(names.end(), realName);
   return names;
+}
+
+std::set<AString> Session::GetPointsStoredSince() const {
+  return IsReadOnly() ? std::set<AString>() : PointsStoredSince(m_manager->GetQsolPath(), m_savedLength);
 }
 
 void Session::CheckSourceUnchanged() const { CheckUnchanged(m_project->GetSourceFiles(), m_project->GetFolder()); }
@@ -64,7 +61,8 @@ bool Session::HasUnsavedResults() const {
   if (IsReadOnly() || !m_manager)
     return false;
   auto const & library = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess();
-  return library.HasUnsavedChanges() || (m_savedLength && library.CommittedLength() > *m_savedLength);
+  return library.HasUnsavedChanges() || (m_savedLength && library.CommittedLength() > *m_savedLength) ||
+         m_manager->HaveUnsavedResultFiles() || HaveUnsavedManagedFiles(*m_manager);
 }
 
 void Session::NoteAsWritten() { m_lastWritten = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave); }
@@ -85,13 +83,13 @@ ProjectRecord Session::MakeRecord() const {
   record.designName = m_design->GetName();
   record.designID = m_design->GetDesignID();
   record.sources = m_project->GetSourceFiles();
-  m_manager->WriteNextUniqueID(record.ids);
   m_design->Write(record.design);
   WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
   m_editLog->Write(record.edits);
   if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");
+  m_manager->WriteNextUniqueID(record.ids); // Last: what stands above may have issued IDs.
   return record;
 }
 
@@ -130,50 +128,6 @@ void Session::WriteAutosave(ProjectRecord & record, std::string const & state) {
   m_lastWritten = state;
 }
 
-void Session::Save() {
-  RefuseWhenReadOnly();
-  WriteChangedDefinitions();
-  ForgetEditsOfNoData();
-  ProjectRecord record = MakeRecord();
-  std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
-  record.generation = m_generation + 1;
-  NewFile projectFile(m_project->GetFile(), EncodeProject(record, ProjectFileKind::kProject));
-  // Attaches a library that is not there yet.
-  auto & library = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess();
-  SavedLibrary const savedLibrary(m_manager->GetQsolPath());
-  savedLibrary.Note(m_generation, library.CommittedLength());
-  m_savedLength = savedLibrary.Length(m_generation);
-  bool const isCommitted =
-      m_manager->CarryOutDeletions() && m_manager->GetSolutionFileManager().CommitAll(false) == kSuccess;
-  if (!isCommitted)
-    RefuseStorage(library.LastError());
-  projectFile.Install();
-  m_generation = record.generation;
-  m_lastWritten = state;
-  // One that stays is of an older generation: the next session drops it.
-  LFN_DeleteFile(m_project->GetAutosaveFile());
-  m_hasAutosave = false;
-  savedLibrary.Forget();
-  m_savedLength.reset();
-  m_hasForeignObjects = false;
-  if (m_editor)
-    m_editor->WasSaved();
-}
-
-// What the history of this session still refers to is told anew when it comes to that.
-void Session::ForgetEditsOfNoData() {
-  if (!m_editLog->HasDepartures())
-    return;
-  std::set<std::pair<VersionedObject, long>> kept;
-  for (auto const & [setupID, setup] : m_manager->GetSetups())
-    for (auto const & [solutionID, solution] : setup->GetSolutions())
-      for (auto const & [index, variation] : solution->GetVariations()) {
-        kept.insert({{setupID, solutionID}, variation->GetVersionID()});
-        kept.insert({{setupID, -1}, variation->GetVersionID()});
-      }
-  m_editLog->Keep([&kept](VersionedObject object, long version) { return kept.count({object, version}) > 0; });
-}
-
 // An object that is new, or has a new version, is known to the library from then on.
 void Session::WriteMissingDefinitions() {
   auto const & library = m_manager->GetSolutionFileManager();
@@ -196,31 +150,12 @@ void Session::WriteMissingDefinitions() {
     RefuseStorage(library.GetLibraryForDirectAccess().LastError());
 }
 
-void Session::WriteChangedDefinitions() {
-  auto const save = [this](io::CBlock & block) {
-    if (!SaveIfChanged(*m_manager, block))
-      RefuseStorage(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
-  };
-  for (auto const & [id, setup] : m_manager->GetSetups()) {
-    io::CBlock setupBlock(setup->GetBlockDefinitionName());
-    setup->WriteDefinitionBlock(setupBlock);
-    save(setupBlock);
-    for (auto const & [solutionID, solution] : setup->GetSolutions()) {
-      io::CBlock block(solution->GetBlockDefinitionName());
-      solution->WriteDefinitionBlock(block);
-      save(block);
-    }
-  }
-  // Last: what stands above may have issued IDs.
-  io::CBlock header(BaseSolutionManager::kHeaderBlockName);
-  m_manager->WriteDefinitionBlock(header);
-  save(header);
-}
-
-void Session::RefuseWhenReadOnly() const {
+void Session::RefuseWhenReadOnly() {
   if (IsReadOnly())
     throw Error(ErrorKind::kUsage, m_project->GetFile().FilePath() +
                                        L": the project is open for reading only; open it for writing to change it");
+  if (std::exchange(m_isSaveLeft, false))
+    SettleSave();
 }
 
 void Session::RefuseStorage(AString const & what) const {

@@ -5,6 +5,7 @@
 #include "desktop/project/UnsavedWork.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <set>
@@ -15,6 +16,10 @@
 class LongFileName;
 struct RecoveryReport;
 
+namespace io {
+class CBlock;
+}
+
 namespace desktop {
 
 class Design;
@@ -24,6 +29,7 @@ class IDesktopProduct;
 class ProductSolutionManager;
 class Project;
 class ProjectLock;
+class SaveProtocol;
 enum class ProjectFileKind;
 struct ProjectRecord;
 struct SourceDescription;
@@ -31,7 +37,8 @@ struct SourceDescription;
 /// A project that is open in this process: one design, its solution manager, and the rules of saving.
 ///
 /// Files of project NAME:  NAME.sproject (the project file), NAME.sproject.auto (autosave of the design's block),
-/// NAME.sproject.lock, and the folder NAME.results/ with the solution library <design>.qsol and its private twin.
+/// NAME.sproject.lock, NAME.sproject.saving (while a save moves files), and the folder NAME.results/ with the solution
+/// library <design>.qsol, its private twin, and result files.
 /// Every change is autosaved before the operation returns; Save makes it permanent; closing without Save keeps the
 /// work for the next session, shown as unsaved.  All failures are desktop::Error.
 class Session {
@@ -60,6 +67,7 @@ public:
   Project & GetProject() { return *m_project; }
   Design & GetDesign() { return *m_design; }
   ProductSolutionManager & GetManager() { return *m_manager; }
+  ProductSolutionManager const & GetManager() const { return *m_manager; }
   IDesktopProduct const & GetProduct() const { return *m_product; }
 
   /// The door for all edits, with their history, which begins empty with each session.
@@ -68,8 +76,9 @@ public:
   EditLog const & GetEditLog() const { return *m_editLog; }
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
-  /// Writes project file and library; the autosave goes.  What the design deleted before this session goes from the
-  /// library with it.  When the library can't be committed, project file and autosave stay as they were.
+  /// Project file, library, mirrored stores and managed files become what they are now, all of them or none; the
+  /// autosave goes.  What the design deleted before this session goes from the library with it.  After a failure the
+  /// work is unsaved as before, the files of the stores under their working names, and another save may be tried.
   void Save();
   /// Goes back to what was saved last: autosave and private library are dropped, and the library is cut back to what
   /// it was then when a takeover brought it further.  Design and manager are made anew, so that nobody may hold on to
@@ -91,12 +100,20 @@ public:
   void CheckSourceUnchanged() const;
   bool IsReadOnly() const { return m_access == Access::kReadOnly; }
   /// Refused with ErrorKind::kUsage where nothing may be changed.
-  void RefuseWhenReadOnly() const;
+  void RefuseWhenReadOnly();
   /// What opening had to tell: a recovery, files set aside; after Create the notes of the source.  One line each, for
   /// people.
   std::vector<AString> const & GetNotices() const { return m_notices; }
+  /// Up to where the library is what was saved last; empty when all of it is.
+  std::optional<std::uint64_t> GetSavedLength() const { return m_savedLength; }
+  /// The solved points that opening took over after a crash, stale ones too.
+  int CountRecoveredPoints() const { return m_recoveredPoints; }
   /// The real names (packed keys) of all blocks of the library as it was saved last.
   std::set<AString> GetCommittedBlocks() const;
+  /// The real names of the points whose blocks are newer than the last save, whether or not they were saved before.
+  std::set<AString> GetPointsStoredSince() const;
+  /// Whether the library holds nothing beside what was saved last, as far as is known without reading it once more.
+  bool IsLibrarySaved() const { return !IsReadOnly() && !HasUnsavedResults(); }
 
 private:
   explicit Session(Access access);
@@ -113,6 +130,10 @@ private:
   void TakeOverAfterCrash(ProjectRecord const & record);
   void NoteSavedLibrary();
   void TellOfForeignObjects();
+  void SettleInterruptedSave(long generation);
+  void RemoveStrayFiles(ProjectRecord const & saved, ProjectRecord const & read);
+  void TellOfLostFiles();
+  void LeaveOutFilesOfASave();
   void MakeDesign(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
@@ -123,12 +144,19 @@ private:
 
   // Going back to the saved state
   void CheckSavedState(ProjectRecord const & saved);
-  void SetUnsavedAside();
+  void SetUnsavedAside(ProjectRecord const & saved);
+  void SetFilesAside(ProjectRecord const & saved);
   void DropUnsaved(ProjectRecord const & saved);
+  /// Result files that neither the manager nor one of the records names.
+  std::vector<LongFileName> StrayFiles(std::initializer_list<ProjectRecord const *> known) const;
   bool IsLibraryAhead(AString const & path) const;
   void TakeLibraryBack(AString const & path);
 
   // Saving it
+  void CommitLibrary();
+  void CommitFiles(SaveProtocol const & save);
+  void InstallProjectFile(AString & whatIsUncertain);
+  void SettleSave();
   ProjectRecord MakeRecord() const;
   void NoteAsWritten();
   void WriteAutosave(ProjectRecord & record, std::string const & state);
@@ -137,6 +165,8 @@ private:
   void WriteMissingDefinitions();
   void ForgetEditsOfNoData();
   void RefuseStorage(AString const & what) const;
+  /// Managed files that are not saved stay for the next session.
+  void CloseManager();
 
   Access m_access;
   std::unique_ptr<ProjectLock> m_lock;
@@ -151,10 +181,19 @@ private:
   UnsavedWork m_dropped;
   long m_generation = 0;
   bool m_hasAutosave = false;
+  /// A save that failed could not take its files back yet.
+  bool m_isSaveLeft = false;
+  /// Result files may lie about that nothing names.
+  bool m_hadCrash = false;
   /// The library's length as it was saved last, once it may have grown since; see SavedLibrary.
   std::optional<std::uint64_t> m_savedLength;
+  /// While an autosave is read: the design that it goes on from.
+  io::CBlock const * m_goesOnFrom = nullptr;
+  int m_recoveredPoints = 0;
   /// The design has setups or solutions that only the library knew of.
   bool m_hasForeignObjects = false;
+  /// Stores have files that a session before left, which no design tells of yet.
+  bool m_hasTakenUpFiles = false;
   /// The design as it was last written, for telling whether there is anything to write.
   std::string m_lastWritten;
 };

@@ -1,12 +1,15 @@
 // Going back to the saved state of a project: what is unsaved is dropped, or set aside.
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
+#include "basekit/file/PlaceInFolder.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/StaleResults.h"
+#include "desktop/product/StrayResultFiles.h"
 #include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/CommittedLibrary.h"
+#include "desktop/project/ManagedFiles.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
@@ -28,7 +31,7 @@ void RefuseInUse(AString const & libraryPath) {
 }
 
 void Remove(LongFileName const & file) {
-  if (LFN_Exists(file) && !LFN_DeleteFile(file))
+  if (LFN_Exists(file) && !LFN_Delete(file))
     throw Error(ErrorKind::kStorage, file.FilePath() + L": can't be removed (" + LFN_LastError() +
                                          L"); get permission to write to the folder, and try again");
 }
@@ -66,15 +69,19 @@ void Session::CheckSavedState(ProjectRecord const & saved) {
 
 void Session::DropUnsaved(ProjectRecord const & saved) {
   AString const path = m_manager->GetQsolPath();
-  m_manager.reset();
   RefuseInUse(path);
+  auto const strays = StrayFiles({&saved});
+  DropManagedFilesWith(*m_manager);
+  m_manager.reset();
   m_dropped = {JudgeAutosave(m_project->GetAutosaveFile(), saved).changesDesign,
                LFN_Exists(PrivateFileOf(path)) || IsLibraryAhead(path),
-               static_cast<int>(UnsavedPoints(path, m_savedLength).size())};
+               static_cast<int>(UnsavedPoints(path, m_savedLength).size()), static_cast<int>(strays.size())};
   // The results first: an autosave without them is a design to solve, they without it would be results of nothing.
   Remove(PrivateFileOf(path));
   StaleResults(path).Drop();
   TakeLibraryBack(path);
+  for (LongFileName const & file : strays)
+    Remove(file);
   Remove(m_project->GetAutosaveFile());
   m_hasAutosave = false;
   // Files that a loss of power brings back are unsaved work again.
@@ -94,16 +101,51 @@ void Session::TakeLibraryBack(AString const & path) {
   m_savedLength.reset();
 }
 
-void Session::SetUnsavedAside() {
+void Session::SetUnsavedAside(ProjectRecord const & saved) {
   AString const path = m_manager->GetQsolPath();
-  m_manager.reset();
   RefuseInUse(path);
+  SetFilesAside(saved);
+  m_manager.reset();
   if (IsLibraryAhead(path))
     CopyAside(path, L"it holds unsaved work");
   for (LongFileName const & file : {PrivateFileOf(path), m_project->GetAutosaveFile()})
     if (LFN_Exists(file))
       SetAside(file, L"left out as was asked for");
   TakeLibraryBack(path);
+}
+
+// Result files under the names that they have in the results folder, and copies of all managed files with their lists.
+void Session::SetFilesAside(ProjectRecord const & saved) {
+  LongFileName const results = m_project->GetResultsFolder();
+  auto const strays = StrayFiles({&saved});
+  bool const hasManaged = HaveUnsavedManagedFiles(*m_manager);
+  if (strays.empty() && !hasManaged)
+    return;
+  AString name;
+  bool isDone =
+      KvroGetTempFileName(m_project->GetFolder(), m_project->GetName() + L".results.set-aside-", AString(), name);
+  LongFileName const aside(name + L"/");
+  isDone = isDone && LFN_CreateDirectoryAndParents(aside);
+  for (std::size_t at = 0; isDone && at < strays.size(); ++at) {
+    AString inside;
+    isDone = LFN_RelativeTo(results, strays[at], inside);
+    LongFileName const target = aside + inside;
+    isDone = isDone && LFN_CreateDirectoryAndParents(target.DirPath()) && LFN_Move(strays[at], target, kFailIfExists);
+  }
+  if (hasManaged)
+    isDone = isDone && CopyManagedFiles(*m_manager, aside);
+  if (!isDone)
+    throw Error(ErrorKind::kStorage, results.FilePath() + L": files that are not saved can't be set aside (" +
+                                         LFN_LastError() + L"); make room or get permission, and try again");
+  DropManagedFilesWith(*m_manager);
+  m_notices.push_back(results.FilePath() + L": files that are not saved were set aside in " + aside.FilePath());
+}
+
+std::vector<LongFileName> Session::StrayFiles(std::initializer_list<ProjectRecord const *> known) const {
+  StrayResultFiles strays(*m_manager, m_project->GetResultsFolder());
+  for (ProjectRecord const * const record : known)
+    strays.Spare(record->module);
+  return strays.Find();
 }
 
 void Session::CopyAside(LongFileName const & file, AString const & why) {

@@ -11,6 +11,7 @@
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/StaleResults.h"
+#include "desktop/product/StoresAndData.h"
 #include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/LibraryLengths.h"
@@ -18,13 +19,16 @@
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
 #include "desktop/project/RecoveryFailed.h"
+#include "desktop/project/SaveProtocol.h"
 #include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
+#include <thread>
 
 namespace desktop {
 
@@ -33,6 +37,8 @@ namespace {
 using PrivateFile = library::LibraryReader::PrivateFile;
 
 constexpr int kReadAttempts = 5;
+constexpr int kSaveWaits = 100;
+constexpr std::chrono::milliseconds kSaveWait(20);
 
 // How many of the points the library has.
 int CountThere(ProductSolutionManager const & manager, std::set<AString> const & points) {
@@ -60,10 +66,21 @@ AString TextOfDropped(std::vector<RecoveryReport::Dropped> const & dropped) {
   return text;
 }
 
-AString RecoveryNotice(AString const & project, int points) {
+AString RecoveryNotice(AString const & project, int points, bool isComplete) {
+  if (points == 0 && !isComplete)
+    return project + L": the last session ended in a crash; none of what it solved could be taken over";
   return points == 0 ? project + L": the last session ended in a crash; no solved point was unsaved"
                      : project + AString::Format(L": recovered %d %s after a crash", points,
                                                  AString(points == 1 ? L"point" : L"points"));
+}
+
+// Of a save that another process has under way; one that takes long is looked at as it is.
+void WaitForSave(Project const & project) {
+  for (int count = 0; count < kSaveWaits && LFN_Exists(project.GetSaveNote()); ++count) {
+    if (!ProjectLock::IsTaken(project.GetLockFile()))
+      return;
+    std::this_thread::sleep_for(kSaveWait);
+  }
 }
 
 // Of bytes that no commit covers.  Beside a writer they may be those of a commit on its way.
@@ -96,20 +113,38 @@ std::unique_ptr<Session> Session::Open(AString const & projectPath, Access acces
 }
 
 void Session::OpenForReading() {
-  // A writer may save in between: project file and library are to be of one moment.
+  SaveProtocol const protocol(*m_project);
+  // A writer may save in between: project file, library and result files are to be of one moment.
   for (int attempt = 1;; ++attempt) {
+    WaitForSave(*m_project);
     std::string const bytes = ReadProjectBytes(m_project->GetFile());
     ProjectRecord const record = DecodeProject(bytes, ProjectFileKind::kProject, m_project->GetFile());
     MakeDesign(record);
     SavedLibrary const savedLibrary(m_manager->GetQsolPath());
     m_savedLength = savedLibrary.Length(record.generation);
     m_manager->SetReadOnly(m_savedLength);
+    auto const before = protocol.Judge(record.generation);
     ReadLibrary(record);
-    bool const isOfOneMoment =
-        ReadProjectBytes(m_project->GetFile()) == bytes && savedLibrary.Length(record.generation) == m_savedLength;
-    if (attempt == kReadAttempts || isOfOneMoment)
-      return;
+    auto const left = protocol.Judge(record.generation);
+    bool const isOfOneMoment = ReadProjectBytes(m_project->GetFile()) == bytes && left == before &&
+                               savedLibrary.Length(record.generation) == m_savedLength;
+    if (attempt < kReadAttempts && !isOfOneMoment)
+      continue;
+    if (left == SaveProtocol::Left::kBack)
+      LeaveOutFilesOfASave();
+    return;
   }
+}
+
+// They may hold what was not saved by now, or lie elsewhere.
+void Session::LeaveOutFilesOfASave() {
+  auto const touched = SaveProtocol(*m_project).TouchedFiles();
+  if (touched.empty())
+    return;
+  m_manager->LeaveOutResultFiles(touched);
+  m_notices.push_back(m_project->GetResultsFolder().FilePath() +
+                      L": a save is under way or was interrupted; result files that it touched are not shown (opening "
+                      L"the project for writing takes an interrupted save back)");
 }
 
 void Session::OpenForWriting(LeftWork work) {
@@ -118,28 +153,65 @@ void Session::OpenForWriting(LeftWork work) {
   m_lock = std::make_unique<ProjectLock>(m_project->GetLockFile());
   ProjectRecord const saved = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file);
   m_generation = saved.generation;
+  SettleInterruptedSave(saved.generation);
   if (work != LeftWork::kGoOn) {
     CheckSavedState(saved);
-    work == LeftWork::kDiscard ? DropUnsaved(saved) : SetUnsavedAside();
+    work == LeftWork::kDiscard ? DropUnsaved(saved) : SetUnsavedAside(saved);
   }
   using Fate = AutosaveChoice::Fate;
   LongFileName const autosaveFile = m_project->GetAutosaveFile();
   AutosaveChoice const autosave = JudgeAutosave(autosaveFile, saved);
   m_hasAutosave = autosave.fate == Fate::kWins;
   bool const isAutosaveLost = autosave.fate == Fate::kForeign;
+  m_goesOnFrom = m_hasAutosave ? &saved.module : nullptr;
   ReadWithWork(m_hasAutosave ? autosave.record : saved, !isAutosaveLost);
+  m_goesOnFrom = nullptr;
   // Not before the project is known to open.
   if (autosave.fate == Fate::kObsolete)
     LFN_DeleteFile(autosaveFile);
   else if (isAutosaveLost)
     SetAside(autosaveFile, autosave.why);
   TellOfForeignObjects();
+  // Of a design that is lost nobody knows what it named.
+  if (m_hadCrash && !isAutosaveLost)
+    RemoveStrayFiles(saved, m_hasAutosave ? autosave.record : saved);
   // The texts are what the design has by now, and the next session is to find what this one does.
   bool const isPending = m_hasAutosave && !autosave.record.pendingTexts.Empty();
-  if (isPending || (isAutosaveLost && m_hasForeignObjects)) {
+  if (isPending || (isAutosaveLost && m_hasForeignObjects) || m_hasTakenUpFiles) {
     ProjectRecord record = MakeRecord();
     WriteAutosave(record, EncodeProject(record, ProjectFileKind::kAutosave));
   }
+}
+
+void Session::SettleInterruptedSave(long generation) {
+  using Left = SaveProtocol::Left;
+  Left const left = SaveProtocol(*m_project).Settle(generation);
+  m_hadCrash = left == Left::kBack;
+  if (left == Left::kBack)
+    m_notices.push_back(m_project->GetName() +
+                        L": the last save was interrupted and taken back; the work that it was to save is unsaved");
+  else if (left == Left::kForward)
+    m_notices.push_back(m_project->GetName() + L": the last save was interrupted at its end and is complete now");
+}
+
+void Session::RemoveStrayFiles(ProjectRecord const & saved, ProjectRecord const & read) {
+  auto const strays = StrayFiles({&saved, &read});
+  auto const removed =
+      std::count_if(strays.begin(), strays.end(), [](LongFileName const & file) { return LFN_Delete(file); });
+  if (!strays.empty())
+    m_notices.push_back(
+        m_project->GetResultsFolder().FilePath() +
+        AString::Format(L": %d result %s that neither saved nor unsaved work names, as a crash left %s; "
+                        L"%d removed",
+                        static_cast<int>(strays.size()), AString(strays.size() == 1 ? L"file" : L"files"),
+                        AString(strays.size() == 1 ? L"it" : L"them"), static_cast<int>(removed)));
+}
+
+void Session::TellOfLostFiles() {
+  if (int const count = m_manager->CountLostResultFiles(); count > 0)
+    m_notices.push_back(m_project->GetResultsFolder().FilePath() +
+                        AString::Format(L": %d result %s missing and left out; put back a copy, or solve again", count,
+                                        AString(count == 1 ? L"file is" : L"files are")));
 }
 
 // The private file of the library tells how the last session ended.
@@ -165,7 +237,9 @@ void Session::ReadWithWork(ProjectRecord const & record, bool isWholeTruth) {
     if (library.AcquireForWriting() != CStreamioLibrary::kLibSuccess)
       RefuseStorage(library.LastError());
     if (!library.WasSetAside().empty())
-      m_notices.push_back(path + L"_priv: does not belong to the saved results; it was set aside as " +
+      m_notices.push_back(path +
+                          L"_priv: does not belong to the saved results, or its beginning is damaged; it was set "
+                          L"aside as " +
                           library.WasSetAside());
     return;
   }
@@ -176,29 +250,46 @@ void Session::ReadWithWork(ProjectRecord const & record, bool isWholeTruth) {
 }
 
 void Session::TakeOverAfterCrash(ProjectRecord const & record) {
+  m_hadCrash = true;
   AString const path = m_manager->GetQsolPath();
   RefuseDamagedNames(path);
+  std::size_t const nameless = CountNamelessBlocks(path);
+  if (nameless > 0)
+    CopyAside(LongFileName(path + L"_priv"),
+              AString::Format(L"its end is torn off, and with it the %s of %lu %s",
+                              AString(nameless == 1 ? L"name" : L"names"), static_cast<unsigned long>(nameless),
+                              AString(nameless == 1 ? L"block" : L"blocks")) +
+                  L", which can't be taken over");
   NoteSavedLibrary();
   StaleResults(path).Keep(SetupsOfDesign(record.module));
   LibraryLengths const before(path);
   auto const unsaved = UnsavedPoints(path);
+  auto const stored = PointsStoredSince(path);
   m_manager->SetRecoverOnRead(true);
   try {
     ReadLibrary(record);
   } catch (Error const &) {
     RecoveryReport const report = m_manager->GetRecoveryReport();
     AString const cause = m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError();
-    m_manager.reset(); // Closes the files.
+    CloseManager(); // Closes the files.
     before.PutBack();
     if (m_savedLength == CommittedLengthOf(path))
       SavedLibrary(path).Forget();
     RefuseTakeover(path, report, cause);
   }
-  AString notice = RecoveryNotice(m_project->GetName(), CountThere(*m_manager, unsaved)) +
+  m_recoveredPoints = CountThere(*m_manager, unsaved);
+  AString notice = RecoveryNotice(m_project->GetName(), m_recoveredPoints, nameless == 0) +
                    TextOfDropped(m_manager->DroppedForGood());
   if (!m_manager->GetRecoveryReport().isCommitted)
     notice += L"; the library could not be written, so it is unsaved work";
   m_notices.push_back(notice);
+  int const lost = TakeUpResultFiles(*m_manager, stored, m_hasTakenUpFiles);
+  if (lost > 0)
+    m_notices.push_back(m_project->GetName() +
+                        AString::Format(L": %d %s of recovered points %s not there any more; solve these points "
+                                        L"again with --again",
+                                        lost, AString(lost == 1 ? L"result file" : L"result files"),
+                                        AString(lost == 1 ? L"is" : L"are")));
 }
 
 // Before the library goes on from what was saved.
@@ -263,7 +354,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
   m_editor.reset(); // They know the design that goes.
-  m_manager.reset();
+  CloseManager();
   m_project->SetSourceFiles(record.sources);
   SourceBase base;
   // A project from before there was one: its next reload takes what the source says.
@@ -293,10 +384,13 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   bool const isThere = LFN_Exists(LongFileName(path));
   AString const tail = NoticeOfTail(path); // A writer may write over it from here on.
   m_manager->InitializeFromDesign(false);
+  if (m_goesOnFrom)
+    m_manager->SetSavedDesign(*m_goesOnFrom);
   io::ReadError const result = m_manager->ReadModule(record.module, false, ReadMethod::kAllFiles);
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
   MarkMisfits(*this);
+  TellOfLostFiles();
   if (!tail.empty())
     m_notices.push_back(tail);
   if (!isThere)

@@ -7,6 +7,7 @@ struct UnsavedWork {
   bool design = false;  ///< an autosave with other variables, setups or versions
   bool results = false; ///< a private library file, or a library that went on from what was saved
   int points = 0;       ///< solved points that were not saved
+  int files = 0;        ///< result files that were not saved, managed files aside
 };
 
 } // namespace desktop

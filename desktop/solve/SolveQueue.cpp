@@ -4,6 +4,7 @@
 #include "basekit/id/Id.h"
 #include "desktop/Error.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/solve/DeliveredExtras.h"
 #include "desktop/solve/SolveRecords.h"
 #include "desktop/solve/SolveRun.h"
 #include "desktop/solve/SourceGuard.h"
@@ -89,6 +90,8 @@ private:
   bool Expand(SolutionVariationKey const & key, std::vector<Point> & points) const;
   bool AddPoint(Point point, std::vector<Point> & points) const;
   void EnterStored(Point const & point);
+  CStreamioLibrary::LibIOReturn StoreBatch(std::vector<SolvedPoint> const & solved);
+  void Finish(bool isFailed);
   void TellProgress() { m_listener->OnProgress(m_outcome.stored, m_outcome.failed, static_cast<int>(m_points.size())); }
   Point PointAt(int number) const { return m_points[static_cast<std::size_t>(number)]; }
   AString SetupNameOf(Point const & point) const;
@@ -106,6 +109,7 @@ private:
   ISolveListener * m_listener = nullptr;
   std::set<std::pair<int, int>> m_notConverged; ///< point and index of the record
   int m_solved = 0;                             ///< of this run, stored or about to be
+  bool m_hasStoredExtras = false;
   SolveOutcome m_outcome;
 };
 
@@ -193,14 +197,33 @@ SolveOutcome SolveQueue::Impl::Run(ISolveListener & listener) {
   m_listener = &listener;
   m_outcome = SolveOutcome();
   m_solved = 0;
+  m_hasStoredExtras = false;
   if (m_points.empty())
     return m_outcome;
   if (m_site.prepare)
     m_site.prepare();
   m_guard = SourceGuard(m_site.sources ? m_site.sources() : std::vector<JobSource>());
   TellProgress();
-  m_outcome.interrupted = !SolveRun(*this, m_site.product.GetName(), m_options).Run();
+  try {
+    m_outcome.interrupted = !SolveRun(*this, m_site.product.GetName(), m_options).Run();
+  } catch (Error const &) {
+    Finish(true);
+    throw;
+  }
+  Finish(false);
   return std::move(m_outcome);
+}
+
+// What stores got is part of the design.
+void SolveQueue::Impl::Finish(bool isFailed) {
+  if (!m_hasStoredExtras || !m_site.finish)
+    return;
+  try {
+    m_site.finish();
+  } catch (Error const &) {
+    if (!isFailed) // Else the first failure is the one to tell: what is stored can be taken up again from its records.
+      throw;
+  }
 }
 
 AString SolveQueue::Impl::SetupNameOf(Point const & point) const {
@@ -298,14 +321,18 @@ bool SolveQueue::Impl::TakeNotConverged(int number) {
 }
 
 void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
-  io::CBlock batch(L"Batch");
-  for (auto const & result : solved) {
-    result.items->Name(PointAt(result.number).Key().Pack());
-    batch << result.items;
+  auto const endRecords = [&](AString const & outcome) {
+    for (auto const & result : solved)
+      m_records.End(result.number, outcome, result.cost);
+  };
+  bool isStored = false;
+  try {
+    isStored = StoreBatch(solved) == CStreamioLibrary::kLibSuccess;
+  } catch (Error const &) {
+    endRecords(kNotStored);
+    throw;
   }
-  bool const isStored = m_site.manager.SaveBlocks(batch) == CStreamioLibrary::kLibSuccess;
-  for (auto const & result : solved)
-    m_records.End(result.number, isStored ? SolveRecords::kSolved : kNotStored, result.cost);
+  endRecords(isStored ? SolveRecords::kSolved : AString(kNotStored));
   if (!isStored)
     throw Error(ErrorKind::kStorage,
                 AString::Format(L"results can't be stored in '%s': make sure that the disk has room and the folder can "
@@ -321,6 +348,22 @@ void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
     m_listener->OnStored(SetupNameOf(point), point.variation, result.cost.seconds);
   }
   TellProgress();
+}
+
+// Files of the points stand before their blocks do.
+CStreamioLibrary::LibIOReturn SolveQueue::Impl::StoreBatch(std::vector<SolvedPoint> const & solved) {
+  DeliveredExtras extras;
+  io::CBlock batch(L"Batch");
+  for (auto const & result : solved) {
+    Point const point = PointAt(result.number);
+    auto const items = extras.Take(FindSolution(m_site.manager, point), point.variation, point.version, result.items);
+    items->Name(point.Key().Pack());
+    batch << items;
+  }
+  auto const stored = m_site.manager.SaveBlocks(batch);
+  if (stored == CStreamioLibrary::kLibSuccess && extras.Accept())
+    m_hasStoredExtras = true;
+  return stored;
 }
 
 // The variation is made without its data: of very many points only those that somebody looks at come into memory.

@@ -53,6 +53,8 @@ struct SolveSite {
   std::function<void()> prepare; ///< what is to be safe before the first job starts; a throw stops the run
   /// The files of the source as the project read them; asked for after the preparation.
   std::function<std::vector<JobSource>()> sources = {};
+  /// After the last point of a run that stored more than data blocks, however the run ended.
+  std::function<void()> finish = {};
 };
 
 /// The desktop's simulation service: points are queued by SubmitSolve and solved by worker processes that take many

@@ -29,7 +29,8 @@ SolveSite SiteOf(Session & session) {
           session.GetProject().GetSourceFile().FilePath(),
           session.IsReadOnly(),
           prepare,
-          sources};
+          sources,
+          [&session] { session.Autosave(); }};
 }
 
 } // namespace

@@ -106,13 +106,17 @@ private:
 
 } // namespace
 
+void CheckStudySize(Study const & study, std::size_t setups) {
+  if (setups > 0 && study.Size() > kMostStudyPoints / setups)
+    throw Error(ErrorKind::kUsage, L"the study " +
+                                       TooManyPoints(static_cast<double>(study.Size()) * static_cast<double>(setups)) +
+                                       L", in all setups together; "
+                                       L"choose one with --setup, or take larger steps");
+}
+
 RequestedPoints RequestStudy(Session & session, std::vector<BaseSimulationSetup *> const & setups, Study const & study,
                              SolveQueue * anew) {
-  if (!setups.empty() && study.Size() > kMostStudyPoints / setups.size())
-    throw Error(ErrorKind::kUsage,
-                L"the study " + TooManyPoints(static_cast<double>(study.Size()) * static_cast<double>(setups.size())) +
-                    L", in all setups together; "
-                    L"choose one with --setup, or take larger steps");
+  CheckStudySize(study, setups.size());
   return Requester(session, setups, study, anew).RequestAll();
 }
 

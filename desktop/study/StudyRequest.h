@@ -22,6 +22,9 @@ struct RequestedPoints {
   std::vector<AString> notes;   ///< on repeated points, one line each, the first few
 };
 
+/// Throws Error (kUsage) for more than kMostStudyPoints in so many setups together.
+void CheckStudySize(Study const & study, std::size_t setups);
+
 /// Asks for all points of a study in all setups, each point once, over the design's simulation service.  With a queue
 /// points that are valid already are solved anew, by that queue.  A request to stop ends it; the next run of the queue
 /// follows that too.  Throws Error (kUsage) for more than kMostStudyPoints

@@ -91,8 +91,37 @@ class AnyProgram(DeskTest):
         self.assertEqual([row['setup'] for row in self.rows('small')], ['Run'])
         self.run_desk('setup', 'small', 'edit', 'More', 'plus=100')
         self.assertEqual(len(self.rows('small')), 2, 'an edit that leads back makes the data valid again')
-        self.run_desk('setup', 'small', 'add', 'Wrong', 'minus=1')
-        self.assertIn("'minus'", self.run_desk('solve', 'small', '--setup', 'Wrong', code=5).stderr)
+
+    def test_settings_that_the_solver_file_does_not_know_are_refused_with_those_that_it_knows(self):
+        self.project('small', SMALL.replace('setting plus = 0', 'setting plus = 0\nsetup Fine plus=1'))
+        self.assertIn("there is no setting 'minus'; there are plus",
+                      self.refuse(2, 'setup', 'small', 'add', 'Wrong', 'minus=1'))
+        self.assertIn("'q'", self.refuse(2, 'setup', 'small', 'edit', 'Fine', 'q=20'))
+        self.assertEqual(self.document('setup', 'small', 'edit', 'Fine', 'PLUS=1')['changed'], False,
+                         'names of settings are found without case')
+        write('small.solver', SMALL.replace('setting plus = 0\n', '').replace(' + {plus}', ''))
+        self.run_desk('reload', 'small')
+        self.run_desk('setup', 'small', 'add', 'Plain', 'default')
+
+    def test_what_made_data_stale_is_told_by_the_file_that_changed(self):
+        write('double.awk', 'BEGIN { print 2 * a }\n')
+        write('in.txt', '{a}\n')
+        self.project('small', 'variable a = 2\nfile double.awk\ntemplate in.txt\ncommand awk -v a={a} -f double.awk\n'
+                              'output table stdout no-header\nscalar y = 1\n')
+        for name, text in (('double.awk', 'BEGIN { print 3 * a }\n'), ('in.txt', '# {a}\n')):
+            former = read(name).decode()
+            self.run_desk('solve', 'small')
+            write(name, text)
+            self.assertIn(f'content of {name}: as read', self.run_desk('reload', 'small').stdout)
+            told = self.run_desk('info', 'small', '--why').stdout
+            self.assertRegex(told, f'valid again by: put the former {name} \\(read [^)]*\\) back and reload')
+            self.assertNotIn('circuit', told)
+            write(name, former)
+            self.assertEqual(self.document('reload', 'small')['valid_points'], 1)
+        write('double.awk', 'BEGIN { print 4 * a }\n')
+        write('in.txt', 'a = {a}\n')
+        self.run_desk('reload', 'small')
+        self.assertIn('put the former double.awk, in.txt (read', self.run_desk('info', 'small', '--why').stdout)
 
     def test_an_edited_remark_makes_nothing_stale_and_an_edited_command_does(self):
         self.project()
@@ -152,6 +181,28 @@ class AnyProgram(DeskTest):
             write('bad.solver', text)
             self.assertIn(part, self.refuse(4, 'new', 'p', '--source', 'bad.solver', '--product', 'command'))
         self.assertEqual(files_below(), ['bad.solver'])
+
+    def test_a_source_of_another_product_is_refused_with_the_words_that_name_it(self):
+        write('small.solver', SMALL)
+        self.assertIn('; the product command can read it: add --product command',
+                      self.refuse(4, 'new', 'p', '--source', 'small.solver'))
+        write('bad.solver', 'frob\n')
+        self.assertNotIn('--product', self.refuse(4, 'new', 'p', '--source', 'bad.solver'))
+
+    def test_a_reload_of_an_edited_remark_says_that_nothing_counts(self):
+        self.project()
+        write('small.solver', SMALL + '# A remark.\n')
+        self.assertEqual(self.run_desk('reload', 'small').stdout, 'read; nothing that counts has changed in it\n')
+        self.assertEqual(self.run_desk('reload', 'small').stdout,
+                         'the source is what it was when the project read it\n')
+
+    def test_a_quantity_named_like_a_variable_has_a_column_of_its_own_name(self):
+        write('small.solver', SMALL.replace('scalar y', 'scalar A'))
+        notes = self.document('new', 'small', '--source', 'small.solver', '--product', 'command')['notes']
+        self.assertEqual(len(notes), 1)
+        self.assertIn('small.solver:6: A: is the name of a variable too', notes[0])
+        self.run_desk('solve', 'small')
+        self.assertEqual(self.run_desk('values', 'small', '--csv').stdout, 'setup,a,b,A (quantity)\nRun,2,3,6\n')
 
     def test_values_refuses_what_is_not_there(self):
         self.project()

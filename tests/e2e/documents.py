@@ -38,6 +38,21 @@ class Documents(DeskTest):
         state, = setup['solutions'][0]['variations']
         self.assertEqual(sorted(state), ['former', 'has_data', 'saved', 'valid', 'variation', 'version'])
 
+    def test_info_is_written_as_a_tree_of_its_parts_would_be(self):
+        write('c.cir', SMALL)
+        self.run_desk('new', 'größe "p"', '--netlist', 'c.cir')
+        for words in (('solve', 'größe "p"', '--vary', 'res=10:30:10'), ('set', 'größe "p"', 'res=7')):
+            printed = self.run_desk('info', 'größe "p"', '--json').stdout
+            self.assertEqual(printed, json.dumps(json.loads(printed), indent=2, ensure_ascii=False) + '\n')
+            self.run_desk(*words)
+        told = self.run_desk('info', 'größe "p"', '--why', '--json').stdout
+        self.assertEqual(told, json.dumps(json.loads(told), indent=2, ensure_ascii=False) + '\n')
+        write('script', 'info --why\n')
+        line = json.loads(self.run_desk('shell', 'größe "p"', 'script', '--json').stdout)
+        expected = json.loads(told)
+        del expected['schema_version']
+        self.assertEqual(json.dumps(line['result']), json.dumps(expected))
+
     def test_each_stored_point_is_an_event_line_and_the_end_is_one(self):
         self.small_project()
         done = self.run_desk('solve', 'small', '--vary', 'res=10:50:10', '--events')

@@ -1,10 +1,13 @@
 """A study as people see it: progress on a terminal, watching it from elsewhere, what its solves reported and cost."""
+import fcntl
 import json
 import os
 import pty
 import re
 import signal
+import struct
 import subprocess
+import termios
 import threading
 import time
 import unittest
@@ -181,6 +184,15 @@ class Records(LiveStudy):
         self.assertEqual(len(text.splitlines()), 2, text)
         self.assertIn('2 solves', text)
 
+    def test_the_group_of_the_whole_solve_comes_before_those_of_its_solver(self):
+        self.small_project()
+        self.run_desk('solve', 'small')
+        groups = self.document('profile', 'small')['records'][0]['groups']
+        self.assertGreater(len(groups), 1, 'the product tells of costs of its own')
+        self.assertEqual(['Whole solve' in [task['name'] for task in group['tasks']] for group in groups],
+                         [True] + [False] * (len(groups) - 1))
+        self.assertTrue(groups[0]['start'].startswith(f'{SETUP} at '))
+
     def test_passes_and_their_target_are_shown(self):
         self.adaptive_project()
         self.run_desk('solve', 'small', '--setup', 'Fast', '--vary', 'res=50,75')
@@ -188,7 +200,11 @@ class Records(LiveStudy):
         self.assertEqual((document['converged'], document['not_converged']), (2, 0))
         [one] = document['records'][0]['sets']
         self.assertTrue(one['converged'])
-        self.assertIsNotNone(one['target'])
+        self.assertEqual(one['target'], 1e-5)
+        self.assertIsInstance(one['passes'][0]['Pass'], int)
+        self.assertIn(type(one['max_passes']), (int, type(None)))
+        header = self.run_desk('convergence', 'small').stdout.splitlines()[1].split()
+        self.assertEqual([word.lower() for word in header].count('pass'), 1, header)
         self.assertIsNotNone(one['criterion'])
         self.assertGreater(len(one['passes']), 1)
         names = [column['name'] for column in one['columns']]
@@ -244,6 +260,7 @@ class Terminal(LiveStudy):
         process, terminal = pty.fork()
         if process == 0:
             os.environ['TERM'] = 'xterm'
+            fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack('HHHH', 24, 160, 0, 0))  # Room for all that a line tells.
             os.execv(SOLVEDESK, [SOLVEDESK, 'solve', 'slow', *words])
         guard = threading.Timer(240, os.kill, (process, signal.SIGKILL))
         guard.start()

@@ -21,7 +21,7 @@ class Notices(DeskTest):
         for words in (['info', 'small'], ['touchstone', 'small', '--to', 'out']):
             lines = self.run_desk(*words).stderr.splitlines()
             self.assertEqual(len(lines), 1, lines)
-            self.assertIn('results are those of the netlist as it was read', lines[0])
+            self.assertIn('results are those of the source as it was read', lines[0])
             self.assertEqual(len(self.document(*words)['notices']), 1)
         self.assertTrue(self.document('info', 'small')['source']['changed'])
         os.remove('small.cir')

@@ -48,6 +48,16 @@ class Refusals(DeskTest):
             with self.subTest(what):
                 self.refuse_netlist(f'title\n{text}{END}', line, words)
 
+    def test_words_that_are_no_numbers_are_told_as_the_option_has_them(self):
+        self.small_project()
+        self.assertIn('--jobs x: takes a number; see', self.refuse(2, 'solve', 'small', '--jobs', 'x'))
+
+    def test_a_frequency_with_a_blank_in_quotes_is_one_number(self):
+        self.small_project()
+        done = self.document('setup', 'small', 'add', 'Fine', 'lin', '5', '1 GHz', '2GHz')
+        self.assertEqual(done['changes'][0]['to'], 'lin 5 1e+09 2e+09')
+        self.assertIn('two ways', self.refuse(2, 'setup', 'small', 'add', 'Milli', 'lin', '5', '1 MHz', '2 GHz'))
+
     def test_a_netlist_that_is_not_there_is_named(self):
         self.assertIn('none.cir', self.refuse(SOURCE, 'new', 'p', '--netlist', 'none.cir'))
         self.assertEqual(files_below(), [])
@@ -150,7 +160,7 @@ class Refusals(DeskTest):
     def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
         message = self.refuse(USAGE, 'slove', 'small')
         verbs = ('new, info, set, reload, setup, delete, solve, watch, convergence, profile, save, discard, values, '
-                 'touchstone, recover, shell')
+                 'touchstone, functions, recover, shell')
         for part in ("'slove'", verbs):
             self.assertIn(part, message)
         self.assertNotIn('worker', message)

@@ -121,8 +121,43 @@ class Sessions(DeskTest):
         text = self.run_desk('recover', 'small', '--dry-run').stdout
         self.assertIn('small.sproject: would be taken over: ', text)
         text = self.run_desk('recover', 'small').stdout
-        self.assertRegex(text, r'taken over: \d+ variations, \d+ blocks\n')
+        self.assertRegex(text, r'taken over: \d+ points, stale ones counted; \d+ variations of present versions, \d+ blocks\n')
         self.assertIn('SParameters1 : Sweep: ', text)
+        self.assertRegex(text, r'  SParameters1: definition and records of solves, \d+ blocks\n')
+
+    def test_a_private_file_whose_beginning_is_damaged_is_set_aside_as_such(self):
+        self.small_project()
+        self.solve('1,2', '--no-save')
+        damaged = b'XX' + content(PRIVATE)[2:]
+        with open(PRIVATE, 'wb') as file:
+            file.write(damaged)
+        done = self.run_desk('recover', 'small')
+        self.assertEqual(content(PRIVATE + '.set-aside-1'), damaged)
+        self.assertIn("or its beginning is damaged", done.stderr)
+
+    def test_set_aside_tells_where_it_goes_on(self):
+        self.crash()
+        self.assertEqual(self.run_desk('recover', 'small', '--set-aside').stdout,
+                         'small.sproject: goes on from the saved state\n')
+
+    def test_discard_of_an_edit_alone_speaks_of_no_results(self):
+        self.small_project()
+        self.solve('1')
+        self.run_desk('setup', 'small', 'edit', 'SParameters1', 'lin', '21', '1meg', '1g')
+        self.assertEqual(self.run_desk('discard', 'small').stdout, 'small.sproject: discarded changes of the design\n')
+        self.run_desk('delete', 'small', '--variation', 'cap=1e-12; res=1')
+        self.assertNotIn('unsaved results', self.run_desk('discard', 'small').stdout)
+
+    def test_what_a_takeover_brought_is_unsaved_for_watch_too(self):
+        self.crash()
+        points = self.document('recover', 'small')['points']
+        self.assertGreater(points, 0)
+        lines = [json.loads(line) for line in self.run_desk('watch', 'small', '--once', '--json').stdout.splitlines()]
+        self.assertEqual(sum(line['event'] == 'point' for line in lines), points)
+        self.assertEqual(lines[-1]['points'], points)
+        self.run_desk('save', 'small')
+        lines = [json.loads(line) for line in self.run_desk('watch', 'small', '--once', '--json').stdout.splitlines()]
+        self.assertEqual([line['event'] for line in lines], ['begin', 'end'])
 
     def test_a_private_file_of_another_generation_is_set_aside_and_told(self):
         self.small_project()
@@ -133,7 +168,8 @@ class Sessions(DeskTest):
         with open(PRIVATE, 'wb') as file:
             file.write(former)
         done = self.run_desk('info', 'small')
-        self.assertIn('small.qsol_priv: does not belong to the saved results; it was set aside as', done.stderr)
+        self.assertIn('small.qsol_priv: does not belong to the saved results, or its '
+                      'beginning is damaged; it was set aside as', done.stderr)
         self.assertEqual(content(PRIVATE + '.set-aside-1'), former)
         self.assertEqual(self.with_data(), {'1', '2'})
 

@@ -2,7 +2,7 @@
 import json
 import unittest
 
-from _solvedesk import SMALL, DeskTest, write
+from _solvedesk import SETUP, SMALL, DeskTest, files_below, read, write
 
 USAGE = 2
 
@@ -93,6 +93,22 @@ class Studies(DeskTest):
         write('points.csv', 'res\n1\n')
         self.assertIn('twice', self.refuse(USAGE, 'solve', 'small', '--points', 'points.csv', '--vary', 'res=1'))
         self.assertEqual(self.variations('small'), {})
+
+    def test_a_dry_run_counts_what_would_be_solved_and_changes_nothing(self):
+        self.small_project()
+        self.run_desk('solve', 'small', '--vary', 'res=40,50')
+        before = {name: read(name) for name in files_below() if not name.endswith('.lock')}
+        forecast = self.document('solve', 'small', '--vary', 'res=30:60:10', '--dry-run')
+        self.assertEqual((forecast['points'], forecast['to_solve'], forecast['already_valid']), (4, 2, 2))
+        self.assertEqual(self.run_desk('solve', 'small', '--vary', 'res=30:60:10', '--dry-run', '--again').stdout,
+                         '4 points: 4 would be solved, 0 valid already\n')
+        self.assertEqual(self.document('solve', 'small', '--stale', '--dry-run')['points'], 0)
+        self.refuse(2, 'solve', 'small', '--dry-run', '--events')
+        self.assertEqual({name: read(name) for name in files_below() if not name.endswith('.lock')}, before)
+        done = self.document('solve', 'small', '--vary', 'res=30:60:10')
+        self.assertEqual((done['points'], done['stored'], done['already_valid']), (4, 2, 2))
+        self.run_desk('setup', 'small', 'edit', SETUP, 'lin', '5', '1meg', '1g')
+        self.assertEqual(self.document('solve', 'small', '--stale', '--dry-run')['to_solve'], 4)
 
 
 if __name__ == '__main__':

@@ -1,10 +1,11 @@
 """Touchstone files of a project: all of them or none, under names that stay where they belong."""
+import math
 import os
 import resource
 import subprocess
 import unittest
 
-from _solvedesk import SETUP, SOLVEDESK, DeskTest, files_below, index_of, read, write
+from _solvedesk import SETUP, SOLVEDESK, SOURCE, DeskTest, files_below, index_of, read, write
 
 
 class TouchstoneFiles(DeskTest):
@@ -130,6 +131,47 @@ class TouchstoneFiles(DeskTest):
         self.assertIn(f'out/{SETUP}_cap=1e-12_res=10.s1p: ', done.stderr)
         self.assertNotIn('.solvedesk-', done.stderr)
         self.assertFalse(os.path.exists('out'))
+
+    def test_ports_of_different_impedances_are_told_in_version_two_with_the_impedances_of_the_circuit(self):
+        self.run_desk('new', 't', '--netlist', os.path.join(SOURCE, 'examples', 'transformer', 'transformer.cir'))
+        self.run_desk('solve', 't')
+        self.run_desk('touchstone', 't', '--to', 'out', '--digits', '17')
+        name, = [row['file'] for row in index_of('out')]
+        keywords, points = self.parse_second_version(read(os.path.join('out', name)).decode())
+        self.assertEqual(keywords['version'], '2.0')
+        self.assertEqual((keywords['number of ports'], keywords['two-port data order']), ('2', '21_12'))
+        references = [float(word) for word in keywords['reference'].split()]
+        self.assertEqual(references, [50, 200])
+        self.assertEqual(int(keywords['number of frequencies']), len(points))
+        inductances = [[1e-6, 0.98 * 2e-6], [0.98 * 2e-6, 4e-6]]
+        for frequency, s11, s21, s12, s22 in points:
+            # z = (1 + S) / (1 - S), normalised by the roots of the references.
+            a, b, c, d = 1 - s11, -s12, -s21, 1 - s22
+            inverse = [[d / (a * d - b * c), -b / (a * d - b * c)], [-c / (a * d - b * c), a / (a * d - b * c)]]
+            plus = [[1 + s11, s12], [s21, 1 + s22]]
+            for i in range(2):
+                for j in range(2):
+                    impedance = sum(plus[i][k] * inverse[k][j] for k in range(2)) * (references[i] * references[j]) ** 0.5
+                    expected = 2j * math.pi * frequency * inductances[i][j]
+                    self.assertLess(abs(impedance - expected), 1e-6 * abs(expected), (frequency, i, j))
+
+    def parse_second_version(self, text):
+        """{keyword: value} and the points of a two-port file in real and imaginary parts."""
+        keywords, points, is_data = {}, [], False
+        for line in (line.split('!')[0].strip() for line in text.splitlines()):
+            if line.startswith('['):
+                keyword, value = line[1:].split(']', 1)
+                keywords[keyword.lower()] = value.strip()
+                is_data = keyword == 'Network Data'
+            elif line.startswith('#'):
+                self.assertEqual(line.split()[1:4], ['Hz', 'S', 'RI'])
+                self.assertEqual(list(keywords), ['version'], 'the version comes first')
+            elif line:
+                self.assertTrue(is_data, line)
+                numbers = [float(word) for word in line.split()]
+                points.append((numbers[0], *(complex(*numbers[i:i + 2]) for i in (1, 3, 5, 7))))
+        self.assertEqual(list(keywords)[-1], 'end')
+        return keywords, points
 
 
 if __name__ == '__main__':

@@ -8,11 +8,25 @@
 /// Values under 64-bit hashes, several under one if need be, in one flat table: a look-up costs about one access to
 /// memory, an entry 16 to 43 bytes with values of 8.  The hash alone tells nothing: whoever looks up checks what is
 /// found.
-template <class Value> class HashIndex {
+///
+/// Slots tell which hash has which slot: kScattered, or kRunsOf8, where hashes that differ in their last three bits
+/// alone stand side by side.  Numbers that are asked for as they follow each other, such as the IDs of a sweep, then
+/// share what the processor fetches.
+enum class Slots { kScattered, kRunsOf8 };
+template <class Value, Slots kSlots = Slots::kScattered> class HashIndex {
 public:
+  /// Room for so many values, so that filling the table moves none of them.
+  void Reserve(std::size_t count) {
+    std::size_t slots = 8;
+    while (slots * 3 < count * 4)
+      slots *= 2;
+    if (slots > m_slots.size())
+      GrowTo(slots);
+  }
+
   void Insert(std::uint64_t hash, Value value) {
     if ((m_count + 1) * 4 > m_slots.size() * 3)
-      Grow();
+      GrowTo(m_slots.empty() ? 8 : 2 * m_slots.size());
     Place(Spread(hash), std::move(value));
     ++m_count;
   }
@@ -53,10 +67,14 @@ private:
   };
 
   // Numbers in a row are no good hashes.
-  static std::uint64_t Spread(std::uint64_t hash) {
+  static std::uint64_t Scatter(std::uint64_t hash) {
     hash = (hash ^ (hash >> 32)) * 0x9e3779b97f4a7c15u;
-    hash ^= hash >> 29;
-    return hash == kFree ? 1 : hash;
+    return hash ^ (hash >> 29);
+  }
+  static std::uint64_t Spread(std::uint64_t hash) {
+    std::uint64_t const spread =
+        kSlots == Slots::kScattered ? Scatter(hash) : (Scatter(~(hash >> 3)) & ~std::uint64_t(7)) | (hash & 7);
+    return spread == kFree ? 1 : spread;
   }
   std::size_t Home(std::uint64_t hash) const { return static_cast<std::size_t>(hash) & (m_slots.size() - 1); }
   std::size_t Next(std::size_t at) const { return (at + 1) & (m_slots.size() - 1); }
@@ -69,8 +87,8 @@ private:
     m_slots[at].value = std::move(value);
     m_slots[at].hash = hash;
   }
-  void Grow() {
-    std::vector<Slot> former(m_slots.empty() ? 8 : 2 * m_slots.size());
+  void GrowTo(std::size_t slots) {
+    std::vector<Slot> former(slots);
     former.swap(m_slots);
     for (Slot & slot : former)
       if (slot.hash != kFree)

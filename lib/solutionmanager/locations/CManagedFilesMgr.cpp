@@ -10,6 +10,7 @@
 #include "basekit/io/CToken_ostream.h"
 #include "basekit/io/GByteOrder.h"
 #include "solutionmanager/locations/ManagedFileLists.h"
+#include "viewkit/backup/BackupArea.h"
 #include "viewkit/backup/BackupUtils.h"
 #include "viewkit/backup/HubBackupUtils.h"
 
@@ -43,6 +44,16 @@ void CManagedFilesMgr::Initialize() {
   m_initialized = true;
 }
 
+bool CManagedFilesMgr::HasUncommitted() {
+  Initialize();
+  return LFN_Exists(m_privateListFile);
+}
+
+std::array<LongFileName, 2> CManagedFilesMgr::GetListFiles() {
+  Initialize();
+  return {m_committedListFile, m_privateListFile};
+}
+
 void CManagedFilesMgr::SetListFiles() {
   long const designID = m_design->GetDesignID();
   KVRO_ASSERT(designID != id::invalidID);
@@ -54,7 +65,8 @@ void CManagedFilesMgr::SetListFiles() {
 
 /// Files of a machine of the other byte order are no use here.
 void CManagedFilesMgr::DropForeignFiles() {
-  if (!LFN_Exists(m_committedListFile))
+  // Without a list there are none, whatever the order of this machine.
+  if (!LFN_Exists(m_committedListFile) || !managed::CanRead(m_committedListFile))
     return;
   io::CBlock block(kManagedFiles);
   {
@@ -64,14 +76,16 @@ void CManagedFilesMgr::DropForeignFiles() {
     KVRO_ASSERT(in_orig.AtBeginBlock(kManagedFiles));
     in_orig >> block;
   }
-  DeleteListed(block);
+  DeleteListed(block, io::CBlock(kManagedFiles));
   LFN_DeleteFile(m_committedListFile);
 }
 
 bool CManagedFilesMgr::FindPlace(AString const & baseDir, AString const & fileName, LongFileName & place) const {
-  AString const folder = baseDir.empty() ? m_subDir : m_subDir + baseDir + L"/";
-  bool const isInside = (baseDir.empty() || LFN_IsTextOfPlaceInside(baseDir)) && LFN_IsTextOfPlaceInside(fileName) &&
-                        LFN_IsPlaceInside(mResultsDir, folder + fileName);
+  AString const base = managed::FolderName(baseDir);
+  AString const folder = base.empty() ? m_subDir : m_subDir + base + L"/";
+  // The managed folder itself is a base directory too, by no name or by ".".
+  bool const isInside = (base.empty() || (base[0] != L'/' && LFN_IsTextOfPlaceInside(folder))) &&
+                        LFN_IsTextOfPlaceInside(fileName) && LFN_IsPlaceInside(mResultsDir, folder + fileName);
   if (isInside)
     place = LongFileName(mResultsDir + folder, fileName);
   else
@@ -79,36 +93,84 @@ bool CManagedFilesMgr::FindPlace(AString const & baseDir, AString const & fileNa
   return isInside;
 }
 
-void CManagedFilesMgr::DeleteListed(io::CBlock const & block) {
-  for (auto const & [baseDir, names] : managed::FoldersOf(block))
+void CManagedFilesMgr::DeleteListed(io::CBlock const & block, io::CBlock const & kept) {
+  managed::Names const keptNames = managed::NamesOf(kept);
+  for (auto const & [baseDir, names] : managed::FoldersOf(block)) {
+    auto const keptHere = keptNames.find(baseDir);
     for (auto const & name : names) {
       LongFileName lfn;
-      if (!FindPlace(baseDir, name, lfn))
+      if ((keptHere != keptNames.end() && keptHere->second.contains(name)) || !FindPlace(baseDir, name, lfn))
         continue;
       KVRO_ASSERT(LFN_Exists(lfn));
       LFN_DeleteFile(lfn);
     }
+  }
 }
 
 void CManagedFilesMgr::RollBack() {
   if (!m_initialized || !LFN_Exists(m_privateListFile))
     return;
   io::CBlock block(kManagedFiles);
-  {
+  bool isWhole = managed::CanRead(m_privateListFile);
+  if (isWhole) {
+    io::CBlock deletedFiles(kDeletedFiles);
     io::CToken_istream in(m_privateListFile, managed::kReadFlags);
     KVRO_ASSERT(in.AtBeginBlock(kManagedFiles));
-    in >> block;
+    isWhole = managed::ReadBlocks(in, block, &deletedFiles);
   }
-  DeleteListed(block);
+  if (!isWhole) {
+    SetAside(m_privateListFile);
+    return;
+  }
+  // A list that outlived its commit names files that are saved: they stay.
+  io::CBlock committedFiles(kManagedFiles);
+  Reading const committed = ReadCommittedList(committedFiles);
+  if (committed == Reading::Damaged || committed == Reading::Unreadable)
+    return;
+  DeleteListed(block, committedFiles);
   LFN_DeleteFile(m_privateListFile);
 }
 
-void CManagedFilesMgr::ReadPrivateList(io::CBlock & managedFiles, io::CBlock & deletedFiles) const {
+CManagedFilesMgr::Reading CManagedFilesMgr::ReadCommittedList(io::CBlock & managedFiles) const {
+  if (!LFN_Exists(m_committedListFile))
+    return Reading::Absent;
+  if (!managed::CanRead(m_committedListFile))
+    return Reading::Unreadable;
+  io::CToken_istream in(m_committedListFile, managed::kReadFlags);
+  managed::ReadByteOrder(in);
+  KVRO_ASSERT(in.AtBeginBlock(kManagedFiles));
+  return managed::ReadBlocks(in, managedFiles, nullptr) ? Reading::Whole : Reading::Damaged;
+}
+
+bool CManagedFilesMgr::ReadPrivateList(io::CBlock & managedFiles, io::CBlock & deletedFiles) {
   if (!LFN_Exists(m_privateListFile))
-    return;
+    return true;
+  if (!managed::CanRead(m_privateListFile))
+    return SetAside(m_privateListFile);
   io::CToken_istream in(m_privateListFile, managed::kReadFlags);
   KVRO_ASSERT(in.AtBeginBlock(kManagedFiles));
-  in >> managedFiles >> deletedFiles;
+  return managed::ReadBlocks(in, managedFiles, &deletedFiles) || SetAside(m_privateListFile);
+}
+
+AString CManagedFilesMgr::NameAside(LongFileName const & list) const {
+  AString name;
+  return KvroGetTempFileName(mResultsDir, list.NameAndExtension() + L"_damaged", AString(), name) ? name : AString();
+}
+
+/// What a damaged list names is left alone, and the list kept for whoever wants to look.
+bool CManagedFilesMgr::SetAside(LongFileName const & list) const {
+  AString const name = NameAside(list);
+  return !name.empty() && BackupArea::Rename(list, LongFileName(name));
+}
+
+/// Appends to a block of the private list.
+bool CManagedFilesMgr::AddTo(bool toDeleted, AString const & baseDir, AString const & fileName) {
+  io::CBlock managedFiles(kManagedFiles);
+  io::CBlock deletedFiles(kDeletedFiles);
+  if (!ReadPrivateList(managedFiles, deletedFiles))
+    return false;
+  managed::AppendName(toDeleted ? deletedFiles : managedFiles, managed::FolderName(baseDir), fileName);
+  return managed::WritePrivateList(m_privateListFile, managedFiles, deletedFiles);
 }
 
 bool CManagedFilesMgr::CreateManagedFile(AString & fileName, AString const & baseDir, AString const & extension) {
@@ -124,34 +186,29 @@ bool CManagedFilesMgr::CreateManagedFile(AString & fileName, AString const & bas
     KVRO_ASSERT(!"Failed to create temporary file!!");
     return false;
   }
-  fileName = LongFileName(fileName).NameAndExtension();
-  io::CBlock managedFiles(kManagedFiles);
-  io::CBlock deletedFiles(kDeletedFiles);
-  ReadPrivateList(managedFiles, deletedFiles);
-  managed::AppendName(managedFiles, baseDir, fileName);
-  managed::WritePrivateList(m_privateListFile, managedFiles, deletedFiles);
-  return true;
+  LongFileName const created(fileName);
+  fileName = created.NameAndExtension();
+  if (AddTo(false, baseDir, fileName))
+    return true;
+  // A file in no list would stay for good.
+  LFN_DeleteFile(created);
+  return false;
 }
 
 bool CManagedFilesMgr::DeleteManagedFile(AString const & baseDir, AString const & fileName) {
   Initialize();
   KVRO_ASSERT(!baseDir.empty());
   LongFileName place;
-  if (!FindPlace(baseDir, fileName, place))
-    return false;
-  io::CBlock managedFiles(kManagedFiles);
-  io::CBlock deletedFiles(kDeletedFiles);
-  ReadPrivateList(managedFiles, deletedFiles);
-  managed::AppendName(deletedFiles, baseDir, fileName);
-  managed::WritePrivateList(m_privateListFile, managedFiles, deletedFiles);
-  return true;
+  return FindPlace(baseDir, fileName, place) && managed::IsNoFolder(place) && AddTo(true, baseDir, fileName);
 }
 
 LongFileName CManagedFilesMgr::GetFullPathForManagedFile(AString const & baseDir, AString const & fileName) {
   Initialize();
   LongFileName place;
-  FindPlace(baseDir, fileName, place);
-  return place;
+  // Any name tells the folder.
+  if (!FindPlace(baseDir, fileName.empty() ? AString(L"tmp") : fileName, place))
+    return LongFileName();
+  return fileName.empty() ? LongFileName(place.DirPath()) : place;
 }
 
 LongFileName CManagedFilesMgr::GetManagedFilesDir() {

@@ -4,6 +4,8 @@
 #include "basekit/file/LongFileName.h"
 #include "basekit/text/AString.h"
 
+#include <array>
+
 class IDesign;
 
 namespace io {
@@ -36,8 +38,8 @@ protected:
 
 /// Files in a design's results folder whose life is tied to saving the design: what was created since the last commit
 /// goes when this object does, what was deleted goes at the commit.  Two list files beside the managed folder hold the
-/// whole state.  Base directories group files; names that lead out of the managed folder are refused and reported.  The
-/// design is not owned.
+/// whole state; one that is damaged is set aside under another name.  Base directories group files; names that lead out
+/// of the managed folder, or to a folder, are refused and reported.  The design is not owned.
 class CManagedFilesMgr : public IManagedFileService,
                          public IHubBackupHelperForManagedFiles,
                          public IBackupHelperForManagedFiles {
@@ -49,9 +51,9 @@ public:
 
   /// Makes an empty file; `fileName` takes its name and extension.
   bool CreateManagedFile(AString & fileName, AString const & baseDir, AString const & extension) override;
-  /// The file stays until the commit.
+  /// The file stays until the commit.  False for names that are refused, or when the list could not be written.
   bool DeleteManagedFile(AString const & baseDir, AString const & fileName) override;
-  /// Empty for names that are refused.
+  /// Empty for names that are refused; without a file name the folder.
   LongFileName GetFullPathForManagedFile(AString const & baseDir, AString const & fileName) override;
   LongFileName GetManagedFilesDir() override;
   AString GetManagedFilesRelativeDir() override;
@@ -63,8 +65,15 @@ public:
   bool DeleteDirOrMoveDirToBackup(AString const & path) override;
 
   /// Makes what was created and deleted final, in the directory given: another one than before gets copies first, and
-  /// the files of the last commit stay in the old one.
+  /// the files of the last commit stay in the old one.  Where a part fails the open backup area is not whole.
   void Commit(LongFileName const & directory);
+  /// Whether anything was created or deleted since the last commit.
+  bool HasUncommitted();
+  /// The list of the committed files, then that of what was created and deleted since; they need not be there.
+  std::array<LongFileName, 2> GetListFiles();
+  /// For a design that closes with its work kept: what was created and deleted waits for the next session, and this
+  /// object's end rolls nothing back.
+  void LeaveUncommitted() { m_initialized = false; }
 
 private:
   void Initialize();
@@ -72,10 +81,21 @@ private:
   void DropForeignFiles();
   void RollBack();
   void MoveTo(LongFileName const & newDir);
+  bool CopyTo(LongFileName const & newDir) const;
   void CommitInPlace();
-  void RemoveDeleted(AString const & baseDir, AString const & fileName);
-  void DeleteListed(io::CBlock const & block);
-  void ReadPrivateList(io::CBlock & managedFiles, io::CBlock & deletedFiles) const;
+  bool CommitLists();
+  bool CanBeGivenUp(LongFileName const & list);
+  /// False when the file is still there.
+  bool RemoveDeleted(AString const & baseDir, AString const & fileName);
+  /// All but those that `kept` names.
+  void DeleteListed(io::CBlock const & block, io::CBlock const & kept);
+  enum class Reading { Absent, Whole, Damaged, Unreadable };
+  Reading ReadCommittedList(io::CBlock & managedFiles) const;
+  /// False when a damaged list could not be set aside, and must not be written over.
+  bool ReadPrivateList(io::CBlock & managedFiles, io::CBlock & deletedFiles);
+  bool AddTo(bool toDeleted, AString const & baseDir, AString const & fileName);
+  AString NameAside(LongFileName const & list) const;
+  bool SetAside(LongFileName const & list) const;
   /// Where the file is; false, and reported, for names that lead out of the managed folder.
   bool FindPlace(AString const & baseDir, AString const & fileName, LongFileName & place) const;
 

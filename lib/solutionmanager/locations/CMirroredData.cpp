@@ -51,14 +51,15 @@ template <class T> bool CMirroredData<T>::ReadData(io::CBlock const & block) {
       continue;
     AString variation;
     long version = id::invalidID;
-    ReadVariationAndVersion(line.Item(), variation, version);
+    bool const isKnown = ReadAddress(*line, variation, version);
     *line >> named(DataKeyword(), value);
     long mirrored = id::invalidID;
-    if (!FindMirroredVersion(version, mirrored))
+    if (!isKnown || !FindMirroredVersion(version, mirrored))
       continue;
     m_committedData.try_emplace(KeyOf(variation, version), value);
     m_mirroredData.try_emplace(KeyOf(variation, mirrored), value);
   }
+  // The error of this block alone counts: a value of another type in a line leaves what was there before it.
   return !block.Error(false);
 }
 
@@ -132,7 +133,8 @@ template <class T> void CMirroredData<T>::ClearMapContents() {
 }
 
 template <class T> void CMirroredData<T>::SetData(VariationIDIndex const & key, T value) {
-  m_mirroredData.insert_or_assign(MirroredKey(key), value);
+  if (VariationIDIndex const mirroredKey = MirroredKey(key); !IsNowhere(mirroredKey))
+    m_mirroredData.insert_or_assign(mirroredKey, value);
 }
 
 template <class T> T CMirroredData<T>::GetData(VariationIDIndex const & key) const {

@@ -18,9 +18,6 @@ AString const kOriginalVersion = L"Ver";
 AString const kOlderVariation = L"Variation";
 AString const kOlderVersion = L"Version";
 
-// So many fresh IDs are thrown away to get above a version; one that is further away was never handed out.
-constexpr long kFarthest = 1L << 20;
-
 } // namespace
 
 CMirroredDataMap::CMirroredDataMap(IMirroredDataMapOwner * owner, AString const & blockName,
@@ -46,8 +43,13 @@ bool CMirroredDataMap::Read(io::CBlock const & parent, bool mustExist) {
   io::CBlock const * const block = parent.FindBlock(m_blockName);
   if (!block)
     return !mustExist;
+  m_isReading = true;
   ReadVersions(*block);
-  return ReadData(*block);
+  bool const isRead = ReadData(*block);
+  m_isReading = false;
+  m_reach = kFarthest;
+  m_refused.clear();
+  return isRead;
 }
 
 void CMirroredDataMap::WriteVersions(io::CBlock & block) const {
@@ -66,7 +68,7 @@ void CMirroredDataMap::ReadVersions(io::CBlock const & block) {
   long mirrored = 0;
   for (auto place = line->begin();
        line->QueryUnamedValues(place, original) && line->QueryUnamedValues(place, mirrored);)
-    EnterVersion(original, mirrored);
+    TakeVersion(original, mirrored);
 }
 
 bool CMirroredDataMap::GetFilesAndDirsToCopyForExportingVariation(std::map<AString, AString> &, std::vector<AString> &,
@@ -94,8 +96,10 @@ bool CMirroredDataMap::FindMirroredVersion(long version, long & mirrored) const 
   if (m_index.FindOriginal(version))
     return true;
   mirrored = id::invalidID;
-  if (version >= id::invalidID && !FetchIDAbove(version, mirrored))
+  if (version >= id::invalidID && (m_refused.contains(version) || !FetchIDAbove(version, mirrored))) {
+    m_refused.insert(version);
     return false;
+  }
   EnterVersion(version, mirrored);
   return true;
 }
@@ -109,11 +113,14 @@ bool CMirroredDataMap::FetchIDAbove(long version, long & fresh) const {
         next > candidate ? static_cast<unsigned long>(next) - static_cast<unsigned long>(candidate) : 1;
     unsigned long const missing =
         next > version ? 0 : static_cast<unsigned long>(version) - static_cast<unsigned long>(next);
-    bool const isWithinReach = missing / pace < kFarthest;
+    bool const isWithinReach = missing / pace < static_cast<unsigned long>(m_reach);
     KVRO_ASSERT(isWithinReach);
     candidate = next;
-    for (long calls = 0; isWithinReach && candidate <= version && calls < 2 * kFarthest; ++calls)
+    long calls = 0;
+    for (; isWithinReach && candidate <= version && calls < 2 * m_reach; ++calls)
       candidate = m_owner->GetNewID();
+    if (m_isReading)
+      m_reach = std::max(m_reach - calls, 0L);
   }
   if (candidate <= version)
     return false;
@@ -133,6 +140,19 @@ void CMirroredDataMap::EnterVersion(long original, long mirrored) const {
     m_index.Inserted(original, mirrored);
 }
 
+bool CMirroredDataMap::TakeVersion(long original, long mirrored) {
+  if (m_index.FindMirrored(original))
+    return true;
+  // Below the invalid number all versions share it.
+  bool const isOfItsOwn = !m_index.FindOriginal(mirrored) && !m_index.FindMirrored(mirrored) &&
+                          (original == id::invalidID || !m_index.FindOriginal(original));
+  bool const isTaken = mirrored > original && (mirrored == id::invalidID || isOfItsOwn);
+  KVRO_ASSERT(isTaken);
+  if (isTaken)
+    EnterVersion(original, mirrored);
+  return isTaken;
+}
+
 void CMirroredDataMap::ReadVariationAndVersion(io::CBlock_func const * line, AString & variation, long & version) {
   variation.clear();
   version = id::invalidID;
@@ -144,6 +164,20 @@ void CMirroredDataMap::ReadVariationAndVersion(io::CBlock_func const * line, ASt
   }
   variation = m_owner->GetVariationFromID(variationID);
   *line >> named(kOriginalVersion, version);
+}
+
+bool CMirroredDataMap::ReadAddress(io::CBlock_func const & line, AString & variation, long & version) {
+  ReadVariationAndVersion(&line, variation, version);
+  long variationID = id::invalidID;
+  line >> named(kVariationID, variationID);
+  return variationID == id::invalidID || IsKnownVariation(variation, variationID);
+}
+
+bool CMirroredDataMap::IsKnownVariation(AString const & variation, long variationID) const {
+  // A design without variables has one variation, whose text is empty.
+  bool const isKnown = !variation.empty() || m_owner->GetVariationID(variation) == variationID;
+  KVRO_ASSERT(isKnown);
+  return isKnown;
 }
 
 template <class Item> void CMirroredDataMap::WriteAddress(Item & item, VariationIDIndex const & entry) const {
@@ -167,8 +201,7 @@ VariationIDIndex CMirroredDataMap::KeyOf(AString const & variation, long version
 
 VariationIDIndex CMirroredDataMap::MirroredKey(AString const & variation, long version) const {
   long mirrored = id::invalidID;
-  FindMirroredVersion(version, mirrored);
-  return KeyOf(variation, mirrored);
+  return KeyOf(variation, FindMirroredVersion(version, mirrored) ? mirrored : kNowhere);
 }
 
 VariationIDIndex CMirroredDataMap::MirroredKey(VariationIDIndex const & key) const {
@@ -183,6 +216,6 @@ long CMirroredDataMap::CurrentVersion() const { return m_owner->GetCurrentVersio
 
 VariationIDIndex CMirroredDataMap::SingleKey(SingleWrite const & single) const {
   long mirrored = id::invalidID;
-  FindMirroredVersion(CurrentVersion(), mirrored);
-  return VariationIDIndex(single.variation, mirrored, single.variationID);
+  bool const isFound = FindMirroredVersion(CurrentVersion(), mirrored);
+  return VariationIDIndex(single.variation, isFound ? mirrored : kNowhere, single.variationID);
 }

@@ -4,7 +4,9 @@
 #include "solutionmanager/address/VariationIDIndex.h"
 #include "solutionmanager/locations/MirroredVersionIndex.h"
 
+#include <limits>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace io {
@@ -61,6 +63,8 @@ public:
                                                           AString const & variation) const;
 
   void SetFunctionKeyword(AString const & keyword) { m_functionKeyword = keyword; }
+  IMirroredDataMapOwner & GetOwner() const { return *m_owner; }
+  AString const & GetFunctionKeyword() const { return m_functionKeyword; }
   /// Either number of a version gives its mirrored one; a version that was never seen gets a new one above it.
   long GetMirroredVersion(long version);
   /// Either number of a version gives its original one; id::invalidID for one that was never seen.
@@ -79,12 +83,16 @@ protected:
   AString const & DataKeyword() const { return m_dataKeyword; }
 
   void ReadVariationAndVersion(io::CBlock_func const * line, AString & variation, long & version);
+  /// The same; false, and reported, when the owner does not know the variation: such entries would all be one.
+  bool ReadAddress(io::CBlock_func const & line, AString & variation, long & version);
+  bool IsKnownVariation(AString const & variation, long variationID) const;
   /// "VID" and "Ver" of a working entry, at the end of a line or block.
   template <class Item> void WriteAddress(Item & item, VariationIDIndex const & entry) const;
   SingleWrite AskSingleWrite() const;
 
   /// Like GetMirroredVersion; false, and reported, for a number that no fresh ID can exceed.
   bool FindMirroredVersion(long version, long & mirrored) const;
+  /// Of a version that has no mirrored number a key that no entry has.
   VariationIDIndex MirroredKey(AString const & variation, long version) const;
   VariationIDIndex MirroredKey(VariationIDIndex const & key) const;
   VariationIDIndex CommittedKey(VariationIDIndex const & workingEntry) const;
@@ -93,10 +101,17 @@ protected:
   /// The working key of the one variation that is written.
   VariationIDIndex SingleKey(SingleWrite const & single) const;
   bool KnowsVersions() const { return !m_versionMap.empty(); }
-  /// An original that is known keeps its number.
-  void EnterVersion(long original, long mirrored) const;
+  static bool IsNowhere(VariationIDIndex const & mirroredKey) { return mirroredKey.GetVersionID() == kNowhere; }
+  /// What a file tells of versions.  An original that is known keeps its number.  False for a pair that no store made:
+  /// a number that is not above its original, or that another version has, would let two results share one file.
+  bool TakeVersion(long original, long mirrored);
 
 private:
+  static constexpr long kNowhere = std::numeric_limits<long>::min();
+  // So many fresh IDs are thrown away to get above a version; one that is further away was never handed out.
+  static constexpr long kFarthest = 1L << 20;
+
+  void EnterVersion(long original, long mirrored) const;
   bool FetchIDAbove(long version, long & fresh) const;
   void ReadVersions(io::CBlock const & block);
   void WriteVersions(io::CBlock & block) const;
@@ -107,4 +122,9 @@ private:
   AString m_dataKeyword;
   mutable std::map<long, long> m_versionMap;
   mutable MirroredVersionIndex m_index;
+  /// Versions that no fresh ID exceeds: nobody asks again.
+  mutable std::set<long> m_refused;
+  /// What is left of kFarthest while a block is read, for all of its lines together.
+  mutable long m_reach = kFarthest;
+  bool m_isReading = false;
 };

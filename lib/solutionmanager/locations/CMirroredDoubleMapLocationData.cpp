@@ -126,7 +126,7 @@ AString CMirroredDoubleMapLocationData::GetRelativePath(VariationIDIndex const &
     auto const found = Find(entry->second, value);
     return found == entry->second.end() ? AString() : found->second;
   }
-  if (Refuse(value))
+  if (Refuse(value) || IsNowhere(mirroredKey))
     return AString();
   bool const isNew = Find(mDoubleIDMap, value) == mDoubleIDMap.end();
   long const id = EnsureID(value);
@@ -153,13 +153,15 @@ void CMirroredDoubleMapLocationData::SetData(VariationIDIndex const & key, doubl
   if (Refuse(value))
     return;
   VariationIDIndex const mirroredKey = MirroredKey(key);
+  if (IsNowhere(mirroredKey))
+    return;
   long const id = EnsureID(value);
   AString const path = Owner().GetRelativeDoubleLocation(FunctionKeyword(), mirroredKey, id);
   LocMap & locations = m_mirroredData[mirroredKey];
   auto const place = locations.try_emplace(value, path).first;
   if (place->second != path) {
     // The key as it was given: the file of a committed twin stays.
-    if (IsCommitted(m_committedData.find(key), *place)) {
+    if (IsCommitted(m_committedData.find(key), value, place->second)) {
       place->second = path;
     } else {
       DeleteLocMapEntryAndData(mirroredKey, locations, place);
@@ -177,10 +179,15 @@ void CMirroredDoubleMapLocationData::SetData(VariationIDIndex const & key, doubl
     return;
   }
   VariationIDIndex const mirroredKey = MirroredKey(key);
+  if (IsNowhere(mirroredKey))
+    return;
   VariationIDIndex parsed(AString(), id::invalidID, 0L);
   long id = id::invalidID;
   Owner().ParseRelativeDoubleLocation(path, FunctionKeyword(), parsed, id);
-  mDoubleIDMap.try_emplace(value, id);
+  if (!mDoubleIDMap.contains(value)) {
+    id = FreeID(id, value);
+    mDoubleIDMap.try_emplace(value, id);
+  }
   if (auto const entry = m_mirroredData.find(mirroredKey); entry == m_mirroredData.end()) {
     m_mirroredData.try_emplace(mirroredKey, LocMap{{value, path}});
     m_committedData.try_emplace(key, LocMap{{value, path}});
@@ -189,6 +196,13 @@ void CMirroredDoubleMapLocationData::SetData(VariationIDIndex const & key, doubl
     m_committedData[key].try_emplace(value, path);
   }
   mIDDoubleMap.try_emplace(id, value);
+}
+
+long CMirroredDoubleMapLocationData::FreeID(long id, double value) {
+  auto const known = mIDDoubleMap.find(id);
+  // Two numbers with one identifier would be saved to one file.
+  bool const isTaken = known != mIDDoubleMap.end() && (Less()(known->second, value) || Less()(value, known->second));
+  return isTaken ? Owner().GetNewID() : id;
 }
 
 CMirroredDoubleMapLocationData::LocMap::iterator

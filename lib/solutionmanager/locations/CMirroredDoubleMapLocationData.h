@@ -80,7 +80,9 @@ private:
                                                VariationIDIndex const & key, long id) const;
   LocMap::iterator DeleteLocMapEntryAndData(VariationIDIndex const & key, LocMap & locations, LocMap::iterator place);
   View::iterator DeleteLocMapAndData(View & view, View::iterator entry);
-  bool IsCommitted(View::const_iterator committed, LocMap::value_type const & pair) const;
+  bool IsCommitted(View::const_iterator committed, double value, AString const & location) const;
+  /// The identifier that a seeded number gets: the one given, unless another number has it.
+  long FreeID(long id, double value);
   LocMap::iterator DiscardPair(VariationIDIndex const & key, LocMap & locations, LocMap::iterator place,
                                View::const_iterator committed);
   View::iterator DiscardEntry(View::iterator entry);

@@ -55,6 +55,8 @@ AString CMirroredLocationData::GetRelativePath(VariationIDIndex const & key, boo
     auto const found = m_mirroredData.find(mirroredKey);
     return found == m_mirroredData.end() ? AString() : found->second;
   }
+  if (IsNowhere(mirroredKey))
+    return AString();
   AString const location = Owner().GetRelativeLocation(FunctionKeyword(), mirroredKey);
   if (createDir && !m_isFile)
     LocationFiles(Owner().GetRootDirectory(true), m_isFile).CreateDirectory(location);
@@ -69,7 +71,8 @@ AString CMirroredLocationData::GetFullPath(VariationIDIndex const & key, bool fo
 
 void CMirroredLocationData::SetData(VariationIDIndex const & key) {
   VariationIDIndex const mirroredKey = MirroredKey(key);
-  m_mirroredData.insert_or_assign(mirroredKey, Owner().GetRelativeLocation(FunctionKeyword(), mirroredKey));
+  if (!IsNowhere(mirroredKey))
+    m_mirroredData.insert_or_assign(mirroredKey, Owner().GetRelativeLocation(FunctionKeyword(), mirroredKey));
 }
 
 void CMirroredLocationData::SetData(VariationIDIndex const & key, AString const & location) {
@@ -78,6 +81,8 @@ void CMirroredLocationData::SetData(VariationIDIndex const & key, AString const 
     return;
   }
   VariationIDIndex const mirroredKey = MirroredKey(key);
+  if (IsNowhere(mirroredKey))
+    return;
   m_mirroredData.insert_or_assign(mirroredKey, location);
   VariationIDIndex parsed(AString(), id::invalidID, 0L);
   Owner().ParseRelativeLocation(location, FunctionKeyword(), parsed);

@@ -62,7 +62,8 @@ private:
   void CommitEntry(View::value_type & entry, LocationFiles const & files);
   void WriteMirroredData(io::CBlock & block, View::const_iterator entry) const;
   void ReadLine(io::CBlock_func const & line, LocationFiles const & files, bool noVmap);
-  void ReadMovedLine(AString const & stored, long version, LocationFiles const & files);
+  bool ReadName(AString const & stored, VariationIDIndex & parsed) const;
+  void ReadMovedLine(VariationIDIndex const & parsed, long version, LocationFiles const & files);
   void MirrorCommittedData();
 
   bool m_isFile;

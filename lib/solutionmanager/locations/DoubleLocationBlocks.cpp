@@ -79,6 +79,7 @@ bool CMirroredDoubleMapLocationData::ReadData(io::CBlock const & block) {
   for (auto const & item : block)
     if (io::CBlock_ptr<io::CBlock> const map(item); map)
       ReadEntry(*map, files);
+  // The error of this block alone counts; entries and lines that can't be read were passed over.
   return !block.Error(false);
 }
 
@@ -92,8 +93,9 @@ void CMirroredDoubleMapLocationData::ReadIDs(io::CBlock const & block) {
     KVRO_ASSERT(!std::isnan(value));
     if (std::isnan(value))
       continue;
-    mIDDoubleMap.try_emplace(id, value);
-    mDoubleIDMap.try_emplace(value, id);
+    // Two numbers with one identifier would be saved to one file: the second gets a new one when it is solved.
+    if (mIDDoubleMap.try_emplace(id, value).second)
+      mDoubleIDMap.try_emplace(value, id);
   }
 }
 
@@ -102,9 +104,9 @@ void CMirroredDoubleMapLocationData::ReadEntry(io::CBlock const & block, Locatio
   long variationID = id::invalidID;
   block >> named(kOriginalVersion, version) >> named(kVariationID, variationID);
   long mirrored = id::invalidID;
-  if (!FindMirroredVersion(version, mirrored))
-    return;
   AString const variation = Owner().GetVariationFromID(variationID);
+  if (!IsKnownVariation(variation, variationID) || !FindMirroredVersion(version, mirrored))
+    return;
   LocMap locations;
   double latest = 0.0;
   for (auto const & item : block)
@@ -127,6 +129,8 @@ void CMirroredDoubleMapLocationData::ReadLine(io::CBlock_func const & line, long
     VariationIDIndex parsed(AString(), id::invalidID, 0L);
     long parsedID = id::invalidID;
     Owner().ParseRelativeDoubleLocation(location, FunctionKeyword(), parsed, parsedID);
+    if (parsed.GetVersionID() == id::invalidID)
+      return;
     location = Owner().GetRelativeDoubleLocation(FunctionKeyword(), KeyOf(parsed.GetVariation(), version), id);
     if (!files.Exists(location))
       return;
@@ -136,6 +140,7 @@ void CMirroredDoubleMapLocationData::ReadLine(io::CBlock_func const & line, long
   // Without its number a location has no place.
   if (dblIter == mIDDoubleMap.end())
     return;
+  // The number of this line, also when an equal one has a location already.
   latest = dblIter->second;
   locations.try_emplace(latest, location);
 }

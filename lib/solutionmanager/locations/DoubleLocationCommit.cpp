@@ -50,7 +50,8 @@ void CMirroredDoubleMapLocationData::CommitPair(VariationIDIndex const & key, Va
   if (location != canonical) {
     Owner().OnMoveDoubleLocation(variation, original, mirrored, pair.first, FunctionKeyword());
     if (hasTwin) {
-      if (!files.AreSame(location, canonical))
+      // A location that can't be moved replaces nothing.
+      if (!files.AreSame(location, canonical) && files.IsInside(location))
         files.Delete(canonical);
       // The owner hears of this one move twice.
       Owner().OnMoveDoubleLocation(variation, original, mirrored, pair.first, FunctionKeyword());

@@ -5,7 +5,9 @@
 #include "solutionmanager/locations/LocationFiles.h"
 #include "solutionmanager/locations/MirroredViews.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 bool CMirroredDoubleMapLocationData::NeedWriteVmap() const {
   if (AskSingleWrite().isOnlyOne)
@@ -18,18 +20,19 @@ bool CMirroredDoubleMapLocationData::NeedWriteVmap() const {
   return false;
 }
 
-bool CMirroredDoubleMapLocationData::IsCommitted(View::const_iterator committed,
-                                                 LocMap::value_type const & pair) const {
+bool CMirroredDoubleMapLocationData::IsCommitted(View::const_iterator committed, double value,
+                                                 AString const & location) const {
   if (committed == m_committedData.end())
     return false;
-  auto const twin = committed->second.find(pair.first);
-  return twin != committed->second.end() && twin->second == pair.second;
+  auto const twin = committed->second.find(value);
+  return twin != committed->second.end() && twin->second == location;
 }
 
 CMirroredDoubleMapLocationData::LocMap::iterator
 CMirroredDoubleMapLocationData::DiscardPair(VariationIDIndex const & key, LocMap & locations, LocMap::iterator place,
                                             View::const_iterator committed) {
-  return IsCommitted(committed, *place) ? locations.erase(place) : DeleteLocMapEntryAndData(key, locations, place);
+  return IsCommitted(committed, place->first, place->second) ? locations.erase(place)
+                                                             : DeleteLocMapEntryAndData(key, locations, place);
 }
 
 bool CMirroredDoubleMapLocationData::DiscardMirroredData(VariationIDIndex const & key, double value) {
@@ -144,8 +147,12 @@ void CMirroredDoubleMapLocationData::ClearData(AString const & variation, double
 }
 
 void CMirroredDoubleMapLocationData::ClearData(std::set<double, Less> const & values) {
-  ClearDoubles(m_committedData, values);
-  ClearDoubles(m_mirroredData, values);
+  // NaN equals nothing, but the order takes it for every number.
+  std::set<double, Less> numbers;
+  std::copy_if(values.begin(), values.end(), std::inserter(numbers, numbers.end()),
+               [](double value) { return !std::isnan(value); });
+  ClearDoubles(m_committedData, numbers);
+  ClearDoubles(m_mirroredData, numbers);
 }
 
 void CMirroredDoubleMapLocationData::ClearDoubles(View & view, std::set<double, Less> const & values) {

@@ -15,7 +15,8 @@ public:
   virtual AString GetName() = 0;
   /// A fresh ID.  Successive calls exceed any number that the design has handed out.
   virtual long GetNewID() = 0;
-  /// Ends so that a relative location appended to it is a path; exists on return when `create` is set.
+  /// Ends so that a relative location appended to it is a path; exists on return when `create` is set.  A folder of
+  /// results alone: a discard removes what the locations of a design's file name below it.
   virtual AString GetRootDirectory(bool create) = 0;
   virtual long GetVariationID(AString const & variation) = 0;
   virtual AString GetVariationFromID(long variationID) = 0;

@@ -1,6 +1,7 @@
 // The block of a store of locations.  A name in a line may carry a mirrored number while "Ver" holds the original:
 // reading tells saved and unsaved results apart by the number in the name.
 
+#include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlockFuncPtr.h"
 #include "basekit/io/CNamed_value_manip.h"
@@ -47,26 +48,26 @@ bool CMirroredLocationData::ReadData(io::CBlock const & block) {
       ReadLine(*line, files, noVmap);
   if (noVmap)
     MirrorCommittedData();
+  // The error of this block alone counts; lines that can't be read were passed over.
   return !block.Error(false);
 }
 
 void CMirroredLocationData::ReadLine(io::CBlock_func const & line, LocationFiles const & files, bool noVmap) {
   AString variation;
   long version = id::invalidID;
-  ReadVariationAndVersion(&line, variation, version);
+  bool const isKnown = ReadAddress(line, variation, version);
   AString stored;
   line >> named(DataKeyword(), stored);
-  if (!files.IsInside(stored))
+  VariationIDIndex parsed(AString(), id::invalidID, 0L);
+  if (!isKnown || !files.IsInside(stored) || !ReadName(stored, parsed))
     return;
   if (!files.Exists(stored)) {
-    ReadMovedLine(stored, version, files);
+    ReadMovedLine(parsed, version, files);
     return;
   }
-  VariationIDIndex parsed(AString(), id::invalidID, 0L);
-  Owner().ParseRelativeLocation(stored, FunctionKeyword(), parsed);
   if (parsed.GetVersionID() != version) {
-    if (noVmap)
-      EnterVersion(version, parsed.GetVersionID());
+    if (noVmap && !TakeVersion(version, parsed.GetVersionID()))
+      return;
     m_mirroredData.try_emplace(parsed, stored);
     VariationIDIndex const key = KeyOf(variation, version);
     AString const canonical = Owner().GetRelativeLocation(FunctionKeyword(), key);
@@ -82,9 +83,15 @@ void CMirroredLocationData::ReadLine(io::CBlock_func const & line, LocationFiles
     m_mirroredData.try_emplace(KeyOf(parsed.GetVariation(), mirrored), stored);
 }
 
-void CMirroredLocationData::ReadMovedLine(AString const & stored, long version, LocationFiles const & files) {
-  VariationIDIndex parsed(AString(), id::invalidID, 0L);
+/// A name that the owner did not give is no location of this store, whatever stands there.
+bool CMirroredLocationData::ReadName(AString const & stored, VariationIDIndex & parsed) const {
   Owner().ParseRelativeLocation(stored, FunctionKeyword(), parsed);
+  bool const isParsed = parsed.GetVersionID() != id::invalidID && !IsNowhere(parsed);
+  KVRO_ASSERT(isParsed);
+  return isParsed;
+}
+
+void CMirroredLocationData::ReadMovedLine(VariationIDIndex const & parsed, long version, LocationFiles const & files) {
   VariationIDIndex const key = KeyOf(parsed.GetVariation(), version);
   AString const canonical = Owner().GetRelativeLocation(FunctionKeyword(), key);
   if (!files.Exists(canonical))

@@ -41,7 +41,8 @@ void CMirroredLocationData::CommitEntry(View::value_type & entry, LocationFiles 
   if (twin == m_committedData.end()) {
     AString const target = Owner().GetRelativeLocation(FunctionKeyword(), committedKey);
     twin = m_committedData.try_emplace(committedKey, target).first;
-  } else if (!files.AreSame(location, twin->second)) {
+  } else if (!files.AreSame(location, twin->second) && files.IsInside(location)) {
+    // A location that can't be moved replaces nothing.
     files.Delete(twin->second);
   }
   files.Move(location, twin->second);

@@ -16,12 +16,19 @@ bool LocationFiles::IsInside(AString const & location) const {
   return isInside;
 }
 
+bool LocationFiles::MayTouch(AString const & location) const {
+  bool const isInside = IsInside(location);
+  if (!isInside)
+    BackupArea::MarkIncomplete();
+  return isInside;
+}
+
 bool LocationFiles::Exists(AString const & location) const {
   return IsInside(location) && LFN_Exists(PathOf(location));
 }
 
 void LocationFiles::Delete(AString const & location) const {
-  if (!Exists(location))
+  if (!MayTouch(location) || !Exists(location))
     return;
   LongFileName const lfn = PathOf(location);
   if (m_isFile) {
@@ -34,23 +41,27 @@ void LocationFiles::Delete(AString const & location) const {
 }
 
 void LocationFiles::DeleteOutright(AString const & location) const {
-  if (!IsInside(location))
-    return;
   LongFileName const lfn = PathOf(location);
+  bool const isFree = !BackupArea::Overlaps(lfn);
+  KVRO_ASSERT(isFree);
+  if (!isFree || !MayTouch(location)) {
+    BackupArea::MarkIncomplete();
+    return;
+  }
   if (!m_isFile)
     LFN_DeleteDirectoryContents(lfn);
   LFN_Delete(lfn);
 }
 
 void LocationFiles::Move(AString const & from, AString const & to) const {
-  if (!IsInside(from) || !IsInside(to))
+  if (!MayTouch(from) || !MayTouch(to))
     return;
-  LongFileName const target = PathOf(to);
-  AString const path = target.FilePath();
-  AString const name = target.NameAndExtension();
+  AString target = PathOf(to).FilePath();
+  while (target.EndsWith(L"/"))
+    target = target.substr(0, target.size() - 1);
   // The folder of the committed name may not be there yet.
   if (LFN_Exists(PathOf(from)))
-    LFN_CreateDirectoryAndParents(path.substr(0, path.size() - name.size() - (path.EndsWith(L"/") ? 1 : 0)));
+    LFN_CreateDirectoryAndParents(LongFileName(target).DirPath());
   BackupArea::Rename(PathOf(from), target);
 }
 

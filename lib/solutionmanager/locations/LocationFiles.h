@@ -4,7 +4,8 @@
 #include "basekit/text/AString.h"
 
 /// What a location store does on the disk, below one root directory.  Locations come out of files: one that leads out
-/// of the root, by its text or over a symbolic link, is reported and nothing is done with it.
+/// of the root, by its text or over a symbolic link, is reported and nothing is done with it; so is one that overlaps
+/// the open backup area.  A save of which a part was refused is not whole.
 class LocationFiles {
 public:
   LocationFiles(AString const & root, bool isFile) : m_root(root), m_isFile(isFile) {}
@@ -23,6 +24,7 @@ public:
   void CreateDirectory(AString const & location) const;
 
 private:
+  bool MayTouch(AString const & location) const;
   LongFileName PathOf(AString const & location) const { return LongFileName(m_root + location); }
 
   AString m_root;

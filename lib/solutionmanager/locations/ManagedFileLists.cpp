@@ -11,28 +11,90 @@
 #include "basekit/io/GByteOrder.h"
 #include "basekit/io/StreamFunctions.h"
 
+#include <algorithm>
+
 namespace managed {
 
 namespace {
+
+// Some 100,000 names.
+constexpr std::uint64_t kLongestList = std::uint64_t{64} << 20;
 
 bool SyncFile(LongFileName const & path) {
   std::unique_ptr<file::IFile> opened;
   return file::FileSystem().Open(path, file::OpenMode::Read, opened).Ok() && opened->Sync().Ok();
 }
 
+/// An empty file that was not there before: a link that stands there goes, and is never written through.
+std::unique_ptr<file::IFile> OpenNew(LongFileName const & path) {
+  std::unique_ptr<file::IFile> opened;
+  file::FileInfo info;
+  auto & system = file::FileSystem();
+  bool const isTaken = system.Describe(path, info).Ok() && (info.isLink || info.kind != file::FileKind::None);
+  if ((isTaken && !LFN_DeleteFile(path)) || !system.Open(path, file::OpenMode::CreateNew, opened).Ok())
+    opened.reset();
+  return opened;
+}
+
+std::vector<AString> TextsOf(io::CBlock_func_arg const & values) {
+  std::vector<AString> texts;
+  for (auto place = values.begin(); place != values.end();) {
+    auto const run = values.Texts(place);
+    KVRO_ASSERT(!run.empty());
+    texts.insert(texts.end(), run.begin(), run.end());
+    values.Skip(place, std::max<std::size_t>(run.size(), 1));
+  }
+  return texts;
+}
+
 template <class WriteContent> bool Replace(LongFileName const & path, WriteContent writeContent) {
   LongFileName const beside(path.FilePath() + L"_new");
-  io::CToken_ostream out(beside, kWriteFlags);
+  io::CToken_ostream out(OpenNew(beside), kWriteFlags);
   writeContent(out);
   out.Close();
-  bool const isReplaced = !out.fail() && SyncFile(beside) && LFN_Move(beside, path, kOverwriteReadOnly);
+  bool const isReplaced = !out.fail() && SyncFile(beside) && LFN_Move(beside, path, kOverwriteReadOnly) &&
+                          file::FileSystem().SyncFolder(path.DirPath()).Ok();
   KVRO_ASSERT(isReplaced);
-  if (!isReplaced)
+  if (!isReplaced && LFN_Exists(beside))
     LFN_DeleteFile(beside);
   return isReplaced;
 }
 
 } // namespace
+
+AString FolderName(AString const & baseDir) {
+  AString name = baseDir;
+  while (name.size() > 1 && name.EndsWith(L"/"))
+    name = name.substr(0, name.size() - 1);
+  return name;
+}
+
+bool CanRead(LongFileName const & list) {
+  file::FileInfo info;
+  std::unique_ptr<file::IFile> opened;
+  auto & system = file::FileSystem();
+  bool const canRead = system.Describe(list, info).Ok() && info.kind == file::FileKind::File && !info.isLink &&
+                       info.length <= kLongestList && system.Open(list, file::OpenMode::Read, opened).Ok();
+  KVRO_ASSERT(canRead);
+  return canRead;
+}
+
+bool IsNoFolder(LongFileName const & path) {
+  bool const isNoFolder = !LFN_IsDirectory(path);
+  KVRO_ASSERT(isNoFolder);
+  return isNoFolder;
+}
+
+bool ReadBlocks(io::CToken_istream & in, io::CBlock & managedFiles, io::CBlock * deletedFiles) {
+  if (!in.AtBeginBlock(kManagedFiles))
+    return false;
+  in >> managedFiles;
+  if (deletedFiles)
+    in >> *deletedFiles;
+  bool const isListWhole = !in.fail();
+  KVRO_ASSERT(isListWhole);
+  return isListWhole;
+}
 
 bool ReadByteOrder(io::CToken_istream & in) {
   if (!in.AtKeyword(kIsBigEndian))
@@ -58,11 +120,16 @@ void AppendName(io::CBlock & block, AString const & baseDir, AString const & fil
 std::vector<std::pair<AString, std::vector<AString>>> FoldersOf(io::CBlock const & block) {
   std::vector<std::pair<AString, std::vector<AString>>> folders;
   for (auto const & item : block)
-    if (io::CBlock_ptr<io::CBlock_vec> const vec(item); vec) {
-      folders.emplace_back(vec->Name(), std::vector<AString>());
-      vec->QueryValues(folders.back().second);
-    }
+    if (io::CBlock_ptr<io::CBlock_vec> const vec(item); vec)
+      folders.emplace_back(FolderName(vec->Name()), TextsOf(vec->Values()));
   return folders;
+}
+
+Names NamesOf(io::CBlock const & block) {
+  Names names;
+  for (auto const & [dir, files] : FoldersOf(block))
+    names[dir].insert(files.begin(), files.end());
+  return names;
 }
 
 io::CBlock BlockOf(Names const & names) {

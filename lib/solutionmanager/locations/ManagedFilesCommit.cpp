@@ -2,6 +2,8 @@
 
 #include "basekit/diag/Assert.h"
 #include "basekit/file/FileOperations.h"
+#include "basekit/file/IFileSystem.h"
+#include "basekit/file/PlaceInFolder.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CToken_istream.h"
 #include "solutionmanager/locations/CManagedFilesMgr.h"
@@ -16,14 +18,11 @@ namespace {
 bool AreSameDirectory(LongFileName a, LongFileName b) {
   a.MakeItDirectory();
   b.MakeItDirectory();
-  return a == b;
-}
-
-void ReadCommittedList(LongFileName const & path, io::CBlock & managedFiles) {
-  io::CToken_istream in(path, managed::kReadFlags);
-  managed::ReadByteOrder(in);
-  if (in.AtBeginBlock(kManagedFiles))
-    in >> managedFiles;
+  file::FileInfo first;
+  file::FileInfo second;
+  auto & system = file::FileSystem();
+  return LFN_AbsolutePath(a) == LFN_AbsolutePath(b) ||
+         (system.Describe(a, first).Ok() && system.Describe(b, second).Ok() && first.IsSameFile(second));
 }
 
 } // namespace
@@ -36,16 +35,30 @@ void CManagedFilesMgr::Commit(LongFileName const & directory) {
 }
 
 void CManagedFilesMgr::CommitInPlace() {
+  if (!CommitLists())
+    BackupArea::MarkIncomplete();
+}
+
+bool CManagedFilesMgr::CommitLists() {
   io::CBlock managedFiles(kManagedFiles);
   io::CBlock deletedFiles(kDeletedFiles);
+  bool isPrivateWhole = true;
   if (LFN_Exists(m_privateListFile)) {
-    io::CToken_istream in_priv(m_privateListFile, managed::kReadFlags);
-    KVRO_ASSERT(in_priv.AtBeginBlock(kManagedFiles));
-    in_priv >> managedFiles >> deletedFiles;
+    isPrivateWhole = managed::CanRead(m_privateListFile);
+    if (isPrivateWhole) {
+      io::CToken_istream in_priv(m_privateListFile, managed::kReadFlags);
+      KVRO_ASSERT(in_priv.AtBeginBlock(kManagedFiles));
+      isPrivateWhole = managed::ReadBlocks(in_priv, managedFiles, &deletedFiles);
+    }
   }
+  // What can't be read now may be read later, and is not written over.
   io::CBlock committedFiles(kManagedFiles);
-  ReadCommittedList(m_committedListFile, committedFiles);
+  Reading const committed = ReadCommittedList(committedFiles);
+  if (committed == Reading::Unreadable || (!isPrivateWhole && !SetAside(m_privateListFile)) ||
+      (committed == Reading::Damaged && !SetAside(m_committedListFile)))
+    return false;
 
+  bool isDone = true;
   managed::Names managedFilesMap;
   auto const take = [&](io::CBlock const & block, bool add) {
     for (auto const & [dir, names] : managed::FoldersOf(block)) {
@@ -54,9 +67,11 @@ void CManagedFilesMgr::CommitInPlace() {
         managedFilesMap[dir].insert(names.begin(), names.end());
       else
         for (auto const & name : names) {
-          if (auto const folder = managedFilesMap.find(dir); folder != managedFilesMap.end())
+          // A file that stays keeps its name, so that it is never in no list.
+          bool const isGone = RemoveDeleted(dir, name);
+          isDone = isDone && isGone;
+          if (auto const folder = managedFilesMap.find(dir); isGone && folder != managedFilesMap.end())
             folder->second.erase(name);
-          RemoveDeleted(dir, name);
         }
     }
   };
@@ -64,41 +79,64 @@ void CManagedFilesMgr::CommitInPlace() {
   take(managedFiles, true);
   take(deletedFiles, false);
 
-  CopyFileToBackup(m_committedListFile.FilePath());
   // As long as the names stand nowhere else, the private list stays.
-  if (!managed::WriteCommittedList(m_committedListFile, managed::BlockOf(managedFilesMap)))
-    return;
-  if (LFN_Exists(m_privateListFile)) {
-    CopyFileToBackup(m_privateListFile.FilePath());
-    LFN_DeleteFile(m_privateListFile);
-  }
+  if (!CanBeGivenUp(m_committedListFile) ||
+      !managed::WriteCommittedList(m_committedListFile, managed::BlockOf(managedFilesMap)))
+    return false;
+  if (LFN_Exists(m_privateListFile))
+    isDone = CanBeGivenUp(m_privateListFile) && LFN_DeleteFile(m_privateListFile) &&
+             file::FileSystem().SyncFolder(m_privateListFile.DirPath()).Ok() && isDone;
+  return isDone;
 }
 
-void CManagedFilesMgr::RemoveDeleted(AString const & baseDir, AString const & fileName) {
+/// Copies a list to the backup.  An open backup area that could not take it could not bring it back either.
+bool CManagedFilesMgr::CanBeGivenUp(LongFileName const & list) {
+  bool const isKept = CopyFileToBackup(list.FilePath());
+  return isKept || !BackupArea::Covers(list);
+}
+
+bool CManagedFilesMgr::RemoveDeleted(AString const & baseDir, AString const & fileName) {
   LongFileName lfn;
-  if (!FindPlace(baseDir, fileName, lfn))
-    return;
+  if (!FindPlace(baseDir, fileName, lfn) || !managed::IsNoFolder(lfn))
+    return true;
   KVRO_ASSERT(LFN_Exists(lfn));
-  MoveFileToBackup(lfn.FilePath());
+  // A move may wait for its group.
+  if (MoveFileToBackup(lfn.FilePath()))
+    return true;
   // What an open backup area could not take stays, as nobody could bring it back.
   if (LFN_Exists(lfn) && !BackupArea::Covers(lfn))
     LFN_DeleteFile(lfn);
+  return !LFN_Exists(lfn);
 }
 
 void CManagedFilesMgr::MoveTo(LongFileName const & newDir) {
+  // The files since the last commit leave the old directory; their copies stay in the new one.  Where there are no
+  // copies the files stay.
+  if (CopyTo(newDir))
+    RollBack();
+  else
+    BackupArea::MarkIncomplete();
+  mResultsDir = newDir;
+  m_committedListFile = LongFileName(newDir, m_committedListFile.NameAndExtension());
+  m_privateListFile = LongFileName(newDir, m_privateListFile.NameAndExtension());
+}
+
+bool CManagedFilesMgr::CopyTo(LongFileName const & newDir) const {
   LongFileName const oldFolder = mResultsDir + m_subDir;
   LongFileName const newFolder = newDir + m_subDir;
-  if (LFN_Exists(oldFolder)) {
+  bool isCopied = LFN_IsPlaceInside(mResultsDir, m_subDir) && LFN_IsPlaceInside(newDir, m_subDir);
+  if (!isCopied)
+    KVRO_ASSERT(!"The folder of managed files is a link");
+  if (isCopied && LFN_Exists(oldFolder)) {
     if (!LFN_CreateDirectory(newFolder))
       KVRO_ASSERT(!"Unable to create mf_<design> directory");
-    if (!LFN_CopyDirectoryContents(oldFolder, newFolder, false))
+    isCopied = LFN_CopyDirectoryContents(oldFolder, newFolder, false);
+    if (!isCopied)
       KVRO_ASSERT(!"Unable to copy directory contents to new location");
   }
   for (LongFileName const & list : {m_committedListFile, m_privateListFile})
     if (LFN_Exists(list))
-      LFN_Copy(list, LongFileName(newDir, list.NameAndExtension()), kOverwriteReadOnly);
-  // The files since the last commit leave the old directory; their copies stay in the new one.
-  RollBack();
-  mResultsDir = newDir;
-  SetListFiles();
+      isCopied = managed::CanRead(list) &&
+                 LFN_Copy(list, LongFileName(newDir, list.NameAndExtension()), kOverwriteReadOnly) && isCopied;
+  return isCopied;
 }

@@ -453,6 +453,7 @@ private:
   void TellJournal(VariationIDMap::const_iterator entry) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   void MakeObjectsOf(SolutionVariationKey const & key);
+  void ReadVariationIDs(io::CBlock const & variations);
   io::ReadError ReadOutputVariables(io::CBlock const & block);
   io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock, std::set<long> & alreadyRead);
   io::ReadError ReadImportedSetupOfDesignFile(io::CBlock const & setupBlock);
@@ -495,4 +496,9 @@ private:
   std::shared_ptr<undo::Graveyard<SetupMap>> m_DisplacedImportedSetups; ///< the setups belong to the product
   /// Never null; filled by recovery.
   std::unique_ptr<RecoveryReport> m_RecoveryReport;
+  /// While a library is opened, which reads its header twice: the block as it was decoded, unless somebody wrote
+  /// another one since, and whether its variations are in the table.
+  mutable std::shared_ptr<io::CBlock> m_HeaderAtHand;
+  bool m_HasVariationsOfHeader = false;
+  bool m_IsOpening = false;
 };

@@ -8,13 +8,14 @@
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/VariationIdTable.h"
 #include "solutionmanager/model/VersionItem.h"
 #include "solutionmanager/transfer/ExportVariationContext.h"
+
+#include <utility>
 
 AString const BaseSolutionManager::kHeaderBlockName(L"FileHeader");
 AString const BaseSolutionManager::kContainerBlock(L"Container");
@@ -29,6 +30,7 @@ bool BaseSolutionManager::WriteDefinitionBlock() const {
   io::CBlock block(kHeaderBlockName);
   if (!WriteDefinitionBlock(block))
     return false;
+  m_HeaderAtHand.reset();
   // Whether the save worked does not count: a library that is not there yet is no error.
   m_SolutionFileManager.SaveDefinition(block);
   return true;
@@ -69,9 +71,15 @@ bool BaseSolutionManager::WriteDefinitionBlock(io::CBlock & block) const {
 }
 
 void BaseSolutionManager::ReadDefinitionBlock() {
-  io::CBlock block(kHeaderBlockName);
-  if (m_SolutionFileManager.LoadDefinition(block) == CStreamioLibrary::kLibSuccess)
-    ReadDefinitionBlock(block);
+  auto header = m_HeaderAtHand;
+  if (!header) {
+    header = std::make_shared<io::CBlock>(kHeaderBlockName);
+    if (m_SolutionFileManager.LoadDefinition(*header) != CStreamioLibrary::kLibSuccess)
+      return;
+    m_HeaderAtHand = m_IsOpening ? header : nullptr;
+    m_HasVariationsOfHeader = false;
+  }
+  ReadDefinitionBlock(*header);
 }
 
 void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
@@ -92,10 +100,17 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
   }
   ResetNextUniqueID(block);
   ReserveUniqueID(m_VersionID);
-  io::CBlock const * const variations = block.FindBlock(L"VariationIDs");
-  if (!variations)
+  // Entries of the table never go.
+  bool const isAtHand = &block == m_HeaderAtHand.get();
+  if (isAtHand && m_HasVariationsOfHeader)
     return;
-  for (auto const & child : *variations) {
+  if (io::CBlock const * const variations = block.FindBlock(L"VariationIDs"))
+    ReadVariationIDs(*variations);
+  m_HasVariationsOfHeader = isAtHand;
+}
+
+void BaseSolutionManager::ReadVariationIDs(io::CBlock const & variations) {
+  for (auto const & child : variations) {
     io::CBlock_ptr<io::CBlock_func> const item(child);
     if (!item)
       continue;
@@ -112,30 +127,44 @@ void BaseSolutionManager::ReadDefinitionBlock(io::CBlock const & block) {
     KVRO_ASSERT(isIDFree);
     if (!isIDFree)
       continue;
-    AddVariationID(variation, id);
+    if (!owner)
+      AddVariationID(variation, id);
     ReserveUniqueID(id);
   }
 }
 
 io::ReadError BaseSolutionManager::ReadAllDefinitionBlocks() {
   ReadDefinitionBlock();
+  if (!m_IsOpening)
+    m_HeaderAtHand.reset();
   io::ReadError greatest = io::kNoError;
   for (auto const & [id, setup] : m_SimSetupMap)
     greatest = std::max(greatest, setup->ReadAllDefinitionBlocks());
   return greatest;
 }
 
+namespace {
+
+// A copy: products make the objects of them, and may save or delete blocks.
+std::vector<SolutionVariationKey> KeysOf(SolutionFileManager::NameMap const & entries) {
+  std::vector<SolutionVariationKey> keys;
+  keys.reserve(entries.size());
+  for (auto const & [name, entry] : entries)
+    keys.push_back(entry.key);
+  return keys;
+}
+
+} // namespace
+
 io::ReadError BaseSolutionManager::BuildUtilityCollections() {
-  std::list<AString> names;
-  if (m_SolutionFileManager.IndexKeyList(names, false) != CStreamioLibrary::kLibSuccess)
+  if (m_SolutionFileManager.LoadRealToInternalBlockNameMap() != CStreamioLibrary::kLibSuccess)
     return io::kNotFound;
+  bool const wasOpening = std::exchange(m_IsOpening, true);
   ReadDefinitionBlock();
-  for (AString const & name : names) {
-    SolutionVariationKey key;
-    UnpackQuickly(name, key);
+  m_IsOpening = wasOpening;
+  for (SolutionVariationKey const & key : KeysOf(m_SolutionFileManager.GetEntries()))
     if (key.GetSimSetupKey() != id::invalidID)
       MakeObjectsOf(key);
-  }
   return ReadAllDefinitionBlocks();
 }
 

@@ -20,12 +20,14 @@ VariationIDIndex::VariationIDIndex(AString const & variation, long version, Base
 }
 
 bool BaseSolutionManager::FindVariationID(AString const & variation, long & id) const {
-  auto const * entry = m_VariationIdTable->Find(variation);
-  if (!entry)
-    entry = m_VariationIdTable->FindEqual(m_VariationIDMap, variation);
-  if (entry)
-    id = entry->second;
-  return entry != nullptr;
+  if (long const * const known = m_VariationIdTable->Find(variation)) {
+    id = *known;
+    return true;
+  }
+  auto const * const equal = m_VariationIdTable->FindEqual(m_VariationIDMap, variation);
+  if (equal)
+    id = equal->second;
+  return equal != nullptr;
 }
 
 long BaseSolutionManager::GetVariationID(AString const & variation) const {

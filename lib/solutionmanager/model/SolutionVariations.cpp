@@ -88,19 +88,25 @@ bool BaseSolution::HasValidSolutionData(AString const & variation, long version)
 
 namespace {
 
-// Calls visit(text, entry of the version or null) for each run of equal texts in map order until it returns
+// Entries with other IDs have other texts, so that most need not be read.
+bool IsSameText(VariationIDIndex const & a, VariationIDIndex const & b) {
+  bool const haveIDs = a.GetVariationID() != id::invalidID && b.GetVariationID() != id::invalidID;
+  return (!haveIDs || a.GetVariationID() == b.GetVariationID()) && a.GetVariation() == b.GetVariation();
+}
+
+// Calls visit(index, entry of the version or null) for each run of equal texts in map order until it returns
 // false.  The first text is compared with the given one, and skipped when equal.
 template <class Visit>
-void ForEachText(BaseSolution::VariationMap const & map, VariationRuns const & runs, long version, AString previous,
-                 Visit visit) {
+void ForEachText(BaseSolution::VariationMap const & map, VariationRuns const & runs, long version,
+                 AString const & skipped, Visit visit) {
+  auto previous = map.end();
   for (auto at = map.begin(); at != map.end(); ++at) {
-    AString const text = at->first.GetVariation();
-    if (text == previous)
+    if (previous == map.end() ? at->first.GetVariation() == skipped : IsSameText(at->first, previous->first))
       continue;
-    previous = text;
+    previous = at;
     BaseSolutionVariation * const entry =
         at->first.GetVersionID() == version ? at->second : runs.FindBeside(at, version);
-    if (!visit(text, entry))
+    if (!visit(at->first, entry))
       return;
   }
 }
@@ -126,7 +132,7 @@ bool BaseSolution::HasValidVariation(long version) const {
   bool found = false;
   if (m_Runs->HasVersion(wanted))
     ForEachText(m_VariationMap, *m_Runs, wanted, NoText(),
-                [&found](AString const &, BaseSolutionVariation const * entry) {
+                [&found](VariationIDIndex const &, BaseSolutionVariation const * entry) {
                   found = entry && entry->IsVariationValid() && entry->HasSolutionData();
                   return !found;
                 });
@@ -138,7 +144,7 @@ bool BaseSolution::AreAllVariationsValid() const {
     return false;
   bool all = true;
   ForEachText(m_VariationMap, *m_Runs, m_VersionID, NoText(),
-              [&all](AString const &, BaseSolutionVariation const * entry) { return all = entry != nullptr; });
+              [&all](VariationIDIndex const &, BaseSolutionVariation const * entry) { return all = entry != nullptr; });
   return all;
 }
 
@@ -203,26 +209,29 @@ long BaseSolution::GetClosestVersionWithData() const {
   return m_Runs->HasVersion(m_VersionID) ? m_VersionID : m_Runs->HighestVersion();
 }
 
-// Takes (text, entry) for each variation that has an entry of the version.
+// Takes (index, entry) for each variation that has an entry of the version.
 template <class Take> void BaseSolution::ForEachAvailable(long version, Take take) const {
   long const wanted = version == id::invalidID ? GetClosestVersionWithData() : version;
   if (m_Runs->HasVersion(wanted))
     ForEachText(m_VariationMap, *m_Runs, wanted, TemporaryText(),
-                [&take](AString const & text, BaseSolutionVariation * entry) {
+                [&take](VariationIDIndex const & index, BaseSolutionVariation * entry) {
                   if (entry)
-                    take(text, entry);
+                    take(index, entry);
                   return true;
                 });
 }
 
 void BaseSolution::GetAvailableVariations(std::list<AString> & variations, long version) const {
   if (!m_VariationMap.empty())
-    ForEachAvailable(version, [&](AString const & text, BaseSolutionVariation *) { variations.push_back(text); });
+    ForEachAvailable(version, [&](VariationIDIndex const & index, BaseSolutionVariation *) {
+      variations.push_back(index.GetVariation());
+    });
 }
 
 void BaseSolution::GetAvailableVariations(std::vector<BaseSolutionVariation *> & variations, long version) const {
   if (!m_VariationMap.empty())
-    ForEachAvailable(version, [&](AString const &, BaseSolutionVariation * entry) { variations.push_back(entry); });
+    ForEachAvailable(version,
+                     [&](VariationIDIndex const &, BaseSolutionVariation * entry) { variations.push_back(entry); });
 }
 
 void BaseSolution::ListCurrentVariations(std::list<AString> & valid, std::list<AString> & invalid) const {

@@ -20,8 +20,9 @@ bool IsEqual(Entry const & entry, AString const & variation) {
 
 void VariationIdTable::Inserted(Map::const_iterator entry) {
   Entry const * const added = &*entry;
-  m_byText.Insert(text::HashNoCase(added->first.View()), added);
-  m_byValue.Insert(VariationText(added->first).Key(), added);
+  m_byText.Insert(text::HashNoCase(added->first.View()), {added->first, added->second});
+  if (m_hasByValue)
+    InsertByValue(m_byValue, *added);
   auto const hasSameID = [added](Entry const * other) { return other->second == added->second; };
   Entry const ** const sameID = m_byID.Find(HashOfID(added->second), hasSameID);
   if (!sameID)
@@ -30,10 +31,24 @@ void VariationIdTable::Inserted(Map::const_iterator entry) {
     *sameID = added;
 }
 
-Entry const * VariationIdTable::Find(AString const & variation) const {
-  auto const hasText = [&variation](Entry const * entry) { return AString::MatchNoCase(entry->first, variation); };
-  Entry const * const * const found = m_byText.Find(text::HashNoCase(variation.View()), hasText);
-  return found ? *found : nullptr;
+long const * VariationIdTable::Find(AString const & variation) const {
+  auto const hasText = [&variation](TextAndID const & entry) { return AString::MatchNoCase(entry.text, variation); };
+  TextAndID const * const found = m_byText.Find(text::HashNoCase(variation.View()), hasText);
+  return found ? &found->id : nullptr;
+}
+
+void VariationIdTable::InsertByValue(HashIndex<Entry const *> & table, Entry const & entry) {
+  table.Insert(VariationText(entry.first).Key(), &entry);
+}
+
+HashIndex<Entry const *> const & VariationIdTable::ByValue(Map const & map) const {
+  if (!m_hasByValue) {
+    m_byValue.Reserve(map.size());
+    for (auto const & entry : map)
+      InsertByValue(m_byValue, entry);
+    m_hasByValue = true;
+  }
+  return m_byValue;
 }
 
 Entry const * VariationIdTable::FindEqual(Map const & map, AString const & variation) const {
@@ -46,7 +61,7 @@ Entry const * VariationIdTable::FindEqual(Map const & map, AString const & varia
   }
   Entry const * first = nullptr;
   for (std::uint64_t const key : keys)
-    m_byValue.Find(key, [&](Entry const * entry) {
+    ByValue(map).Find(key, [&](Entry const * entry) {
       if ((!first || ComesBefore(*entry, *first)) && IsEqual(*entry, variation))
         first = entry;
       return false; // all of them are looked at

@@ -35,10 +35,24 @@ void VariationRuns::Entered(Place entry) {
     m_newest.Insert(HashOfID(variationID), entry);
   else if ((*newest)->first < entry->first)
     *newest = entry;
+  if (m_hasIDsByText)
+    NoteText(entry);
+}
+
+void VariationRuns::NoteText(Place entry) const {
   std::uint64_t const hash = text::HashNoCase(entry->first.GetVariation().View());
+  long const variationID = entry->first.GetVariationID();
   auto const isKnown = [variationID](long known) { return known == variationID; };
   if (!m_idsByText.Find(hash, isKnown))
     m_idsByText.Insert(hash, variationID);
+}
+
+HashIndex<long> const & VariationRuns::IDsByText() const {
+  if (!m_hasIDsByText)
+    for (Place at = m_map.begin(); at != m_map.end(); ++at)
+      NoteText(at);
+  m_hasIDsByText = true;
+  return m_idsByText;
 }
 
 void VariationRuns::Leaves(Place entry) {
@@ -56,6 +70,8 @@ void VariationRuns::Leaves(Place entry) {
     return;
   }
   m_newest.Erase(newest);
+  if (!m_hasIDsByText)
+    return;
   // What other texts of the run had left here goes unused and does no harm.
   auto const isOfRun = [variationID](long known) { return known == variationID; };
   m_idsByText.Erase(m_idsByText.Find(text::HashNoCase(entry->first.GetVariation().View()), isOfRun));
@@ -115,7 +131,7 @@ std::vector<VariationRuns::Place> VariationRuns::WithText(AString const & text) 
         found.push_back(at);
     return found;
   }
-  m_idsByText.Find(text::HashNoCase(text.View()), [&](long variationID) {
+  IDsByText().Find(text::HashNoCase(text.View()), [&](long variationID) {
     Place const * const newest = NewestOf(variationID);
     for (Place at = newest ? *newest : m_map.end(); at != m_map.end() && IsOf(at, variationID); at = Before(at))
       if (HasText(at, text))

@@ -67,11 +67,15 @@ private:
   Place const * NewestOf(long variationID) const;
   Place * NewestOf(long variationID);
   Place LastNotAbove(VariationIDIndex const & index) const;
+  void NoteText(Place entry) const;
+  HashIndex<long> const & IDsByText() const;
   Place Before(Place entry) const { return entry == m_map.begin() ? m_map.end() : std::prev(entry); }
 
   Map const & m_map;
-  HashIndex<Place> m_newest;
-  HashIndex<long> m_idsByText;
+  HashIndex<Place, Slots::kRunsOf8> m_newest;
+  /// Built when a text is looked up first.
+  mutable HashIndex<long> m_idsByText;
+  mutable bool m_hasIDsByText = false;
   std::map<long, std::size_t> m_versions;
   bool m_allHaveIDs = true;
 };

@@ -139,7 +139,11 @@ private:
 
 bool BaseSolutionManager::RecoverQsolFile(io::CBlock const & designBlock, AString const & path) {
   *m_RecoveryReport = RecoveryReport();
+  // The definitions are read twice, as each of the two steps that do so reads them.
+  m_IsOpening = true;
   m_RecoveryReport->failure = Takeover(*this, *m_RecoveryReport).Run(designBlock, path);
+  m_IsOpening = false;
+  m_HeaderAtHand.reset();
   bool const isDone = m_RecoveryReport->failure == Failure::kNone;
   m_RecoveryReport->outcome = isDone ? RecoveryReport::Outcome::kTakenOver : RecoveryReport::Outcome::kFailed;
   recovery::CountTakenOver(*m_RecoveryReport, m_SimSetupMap);

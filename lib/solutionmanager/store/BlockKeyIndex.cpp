@@ -32,6 +32,14 @@ std::uint64_t HashOfVariation(AString const & text) {
   return parsed.IsOpaque() ? HashOfText(text) : NotAny(parsed.Key());
 }
 
+// Of all parts of a key, its variation as a text.
+std::uint64_t HashOfKey(SolutionVariationKey const & key) {
+  std::uint64_t hash = text::HashNoCase(key.GetDesignVariationKey().View());
+  for (long const number : {key.GetSimSetupKey(), key.GetSolutionKey(), key.GetVersionIDKey()})
+    hash = (hash ^ static_cast<std::uint64_t>(number)) * 0x9e3779b97f4a7c15u;
+  return hash;
+}
+
 bool NotSet(AString const & variation) {
   static SolutionVariationKey const any;
   return variation == any.GetDesignVariationKey();
@@ -60,25 +68,45 @@ bool BlockKeyIndex::Less::operator()(Record const & a, Record const & b) const {
   return !(*this)(b.position, a) && std::less<>()(std::addressof(*a.entry), std::addressof(*b.entry));
 }
 
-BlockKeyIndex::BlockKeyIndex(Map const & map) : m_map(map) {
+std::set<BlockKeyIndex::Record, BlockKeyIndex::Less> const & BlockKeyIndex::Ordered() const {
+  if (m_hasRecords)
+    return m_records;
   std::vector<Record> records;
-  records.reserve(2 * map.size());
-  for (auto at = map.begin(); at != map.end(); ++at)
+  records.reserve(2 * m_map.size());
+  for (auto at = m_map.begin(); at != m_map.end(); ++at)
     for (Record const & record : RecordsOf(at))
       records.push_back(record);
   std::sort(records.begin(), records.end(), Less());
   for (Record const & record : records)
     m_records.insert(m_records.end(), record);
+  m_hasRecords = true;
+  return m_records;
+}
+
+HashIndex<BlockKeyIndex::Place> const & BlockKeyIndex::ByText() const {
+  if (m_hasByText)
+    return m_byText;
+  m_byText.Reserve(m_map.size());
+  for (auto at = m_map.begin(); at != m_map.end(); ++at)
+    m_byText.Insert(HashOfKey(at->second.key), at);
+  m_hasByText = true;
+  return m_byText;
 }
 
 void BlockKeyIndex::Insert(Place entry) {
-  for (Record const & record : RecordsOf(entry))
-    m_records.insert(record);
+  if (m_hasByText)
+    m_byText.Insert(HashOfKey(entry->second.key), entry);
+  if (m_hasRecords)
+    for (Record const & record : RecordsOf(entry))
+      m_records.insert(record);
 }
 
 void BlockKeyIndex::Erase(Place entry) {
-  for (Record const & record : RecordsOf(entry))
-    m_records.erase(record);
+  if (m_hasByText)
+    m_byText.Erase(m_byText.Find(HashOfKey(entry->second.key), [entry](Place other) { return other == entry; }));
+  if (m_hasRecords)
+    for (Record const & record : RecordsOf(entry))
+      m_records.erase(record);
 }
 
 BlockKeyIndex::Numbers BlockKeyIndex::NumbersOf(SolutionVariationKey const & key) {
@@ -120,8 +148,9 @@ template <class Take> bool BlockKeyIndex::Scan(std::uint64_t variation, Numbers 
   std::transform(wanted.begin(), wanted.end(), from.begin(),
                  [](long number) { return number == kAnyNumber ? kLowest : number; });
   Numbers const first = from;
-  auto at = m_records.lower_bound(Position{variation, from});
-  while (at != m_records.end() && at->position.variation == variation) {
+  auto const & records = Ordered();
+  auto at = records.lower_bound(Position{variation, from});
+  while (at != records.end() && at->position.variation == variation) {
     Numbers const & found = at->position.numbers;
     std::size_t misfit = 0;
     while (misfit < wanted.size() && (wanted[misfit] == kAnyNumber || wanted[misfit] == found[misfit]))
@@ -144,7 +173,7 @@ template <class Take> bool BlockKeyIndex::Scan(std::uint64_t variation, Numbers 
     }
     std::copy(first.begin() + static_cast<std::ptrdiff_t>(misfit), first.end(),
               from.begin() + static_cast<std::ptrdiff_t>(misfit));
-    at = m_records.lower_bound(Position{variation, from});
+    at = records.lower_bound(Position{variation, from});
   }
   return true;
 }
@@ -158,8 +187,16 @@ template <class Take> bool BlockKeyIndex::ScanAll(SolutionVariationKey const & p
                      [&](std::uint64_t variation) { return Scan(variation, NumbersOf(pattern), matching); });
 }
 
+// Whether a key is the pattern to the letter, case aside; a pattern that holds wildcards is no key.
+bool BlockKeyIndex::HasExactly(SolutionVariationKey const & pattern) const {
+  Numbers const numbers = NumbersOf(pattern);
+  if (std::find(numbers.begin(), numbers.end(), kAnyNumber) != numbers.end() || NotSet(pattern.GetDesignVariationKey()))
+    return false;
+  return ByText().Find(HashOfKey(pattern), [&](Place entry) { return entry->second.key.Match(pattern); }) != nullptr;
+}
+
 bool BlockKeyIndex::HasMatch(SolutionVariationKey const & pattern) const {
-  return !ScanAll(pattern, [](Place) { return false; });
+  return HasExactly(pattern) || !ScanAll(pattern, [](Place) { return false; });
 }
 
 std::vector<BlockKeyIndex::Place> BlockKeyIndex::Matches(SolutionVariationKey const & pattern) const {

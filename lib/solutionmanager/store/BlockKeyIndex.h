@@ -1,5 +1,6 @@
 #pragma once
 
+#include "solutionmanager/address/HashIndex.h"
 #include "solutionmanager/store/SRealToInternalData.h"
 
 #include <array>
@@ -8,15 +9,16 @@
 #include <set>
 #include <vector>
 
-/// Finds the entries of a name map whose keys match a pattern without a walk over the map.  An index on setup,
-/// solution, version and variation proposes, SolutionVariationKey::Match decides: the answers are those of the walk, in
-/// map order.  Refers to the map, whose owner tells each entry that comes or goes.
+/// Finds the entries of a name map whose keys match a pattern without a walk over the map.  Indexes on setup, solution,
+/// version and variation propose, SolutionVariationKey::Match decides: the answers are those of the walk, in map order.
+/// Each is built when it is asked first: most programs only ask whether one block is there, by the very text that it
+/// was stored under.  Refers to the map, whose owner tells each entry that comes or goes.
 class BlockKeyIndex {
 public:
   using Map = RealToInternalMap;
   using Place = Map::const_iterator;
 
-  explicit BlockKeyIndex(Map const & map);
+  explicit BlockKeyIndex(Map const & map) : m_map(map) {}
   BlockKeyIndex(BlockKeyIndex const &) = delete;
   BlockKeyIndex & operator=(BlockKeyIndex const &) = delete;
 
@@ -54,7 +56,15 @@ private:
   template <class Take> bool Scan(std::uint64_t variation, Numbers const & wanted, Take take) const;
   template <class Take> bool ScanAll(SolutionVariationKey const & pattern, Take take) const;
   std::vector<Place> Walk(SolutionVariationKey const & pattern) const;
+  bool HasExactly(SolutionVariationKey const & pattern) const;
+  HashIndex<Place> const & ByText() const;
+  std::set<Record, Less> const & Ordered() const;
 
   Map const & m_map;
-  std::set<Record, Less> m_records;
+  /// By all parts of the key, the variation as the text that it is.  Empty until it is asked.
+  mutable HashIndex<Place> m_byText;
+  mutable bool m_hasByText = false;
+  /// By variation, to its value, and numbers; likewise.
+  mutable std::set<Record, Less> m_records;
+  mutable bool m_hasRecords = false;
 };

@@ -49,6 +49,8 @@ public:
   LibIOReturn LoadRealToInternalBlockNameMap() const;
   LibIOReturn WriteRealToInternalBlockNameMap() const;
   void GetRealToInternalNameMap(NameMap & map) const;
+  /// What is known of the map, which this never loads.
+  NameMap const & GetEntries() const { return m_realToInternal; }
 
   // The file's life
   bool IsLibraryInitialized() const;

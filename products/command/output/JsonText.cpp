@@ -41,12 +41,28 @@ private:
     try {
       return value.at(Json::json_pointer(pointer));
     } catch (Json::exception const &) {
-      std::string known;
-      if (value.is_object())
-        for (auto const & [key, ignored] : value.items())
-          known += (known.empty() ? "" : ", ") + key;
-      Refuse("there is nothing at '" + pointer + "'" + (known.empty() ? "" : "; there are " + known.substr(0, 100)));
+      RefuseAt(value, pointer);
     }
+  }
+
+  // Lists what is there as far as the pointer leads.
+  [[noreturn]] void RefuseAt(Json const & value, std::string const & pointer) const {
+    Json const * deepest = &value;
+    std::string reached;
+    try {
+      for (std::size_t slash = pointer.find('/', 1); slash != std::string::npos; slash = pointer.find('/', slash + 1)) {
+        deepest = &value.at(Json::json_pointer(pointer.substr(0, slash)));
+        reached = pointer.substr(0, slash);
+      }
+    } catch (Json::exception const &) {
+      // Here the way ends.
+    }
+    std::string known;
+    if (deepest->is_object())
+      for (auto const & [key, ignored] : deepest->items())
+        known += (known.empty() ? "" : ", ") + key;
+    Refuse("there is nothing at '" + pointer + "'" +
+           (known.empty() ? "" : "; in " + (reached.empty() ? "it" : reached) + " there are " + known.substr(0, 100)));
   }
 
   void Take(Json const & value) {
@@ -82,8 +98,11 @@ Json Parse(OutputLine const & output, std::string const & text) {
   try {
     return Json::parse(text);
   } catch (Json::parse_error const & error) {
-    throw SourceError(output.Name() + ": is no JSON document: it makes no sense at byte " + std::to_string(error.byte) +
-                      " of " + std::to_string(text.size()) + " (NaN and infinities are no JSON); the file may be cut");
+    std::string const size = std::to_string(text.size());
+    throw SourceError(output.Name() + ": is no JSON document: " +
+                      (error.byte > text.size() ? "it ends too early, after byte " + size + "; the file may be cut"
+                                                : "it makes no sense at byte " + std::to_string(error.byte) + " of " +
+                                                      size + " (NaN and infinities are no JSON)"));
   } catch (Json::exception const &) {
     throw SourceError(output.Name() + ": is no JSON document: a number is beyond what can be held");
   }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <regex>
 #include <string_view>
 
 namespace command {
@@ -19,6 +20,13 @@ constexpr std::size_t kMostShown = 40;
 
 std::string Shown(std::string const & field) {
   return "'" + (field.size() > kMostShown ? field.substr(0, kMostShown) + "..." : field) + "'";
+}
+
+// A number of digits, points, signs and an exponent alone is one that can't be held.
+std::string WhyNoNumber(std::string const & field) {
+  static std::regex const number("[+-]?([0-9]+[.]?[0-9]*|[.][0-9]+)([eE][+-]?[0-9]+)?");
+  return field.size() < 1000 && std::regex_match(field, number) ? " is too large or too small a number to be held"
+                                                                : " is no number";
 }
 
 class TableReader {
@@ -103,7 +111,14 @@ private:
     std::string known;
     for (std::string const & field : m_fields)
       known += (known.empty() ? "" : ", ") + field;
-    Refuse(quantity.name + ": there is no column '" + quantity.where + "'; there are " + Shown(known));
+    Refuse(quantity.name + ": there is no column '" + quantity.where + "'; there are " + Shown(known) + HintOfComma());
+  }
+
+  // Of a table that is parted in another way.
+  std::string HintOfComma() const {
+    bool const isOther = m_output.form == OutputLine::Form::kCsv && m_fields.size() == 1 &&
+                         m_fields.front().find_first_of(";\t") != std::string::npos;
+    return isOther ? "; columns of a CSV file are parted by commas" : "";
   }
 
   std::size_t ColumnOfNumber(QuantityLine const & quantity) const {
@@ -116,7 +131,8 @@ private:
   void TakeNumber(QuantityLine const & quantity, std::string const & field, std::vector<double> & values) const {
     double value = 0.0;
     if (!text::ParseReal(std::string_view(field), value) || field.starts_with("+-"))
-      Refuse(quantity.name + ": " + (field.empty() ? "there is no number" : Shown(field) + " is no number"));
+      Refuse(quantity.name + ": " + (field.empty() ? "there is no number" : Shown(field) + WhyNoNumber(field)) +
+             HintOfComma());
     if (!std::isfinite(value))
       Refuse(quantity.name + ": " + Shown(field) + " is not finite");
     if (values.size() == kMostNumbers)

@@ -30,6 +30,7 @@ constexpr double kSecondsOfGrace = 1.0;
 /// For a process that even SIGKILL does not end, as it waits for a disk.
 constexpr double kSecondsToDie = 5.0;
 constexpr std::size_t kMostChildren = 64;
+constexpr std::size_t kMostCounted = 1000;
 
 double SecondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
@@ -167,7 +168,7 @@ private:
     if (m_quietLooks > 1)
       return true;
     if (others > 0 && SecondsSince(m_endOfProgram) > kSecondsOfGrace)
-      EndBy(End::kLeftRunning, others);
+      EndBy(End::kLeftRunning, CountRunning());
     return m_isOver;
   }
 
@@ -208,11 +209,13 @@ private:
     m_isOver = true;
   }
 
-  /// The children that the system knows; at most kMostChildren at a time.
-  std::vector<pid_t> Children() const {
+  std::vector<pid_t> Children() const { return ChildrenOf(::getpid()); }
+
+  /// The children of its first thread that the system knows; at most kMostChildren at a time.
+  static std::vector<pid_t> ChildrenOf(pid_t parent) {
     std::vector<pid_t> children;
     char path[64];
-    std::snprintf(path, sizeof path, "/proc/self/task/%d/children", static_cast<int>(::getpid()));
+    std::snprintf(path, sizeof path, "/proc/%d/task/%d/children", static_cast<int>(parent), static_cast<int>(parent));
     std::FILE * const file = std::fopen(path, "re");
     int pid = 0;
     while (file && children.size() < kMostChildren && std::fscanf(file, "%d", &pid) == 1)
@@ -229,6 +232,16 @@ private:
       if (child != m_program && !TakeLeave(child))
         ++count;
     return count;
+  }
+
+  // Also those that the ones left behind have started; the list grows while it is walked.
+  int CountRunning() const {
+    std::vector<pid_t> running = Children();
+    std::erase(running, m_program);
+    for (std::size_t i = 0; i < running.size() && running.size() < kMostCounted; ++i)
+      for (pid_t const child : ChildrenOf(running[i]))
+        running.push_back(child);
+    return static_cast<int>(running.size());
   }
 
   bool TakeLeave(pid_t child) {

@@ -66,8 +66,12 @@ ProcessRequest RequestOf(SolverFile const & file, HoleValues const & values, fs:
   return request;
 }
 
+std::string LimitText(SolverFile const & file) {
+  return Number(file.outputLimit * 1e-6) + " MB; write less, or raise output-limit in " + file.path;
+}
+
 std::string Reason(SolverFile const & file, ProcessOutcome const & outcome) {
-  std::string const limit = Number(file.outputLimit * 1e-6) + " MB; write less, or raise output-limit in " + file.path;
+  std::string const limit = LimitText(file);
   switch (outcome.end) {
   case End::kNotStarted:
     return std::string("can't be started (") + std::strerror(outcome.code) + "); correct the command in " + file.path +
@@ -94,13 +98,24 @@ std::string Reason(SolverFile const & file, ProcessOutcome const & outcome) {
   return "was lost, as its keeper was killed; solve the point again";
 }
 
+// The system lets no file grow further.  A program may end in any way when it is told so.
+bool HasFullFile(ProcessRequest const & request) {
+  std::error_code ignored; // what can't be looked at is not what the program wrote
+  for (fs::recursive_directory_iterator at(request.folder, ignored), end; at != end; at.increment(ignored))
+    if (fs::is_regular_file(at->symlink_status(ignored)) && at->file_size(ignored) >= request.bytesLimit)
+      return true;
+  return false;
+}
+
 void CheckOutcome(SolverFile const & file, ProcessRequest const & request, ProcessOutcome const & outcome) {
   bool const isSuccess = outcome.end == End::kExited && std::find(file.successCodes.begin(), file.successCodes.end(),
                                                                   outcome.code) != file.successCodes.end();
   if (isSuccess)
     return;
   std::string const program = file.usesShell ? "the shell command" : "'" + request.words.front() + "'";
+  bool const isFull = outcome.end == End::kExited && HasFullFile(request);
   throw SourceError(program + " " + Reason(file, outcome) +
+                    (isFull ? ", as a file came to " + LimitText(file) : std::string()) +
                     (outcome.messages.empty() ? "" : "; its last words: " + outcome.messages));
 }
 

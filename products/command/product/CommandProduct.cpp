@@ -46,6 +46,10 @@ bool CommandProduct::ReadSettings(AString const & words, desktop::SourceSetup & 
   return true;
 }
 
+bool CommandProduct::FitSettings(LongFileName const & source, desktop::SourceSetup & setup, AString & error) const {
+  return FitSettingsToFile(source, setup, error);
+}
+
 std::vector<AString> CommandProduct::GetSolutionNames(AString const &) const { return {CommandSolution::kName}; }
 
 AString CommandProduct::DescribeSettings(io::CBlock const & settings) const {

@@ -18,6 +18,7 @@ public:
   /// "steps=1000 method=rk4", or "default".
   bool ReadSettings(AString const & words, desktop::SourceSetup & setup, AString & error) const override;
   std::vector<AString> GetSolutionNames(AString const & setupType) const override;
+  bool FitSettings(LongFileName const & source, desktop::SourceSetup & setup, AString & error) const override;
   AString DescribeSettings(io::CBlock const & settings) const override;
   bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;

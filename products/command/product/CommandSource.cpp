@@ -58,4 +58,22 @@ bool DescribeSolverFile(LongFileName const & file, desktop::SourceDescription & 
   }
 }
 
+bool FitSettingsToFile(LongFileName const & source, desktop::SourceSetup & setup, AString & error) {
+  HoleValues fitted;
+  HoleValues const given = ReadSettings(setup.settings);
+  try {
+    SolverFile const file = ReadSolverFile(text::ToUtf8(source.FilePath()));
+    std::string const problem = FitSettings(file, given, fitted);
+    if (!problem.empty()) {
+      error = text::FromUtf8(problem);
+      return false;
+    }
+  } catch (SourceError const &) {
+    return true;
+  }
+  setup.settings.Clear();
+  WriteSettings(setup.settings, fitted);
+  return true;
+}
+
 } // namespace command

@@ -89,6 +89,10 @@ SolverFile ReadSolverFile(std::string const & path);
 /// count; values of variables, setups, limits and remarks don't.  Throws SourceError for a file that can't be read.
 std::string FingerprintOf(SolverFile const & file);
 
+/// The given settings in the file's order and spelling, or a one-line problem that names one which the file does not
+/// know, and those that it knows.
+std::string FitSettings(SolverFile const & file, HoleValues const & given, HoleValues & fitted);
+
 /// The whole content; throws SourceError that names the file, and the place that asks for it.
 std::string ReadWholeFile(std::string const & path, std::string const & askedFile = {}, int askedLine = 0);
 

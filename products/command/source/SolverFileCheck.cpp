@@ -73,10 +73,11 @@ private:
       if (std::any_of(m_file.setups.begin(), setup,
                       [&](auto const & other) { return text::EqualNoCase(other.name, setup->name); }))
         Refuse(setup->line, "setup " + setup->name + ": is there twice; give it another name");
-      for (auto const & [name, text] : setup->settings)
-        if (!FindValue(m_file.settings, name))
-          Refuse(setup->line,
-                 "setup " + setup->name + ": there is no setting '" + name + "'; add 'setting " + name + " = TEXT'");
+      HoleValues fitted;
+      std::string const problem = FitSettings(m_file, setup->settings, fitted);
+      if (!problem.empty())
+        Refuse(setup->line, "setup " + setup->name + ": " + problem);
+      setup->settings = fitted;
     }
   }
 
@@ -91,11 +92,20 @@ private:
                "output: nothing is taken from " + output.Name() + "; add a scalar or column line below it");
       for (QuantityLine const & quantity : output.quantities)
         Quantity(output, quantity, names, columns);
+      for (QuantityLine const & quantity : output.quantities)
+        NoteLikeVariable(quantity);
     }
     for (OutputLine const & output : m_file.outputs)
       for (QuantityLine const & quantity : output.quantities)
         if (!quantity.over.empty() && !FindValue(columns, quantity.over))
           Refuse(quantity.line, quantity.name + ": runs over '" + quantity.over + "', which is no column; add it");
+  }
+
+  void NoteLikeVariable(QuantityLine const & quantity) {
+    for (DesignVariable const & variable : m_file.variables)
+      if (text::EqualNoCase(variable.name, quantity.name))
+        m_file.notes.push_back(m_file.path + ":" + std::to_string(quantity.line) + ": " + quantity.name +
+                               ": is the name of a variable too; another one tells the two apart in tables");
   }
 
   void Quantity(OutputLine const & output, QuantityLine const & quantity, HoleValues & names,
@@ -160,6 +170,22 @@ private:
 };
 
 } // namespace
+
+std::string FitSettings(SolverFile const & file, HoleValues const & given, HoleValues & fitted) {
+  std::string known;
+  fitted.clear();
+  for (auto const & [name, byDefault] : file.settings) {
+    known += (known.empty() ? "" : ", ") + name;
+    if (std::string const * const text = FindValue(given, name))
+      fitted.emplace_back(name, *text);
+  }
+  for (auto const & [name, text] : given)
+    if (!FindValue(file.settings, name))
+      return "there is no setting '" + name + "'; " +
+             (known.empty() ? "the solver file has none" : "there are " + known) + "; add 'setting " + name +
+             " = TEXT' to " + file.path + " for another one";
+  return std::string();
+}
 
 void CheckSolverFile(SolverFile & file) { Check(file).All(); }
 

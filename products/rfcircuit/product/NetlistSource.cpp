@@ -60,7 +60,7 @@ desktop::SourceDescription Describe(rf::Netlist const & netlist) {
     desktop::SourceSetup setup;
     setup.name = AString::Format(L"%s%lu", RfSetup::kTypeName, description.setups.size() + 1);
     setup.typeName = RfSetup::kTypeName;
-    WritePlan(setup.settings, {sweep.sweep, sweep.method});
+    WritePlan(setup.settings, {sweep.sweep, sweep.method, sweep.files});
     description.setups.push_back(setup);
   }
   for (std::string const & file : netlist.Files())

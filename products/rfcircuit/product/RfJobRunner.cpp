@@ -8,6 +8,7 @@
 #include "products/rfcircuit/product/NetworkData.h"
 #include "products/rfcircuit/product/RfSetup.h"
 #include "products/rfcircuit/product/SolveCosts.h"
+#include "products/rfcircuit/product/SolveFiles.h"
 #include "products/rfcircuit/product/SweepPlan.h"
 #include "products/rfcircuit/product/SweepSolve.h"
 
@@ -129,7 +130,9 @@ bool RfJobRunner::Run(desktop::SolveJob const & job, io::CBlock & result, AStrin
     reading.Stop();
     AString const size = AString::Format(L"%lu elements", circuit.Elements().size());
     progress.ReportProfile(CProfileUpdate(CProfileUpdate::kTask, reading.Task(L"Read netlist", size)), kRecordSet);
-    SolveSweep(plan, circuit, progress).Write(result);
+    NetworkData const data = SolveSweep(plan, circuit, progress);
+    data.Write(result);
+    DeliverFiles(plan, circuit, data, job, result);
     group.Finish(plan.method.isAdaptive ? L"adaptive sweep" : L"direct sweep");
     return true;
   } catch (rf::NetlistError const & refused) {

@@ -47,7 +47,7 @@ void RfSetup::TakeSweepOfDefinitions() {
   GetSweepDefinitions(definitions);
   for (SweepDefinition const * const definition : definitions)
     if (auto const sweep = SweepOf(*definition); sweep && !m_plan)
-      m_plan = SweepPlan{*sweep, rf::SweepMethod::Direct()};
+      m_plan = SweepPlan{*sweep, rf::SweepMethod::Direct(), {}};
 }
 
 BaseSolution * RfSetup::CreateSolution(long sol_id, long version) {
@@ -109,7 +109,8 @@ bool RfSetup::IsEqual(ISimulationSetup const * other) const {
   auto const * const theirs = dynamic_cast<RfSetup const *>(other);
   if (!theirs || !m_plan || !theirs->m_plan)
     return !theirs || m_plan.has_value() == theirs->m_plan.has_value();
-  return m_plan->method == theirs->m_plan->method && m_plan->sweep.GetKind() == theirs->m_plan->sweep.GetKind() &&
+  return m_plan->method == theirs->m_plan->method && m_plan->files == theirs->m_plan->files &&
+         m_plan->sweep.GetKind() == theirs->m_plan->sweep.GetKind() &&
          m_plan->sweep.Frequencies() == theirs->m_plan->sweep.Frequencies();
 }
 

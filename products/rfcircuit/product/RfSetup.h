@@ -35,7 +35,7 @@ public:
   BaseSolution * CreateSolution(AString const & name) override;
   io::ReadError DesignFileRead(io::CBlock const & block) override;
   bool DesignFileWrite(io::CBlock & block) override;
-  /// Equal sweeps, lists included, got in the same way.
+  /// Equal sweeps, lists included, got in the same way, with the same files.
   bool IsEqual(ISimulationSetup const * other) const override;
 
 protected:

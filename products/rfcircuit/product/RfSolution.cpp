@@ -10,8 +10,17 @@
 namespace rfcircuit {
 
 AString const RfSolution::kName(L"Sweep");
+AString const RfSolution::kTouchstone(L"Touchstone");
+AString const RfSolution::kNodeVoltages(L"NodeVoltages");
+AString const RfSolution::kRenormalized(L"Renormalized");
+AString const RfSolution::kPasses(L"Passes");
 
-RfSolution::RfSolution(BaseSimulationSetup const & setup, long id, long version) : BaseSolution(setup, id, version) {
+RfSolution::RfSolution(BaseSimulationSetup const & setup, long id, long version)
+    : BaseSolution(setup, id, version), ResultStoreOwner(static_cast<BaseSolution &>(*this)) {
+  AddStore(kTouchstone, L".snp", m_touchstone);
+  AddStore(kNodeVoltages, L".csv", m_nodeVoltages);
+  AddStore(kRenormalized, m_renormalized);
+  AddStore(kPasses, m_passes);
   SetProductName(RfManager::kProductName);
   SetSolutionName(kName);
   SetExtractor(new RfExtractor(&GetSolutionMgr()->ForEdit(), this));

@@ -1,6 +1,7 @@
 #include "products/rfcircuit/product/SweepPlan.h"
 
 #include "basekit/io/CBlock.h"
+#include "basekit/io/CBlockFuncPtr.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/NumberText.h"
 #include "basekit/text/Utf8.h"
@@ -18,6 +19,9 @@ wchar_t const * const kAdaptive = L"adaptive";
 wchar_t const * const kTarget = L"Target";
 wchar_t const * const kPasses = L"Passes";
 wchar_t const * const kMostPoints = L"MostPoints";
+wchar_t const * const kTouchstone = L"Touchstone";
+wchar_t const * const kTouchstoneZ0 = L"TouchstoneZ0";
+wchar_t const * const kVoltages = L"Voltages";
 
 void Take(io::CBlock const & settings, wchar_t const * item, char const * name, rf::SweepMethod & method) {
   double value = 0.0;
@@ -50,11 +54,41 @@ rf::SweepMethod ReadMethod(io::CBlock const & settings) {
   return method;
 }
 
+void WriteFiles(io::CBlock & settings, rf::SweepFiles const & files) {
+  if (files.touchstone)
+    settings << io::named(kTouchstone, true);
+  if (files.z0)
+    settings << io::named(kTouchstoneZ0, *files.z0);
+  if (files.voltages.empty())
+    return;
+  io::CBlockFuncPtr const item(kVoltages);
+  item->AppendRun(std::vector<double>(files.voltages));
+  settings << item;
+}
+
+// Throws rf::NetlistError for items that make no sense.
+rf::SweepFiles ReadFiles(io::CBlock const & settings) {
+  rf::SweepFiles files;
+  settings >> io::named(kTouchstone, files.touchstone);
+  double z0 = 0.0;
+  settings >> io::named(kTouchstoneZ0, z0);
+  if (settings.Found())
+    files.z0 = z0;
+  if (auto const * const item =
+          static_cast<io::CBlock_func *>(settings.FindItem(kVoltages, io::CBlock_item::Kind::Func))) {
+    io::CBlock_func::iterator place = item->begin();
+    item->QueryUnamedValues(place, files.voltages);
+  }
+  files.Check();
+  return files;
+}
+
 } // namespace
 
 void WritePlan(io::CBlock & settings, SweepPlan const & plan) {
   WriteSweep(settings, plan.sweep);
   WriteMethod(settings, plan.method);
+  WriteFiles(settings, plan.files);
 }
 
 std::optional<SweepPlan> ReadPlan(io::CBlock const & settings, AString & error) {
@@ -62,7 +96,7 @@ std::optional<SweepPlan> ReadPlan(io::CBlock const & settings, AString & error) 
   if (!sweep)
     return std::nullopt;
   try {
-    return SweepPlan{*sweep, ReadMethod(settings)};
+    return SweepPlan{*sweep, ReadMethod(settings), ReadFiles(settings)};
   } catch (rf::NetlistError const & refused) {
     error = text::FromUtf8(refused.what());
     return std::nullopt;
@@ -82,7 +116,7 @@ std::optional<SweepPlan> PlanOfWords(AString const & words, AString & error) {
     auto const sweeps =
         rf::ReadNetlistText("sweep\n.sp " + (isOneLine ? line : std::string()) + "\n", "sweep").Sweeps();
     if (sweeps.size() == 1)
-      return SweepPlan{sweeps.front().sweep, sweeps.front().method};
+      return SweepPlan{sweeps.front().sweep, sweeps.front().method, sweeps.front().files};
     error = missing;
   } catch (rf::NetlistError const & refused) {
     error = text::FromUtf8("'" + line + "': " + refused.Message() + "; " + refused.Remedy());
@@ -107,6 +141,12 @@ AString WordsOfPlan(SweepPlan const & plan) {
     if (plan.method.mostPoints > 0)
       append(" most=", static_cast<double>(plan.method.mostPoints));
   }
+  if (plan.files.touchstone)
+    words += " touchstone";
+  if (plan.files.z0)
+    append(" z0=", *plan.files.z0);
+  for (double const frequency : plan.files.voltages)
+    append(frequency == plan.files.voltages.front() ? " voltages=" : ",", frequency);
   return text::FromUtf8(words);
 }
 

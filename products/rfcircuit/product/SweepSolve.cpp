@@ -89,7 +89,8 @@ private:
     rf::SweepResult const result = sweep.Run([this](rf::SweepPass const & pass) { TellPass(pass); });
     all.Stop();
     TellSolving(solving, solver, result.SolvedPoints());
-    TellTask(all.Without(solving), L"Fit", AString::Format(L"%d passes", result.last.number));
+    TellTask(all.Without(solving), L"Fit",
+             AString::Format(result.last.number == 1 ? L"%d pass" : L"%d passes", result.last.number));
     Take(result);
     m_progress.Report(1.0, AString::Format(result.isConverged ? L"%lu of %lu frequencies solved, the others fitted"
                                                               : L"not converged: %lu of %lu frequencies solved",
@@ -121,8 +122,9 @@ private:
 
   void TellSolving(SolveCosts const & costs, rf::SParameterSolver const & solver, std::size_t solved) {
     TellTask(costs, L"Solve",
-             AString::Format(L"%lu of %lu frequencies, pivots chosen %lu times", solved, m_frequencies.size(),
-                             solver.FullFactorizations()));
+             AString::Format(solver.FullFactorizations() == 1 ? L"%lu of %lu frequencies, pivots chosen %lu time"
+                                                              : L"%lu of %lu frequencies, pivots chosen %lu times",
+                             solved, m_frequencies.size(), solver.FullFactorizations()));
   }
 
   void TellTask(SolveCosts const & costs, AString const & name, AString const & info) {

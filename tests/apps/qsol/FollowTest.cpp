@@ -74,6 +74,22 @@ TEST_F(FollowEventsTest, TellEachBlockOnceAsItIsStoredReplacedDeletedAndCommitte
     EXPECT_EQ(event["event"], "committed");
 }
 
+TEST_F(FollowEventsTest, ACommitIsToldBetweenWhatItHoldsAndWhatCameAfterIt) {
+  MakeLibrary();
+  SolutionFileManager writer{Path(File())};
+  writer.LoadRealToInternalBlockNameMap();
+  Start();
+  EXPECT_TRUE(Look().empty());
+  Save(writer, DataName(L"a=7"), 7);
+  Save(writer, DataName(L"a=8"), 8);
+  ASSERT_EQ(writer.CommitAll(false), CStreamioLibrary::kLibSuccess);
+  Save(writer, DataName(L"a=9"), 9);
+  std::vector<std::string> told;
+  for (auto const & event : Look())
+    told.push_back(event["event"] == "block" ? event["variation"] : event["event"]);
+  EXPECT_EQ(told, (std::vector<std::string>{"a=7", "a=8", "committed", "a=9"}));
+}
+
 TEST_F(FollowEventsTest, KeepToWhatIsSelected) {
   MakeLibrary();
   SolutionFileManager writer{Path(File())};

@@ -7,6 +7,7 @@
 #include <bit>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <limits>
 
 #include <sys/stat.h>
@@ -179,4 +180,25 @@ TEST_F(RewrittenLibrary, ConvertsThereAndBackToTheLastBit) {
   ASSERT_EQ(samples.AllReals().size(), numbers.size());
   for (std::size_t i = 0; i < numbers.size(); ++i)
     EXPECT_EQ(std::bit_cast<std::uint64_t>(samples.AllReals()[i]), std::bit_cast<std::uint64_t>(numbers[i]));
+}
+
+TEST_F(RewrittenLibrary, IsLeftAloneWhileItsProjectMayGoBackToWhatWasSaved) {
+  MakeLibrary();
+  std::string const saved = File() + "_saved";
+  std::ofstream(saved) << "SavedLibrary {\n}\n";
+  auto told = Compact();
+  EXPECT_EQ(told.code, static_cast<int>(qsol::Exit::Failed));
+  EXPECT_TRUE(told.Notes("solvedesk save PROJECT"));
+  std::filesystem::remove(saved);
+
+  std::filesystem::create_directory(m_folder / "study.results");
+  std::filesystem::rename(File(), m_folder / "study.results/amp.qsol");
+  std::ofstream(m_folder / "study.sproject.saving") << "Saving {\n}\n";
+  RewriteOptions options;
+  options.file = (m_folder / "study.results/amp.qsol").string();
+  told = Perform(qsol::Compact, options);
+  EXPECT_EQ(told.code, static_cast<int>(qsol::Exit::Failed));
+  EXPECT_TRUE(told.Notes("study.sproject.saving: a save of the project"));
+  std::filesystem::remove(m_folder / "study.sproject.saving");
+  EXPECT_EQ(Perform(qsol::Compact, options).code, 0);
 }

@@ -123,6 +123,39 @@ TEST_F(FileOperations, CopiesAFolderWithOrWithoutReplacing) {
   EXPECT_EQ(Read(L"to/a"), "new");
 }
 
+TEST_F(FileOperations, AFolderIsNeverEmptiedThroughALink) {
+  LFN_CreateDirectory(At(L"mine"));
+  Write(L"mine/file", "x");
+  std::filesystem::create_directory_symlink("mine", m_folder / "link");
+  EXPECT_FALSE(LFN_DeleteDirectoryContents(At(L"link")));
+  EXPECT_FALSE(LFN_DeleteDirectoryContents(At(L"link/")));
+  EXPECT_EQ(Read(L"mine/file"), "x");
+}
+
+TEST_F(FileOperations, ACopyOfAFolderFollowsNoLinkAndTellsSo) {
+  LFN_CreateDirectory(At(L"from"));
+  LFN_CreateDirectory(At(L"foreign"));
+  Write(L"from/file", "x");
+  Write(L"foreign/secret", "s");
+  std::filesystem::create_directory_symlink(".", m_folder / "from/again");
+  std::filesystem::create_directory_symlink("../foreign", m_folder / "from/other");
+  std::filesystem::create_symlink("../foreign/secret", m_folder / "from/secret");
+  EXPECT_FALSE(LFN_CopyDirectoryContents(At(L"from"), At(L"to"), true));
+  EXPECT_EQ(Read(L"to/file"), "x");
+  for (AString const & name : {AString(L"to/again"), AString(L"to/other"), AString(L"to/secret")})
+    EXPECT_FALSE(LFN_Exists(At(name)));
+}
+
+TEST_F(FileOperations, ACopyOfAFolderNeverLandsBehindALink) {
+  LFN_CreateDirectoryAndParents(At(L"from/sub"));
+  LFN_CreateDirectory(At(L"to"));
+  LFN_CreateDirectory(At(L"foreign"));
+  Write(L"from/sub/file", "x");
+  std::filesystem::create_directory_symlink("../foreign", m_folder / "to/sub");
+  EXPECT_FALSE(LFN_CopyDirectoryContents(At(L"from"), At(L"to"), true));
+  EXPECT_FALSE(LFN_Exists(At(L"foreign/file")));
+}
+
 TEST_F(FileOperations, FindsFilesByPatternInTheOrderOfTheirNames) {
   for (auto const * const name : {L"b.profile", L"a.profile", L"c.txt"})
     Write(name, "");

@@ -53,3 +53,17 @@ TEST_F(PlaceInFolder, WhatComesBehindTheFolderIsToldByTheText) {
   for (AString const path : {L"/a/b", L"/a/b/", L"/a/bc", L"/a", L"/a/b/../c"})
     EXPECT_FALSE(LFN_RelativeTo(L"/a/b", path, relative)) << text::ToUtf8(path);
 }
+
+TEST_F(PlaceInFolder, TwoSpellingsOfOneFolderByALinkInFrontAreOneFolder) {
+  std::filesystem::create_directories(folder / "real/results/v1");
+  std::filesystem::create_symlink("real", folder / "link");
+  std::filesystem::create_symlink("v1", folder / "real/results/last");
+  AString relative;
+  EXPECT_TRUE(LFN_RelativeTo(root + AString(L"real/results"), root + AString(L"link/results/v1/x"), relative));
+  EXPECT_EQ(relative, L"v1/x");
+  EXPECT_TRUE(LFN_RelativeTo(root + AString(L"link/results/"), root + AString(L"real/results/absent/"), relative));
+  EXPECT_EQ(relative, L"absent");
+  EXPECT_FALSE(LFN_RelativeTo(root + AString(L"link/results"), root + AString(L"real/other"), relative));
+  EXPECT_TRUE(LFN_RelativeTo(root + AString(L"link/results"), root + AString(L"real/results/last"), relative));
+  EXPECT_EQ(relative, L"last");
+}

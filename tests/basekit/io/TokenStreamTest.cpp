@@ -8,6 +8,7 @@
 #include "basekit/io/StreamFunctions.h"
 #include "basekit/io/XStreamioError.h"
 #include "basekit/text/Utf8.h"
+#include "tests/support/FaultyFileSystem.h"
 #include "tests/support/Printers.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -112,6 +113,43 @@ TEST_F(TokenStream, MakesAnEmptyFileByOpeningAndClosing) {
   CToken token;
   in >> token;
   EXPECT_TRUE(in.fail());
+}
+
+TEST_F(TokenStream, ReplacesALongerFile) {
+  Put("something that is long");
+  CToken_ostream out(Path(), 32);
+  out << CBlock(L"A");
+  out.Close();
+  EXPECT_FALSE(out.fail());
+  EXPECT_EQ(Content(), "A {}\n");
+}
+
+TEST_F(TokenStream, WritesMoreThanOneBufferInOrder) {
+  CBlock block(L"Big");
+  for (int i = 0; i < 20000; ++i)
+    block << named(AString::Format(L"value%d", i), static_cast<long const &>(long{i}));
+  CToken_ostream out(Path(), 32);
+  out << block << CBlock(L"Last");
+  out.Close();
+  ASSERT_FALSE(out.fail());
+  CBlock again(L"Big");
+  CToken_istream in(Path(), 1);
+  in >> again;
+  EXPECT_FALSE(in.fail());
+  EXPECT_EQ(again.Pack(), block.Pack());
+  EXPECT_TRUE(in.AtBeginBlock(L"Last"));
+}
+
+TEST_F(TokenStream, AWriteThatTheDiskRefusesIsTold) {
+  for (int operation : {1, 2}) {
+    Put("former");
+    support::FaultyFileSystem faulty;
+    faulty.FailAt(operation, true);
+    CToken_ostream out(Path(), 32);
+    out << CBlock(L"A");
+    out.Close();
+    EXPECT_TRUE(out.fail()) << operation;
+  }
 }
 
 TEST_F(TokenStream, FailsOnABlockOfAnotherNameAndLeavesTheReader) {

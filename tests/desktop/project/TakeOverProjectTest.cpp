@@ -1,5 +1,6 @@
 #include "basekit/id/Id.h"
 #include "basekit/io/CBlock.h"
+#include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/ProjectCopy.h"
 #include "desktop/project/RecoveryFailed.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
@@ -130,6 +131,40 @@ TEST_F(TakeOverProject, CanBeTriedOutOnACopy) {
   EXPECT_EQ(Names(), before);
   EXPECT_EQ(Read("study.results/circuit.qsol_priv"), work);
   ExpectBothPoints(*Open());
+}
+
+TEST_F(TakeOverProject, IsTriedOutOnACopyThatMayBeWrittenThoughTheFilesMayNot) {
+  CrashWithAStalePoint();
+  namespace fs = std::filesystem;
+  AString const library = PathOf("study.results/circuit.qsol");
+  fs::permissions(text::ToUtf8(library), fs::perms::owner_read);
+  desktop::Project const project(ProjectPath());
+  desktop::ProjectCopy const copy(project);
+  fs::path const copied = fs::path(text::ToUtf8(copy.Path())).parent_path() / "study.results" / "circuit.qsol";
+  EXPECT_NE(fs::status(copied).permissions() & fs::perms::owner_write, fs::perms::none);
+  EXPECT_EQ(fs::status(text::ToUtf8(library)).permissions(), fs::perms::owner_read);
+}
+
+TEST_F(TakeOverProject, TellsOfBlocksWhoseNamesATornEndTookAlongAndKeepsACopy) {
+  Create()->Save();
+  Crash([](desktop::Session & session) {
+    for (int i = 1; i < 9; ++i)
+      Solve(session, AString::Format(L"C=%d; L=2", i), i);
+  });
+  AString const library = PathOf("study.results/circuit.qsol");
+  std::string const whole = Read("study.results/circuit.qsol_priv");
+  EXPECT_EQ(desktop::CountNamelessBlocks(library), 0u);
+  std::size_t cut = 0;
+  while (++cut < whole.size() && desktop::CountNamelessBlocks(library) == 0)
+    Write("study.results/circuit.qsol_priv", whole.substr(0, whole.size() - cut));
+  ASSERT_LT(cut, whole.size()) << "no cut takes a name along";
+  std::string const torn = Read("study.results/circuit.qsol_priv");
+  auto const session = Open();
+  ASSERT_EQ(session->GetNotices().size(), 2u);
+  EXPECT_NE(session->GetNotices()[0].find(L"its end is torn off, and with it the name of 1 block"), AString::npos)
+      << text::ToUtf8(session->GetNotices()[0]);
+  EXPECT_EQ(Read("study.results/circuit.qsol_priv.set-aside-1"), torn);
+  EXPECT_EQ(session->CountRecoveredPoints(), 7);
 }
 
 TEST_F(TakeOverProject, IsNotTriedOutBesideAWriter) {

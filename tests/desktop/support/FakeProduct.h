@@ -1,10 +1,12 @@
 #pragma once
 
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IResultStores.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
+#include "tests/desktop/support/FakeStores.h"
 
 #include <vector>
 
@@ -22,9 +24,12 @@ public:
   std::vector<double> values;
 };
 
-class FakeSolution : public BaseSolution {
+class FakeSolution : public BaseSolution, public desktop::IResultStores {
 public:
   FakeSolution(BaseSimulationSetup const & setup, long id, long version);
+  std::vector<CMirroredDataMap *> GetResultStores() override { return stores.All(); }
+
+  FakeStores stores{*this};
 
 protected:
   BaseSolutionVariation * CreateSolutionVariation(AString const & variation, long version) override;

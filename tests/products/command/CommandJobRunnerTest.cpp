@@ -112,6 +112,8 @@ TEST_F(CommandJobRunner, FailuresNameTheThingAndTheLastWords) {
   ExpectFailed("shell sleep 60\ntime-limit 0.2" + out, {"longer than 0.2 s", "time-limit"});
   ExpectFailed("shell sleep 60 &" + out, {"left 1 process running"});
   ExpectFailed("shell exec head -c 3000000 /dev/zero > out.csv\noutput-limit 1" + out, {"file of more than 1 MB"});
+  ExpectFailed("shell trap '' XFSZ; head -c 3000000 /dev/zero > out.csv || exit 1\noutput-limit 1" + out,
+               {"exit status 1, as a file came to 1 MB", "output-limit"});
   ExpectFailed("shell yes\noutput-limit 1\noutput csv stdout\nscalar y = y\n", {"printed more than 1 MB"});
   ExpectFailed("shell echo oops >&2" + out, {"out.csv", "left no such file"});
   ExpectFailed("shell mkfifo out.csv" + out, {"out.csv", "something else"});

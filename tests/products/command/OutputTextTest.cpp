@@ -72,6 +72,21 @@ TEST(OutputText, RefusesHalfNumbersAndNumbersThatAreNotFinite) {
     ExpectRefused(output, std::string("y\n") + number + "\n", {"out:2", "not finite"});
 }
 
+TEST(OutputText, ANumberThatCantBeHeldIsToldAsSuch) {
+  auto const output = Output(Form::kCsv, {{"y", Kind::kColumn}});
+  for (std::string const & number : {std::string("1e999"), std::string("-1.5E-4000"), std::string(400, '9')})
+    ExpectRefused(output, "y\n" + number + "\n", {"out:2", "too large or too small"});
+}
+
+TEST(OutputText, AFilePartedBySemicolonsIsToldAboutCommas) {
+  ExpectRefused(Output(Form::kCsv, {{"y", Kind::kColumn}}), "x;y\n1;2\n", {"out:1", "no column 'y'", "by commas"});
+  ExpectRefused(Output(Form::kCsv, {{"1", Kind::kColumn}}, false), "1;2\n", {"'1;2' is no number", "by commas"});
+}
+
+TEST(OutputText, ANulByteDoesNotCutWhatIsTold) {
+  ExpectRefused(Output(Form::kCsv, {{"y", Kind::kColumn}}), std::string("y\n1\0 5\n", 7), {"'1\\0 5' is no number"});
+}
+
 TEST(OutputText, RefusesNumbersOfALastLineWithoutAnEndSinceTheyMayBeCut) {
   ExpectRefused(Output(Form::kCsv, {{"y", Kind::kColumn}}), "y\n12.3", {"out:2", "no line end", "cut"});
   ExpectRefused(Output(Form::kTable, {{"1", Kind::kColumn}}, false), "1 2\n3 4", {"out:2", "no line end"});
@@ -91,10 +106,14 @@ TEST(OutputText, TakesNumbersOfJsonByPointers) {
 TEST(OutputText, RefusesJsonThatDoesNotHoldWhatIsWanted) {
   auto const output = Output(Form::kJson, {{"/y", Kind::kColumn}});
   ExpectRefused(output, "", {"no JSON", "byte"});
-  ExpectRefused(output, R"({"y": 1)", {"no JSON", "cut"});
+  ExpectRefused(output, R"({"y": 1)", {"no JSON", "ends too early, after byte 7", "cut"});
   ExpectRefused(output, R"({"y": NaN})", {"no JSON", "NaN"});
   ExpectRefused(output, R"({"y": 1e999})", {"no JSON"});
   ExpectRefused(output, R"({"x": 1, "z": 2})", {"nothing at '/y'", "x, z"});
+  ExpectRefused(Output(Form::kJson, {{"/y/nix", Kind::kOnly}}), R"({"y": {"u": 1, "v": 2}, "z": 2})",
+                {"in /y there are u, v"});
+  ExpectRefused(Output(Form::kJson, {{"/y/~5/a", Kind::kOnly}}), R"({"y": {"u": 1}})",
+                {"nothing at", "in /y there are u"});
   ExpectRefused(output, R"({"y": "1"})", {"no number"});
   ExpectRefused(output, R"({"y": [1, null]})", {"no number"});
   ExpectRefused(output, R"({"y": []})", {"no value"});

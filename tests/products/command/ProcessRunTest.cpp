@@ -105,6 +105,14 @@ TEST_F(ProcessRun, WhatForksAndStaysIsStoppedAndTold) {
   ExpectGone(PidIn("away"));
 }
 
+TEST_F(ProcessRun, WhatTheOnesLeftBehindHaveStartedIsCountedToo) {
+  auto const outcome = Run("setsid sh -c 'sleep 600 & sleep 600 & echo $$ > away; wait' & "
+                           "while ! [ -s away ]; do sleep 0.01; done");
+  EXPECT_EQ(outcome.end, End::kLeftRunning);
+  EXPECT_EQ(outcome.code, 3);
+  ExpectGone(PidIn("away"));
+}
+
 TEST_F(ProcessRun, WhatIsDoneSoonAfterTheProgramIsNoHarm) {
   auto const outcome = Run("(sleep 0.2; echo late) & echo early");
   EXPECT_EQ(outcome.end, End::kExited);

@@ -86,6 +86,15 @@ TEST_F(SolverFile, RefusesLinesThatMakeNoSenseWithTheirNumber) {
   ExpectRefused("input in.txt\n" + rest, {"in.txt", "template"});
 }
 
+TEST_F(SolverFile, SettingsOfSetupsTakeItsOrderAndSpelling) {
+  auto const file = Read("setting step = 1\nsetting Way = up\nsetup A WAY=down STEP=2\n" + std::string(kRest));
+  EXPECT_EQ(file.setups.at(0).settings, (command::HoleValues{{"step", "2"}, {"Way", "down"}}));
+  command::HoleValues fitted;
+  EXPECT_EQ(command::FitSettings(file, {{"wAy", "x"}}, fitted), "");
+  EXPECT_EQ(fitted, (command::HoleValues{{"Way", "x"}}));
+  EXPECT_NE(command::FitSettings(file, {{"q", "20"}}, fitted).find("'q'; there are step, Way"), std::string::npos);
+}
+
 TEST_F(SolverFile, RefusesNamesThatLeadOutOfTheScratchFolder) {
   Write("in.txt", "");
   for (char const * name : {"/etc/passwd", "../x", "a/../../x", "a/", "."})
@@ -117,9 +126,10 @@ TEST_F(SolverFile, RefusesHolesThatNothingFills) {
 TEST_F(SolverFile, NotesWhatMaySurprise) {
   Write("in.txt", "{angle}");
   auto const file = Read("variable angle = 45 deg\nvariable y = 1\ntemplate in.txt\n" + std::string(kRest));
-  ASSERT_EQ(file.notes.size(), 2u);
+  ASSERT_EQ(file.notes.size(), 3u);
   EXPECT_NE(file.notes[0].find("plain numbers"), std::string::npos);
-  EXPECT_NE(file.notes[1].find("variable y"), std::string::npos);
+  EXPECT_NE(file.notes[1].find("y: is the name of a variable too"), std::string::npos);
+  EXPECT_NE(file.notes[2].find("variable y"), std::string::npos);
 }
 
 TEST_F(SolverFile, IsNoFolderAndNoBytes) {

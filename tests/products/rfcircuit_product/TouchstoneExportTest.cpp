@@ -92,12 +92,12 @@ TEST_F(TouchstoneExport, OfTheSameDataIsTheSameFile) {
   EXPECT_EQ(Content(m_folder / "a.s2p"), Content(m_folder / "b.s2p"));
 }
 
-TEST_F(TouchstoneExport, OfPortsWithDifferentReferencesIsRefusedWithARemedy) {
-  EXPECT_EQ(
-      Write(Solved("transformer/transformer.cir", L""), "point"),
-      "point.s2p: a Touchstone file of version 1 holds one reference impedance for all ports, but port 1 (V1) has "
-      "50 ohm and port 2 (V2) has 200 ohm; give all ports of the netlist the same z0");
-  EXPECT_FALSE(std::filesystem::exists(m_folder / "point.s2p"));
+TEST_F(TouchstoneExport, OfPortsWithDifferentReferencesTellsEachInVersionTwo) {
+  ASSERT_EQ(Write(Solved("transformer/transformer.cir", L""), "point"), "");
+  std::string const text = Content(m_folder / "point.s2p");
+  EXPECT_NE(text.find("\n[Version] 2.0\n# Hz S RI R 50\n[Number of Ports] 2\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("\n[Reference] 50 200\n"), std::string::npos);
+  EXPECT_TRUE(text.ends_with("\n[End]\n"));
 }
 
 TEST_F(TouchstoneExport, WithoutDataInMemoryIsRefused) {

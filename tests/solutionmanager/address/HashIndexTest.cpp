@@ -8,7 +8,7 @@
 
 namespace {
 
-std::vector<long> Under(HashIndex<long> const & index, std::uint64_t hash) {
+template <Slots kSlots> std::vector<long> Under(HashIndex<long, kSlots> const & index, std::uint64_t hash) {
   std::vector<long> found;
   index.Find(hash, [&](long value) {
     found.push_back(value);
@@ -35,9 +35,34 @@ TEST(HashIndex, SeveralValuesStandUnderOneHash) {
   EXPECT_EQ(Under(index, 7), (std::vector<long>{0, 1, 2, 4, 30}));
 }
 
-TEST(HashIndex, ItHoldsWhatAnOrdinaryMapHoldsThroughInsertionsAndErasures) {
-  std::mt19937 random(3);
+TEST(HashIndex, RoomThatIsMadeBeforehandChangesNothingOfWhatItHolds) {
   HashIndex<long> index;
+  for (long value = 0; value < 100; ++value) {
+    if (value == 50)
+      index.Reserve(1000);
+    index.Insert(static_cast<std::uint64_t>(value / 2), value);
+  }
+  index.Reserve(1);
+  EXPECT_EQ(Under(index, 7), (std::vector<long>{14, 15}));
+  EXPECT_EQ(Under(index, 49), (std::vector<long>{98, 99}));
+}
+
+TEST(HashIndex, NumbersInRunsAreFoundWhateverTheirDistance) {
+  for (std::uint64_t const distance : {1u, 7u, 8u, 1024u, 1u << 20}) {
+    HashIndex<long, Slots::kRunsOf8> index;
+    for (long value = 0; value < 1000; ++value)
+      index.Insert(static_cast<std::uint64_t>(value) * distance, value);
+    for (long value = 0; value < 1000; ++value)
+      ASSERT_EQ(Under(index, static_cast<std::uint64_t>(value) * distance), std::vector<long>{value}) << distance;
+    EXPECT_TRUE(Under(index, 1000 * distance).empty());
+  }
+}
+
+namespace {
+
+template <Slots kSlots> void ExpectAsAnOrdinaryMap() {
+  std::mt19937 random(3);
+  HashIndex<long, kSlots> index;
   std::unordered_multimap<std::uint64_t, long> plain;
   for (long step = 0; step < 20000; ++step) {
     // Few hashes, zero among them, so that they crowd.
@@ -58,4 +83,11 @@ TEST(HashIndex, ItHoldsWhatAnOrdinaryMapHoldsThroughInsertionsAndErasures) {
     std::sort(expected.begin(), expected.end());
     ASSERT_EQ(Under(index, hash), expected) << hash;
   }
+}
+
+} // namespace
+
+TEST(HashIndex, ItHoldsWhatAnOrdinaryMapHoldsThroughInsertionsAndErasures) {
+  ExpectAsAnOrdinaryMap<Slots::kScattered>();
+  ExpectAsAnOrdinaryMap<Slots::kRunsOf8>();
 }

@@ -251,3 +251,64 @@ TEST_F(DoubleLocationBlocks, AnEntryOfAVersionOutOfReachLeavesNoTrace) {
   store.ListValidKeys(keys);
   EXPECT_TRUE(keys.empty());
 }
+
+TEST_F(DoubleLocationBlocks, AnIdentifierOfTwoNumbersIsThatOfTheFirst) {
+  IDs({{7, 1.5}, {7, 2.5}});
+  Read();
+  Solve(a, 1.5);
+  Solve(a, 2.5);
+  EXPECT_EQ(Working(a, 1.5), L"res/V1_100_7");
+  EXPECT_EQ(Working(a, 2.5), L"res/V1_100_101");
+}
+
+TEST_F(DoubleLocationBlocks, EntriesOfAVariationThatTheOwnerDoesNotKnowArePassedOver) {
+  owner.Put(L"res/V77_5_7", "x");
+  IDs({{7, 1.5}});
+  Entry(77, 5, {{7, L"res/V77_5_7"}});
+  support::AssertWatch::Expect("isKnown");
+  Read();
+  EXPECT_FALSE(store.HaveData());
+}
+
+TEST_F(DoubleLocationBlocks, AMissingFileWhoseNameCantBeParsedLeavesNoTrace) {
+  IDs({{7, 1.5}});
+  Entry(1, 5, {{7, L"gone.qsol"}});
+  Read();
+  EXPECT_FALSE(store.HaveData());
+}
+
+TEST_F(DoubleLocationBlocks, TheLatestNumberIsThatOfTheLastLineAlsoWhenItsNumberHasALocationAsIsMeant) {
+  for (AString const path : {L"res/V1_70_7", L"res/V1_70_8", L"res/V1_70_9", L"res/V1_5_3"})
+    owner.Put(path, "x");
+  Versions(5, 70);
+  IDs({{7, 3.5}, {8, 9.5}, {9, 3.5}});
+  Entry(1, 5, {{7, L"res/V1_70_7"}, {8, L"res/V1_70_8"}, {9, L"res/V1_70_9"}});
+  Read();
+  EXPECT_EQ(Committed(a), (std::vector<AString>{L"res/V1_5_3", L"res/V1_5_3"}));
+}
+
+TEST_F(DoubleLocationBlocks, InfinitiesComeBack) {
+  double const infinity = std::numeric_limits<double>::infinity();
+  Solve(a, infinity);
+  Solve(a, -infinity);
+  store.CommitMirroredData();
+  io::CBlock parent(L"Design");
+  ASSERT_TRUE(store.Write(parent));
+  io::CBlock again(L"Design");
+  ASSERT_TRUE(again.Unpack(parent.Pack()));
+  store = CMirroredDoubleMapLocationData(&owner, L"Store", L"File", L"Path", true);
+  ASSERT_TRUE(store.Read(again, true));
+  EXPECT_EQ(Working(a, infinity), L"res/V1_5_101");
+  EXPECT_EQ(Working(a, -infinity), L"res/V1_5_102");
+}
+
+TEST_F(DoubleLocationBlocks, ASnapshotOfAllVariationsAsksForTheVariationThatTheOwnerNamedWhichIsNoneAsIsMeant) {
+  Solve(a, 1.0);
+  store.CommitMirroredData();
+  Solve(a, 1.0);
+  owner.setsWriteMode = true;
+  owner.isSnapshot = true;
+  owner.keepsWorkingLocations = false;
+  EXPECT_EQ(Written(), L"Design { Store { Vmap(5, 100) IDDblMap(101, 1) DataMap { VID = 1 Ver = 5 "
+                       L"File(DblID = 101, Path = \"res/V-1_5_101\") } } }");
+}

@@ -90,6 +90,37 @@ TEST_F(DoubleLocations, WhatIsNoNumberEqualsNothingAndIsRefused) {
   EXPECT_EQ(Values(a), (Doubles{1.0}));
 }
 
+TEST_F(DoubleLocations, WhatIsNoNumberClearsNothingAndSparesNothing) {
+  SaveAndSolveAgain();
+  store.ClearData(std::set<double, CMirroredDoubleMapLocationData::Less>{kNaN});
+  EXPECT_EQ(Files().size(), 3u);
+  EXPECT_EQ(Values(a), (Doubles{1.0, 2.0}));
+  Doubles valid;
+  store.GetValidDoubles(a, valid);
+  EXPECT_EQ(valid, (Doubles{1.0, 2.0}));
+  EXPECT_TRUE(store.DiscardMirroredDataExcept(kNaN));
+  EXPECT_TRUE(Values(a).empty());
+  store.GetValidDoubles(a, valid);
+  EXPECT_EQ(valid, (Doubles{1.0, 2.0}));
+}
+
+TEST_F(DoubleLocations, TinyNumbersWithinTheAbsoluteToleranceAreOneKey) {
+  store.SetData(a, 1e-15);
+  store.SetData(a, 2e-15);
+  EXPECT_EQ(Values(a), (Doubles{1e-15}));
+  EXPECT_TRUE(store.HaveData(a, 2e-15));
+}
+
+TEST_F(DoubleLocations, AnIdentifierOfAPathToWriteOutlivesADiscardInBothMaps) {
+  EXPECT_EQ(store.GetRelativePath(a, 1.5, true, false), L"res/V1_100_101");
+  EXPECT_FALSE(store.DiscardMirroredData());
+  double value = 0.0;
+  EXPECT_TRUE(store.GetDoubleValueByID(101, value));
+  EXPECT_EQ(value, 1.5);
+  EXPECT_EQ(store.GetRelativePath(a, 1.5, true, false), L"res/V1_100_101");
+  EXPECT_EQ(owner.nextID, 102);
+}
+
 TEST_F(DoubleLocations, ThePathToWriteBearsTheMirroredNumberAndTheIdentifier) {
   EXPECT_EQ(store.GetRelativePath(a, 1.5, true, false), L"res/V1_100_101");
   EXPECT_EQ(store.GetRelativePath(b, 1.5, true, false), L"res/V2_100_101");
@@ -392,4 +423,102 @@ TEST_F(DoubleLocations, ListingsNameEachFileOfTheVariation) {
   AString const nothing = L"Nothing in CMirroredDoubleMapLocationData::GetFilesAndDirsToCopyForExportingVariation for "
                           L"exporting variation a=2\n";
   EXPECT_EQ(s_traces, (std::vector<AString>{nothing, nothing}));
+}
+
+TEST_F(DoubleLocations, SeededPathsThatCantBeParsedAreSavedToFilesOfTheirOwn) {
+  owner.Put(L"res/one", "first");
+  owner.Put(L"res/two", "second");
+  store.SetData(a, 1.0, L"res/one");
+  store.SetData(a, 2.0, L"res/two");
+  EXPECT_EQ(owner.nextID, 102);
+  Save();
+  EXPECT_EQ(owner.Content(L"res/V1_5_-1"), "first");
+  EXPECT_EQ(owner.Content(L"res/V1_5_101"), "second");
+}
+
+TEST_F(DoubleLocations, ASeededIdentifierThatAnotherNumberHasIsNotTakenTwice) {
+  owner.Put(L"res/V1_5_7", "first");
+  owner.Put(L"res/V2_5_7", "second");
+  store.SetData(a, 1.0, L"res/V1_5_7");
+  store.SetData(b, 2.0, L"res/V2_5_7");
+  double value = 0.0;
+  EXPECT_TRUE(store.GetDoubleValueByID(7, value));
+  EXPECT_EQ(value, 1.0);
+  Solve(a, 2.0, "third");
+  Save();
+  EXPECT_EQ(owner.Content(L"res/V1_5_7"), "first");
+  EXPECT_EQ(owner.Content(L"res/V1_5_101"), "third");
+  EXPECT_EQ(owner.Content(L"res/V2_5_101"), "second");
+}
+
+TEST_F(DoubleLocations, ALocationThatCantBeMovedReplacesNothing) {
+  SaveAndSolveAgain();
+  owner.commitAs = L"../outside";
+  support::AssertWatch::Expect("!\"A location leads out of the results folder\"");
+  Save();
+  EXPECT_EQ(owner.Content(L"res/V1_5_101"), "saved");
+  EXPECT_EQ(owner.Content(L"res/V1_5_102"), "saved");
+}
+
+TEST_F(DoubleLocations, AVersionThatNoMirroredNumberReachesHasNoLocations) {
+  VariationIDIndex const far = owner.Key(L"a=1", std::numeric_limits<long>::max());
+  support::AssertWatch::Expect("isWithinReach");
+  store.SetData(far, 1.0);
+  store.SetData(far, 2.0, L"res/V1_5_7");
+  EXPECT_EQ(store.GetRelativePath(far, 3.0, true, true), L"");
+  EXPECT_EQ(Keys(), 0u);
+  double value = 0.0;
+  EXPECT_FALSE(store.GetDoubleValueByID(7, value));
+}
+
+TEST_F(DoubleLocations, TheCommittedTwinIsTheOneOfTheNumberThatWasAsked) {
+  // Each neighbour is equal to the next, the outer two are not.
+  double const low = 1.0;
+  double const middle = 1.0 + 0.8e-12;
+  double const high = 1.0 + 1.6e-12;
+  owner.Put(L"res/V1_5_7", "saved");
+  store.SetData(a, high, L"res/V1_5_7");
+  store.DiscardMirroredData();
+  owner.Put(L"res/V1_5_7", "saved");
+  store.SetData(a, low, L"res/V1_5_7");
+  ASSERT_EQ(Values(a), (Doubles{low}));
+  store.SetData(a, middle);
+  EXPECT_EQ(Path(a, low), L"res/V1_100_101");
+  EXPECT_EQ(owner.Content(L"res/V1_5_7"), "saved");
+}
+
+TEST_F(DoubleLocations, TheOwnerHearsOfEachFileUnderTheVersionsOfItsView) {
+  SaveAndSolveAgain();
+  store.ClearData(std::set<double, CMirroredDoubleMapLocationData::Less>{1.0});
+  EXPECT_EQ(owner.TakeCalls(), (Calls{"delete a=1 5 5 1", "delete a=1 5 100 1"}));
+  Solve(a, 3.0);
+  EXPECT_TRUE(store.DiscardMirroredDataExcept(3.0));
+  EXPECT_EQ(owner.TakeCalls(), (Calls{"delete a=1 5 100 2"}));
+  store.ClearAllData();
+  EXPECT_EQ(owner.TakeCalls(), (Calls{"delete a=1 5 5 2", "delete a=1 5 100 3"}));
+  Solve(a, 1.0);
+  store.ClearData(L"a=1", 1.0);
+  EXPECT_EQ(owner.TakeCalls(), (Calls{"delete a=1 5 100 1"}));
+}
+
+namespace {
+
+/// Answers in place of a product's override.
+struct WatchingNumbers : CMirroredDoubleMapLocationData {
+  using CMirroredDoubleMapLocationData::CMirroredDoubleMapLocationData;
+  using CMirroredDoubleMapLocationData::DiscardMirroredData;
+  std::string calls;
+  void ClearNonCurrentData() override { calls += "noncurrent "; }
+  bool DiscardMirroredData(AString const &) override { return (calls += "variation "), false; }
+  bool DiscardMirroredData() override { return (calls += "all "), false; }
+};
+
+} // namespace
+
+TEST_F(DoubleLocations, OverridesAreAskedWhereOneOperationUsesAnother) {
+  WatchingNumbers watched(&owner, L"Store", L"File", L"Path", true);
+  watched.ClearVariationData(L"a=1");
+  watched.CommitMirroredData();
+  watched.ReinitMirroredData();
+  EXPECT_EQ(watched.calls, "variation noncurrent all ");
 }

@@ -266,3 +266,69 @@ TEST_F(LocationBlocks, NamesOfAnyScriptWork) {
   store.ClearVariationData(L"a=1");
   EXPECT_FALSE(owner.Exists(name));
 }
+
+TEST_F(LocationBlocks, ANameThatTheOwnerCantParseIsPassedOver) {
+  owner.Put(L"d.qsol", "precious");
+  for (bool const hasVersions : {true, false}) {
+    block.Clear();
+    store = CMirroredLocationData(&owner, L"Store", L"File", L"Path", true);
+    if (hasVersions)
+      Versions(5, 70);
+    Line(1, 5, L"d.qsol");
+    Line(2, 5, L"gone.qsol");
+    Read();
+    EXPECT_FALSE(store.HaveData());
+    store.ClearAllData();
+    EXPECT_EQ(store.GetMirroredVersion(5), hasVersions ? 70 : 100);
+    EXPECT_TRUE(owner.Exists(L"d.qsol"));
+  }
+  EXPECT_EQ(support::AssertWatch::Take(), (std::vector<std::string>{"isParsed"}));
+}
+
+TEST_F(LocationBlocks, ANameOfALowerOrATakenNumberIsPassedOver) {
+  for (AString const & name : {AString(L"res/V1_4"), AString(L"res/V1_70"), AString(L"res/V2_70")})
+    owner.Put(name, "x");
+  Line(1, 5, L"res/V1_4");
+  Line(1, 6, L"res/V1_70");
+  Line(2, 7, L"res/V2_70");
+  support::AssertWatch::Expect("isTaken");
+  Read();
+  EXPECT_EQ(Working(a), L"");
+  EXPECT_EQ(Working(owner.Key(L"a=1", 6)), L"res/V1_70");
+  EXPECT_FALSE(store.HaveData(owner.Key(L"a=2", 7)));
+}
+
+TEST_F(LocationBlocks, LinesOfAVariationThatTheOwnerDoesNotKnowArePassedOver) {
+  owner.Put(L"res/V77_5", "x");
+  owner.Put(L"res/V78_70", "x");
+  Line(77, 5, L"res/V77_5");
+  Line(78, 5, L"res/V78_70");
+  support::AssertWatch::Expect("isKnown");
+  Read();
+  EXPECT_FALSE(store.HaveData());
+  store.ClearAllData();
+  EXPECT_EQ(owner.AllFiles().size(), 2u);
+}
+
+TEST_F(LocationBlocks, AVersionThatTheFilesVersionsLackGetsNoNumberFromTheName) {
+  owner.Put(L"res/V1_70", "x");
+  Versions(8, 80);
+  Line(1, 5, L"res/V1_70");
+  Read();
+  EXPECT_EQ(store.GetOriginalVersion(70), id::invalidID);
+  EXPECT_TRUE(store.HaveData());
+  EXPECT_FALSE(store.HaveData(a));
+  EXPECT_FALSE(store.HaveData(5));
+  std::vector<VariationIDIndex> keys;
+  store.ListValidKeys(keys);
+  EXPECT_EQ(keys, (std::vector<VariationIDIndex>{owner.Key(L"a=1", id::invalidID)}));
+}
+
+TEST_F(LocationBlocks, AStoreThatWasAskedBeforeItWasReadTakesNoNumbersFromNames) {
+  owner.Put(L"res/V1_70", "x");
+  EXPECT_FALSE(store.HaveData(owner.Key(L"a=1", 9)));
+  Line(1, 5, L"res/V1_70");
+  Read();
+  EXPECT_EQ(store.GetOriginalVersion(70), id::invalidID);
+  EXPECT_FALSE(store.HaveData(a));
+}

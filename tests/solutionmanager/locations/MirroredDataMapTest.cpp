@@ -76,10 +76,29 @@ TEST_F(VersionMap, AskingAConstQueryGrowsTheMapOnPurpose) {
 }
 
 TEST_F(VersionMap, OfTwoOriginalsOfOneNumberTheFirstInOrderCounts) {
+  // Only below the invalid number can there be two.
   io::CBlockFuncPtr line(L"Vmap");
-  *line << 9L << 50L << 4L << 50L;
+  *line << -4L << id::invalidID << -9L << id::invalidID << id::invalidID << 50L;
   ASSERT_TRUE(store.Read(Block(line), true));
-  EXPECT_EQ(store.GetOriginalVersion(50), 4);
+  EXPECT_EQ(store.GetMirroredVersion(-4), id::invalidID);
+  EXPECT_EQ(store.GetMirroredVersion(id::invalidID), 50);
+  io::CBlockFuncPtr other(L"Vmap");
+  *other << -4L << id::invalidID << -9L << id::invalidID;
+  CMirroredData<long> second(&owner, L"Store", L"Entry", L"Datum");
+  ASSERT_TRUE(second.Read(Block(other), true));
+  EXPECT_EQ(second.GetOriginalVersion(id::invalidID), -9);
+}
+
+TEST_F(VersionMap, PairsThatNoStoreMadeAreRefused) {
+  io::CBlockFuncPtr line(L"Vmap");
+  *line << 5L << 5L << 8L << 7L << 10L << 70L << 11L << 70L << 70L << 71L << 12L << 10L << 20L << 21L;
+  AssertWatch::Expect("isTaken");
+  ASSERT_TRUE(store.Read(Block(line), true));
+  EXPECT_EQ(store.GetMirroredVersion(10), 70);
+  EXPECT_EQ(store.GetMirroredVersion(20), 21);
+  for (long const refused : {5L, 8L, 11L, 12L})
+    EXPECT_GE(store.GetMirroredVersion(refused), 100) << refused;
+  EXPECT_EQ(store.GetOriginalVersion(70), 10);
 }
 
 TEST_F(VersionMap, AnOriginalThatIsKnownKeepsItsNumberOnReading) {
@@ -97,8 +116,31 @@ TEST_F(VersionMap, AVersionThatNoFreshNumberReachesIsRefused) {
   AssertWatch::Expect("isWithinReach");
   EXPECT_EQ(store.GetMirroredVersion(std::numeric_limits<long>::max()), id::invalidID);
   EXPECT_EQ(store.GetMirroredVersion(1L << 60), id::invalidID);
-  EXPECT_LT(owner.asked, 10u);
+  auto const asked = owner.asked;
+  EXPECT_LT(asked, 10u);
+  // Nobody asks again.
+  EXPECT_EQ(store.GetMirroredVersion(1L << 60), id::invalidID);
+  EXPECT_EQ(owner.asked, asked);
   EXPECT_EQ(store.GetOriginalVersion(std::numeric_limits<long>::max()), id::invalidID);
+}
+
+TEST_F(VersionMap, TheVersionsOfOneFileTogetherReachNoFartherThanOne) {
+  io::CBlock block(L"Store");
+  for (long line = 1; line <= 1000; ++line) {
+    io::CBlockFuncPtr entry(L"Entry");
+    long const version = line * 1000000;
+    *entry << io::named(L"VID", 1L) << io::named(L"Ver", static_cast<long const &>(version)) << io::named(L"Datum", 1L);
+    block << entry;
+  }
+  owner.Key(L"a=1", 5);
+  io::CBlock parent(L"Design");
+  parent << block;
+  AssertWatch::Expect("isWithinReach");
+  ASSERT_TRUE(store.Read(parent, true));
+  EXPECT_TRUE(store.HaveData(1000000));
+  EXPECT_LT(owner.asked, 1100000u);
+  // A later version is not held to what the file used up.
+  EXPECT_GT(store.GetMirroredVersion(2000000), 2000000);
 }
 
 TEST_F(VersionMap, ACopyGoesItsOwnWay) {

@@ -126,14 +126,42 @@ TEST_F(MirroredData, AWorkingEntryUnderThePlainCurrentNumberStaysToo) {
   EXPECT_TRUE(store.HaveData(4));
 }
 
-TEST_F(MirroredData, AVersionWithoutAMappingIsCommittedUnderTheInvalidNumber) {
-  owner.current = std::numeric_limits<long>::max();
+TEST_F(MirroredData, VersionsThatNoMirroredNumberReachesHoldNothing) {
+  long const huge = std::numeric_limits<long>::max();
+  owner.current = huge;
   support::AssertWatch::Expect("isWithinReach");
-  store.SetData(owner.Key(L"a=1", owner.current), 3);
+  store.SetData(owner.Key(L"a=1", huge), 3);
+  store.SetData(owner.Key(L"a=1", id::invalidID), 4);
+  EXPECT_FALSE(store.HaveData(owner.Key(L"a=1", huge)) || store.HaveData(owner.Key(L"a=1", huge - 1)));
+  EXPECT_EQ(store.GetData(owner.Key(L"a=1", huge)), -1);
+  EXPECT_FALSE(store.DiscardMirroredData(owner.Key(L"a=1", huge)));
+  EXPECT_EQ(store.GetData(owner.Key(L"a=1", id::invalidID)), 4);
   store.CommitMirroredData();
-  store.ReinitMirroredData();
-  EXPECT_TRUE(store.HaveData(id::invalidID));
-  EXPECT_EQ(store.GetData(owner.Key(L"a=1", id::invalidID)), 3);
+  EXPECT_FALSE(store.HaveData());
+}
+
+TEST_F(MirroredData, LinesOfAVariationThatTheOwnerDoesNotKnowArePassedOver) {
+  io::CBlock block(L"Store");
+  for (long const variation : {77L, 78L}) {
+    io::CBlockFuncPtr line(L"Entry");
+    *line << io::named(L"VID", static_cast<long const &>(variation)) << io::named(L"Ver", 5L)
+          << io::named(L"Datum", static_cast<long const &>(variation));
+    block << line;
+  }
+  io::CBlock parent(L"Design");
+  parent << block;
+  support::AssertWatch::Expect("isKnown");
+  EXPECT_TRUE(store.Read(parent, true));
+  EXPECT_FALSE(store.HaveData());
+}
+
+TEST_F(MirroredData, TheOneVariationOfADesignWithoutVariablesHasNoTextAndIsKnown) {
+  store.SetData(owner.Key(L"", 5), 3);
+  io::CBlock parent(L"Design");
+  ASSERT_TRUE(store.Write(parent));
+  CMirroredData<long> again(&owner, L"Store", L"Entry", L"Datum");
+  ASSERT_TRUE(again.Read(parent, true));
+  EXPECT_EQ(again.GetData(owner.Key(L"", 5)), 3);
 }
 
 TEST_F(MirroredData, DeletingAVariationEmptiesBothViews) {

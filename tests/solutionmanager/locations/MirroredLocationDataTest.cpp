@@ -8,7 +8,9 @@
 #include "tests/support/Printers.h"
 #include "viewkit/backup/BackupArea.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <limits>
 
 using Calls = std::vector<std::string>;
 
@@ -382,4 +384,125 @@ TEST_F(LocationData, TheListingOfTheWorkingStateRenamesToTheCommittedName) {
   EXPECT_TRUE(store.GetFilesAndDirsToCopyForExportingVariation(renames, files, dirs, L"a=9"));
   EXPECT_EQ(files.size(), 2u);
   EXPECT_TRUE(dirs.empty());
+}
+
+TEST_F(LocationData, ALocationOfItsOwnNeverReplacesACommittedOne) {
+  owner.Put(L"res/V1_5", "first");
+  owner.Put(L"res/V1_5b", "second");
+  store.SetData(a, L"res/V1_5");
+  store.SetData(a, L"res/V1_5b");
+  EXPECT_EQ(store.GetRelativePath(a, false, false), L"res/V1_5b");
+  store.ReinitMirroredData();
+  EXPECT_EQ(store.GetRelativePath(a, false, false), L"res/V1_5");
+}
+
+TEST_F(LocationData, ASaveOfAMissingFileDeletesTheSavedOneAsIsMeant) {
+  SaveAndSolveAgain();
+  std::filesystem::remove(owner.PathOf(L"res/V1_100"));
+  Save();
+  EXPECT_TRUE(Files().empty());
+  EXPECT_EQ(store.GetRelativePath(a, false, false), L"res/V1_5");
+}
+
+TEST_F(LocationData, ALocationThatCantBeMovedReplacesNothing) {
+  SaveAndSolveAgain();
+  support::TemporaryFolder elsewhere;
+  std::filesystem::create_directory_symlink(elsewhere.Path(), owner.PathOf(L"link"));
+  LongFileName const root(owner.GetRootDirectory(false));
+  LongFileName const area = root + AString(L"backup");
+  support::AssertWatch::Expect("!\"A location leads out of the results folder\"");
+  for (AString const & changed : {AString(L"../outside"), AString(L"link/x"), AString(L"")}) {
+    if (!changed.empty())
+      owner.commitAs = changed;
+    else
+      store.SetData(a), owner.commitAs = L"/etc/hostname";
+    ASSERT_TRUE(BackupArea::Begin(area, root));
+    Save();
+    EXPECT_FALSE(BackupArea::IsWhole());
+    ASSERT_TRUE(BackupArea::Drop(area));
+    EXPECT_EQ(owner.Content(L"res/V1_5"), "saved");
+  }
+}
+
+TEST_F(LocationData, AFolderThatBecameALinkReplacesNothingAndIsNotFollowed) {
+  support::TemporaryFolder elsewhere;
+  std::ofstream(elsewhere / "precious") << "x";
+  folders.SetData(a);
+  owner.MakeFolder(folders.GetRelativePath(a, false, false));
+  folders.CommitMirroredData();
+  owner.Put(L"res/V1_5/inside", "saved");
+  folders.SetData(a);
+  std::filesystem::create_directory_symlink(elsewhere.Path(), owner.PathOf(folders.GetRelativePath(a, false, false)));
+  support::AssertWatch::Expect("!\"A location leads out of the results folder\"");
+  folders.CommitMirroredData();
+  EXPECT_EQ(owner.Content(L"res/V1_5/inside"), "saved");
+  folders.ClearAllData();
+  EXPECT_TRUE(std::filesystem::exists(elsewhere / "precious"));
+}
+
+TEST_F(LocationData, AFolderNamedWithSlashesBehindItMovesWithoutAStrayOne) {
+  struct Slashed : support::StoreOwner {
+    AString GetRelativeLocation(AString const & keyword, VariationIDIndex const & key) override {
+      return StoreOwner::GetRelativeLocation(keyword, key) + L"//";
+    }
+  } slashed;
+  CMirroredLocationData other(&slashed, L"Store", L"File", L"Path", false);
+  other.SetData(slashed.Key(L"a=1", 5));
+  slashed.MakeFolder(L"res/V1_100");
+  slashed.Put(L"res/V1_100/inside", "new");
+  other.CommitMirroredData();
+  EXPECT_EQ(slashed.AllFiles(), (std::set<AString>{L"res/V1_5/inside"}));
+  std::set<std::string> names;
+  for (auto const & entry : std::filesystem::directory_iterator(slashed.PathOf(L"res")))
+    names.insert(entry.path().filename().string());
+  EXPECT_EQ(names, (std::set<std::string>{"V1_5"}));
+}
+
+TEST_F(LocationData, TheBackupAreaIsNoLocation) {
+  LongFileName const root(owner.GetRootDirectory(false));
+  LongFileName const area = root + AString(L"backup");
+  SaveAndSolveAgain();
+  for (AString const & bad : {AString(L"backup"), AString(L"backup/journal"), AString(L"backup/1")}) {
+    ASSERT_TRUE(BackupArea::Begin(area, root));
+    store.SetData(b, bad);
+    store.DiscardMirroredData(b);
+    store.SetData(b, bad);
+    store.ClearAllData();
+    EXPECT_FALSE(BackupArea::IsWhole());
+    EXPECT_TRUE(BackupArea::IsPending(area));
+    EXPECT_TRUE(BackupArea::Restore(area, root));
+  }
+  EXPECT_FALSE(support::AssertWatch::Take().empty());
+}
+
+TEST_F(LocationData, AVersionThatNoMirroredNumberReachesHasNoLocation) {
+  VariationIDIndex const far = owner.Key(L"a=1", std::numeric_limits<long>::max());
+  support::AssertWatch::Expect("isWithinReach");
+  store.SetData(far);
+  store.SetData(far, L"res/V1_5");
+  EXPECT_FALSE(store.HaveData() || store.HaveData(far));
+  EXPECT_EQ(store.GetRelativePath(far, true, true), L"");
+  EXPECT_FALSE(store.DiscardMirroredData(far));
+}
+
+namespace {
+
+/// Answers in place of a product's override.
+struct WatchingLocations : CMirroredLocationData {
+  using CMirroredLocationData::CMirroredLocationData;
+  using CMirroredLocationData::DiscardMirroredData;
+  std::string calls;
+  void ClearNonCurrentData() override { calls += "noncurrent "; }
+  bool DiscardMirroredData(AString const &) override { return (calls += "variation "), false; }
+  bool DiscardMirroredData() override { return (calls += "all "), false; }
+};
+
+} // namespace
+
+TEST_F(LocationData, OverridesAreAskedWhereOneOperationUsesAnother) {
+  WatchingLocations watched(&owner, L"Store", L"File", L"Path", true);
+  watched.ClearVariationData(L"a=1");
+  watched.CommitMirroredData();
+  watched.ReinitMirroredData();
+  EXPECT_EQ(watched.calls, "variation noncurrent all ");
 }

@@ -20,7 +20,7 @@ struct WatchedSetup : TestSetup {
   using TestSetup::TestSetup;
   using TestSetup::WriteDefinitionBlock;
   bool WriteDefinitionBlock() const override {
-    g_calls.push_back("definition of setup");
+    g_calls.emplace_back("definition of setup");
     return TestSetup::WriteDefinitionBlock();
   }
 };

@@ -9,6 +9,7 @@
 #include "solutionmanager/undo/SolutionMapDeltaState.h"
 #include "solutionmanager/undo/SolutionVariationMapDeltaState.h"
 #include "tests/solutionmanager/support/TestProduct.h"
+#include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
 #include <sstream>

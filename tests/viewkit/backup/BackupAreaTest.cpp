@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
+#include <random>
 
 namespace {
 
@@ -46,6 +47,15 @@ struct Backup : testing::Test {
       tree[name] = std::string(std::istreambuf_iterator<char>(in), {});
     }
     return tree;
+  }
+  static std::string Content(std::filesystem::path const & path) {
+    std::ifstream in(path);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  void Damage(std::streamoff at, char byte = '!') const {
+    std::fstream journal(folder / "area" / "journal", std::ios::in | std::ios::out);
+    journal.seekp(at);
+    journal.put(byte);
   }
   bool Begin() const { return BackupArea::Begin(Area(), Root()); }
   bool Restore() const { return BackupArea::Restore(Area(), Root()); }
@@ -202,21 +212,67 @@ TEST_F(Backup, TheJournalCanBeCutAnywhereAndTheWholeEntriesComeBack) {
   EXPECT_EQ(Now().size(), 4u);
 }
 
-TEST_F(Backup, ADamagedLineIsReportedAndTheOthersComeBack) {
+TEST_F(Backup, ALastLineThatTheDiskNeverWroteWasNotActedOn) {
+  Tree const before = Now();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  std::ofstream(folder / "area" / "journal", std::ios::app) << std::string(20, '\0') + "\"b\", \"\")\n";
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, ABlankThatBecameNothingIsDamageAndNotAnUnwrittenLine) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  Damage(8, '\0');
+  support::AssertWatch::Expect("!\"A line of a backup journal is damaged\"");
+  std::vector<AString> touched;
+  EXPECT_FALSE(BackupArea::ListTouched(Area(), touched));
+  EXPECT_TRUE(touched.empty());
+  EXPECT_FALSE(Restore());
+  EXPECT_EQ(Content(folder / "area/1"), "A");
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+}
+
+TEST_F(Backup, ADamagedLineKeepsTheAreaAndWhatCameBehindItComesBack) {
   ASSERT_TRUE(Begin());
   EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
   EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("b")));
-  std::fstream journal(folder / "area" / "journal", std::ios::in | std::ios::out);
-  journal.seekp(12);
-  journal.put('!');
-  journal.close();
+  Damage(12);
   support::AssertWatch::Expect("!\"A line of a backup journal is damaged\"");
-  EXPECT_TRUE(Restore());
+  EXPECT_FALSE(Restore());
   EXPECT_EQ(Now().at("b"), "B");
-  EXPECT_FALSE(Now().contains("a"));
+  EXPECT_EQ(Content(folder / "area/1"), "A");
+  EXPECT_TRUE(BackupArea::IsPending(Area()));
+  EXPECT_FALSE(Restore());
+  EXPECT_EQ(Content(folder / "area/1"), "A");
+  EXPECT_TRUE(BackupArea::Drop(Area()));
 }
 
-TEST_F(Backup, AJournalNeverLeadsOutOfItsRoot) {
+TEST_F(Backup, NothingInFrontOfADamagedLineIsTouched) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("b")));
+  auto const second = std::filesystem::file_size(folder / "area/journal");
+  EXPECT_TRUE(BackupArea::Rename(Path("a"), Path("b")));
+  Damage(static_cast<std::streamoff>(second) + 12);
+  support::AssertWatch::Expect("!\"A line of a backup journal is damaged\"");
+  EXPECT_FALSE(Restore());
+  EXPECT_EQ(Now().at("b"), "A");
+  EXPECT_EQ(Content(folder / "area/1"), "B");
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+}
+
+TEST_F(Backup, AJournalWithoutLineEndsIsNotTakenIntoMemory) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::MoveFileToBackup(Path("a")));
+  std::filesystem::resize_file(folder / "area/journal", std::uintmax_t{1} << 40);
+  support::AssertWatch::Expect("!\"A line of a backup journal is damaged\"");
+  EXPECT_FALSE(Restore());
+  EXPECT_EQ(Content(folder / "area/1"), "A");
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+}
+
+TEST_F(Backup, AJournalNeverLeadsOutOfItsRootAndKeepsWhatItCantTakeBack) {
   ASSERT_TRUE(Begin());
   std::filesystem::create_directory(root / "deep");
   Put("deep/x", "mine");
@@ -226,19 +282,114 @@ TEST_F(Backup, AJournalNeverLeadsOutOfItsRoot) {
   std::filesystem::remove(root / "deep");
   std::filesystem::create_symlink(elsewhere.Path(), root / "deep");
   support::AssertWatch::Expect("isInside");
+  EXPECT_FALSE(Restore());
+  EXPECT_EQ(Content(elsewhere / "x"), "other");
+  std::filesystem::remove(root / "deep");
   EXPECT_TRUE(Restore());
-  std::ifstream in(elsewhere / "x");
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "other");
+  EXPECT_EQ(Now().at("deep/x"), "mine");
 }
 
-TEST_F(Backup, ALinkIsNeitherTakenNorFollowed) {
+TEST_F(Backup, ALinkIsNeitherTakenNorFollowedAndTheSaveIsNotWhole) {
   support::TemporaryFolder elsewhere;
   std::ofstream(elsewhere / "x") << "other";
   std::filesystem::create_symlink(elsewhere.Path(), root / "link");
-  ASSERT_TRUE(Begin());
   support::AssertWatch::Expect("isInside");
-  EXPECT_FALSE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("link/x")));
+  for (auto remove :
+       {BackupUtils::DeleteFileOrMoveFileToBackup, HubBackupUtils::MoveFileToBackup, HubBackupUtils::CopyDirToBackup})
+    for (std::string const name : {"link", "link/x"}) {
+      ASSERT_TRUE(Begin());
+      EXPECT_FALSE(remove(Path(name)));
+      EXPECT_FALSE(BackupArea::IsWhole());
+      EXPECT_TRUE(Restore());
+    }
   EXPECT_TRUE(std::filesystem::exists(elsewhere / "x"));
+  EXPECT_TRUE(std::filesystem::is_symlink(root / "link"));
+}
+
+TEST_F(Backup, WithoutAnAreaALinkGoesAndWhatItPointsToStays) {
+  std::filesystem::create_symlink("folder", root / "link");
+  EXPECT_TRUE(BackupUtils::DeleteDirOrMoveDirToBackup(Path("link")));
+  EXPECT_EQ(Now().at("folder/inside"), "I");
+  EXPECT_FALSE(std::filesystem::is_symlink(root / "link"));
+}
+
+TEST_F(Backup, AnAreaThatIsALinkIsRefusedAndWhatItPointsToStays) {
+  support::TemporaryFolder elsewhere;
+  std::ofstream(elsewhere / "precious") << "x";
+  std::ofstream(elsewhere / "journal") << "";
+  std::filesystem::create_directory_symlink(elsewhere.Path(), folder / "area");
+  EXPECT_FALSE(Begin());
+  EXPECT_FALSE(BackupArea::Begin(text::FromUtf8((folder / "area").string() + "/"), Root()));
+  EXPECT_FALSE(BackupArea::IsPending(Area()));
+  EXPECT_FALSE(Restore());
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+  EXPECT_EQ(Content(elsewhere / "precious"), "x");
+  EXPECT_TRUE(std::filesystem::exists(elsewhere / "journal"));
+  EXPECT_TRUE(Begin());
+}
+
+TEST_F(Backup, AJournalThatIsALinkIsNotRead) {
+  std::filesystem::create_directory(folder / "area");
+  std::ofstream(folder / "foreign") << "";
+  std::filesystem::create_symlink("../foreign", folder / "area/journal");
+  EXPECT_FALSE(Begin());
+  EXPECT_FALSE(Restore());
+  EXPECT_TRUE(BackupArea::Drop(Area()));
+  EXPECT_TRUE(std::filesystem::exists(folder / "foreign"));
+}
+
+TEST_F(Backup, TwoSpellingsOfTheRootAreCovered) {
+  Tree const before = Now();
+  std::filesystem::create_directory_symlink("root", folder / "spelled");
+  ASSERT_TRUE(Begin());
+  auto const path = [&](char const * name) { return text::FromUtf8((folder / "spelled" / name).string()); };
+  EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(path("a")));
+  EXPECT_TRUE(BackupArea::Rename(path("b"), path("c")));
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_TRUE(Restore());
+  EXPECT_EQ(Now(), before);
+}
+
+TEST_F(Backup, AnotherRootIsAnotherArea) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(Begin());
+  EXPECT_FALSE(BackupArea::Begin(Area(), text::FromUtf8((root / "folder").string())));
+}
+
+TEST_F(Backup, NeitherTheAreaNorWhatItLiesInIsTaken) {
+  LongFileName const area = Path("deep/area");
+  std::filesystem::create_directory(root / "deep");
+  for (std::string const name : {"deep", "deep/area", "deep/area/journal", "deep/area/1", "."}) {
+    ASSERT_TRUE(BackupArea::Begin(area, Root()));
+    EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("a")));
+    EXPECT_FALSE(BackupUtils::DeleteDirOrMoveDirToBackup(Path(name))) << name;
+    EXPECT_TRUE(BackupArea::Overlaps(Path(name)));
+    EXPECT_FALSE(BackupArea::IsWhole());
+    EXPECT_TRUE(BackupArea::Restore(area, Root()));
+    EXPECT_EQ(Now().at("a"), "A");
+  }
+  ASSERT_TRUE(BackupArea::Begin(area, Root()));
+  EXPECT_FALSE(BackupArea::Overlaps(Path("deeper")) || BackupArea::Overlaps(Path("deep/areas")));
+  EXPECT_FALSE(BackupArea::Rename(Path("a"), Path("deep/area/7")));
+  EXPECT_FALSE(BackupArea::Rename(Path("deep/area/journal"), Path("z")));
+  EXPECT_EQ(support::AssertWatch::Take(), (std::vector<std::string>{"isInside", "isFree"}));
+  EXPECT_TRUE(BackupArea::Drop(area));
+}
+
+TEST_F(Backup, WhatWasNotDoneElsewhereIsNotWholeEither) {
+  BackupArea::MarkIncomplete();
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(BackupArea::IsWhole());
+  BackupArea::MarkIncomplete();
+  EXPECT_FALSE(BackupArea::IsWhole());
+}
+
+TEST_F(Backup, TheFolderOfACopiedFileIsSyncedBeforeTheSaveIsWhole) {
+  ASSERT_TRUE(Begin());
+  EXPECT_TRUE(HubBackupUtils::CopyFileToBackup(Path("folder/inside")));
+  support::FaultyFileSystem faulty;
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_EQ(faulty.Operations(), 2); // that folder, and the area's own
 }
 
 TEST_F(Backup, EveryOperationOfASaveMayFailAndTheSaveIsTakenBack) {
@@ -320,4 +471,90 @@ TEST_F(Backup, TheJournalTellsWhatWasDoneLineByLine) {
   for (std::string line; std::getline(in, line);)
     text += line.substr(8) + '\n';
   EXPECT_EQ(text, " Kept(1, \"b\", \"\")\n Renamed(2, \"a\", \"b\")\n Absent(3, \"list\", \"\")\n");
+}
+
+TEST_F(Backup, AGroupIsDoneAtItsEndAndReachesTheJournalAtOnce) {
+  constexpr int kCount = 1000;
+  for (int i = 0; i < kCount; ++i) {
+    Put("old" + std::to_string(i), "old");
+    Put("new" + std::to_string(i), "new");
+  }
+  Tree const before = Now();
+  support::FaultyFileSystem counted;
+  ASSERT_TRUE(Begin());
+  int const begun = counted.Operations();
+  BackupArea::BeginGroup();
+  for (int i = 0; i < kCount; ++i) {
+    EXPECT_TRUE(BackupUtils::DeleteFileOrMoveFileToBackup(Path("old" + std::to_string(i))));
+    EXPECT_TRUE(BackupArea::Rename(Path("new" + std::to_string(i)), Path("old" + std::to_string(i))));
+  }
+  EXPECT_EQ(counted.Operations(), begun);
+  EXPECT_TRUE(BackupArea::EndGroup());
+  EXPECT_EQ(counted.Operations() - begun, 2 * kCount + 2) << "two moves for each, one write and one sync";
+  EXPECT_TRUE(BackupArea::IsWhole());
+  EXPECT_EQ(Now().size(), before.size() - kCount);
+  EXPECT_EQ(Now().at("old7"), "new");
+  int const done = counted.Operations();
+  EXPECT_TRUE(Restore());
+  EXPECT_LT(counted.Operations() - done, 2 * kCount + 20) << "the journal is cut once";
+  EXPECT_EQ(Now(), before);
+}
+
+namespace {
+
+/// Deletes, moves and copies of few names, so that most steps are about places of others.
+void RandomSteps(Backup const & backup, unsigned seed) {
+  char const * const names[] = {"a", "b", "c", "d", "folder", "folder/inside", "folder/x"};
+  std::mt19937 random(seed);
+  auto const any = [&] { return backup.Path(names[random() % std::size(names)]); };
+  for (int step = 0; step < 12; ++step)
+    switch (random() % 5) {
+    case 0:
+      BackupUtils::DeleteFileOrMoveFileToBackup(any());
+      break;
+    case 1:
+      HubBackupUtils::CopyFileToBackup(any());
+      break;
+    default:
+      BackupArea::Rename(any(), any());
+    }
+}
+
+} // namespace
+
+TEST_F(Backup, StepsOfAGroupGiveWhatTheyGiveOneByOneAndComeBackWhereverTheyFail) {
+  Tree const before = Now();
+  for (unsigned seed = 0; seed < 25; ++seed) {
+    SCOPED_TRACE(seed);
+    ASSERT_TRUE(Begin());
+    RandomSteps(*this, seed);
+    Tree const after = Now();
+    ASSERT_TRUE(Restore());
+    ASSERT_EQ(Now(), before);
+    bool hasFailed = true;
+    for (int operation = 1; hasFailed; ++operation) {
+      SCOPED_TRACE(operation);
+      ASSERT_TRUE(Begin());
+      {
+        support::FaultyFileSystem faulty;
+        faulty.FailAt(operation, true);
+        BackupArea::BeginGroup();
+        RandomSteps(*this, seed);
+        BackupArea::EndGroup();
+        hasFailed = faulty.HasFailed();
+      }
+      if (!hasFailed) {
+        ASSERT_EQ(Now(), after);
+      }
+      // So may the way back, which then begins again.
+      {
+        support::FaultyFileSystem faulty;
+        faulty.FailAt(1 + operation % 7, true);
+        Restore();
+      }
+      ASSERT_TRUE(Restore());
+      ASSERT_EQ(Now(), before);
+      ASSERT_LT(operation, 200);
+    }
+  }
 }

@@ -28,6 +28,11 @@ bool Refuse(wchar_t const * what, LongFileName const & path) {
 
 bool Describe(LongFileName const & path, FileInfo & info) { return Told(file::FileSystem().Describe(path, info)); }
 
+bool IsLink(LongFileName const & path) {
+  FileInfo info;
+  return Describe(path, info) && info.isLink;
+}
+
 // A link is removed, never what it points to.
 bool IsRealFolder(LongFileName const & path) {
   FileInfo info;
@@ -157,6 +162,8 @@ bool LFN_Delete(LongFileName const & path) {
 }
 
 bool LFN_DeleteDirectoryContents(LongFileName const & path) {
+  if (IsLink(WithoutSlash(path)))
+    return Refuse(L"what a link leads to is not emptied: ", path);
   std::vector<AString> names;
   if (!Told(file::FileSystem().List(path, names)))
     return false;
@@ -187,7 +194,10 @@ bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & t
   for (auto const & name : names) {
     LongFileName const source = from + name;
     LongFileName const target = to + name;
-    if (LFN_IsDirectory(source))
+    // What a link leads to is no part of the folder, and a link to a folder above it would be copied without end.
+    if (IsLink(source) || (IsLink(target) && LFN_IsDirectory(source)))
+      all = Refuse(L"a link is not followed: ", source);
+    else if (LFN_IsDirectory(source))
       all = LFN_CopyDirectoryContents(source, target, overwrite) && all;
     else if (overwrite || !LFN_Exists(target))
       all = CopyFile(source, target, kOverwrite) && all;
@@ -196,6 +206,13 @@ bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & t
 }
 
 AString const & LFN_LastError() { return s_lastError; }
+
+LongFileName LFN_ResolvedPath(LongFileName const & path) {
+  std::error_code failed;
+  std::filesystem::path const absolute(text::ToUtf8(LFN_AbsolutePath(path).FilePath()));
+  std::filesystem::path const resolved = std::filesystem::weakly_canonical(absolute, failed);
+  return text::FromUtf8((failed ? absolute : resolved).string());
+}
 
 LongFileName LFN_AbsolutePath(LongFileName const & path) {
   std::error_code ignored; // Without a current folder the path stays relative.

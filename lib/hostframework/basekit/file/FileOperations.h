@@ -26,16 +26,20 @@ bool LFN_Rename(LongFileName const & from, LongFileName const & to);
 bool LFN_DeleteFile(LongFileName const & path);
 /// A file, or a folder with all that it holds; symbolic links are removed, not followed.
 bool LFN_Delete(LongFileName const & path);
+/// Refuses a folder that is reached by a link.
 bool LFN_DeleteDirectoryContents(LongFileName const & path);
 /// True also when the folder is there already.
 bool LFN_CreateDirectory(LongFileName const & path);
 bool LFN_CreateDirectoryAndParents(LongFileName const & path);
 /// Copies what the folder holds into another that exists or is made; files that stand there are replaced when
-/// `overwrite` is true and else left as they are.
+/// `overwrite` is true and else left as they are.  Links in either folder are neither copied nor followed; the others
+/// are copied all the same, and the result is false.
 bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & to, bool overwrite);
 AString const & LFN_LastError();
 /// The path from the root, counted from the current folder, without "." and ".." in it.  Links are not followed.
 LongFileName LFN_AbsolutePath(LongFileName const & path);
+/// The same with all links of the part that stands on the disk followed.
+LongFileName LFN_ResolvedPath(LongFileName const & path);
 
 /// Makes a name in the folder that nothing bears yet: prefix, a number, extension.  False when the folder is not
 /// there.  `fileName` takes the full path; `extension` may come with or without its dot.

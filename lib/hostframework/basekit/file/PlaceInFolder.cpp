@@ -12,6 +12,22 @@ bool IsLink(LongFileName const & path) {
   return file::FileSystem().Describe(path, info).Ok() && info.isLink;
 }
 
+bool IsBehind(LongFileName base, LongFileName const & path, AString & relative) {
+  base.MakeItDirectory();
+  AString const whole = path.FilePath();
+  if (!whole.StartsWith(base.FilePath()) || whole.size() == base.FilePath().size())
+    return false;
+  relative = whole.substr(base.FilePath().size());
+  return true;
+}
+
+LongFileName ParentOf(LongFileName const & path) {
+  AString text = path.FilePath();
+  while (text.EndsWith(L"/"))
+    text = text.substr(0, text.size() - 1);
+  return LongFileName(text).DirPath();
+}
+
 } // namespace
 
 bool LFN_IsTextOfPlaceInside(AString const & relative) {
@@ -36,11 +52,9 @@ bool LFN_IsPlaceInside(LongFileName const & folder, AString const & relative) {
 }
 
 bool LFN_RelativeTo(LongFileName const & folder, LongFileName const & path, AString & relative) {
-  LongFileName base = LFN_AbsolutePath(folder);
-  base.MakeItDirectory();
-  AString const whole = LFN_AbsolutePath(path).FilePath();
-  if (!whole.StartsWith(base.FilePath()) || whole.size() == base.FilePath().size())
-    return false;
-  relative = whole.substr(base.FilePath().size());
-  return true;
+  LongFileName const whole = LFN_AbsolutePath(path);
+  if (IsBehind(LFN_AbsolutePath(folder), whole, relative))
+    return true;
+  AString const name = whole.NameAndExtension();
+  return !name.empty() && IsBehind(LFN_ResolvedPath(folder), LFN_ResolvedPath(ParentOf(whole)) + name, relative);
 }

@@ -13,4 +13,5 @@ bool LFN_IsTextOfPlaceInside(AString const & relative);
 /// By the text and by what stands on the disk; a place where nothing stands yet is one too.
 bool LFN_IsPlaceInside(LongFileName const & folder, AString const & relative);
 /// What of the path comes behind the folder, both counted from the root; false when it lies elsewhere or is the folder.
+/// Where the texts don't tell, the links in front of both do; the path's own end is not followed.
 bool LFN_RelativeTo(LongFileName const & folder, LongFileName const & path, AString & relative);

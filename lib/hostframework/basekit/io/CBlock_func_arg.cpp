@@ -128,8 +128,12 @@ void CBlock_func_arg::AppendArgument(CBlock_value const & value) {
 }
 
 void CBlock_func_arg::AppendArgument(CBlock_ptr<CBlock_named_value> const & named) {
-  if (named)
-    m_runs.emplace_back(named);
+  if (!named)
+    return;
+  // Named arguments seldom stand alone.
+  if (m_runs.empty())
+    m_runs.reserve(2);
+  m_runs.emplace_back(named);
 }
 
 void CBlock_func_arg::AppendReal(double value) { RealsToExtend().push_back(value); }

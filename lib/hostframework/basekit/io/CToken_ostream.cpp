@@ -1,6 +1,7 @@
 #include "basekit/io/CToken_ostream.h"
 
-#include "basekit/text/Utf8.h"
+#include "basekit/file/IFileSystem.h"
+#include "basekit/file/LongFileName.h"
 
 namespace io {
 
@@ -8,15 +9,24 @@ namespace {
 
 constexpr std::size_t kFlushAt = 64 * 1024;
 
+std::unique_ptr<file::IFile> OpenEmpty(AString const & path) {
+  std::unique_ptr<file::IFile> opened;
+  file::FileInfo info;
+  bool const isEmpty = path.find(L'\0') == AString::npos &&
+                       file::FileSystem().Open(LongFileName(path), file::OpenMode::Create, opened).Ok() &&
+                       opened->Describe(info).Ok() && (info.length == 0 || opened->Truncate(0).Ok());
+  if (!isEmpty)
+    opened.reset();
+  return opened;
+}
+
 } // namespace
 
-CToken_ostream::CToken_ostream(AString const & path, int flags) : ByteOstream(flags, kExactDigits, false) {
-  auto const name = text::ToUtf8(path);
-  if (name.find('\0') == std::string::npos)
-    m_file = std::fopen(name.c_str(), "wb");
-  if (m_file)
-    std::setvbuf(m_file, nullptr, _IONBF, 0);
-  else
+CToken_ostream::CToken_ostream(AString const & path, int flags) : CToken_ostream(OpenEmpty(path), flags) {}
+
+CToken_ostream::CToken_ostream(std::unique_ptr<file::IFile> file, int flags)
+    : ByteOstream(flags, kExactDigits, false), m_file(std::move(file)) {
+  if (!m_file)
     SetFail();
 }
 
@@ -28,8 +38,10 @@ void CToken_ostream::Grown() {
 }
 
 void CToken_ostream::Flush() {
-  if (m_file && std::fwrite(Buffer().data(), 1, Buffer().size(), m_file) != Buffer().size())
+  std::string_view const piece = Buffer();
+  if (m_file && !piece.empty() && !m_file->Write(m_length, std::span(&piece, 1)).Ok())
     SetFail();
+  m_length += piece.size();
   Buffer().clear();
 }
 
@@ -37,9 +49,7 @@ void CToken_ostream::Close() {
   if (!m_file)
     return;
   Flush();
-  if (std::fclose(m_file) != 0)
-    SetFail();
-  m_file = nullptr;
+  m_file.reset();
 }
 
 } // namespace io

@@ -3,7 +3,12 @@
 #include "basekit/io/ByteOstream.h"
 
 #include <concepts>
-#include <cstdio>
+#include <cstdint>
+#include <memory>
+
+namespace file {
+class IFile;
+}
 
 namespace io {
 
@@ -18,6 +23,8 @@ concept NamesFile = requires(File const & file) {
 class CToken_ostream : public ByteOstream {
 public:
   CToken_ostream(AString const & path, int flags);
+  /// Into a file that is open and empty.
+  CToken_ostream(std::unique_ptr<file::IFile> file, int flags);
   template <NamesFile File>
   CToken_ostream(File const & file, int flags) : CToken_ostream(AString(file.FilePath()), flags) {}
   ~CToken_ostream() override;
@@ -28,7 +35,8 @@ private:
   void Grown() override;
   void Flush();
 
-  std::FILE * m_file = nullptr;
+  std::unique_ptr<file::IFile> m_file;
+  std::uint64_t m_length = 0;
 };
 
 } // namespace io

@@ -4,30 +4,24 @@
 #include "basekit/text/NumberText.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <new>
 
-struct AString::Buffer {
-  std::atomic<unsigned> uses{1};
-  unsigned length = 0;
+AString::Buffer * AString::MakeBuffer(std::size_t length) {
+  void * memory = ::operator new(sizeof(Buffer) + (length + 1) * sizeof(wchar_t));
+  auto * buffer = new (memory) Buffer;
+  buffer->length = static_cast<unsigned>(length);
+  buffer->Text()[length] = L'\0';
+  return buffer;
+}
 
-  wchar_t * Text() { return reinterpret_cast<wchar_t *>(this + 1); }
-
-  static Buffer * Make(std::size_t length) {
-    void * memory = ::operator new(sizeof(Buffer) + (length + 1) * sizeof(wchar_t));
-    auto * buffer = new (memory) Buffer;
-    buffer->length = static_cast<unsigned>(length);
-    buffer->Text()[length] = L'\0';
-    return buffer;
-  }
-  static void Release(Buffer * buffer) noexcept {
-    if (buffer && buffer->uses.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-      buffer->~Buffer();
-      ::operator delete(buffer);
-    }
-  }
-};
+// The last user needs no locked step to know that it is the last.
+void AString::Release(Buffer * buffer) noexcept {
+  if (buffer->uses.load(std::memory_order_acquire) != 1 && buffer->uses.fetch_sub(1, std::memory_order_acq_rel) != 1)
+    return;
+  buffer->~Buffer();
+  ::operator delete(buffer);
+}
 
 AString::AString(wchar_t const * text) : AString(std::wstring_view(text ? text : L"")) {}
 
@@ -36,31 +30,9 @@ AString::AString(wchar_t const * text, std::size_t length) : AString(std::wstrin
 AString::AString(std::wstring_view text) {
   if (text.empty())
     return;
-  m_buffer = Buffer::Make(text.size());
+  m_buffer = MakeBuffer(text.size());
   std::copy(text.begin(), text.end(), m_buffer->Text());
 }
-
-AString::AString(AString const & other) noexcept : m_buffer(other.m_buffer) {
-  if (m_buffer)
-    m_buffer->uses.fetch_add(1, std::memory_order_relaxed);
-}
-
-AString & AString::operator=(AString const & other) noexcept {
-  AString copy(other);
-  std::swap(m_buffer, copy.m_buffer);
-  return *this;
-}
-
-AString & AString::operator=(AString && other) noexcept {
-  std::swap(m_buffer, other.m_buffer);
-  return *this;
-}
-
-AString::~AString() { Buffer::Release(m_buffer); }
-
-std::size_t AString::size() const noexcept { return m_buffer ? m_buffer->length : 0; }
-
-wchar_t const * AString::c_str() const noexcept { return m_buffer ? m_buffer->Text() : L""; }
 
 AString operator+(AString const & a, AString const & b) {
   if (a.empty())

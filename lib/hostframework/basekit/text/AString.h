@@ -1,10 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 /// A wide literal: ACHAR("text").
@@ -15,6 +17,13 @@
 /// hundreds of thousands of long keys of a solution library cost one pointer a copy.  Changing operations
 /// make a new buffer.  Comparison without case folds character by character, independent of any locale.
 class AString {
+  struct Buffer {
+    std::atomic<unsigned> uses{1};
+    unsigned length = 0;
+
+    wchar_t * Text() { return reinterpret_cast<wchar_t *>(this + 1); }
+  };
+
 public:
   static constexpr std::size_t npos = std::wstring_view::npos;
 
@@ -23,15 +32,24 @@ public:
   AString(wchar_t const * text, std::size_t length);
   AString(std::wstring_view text);
   AString(std::wstring const & text) : AString(std::wstring_view(text)) {}
-  AString(AString const & other) noexcept;
+  AString(AString const & other) noexcept : m_buffer(other.m_buffer) {
+    if (m_buffer)
+      m_buffer->uses.fetch_add(1, std::memory_order_relaxed);
+  }
   AString(AString && other) noexcept : m_buffer(other.m_buffer) { other.m_buffer = nullptr; }
-  AString & operator=(AString const & other) noexcept;
-  AString & operator=(AString && other) noexcept;
-  ~AString();
+  AString & operator=(AString const & other) noexcept { return *this = AString(other); }
+  AString & operator=(AString && other) noexcept {
+    std::swap(m_buffer, other.m_buffer);
+    return *this;
+  }
+  ~AString() {
+    if (m_buffer)
+      Release(m_buffer);
+  }
 
-  std::size_t size() const noexcept;
+  std::size_t size() const noexcept { return m_buffer ? m_buffer->length : 0; }
   bool empty() const noexcept { return size() == 0; }
-  wchar_t const * c_str() const noexcept;
+  wchar_t const * c_str() const noexcept { return m_buffer ? m_buffer->Text() : L""; }
   std::wstring_view View() const noexcept { return {c_str(), size()}; }
   wchar_t operator[](std::size_t index) const { return c_str()[index]; }
   wchar_t const * begin() const noexcept { return c_str(); }
@@ -73,7 +91,9 @@ public:
   }
 
 private:
-  struct Buffer;
+  static Buffer * MakeBuffer(std::size_t length);
+  static void Release(Buffer * buffer) noexcept;
+
   struct FormatArgument {
     enum class Kind { None, Text, Signed, Unsigned, Real } kind = Kind::None;
     std::wstring_view text;

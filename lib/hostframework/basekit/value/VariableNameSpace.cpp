@@ -46,9 +46,15 @@ void VariableNameSpace::AddVariableServer(IVariableServer const * server) {
     m_servers.push_back(server);
 }
 
+void VariableNameSpace::AddDataset(AString const & name, expr::Dataset const * points) {
+  if (points)
+    m_datasets.emplace_back(name, points);
+}
+
 void VariableNameSpace::ClearVariablesAndServers() {
   m_variables.clear();
   m_servers.clear();
+  m_datasets.clear();
 }
 
 Variable * VariableNameSpace::FindVariable(AString const & name) const {
@@ -61,6 +67,14 @@ Variable * VariableNameSpace::FindVariable(AString const & name) const {
   if (!found && m_previous && m_flags.Has(VariableSearchFlag::AppendToPreviousVNS))
     found = m_previous->FindVariable(name);
   return found;
+}
+
+expr::Dataset const * VariableNameSpace::FindDataset(AString const & name) const {
+  for (auto const & [known, points] : m_datasets)
+    if (AString::MatchNoCase(known, name))
+      return points;
+  bool const goesOn = m_previous && m_flags.Has(VariableSearchFlag::AppendToPreviousVNS);
+  return goesOn ? m_previous->FindDataset(name) : nullptr;
 }
 
 Variable * VariableNameSpace::FindHere(AString const & name) const {

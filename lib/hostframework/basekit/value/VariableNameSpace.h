@@ -2,11 +2,16 @@
 
 #include "basekit/value/EnumSet.h"
 
+#include "basekit/text/AString.h"
+
+#include <utility>
 #include <vector>
 
-class AString;
 class IVariableServer;
 class Variable;
+namespace expr {
+struct Dataset;
+}
 
 enum class VariableSearchFlag {
   SearchIntrinsicVariables = 0,
@@ -16,7 +21,8 @@ enum class VariableSearchFlag {
 using VariableSearchFlags = base::EnumSet_T<VariableSearchFlag, 3>;
 
 /// Where the words of expressions are looked up.  The latest name space alive is the current one; with
-/// AppendToPreviousVNS a name that it lacks is looked for in the one before it.  Owns neither variables nor servers.
+/// AppendToPreviousVNS a name that it lacks is looked for in the one before it.  Owns neither variables nor servers nor
+/// datasets.
 class VariableNameSpace {
 public:
   explicit VariableNameSpace(bool searchIntrinsicVariables = true, bool appendToPrevious = true,
@@ -28,6 +34,9 @@ public:
 
   void AddVariable(Variable * variable);
   void AddVariableServer(IVariableServer const * server);
+  /// The points must outlive the expressions that read them.
+  void AddDataset(AString const & name, expr::Dataset const * points);
+  /// Datasets go too.
   void ClearVariablesAndServers();
   void SetVariableSearchFlags(VariableSearchFlags flags) { m_flags = flags; }
   VariableSearchFlags GetVariableSearchFlags() const { return m_flags; }
@@ -35,6 +44,8 @@ public:
   /// By name without case: variables, then servers in the order added, then intrinsic variables, then the previous
   /// name space; null when nobody knows the name.
   Variable * FindVariable(AString const & name) const;
+  /// By name without case, here, then in the previous name space; null when nobody knows the name.
+  expr::Dataset const * FindDataset(AString const & name) const;
 
   /// Null when there is none.
   static VariableNameSpace * Current();
@@ -45,6 +56,7 @@ private:
 
   std::vector<Variable *> m_variables;
   std::vector<IVariableServer const *> m_servers;
+  std::vector<std::pair<AString, expr::Dataset const *>> m_datasets;
   VariableSearchFlags m_flags;
   VariableNameSpace * m_previous = nullptr;
 };

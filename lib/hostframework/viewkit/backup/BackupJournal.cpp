@@ -7,9 +7,11 @@
 #include "basekit/io/Checksum.h"
 #include "basekit/text/Utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -55,16 +57,32 @@ bool EntryOf(std::string_view line, BackupEntry & entry) {
   return false;
 }
 
-bool ReadWhole(file::IFile & file, std::string & content) {
-  file::FileInfo info;
-  if (!file.Describe(info))
-    return false;
-  content.resize(info.length);
-  std::size_t got = 0;
-  if (!file.Read(0, content, got))
-    return false;
-  content.resize(got);
-  return true;
+// No path is as long: what has no line end for so long is no journal, and is not taken into memory.
+constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+// What a disk shows that lost its power between the length of a file and its content.
+constexpr std::string_view kUnwritten("\0\0\0\0\0\0\0\0", 8);
+constexpr std::size_t kPiece = std::size_t{1} << 16;
+
+/// Takes the whole lines off the front, which stands at `start` in the file.
+void TakeLines(std::string & text, std::uint64_t & start, std::vector<BackupEntry> & entries) {
+  std::size_t from = 0;
+  for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', from)) {
+    std::string_view const line = std::string_view(text).substr(from, end - from);
+    BackupEntry entry;
+    if (!EntryOf(line, entry))
+      entry.kind = Kind::Unknown;
+    entry.start = start + from;
+    if (line.find(kUnwritten) == std::string_view::npos)
+      entries.push_back(std::move(entry));
+    from = end + 1;
+  }
+  text.erase(0, from);
+  start += from;
+}
+
+bool HasUnknown(std::vector<BackupEntry> const & entries) {
+  return std::any_of(entries.begin(), entries.end(),
+                     [](BackupEntry const & entry) { return entry.kind == Kind::Unknown; });
 }
 
 } // namespace
@@ -82,35 +100,52 @@ bool BackupJournal::Create(LongFileName const & area) {
 }
 
 bool BackupJournal::Append(BackupEntry const & entry) {
-  std::string const line = LineOf(entry);
-  std::string_view const piece = line;
+  Queue(entry);
+  return Flush();
+}
+
+void BackupJournal::Queue(BackupEntry const & entry) { m_queued += LineOf(entry); }
+
+bool BackupJournal::Flush() {
+  std::string const lines = std::exchange(m_queued, std::string());
+  std::string_view const piece = lines;
   if (!m_file || !m_file->Write(m_length, std::span(&piece, 1)).Ok() || !m_file->Sync().Ok()) {
     // Nobody knows what stands on the disk now, so nothing goes behind it.
     m_file.reset();
     return false;
   }
-  m_length += line.size();
+  m_length += lines.size();
   return true;
 }
 
-bool BackupJournal::Open(LongFileName const & area) {
-  return file::FileSystem().Open(area + Name(), file::OpenMode::ReadWrite, m_file).Ok();
+bool BackupJournal::OpenAs(LongFileName const & area, file::OpenMode mode) {
+  file::FileInfo info;
+  auto & system = file::FileSystem();
+  LongFileName const journal = area + Name();
+  return system.Describe(journal, info).Ok() && !info.isLink && system.Open(journal, mode, m_file).Ok();
 }
 
+bool BackupJournal::Open(LongFileName const & area) { return OpenAs(area, file::OpenMode::ReadWrite); }
+
+bool BackupJournal::OpenForReading(LongFileName const & area) { return OpenAs(area, file::OpenMode::Read); }
+
 bool BackupJournal::ReadEntries(std::vector<BackupEntry> & entries) {
-  std::string content;
-  if (!m_file || !ReadWhole(*m_file, content))
-    return false;
-  std::size_t start = 0;
-  for (std::size_t end = content.find('\n'); end != std::string::npos; end = content.find('\n', start)) {
-    BackupEntry entry;
-    entry.start = start;
-    if (EntryOf(std::string_view(content).substr(start, end - start), entry))
-      entries.push_back(entry);
-    else
-      KVRO_ASSERT(!"A line of a backup journal is damaged");
-    start = end + 1;
+  std::string text;
+  std::uint64_t start = 0;
+  for (bool isAtEnd = false; !isAtEnd && text.size() < kLongestLine;) {
+    std::size_t const known = text.size();
+    std::size_t got = 0;
+    text.resize(known + kPiece);
+    if (!m_file || !m_file->Read(start + known, std::span(text).subspan(known), got).Ok())
+      return false;
+    isAtEnd = got < kPiece;
+    text.resize(known + got);
+    TakeLines(text, start, entries);
   }
+  if (text.size() >= kLongestLine)
+    entries.push_back({Kind::Unknown, 0, AString(), AString(), start});
+  if (HasUnknown(entries))
+    KVRO_ASSERT(!"A line of a backup journal is damaged");
   return true;
 }
 

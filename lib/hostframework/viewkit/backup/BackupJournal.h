@@ -5,11 +5,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace file {
 class IFile;
-}
+enum class OpenMode;
+} // namespace file
 
 /// What a backup area did or is about to do, told so that it can be taken back.  Paths count from the area's root.
 struct BackupEntry {
@@ -19,7 +21,9 @@ struct BackupEntry {
     /// `path` is about to become `to`, where nothing stands.
     Renamed,
     /// Nothing stood at `path`.
-    Absent
+    Absent,
+    /// The line is damaged: nobody knows what was done.
+    Unknown
   };
 
   Kind kind = Kind::Kept;
@@ -43,14 +47,23 @@ public:
   bool Create(LongFileName const & area);
   /// After a failure all that follow fail too.
   bool Append(BackupEntry const & entry);
+  /// For several entries at once: Queue tells nothing, Flush brings them to the disk.
+  void Queue(BackupEntry const & entry);
+  bool Flush();
 
+  /// Both fail when a link stands in the journal's place.
   bool Open(LongFileName const & area);
-  /// The whole entries, in order.  A line that was cut off was never acted on; damage before it is reported.
+  bool OpenForReading(LongFileName const & area);
+  /// The entries, in order, damaged ones too, which are reported.  A last line that was cut off, and lines that the
+  /// disk never wrote before a loss of power, were never acted on.
   bool ReadEntries(std::vector<BackupEntry> & entries);
   /// Forgets the entry and all behind it.
   bool CutBackTo(BackupEntry const & entry);
 
 private:
+  bool OpenAs(LongFileName const & area, file::OpenMode mode);
+
   std::unique_ptr<file::IFile> m_file;
   std::uint64_t m_length = 0;
+  std::string m_queued;
 };

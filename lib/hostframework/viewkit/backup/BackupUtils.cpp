@@ -1,5 +1,6 @@
 #include "viewkit/backup/BackupUtils.h"
 
+#include "basekit/diag/Assert.h"
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "viewkit/backup/BackupArea.h"
@@ -7,6 +8,13 @@
 namespace {
 
 bool Remove(LongFileName const & path) {
+  // Covered paths are the area's to judge.
+  bool const isFree = BackupArea::Covers(path) || !BackupArea::Overlaps(path);
+  KVRO_ASSERT(isFree);
+  if (!isFree) {
+    BackupArea::MarkIncomplete();
+    return false;
+  }
   return BackupArea::Covers(path) ? BackupArea::MoveIn(path) : LFN_Delete(path);
 }
 

@@ -240,9 +240,10 @@ Expression const * ElementStatement::Find(std::string const & foldedName) const 
 
 ElementStatement ReadElement(LogicalLine const & line) { return ElementReader(line).Read(); }
 
-std::vector<NameAndExpression> ReadAssignments(LineCursor & cursor, std::string const & thing) {
+std::vector<NameAndExpression> ReadAssignments(LineCursor & cursor, std::string const & thing,
+                                               std::function<bool(LineCursor &)> const & isEnd) {
   std::vector<NameAndExpression> assignments;
-  while (!cursor.AtEnd()) {
+  while (!cursor.AtEnd() && !(isEnd && isEnd(cursor))) {
     SourcePosition const where = cursor.Where();
     std::string const name = cursor.Word();
     std::string const folded = Folded(name);

@@ -44,6 +44,21 @@ SweepMethod EvaluateMethod(SweepStatement const & statement, ParameterScope & sc
   return method;
 }
 
+SweepFiles EvaluateFiles(SweepStatement const & statement, ParameterScope & scope) {
+  SweepFiles files;
+  files.touchstone = statement.isTouchstone;
+  for (Expression const & number : statement.z0)
+    files.z0 = number.Evaluate(scope, ".sp");
+  for (Expression const & number : statement.voltages)
+    files.voltages.push_back(number.Evaluate(scope, ".sp"));
+  try {
+    files.Check();
+  } catch (NetlistError const & error) {
+    throw NetlistError(statement.where, ".sp", error.Message(), error.Remedy());
+  }
+  return files;
+}
+
 } // namespace
 
 std::string NetlistNote::Text() const { return DiagnosticLine(where, thing, message, {}); }
@@ -64,7 +79,8 @@ std::vector<SweepLine> Netlist::Sweeps(Overrides const & overrides) const {
   std::vector<SweepLine> sweeps;
   for (SweepStatement const & statement : m_Content->sweeps)
     sweeps.push_back({"SP" + std::to_string(sweeps.size() + 1), statement.text, statement.where,
-                      EvaluateSweep(statement, scope), EvaluateMethod(statement, scope)});
+                      EvaluateSweep(statement, scope), EvaluateMethod(statement, scope),
+                      EvaluateFiles(statement, scope)});
   return sweeps;
 }
 

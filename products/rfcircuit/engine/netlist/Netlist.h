@@ -2,6 +2,7 @@
 
 #include "products/rfcircuit/engine/netlist/SourcePosition.h"
 #include "products/rfcircuit/engine/sweep/FrequencySweep.h"
+#include "products/rfcircuit/engine/sweep/SweepFiles.h"
 #include "products/rfcircuit/engine/sweep/SweepMethod.h"
 
 #include <cstdint>
@@ -33,6 +34,7 @@ struct SweepLine {
   SourcePosition where;
   FrequencySweep sweep;
   SweepMethod method;
+  SweepFiles files;
 };
 
 /** A `.tran` line, kept as it stands for whoever understands it. */

@@ -197,7 +197,7 @@ private:
     sweep.kind = Folded(cursor.Word());
     bool const isList = sweep.kind == "list";
     std::size_t const needed = isList ? 1 : 3;
-    while (!cursor.AtEnd() && (sweep.numbers.size() < needed || !IsMethod(cursor)))
+    while (!cursor.AtEnd() && (sweep.numbers.size() < needed || !(IsMethod(cursor) || IsOfFiles(cursor))))
       sweep.numbers.push_back(cursor.Value(".sp"));
     Method(cursor, sweep);
     bool const isKnown = isList || sweep.kind == "lin" || sweep.kind == "dec" || sweep.kind == "oct";
@@ -219,9 +219,16 @@ private:
   static void Method(LineCursor & cursor, SweepStatement & sweep) {
     if (cursor.AtEnd())
       return;
-    sweep.isAdaptive = Folded(cursor.Word()) == "adaptive";
+    bool const isMethod = IsMethod(cursor);
+    if (isMethod)
+      sweep.isAdaptive = Folded(cursor.Word()) == "adaptive";
     SourcePosition const where = cursor.Where();
-    sweep.settings = ReadAssignments(cursor, ".sp");
+    while (!cursor.AtEnd()) {
+      for (NameAndExpression & setting : ReadAssignments(cursor, ".sp", IsOfFiles))
+        sweep.settings.push_back(std::move(setting));
+      if (!cursor.AtEnd())
+        File(cursor, sweep);
+    }
     if (!sweep.isAdaptive && !sweep.settings.empty())
       throw NetlistError(where, ".sp", "a direct sweep has no settings", "remove them, or write adaptive for direct");
     for (auto setting = sweep.settings.begin(); setting != sweep.settings.end(); ++setting) {
@@ -229,6 +236,29 @@ private:
                       [&](auto const & other) { return other.folded == setting->folded; }))
         throw NetlistError(where, ".sp", "'" + setting->name + "' is set twice", "remove one of the two");
     }
+  }
+
+  // The first word or NAME= of what tells of files.
+  static bool IsOfFiles(LineCursor & cursor) {
+    std::string const word = Folded(cursor.Peek());
+    return cursor.AtAssignment() ? word == "z0" || word == "voltages" : word == "touchstone";
+  }
+
+  static void File(LineCursor & cursor, SweepStatement & sweep) {
+    SourcePosition const where = cursor.Where();
+    std::string const word = Folded(cursor.Word());
+    bool const isTwice = word == "z0" ? !sweep.z0.empty() : word == "voltages" && !sweep.voltages.empty();
+    if (isTwice || (word == "touchstone" && sweep.isTouchstone))
+      throw NetlistError(where, ".sp", "'" + word + "' stands twice", "remove one of the two");
+    if (word == "touchstone") {
+      sweep.isTouchstone = true;
+      return;
+    }
+    cursor.TakeEquals();
+    auto & numbers = word == "z0" ? sweep.z0 : sweep.voltages;
+    do
+      numbers.push_back(cursor.Value(".sp"));
+    while (word == "voltages" && !cursor.AtEnd() && !cursor.AtAssignment() && !IsMethod(cursor) && !IsOfFiles(cursor));
   }
 
   void GlobalNodes(LineCursor & cursor, LogicalLine const & line) {

@@ -47,7 +47,8 @@ struct SubcircuitDefinition {
   StatementBlock body;
 };
 
-/** `.sp`: the kind's word with its numbers, then `adaptive` with its settings, or nothing or `direct`. */
+/** `.sp`: the kind's word with its numbers, then `adaptive` with its settings, or nothing or `direct`, and which files
+    are asked for: `touchstone`, `z0=`, `voltages=`. */
 struct SweepStatement {
   SourcePosition where;
   std::string text;
@@ -55,6 +56,9 @@ struct SweepStatement {
   std::vector<Expression> numbers;
   bool isAdaptive = false;
   std::vector<NameAndExpression> settings;
+  bool isTouchstone = false;
+  std::vector<Expression> z0; ///< one at most
+  std::vector<Expression> voltages;
 };
 
 } // namespace rf

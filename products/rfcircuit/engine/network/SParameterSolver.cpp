@@ -20,7 +20,8 @@ std::vector<Port> const & PortsOf(Circuit const & circuit) {
 } // namespace
 
 SParameterSolver::SParameterSolver(Circuit const & circuit)
-    : m_File(circuit.File()), m_Ports(PortsOf(circuit)), m_System(circuit), m_Solver(m_System.Pattern()) {
+    : m_File(circuit.File()), m_Nodes(circuit.NodeNames().size() - 1), m_Ports(PortsOf(circuit)), m_System(circuit),
+      m_Solver(m_System.Pattern()) {
   for (Port const & port : m_Ports) {
     Element const & element = circuit.Elements()[static_cast<std::size_t>(port.element)];
     m_Terminals.push_back({NodalSystem::VoltageOf(element.nodes[0]), NodalSystem::VoltageOf(element.nodes[1]),
@@ -45,7 +46,7 @@ std::complex<double> SParameterSolver::Voltage(Terminals const & port, std::size
 
 // A source of 2 sqrt z0 volts behind z0 sends a wave of one.  At the other ports V = -z0 I, so b = V / sqrt z0 there;
 // at the driven one a = 1 and b = V / sqrt z0 - 1.
-SMatrix SParameterSolver::At(double frequency) {
+void SParameterSolver::Drive(double frequency) {
   if (!std::isfinite(frequency) || frequency < 0)
     throw NetlistError({std::make_shared<std::string const>(m_File), 0}, "frequency",
                        fmt::format("{} Hz is not a frequency", frequency), "give one from 0 Hz");
@@ -58,6 +59,10 @@ SMatrix SParameterSolver::At(double frequency) {
     m_Solutions[driven * size + static_cast<std::size_t>(m_Terminals[driven].branch)] =
         2 * std::sqrt(m_Ports[driven].z0);
   m_Solver.Solve(m_Solutions);
+}
+
+SMatrix SParameterSolver::At(double frequency) {
+  Drive(frequency);
   SMatrix result(m_Ports.size());
   for (std::size_t driven = 0; driven < m_Ports.size(); ++driven) {
     for (std::size_t seen = 0; seen < m_Ports.size(); ++seen) {
@@ -68,6 +73,23 @@ SMatrix SParameterSolver::At(double frequency) {
     }
   }
   return result;
+}
+
+// The system is linear: the source's voltage is divided out.
+std::vector<std::complex<double>> SParameterSolver::VoltagesAt(double frequency) {
+  Drive(frequency);
+  auto const size = static_cast<std::size_t>(m_System.Size());
+  std::vector<std::complex<double>> voltages;
+  voltages.reserve(m_Ports.size() * m_Nodes);
+  for (std::size_t driven = 0; driven < m_Ports.size(); ++driven)
+    for (std::size_t node = 1; node <= m_Nodes; ++node) {
+      auto const unknown = static_cast<std::size_t>(NodalSystem::VoltageOf(static_cast<int>(node)));
+      std::complex<double> const voltage = m_Solutions[driven * size + unknown] / (2 * std::sqrt(m_Ports[driven].z0));
+      if (!std::isfinite(voltage.real()) || !std::isfinite(voltage.imag()))
+        RefuseSingular(frequency);
+      voltages.push_back(voltage);
+    }
+  return voltages;
 }
 
 } // namespace rf

@@ -21,6 +21,9 @@ public:
 
   /** Rows and columns in the order of port numbers; frequency in Hz, from zero. */
   SMatrix At(double frequency);
+  /** The voltages of all nodes but ground, in their order, for one port after the other: that one driven by one volt
+      behind its impedance, the others ended by theirs. */
+  std::vector<std::complex<double>> VoltagesAt(double frequency);
 
   std::vector<Port> const & Ports() const { return m_Ports; }
   /** The size of the equations. */
@@ -35,10 +38,12 @@ private:
     int branch;
   };
 
+  void Drive(double frequency);
   [[noreturn]] void RefuseSingular(double frequency) const;
   std::complex<double> Voltage(Terminals const & port, std::size_t driven) const;
 
   std::string m_File;
+  std::size_t m_Nodes; ///< without ground
   std::vector<Port> m_Ports;
   std::vector<Terminals> m_Terminals;
   NodalSystem m_System;

@@ -11,6 +11,7 @@ namespace rf {
 namespace {
 
 constexpr std::size_t MOST_PAIRS_A_LINE = 4;
+constexpr std::size_t MOST_IMPEDANCES_A_LINE = 8;
 constexpr double SMALLEST_MAGNITUDE = 1e-20; // -400 dB
 
 /** Puts one data set together; refuses what the format can't hold. */
@@ -24,12 +25,6 @@ public:
       Refuse(fmt::format("{} digits can't be written", m_Options.digits), "ask for 1 to 17");
     if (ports.empty())
       Refuse("there are no ports", "give at least one");
-    for (Port const & port : ports) {
-      if (port.z0 != ports.front().z0)
-        Refuse(fmt::format("port {} has {} ohm and port {} has {}, version 1 knows one for all", ports.front().number,
-                           ports.front().z0, port.number, port.z0),
-               "renormalise to one impedance");
-    }
     if (frequencies.size() != matrices.size())
       Refuse(fmt::format("there are {} frequencies and {} matrices", frequencies.size(), matrices.size()),
              "give one matrix for each frequency");
@@ -37,7 +32,7 @@ public:
       CheckPoint(ports.size(), i > 0 ? frequencies[i - 1] : -1, frequencies[i], matrices[i]);
   }
 
-  void AddHeader(std::vector<std::string> const & header, double z0) {
+  void AddHeader(std::vector<std::string> const & header) {
     for (std::string const & text : header) {
       std::size_t position = 0;
       do { // a line break in a header line must not end its being a comment
@@ -46,8 +41,24 @@ public:
         position = end + 1;
       } while (position < text.size());
     }
-    m_Text += fmt::format("# Hz S {} R {}\n", FormatName(), z0);
   }
+
+  void AddOptions(double z0) { m_Text += fmt::format("# Hz S {} R {}\n", FormatName(), z0); }
+
+  // The order of the keywords is the format's; its two-port columns stand as version 1 has them.
+  void AddKeywords(std::vector<Port> const & ports, std::size_t frequencies) {
+    m_Text += "[Version] 2.0\n";
+    AddOptions(ports.front().z0);
+    m_Text += fmt::format("[Number of Ports] {}\n", ports.size());
+    if (ports.size() == 2)
+      m_Text += "[Two-Port Data Order] 21_12\n";
+    m_Text += fmt::format("[Number of Frequencies] {}\n[Reference]", frequencies);
+    for (std::size_t i = 0; i < ports.size(); ++i)
+      m_Text += fmt::format("{}{}", i > 0 && i % MOST_IMPEDANCES_A_LINE == 0 ? "\n" : " ", ports[i].z0);
+    m_Text += "\n[Network Data]\n";
+  }
+
+  void AddEnd() { m_Text += "[End]\n"; }
 
   void AddPoint(double frequency, SMatrix const & matrix) {
     std::size_t const ports = matrix.Ports();
@@ -119,9 +130,17 @@ std::string TouchstoneText(std::string const & name, std::vector<std::string> co
                            std::vector<SMatrix> const & matrices, TouchstoneOptions const & options) {
   TextMaker maker(name, options);
   maker.Check(ports, frequencies, matrices);
-  maker.AddHeader(header, ports.front().z0);
+  maker.AddHeader(header);
+  bool const isSecondVersion =
+      std::any_of(ports.begin(), ports.end(), [&](Port const & port) { return port.z0 != ports.front().z0; });
+  if (isSecondVersion)
+    maker.AddKeywords(ports, frequencies.size());
+  else
+    maker.AddOptions(ports.front().z0);
   for (std::size_t i = 0; i < frequencies.size(); ++i)
     maker.AddPoint(frequencies[i], matrices[i]);
+  if (isSecondVersion)
+    maker.AddEnd();
   return maker.Take();
 }
 

@@ -83,6 +83,10 @@ void WriteTouchstone(std::filesystem::path const & path, std::vector<std::string
                      std::vector<SMatrix> const & matrices, TouchstoneOptions const & options) {
   std::string const text = TouchstoneText(path.string(), header, ports, frequencies, matrices, options);
   CheckExtension(path, ports.size());
+  WriteTouchstoneText(path, text);
+}
+
+void WriteTouchstoneText(std::filesystem::path const & path, std::string const & text) {
   FileBeside file(path);
   file.Write(text);
   file.TakePlace();

@@ -110,6 +110,8 @@ TEST_F(BoundExpression, AlienLabelsAreTheWordsThatAreNoVariables) {
   EXPECT_EQ(Labels(L"a + b"), (std::vector<AString>{L"a", L"b"}));
   EXPECT_EQ(Labels(L" a "), (std::vector<AString>{L"a"}));
   EXPECT_EQ(Labels(L"'my name'"), (std::vector<AString>{L"my name"}));
+  EXPECT_EQ(Labels(L"max"), (std::vector<AString>{L"max"}));
+  EXPECT_EQ(Labels(L"2*max(max)"), (std::vector<AString>{L"max"}));
 }
 
 TEST_F(BoundExpression, TextsThatAreNoExpressionHaveLabelsToo) {
@@ -145,6 +147,21 @@ TEST_F(BoundExpression, ValidationRefusesWhatIsNoExpressionHere) {
   expr::Error error;
   EXPECT_FALSE(ExpressionParser::ValidateExpression(value, L"1 + S22", parsers, error));
   EXPECT_EQ(error.position, 4u);
+}
+
+TEST_F(BoundExpression, DatasetsAreThoseOfTheNameSpaces) {
+  std::vector<double> const x = {0.0, 4e-3};
+  std::vector<double> const y = {1.0, 2.0};
+  expr::Dataset const points{x, y};
+  space.AddDataset(L"er", &points);
+  VariableNameSpace inner(true, true, false);
+  Value value;
+  ASSERT_TRUE(value.SetValueText(L"interp(\"ER\", w)"));
+  EXPECT_EQ(value.GetSIValue(), 1.5);
+  inner.SetVariableSearchFlags(VariableSearchFlags());
+  EXPECT_FALSE(value.SetValueText(L"interp(\"er\", 1)"));
+  space.ClearVariablesAndServers();
+  EXPECT_EQ(space.FindDataset(L"er"), nullptr);
 }
 
 TEST_F(BoundExpression, WithoutANameSpaceThereAreNoVariables) {

@@ -74,6 +74,7 @@ TEST_F(Language, FunctionsAreKnownWithoutCase) {
   EXPECT_EQ(Number(L"mag(3+4i)"), 5.0);
   EXPECT_EQ(Number(L"ang_deg(1i)"), 90.0);
   EXPECT_EQ(Number(L"ang_deg(-1)"), 180.0);
+  EXPECT_EQ(Number(L"ang_deg(-0)"), 0.0);
   EXPECT_EQ(Number(L"ang_rad(-1)"), std::numbers::pi);
   EXPECT_EQ(Number(L"re(3+4i)"), 3.0);
   EXPECT_EQ(Number(L"im(3+4i)"), 4.0);

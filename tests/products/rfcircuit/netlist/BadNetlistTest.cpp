@@ -394,6 +394,15 @@ TEST(BadNetlist, SenselessSettingsOfAnAdaptiveSweepAreToldOnReading) {
             "test.cir:2: .sp: a direct sweep has no settings; remove them, or write adaptive for direct");
   EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 adaptive passes=2 passes=3\n"),
             "test.cir:2: .sp: 'passes' is set twice; remove one of the two");
+  EXPECT_EQ(
+      ErrorOfReading(".sp lin 5 1 2 z0=50\n"),
+      "test.cir:2: .sp: z0 is that of the Touchstone file, and none is asked for; write touchstone in front of it");
+  EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 touchstone z0=0\n"),
+            "test.cir:2: .sp: z0=0 makes no sense; give an impedance in ohm, such as 50");
+  EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 voltages=-1\n"),
+            "test.cir:2: .sp: voltages=-1 makes no sense; give frequencies in hertz, from 0");
+  EXPECT_EQ(ErrorOfReading(".sp lin 5 1 2 voltages=1 touchstone voltages=2\n"),
+            "test.cir:2: .sp: 'voltages' stands twice; remove one of the two");
   EXPECT_NE(ErrorOfReading(".sp lin 5 1 2 adaptive 3\n").find("test.cir:2: .sp: "), std::string::npos);
   EXPECT_NE(ErrorOfReading(".sp lin 5 adaptive\n").find("test.cir:2: .sp: "), std::string::npos);
 }

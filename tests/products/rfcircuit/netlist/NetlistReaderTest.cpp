@@ -201,6 +201,24 @@ TEST(NetlistReader, SweepsEvaluateTheirNumbersAndTransientLinesStayText) {
   EXPECT_EQ(netlist.Transients()[0].text, ".tran 1n 100n uic");
 }
 
+TEST(NetlistReader, ASweepMayAskForFiles) {
+  auto const sweeps = Read(".param f0=2g\n.sp lin 11 1meg 2meg\n.sp lin 11 1meg 2meg touchstone\n"
+                           ".sp list 1k 2k adaptive passes=3 Touchstone Z0=75 voltages=2k,1k 1k\n"
+                           ".sp dec 10 1k 1meg direct voltages={f0}\n.sp list 1k 2k voltages=0 touchstone\n")
+                          .Sweeps();
+  ASSERT_EQ(sweeps.size(), 5u);
+  EXPECT_TRUE(sweeps[0].files.IsEmpty());
+  EXPECT_TRUE(sweeps[1].files.touchstone);
+  EXPECT_FALSE(sweeps[1].files.z0);
+  EXPECT_EQ(sweeps[2].sweep.Frequencies(), (std::vector<double>{1e3, 2e3}));
+  EXPECT_EQ(sweeps[2].method.passes, 3);
+  EXPECT_EQ(sweeps[2].files.z0, 75.0);
+  EXPECT_EQ(sweeps[2].files.voltages, (std::vector<double>{1e3, 2e3}));
+  EXPECT_EQ(sweeps[3].files.voltages, (std::vector<double>{2e9}));
+  EXPECT_EQ(sweeps[4].files.voltages, (std::vector<double>{0}));
+  EXPECT_TRUE(sweeps[4].files.touchstone);
+}
+
 TEST(NetlistReader, ASweepIsDirectUnlessItSaysAdaptive) {
   auto const sweeps = Read(".param accuracy=1e-7\n.sp lin 11 1meg 2meg\n.sp lin 11 1meg 2meg 0 direct\n"
                            ".sp dec 10 1k 1meg adaptive\n.sp list 1k 2k Adaptive target={accuracy} passes=3 most=50\n"

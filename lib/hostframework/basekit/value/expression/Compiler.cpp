@@ -5,8 +5,6 @@
 #include "basekit/value/ranged/RangedFunction.h"
 #include "basekit/value/units/UnitAlgebra.h"
 
-#include <algorithm>
-
 namespace expr {
 
 bool Program::Compile(AString const & text, IScope const & scope, Program & program, Error & error) {
@@ -201,108 +199,6 @@ bool Compiler::CompileBinary(Level & level, std::size_t node) {
   value.isArray = left.isArray || right.isArray;
   Push(level, value, node, left.openBefore);
   return true;
-}
-
-// ---- what steps and segments are made of
-
-Compiler::Operand Compiler::AddConstant(std::complex<double> value, bool isComplex) {
-  m_program.m_constants.push_back(value);
-  return {Operand::Kind::kConstant, isComplex, static_cast<std::uint32_t>(m_program.m_constants.size() - 1)};
-}
-
-Compiler::Operand Compiler::AddStep(Level & level, Kernel kernel, bool isComplex,
-                                    std::vector<Operand> const & arguments) {
-  Step step;
-  step.kernel = kernel;
-  step.argumentCount = static_cast<std::uint8_t>(arguments.size());
-  std::copy(arguments.begin(), arguments.end(), step.arguments);
-  level.open.push_back(step);
-  return {Operand::Kind::kStep, isComplex, static_cast<std::uint32_t>(level.open.size() - 1)};
-}
-
-Compiler::Operand Compiler::Widened(Level & level, Operand operand) {
-  return operand.isComplex ? operand : AddStep(level, &Widen, true, {operand});
-}
-
-// The steps of a value, from the first on, become a segment; other values need none.
-Compiler::Operand Compiler::CloseSteps(Level & level, Operand result, std::size_t first) {
-  if (result.kind != Operand::Kind::kStep)
-    return result;
-  Segment segment;
-  segment.isComplex = result.isComplex;
-  segment.firstStep = static_cast<std::uint32_t>(m_program.m_steps.size());
-  segment.stepCount = static_cast<std::uint32_t>(level.open.size() - first);
-  std::vector<std::uint32_t> freeBuffers;
-  for (std::size_t i = first; i < level.open.size(); ++i) {
-    Step step = level.open[i];
-    if (freeBuffers.empty())
-      freeBuffers.push_back(segment.bufferCount++);
-    step.buffer = freeBuffers.back();
-    freeBuffers.pop_back();
-    // Each step is used once: its buffer is free behind its user.
-    for (std::size_t a = 0; a < step.argumentCount; ++a)
-      if (Operand & operand = step.arguments[a]; operand.kind == Operand::Kind::kStep) {
-        operand.place -= static_cast<std::uint32_t>(first);
-        freeBuffers.push_back(m_program.m_steps[segment.firstStep + operand.place].buffer);
-      }
-    m_program.m_steps.push_back(step);
-  }
-  segment.result = {Operand::Kind::kStep, result.isComplex, result.place - static_cast<std::uint32_t>(first)};
-  level.open.resize(first);
-  m_program.m_segments.push_back(std::move(segment));
-  return {Operand::Kind::kSegment, result.isComplex, static_cast<std::uint32_t>(m_program.m_segments.size() - 1)};
-}
-
-Compiler::Operand Compiler::AddSegment(Segment segment, Node const & node, std::wstring const & name) {
-  segment.position = node.position;
-  segment.length = node.length;
-  segment.name = AString(name);
-  segment.source = m_error.source;
-  bool const isComplex = segment.isComplex;
-  m_program.m_segments.push_back(std::move(segment));
-  return {Operand::Kind::kSegment, isComplex, static_cast<std::uint32_t>(m_program.m_segments.size() - 1)};
-}
-
-Compiler::Typed Compiler::Pop(Level & level) {
-  Typed value = level.stack.back();
-  level.stack.pop_back();
-  return value;
-}
-
-void Compiler::Push(Level & level, Typed value, std::size_t node, std::size_t openBefore) {
-  value.node = node;
-  value.openBefore = openBefore;
-  level.stack.push_back(value);
-}
-
-std::vector<Compiler::Typed> Compiler::PopArguments(Level & level, std::size_t count) {
-  auto const first = level.stack.end() - static_cast<std::ptrdiff_t>(count);
-  std::vector<Typed> arguments(first, level.stack.end());
-  level.stack.erase(first, level.stack.end());
-  return arguments;
-}
-
-// ---- what can be wrong
-
-bool Compiler::Fail(Node const & node, AString const & problem, AString const & expected, AString const & hint) {
-  m_error.position = node.position;
-  m_error.length = node.length;
-  m_error.problem = problem;
-  m_error.expected = expected;
-  m_error.hint = hint;
-  return false;
-}
-
-bool Compiler::RefuseText(Level const & level, Typed const & value) {
-  return !value.isText || Fail(level.tree.nodes[value.node], L"a text has no number", L"a number or a name",
-                               L"names stand in single quotes, texts in double ones");
-}
-
-bool Compiler::RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count) {
-  return Fail(node,
-              L"'" + AString(name) + L"' takes " + wanted +
-                  AString::Format(L", not %lu", static_cast<unsigned long>(count)),
-              L"");
 }
 
 } // namespace expr

@@ -29,7 +29,7 @@ inline double Decibel10(double x) { return 10.0 * std::log10(std::fabs(x)); }
 inline double Decibel10(Complex z) { return 10.0 * std::log10(std::abs(z)); }
 inline double DecibelMilliwatt(double x) { return 30.0 + Decibel10(x); }
 inline double DecibelMilliwatt(Complex z) { return 30.0 + Decibel10(z); }
-inline double Angle(double x) { return std::isnan(x) ? x : std::atan2(0.0, x); }
+inline double Angle(double x) { return std::isnan(x) ? x : x < 0.0 ? std::numbers::pi : 0.0; }
 inline double Angle(Complex z) { return std::arg(z); }
 inline double AngleDegrees(double x) { return Angle(x) * degreesPerRadian; }
 inline double AngleDegrees(Complex z) { return Angle(z) * degreesPerRadian; }

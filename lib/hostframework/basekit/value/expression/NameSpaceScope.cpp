@@ -41,6 +41,11 @@ Meaning NameSpaceScope::Find(AString const & name) const {
   return FindConstant(name.View(), constant) ? Meaning() : FindForeign(name);
 }
 
+Dataset const * NameSpaceScope::FindDataset(AString const & name) const {
+  VariableNameSpace const * const current = VariableNameSpace::Current();
+  return current ? current->FindDataset(name) : nullptr;
+}
+
 Meaning BindingScope::FindForeign(AString const & name) const {
   Meaning meaning;
   meaning.base = m_parser ? m_parser->ParseText(name) : nullptr;

@@ -7,10 +7,12 @@ class Variable;
 
 namespace expr {
 
-/// What names mean in the current variable name space; constants come next, then what a derived scope knows.
+/// What names mean in the current variable name space; constants come next, then what a derived scope knows.  Datasets
+/// are those of the name space.
 class NameSpaceScope : public IScope {
 public:
   Meaning Find(AString const & name) const final;
+  Dataset const * FindDataset(AString const & name) const final;
 
 private:
   virtual Meaning FindForeign(AString const & name) const = 0;
