@@ -36,7 +36,7 @@ class Documents(DeskTest):
         sweep, = setup['sweeps']
         self.assertEqual((sweep['start'], sweep['stop'], sweep['count']), (1e6, 1e9, 11))
         state, = setup['solutions'][0]['variations']
-        self.assertEqual(sorted(state), ['former', 'has_data', 'saved', 'valid', 'variation', 'version'])
+        self.assertEqual(sorted(state), ['former', 'has_data', 'saved', 'unsaved', 'valid', 'variation', 'version'])
 
     def test_each_stored_point_is_an_event_line_and_the_end_is_one(self):
         self.small_project()
