@@ -149,9 +149,7 @@ void ProductSolutionManager::LeaveOutResultFiles(std::vector<AString> const & pa
   ResultStores(*this).LeaveOut(std::set<AString>(paths.begin(), paths.end()));
 }
 
-bool ProductSolutionManager::HaveResultFiles() const {
-  return m_savedStores != 0 || ResultStores(*this).Fingerprint() != 0;
-}
+bool ProductSolutionManager::HaveResultFiles() const { return m_savedStores != 0 || ResultStores(*this).HaveData(); }
 
 // Empty stores would ask for numbers all the same.
 void ProductSolutionManager::CommitResultStores() {

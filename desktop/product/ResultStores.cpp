@@ -11,6 +11,8 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
+#include <algorithm>
+
 namespace desktop {
 
 namespace {
@@ -152,6 +154,11 @@ Stores ResultStores::All() const {
 }
 
 bool ResultStores::AreThere() const { return !All().empty(); }
+
+bool ResultStores::HaveData() const {
+  Stores const all = All();
+  return std::any_of(all.begin(), all.end(), [](CMirroredDataMap const * store) { return store->HaveData(); });
+}
 
 std::set<AString> ResultStores::LocationsIn(io::CBlock const & design) {
   std::set<AString> locations;

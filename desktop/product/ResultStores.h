@@ -27,6 +27,7 @@ public:
   explicit ResultStores(BaseSolutionManager const & manager) : m_manager(manager) {}
 
   bool AreThere() const;
+  bool HaveData() const;
   /// The working views, under original versions.  False when a store could not be written.
   bool Write(io::CBlock & design) const;
   /// Adds what a design tells to the views; nothing on the disk changes.  False when something could not be read.

@@ -45,7 +45,7 @@ void RefuseWhatIsThere(Project const & project) {
   if (LFN_Exists(project.GetFile()))
     throw Error(ErrorKind::kProject,
                 project.GetFile().FilePath() + L": there is a project of this name already; choose another name");
-  for (LongFileName const & file : {project.GetResultsFolder(), project.GetAutosaveFile()})
+  for (LongFileName const & file : {project.GetResultsFolder(), project.GetAutosaveFile(), project.GetSaveNote()})
     if (LFN_Exists(file))
       throw Error(ErrorKind::kProject, file.FilePath() + L": this is left of an earlier project of the same name; "
                                                          L"remove it or choose another name");
