@@ -36,7 +36,7 @@ class Documents(DeskTest):
         sweep, = setup['sweeps']
         self.assertEqual((sweep['start'], sweep['stop'], sweep['count']), (1e6, 1e9, 11))
         state, = setup['solutions'][0]['variations']
-        self.assertEqual(sorted(state), ['former', 'has_data', 'saved', 'valid', 'variation', 'version'])
+        self.assertEqual(sorted(state), ['former', 'has_data', 'saved', 'unsaved', 'valid', 'variation', 'version'])
 
     def test_info_is_written_as_a_tree_of_its_parts_would_be(self):
         write('c.cir', SMALL)
