@@ -77,6 +77,26 @@ AString ResultStoreOwner::WriteFile(Store & store, VariationIDIndex const & key,
   return path;
 }
 
+void ResultStoreOwner::SyncFile(AString const & keyword, VariationIDIndex const & key, std::optional<double> number) {
+  Store * const store = Find(keyword);
+  AString const path = store ? WorkingPath(*store, key, number, false) : AString();
+  std::unique_ptr<file::IFile> opened;
+  // A file that is not there is told by the move.
+  if (!path.empty() &&
+      file::FileSystem().Open(LongFileName(GetRootDirectory(false) + path), file::OpenMode::Read, opened).Ok())
+    static_cast<void>(opened->Sync());
+}
+
+void ResultStoreOwner::OnMoveLocation(AString const & variation, long originalVersion, long,
+                                      AString const & functionKeyword) {
+  SyncFile(functionKeyword, KeyOf(variation, originalVersion), std::nullopt);
+}
+
+void ResultStoreOwner::OnMoveDoubleLocation(AString const & variation, long originalVersion, long, double value,
+                                            AString const & functionKeyword) {
+  SyncFile(functionKeyword, KeyOf(variation, originalVersion), value);
+}
+
 void ResultStoreOwner::Receive(AString const & variation, long version, io::CBlock const & extras,
                                io::CBlock & record) {
   VariationIDIndex const key = KeyOf(variation, version);

@@ -64,8 +64,11 @@ public:
   void OnCommitLocation(AString const &, long, long, AString const &, AString &) override {}
   void OnDeleteDoubleLocation(AString const &, long, long, double, AString const &) override {}
   void OnDeleteLocation(AString const &, long, long, AString const &) override {}
-  void OnMoveDoubleLocation(AString const &, long, long, double, AString const &) override {}
-  void OnMoveLocation(AString const &, long, long, AString const &) override {}
+  /// What a save makes the saved file is safe from loss of power first.
+  void OnMoveDoubleLocation(AString const & variation, long originalVersion, long mirroredVersion, double value,
+                            AString const & functionKeyword) override;
+  void OnMoveLocation(AString const & variation, long originalVersion, long mirroredVersion,
+                      AString const & functionKeyword) override;
   void GetSingleVariationToWrite(bool & isOnlyOne, long & variationID, AString & variation) override;
   void GetWriteMode(bool & isSnapshot, bool & keepsWorkingLocations) override;
 
@@ -97,6 +100,7 @@ private:
   AString WorkingPath(Store & store, VariationIDIndex const & key, std::optional<double> number, bool forWrite) const;
   static void Enter(Store & store, VariationIDIndex const & key, ResultExtras::Item const & item);
   static bool Has(Store const & store, VariationIDIndex const & key, ResultExtras::Item const & item);
+  void SyncFile(AString const & keyword, VariationIDIndex const & key, std::optional<double> number);
   AString WriteFile(Store & store, VariationIDIndex const & key, ResultExtras::Item const & item);
   void CarryOver(Store & store, VariationIDIndex const & from, VariationIDIndex const & to);
   void CarryFile(Store & store, VariationIDIndex const & from, VariationIDIndex const & to,
