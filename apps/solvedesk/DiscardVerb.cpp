@@ -18,7 +18,7 @@ struct DiscardWords {
 };
 
 std::string TextOf(desktop::UnsavedWork const & dropped) {
-  if (!dropped.design && !dropped.results && dropped.files == 0)
+  if (!dropped.design && !dropped.results && dropped.files == 0 && !dropped.managedFiles)
     return "nothing to discard";
   // An edit enters definitions into the library too, and a deletion that it is one.
   std::vector<std::string> parts;
@@ -26,10 +26,12 @@ std::string TextOf(desktop::UnsavedWork const & dropped) {
     parts.emplace_back("changes of the design");
   if (dropped.points > 0)
     parts.push_back(Count(dropped.points, "unsaved point"));
-  else if (dropped.results && !dropped.design)
-    parts.emplace_back("unsaved changes of the library; no solved point was unsaved");
   if (dropped.files > 0)
     parts.push_back(Count(dropped.files, "unsaved result file"));
+  if (dropped.managedFiles)
+    parts.emplace_back("unsaved changes of the attached files");
+  if (parts.empty())
+    parts.emplace_back("unsaved changes of the library; no solved point was unsaved");
   return fmt::format("discarded {}", fmt::join(parts, " and "));
 }
 
@@ -39,10 +41,11 @@ int Discard(DiscardWords const & words) {
   std::string const path = Utf8(ProjectPath(words.project));
   PrintResult(words.output, fmt::format("{}: {}\n", path, TextOf(dropped)),
               {{"project", path},
-               {"discarded", dropped.design || dropped.results || dropped.files > 0},
+               {"discarded", dropped.design || dropped.results || dropped.files > 0 || dropped.managedFiles},
                {"design_changes", dropped.design},
                {"points", dropped.points},
-               {"files", dropped.files}});
+               {"files", dropped.files},
+               {"attachments", dropped.managedFiles}});
   return 0;
 }
 

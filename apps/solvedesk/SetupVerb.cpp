@@ -43,11 +43,23 @@ AString Joined(std::vector<std::string> const & words) {
 }
 
 // A netlist reads them as milli; whoever types a frequency means mega.
-bool IsAmbiguous(std::string const & word) {
+bool IsAmbiguousNumber(std::string const & word) {
   std::size_t const unit = std::min(word.find_first_not_of("0123456789.", word.find_first_not_of("-+")), word.size());
   AString const letters = ArgumentText(word.substr(unit));
   bool const isNumber = unit > 0 && word.find_first_of("0123456789") < unit;
   return isNumber && (letters.CompareNoCase(L"m") == 0 || letters.CompareNoCase(L"mhz") == 0);
+}
+
+// Also one of the numbers of "voltages=1g,2g".
+bool IsAmbiguous(std::string const & word) {
+  std::size_t const first = word.find('=') + 1; // 0 without one
+  for (std::size_t begin = first; begin < word.size();) {
+    std::size_t const end = std::min(word.find(',', begin), word.size());
+    if (IsAmbiguousNumber(word.substr(begin, end - begin)))
+      return true;
+    begin = end + 1;
+  }
+  return false;
 }
 
 void RefuseAmbiguous(SetupWords const & words) {

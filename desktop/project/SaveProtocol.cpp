@@ -69,8 +69,14 @@ void SaveProtocol::Begin(long generation) {
 }
 
 void SaveProtocol::CheckWhole() const {
-  if (BackupArea::IsOpen() && !BackupArea::IsWhole())
-    Fail(m_results, L"result files can't be saved");
+  if (!BackupArea::IsOpen() || BackupArea::IsWhole())
+    return;
+  if (AString const obstacle = BackupArea::GetObstacle(); !obstacle.empty())
+    throw Error(ErrorKind::kStorage, obstacle +
+                                         L": can't be saved; a link in place of a file or folder, or a path out of "
+                                         L"the results folder, is not followed: put what belongs there back, or "
+                                         L"take it away, and try again");
+  Fail(m_results, L"result files can't be saved");
 }
 
 bool SaveProtocol::TakeBack() { return !std::exchange(m_hasBegun, false) || Restore(); }

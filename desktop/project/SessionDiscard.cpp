@@ -71,11 +71,13 @@ void Session::DropUnsaved(ProjectRecord const & saved) {
   AString const path = m_manager->GetQsolPath();
   RefuseInUse(path);
   auto const strays = StrayFiles({&saved});
+  bool const hasManagedFiles = HaveUnsavedManagedFiles(*m_manager);
   DropManagedFilesWith(*m_manager);
   m_manager.reset();
   m_dropped = {JudgeAutosave(m_project->GetAutosaveFile(), saved).changesDesign,
                LFN_Exists(PrivateFileOf(path)) || IsLibraryAhead(path),
-               static_cast<int>(UnsavedPoints(path, m_savedLength).size()), static_cast<int>(strays.size())};
+               static_cast<int>(PointsStoredSince(path, m_savedLength).size()), static_cast<int>(strays.size()),
+               hasManagedFiles};
   // The results first: an autosave without them is a design to solve, they without it would be results of nothing.
   Remove(PrivateFileOf(path));
   StaleResults(path).Drop();

@@ -32,7 +32,7 @@ class Attachments(DeskTest):
         self.run_desk('detach', 'small', 'a/kept.txt')
         self.assertTrue(self.listed()['a/kept.txt']['detached'])
         gone = self.listed()['gone.txt']['path']
-        self.run_desk('discard', 'small')
+        self.assertIn('changes of the attached files', self.run_desk('discard', 'small').stdout)
         self.assertEqual(list(self.listed()), ['a/kept.txt'])
         self.assertFalse(self.listed()['a/kept.txt']['detached'])
         self.assertFalse(os.path.exists(gone))

@@ -206,16 +206,39 @@ class ResultFiles(DeskTest):
         self.solve('20')
         self.assert_divider(20, self.results(20))
 
-    def test_ports_of_different_impedance_need_one_for_the_file(self):
+    def test_ports_of_different_impedance_are_told_by_the_file_or_renormalized(self):
         netlist = DIVIDER.replace('.sp', 'V2 mid 0 dc 0 ac 1 portnum 2 z0 75\n.sp')
         self.project(netlist)
-        self.assertIn('z0=50 behind touchstone', self.solve('10', code=5).stderr)
+        self.solve('10')
+        self.assertIn('[Reference] 50 75', read(self.results(10)['Touchstone', None]['path']).decode())
         self.run_desk('setup', 'divider', 'edit', SETUP, 'lin', '3', '1meg', '1g', 'touchstone', 'z0=50')
         self.solve('10')
         results = self.results(10)
         self.assertTrue(results['Touchstone', None]['path'].endswith('.s2p'))
         self.assertEqual(results['Renormalized', None]['value'], 1)
         self.assertIn('# Hz S RI R 50', read(results['Touchstone', None]['path']).decode())
+
+    def test_a_link_in_place_of_a_file_is_named_by_the_save_and_never_followed(self):
+        self.project()
+        self.solve('10')
+        path = self.results(10)['Touchstone', None]['path']
+        write('outside.txt', 'not ours')
+        os.remove(path)
+        os.symlink(os.path.abspath('outside.txt'), path)
+        self.solve('10', '--again', '--no-save')
+        message = self.run_desk('save', 'divider', code=7).stderr
+        self.assertIn(os.path.basename(path), message)
+        self.assertIn('link', message)
+        self.assertEqual(read('outside.txt'), b'not ours')
+        os.remove(path)
+        self.run_desk('save', 'divider')
+        self.assert_divider(10, self.results(10))
+
+    def test_a_discard_tells_of_points_that_were_solved_anew(self):
+        self.project()
+        self.solve('10,20')
+        self.solve('10', '--again', '--no-save')
+        self.assertIn('1 unsaved point', self.run_desk('discard', 'divider').stdout)
 
     def test_an_adaptive_sweep_tells_its_passes(self):
         self.project(DIVIDER.replace('lin 3 1meg 1g touchstone voltages=1meg,2g', 'lin 301 1meg 1g adaptive'))
@@ -227,7 +250,7 @@ class ResultFiles(DeskTest):
     def test_senseless_words_are_refused(self):
         self.project()
         for words in (['z0=50'], ['touchstone', 'z0=0'], ['voltages=-1'], ['touchstone', 'touchstone'],
-                      ['voltages=1g', 'voltages=2g'], ['voltages=1e31']):
+                      ['voltages=1g', 'voltages=2g'], ['voltages=1e31'], ['voltages=1g,900MHz']):
             self.refuse(2, 'setup', 'divider', 'edit', SETUP, 'lin', '3', '1meg', '1g', *words)
 
 

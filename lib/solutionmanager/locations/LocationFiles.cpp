@@ -19,7 +19,7 @@ bool LocationFiles::IsInside(AString const & location) const {
 bool LocationFiles::MayTouch(AString const & location) const {
   bool const isInside = IsInside(location);
   if (!isInside)
-    BackupArea::MarkIncomplete();
+    BackupArea::MarkIncomplete(PathOf(location).FilePath());
   return isInside;
 }
 
@@ -45,7 +45,7 @@ void LocationFiles::DeleteOutright(AString const & location) const {
   bool const isFree = !BackupArea::Overlaps(lfn);
   KVRO_ASSERT(isFree);
   if (!isFree || !MayTouch(location)) {
-    BackupArea::MarkIncomplete();
+    BackupArea::MarkIncomplete(lfn.FilePath());
     return;
   }
   if (!m_isFile)

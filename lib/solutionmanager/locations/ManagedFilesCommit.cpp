@@ -36,7 +36,7 @@ void CManagedFilesMgr::Commit(LongFileName const & directory) {
 
 void CManagedFilesMgr::CommitInPlace() {
   if (!CommitLists())
-    BackupArea::MarkIncomplete();
+    BackupArea::MarkIncomplete(m_committedListFile.FilePath());
 }
 
 bool CManagedFilesMgr::CommitLists() {
@@ -115,7 +115,7 @@ void CManagedFilesMgr::MoveTo(LongFileName const & newDir) {
   if (CopyTo(newDir))
     RollBack();
   else
-    BackupArea::MarkIncomplete();
+    BackupArea::MarkIncomplete(newDir.FilePath());
   mResultsDir = newDir;
   m_committedListFile = LongFileName(newDir, m_committedListFile.NameAndExtension());
   m_privateListFile = LongFileName(newDir, m_privateListFile.NameAndExtension());

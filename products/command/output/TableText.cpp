@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <regex>
 #include <string_view>
 
 namespace command {
@@ -22,11 +21,41 @@ std::string Shown(std::string const & field) {
   return "'" + (field.size() > kMostShown ? field.substr(0, kMostShown) + "..." : field) + "'";
 }
 
-// A number of digits, points, signs and an exponent alone is one that can't be held.
+void SkipDigits(std::string_view & text) {
+  text.remove_prefix(std::min(text.find_first_not_of("0123456789"), text.size()));
+}
+
+void SkipSign(std::string_view & text) {
+  if (text.starts_with('+') || text.starts_with('-'))
+    text.remove_prefix(1);
+}
+
+// Sign, digits, point, digits, exponent.
+bool LooksLikeNumber(std::string_view text) {
+  SkipSign(text);
+  std::size_t const before = text.size();
+  SkipDigits(text);
+  std::size_t digits = before - text.size();
+  if (text.starts_with('.')) {
+    text.remove_prefix(1);
+    std::size_t const behind = text.size();
+    SkipDigits(text);
+    digits += behind - text.size();
+  }
+  if (digits == 0 || text.empty())
+    return digits > 0;
+  if (text.front() != 'e' && text.front() != 'E')
+    return false;
+  text.remove_prefix(1);
+  SkipSign(text);
+  bool const hasExponent = !text.empty();
+  SkipDigits(text);
+  return hasExponent && text.empty();
+}
+
+// One that looks like a number can't be held.
 std::string WhyNoNumber(std::string const & field) {
-  static std::regex const number("[+-]?([0-9]+[.]?[0-9]*|[.][0-9]+)([eE][+-]?[0-9]+)?");
-  return field.size() < 1000 && std::regex_match(field, number) ? " is too large or too small a number to be held"
-                                                                : " is no number";
+  return LooksLikeNumber(field) ? " is too large or too small a number to be held" : " is no number";
 }
 
 class TableReader {

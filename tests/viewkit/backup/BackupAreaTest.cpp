@@ -377,10 +377,10 @@ TEST_F(Backup, NeitherTheAreaNorWhatItLiesInIsTaken) {
 }
 
 TEST_F(Backup, WhatWasNotDoneElsewhereIsNotWholeEither) {
-  BackupArea::MarkIncomplete();
+  BackupArea::MarkIncomplete(L"there");
   ASSERT_TRUE(Begin());
   EXPECT_TRUE(BackupArea::IsWhole());
-  BackupArea::MarkIncomplete();
+  BackupArea::MarkIncomplete(L"there");
   EXPECT_FALSE(BackupArea::IsWhole());
 }
 

@@ -25,6 +25,7 @@ struct OpenArea {
   BackupJournal journal;
   long nextNumber = 1;
   bool failed = false;
+  AString obstacle;
   std::set<AString> changedFolders;
 
   struct Step {
@@ -302,10 +303,15 @@ bool BackupArea::IsWhole() {
   return file::FileSystem().SyncFolder(s_open->folder).Ok();
 }
 
-void BackupArea::MarkIncomplete() {
-  if (s_open)
-    s_open->failed = true;
+void BackupArea::MarkIncomplete(AString const & place) {
+  if (!s_open)
+    return;
+  s_open->failed = true;
+  if (s_open->obstacle.empty())
+    s_open->obstacle = place;
 }
+
+AString BackupArea::GetObstacle() { return s_open ? s_open->obstacle : AString(); }
 
 bool BackupArea::Drop(LongFileName const & area) {
   if (s_open && IsSameFolder(s_open->folder, area))

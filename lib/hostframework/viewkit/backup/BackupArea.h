@@ -32,8 +32,10 @@ public:
   static bool EndGroup();
   /// True when all that was asked of the open area since Begin was done, and would now survive a loss of power.
   static bool IsWhole();
-  /// Something of the save was not done: the open area is never whole again.
-  static void MarkIncomplete();
+  /// Something of the save was not done, at this place: the open area is never whole again.
+  static void MarkIncomplete(AString const & place);
+  /// The first place that was told so since Begin; empty without one.
+  static AString GetObstacle();
   /// Forward: what the area holds goes for good.  Closes it when it is the open one.
   static bool Drop(LongFileName const & area);
   /// Back: every file and folder as it was at Begin, the latest change first.  On a failure false, and what is left to

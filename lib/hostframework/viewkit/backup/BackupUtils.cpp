@@ -12,7 +12,7 @@ bool Remove(LongFileName const & path) {
   bool const isFree = BackupArea::Covers(path) || !BackupArea::Overlaps(path);
   KVRO_ASSERT(isFree);
   if (!isFree) {
-    BackupArea::MarkIncomplete();
+    BackupArea::MarkIncomplete(path.FilePath());
     return false;
   }
   return BackupArea::Covers(path) ? BackupArea::MoveIn(path) : LFN_Delete(path);
