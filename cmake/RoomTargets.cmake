@@ -21,6 +21,9 @@ else()
   set(unit_suffix "")
 endif()
 
+# What ctest runs from a build without its scripts; programs that only users start are no part of it.
+add_custom_target(unit_tests)
+
 # room_tests(NAME FOLDER LIBRARY...): one GoogleTest program per folder of tests, each case known to ctest.
 function(room_tests name folder)
   room_sources(sources ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
@@ -30,6 +33,7 @@ function(room_tests name folder)
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE test_support ${ARGN})
   target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
+  add_dependencies(unit_tests ${name})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        TEST_SUFFIX "${unit_suffix}" PROPERTIES TIMEOUT 300 LABELS ${unit_label})
 endfunction()
