@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace {
@@ -19,6 +19,24 @@ std::string Guide() {
   std::stringstream text;
   text << file.rdbuf();
   return text.str();
+}
+
+struct Example {
+  std::string expression;
+  std::string value;
+};
+
+// The rows "| `expression` | value |"; other lines are passed over.
+std::vector<Example> ExamplesOf(std::string const & guide) {
+  std::vector<Example> examples;
+  std::istringstream lines(guide.substr(std::min(guide.find("## Examples"), guide.size())));
+  for (std::string line; std::getline(lines, line);) {
+    std::size_t const close = line.find("` | ");
+    std::size_t const end = close == std::string::npos ? close : line.find(" |", close + 4);
+    if (line.starts_with("| `") && end != std::string::npos)
+      examples.push_back({line.substr(3, close - 3), line.substr(close + 4, end - close - 4)});
+  }
+  return examples;
 }
 
 } // namespace
@@ -35,20 +53,15 @@ TEST(ExpressionGuide, NamesEveryFunction) {
 }
 
 TEST(ExpressionGuide, ItsExamplesHaveTheValuesThatItTells) {
-  std::string const guide = Guide();
-  std::size_t const start = guide.find("## Examples");
-  ASSERT_NE(start, std::string::npos);
-  std::string const examples = guide.substr(start);
-  std::regex const row("\\| `([^`]+)` \\| ([^ |]+) \\|");
-  int count = 0;
-  for (std::sregex_iterator at(examples.begin(), examples.end(), row), end; at != end; ++at, ++count) {
+  auto const examples = ExamplesOf(Guide());
+  for (Example const & example : examples) {
     support::Evaluator world;
     double told = 0.0;
-    ASSERT_TRUE(text::ParseReal((*at)[2].str(), told)) << (*at)[2];
-    double const value = world.Number(text::FromUtf8((*at)[1].str()));
+    ASSERT_TRUE(text::ParseReal(example.value, told)) << example.value;
+    double const value = world.Number(text::FromUtf8(example.expression));
     EXPECT_TRUE(std::isnan(told) ? std::isnan(value)
                                  : value == told || std::fabs(value - told) <= 1e-14 * std::fabs(told))
-        << (*at)[1] << " is " << value;
+        << example.expression << " is " << value;
   }
-  EXPECT_GE(count, 15);
+  EXPECT_GE(examples.size(), 15u);
 }
