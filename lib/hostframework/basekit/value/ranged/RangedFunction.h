@@ -26,7 +26,8 @@ struct RangedFunction {
   std::wstring_view name;
   RangedInput input = RangedInput::kRealTrace;
   std::span<RangedParameter const> parameters;
-  bool needsSpan = false; ///< no value for fewer than two samples, or when they share one x
+  bool needsSpan =
+      false; ///< no value for fewer than two samples, when they share one x, or when their span is no number
   /// The arithmetic alone, for a trace in order and as many parameters as told, none of them NaN; see Measure.
   double (*formula)(RangedTrace const & trace, double const * parameters) = nullptr;
 };
