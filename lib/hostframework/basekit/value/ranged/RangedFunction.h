@@ -1,16 +1,18 @@
 #pragma once
 
 #include "basekit/value/ranged/RangedTrace.h"
+#include "basekit/value/units/Units.h"
 
 #include <span>
 #include <string_view>
 
 namespace val {
 
-/// A number that a ranged function takes besides its trace, in SI units.
+/// A number that a ranged function takes besides its trace, in SI units unless a unit is told.
 struct RangedParameter {
   std::wstring_view name;
   double defaultValue = 0.0;
+  Units::FullUnitType unit = Units::kNoUnits;
 };
 
 /// What a ranged function reads of a trace.
