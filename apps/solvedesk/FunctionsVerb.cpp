@@ -12,7 +12,6 @@
 #include <nlohmann/json.hpp>
 
 #include <cmath>
-#include <numbers>
 #include <optional>
 
 namespace solvedesk {
@@ -36,13 +35,13 @@ AString ParameterNames(FunctionEntry const & function) {
   return names;
 }
 
-/// In SI units; but the phase is counted in degrees, so an angle that bears a unit becomes degrees there.
-double ParameterNumber(AString const & name, AString const & text, AString const & where) {
+/// In SI units or that of the parameter, into which a quantity that bears a unit is converted.
+double ParameterNumber(val::RangedParameter const & parameter, AString const & text, AString const & where) {
   val::Quantity quantity;
   if (!val::ParseQuantity(text.View(), quantity) || quantity.isComplex)
     throw Error(ErrorKind::kUsage, where + L": '" + text + L"' is no real number; give one such as 0.5, 2e-9 or 2ns");
-  bool const isAngle = Units::GetUnitType(quantity.unit) == Units::kAngle;
-  return isAngle && AString::MatchNoCase(name, L"Base Phase") ? quantity.real * 180 / std::numbers::pi : quantity.real;
+  bool const isSameKind = Units::GetUnitType(quantity.unit) == Units::GetUnitType(parameter.unit);
+  return isSameKind ? Units::FromSI(quantity.real, parameter.unit) : quantity.real;
 }
 
 /// All of them in order: those that are told, the others by their defaults.
@@ -65,7 +64,8 @@ std::vector<double> ParametersOf(FunctionEntry const & function, std::vector<std
     std::optional<double> & number = told[static_cast<std::size_t>(place)];
     if (number)
       throw Error(ErrorKind::kUsage, where + L": is given twice; give it once");
-    number = ParameterNumber(name, text.substr(equals + 1).Trimmed(), where);
+    number =
+        ParameterNumber(engine.parameters[static_cast<std::size_t>(place)], text.substr(equals + 1).Trimmed(), where);
   }
   std::vector<double> parameters;
   for (std::size_t i = 0; i < told.size(); ++i)

@@ -7,6 +7,7 @@
 #include "basekit/value/units/QuantityText.h"
 #include "desktop/Error.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -67,11 +68,17 @@ private:
     if (!text::SplitCsvLine(line, ',', m_fields, problem))
       Refuse(text::FromUtf8(problem));
     CheckColumns();
-    double x = 0.0;
-    if (m_columns == 0 && !ReadNumber(m_fields[0], x))
+    if (m_columns == 0 && !HasNumber())
       ReadNames();
     else
       ReadSample();
+  }
+
+  /// A line with one number is a sample, so that a slip in its other fields is told.
+  bool HasNumber() const {
+    double number = 0.0;
+    return std::any_of(m_fields.begin(), m_fields.end(),
+                       [&number](std::string const & field) { return ReadNumber(field, number); });
   }
 
   void CheckColumns() {

@@ -157,6 +157,8 @@ class RangedFunctions(DeskTest):
         write('ragged.csv', '0,1\n1,2,3\n')
         write('wide.csv', '1,2,3,4\n')
         write('one.csv', '1\n')
+        write('letter.csv', 'O,1\n1,2\n2,3\n')
+        write('tiny.csv', '1e-400,1\n1,2\n2,3\n')
         write('quotes.csv', '0,1\n"1,2\n')
         for words, parts in {
             ('risetme',): ("'risetme' is no ranged function; did you mean risetime? `solvedesk functions` lists all",),
@@ -179,6 +181,8 @@ class RangedFunctions(DeskTest):
             ('max', '--csv', 'ragged.csv'): ('ragged.csv:2: the line has 3 values, and the lines before have 2',),
             ('max', '--csv', 'wide.csv'): ('wide.csv:1: the line has 4 columns',),
             ('max', '--csv', 'one.csv'): ('one.csv:1: the line has 1 column; write x,y',),
+            ('sum', '--csv', 'letter.csv'): ("letter.csv:1: column 1: 'O' is no number",),
+            ('sum', '--csv', 'tiny.csv'): ("tiny.csv:1: column 1: '1e-400' is no number",),
             ('max', '--csv', 'quotes.csv'): ('quotes.csv:2: ',),
         }.items():
             line = self.refuse(2, 'functions', *words)

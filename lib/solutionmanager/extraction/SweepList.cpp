@@ -26,6 +26,23 @@ void MoveNamed(std::set<AString, AString::NoCaseLess> & names, std::vector<Varia
   }
 }
 
+/// The candidates that change with one of the variables, be it through other candidates: these need no name space.
+std::set<Variable const *> DependentOn(std::vector<Variable *> const & variables,
+                                       std::vector<Variable *> const & candidates) {
+  std::set<Variable const *> dependent;
+  std::vector<Variable const *> open(variables.begin(), variables.end());
+  while (!open.empty()) {
+    Variable const * const changed = open.back();
+    open.pop_back();
+    for (Variable const * const candidate : candidates)
+      if (candidate && !dependent.contains(candidate) && candidate->UsesVariable(*changed)) {
+        dependent.insert(candidate);
+        open.push_back(candidate);
+      }
+  }
+  return dependent;
+}
+
 } // namespace
 
 void SweepList::DeleteAll() {
@@ -91,8 +108,8 @@ void SweepList::GetSweptVariables(std::vector<SweepBase *> const & sweeps, std::
     MoveNamed(names, candidates, swept);
   }
   variables.insert(variables.end(), swept.begin(), swept.end());
+  std::set<Variable const *> const dependent = DependentOn(swept, candidates);
   for (Variable * const candidate : candidates)
-    if (candidate && std::any_of(swept.begin(), swept.end(),
-                                 [candidate](Variable const * one) { return candidate->UsesVariable(*one); }))
+    if (dependent.contains(candidate))
       variables.push_back(candidate);
 }

@@ -104,6 +104,23 @@ TEST(Variable, UsesTheVariablesThatItsTextNames) {
   EXPECT_FALSE(c.UsesVariable(c));
 }
 
+TEST(Variable, UsesAVariableThroughTheDefinitionsOfTheNameSpace) {
+  Variable a(L"a", L"1");
+  Variable b(L"b", L"2*A");
+  Variable c(L"c", L"B + 1");
+  Variable d(L"d", L"e");
+  Variable e(L"e", L"D + c");
+  EXPECT_FALSE(c.UsesVariable(a)) << "nobody knows b";
+  VariableNameSpace space(true, true, false);
+  for (Variable * const variable : {&a, &b, &c, &d, &e})
+    space.AddVariable(variable);
+  EXPECT_TRUE(c.UsesVariable(a));
+  EXPECT_TRUE(d.UsesVariable(a)) << "beside a circle";
+  EXPECT_TRUE(d.UsesVariable(d)) << "through e";
+  EXPECT_FALSE(c.UsesVariable(c));
+  EXPECT_FALSE(a.UsesVariable(c));
+}
+
 TEST(IValueParser, AnArrayEndsTheParsingOfDatasetTexts) {
   ArrayParser parser;
   ValueBase * first = nullptr;

@@ -2,6 +2,7 @@
 
 #include "CoreInterfaces/IValueParser.h"
 #include "basekit/value/ColumnValue.h"
+#include "basekit/value/ContextVariable.h"
 #include "basekit/value/Variable.h"
 #include "basekit/value/expression/NameSpaceScope.h"
 #include "basekit/value/expression/SyntaxParser.h"
@@ -29,12 +30,22 @@ private:
   mutable std::vector<std::unique_ptr<std::complex<double>>> m_numbers;
 };
 
-AString DefinitionOf(Variable const & variable) {
-  return variable.GetValue().IsText() ? variable.GetValueText() : AString();
+/// What a program holds of a value that it was compiled with; empty for what it reads at each evaluation.
+AString DefinitionOf(ValueBase const & value) {
+  if (auto const * const variable = dynamic_cast<Variable const *>(&value))
+    return variable->GetValue().IsText() ? variable->GetValueText() : AString();
+  auto const * const context = dynamic_cast<ContextVariable const *>(&value);
+  return context ? context->GetValueBaseText() : AString();
 }
 
-val::ParameterType BasicTypeOf(Variable const & variable) {
-  return postp::GetBasicParamType(variable.GetParameterType());
+/// A context variable counts by its text alone: its state is what was known when that was set.
+val::ParameterType BasicTypeOf(ValueBase const & value) {
+  bool const isVariable = dynamic_cast<Variable const *>(&value) != nullptr;
+  return isVariable ? postp::GetBasicParamType(value.GetParameterType()) : val::kReal;
+}
+
+bool HasDefinition(ValueBase const * value) {
+  return dynamic_cast<Variable const *>(value) || dynamic_cast<ContextVariable const *>(value);
 }
 
 } // namespace
@@ -45,8 +56,8 @@ ExpressionValue::ExpressionValue(AString const & text, expr::Program && program)
     : m_text(text), m_program(std::move(program)) {
   for (ValueBase const * const base : m_program.GetBases()) {
     m_references.emplace_back(base);
-    if (auto const * const variable = dynamic_cast<Variable const *>(base))
-      m_definitions.push_back({m_references.back(), BasicTypeOf(*variable), DefinitionOf(*variable)});
+    if (HasDefinition(base))
+      m_definitions.push_back({m_references.back(), BasicTypeOf(*base), DefinitionOf(*base)});
   }
 }
 
@@ -111,8 +122,8 @@ bool ExpressionValue::DoReceiveMsg(ValueMessage & message) const {
 
 bool ExpressionValue::IsStale() const {
   return std::any_of(m_definitions.begin(), m_definitions.end(), [](KnownDefinition const & known) {
-    auto const * const variable = static_cast<Variable const *>(known.variable.Get());
-    return variable && (BasicTypeOf(*variable) != known.type || DefinitionOf(*variable) != known.text);
+    ValueBase const * const value = known.value.Get();
+    return value && (BasicTypeOf(*value) != known.type || DefinitionOf(*value) != known.text);
   });
 }
 

@@ -52,9 +52,10 @@ private:
   bool IsStale() const;
   bool GetSamples(expr::ProgramQuantity const & quantity, ISampleSource const & source, expr::Samples & samples) const;
 
-  /// What was compiled of a variable: the type of its samples and its definition, which is empty for a number.
+  /// What was compiled of a variable or context variable: the type of its samples and its definition, which is empty
+  /// for a number.
   struct KnownDefinition {
-    ValueReference variable;
+    ValueReference value;
     val::ParameterType type = val::kReal;
     AString text;
   };

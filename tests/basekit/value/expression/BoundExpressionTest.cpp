@@ -310,6 +310,20 @@ TEST_F(BoundExpression, AContextVariableCountsByItsText) {
   EXPECT_TRUE(gainInDb.OKtoDelete());
 }
 
+TEST_F(BoundExpression, AContextVariableCountsByItsTextAtTheTimeOfEvaluation) {
+  ValueState const state{Units::kDecibel, Units::kLevel, 1, val::kReal};
+  Named gain(L"GdB");
+  gain.SetValueBaseText(L"dB(Gain)", state);
+  parser.Add(gain);
+  Value value;
+  ASSERT_TRUE(value.SetValueText(L"gdb + 1"));
+  EXPECT_EQ(value.GetSIValue(), 21.0);
+  gain.SetValueBaseText(L"Gain", state);
+  EXPECT_EQ(value.GetSIValue(), 11.0);
+  gain.SetValueBaseText(L"no such word", state);
+  EXPECT_TRUE(std::isnan(value.GetSIValue()));
+}
+
 TEST_F(BoundExpression, ContextVariablesTellWhomTheyUse) {
   Named a(L"a");
   Named b(L"b");

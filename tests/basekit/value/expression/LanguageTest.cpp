@@ -172,4 +172,29 @@ TEST_F(Language, UnitsOfResultsFollowFromThoseOfTheParts) {
   EXPECT_EQ(unitOf(L"sqrt(2V*3V)"), Units::kNoUnits);
   EXPECT_EQ(unitOf(L"1V > 2V"), Units::kNoUnits);
   EXPECT_EQ(unitOf(L"if(1V > 2V, 2mm, 3mm)"), Units::kMillimetre);
+  EXPECT_EQ(unitOf(L"if(1V, 3A, 4A)"), Units::kAmpere);
+  EXPECT_EQ(unitOf(L"if(1V, 3, 4)"), Units::kNoUnits);
+  EXPECT_EQ(unitOf(L"re(polar(2V, 30deg))"), Units::kVolt);
+  EXPECT_EQ(unitOf(L"re(polar(2, 30deg))"), Units::kNoUnits);
+  EXPECT_EQ(unitOf(L"2*30deg"), Units::kDegree);
+  EXPECT_EQ(unitOf(L"30deg/2"), Units::kDegree);
+  EXPECT_EQ(unitOf(L"dB(2)/2"), Units::kDecibel);
+  EXPECT_EQ(unitOf(L"3*5%"), Units::kPercent);
+  EXPECT_EQ(unitOf(L"30deg/2deg"), Units::kNoUnits);
+  EXPECT_EQ(unitOf(L"1/2deg"), Units::kNoUnits);
+  EXPECT_EQ(unitOf(L"2V*30deg"), Units::kVolt);
+}
+
+TEST_F(Language, AnAngleWithAUnitIsConvertedWhereDegreesAreTaken) {
+  EXPECT_NEAR(std::abs(Complex(L"polar(2, 90deg)") - std::complex<double>(0, 2)), 0.0, 1e-15);
+  EXPECT_NEAR(std::abs(Complex(L"polar(2, asin(1))") - std::complex<double>(0, 2)), 0.0, 1e-15);
+  std::vector<double> const axis = {1, 2, 4, 8};
+  std::vector<std::complex<double>> const loop = {{4, 0}, {0, -2}, {-0.6, -0.1}, {0, 0.1}};
+  scope.SetAxis(axis);
+  scope.AddColumn(L"y", std::span<std::complex<double> const>(loop));
+  double const margin = Number(L"phasemargin(y)");
+  EXPECT_NEAR(Number(L"phasemargin(y, 1, 10deg)"), margin - 10, 1e-12);
+  EXPECT_NEAR(Number(L"phasemargin(y, 1, 10)"), margin - 10, 1e-12);
+  EXPECT_NEAR(Number(L"phasemargin(y, 1, 2*5deg)"), margin - 10, 1e-12);
+  EXPECT_NEAR(Number(L"phasemargin(y, 1+0, pi/18*1rad)"), margin - 10, 1e-12);
 }

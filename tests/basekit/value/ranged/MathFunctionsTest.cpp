@@ -163,6 +163,6 @@ TEST(MathFunctions, OneSampleIsEnoughWhereNothingIsWeighedByX) {
 
 TEST(MathFunctions, AResultThatOverflowsIsNoValue) {
   EXPECT_NO_VALUE(Of(L"sum", {0, 1}, {1e308, 1e308}));
-  EXPECT_NO_VALUE(Of(L"rms", {0, 1}, {1e200, 1e200}));
+  EXPECT_EQ(Of(L"rms", {0, 1}, {1e200, 1e200}), 1e200); // its square does
   EXPECT_NO_VALUE(Of(L"pk2pk", {0, 1}, {-1e308, 1e308}));
 }

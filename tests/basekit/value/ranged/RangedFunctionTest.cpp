@@ -111,6 +111,83 @@ std::set<Name> const kSpan = {L"rms",
                               L"MinEyeWidth",
                               L"MinEyeHeight"};
 
+// The power of a scale of y, and of one of x, that a function's result bears; 0 where it isn't listed.
+std::map<Name, int> const kPowerOfY = {
+    {L"max", 1},       {L"min", 1},         {L"pk2pk", 1},        {L"rms", 1},          {L"avg", 1},
+    {L"integ", 1},     {L"sum", 1},         {L"mean", 1},         {L"variance", 2},     {L"stddev", 1},
+    {L"integabs", 1},  {L"avgabs", 1},      {L"rmsAC", 1},        {L"YAtXMin", 1},      {L"YAtXMax", 1},
+    {L"YAtXVal", 1},   {L"pulsemin", 1},    {L"pulsemax", 1},     {L"iae", 1},          {L"ise", 2},
+    {L"itae", 1},      {L"itse", 2},        {L"lSidelobeY", 1},   {L"rSidelobeY", 1},   {L"fundamentalmag", 1},
+    {L"EyeHeight", 1}, {L"EyeLevelOne", 1}, {L"EyeLevelZero", 1}, {L"EyeAmplitude", 1}, {L"MinEyeHeight", 1}};
+std::set<Name> const kNoPowerOfX = {L"max",
+                                    L"min",
+                                    L"pk2pk",
+                                    L"rms",
+                                    L"avg",
+                                    L"sum",
+                                    L"mean",
+                                    L"variance",
+                                    L"stddev",
+                                    L"avgabs",
+                                    L"rmsAC",
+                                    L"ripple",
+                                    L"pkavg",
+                                    L"YAtXMin",
+                                    L"YAtXMax",
+                                    L"YAtXVal",
+                                    L"pulsemin",
+                                    L"pulsemax",
+                                    L"overshoot",
+                                    L"undershoot",
+                                    L"crestfactor",
+                                    L"formfactor",
+                                    L"distortion",
+                                    L"fundamentalmag",
+                                    L"gainmargin",
+                                    L"phasemargin",
+                                    L"peakgain",
+                                    L"lSidelobeY",
+                                    L"rSidelobeY",
+                                    L"EyeLevelZero",
+                                    L"EyeLevelOne",
+                                    L"EyeAmplitude",
+                                    L"EyeHeight",
+                                    L"EyeSignalToNoise",
+                                    L"EyeOpeningFactor",
+                                    L"MinEyeHeight"};
+std::map<Name, int> const kPowerOfYInParameter = {{L"Y Value", 1},   {L"Threshold", 1},          {L"Target", 1},
+                                                  {L"Tolerance", 1}, {L"Crossing Amplitude", 1}, {L"Base Gain", 1}};
+std::map<Name, int> const kPowerOfXInParameter = {
+    {L"X Value", 1},    {L"Unit Interval", 1},         {L"Start Offset", 1},
+    {L"End Offset", 1}, {L"Eye Measurement Point", 1}, {L"Frequency", -1}};
+
+int PowerIn(std::map<Name, int> const & powers, std::wstring_view name) {
+  auto const found = powers.find(Name(name));
+  return found == powers.end() ? 0 : found->second;
+}
+
+int PowerOfX(std::wstring_view name) {
+  if (kNoPowerOfX.contains(Name(name)))
+    return 0;
+  return name == L"itae" || name == L"itse" ? 2 : 1;
+}
+
+// The same trial with y and x multiplied by powers of two, which costs no digit.
+Trial Scaled(val::RangedFunction const & function, Trial trial, int ofY, int ofX) {
+  for (double & y : trial.y)
+    y = std::ldexp(y, ofY);
+  for (double & x : trial.x)
+    x = std::ldexp(x, ofX);
+  for (std::size_t k = trial.parameters.size(); k < function.parameters.size(); ++k)
+    trial.parameters.push_back(function.parameters[k].defaultValue);
+  for (std::size_t k = 0; k < trial.parameters.size(); ++k) {
+    std::wstring_view const name = function.parameters[k].name;
+    trial.parameters[k] = std::ldexp(trial.parameters[k], ofY * PowerIn(kPowerOfYInParameter, name) +
+                                                              ofX * PowerIn(kPowerOfXInParameter, name));
+  }
+  return trial;
+}
+
 std::string Told(val::RangedFunction const & function) { return {function.name.begin(), function.name.end()}; }
 
 } // namespace
@@ -262,6 +339,59 @@ TEST(RangedFunctions, AWholeColumnIsLookedAtWhereItIs) {
   val::RangedTrace const trace(x, y);
   EXPECT_EQ(trace.X().data(), x.data());
   EXPECT_EQ(trace.Y().data(), y.data());
+}
+
+TEST(RangedFunctions, AScaleOfYScalesTheResultOrKeepsIt) {
+  for (val::RangedFunction const & function : val::RangedFunctions()) {
+    double const plain = Measured(function, Scaled(function, TrialOf(function), 0, 0));
+    for (int const power : {-600, -500, 500, 600}) {
+      double const expected = std::ldexp(plain, power * PowerIn(kPowerOfY, function.name));
+      double const measured = Measured(function, Scaled(function, TrialOf(function), power, 0));
+      if (std::isinf(expected)) {
+        EXPECT_NO_VALUE(measured) << Told(function) << " " << power;
+      } else {
+        EXPECT_DOUBLE_EQ(measured, expected) << Told(function) << " " << power;
+      }
+    }
+  }
+}
+
+TEST(RangedFunctions, AScaleOfXScalesTheResultOrKeepsIt) {
+  for (val::RangedFunction const & function : val::RangedFunctions()) {
+    double const plain = Measured(function, Scaled(function, TrialOf(function), 0, 0));
+    for (int const power : {-500, -40, 40, 500}) {
+      double const expected = std::ldexp(plain, power * PowerOfX(function.name));
+      EXPECT_DOUBLE_EQ(Measured(function, Scaled(function, TrialOf(function), 0, power)), expected)
+          << Told(function) << " " << power;
+    }
+  }
+}
+
+TEST(RangedFunctions, AnAverageThatIsANumberIsFoundWhereItsSumIsNone) {
+  Numbers const x = {0, 1, 2};
+  Numbers const huge = {1.5e308, 1.7e308, 1.6e308};
+  EXPECT_DOUBLE_EQ(Of(L"avg", x, huge), 1.625e308);
+  EXPECT_DOUBLE_EQ(Of(L"mean", x, huge), 1.6e308);
+  EXPECT_DOUBLE_EQ(Of(L"pkavg", x, huge), 2e307 / 1.625e308);
+  EXPECT_DOUBLE_EQ(Of(L"crestfactor", x, {1e200, 1e200, 3e200}), 3 / std::sqrt(3.0));
+  EXPECT_DOUBLE_EQ(Of(L"rms", x, {1e-170, 1e-170, 3e-170}), std::sqrt(3.0) * 1e-170);
+}
+
+TEST(RangedFunctions, ASpanThatIsNoNumberIsNone) {
+  Numbers const x = {-1.5e308, 0, 1.5e308};
+  for (val::RangedFunction const & function : val::RangedFunctions()) {
+    if (function.needsSpan) {
+      EXPECT_NO_VALUE(Of(function.name, x, Numbers{0, 1, 0}, TrialOf(function).parameters)) << Told(function);
+    }
+  }
+  EXPECT_NO_VALUE(Of(L"overshoot", x, {0, 1, 0}, {0.5, 5}));
+  EXPECT_NO_VALUE(Of(L"per", x, {0, 1, 0}, {0.5, 5}));
+}
+
+TEST(RangedFunctions, ALevelIsMetInAPieceWhoseStepIsNoNumber) {
+  EXPECT_EQ(Of(L"XAtYVal", {0, 1}, {-1.5e308, 1.5e308}, {0}), 0.5);
+  EXPECT_EQ(Of(L"YAtXVal", {0, 1}, {-1.5e308, 1.5e308}, {0.5}), 0);
+  EXPECT_EQ(Of(L"YAtXVal", {-1.5e308, 1.5e308}, {0, 1}, {0}), 0.5);
 }
 
 TEST(RangedFunctions, WhateverTheNumbersAResultIsFiniteOrNone) {

@@ -63,6 +63,8 @@ private:
   Operand AddConstant(std::complex<double> value, bool isComplex);
   Operand AddStep(Level & level, Kernel kernel, bool isComplex, std::vector<Operand> const & arguments);
   Operand Widened(Level & level, Operand operand);
+  /// A value that a function wants in another unit than SI; one without a unit is in that unit already.
+  Operand InUnit(Level & level, Typed const & value, Units::FullUnitType unit);
   Operand BinaryOperand(Level & level, Operator op, Operand left, Operand right);
   Operand CloseSteps(Level & level, Operand result, std::size_t first);
   Operand AddSegment(Segment segment, Node const & node, std::wstring const & name);

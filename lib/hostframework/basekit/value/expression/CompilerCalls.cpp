@@ -25,6 +25,8 @@ bool TakesSoMany(ElementFunction const & function, std::size_t count) {
 Units::FullUnitType UnitOf(UnitRule rule, Units::FullUnitType unit) {
   switch (rule) {
   case UnitRule::kSame:
+  case UnitRule::kChosen:
+  case UnitRule::kPolar:
     return unit;
   case UnitRule::kLevel:
     return Units::kDecibel;
@@ -39,7 +41,19 @@ Units::FullUnitType UnitOf(UnitRule rule, Units::FullUnitType unit) {
   }
 }
 
+bool LendsUnit(UnitRule rule, std::size_t argument) {
+  return rule == UnitRule::kChosen ? argument > 0 : rule != UnitRule::kPolar || argument == 0;
+}
+
 } // namespace
+
+Compiler::Operand Compiler::InUnit(Level & level, Typed const & value, Units::FullUnitType unit) {
+  Units::Scale scale;
+  bool const isOther = Units::GetScale(unit, scale) && Units::GetUnitType(value.unit) == Units::GetUnitType(unit);
+  if (!isOther || scale.factor == 1.0)
+    return value.operand;
+  return AddStep(level, &MapTwo<math::Divide>, false, {value.operand, AddConstant(scale.factor, false)});
+}
 
 bool Compiler::CompileCall(Level & level, std::size_t node) {
   Node const & place = level.tree.nodes[node];
@@ -79,9 +93,11 @@ bool Compiler::CompileElement(Level & level, std::size_t node, ElementFunction c
   std::vector<Operand> operands;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     bool const isWide = overload->arguments[i] == val::kComplex;
-    operands.push_back(isWide ? Widened(level, arguments[i].operand) : arguments[i].operand);
+    bool const isAngle = function.units == UnitRule::kPolar && i == 1;
+    Operand const operand = isAngle ? InUnit(level, arguments[i], Units::kDegree) : arguments[i].operand;
+    operands.push_back(isWide ? Widened(level, operand) : operand);
     value.isArray = value.isArray || arguments[i].isArray;
-    if (value.unit == Units::kNoUnits)
+    if (value.unit == Units::kNoUnits && LendsUnit(function.units, i))
       value.unit = arguments[i].unit;
   }
   value.unit = UnitOf(function.units, value.unit);
@@ -134,7 +150,8 @@ bool Compiler::CompileRanged(Level & level, std::size_t node, val::RangedFunctio
     if (i > 0 && arguments[i].operand.isComplex)
       return Fail(level.tree.nodes[arguments[i].node], L"a parameter of '" + AString(name) + L"' is complex",
                   L"a real number");
-    segment.arguments[i] = CloseSteps(level, arguments[i].operand, arguments[i].openBefore);
+    Operand const operand = i > 0 ? InUnit(level, arguments[i], function.parameters[i - 1].unit) : arguments[i].operand;
+    segment.arguments[i] = CloseSteps(level, operand, arguments[i].openBefore);
   }
   Typed value;
   value.operand = AddSegment(std::move(segment), place, name);

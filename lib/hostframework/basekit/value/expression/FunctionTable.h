@@ -26,6 +26,8 @@ struct Overload {
 enum class UnitRule {
   kNone,       ///< a plain number
   kSame,       ///< those of the first argument that has any
+  kChosen,     ///< the same without the first argument, which is a condition
+  kPolar,      ///< those of the first argument; the second is an angle in degrees, or in an angle's unit
   kLevel,      ///< dB
   kPowerLevel, ///< dBm
   kRadians,

@@ -11,7 +11,7 @@ void Spread::Add(double value) {
   ++m_count;
   double const step = value - m_mean;
   m_mean += step / static_cast<double>(m_count);
-  m_squares += step * (value - m_mean);
+  m_squares += (step * m_scale) * ((value - m_mean) * m_scale);
 }
 
 Eye::Eye(Column x, Column y, EyeSettings const & settings) {
@@ -85,8 +85,9 @@ bool Eye::ReadLevels() {
   for (int j = 0; j <= 20; ++j)
     window.push_back(PartOfOne(m_centre + (j - 10) / 100.0));
   std::sort(window.begin(), window.end());
-  m_one = Spread();
-  m_zero = Spread();
+  double const scale = ScaleOf(GreatestMagnitude(m_signal.y));
+  m_one = Spread(scale);
+  m_zero = Spread(scale);
   Read(window, [this](double value) { (value > m_crossingAmplitude ? m_one : m_zero).Add(value); });
   return !m_one.IsEmpty() && !m_zero.IsEmpty();
 }

@@ -18,15 +18,18 @@ struct EyeSettings {
 /// The mean of a set and its standard deviation, of all there is.
 class Spread {
 public:
+  /// The scale keeps squares of the values from overflowing and vanishing.
+  explicit Spread(double scale = 1.0) : m_scale(scale) {}
   void Add(double value);
   bool IsEmpty() const { return m_count == 0; }
   double Mean() const { return m_mean; }
-  double Deviation() const { return std::sqrt(m_squares / static_cast<double>(m_count)); }
+  double Deviation() const { return std::sqrt(m_squares / static_cast<double>(m_count)) / m_scale; }
 
 private:
   std::size_t m_count = 0;
   double m_mean = 0.0;
-  double m_squares = 0.0;
+  double m_squares = 0.0; ///< of scaled distances
+  double m_scale = 1.0;
 };
 
 /// The eye that a signal draws when all its unit intervals lie over each other.  Phases are parts of a unit interval,

@@ -214,7 +214,7 @@ double PeakGainFrequency(RangedTrace const & trace, double const * parameters) {
   return response.IsEmpty() ? kNoValue : response.X(response.Peak());
 }
 
-constexpr RangedParameter kBase[] = {{L"Base Gain", 1.0}, {L"Base Phase", 0.0}};
+constexpr RangedParameter kBase[] = {{L"Base Gain", 1.0}, {L"Base Phase", 0.0, Units::kDegree}};
 
 constexpr RangedInput kGain = RangedInput::kGain;
 constexpr RangedFunction kFunctions[] = {

@@ -26,8 +26,7 @@ double ValueAt(Column x, Column y, double at) {
 double ValueBefore(Column x, Column y, std::size_t first, double at) {
   if (x[first] == at)
     return y[first];
-  double const part = (at - x[first - 1]) / (x[first] - x[first - 1]);
-  return y[first - 1] + part * (y[first] - y[first - 1]);
+  return Between(y[first - 1], y[first], PartOfWay(x[first - 1], x[first], at));
 }
 
 } // namespace val::ranged

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -14,9 +15,24 @@ using Column = std::span<double const>;
 constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
+/// How far value lies on the way between two numbers, also where the way is longer than any number.
+inline double PartOfWay(double from, double to, double value) {
+  double const way = to - from;
+  if (std::isfinite(way))
+    return (value - from) / way;
+  double const half = to / 2 - from / 2;
+  return std::isfinite(half) ? (value / 2 - from / 2) / half : kNoValue;
+}
+
+/// The number at a part of the way.
+inline double Between(double from, double to, double part) {
+  double const way = to - from;
+  return std::isfinite(way) ? from + part * way : (1 - part) * from + part * to;
+}
+
 /// Where the line from (xa, ya) to (xb, yb) has the value level.
 inline double Meeting(double xa, double ya, double xb, double yb, double level) {
-  return xa + (level - ya) / (yb - ya) * (xb - xa);
+  return Between(xa, xb, PartOfWay(ya, yb, level));
 }
 
 /// The same for the piece that ends at sample right.
@@ -24,8 +40,20 @@ inline double MeetingIn(Column x, Column y, std::size_t right, double level) {
   return Meeting(x[right - 1], y[right - 1], x[right], y[right], level);
 }
 
-/// A divisor that is nothing beside the greatest magnitude of what is divided.
-inline bool IsNothing(double divisor, double greatest) { return std::fabs(divisor) <= 1e-12 * greatest; }
+/// A divisor that is nothing beside the greatest magnitude of what is divided, or that is no finite number: dividing
+/// by an infinity would invent a zero.
+inline bool IsNothing(double divisor, double greatest) {
+  return !std::isfinite(divisor) || std::fabs(divisor) <= 1e-12 * greatest;
+}
+
+/// The power of two that brings numbers up to a greatest magnitude near 1, so that their sums and squares neither
+/// overflow nor vanish.  Multiplying by it and dividing again is exact.
+inline double ScaleOf(double greatest) {
+  constexpr int farthest = 1000;
+  return greatest > 0.0 && std::isfinite(greatest)
+             ? std::ldexp(1.0, -std::clamp(std::ilogb(greatest), -farthest, farthest))
+             : 1.0;
+}
 
 /// The trapezoid rule over the values that valueAt gives for each sample.
 template <class ValueAt> double Integral(Column x, ValueAt valueAt) {

@@ -37,18 +37,35 @@ double Sum(RangedTrace const & trace, double const *) {
   return std::accumulate(trace.Y().begin(), trace.Y().end(), 0.0);
 }
 
-double Mean(RangedTrace const & trace, double const *) { return Sum(trace, {}) / static_cast<double>(trace.Count()); }
-
-/// sum((y - mean)^2) / n: the trace is all there is, not a draw from more
-double Variance(RangedTrace const & trace, double const *) {
-  double const mean = Mean(trace, {});
-  double squares = 0.0;
-  for (double const value : trace.Y())
-    squares += (value - mean) * (value - mean);
-  return squares / static_cast<double>(trace.Count());
+double ScaledMean(Column y, double scale) {
+  double const sum =
+      std::accumulate(y.begin(), y.end(), 0.0, [scale](double before, double value) { return before + value * scale; });
+  return sum / static_cast<double>(y.size());
 }
 
-double StandardDeviation(RangedTrace const & trace, double const *) { return std::sqrt(Variance(trace, {})); }
+double Mean(RangedTrace const & trace, double const *) {
+  double const scale = ScaleOf(GreatestMagnitude(trace.Y()));
+  return ScaledMean(trace.Y(), scale) / scale;
+}
+
+/// sum((y - mean)^2) / n: the trace is all there is, not a draw from more
+double ScaledVariance(Column y, double scale) {
+  double const mean = ScaledMean(y, scale);
+  double squares = 0.0;
+  for (double const value : y)
+    squares += (value * scale - mean) * (value * scale - mean);
+  return squares / static_cast<double>(y.size());
+}
+
+double Variance(RangedTrace const & trace, double const *) {
+  double const scale = ScaleOf(GreatestMagnitude(trace.Y()));
+  return ScaledVariance(trace.Y(), scale) / scale / scale;
+}
+
+double StandardDeviation(RangedTrace const & trace, double const *) {
+  double const scale = ScaleOf(GreatestMagnitude(trace.Y()));
+  return std::sqrt(ScaledVariance(trace.Y(), scale)) / scale;
+}
 
 double AverageMagnitude(RangedTrace const & trace, double const *) { return AverageOfMagnitude(trace.X(), trace.Y()); }
 

@@ -61,7 +61,7 @@ int FindRangedParameter(RangedFunction const & function, std::wstring_view param
 double Measure(RangedFunction const & function, RangedTrace const & trace, std::span<double const> parameters) {
   if (!trace.IsInOrder() || parameters.size() > function.parameters.size())
     return kNoValue;
-  if (function.needsSpan && !(trace.Span() > 0.0))
+  if (function.needsSpan && !(trace.Span() > 0.0 && std::isfinite(trace.Span())))
     return kNoValue;
   std::vector<double> values(parameters.begin(), parameters.end());
   for (std::size_t i = values.size(); i < function.parameters.size(); ++i)

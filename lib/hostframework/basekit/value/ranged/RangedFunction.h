@@ -1,16 +1,18 @@
 #pragma once
 
 #include "basekit/value/ranged/RangedTrace.h"
+#include "basekit/value/units/Units.h"
 
 #include <span>
 #include <string_view>
 
 namespace val {
 
-/// A number that a ranged function takes besides its trace, in SI units.
+/// A number that a ranged function takes besides its trace, in SI units unless a unit is told.
 struct RangedParameter {
   std::wstring_view name;
   double defaultValue = 0.0;
+  Units::FullUnitType unit = Units::kNoUnits;
 };
 
 /// What a ranged function reads of a trace.
@@ -26,7 +28,8 @@ struct RangedFunction {
   std::wstring_view name;
   RangedInput input = RangedInput::kRealTrace;
   std::span<RangedParameter const> parameters;
-  bool needsSpan = false; ///< no value for fewer than two samples, or when they share one x
+  bool needsSpan =
+      false; ///< no value for fewer than two samples, when they share one x, or when their span is no number
   /// The arithmetic alone, for a trace in order and as many parameters as told, none of them NaN; see Measure.
   double (*formula)(RangedTrace const & trace, double const * parameters) = nullptr;
 };

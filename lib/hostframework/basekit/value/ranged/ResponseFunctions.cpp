@@ -27,11 +27,12 @@ double FormFactor(RangedTrace const & trace, double const *) {
 }
 
 /// What a trace holds over its last whole number of periods, without the mean.  The last ones, since a start-up
-/// transient stands at the beginning.
+/// transient stands at the beginning.  All magnitudes are multiplied by the scale.
 struct Harmonics {
   double fundamental = kNoValue; ///< RMS: sqrt((a^2 + b^2) / 2) with the Fourier coefficients a, b
   double all = kNoValue;         ///< RMS of the whole
   double greatest = 0.0;         ///< max |y|
+  double scale = 1.0;
 };
 
 Harmonics Analyse(RangedTrace const & trace, double frequency) {
@@ -44,15 +45,21 @@ Harmonics Analyse(RangedTrace const & trace, double frequency) {
   Column const x = window.x;
   Column const y = window.y;
   double const span = end - start;
-  double const average = Average(x, y);
+  double const greatest = GreatestMagnitude(y);
+  double const scale = ScaleOf(greatest);
+  double const average = Average(x, y) * scale;
   double const omega = 2 * std::numbers::pi * frequency;
-  double const a = Integral(x, [&](std::size_t i) { return (y[i] - average) * std::cos(omega * (x[i] - start)); });
-  double const b = Integral(x, [&](std::size_t i) { return (y[i] - average) * std::sin(omega * (x[i] - start)); });
-  return {2 / span * std::hypot(a, b) / std::numbers::sqrt2, RmsAround(x, y, average), GreatestMagnitude(y)};
+  double const a =
+      Integral(x, [&](std::size_t i) { return (y[i] * scale - average) * std::cos(omega * (x[i] - start)); });
+  double const b =
+      Integral(x, [&](std::size_t i) { return (y[i] * scale - average) * std::sin(omega * (x[i] - start)); });
+  return {2 / span * std::hypot(a, b) / std::numbers::sqrt2, RmsAround(x, y, average / scale) * scale, greatest * scale,
+          scale};
 }
 
 double FundamentalMagnitude(RangedTrace const & trace, double const * parameters) {
-  return Analyse(trace, parameters[0]).fundamental;
+  Harmonics const harmonics = Analyse(trace, parameters[0]);
+  return harmonics.fundamental / harmonics.scale;
 }
 
 /// sqrt(R^2 - F^2) / F: everything that isn't the fundamental counts, interharmonics too; DC doesn't, as in IEC 61000
@@ -60,7 +67,7 @@ double FundamentalMagnitude(RangedTrace const & trace, double const * parameters
 double Distortion(RangedTrace const & trace, double const * parameters) {
   Harmonics const harmonics = Analyse(trace, parameters[0]);
   double const f = harmonics.fundamental;
-  if (std::isnan(f) || IsNothing(f, harmonics.greatest))
+  if (IsNothing(f, harmonics.greatest) || !std::isfinite(harmonics.all))
     return kNoValue;
   return std::sqrt(std::max(0.0, harmonics.all * harmonics.all - f * f)) / f;
 }

@@ -11,7 +11,8 @@ class SteppedTrace {
 public:
   SteppedTrace(RangedTrace const & trace, double numberOfPoints);
 
-  /// False for 1 point, for more than ten million, and for steps over a trace without a span.
+  /// False for 1 point, for more than ten million, and for steps over a trace without a span
+  /// or with one that is no number.
   bool IsValid() const { return !m_x.empty(); }
   Column X() const { return m_x; }
   Column Y() const { return m_y; }

@@ -147,7 +147,14 @@ AString ShiftedText(double value, int shift) {
   return Widened(sign + out);
 }
 
-// Units that scale by other than powers of ten: round digits if they read back, else all digits, else no unit.
+bool IsPlain(Units::FullUnitType unit) {
+  Units::Scale scale;
+  return Units::GetScale(unit, scale) && scale.exponent == 0 && scale.factor == 1.0 && scale.offset == 0.0;
+}
+
+// Units that scale by other than powers of ten: the roundest digits that read back, else the number in the plain unit
+// that measures the same.  Where there is none, the nearest digits must do: without a unit the text would be read in
+// whatever is assumed.
 AString ScaledText(double si, Units::FullUnitType unit) {
   double const value = Units::FromSI(si, unit);
   for (int const digits : {12, 15, 16}) {
@@ -156,7 +163,10 @@ AString ScaledText(double si, Units::FullUnitType unit) {
     if (ParseQuantity(text.View(), readBack) && readBack.real == si)
       return text;
   }
-  return ShiftedText(si, 0);
+  Units::FullUnitType const plain = Units::GetDefaultUnits(Units::GetUnitType(unit));
+  if (IsPlain(plain))
+    return ShiftedText(si, 0) + Units::GetSymbol(plain);
+  return Widened(text::RealWithDigits(value, 17)) + Units::GetSymbol(unit);
 }
 
 } // namespace

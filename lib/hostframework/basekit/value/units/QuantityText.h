@@ -20,7 +20,9 @@ struct Quantity {
 /// unit is taken in the given one.  Texts that are no finite number are refused: expressions, words, nan, infinities.
 bool ParseQuantity(std::wstring_view text, Quantity & quantity, Units::FullUnitType assumed = Units::kNoUnits);
 
-/// The shortest text that reads back as the same number and unit.
+/// The shortest text that reads back as the same number and unit, whatever unit is assumed.  A number that has no
+/// digits in its unit is written in the plain one (rad, m); where there is none (%, cel), the nearest digits are
+/// written.
 AString QuantityText(Quantity const & quantity);
 
 /// The text of a number that means the same in any case, for texts that are compared without case: 100MHz becomes

@@ -55,13 +55,15 @@ FullUnitType UnitOfSum(FullUnitType a, FullUnitType b) {
 }
 
 FullUnitType UnitOfProduct(FullUnitType a, FullUnitType b) {
+  if (a == kNoUnits || b == kNoUnits)
+    return a == kNoUnits ? b : a;
   if (IsPure(a) || IsPure(b))
     return !IsPure(a) ? a : IsPure(b) ? kNoUnits : b;
   return UnitOf(Combined(PowersOf(a), PowersOf(b), 1));
 }
 
 FullUnitType UnitOfQuotient(FullUnitType a, FullUnitType b) {
-  return IsPure(b) && !IsPure(a) ? a : UnitOf(Combined(PowersOf(a), PowersOf(b), -1));
+  return b == kNoUnits || (IsPure(b) && !IsPure(a)) ? a : UnitOf(Combined(PowersOf(a), PowersOf(b), -1));
 }
 
 FullUnitType UnitOfRoot(FullUnitType a) {
