@@ -34,6 +34,10 @@ TEST_F(Errors, UnknownUnitsAndNumbersTooGreatAreTold) {
   EXPECT_EQ(Refusal(L"1 + 3quux"), "at character 6: 'quux' is no unit; units are such as GHz, ns, mm, pF, nH, k, Meg");
   EXPECT_EQ(Refusal(L"1e999"), "at character 1: the number is too great");
   EXPECT_EQ(Refusal(L"1e308k"), "at character 1: the number is too great");
+  EXPECT_EQ(Refusal(L"2*1e-400"), "at character 3: the number is too small");
+  EXPECT_EQ(Refusal(L"1e-310f"), "at character 1: the number is too small");
+  EXPECT_EQ(Refusal(L"0." + AString(std::wstring(400, L'0')) + L"1"), "at character 1: the number is too small");
+  EXPECT_EQ(Refusal(AString(std::wstring(400, L'1'))), "at character 1: the number is too great");
 }
 
 TEST_F(Errors, UnknownNamesComeWithTheNearestKnownOne) {

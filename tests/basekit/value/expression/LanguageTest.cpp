@@ -44,6 +44,8 @@ TEST_F(Language, NumbersTakePrefixesAndUnits) {
   EXPECT_EQ(Number(L".5"), 0.5);
   EXPECT_EQ(Number(L"1.2pF"), 1.2e-12);
   EXPECT_EQ(Number(L"5%"), 0.05);
+  EXPECT_EQ(Number(L"(5 %)*2"), 0.1);
+  EXPECT_EQ(Number(L"2.4\tGHz"), 2.4e9);
   EXPECT_EQ(Number(L"20cel"), 293.15);
   EXPECT_NEAR(Number(L"sin(30deg)"), 0.5, 1e-15);
   EXPECT_EQ(Number(L"2 mm*3"), 6e-3);
