@@ -69,7 +69,7 @@ TEST_F(Columns, ParametersOfRangedFunctionsMustBeNumbers) {
   EXPECT_EQ(Refusal(L"XAtYVal(y, y)"),
             "at character 1: the parameters of 'XAtYVal' are single numbers, and one is a trace");
   EXPECT_EQ(Refusal(L"XAtYVal(y, 1i)"), "at character 12: a parameter of 'XAtYVal' is complex, expected a real number");
-  EXPECT_EQ(Refusal(L"max(y, 1, 2)"), "at character 1: 'max' takes a trace and no more, not 3");
+  EXPECT_EQ(Refusal(L"max(y, 1, 2)"), "at character 1: 'max' takes a trace, or two numbers, not 3");
   EXPECT_EQ(Refusal(L"XAtYVal(y, 1, 2)"), "at character 1: 'XAtYVal' takes a trace, 'Y Value' and no more, not 3");
 }
 

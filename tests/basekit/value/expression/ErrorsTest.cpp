@@ -48,7 +48,8 @@ TEST_F(Errors, UnknownNamesComeWithTheNearestKnownOne) {
 }
 
 TEST_F(Errors, CallsAreChecked) {
-  EXPECT_EQ(Refusal(L"atan2(1)"), "at character 1: 'atan2' takes 2 arguments, not 1");
+  EXPECT_EQ(Refusal(L"atan2(1)"), "at character 1: 'atan2' takes 2 arguments, not 1; atan2(y, x): angle of the "
+                                  "point (x, y) in radians");
   EXPECT_EQ(Refusal(L"sin()"), "at character 1: 'sin' takes 1 argument, not 0");
   EXPECT_EQ(Refusal(L"asin(1i)"), "at character 1: 'asin' is not defined for these complex numbers, expected real "
                                   "numbers; mag(x), re(x) and the like are real");

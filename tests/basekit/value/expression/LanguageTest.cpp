@@ -187,6 +187,25 @@ TEST_F(Language, UnitsOfResultsFollowFromThoseOfTheParts) {
   EXPECT_EQ(unitOf(L"2V*30deg"), Units::kVolt);
 }
 
+TEST_F(Language, ATemperatureBearsItsSignAndWhatIsComputedOfItIsInKelvins) {
+  EXPECT_EQ(Number(L"-5cel"), 268.15);
+  EXPECT_EQ(Number(L"1*-5cel"), 268.15);
+  EXPECT_EQ(Number(L"max(-5cel, 1)"), 268.15);
+  EXPECT_EQ(result.state.fullUnit, Units::kCelsius);
+  EXPECT_EQ(Number(L"-(5cel)"), -278.15);
+  EXPECT_EQ(Number(L"300kelvin"), 300.0);
+  Units::FullUnitType const kelvin = result.state.fullUnit;
+  EXPECT_EQ(Units::GetSymbol(kelvin), AString(L"kelvin"));
+  EXPECT_EQ(Number(L"3K"), 3000.0) << "the prefix";
+  EXPECT_EQ(Number(L"20cel"), 293.15);
+  EXPECT_EQ(result.state.fullUnit, Units::kCelsius);
+  EXPECT_NEAR(Number(L"20cel - 15cel"), 5.0, 1e-12);
+  for (wchar_t const * const text : {L"20cel - 15cel", L"20cel + 5kelvin", L"2*20cel", L"20cel/2", L"-(20cel)"}) {
+    EXPECT_TRUE(Evaluate(text));
+    EXPECT_EQ(result.state.fullUnit, kelvin);
+  }
+}
+
 TEST_F(Language, AnAngleWithAUnitIsConvertedWhereDegreesAreTaken) {
   EXPECT_NEAR(std::abs(Complex(L"polar(2, 90deg)") - std::complex<double>(0, 2)), 0.0, 1e-15);
   EXPECT_NEAR(std::abs(Complex(L"polar(2, asin(1))") - std::complex<double>(0, 2)), 0.0, 1e-15);

@@ -74,7 +74,8 @@ private:
 
   bool Fail(Node const & node, AString const & problem, AString const & expected, AString const & hint = AString());
   bool RefuseText(Level const & level, Typed const & value);
-  bool RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count);
+  bool RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count,
+                   AString const & hint = AString());
 
   Program & m_program;
   IScope const & m_scope;
