@@ -307,6 +307,13 @@ TEST_F(BoundExpression, EvaluatesOverATraceFromASource) {
   ASSERT_TRUE(value.SetValueText(L"S21 + Gain"));
   EXPECT_FALSE(value.GetExpression()->Evaluate(Source(), {}, result, error));
   EXPECT_EQ(error.problem, AString(L"'S21' has no value here"));
+  EXPECT_EQ(error.position, 0u);
+  ASSERT_TRUE(value.SetValueText(L"Gain + S21"));
+  EXPECT_FALSE(value.GetExpression()->Evaluate(Source(), {}, result, error));
+  EXPECT_EQ(error.MarkedText(), AString(L"Gain + S21\n       ^^^\nat character 8: 'S21' has no value here"));
+  parser.Forget(L"S21");
+  EXPECT_FALSE(value.GetExpression()->Evaluate(Source(), {}, result, error));
+  EXPECT_EQ(error.Text(), AString(L"at character 8: something that the expression refers to is gone"));
 }
 
 TEST_F(BoundExpression, AContextVariableCountsByItsText) {

@@ -76,7 +76,8 @@ TEST_F(Columns, ParametersOfRangedFunctionsMustBeNumbers) {
 TEST_F(Columns, ColumnsOfDifferentLengthAreRefused) {
   std::vector<double> const five(5, 0.0);
   scope.AddColumn(L"z", five);
-  EXPECT_EQ(Refusal(L"y + z"), "at character 1: 'z' has 5 samples where the trace has 4 places");
+  EXPECT_EQ(Refusal(L"y + z"),
+            "at character 5: 'z' has 5 samples where the trace has 4 places; choose one sweep for all quantities");
 }
 
 TEST_F(Columns, EmptyColumnsGiveEmptyOnes) {

@@ -68,7 +68,8 @@ TEST_F(Errors, CirclesOfDefinitionsAreToldWithTheirPath) {
   scope.AddDefinition(L"b", L"2*c");
   scope.AddDefinition(L"c", L"A");
   EXPECT_EQ(Refusal(L"a"),
-            "at character 1: in the definition of 'c': the definitions go round in a circle: a -> b -> c -> A");
+            "at character 1: in the definition of 'c': the definitions go round in a circle: a -> b -> c -> A; "
+            "change one of these definitions");
   EXPECT_EQ(error.source, AString(L"A"));
 }
 

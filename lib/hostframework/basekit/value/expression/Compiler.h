@@ -57,7 +57,7 @@ private:
 
   bool FindMeaning(AString const & name, Node const & node, Typed & result);
   bool CompileDefinition(AString const & name, AString const & text, Node const & node, Typed & result);
-  Typed AddQuantity(AString const & name, Meaning const & meaning);
+  Typed AddQuantity(AString const & name, Meaning const & meaning, Node const & node);
   void AddBase(ValueBase const * base);
 
   Operand AddConstant(std::complex<double> value, bool isComplex);
