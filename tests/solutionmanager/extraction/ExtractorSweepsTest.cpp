@@ -209,6 +209,12 @@ TEST_F(ExtractorSweepsTest, VariablesAreTheSweptOnesAndThoseThatDependOnThem) {
   EXPECT_EQ(VariableNames(), (std::vector<AString>{L"x", L"F", L"z"}));
 }
 
+TEST_F(ExtractorSweepsTest, AVariableThatDependsOnASweptOneThroughAnotherIsReportedToo) {
+  m_y.SetValueText(L"z + 1");
+  AddSweep(m_x, {1});
+  EXPECT_EQ(VariableNames(), (std::vector<AString>{L"x", L"y", L"z"}));
+}
+
 TEST_F(ExtractorSweepsTest, ASweepOfSeveralVariablesReportsItsFirstAloneAsMeant) {
   auto * const sweep = new SynchronizedSweep;
   sweep->AddColumn(SweepColumn(val::kReal, Units::kNoUnits, &m_y));

@@ -3,6 +3,7 @@
 #include "basekit/value/expression/SyntaxParser.h"
 
 #include <algorithm>
+#include <set>
 
 namespace {
 
@@ -19,6 +20,35 @@ private:
   bool m_isFound = false;
 };
 
+/// A question on its way through bound expressions: these share what they refer to, so that each variable must be asked
+/// but once, in a circle as well.
+struct Walk {
+  void const * question;
+  std::set<ContextVariable const *> asked;
+  Walk * former;
+};
+thread_local Walk * currentWalk = nullptr;
+
+class WalkSpan {
+public:
+  explicit WalkSpan(void const * question) : m_walk{question, {}, currentWalk} { currentWalk = &m_walk; }
+  ~WalkSpan() { currentWalk = m_walk.former; }
+  WalkSpan(WalkSpan const &) = delete;
+  WalkSpan & operator=(WalkSpan const &) = delete;
+
+private:
+  Walk m_walk;
+};
+
+/// False, unasked, for a variable that the question came to before.
+template <class Ask> bool AskOnce(ContextVariable const & variable, void const * question, Ask ask) {
+  if (!currentWalk || currentWalk->question != question) {
+    WalkSpan const span(question);
+    return AskOnce(variable, question, ask);
+  }
+  return currentWalk->asked.insert(&variable).second && ask();
+}
+
 } // namespace
 
 void ContextVariable::SetValueBaseText(AString const & text, ValueState const & state) {
@@ -28,12 +58,7 @@ void ContextVariable::SetValueBaseText(AString const & text, ValueState const & 
 }
 
 bool ContextVariable::UsesVariable(Variable const & variable) const {
-  if (!m_bound || m_isAsked)
-    return false;
-  m_isAsked = true;
-  bool const isUsed = m_bound->UsesVariable(variable);
-  m_isAsked = false;
-  return isUsed;
+  return m_bound && AskOnce(*this, &variable, [&] { return m_bound->UsesVariable(variable); });
 }
 
 bool ContextVariable::UsesContextVariable(ContextVariable const * other) const {
@@ -41,6 +66,7 @@ bool ContextVariable::UsesContextVariable(ContextVariable const * other) const {
     return false;
   if (m_bound) {
     UsesContextVariableMessage message(*other);
+    WalkSpan const span(&message);
     m_bound->ReceiveMsg(message);
     return message.IsFound();
   }
@@ -50,14 +76,9 @@ bool ContextVariable::UsesContextVariable(ContextVariable const * other) const {
 }
 
 bool ContextVariable::DoReceiveMsg(ValueMessage & message) const {
-  if (m_isAsked)
-    return false;
-  if (message.GetTag() == UsesContextVariableMessage::tag)
-    static_cast<UsesContextVariableMessage &>(message).Visit(*this);
-  if (!m_bound)
-    return false;
-  m_isAsked = true;
-  bool const isTaken = m_bound->ReceiveMsg(message);
-  m_isAsked = false;
-  return isTaken;
+  return AskOnce(*this, &message, [&] {
+    if (message.GetTag() == UsesContextVariableMessage::tag)
+      static_cast<UsesContextVariableMessage &>(message).Visit(*this);
+    return m_bound && m_bound->ReceiveMsg(message);
+  });
 }

@@ -32,7 +32,7 @@ protected:
   void SetBoundValue(std::shared_ptr<ValueBase const> value) { m_bound = std::move(value); }
   ValueBase const * GetBoundValue() const { return m_bound.get(); }
 
-  /// Goes on to the bound expression; a variable that a circle leads back to does not take the message again.
+  /// Goes on to the bound expression; a variable that the message came to before does not take it again.
   bool DoReceiveMsg(ValueMessage & message) const override;
 
 private:
@@ -40,5 +40,4 @@ private:
   AString m_text;
   ValueState m_state;
   std::shared_ptr<ValueBase const> m_bound;
-  mutable bool m_isAsked = false;
 };

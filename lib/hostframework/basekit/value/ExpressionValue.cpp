@@ -145,12 +145,23 @@ bool ExpressionValue::GetSamples(expr::ProgramQuantity const & quantity, ISample
   return value.IsNumber();
 }
 
+void ExpressionValue::SetPlace(expr::Error & error, ValueBase const * base) const {
+  for (expr::ProgramQuantity const & quantity : m_program.GetQuantities())
+    if (quantity.base == base) {
+      error.source = quantity.source;
+      error.position = quantity.position;
+      error.length = quantity.length;
+      return;
+    }
+}
+
 bool ExpressionValue::Evaluate(ISampleSource const & source, std::span<double const> axis, expr::Result & result,
                                expr::Error & error) const {
   error = expr::Error();
   error.source = m_text;
   for (std::size_t i = 0; i < m_references.size(); ++i)
     if (!m_references[i].Get()) {
+      SetPlace(error, m_program.GetBases()[i]);
       error.problem = L"something that the expression refers to is gone";
       return false;
     }
@@ -163,6 +174,7 @@ bool ExpressionValue::Evaluate(ISampleSource const & source, std::span<double co
   for (expr::ProgramQuantity const & quantity : m_program.GetQuantities()) {
     expr::Samples samples;
     if (!GetSamples(quantity, source, samples)) {
+      SetPlace(error, quantity.base);
       error.problem = L"'" + quantity.name + L"' has no value here";
       return false;
     }

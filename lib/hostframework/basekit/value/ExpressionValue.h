@@ -50,6 +50,8 @@ private:
   ValueBase * CloneValueBase() const override { return new ExpressionValue(*this); }
   void FindInner(IValueParser * parser);
   bool IsStale() const;
+  /// Where the quantity stands that the base, which may be gone, is or was behind; definitions have no place.
+  void SetPlace(expr::Error & error, ValueBase const * base) const;
   bool GetSamples(expr::ProgramQuantity const & quantity, ISampleSource const & source, expr::Samples & samples) const;
 
   /// What was compiled of a variable or context variable: the type of its samples and its definition, which is empty

@@ -69,6 +69,15 @@ Variable * VariableNameSpace::FindVariable(AString const & name) const {
   return found;
 }
 
+std::vector<AString> VariableNameSpace::KnownNames() const {
+  std::vector<AString> names;
+  for (VariableNameSpace const * space = this; space;
+       space = space->m_flags.Has(VariableSearchFlag::AppendToPreviousVNS) ? space->m_previous : nullptr)
+    for (Variable const * const variable : space->m_variables)
+      names.push_back(variable->GetName());
+  return names;
+}
+
 expr::Dataset const * VariableNameSpace::FindDataset(AString const & name) const {
   for (auto const & [known, points] : m_datasets)
     if (AString::MatchNoCase(known, name))

@@ -44,6 +44,9 @@ public:
   /// By name without case: variables, then servers in the order added, then intrinsic variables, then the previous
   /// name space; null when nobody knows the name.
   Variable * FindVariable(AString const & name) const;
+  /// Of variables added here and, where a search goes on there, in previous name spaces; servers and intrinsic
+  /// variables are not among them.
+  std::vector<AString> KnownNames() const;
   /// By name without case, here, then in the previous name space; null when nobody knows the name.
   expr::Dataset const * FindDataset(AString const & name) const;
 

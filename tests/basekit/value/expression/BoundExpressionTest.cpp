@@ -149,6 +149,24 @@ TEST_F(BoundExpression, ValidationRefusesWhatIsNoExpressionHere) {
   EXPECT_EQ(error.position, 4u);
 }
 
+TEST_F(BoundExpression, AnUnknownNameComesWithTheNearestVariableOrConstant) {
+  auto const hintOf = [&](wchar_t const * text) {
+    expr::Error error;
+    EXPECT_EQ(ExpressionValue::Bind(text, &parser, error), nullptr);
+    return error.hint;
+  };
+  EXPECT_EQ(hintOf(L"2*Substrat"), AString(L"did you mean 'Substrate'?"));
+  EXPECT_EQ(hintOf(L"2*PI"), AString(L"did you mean 'pi'?"));
+  EXPECT_EQ(hintOf(L"2*nothing_like_it"), AString());
+  Variable height(L"height", L"1mm");
+  VariableNameSpace inner(true, true, false);
+  inner.AddVariable(&height);
+  EXPECT_EQ(hintOf(L"heigt"), AString(L"did you mean 'height'?"));
+  EXPECT_EQ(hintOf(L"Substrat"), AString(L"did you mean 'Substrate'?"));
+  inner.SetVariableSearchFlags(VariableSearchFlags());
+  EXPECT_EQ(hintOf(L"Substrat"), AString());
+}
+
 TEST_F(BoundExpression, DatasetsAreThoseOfTheNameSpaces) {
   std::vector<double> const x = {0.0, 4e-3};
   std::vector<double> const y = {1.0, 2.0};
@@ -289,6 +307,13 @@ TEST_F(BoundExpression, EvaluatesOverATraceFromASource) {
   ASSERT_TRUE(value.SetValueText(L"S21 + Gain"));
   EXPECT_FALSE(value.GetExpression()->Evaluate(Source(), {}, result, error));
   EXPECT_EQ(error.problem, AString(L"'S21' has no value here"));
+  EXPECT_EQ(error.position, 0u);
+  ASSERT_TRUE(value.SetValueText(L"Gain + S21"));
+  EXPECT_FALSE(value.GetExpression()->Evaluate(Source(), {}, result, error));
+  EXPECT_EQ(error.MarkedText(), AString(L"Gain + S21\n       ^^^\nat character 8: 'S21' has no value here"));
+  parser.Forget(L"S21");
+  EXPECT_FALSE(value.GetExpression()->Evaluate(Source(), {}, result, error));
+  EXPECT_EQ(error.Text(), AString(L"at character 8: something that the expression refers to is gone"));
 }
 
 TEST_F(BoundExpression, AContextVariableCountsByItsText) {
@@ -343,6 +368,26 @@ TEST_F(BoundExpression, ContextVariablesTellWhomTheyUse) {
   EXPECT_TRUE(a.UsesContextVariable(&c));
   EXPECT_FALSE(a.UsesContextVariable(&a));
   a.SetBoundValue(nullptr);
+}
+
+TEST_F(BoundExpression, AChainOfBoundVariablesIsAskedInNoMoreThanItsLength) {
+  constexpr int count = 60;
+  std::vector<std::unique_ptr<Named>> chain;
+  expr::Error error;
+  for (int i = 0; i < count; ++i) {
+    chain.push_back(std::make_unique<Named>(AString::Format(L"v%d", i)));
+    Named & variable = *chain.back();
+    variable.SetValueBaseText(i == 0 ? AString(L"Gain") : AString::Format(L"v%d + 1", i - 1), {});
+    parser.Add(variable);
+    variable.SetBoundValue(ExpressionValue::Bind(variable.GetValueBaseText(), &parser, error));
+  }
+  Named const other(L"other");
+  EXPECT_FALSE(chain.back()->UsesVariable(width));
+  EXPECT_FALSE(chain.back()->UsesContextVariable(&other));
+  EXPECT_TRUE(chain.back()->UsesContextVariable(chain.front().get()));
+  ValueMessage message(1);
+  EXPECT_TRUE(chain.back()->ReceiveMsg(message));
+  EXPECT_LE(parser.Get(L"Gain").messages, 4 * count); // of three questions
 }
 
 TEST_F(BoundExpression, MessagesEndWhereContextVariablesGoRoundInACircle) {

@@ -69,14 +69,15 @@ TEST_F(Columns, ParametersOfRangedFunctionsMustBeNumbers) {
   EXPECT_EQ(Refusal(L"XAtYVal(y, y)"),
             "at character 1: the parameters of 'XAtYVal' are single numbers, and one is a trace");
   EXPECT_EQ(Refusal(L"XAtYVal(y, 1i)"), "at character 12: a parameter of 'XAtYVal' is complex, expected a real number");
-  EXPECT_EQ(Refusal(L"max(y, 1, 2)"), "at character 1: 'max' takes a trace and no more, not 3");
+  EXPECT_EQ(Refusal(L"max(y, 1, 2)"), "at character 1: 'max' takes a trace, or two numbers, not 3");
   EXPECT_EQ(Refusal(L"XAtYVal(y, 1, 2)"), "at character 1: 'XAtYVal' takes a trace, 'Y Value' and no more, not 3");
 }
 
 TEST_F(Columns, ColumnsOfDifferentLengthAreRefused) {
   std::vector<double> const five(5, 0.0);
   scope.AddColumn(L"z", five);
-  EXPECT_EQ(Refusal(L"y + z"), "at character 1: 'z' has 5 samples where the trace has 4 places");
+  EXPECT_EQ(Refusal(L"y + z"),
+            "at character 5: 'z' has 5 samples where the trace has 4 places; choose one sweep for all quantities");
 }
 
 TEST_F(Columns, EmptyColumnsGiveEmptyOnes) {
@@ -117,6 +118,57 @@ TEST_F(Columns, UnwrappedAnglesGoOnWhereAnglesJump) {
   std::vector<double> const holed = Column(L"cang_rad(t)");
   EXPECT_TRUE(std::isnan(holed[1]));
   EXPECT_NEAR(holed[2], 2.0 * std::numbers::pi - 4.0, 1e-14);
+}
+
+TEST_F(Columns, AStepOfHalfATurnGoesUpWhateverItsSign) {
+  std::vector<double> const signs = {1, -1, 1, -1};
+  std::vector<std::complex<double>> const turning = {{1, 0}, {-1, -0.0}, {1, -0.0}, {-1, 0.0}};
+  scope.AddColumn(L"s", signs);
+  scope.AddColumn(L"t", turning);
+  EXPECT_EQ(Column(L"cang_deg(s)"), (std::vector<double>{0, 180, 360, 540}));
+  EXPECT_EQ(Column(L"cang_deg(t)"), (std::vector<double>{0, 180, 360, 540}));
+}
+
+TEST_F(Columns, MeasurementsOfALowPassThroughAnExpressionAreThoseOfItsFormula) {
+  // 1 / (1 + jf): its half power lies at 1, 3 dB below it at sqrt(10^0.3 - 1).
+  std::vector<double> f;
+  std::vector<std::complex<double>> low;
+  for (int i = 0; i <= 4000; ++i) {
+    f.push_back(std::pow(10.0, -2 + i / 1000.0));
+    low.push_back(1.0 / std::complex<double>(1, f.back()));
+  }
+  support::Evaluator world;
+  world.scope.SetAxis(f);
+  world.scope.AddColumn(L"S21", low);
+  EXPECT_NEAR(world.Number(L"bandwidth(S21)"), 1.0, 1e-3);
+  EXPECT_NEAR(world.Number(L"uppercutoff(S21)"), 1.0, 1e-3);
+  EXPECT_NEAR(world.Number(L"XAtYVal(dB(S21), -3)"), std::sqrt(std::pow(10.0, 0.3) - 1), 1e-5);
+  EXPECT_NEAR(world.Number(L"XAtYVal(dB(S21), -3dB)"), std::sqrt(std::pow(10.0, 0.3) - 1), 1e-5);
+  EXPECT_NEAR(world.Number(L"phasemargin(10*S21)"), 180 - std::atan(std::sqrt(99.0)) * 180 / std::numbers::pi, 1e-5);
+  EXPECT_NEAR(world.Number(L"phasemargin(S21, 0.1, 10deg)"), 170 - std::atan(std::sqrt(99.0)) * 180 / std::numbers::pi,
+              1e-5);
+}
+
+TEST_F(Columns, TheExamplesThatOpenTheGuideMeanWhatItSays) {
+  std::vector<double> const f = {1, 2, 3, 4};
+  std::vector<std::complex<double>> const forward = {0.8, 0.4, 0.2, 0.1};
+  std::vector<std::complex<double>> const back = {0.05, 0.2, 0.05, 0.3};
+  support::Evaluator world;
+  world.scope.SetAxis(f);
+  world.scope.AddColumn(L"F", f);
+  world.scope.AddColumn(L"S(2,1)", forward);
+  world.scope.AddColumn(L"S21", forward);
+  world.scope.AddColumn(L"S11", back);
+  world.scope.AddDefinition(L"w", L"2*h + 1mm");
+  world.scope.AddDefinition(L"h", L"0.5mm");
+  std::vector<double> const relative = world.Column(L"dB(S(2,1)) - max(dB(S(2,1)))");
+  EXPECT_EQ(relative.front(), 0.0);
+  EXPECT_NEAR(relative.back(), 20 * std::log10(0.125), 1e-12);
+  EXPECT_EQ(world.Column(L"2*pi*F*group_delay(S21)"), (std::vector<double>(4, 0.0)));
+  double const level = 20 * std::log10(0.8);
+  EXPECT_NEAR(world.Number(L"XAtYVal(dB(S21), -3)"), 1 + (level + 3) / (20 * std::log10(2.0)), 1e-12);
+  EXPECT_EQ(world.Column(L"if(mag(S11) < 0.1, 1, 0)"), (std::vector<double>{1, 0, 1, 0}));
+  EXPECT_DOUBLE_EQ(world.Number(L"w + 2*(h - 0.1mm)"), 2.8e-3);
 }
 
 TEST_F(Columns, GroupDelayOfADelayLineIsItsDelay) {

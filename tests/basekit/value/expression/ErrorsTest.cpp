@@ -34,6 +34,10 @@ TEST_F(Errors, UnknownUnitsAndNumbersTooGreatAreTold) {
   EXPECT_EQ(Refusal(L"1 + 3quux"), "at character 6: 'quux' is no unit; units are such as GHz, ns, mm, pF, nH, k, Meg");
   EXPECT_EQ(Refusal(L"1e999"), "at character 1: the number is too great");
   EXPECT_EQ(Refusal(L"1e308k"), "at character 1: the number is too great");
+  EXPECT_EQ(Refusal(L"2*1e-400"), "at character 3: the number is too small");
+  EXPECT_EQ(Refusal(L"1e-310f"), "at character 1: the number is too small");
+  EXPECT_EQ(Refusal(L"0." + AString(std::wstring(400, L'0')) + L"1"), "at character 1: the number is too small");
+  EXPECT_EQ(Refusal(AString(std::wstring(400, L'1'))), "at character 1: the number is too great");
 }
 
 TEST_F(Errors, UnknownNamesComeWithTheNearestKnownOne) {
@@ -44,7 +48,8 @@ TEST_F(Errors, UnknownNamesComeWithTheNearestKnownOne) {
 }
 
 TEST_F(Errors, CallsAreChecked) {
-  EXPECT_EQ(Refusal(L"atan2(1)"), "at character 1: 'atan2' takes 2 arguments, not 1");
+  EXPECT_EQ(Refusal(L"atan2(1)"), "at character 1: 'atan2' takes 2 arguments, not 1; atan2(y, x): angle of the "
+                                  "point (x, y) in radians");
   EXPECT_EQ(Refusal(L"sin()"), "at character 1: 'sin' takes 1 argument, not 0");
   EXPECT_EQ(Refusal(L"asin(1i)"), "at character 1: 'asin' is not defined for these complex numbers, expected real "
                                   "numbers; mag(x), re(x) and the like are real");
@@ -63,7 +68,8 @@ TEST_F(Errors, CirclesOfDefinitionsAreToldWithTheirPath) {
   scope.AddDefinition(L"b", L"2*c");
   scope.AddDefinition(L"c", L"A");
   EXPECT_EQ(Refusal(L"a"),
-            "at character 1: in the definition of 'c': the definitions go round in a circle: a -> b -> c -> A");
+            "at character 1: in the definition of 'c': the definitions go round in a circle: a -> b -> c -> A; "
+            "change one of these definitions");
   EXPECT_EQ(error.source, AString(L"A"));
 }
 

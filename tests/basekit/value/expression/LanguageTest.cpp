@@ -44,6 +44,8 @@ TEST_F(Language, NumbersTakePrefixesAndUnits) {
   EXPECT_EQ(Number(L".5"), 0.5);
   EXPECT_EQ(Number(L"1.2pF"), 1.2e-12);
   EXPECT_EQ(Number(L"5%"), 0.05);
+  EXPECT_EQ(Number(L"(5 %)*2"), 0.1);
+  EXPECT_EQ(Number(L"2.4\tGHz"), 2.4e9);
   EXPECT_EQ(Number(L"20cel"), 293.15);
   EXPECT_NEAR(Number(L"sin(30deg)"), 0.5, 1e-15);
   EXPECT_EQ(Number(L"2 mm*3"), 6e-3);
@@ -183,6 +185,25 @@ TEST_F(Language, UnitsOfResultsFollowFromThoseOfTheParts) {
   EXPECT_EQ(unitOf(L"30deg/2deg"), Units::kNoUnits);
   EXPECT_EQ(unitOf(L"1/2deg"), Units::kNoUnits);
   EXPECT_EQ(unitOf(L"2V*30deg"), Units::kVolt);
+}
+
+TEST_F(Language, ATemperatureBearsItsSignAndWhatIsComputedOfItIsInKelvins) {
+  EXPECT_EQ(Number(L"-5cel"), 268.15);
+  EXPECT_EQ(Number(L"1*-5cel"), 268.15);
+  EXPECT_EQ(Number(L"max(-5cel, 1)"), 268.15);
+  EXPECT_EQ(result.state.fullUnit, Units::kCelsius);
+  EXPECT_EQ(Number(L"-(5cel)"), -278.15);
+  EXPECT_EQ(Number(L"300kelvin"), 300.0);
+  Units::FullUnitType const kelvin = result.state.fullUnit;
+  EXPECT_EQ(Units::GetSymbol(kelvin), AString(L"kelvin"));
+  EXPECT_EQ(Number(L"3K"), 3000.0) << "the prefix";
+  EXPECT_EQ(Number(L"20cel"), 293.15);
+  EXPECT_EQ(result.state.fullUnit, Units::kCelsius);
+  EXPECT_NEAR(Number(L"20cel - 15cel"), 5.0, 1e-12);
+  for (wchar_t const * const text : {L"20cel - 15cel", L"20cel + 5kelvin", L"2*20cel", L"20cel/2", L"-(20cel)"}) {
+    EXPECT_TRUE(Evaluate(text));
+    EXPECT_EQ(result.state.fullUnit, kelvin);
+  }
 }
 
 TEST_F(Language, AnAngleWithAUnitIsConvertedWhereDegreesAreTaken) {

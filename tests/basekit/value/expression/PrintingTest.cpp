@@ -28,7 +28,7 @@ bool IsSameNode(expr::SyntaxTree const & a, expr::SyntaxTree const & b, std::siz
   case expr::Node::Kind::kNumber: {
     val::Quantity const & x = a.numbers[left.payload];
     val::Quantity const & y = b.numbers[right.payload];
-    return x.real == y.real && x.imaginary == y.imaginary && x.isComplex == y.isComplex;
+    return x.real == y.real && x.imaginary == y.imaginary && x.isComplex == y.isComplex && x.unit == y.unit;
   }
   case expr::Node::Kind::kUnary:
   case expr::Node::Kind::kBinary:
@@ -59,7 +59,7 @@ public:
     case 1:
       return OneOf({L"x", L"y", L"S(2,1)", L"Setup1:Sweep", L"'my name'", L"F", L"a_1"});
     case 2:
-      return OneOf({L"pi", L"2i", L"0.5j", L"10meg"});
+      return OneOf({L"pi", L"2i", L"0.5j", L"10meg", L"30deg", L"-5cel", L"3.3%", L"7mil"});
     case 3:
       return OneOf({L"-", L"!", L"+"}) + Any(depth - 1);
     case 4:
@@ -111,6 +111,12 @@ TEST(Printing, KeepsUnitsAndQuotesWhatNeedsThem) {
   EXPECT_EQ(Printed(L"'S21' + 'my ''name'''"), AString(L"S21 + 'my ''name'''"));
   EXPECT_EQ(Printed(L"interp(\"a \"\"b\"\"\", x)"), AString(L"interp(\"a \"\"b\"\"\", x)"));
   EXPECT_EQ(Printed(L"'dB(x)' + dB(x)"), AString(L"'dB(x)' + dB(x)"));
+}
+
+TEST(Printing, KeepsWhoseSignItIsBeforeATemperature) {
+  for (wchar_t const * const text : {L"-5cel", L"-(5cel)", L"-(-5cel)", L"-(5cel)^2", L"(-5cel)^2", L"(5cel)^2",
+                                     L"2^-5cel", L"2^-(5cel)", L"-5cel*2", L"1 - 5cel", L"1 - -5cel", L"!(-5cel)"})
+    EXPECT_EQ(Printed(text), AString(text));
 }
 
 TEST(Printing, PrintedExpressionsReadBackAsTheSameTree) {

@@ -188,7 +188,7 @@ TEST(EyeFunctions, NoEyeIsNoValue) {
     EXPECT_NO_VALUE(signal.Of(name, {1, 0, -1})) << name;
     EXPECT_NO_VALUE(signal.Of(name, {1, 8, 7.5})) << name;                          // less than one unit interval left
     EXPECT_NO_VALUE(signal.Of(name, {1, 20})) << name;                              // nothing left
-    EXPECT_NO_VALUE(signal.Of(name, {1e-9})) << name;                               // more than ten million of them
+    EXPECT_NO_VALUE(signal.Of(name, {5e-6})) << name;                               // more than a million of them
     EXPECT_NO_VALUE(Of(name, {0, 5}, {2, 2}, {1})) << name;                         // flat
     EXPECT_NO_VALUE(Of(name, {0, 5}, {0, 1}, {1})) << name;                         // one crossing
     EXPECT_NO_VALUE(Signal({0, 1, 0, 1, 0}, 0.2).Of(name, {4})) << name;            // edges everywhere

@@ -6,18 +6,20 @@ namespace expr {
 
 namespace {
 
-// The nearest whole number of turns brings each step under half a turn.
+// Each step lies in (-pi, pi]: half a turn goes up, as in the measurements of gain and phase.
 void Unwrap(std::span<double> angles) {
   constexpr double turn = 2.0 * std::numbers::pi;
+  double turns = 0.0;
   double before = math::missing;
   for (double & angle : angles) {
     if (!std::isfinite(angle)) {
       angle = math::missing;
       continue;
     }
-    if (!std::isnan(before))
-      angle -= turn * std::round((angle - before) / turn);
+    double const step = std::isnan(before) ? 0.0 : angle - before;
+    turns += step > std::numbers::pi ? -1.0 : step <= -std::numbers::pi ? 1.0 : 0.0;
     before = angle;
+    angle += turn * turns;
   }
 }
 

@@ -102,6 +102,7 @@ bool Compiler::CompileUnary(Level & level, std::size_t node) {
   } else {
     value.operand =
         AddStep(level, isComplex ? &MapComplex<math::Negate> : &Map<math::Negate>, isComplex, {value.operand});
+    value.unit = Units::WithoutOffset(value.unit);
   }
   value.type = isComplex ? val::kComplex : val::kReal;
   Push(level, value, node, before);

@@ -57,7 +57,7 @@ private:
 
   bool FindMeaning(AString const & name, Node const & node, Typed & result);
   bool CompileDefinition(AString const & name, AString const & text, Node const & node, Typed & result);
-  Typed AddQuantity(AString const & name, Meaning const & meaning);
+  Typed AddQuantity(AString const & name, Meaning const & meaning, Node const & node);
   void AddBase(ValueBase const * base);
 
   Operand AddConstant(std::complex<double> value, bool isComplex);
@@ -74,7 +74,8 @@ private:
 
   bool Fail(Node const & node, AString const & problem, AString const & expected, AString const & hint = AString());
   bool RefuseText(Level const & level, Typed const & value);
-  bool RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count);
+  bool RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count,
+                   AString const & hint = AString());
 
   Program & m_program;
   IScope const & m_scope;

@@ -41,6 +41,11 @@ Units::FullUnitType UnitOf(UnitRule rule, Units::FullUnitType unit) {
   }
 }
 
+/// How it is written, where the function's meaning begins with that.
+AString UsageOf(ElementFunction const & function) {
+  return function.meaning.starts_with(std::wstring(function.name) + L"(") ? AString(function.meaning) : AString();
+}
+
 bool LendsUnit(UnitRule rule, std::size_t argument) {
   return rule == UnitRule::kChosen ? argument > 0 : rule != UnitRule::kPolar || argument == 0;
 }
@@ -81,7 +86,8 @@ bool Compiler::CompileElement(Level & level, std::size_t node, ElementFunction c
   Node const & place = level.tree.nodes[node];
   std::wstring const & name = level.tree.names[place.payload];
   if (!TakesSoMany(function, arguments.size()))
-    return RefuseCount(place, name, CountText(function.overloads.front().argumentCount), arguments.size());
+    return RefuseCount(place, name, CountText(function.overloads.front().argumentCount), arguments.size(),
+                       UsageOf(function));
   std::vector<val::ParameterType> types;
   for (Typed const & argument : arguments)
     types.push_back(argument.operand.isComplex ? val::kComplex : val::kReal);
@@ -139,7 +145,9 @@ bool Compiler::CompileRanged(Level & level, std::size_t node, val::RangedFunctio
     AString wanted = L"a trace";
     for (val::RangedParameter const & parameter : function.parameters)
       wanted += L", '" + AString(parameter.name) + L"'";
-    return RefuseCount(place, name, wanted + L" and no more", arguments.size());
+    // Two numbers are what the function of samples takes that bears the same name.
+    return FindElementFunction(name) ? RefuseCount(place, name, L"a trace, or two numbers", arguments.size())
+                                     : RefuseCount(place, name, wanted + L" and no more", arguments.size());
   }
   Segment segment;
   segment.kind = Segment::Kind::kRanged;

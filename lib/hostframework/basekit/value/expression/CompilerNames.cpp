@@ -22,7 +22,7 @@ bool Compiler::FindMeaning(AString const & name, Node const & node, Typed & resu
     val::ParameterType const type = meaning.state.parameterType;
     if (type == val::kText || type == val::kNotAQuantity)
       return Fail(node, L"'" + name + L"' has no number", L"a quantity or a variable with one");
-    result = AddQuantity(name, meaning);
+    result = AddQuantity(name, meaning, node);
     break;
   }
   case Meaning::Kind::kDefinition:
@@ -40,9 +40,9 @@ bool Compiler::FindMeaning(AString const & name, Node const & node, Typed & resu
   return true;
 }
 
-Compiler::Typed Compiler::AddQuantity(AString const & name, Meaning const & meaning) {
+Compiler::Typed Compiler::AddQuantity(AString const & name, Meaning const & meaning, Node const & node) {
   AddBase(meaning.base);
-  m_program.m_quantities.push_back({name, meaning.state, meaning.base});
+  m_program.m_quantities.push_back({name, meaning.state, meaning.base, node.position, node.length, m_error.source});
   val::ParameterType const basic = postp::GetBasicParamType(meaning.state.parameterType);
   Typed value;
   value.operand = {Operand::Kind::kQuantity, basic == val::kComplex,
@@ -65,7 +65,8 @@ bool Compiler::CompileDefinition(AString const & name, AString const & text, Nod
     AString circle;
     for (auto at = first; at != m_path.end(); ++at)
       circle += *at + L" -> ";
-    return Fail(node, L"the definitions go round in a circle: " + circle + name, L"");
+    return Fail(node, L"the definitions go round in a circle: " + circle + name, L"",
+                L"change one of these definitions");
   }
   if (m_path.size() >= static_cast<std::size_t>(maxNesting))
     return Fail(node, L"the definitions lead too deep", L"");

@@ -98,11 +98,12 @@ bool Compiler::RefuseText(Level const & level, Typed const & value) {
                                L"names stand in single quotes, texts in double ones");
 }
 
-bool Compiler::RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count) {
+bool Compiler::RefuseCount(Node const & node, std::wstring const & name, AString const & wanted, std::size_t count,
+                           AString const & hint) {
   return Fail(node,
               L"'" + AString(name) + L"' takes " + wanted +
                   AString::Format(L", not %lu", static_cast<unsigned long>(count)),
-              L"");
+              L"", hint);
 }
 
 } // namespace expr

@@ -33,4 +33,11 @@ bool FindConstant(std::wstring_view name, double & value) {
   return false;
 }
 
+std::vector<std::wstring_view> ConstantNames() {
+  std::vector<std::wstring_view> names;
+  for (Constant const & constant : constants)
+    names.push_back(constant.name);
+  return names;
+}
+
 } // namespace expr

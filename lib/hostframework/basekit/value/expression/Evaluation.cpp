@@ -50,37 +50,30 @@ private:
     bool isScalar = true;
   };
 
-  bool Fail(std::size_t position, std::size_t length, AString const & problem) {
-    m_error.position = position;
-    m_error.length = length;
-    m_error.problem = problem;
-    m_error.expected.clear();
-    m_error.hint.clear();
+  /// At a segment or a quantity.
+  template <class Place> bool FailAt(Place const & place, AString const & problem, AString const & hint = AString()) {
+    m_error = {place.source, place.position, place.length, problem, AString(), hint};
     return false;
-  }
-
-  bool FailAt(Segment const & segment, AString const & problem) {
-    m_error.source = segment.source;
-    return Fail(segment.position, segment.length, problem);
   }
 
   bool CheckQuantities() {
     if (m_data.quantities.size() < m_program.m_quantities.size())
-      return Fail(0, 0, L"a quantity has no samples");
+      return FailAt(m_program.m_quantities[m_data.quantities.size()], L"a quantity has no samples");
     m_count = m_data.axis.size();
     bool isCounted = !m_data.axis.empty();
     for (std::size_t i = 0; i < m_program.m_quantities.size(); ++i) {
       Samples const & samples = m_data.quantities[i];
       AString const name = L"'" + m_program.m_quantities[i].name + L"'";
       if (!samples.data && (samples.isScalar || samples.count > 0))
-        return Fail(0, 0, name + L" has no samples");
+        return FailAt(m_program.m_quantities[i], name + L" has no samples");
       if (samples.isScalar)
         continue;
       if (isCounted && samples.count != m_count)
-        return Fail(0, 0,
-                    name + AString::Format(L" has %lu samples where the trace has %lu places",
-                                           static_cast<unsigned long>(samples.count),
-                                           static_cast<unsigned long>(m_count)));
+        return FailAt(m_program.m_quantities[i],
+                      name + AString::Format(L" has %lu samples where the trace has %lu places",
+                                             static_cast<unsigned long>(samples.count),
+                                             static_cast<unsigned long>(m_count)),
+                      L"choose one sweep for all quantities");
       m_count = samples.count;
       isCounted = true;
     }

@@ -96,19 +96,33 @@ Token Lexer::Bad(std::size_t length, Error & error, AString const & problem, ASt
   return Make(Token::Kind::kBad, m_at + error.length);
 }
 
+// What may stand between a number and its unit in any text of a quantity.
+bool IsUnitBlank(wchar_t c) { return c == L' ' || c == L'\t'; }
+
 // Where a unit ends that stands behind a number: directly, or behind blanks when it is one.
 std::size_t Lexer::EndOfUnit(std::size_t from) const {
-  if (At(from) == L'%')
-    return from + 1;
   if (IsWordStart(At(from)))
     return EndOfWord(from);
   std::size_t word = from;
-  while (At(word) == L' ')
+  while (IsUnitBlank(At(word)))
     ++word;
+  if (At(word) == L'%')
+    return word + 1;
   Units::Scale scale;
   std::size_t const end = IsWordStart(At(word)) ? EndOfName(word) : word;
   bool const isUnit = end > word && !IsCall(end) && Units::FindScale(m_source.substr(word, end - word), scale);
   return isUnit ? end : from;
+}
+
+// Of a number that no double holds: too small when its first digit that isn't 0 stands for too little.
+AString RangeProblem(std::wstring_view number) {
+  std::size_t const mark = number.find_first_of(L"eE");
+  bool const isNegativePower = mark != std::wstring_view::npos && mark + 1 < number.size() && number[mark + 1] == L'-';
+  std::size_t const point = number.find(L'.');
+  std::wstring_view const whole = number.substr(0, std::min(point, mark));
+  bool const isBelowOne = whole.find_first_not_of(L'0') == std::wstring_view::npos;
+  return isNegativePower || (mark == std::wstring_view::npos && isBelowOne) ? L"the number is too small"
+                                                                            : L"the number is too great";
 }
 
 Token Lexer::Number(Error & error) {
@@ -118,11 +132,11 @@ Token Lexer::Number(Error & error) {
   if (!val::ParseQuantity(m_source.substr(m_at, end - m_at), number)) {
     bool const hasUnit = end > digits;
     if (!hasUnit || val::ParseQuantity(m_source.substr(digits, end - digits), number))
-      return Bad(end - m_at, error, L"the number is too great");
+      return Bad(end - m_at, error, RangeProblem(m_source.substr(m_at, digits - m_at)));
     AString const unit(m_source.substr(digits, end - digits));
     Units::Scale scale;
     if (Units::FindScale(unit.View(), scale))
-      return Bad(end - m_at, error, L"the number is too great");
+      return Bad(end - m_at, error, RangeProblem(m_source.substr(m_at, digits - m_at)));
     m_at = digits;
     return Bad(end - digits, error, L"'" + unit + L"' is no unit", L"units are such as GHz, ns, mm, pF, nH, k, Meg");
   }

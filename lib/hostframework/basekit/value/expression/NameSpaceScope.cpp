@@ -46,6 +46,11 @@ Dataset const * NameSpaceScope::FindDataset(AString const & name) const {
   return current ? current->FindDataset(name) : nullptr;
 }
 
+std::vector<AString> NameSpaceScope::KnownNames() const {
+  VariableNameSpace const * const current = VariableNameSpace::Current();
+  return current ? current->KnownNames() : std::vector<AString>();
+}
+
 Meaning BindingScope::FindForeign(AString const & name) const {
   Meaning meaning;
   meaning.base = m_parser ? m_parser->ParseText(name) : nullptr;

@@ -13,6 +13,8 @@ class NameSpaceScope : public IScope {
 public:
   Meaning Find(AString const & name) const final;
   Dataset const * FindDataset(AString const & name) const final;
+  /// Of variables; what a derived scope knows can't be listed.
+  std::vector<AString> KnownNames() const final;
 
 private:
   virtual Meaning FindForeign(AString const & name) const = 0;

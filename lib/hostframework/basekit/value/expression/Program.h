@@ -44,6 +44,9 @@ struct ProgramQuantity {
   AString name;
   ValueState state;
   ValueBase const * base = nullptr;
+  std::size_t position = 0; ///< of the name, for errors
+  std::size_t length = 0;
+  AString source; ///< the text that the name stands in
 };
 
 /// An expression made ready to run: compiled once, evaluated as often as wanted, by any number of threads at a time.

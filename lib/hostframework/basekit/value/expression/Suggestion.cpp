@@ -1,6 +1,7 @@
 #include "basekit/value/expression/Suggestion.h"
 
 #include "basekit/text/CaseFolding.h"
+#include "basekit/value/expression/Constants.h"
 #include "basekit/value/expression/FunctionTable.h"
 #include "basekit/value/ranged/RangedFunction.h"
 
@@ -60,6 +61,8 @@ AString SuggestionFor(std::wstring_view unknown, std::vector<AString> const & kn
   Nearest whole(unknown);
   for (AString const & name : known)
     whole.Offer(name.View());
+  for (std::wstring_view const name : ConstantNames())
+    whole.Offer(name);
   if (!whole.Name().empty())
     return L"did you mean '" + AString(whole.Name()) + L"'?";
   std::size_t const group = unknown.find(L'(');

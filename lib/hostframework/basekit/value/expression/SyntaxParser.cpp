@@ -122,10 +122,22 @@ private:
     if (!token.Is(L"-") && !token.Is(L"!"))
       return Power();
     std::uint32_t const first = Size();
-    if (!Advance() || !Unary())
+    if (!Advance())
+      return false;
+    if (token.Is(L"-") && TakesSign(m_token))
+      return Power();
+    if (!Unary())
       return false;
     AddOperator(Node::Kind::kUnary, token.Is(L"-") ? Operator::kNegate : Operator::kNot, first, token);
     return true;
+  }
+
+  /// A sign before a number whose unit has an offset is the number's: -5cel is 268.15, as in the text of a variable,
+  /// not minus 278.15.
+  static bool TakesSign(Token & token) {
+    if (token.kind != Token::Kind::kNumber || !HasOffset(token.number.unit))
+      return false;
+    return val::ParseQuantity(L"-" + std::wstring(token.text), token.number);
   }
 
   bool Power() {

@@ -61,6 +61,11 @@ struct Pending {
 
 } // namespace
 
+bool HasOffset(Units::FullUnitType unit) {
+  Units::Scale scale;
+  return Units::GetScale(unit, scale) && scale.offset != 0.0;
+}
+
 int PrecedenceOf(Operator op) { return operatorRows[static_cast<std::size_t>(op)].precedence; }
 
 std::wstring_view TextOf(Operator op) { return operatorRows[static_cast<std::size_t>(op)].text; }
@@ -109,7 +114,12 @@ AString SyntaxTree::PrintFrom(std::size_t root) const {
     std::vector<std::size_t> const arguments = ArgumentsOf(now.node);
     std::wstring_view const separator = node.kind == Node::Kind::kCall ? std::wstring_view(L", ") : TextOf(node.op);
     for (std::size_t i = arguments.size(); i-- > 0;) {
-      bool const isWrapped = PrecedenceOf(nodes[arguments[i]]) < LeastPrecedence(node, i);
+      Node const & argument = nodes[arguments[i]];
+      // A sign before it, or in its text, would otherwise change owner.
+      bool const isSigned = node.kind == Node::Kind::kUnary || (node.op == Operator::kPower && i == 0);
+      bool const isOffset = argument.kind == Node::Kind::kNumber && HasOffset(numbers[argument.payload].unit);
+      bool const isWrapped =
+          (node.kind != Node::Kind::kCall && isSigned && isOffset) || PrecedenceOf(argument) < LeastPrecedence(node, i);
       if (isWrapped)
         pending.push_back({L")"});
       pending.push_back({{}, arguments[i], true});

@@ -44,6 +44,9 @@ struct Node {
   std::size_t length = 0;
 };
 
+/// True for a unit, such as degrees Celsius, whose zero isn't that of SI.
+bool HasOffset(Units::FullUnitType unit);
+
 /// An expression as it was read.
 class SyntaxTree {
 public:

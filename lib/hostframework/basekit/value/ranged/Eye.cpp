@@ -7,6 +7,11 @@
 
 namespace val::ranged {
 
+namespace {
+/// A slip in the unit interval is no eye rather than a long wait: each is read at 21 phases, twice.
+constexpr double greatestCount = 1e6;
+} // namespace
+
 void Spread::Add(double value) {
   ++m_count;
   double const step = value - m_mean;
@@ -33,7 +38,7 @@ bool Eye::CutToRange(Column x, Column y, EyeSettings const & settings) {
   double const start = x.front() + settings.startOffset;
   double const end = x.back() - settings.endOffset;
   double const intervals = (end - start) / m_unitInterval;
-  if (!(end - start >= m_unitInterval * (1 - 1e-9)) || !(intervals <= 1e7))
+  if (!(end - start >= m_unitInterval * (1 - 1e-9)) || !(intervals <= greatestCount))
     return false;
   m_signal = Cut(x, y, start, end);
   auto const [least, greatest] = std::minmax_element(m_signal.y.begin(), m_signal.y.end());

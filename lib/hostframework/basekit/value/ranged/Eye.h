@@ -34,7 +34,7 @@ private:
 
 /// The eye that a signal draws when all its unit intervals lie over each other.  Phases are parts of a unit interval,
 /// counted from the start of the range.  Levels are read at even phases rather than at samples, so that they don't
-/// depend on the steps of a solver.  An invalid eye has no measurements: no or too long a unit interval, more than ten
+/// depend on the steps of a solver.  An invalid eye has no measurements: no or too long a unit interval, more than a
 /// million of them, a negative offset, a flat signal, fewer than two crossings, edges everywhere, or one level alone.
 class Eye {
 public:

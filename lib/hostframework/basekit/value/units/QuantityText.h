@@ -21,7 +21,7 @@ struct Quantity {
 bool ParseQuantity(std::wstring_view text, Quantity & quantity, Units::FullUnitType assumed = Units::kNoUnits);
 
 /// The shortest text that reads back as the same number and unit, whatever unit is assumed.  A number that has no
-/// digits in its unit is written in the plain one (rad, m); where there is none (%, cel), the nearest digits are
+/// digits in its unit is written in the plain one (rad, m, kelvin); where there is none (%), the nearest digits are
 /// written.
 AString QuantityText(Quantity const & quantity);
 

@@ -48,13 +48,22 @@ Powers Combined(Powers a, Powers const & b, int sign) {
 
 } // namespace
 
+FullUnitType WithoutOffset(FullUnitType unit) {
+  Scale scale;
+  return GetScale(unit, scale) && scale.offset != 0.0 ? GetDefaultUnits(GetUnitType(unit)) : unit;
+}
+
 FullUnitType UnitOfSum(FullUnitType a, FullUnitType b) {
+  a = WithoutOffset(a);
+  b = WithoutOffset(b);
   if (a == kNoUnits || b == kNoUnits)
     return a == kNoUnits ? b : a;
   return GetUnitType(a) == GetUnitType(b) ? a : kNoUnits;
 }
 
 FullUnitType UnitOfProduct(FullUnitType a, FullUnitType b) {
+  a = WithoutOffset(a);
+  b = WithoutOffset(b);
   if (a == kNoUnits || b == kNoUnits)
     return a == kNoUnits ? b : a;
   if (IsPure(a) || IsPure(b))
@@ -63,6 +72,7 @@ FullUnitType UnitOfProduct(FullUnitType a, FullUnitType b) {
 }
 
 FullUnitType UnitOfQuotient(FullUnitType a, FullUnitType b) {
+  a = WithoutOffset(a);
   return b == kNoUnits || (IsPure(b) && !IsPure(a)) ? a : UnitOf(Combined(PowersOf(a), PowersOf(b), -1));
 }
 

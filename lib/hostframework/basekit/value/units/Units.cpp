@@ -40,6 +40,7 @@ constexpr UnitRow unitRows[] = {
     {L"cm", kLength, 0.01, 0.0, false},
     {L"in", kLength, 0.0254, 0.0, false},
     {L"mil", kLength, 2.54e-5, 0.0, false},
+    {L"kelvin", kTemperature, 1.0, 0.0, false},
 };
 
 struct Alias {
@@ -113,7 +114,8 @@ double TimesPowerOfTen(double value, int exponent) {
 
 FullUnitType GetDefaultUnits(UnitType type) {
   for (std::size_t row = 0; row < std::size(unitRows); ++row)
-    if (unitRows[row].type == type && (unitRows[row].factor == 1.0 || type == kRatio))
+    if (bool const isPlain = unitRows[row].factor == 1.0 && unitRows[row].offset == 0.0;
+        unitRows[row].type == type && (isPlain || type == kRatio))
       return static_cast<FullUnitType>(row * placesPerRow);
   return kNoUnits;
 }
