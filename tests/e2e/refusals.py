@@ -160,7 +160,7 @@ class Refusals(DeskTest):
     def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
         message = self.refuse(USAGE, 'slove', 'small')
         verbs = ('new, info, set, reload, setup, delete, solve, watch, convergence, profile, save, discard, values, '
-                 'touchstone, functions, attach, attachments, detach, recover, shell')
+                 'touchstone, attach, attachments, detach, functions, recover, shell')
         for part in ("'slove'", verbs):
             self.assertIn(part, message)
         self.assertNotIn('worker', message)
