@@ -37,6 +37,10 @@ struct Results {
     auto const at = byKey.find({engine, workload, n});
     return at == byKey.end() ? -1 : at->second.value("per_op_us", -1.0);
   }
+  // Not every engine does everything.
+  bool Has(std::string const & engine, std::string const & workload) const {
+    return std::ranges::any_of(sizes, [&](auto n) { return byKey.contains({engine, workload, n}); });
+  }
   bool Stopped(std::string const & engine, std::string const & workload, std::size_t n) const {
     auto const at = byKey.find({engine, workload, n});
     return at != byKey.end() && at->second.contains("stopped");
@@ -57,6 +61,8 @@ std::string TableOf(std::vector<nlohmann::json> const & lines, std::string const
   out += fmt::format("{:>9}\n", "growth");
   for (auto const & workload : results.workloads)
     for (auto const & engine : results.engines) {
+      if (!results.Has(engine, workload))
+        continue;
       out += fmt::format("{:<15}{:<16}", workload, engine);
       for (auto const n : results.sizes) {
         double const us = results.PerOp(engine, workload, n);
