@@ -49,8 +49,8 @@ std::map<AString, AString> CommittedBlocks(AString const & libraryPath, std::opt
   return BlocksOf(reader, length ? reader.OpenEarlier(path, *length) : reader.Open(path, false));
 }
 
-std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::uint64_t> savedLength) {
-  Blocks const saved = CommittedBlocks(libraryPath, savedLength);
+std::set<AString> UnsavedPoints(AString const & libraryPath) {
+  Blocks const saved = CommittedBlocks(libraryPath);
   std::set<AString> savedInternal;
   for (auto const & [realName, internalName] : saved)
     savedInternal.insert(internalName);

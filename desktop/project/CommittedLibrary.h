@@ -15,7 +15,7 @@ std::map<AString, AString> CommittedBlocks(AString const & libraryPath, std::opt
 
 /// The solved points, by the real names of their blocks, that were not part of the committed state: those alone whose
 /// block the library or its private file got since.  One that was renamed since is none.
-std::set<AString> UnsavedPoints(AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
+std::set<AString> UnsavedPoints(AString const & libraryPath);
 
 /// The points whose block the library or its private file got since, also of those that are saved with a former one.
 std::set<AString> PointsStoredSince(AString const & libraryPath, std::optional<std::uint64_t> savedLength = {});
