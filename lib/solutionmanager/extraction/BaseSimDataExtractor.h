@@ -105,6 +105,12 @@ public:
   IDesignDataExtractorForReportSetupUI const * GetIDesignDataExtractorForReportSetupUI() const override;
   IDesignDataExtractorForReportSetupUI * GetIDesignDataExtractorForReportSetupUIForEdit() override;
   void DoGarbageCollectionToAllowVariableDeletion(Variable const & variable) override;
+  /// Nothing to load: false.
+  bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
+                      std::vector<unsigned> const & reportTypes,
+                      std::map<unsigned, std::vector<AString>> const & quantities,
+                      IProgressMonitor * progress) override;
+  void FinishLoadingSolvedData() override {}
 
   // Added here, in the order of their slots.
   /// A product makes its own sim value of a text, or gives null for a text that is no quantity.
