@@ -12,6 +12,7 @@
 
 class BaseSimulationSetup;
 class BaseSolution;
+class OutputVariable;
 namespace io {
 class CBlock;
 }
@@ -20,6 +21,7 @@ namespace desktop {
 
 class DesignState;
 class Session;
+struct ReportDefinition;
 struct SourceBase;
 struct SourceFile;
 struct SourceMerge;
@@ -61,6 +63,17 @@ public:
   /// Deletes all data of a variation in the solutions of the named setup, or of all setups without a name.  Gives
   /// the number of blocks of data that went.
   int DeleteVariation(AString const & variation, AString const & setupName);
+
+  // Reports, by name.  A setup or variable that is renamed takes its new name into them.
+  void AddReport(ReportDefinition const & report);
+  /// The definition takes the place of the named one.
+  bool EditReport(AString const & name, ReportDefinition const & report);
+  void RemoveReport(AString const & name);
+
+  // Output variables: named expressions, by the rules that the solution manager has for them
+  void AddOutputVariable(AString const & name, AString const & expression);
+  bool EditOutputVariable(AString const & name, AString const & expression);
+  void DeleteOutputVariable(AString const & name);
 
   /// Reads the source again when its files have changed: one edit.  What the source changes is taken over, save where
   /// the user changed the same thing here; then that stands, and a notice tells.
@@ -108,6 +121,11 @@ private:
   void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
   BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);
   void TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, std::vector<SourceFile> const & files);
+
+  void ChangeReports(Edit & edit, std::vector<ReportDefinition> const & reports);
+  /// A change of the definitions by one of their texts.
+  void FollowInReports(Edit & edit, std::function<void(ReportDefinition & report)> const & change);
+  OutputVariable & FindOutputVariable(AString const & name) const;
 
   BaseSimulationSetup & FindSetup(AString const & name) const;
   BaseSolution & FindSolution(AString const & name) const;

@@ -15,6 +15,7 @@
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/report/ReportList.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -26,7 +27,8 @@ constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 
 } // namespace
 
-Session::Session(Access access) : m_access(access), m_editLog(std::make_unique<EditLog>()) {}
+Session::Session(Access access)
+    : m_access(access), m_editLog(std::make_unique<EditLog>()), m_reports(std::make_unique<ReportList>()) {}
 
 Session::~Session() {
   if (m_manager)
@@ -86,6 +88,7 @@ ProjectRecord Session::MakeRecord() const {
   m_design->Write(record.design);
   WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
   m_editLog->Write(record.edits);
+  m_reports->Write(record.reports);
   if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");

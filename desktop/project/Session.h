@@ -29,6 +29,7 @@ class IDesktopProduct;
 class ProductSolutionManager;
 class Project;
 class ProjectLock;
+class ReportList;
 class SaveProtocol;
 enum class ProjectFileKind;
 struct ProjectRecord;
@@ -74,6 +75,9 @@ public:
   Editor & GetEditor();
   EditLog & GetEditLog() { return *m_editLog; }
   EditLog const & GetEditLog() const { return *m_editLog; }
+  /// The definitions of the project's reports, which the editor changes.
+  ReportList & GetReports() { return *m_reports; }
+  ReportList const & GetReports() const { return *m_reports; }
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
   /// Project file, library, mirrored stores and managed files become what they are now, all of them or none; the
@@ -135,6 +139,7 @@ private:
   void TellOfLostFiles();
   void LeaveOutFilesOfASave();
   void MakeDesign(ProjectRecord const & record);
+  void ReadReports(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
   void CopyAside(LongFileName const & file, AString const & why);
@@ -174,6 +179,7 @@ private:
   std::unique_ptr<Design> m_design;
   std::unique_ptr<ProductSolutionManager> m_manager;
   std::unique_ptr<EditLog> m_editLog;
+  std::unique_ptr<ReportList> m_reports;
   /// Refers to all that stands above.
   std::unique_ptr<Editor> m_editor;
   IDesktopProduct const * m_product = nullptr;
