@@ -133,7 +133,9 @@ public:
   virtual bool ReloadSolutionPointSetData(long version, AString const & variation);
   virtual void DoGarbageCollection(std::set<Trace *> const & tracesInUse);
   virtual SolutionPointSet * GetCurrentSolutionPointSet() const;
-  virtual bool GetExpressionForCannedOutputVariable(AString const & name, AString & expression) const;
+  /// What a product's own output variable of that name is; the state comes as that of an unknown quantity.
+  virtual bool GetExpressionForCannedOutputVariable(AString const & name, AString & expression,
+                                                    ValueState & state) const;
   virtual ISimDataExtractorForReports * GetISimDataExtractorForReports() { return &mReportsView; }
   virtual ISimDataExtractorForSweepwise * GetISimDataExtractorForSweepwise() { return &mSweepwiseView; }
   virtual IDesignDataExtractorForSweepwise * GetIDesignDataExtractorForSweepwise() { return &mSweepwiseView; }
@@ -171,6 +173,8 @@ public:
   bool SolutionPointSetIsUsingInstance(SolutionPointSet const * pointSet, AString const & variation) const;
   unsigned GetSolutionPointSetsSize() const { return static_cast<unsigned>(mSolutionPointSets.size()); }
   /// The variation that special sweeps assume during one evaluation.
+  /// The one in which texts are read now.
+  SimValueContext const & GetSimValueContext() const { return mSimValueContext; }
   void SetSpecialSweepVariation(VariableValues const & variation) { mSpecialSweepVariation = variation; }
   VariableValues const & GetSpecialSweepVariation() const { return mSpecialSweepVariation; }
   void SynchronizeSweeps(KelvroCommand * command) const;
