@@ -140,4 +140,9 @@ void BaseSimDataExtractor::ReleaseManagedSimValues(bool all) const {
 
 void BaseSimDataExtractor::DoGarbageCollectionToAllowVariableDeletion(Variable const &) {}
 
+bool BaseSimDataExtractor::LoadSolvedData(VariableValues const &, VariableValues const &, std::vector<unsigned> const &,
+                                          std::map<unsigned, std::vector<AString>> const &, IProgressMonitor *) {
+  return false;
+}
+
 void BaseSimDataExtractor::InvalidateSimValueCaches() {}
