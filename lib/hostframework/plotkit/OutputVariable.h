@@ -25,6 +25,9 @@ public:
   virtual bool WriteToFuncForCopy(io::CBlock_func & func) const;
   virtual bool ReadFromFuncForPaste(io::CBlock_func const & func, io::CBlock_func::iterator place);
 
+  /// Of a variable that no manager keeps under its former name.
+  using ContextVariable::SetName;
+
   /// Text and state; the name stays.
   void Assign(MUndoableObject const & other) override;
   OutputVariable * Clone() const override;
