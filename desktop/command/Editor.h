@@ -97,6 +97,7 @@ private:
   struct Told {
     std::vector<EditChange> changes;
     bool isInvalidation = false;
+    bool changesResults = false;
     TextsChanges texts;
   };
 
@@ -105,6 +106,8 @@ private:
   bool Run(AString const & name, std::function<void(Edit & edit)> const & work, TextsChanges const & texts = {});
   bool Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(), long serial, EditStory::Way way);
   void TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation);
+
+  void FollowInLiveReports(std::vector<KelvroCommand *> const & commands, bool changesResults);
 
   void ChangeVariables(Edit & edit, std::vector<std::pair<AString, AString>> const & variables);
   bool RunWithTexts(AString const & command, std::vector<std::pair<AString, AString>> const & variables,
@@ -125,6 +128,8 @@ private:
   void ChangeReports(Edit & edit, std::vector<ReportDefinition> const & reports);
   /// A change of the definitions by one of their texts.
   void FollowInReports(Edit & edit, std::function<void(ReportDefinition & report)> const & change);
+  /// Also in those of output variables.
+  void RenameInExpressions(Edit & edit, AString const & name, AString const & newName);
   OutputVariable & FindOutputVariable(AString const & name) const;
 
   BaseSimulationSetup & FindSetup(AString const & name) const;

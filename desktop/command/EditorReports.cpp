@@ -1,9 +1,12 @@
-// Edits of the definitions of reports.
+// Edits of the definitions of reports, and how they follow names.
 #include "desktop/Error.h"
 #include "desktop/command/Edit.h"
 #include "desktop/command/WordOfCommand.h"
+#include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/ExpressionWords.h"
 #include "desktop/report/ReportList.h"
+#include "plotkit/OutputVariable.h"
 
 #include <algorithm>
 
@@ -56,6 +59,23 @@ void Editor::FollowInReports(Edit & edit, std::function<void(ReportDefinition & 
   std::for_each(reports.begin(), reports.end(), change);
   if (reports != m_session.GetReports().All())
     ChangeReports(edit, reports);
+}
+
+void Editor::RenameInExpressions(Edit & edit, AString const & name, AString const & newName) {
+  FollowInReports(edit, [&](ReportDefinition & report) {
+    for (AString & variable : report.over)
+      variable = AString::MatchNoCase(variable, name) ? newName : variable;
+    report.x = WithRenamedWord(report.x, name, newName);
+    for (AString & y : report.y)
+      y = WithRenamedWord(y, name, newName);
+  });
+  ProductSolutionManager & manager = m_session.GetManager();
+  std::vector<OutputVariable *> variables;
+  manager.GetOutputVariables(variables);
+  for (OutputVariable * const variable : variables)
+    if (AString const text = WithRenamedWord(variable->GetValueBaseText(), name, newName);
+        text != variable->GetValueBaseText())
+      manager.EditOutputVariable(variable, text, edit.command.get());
 }
 
 void Editor::AddReport(ReportDefinition const & report) {

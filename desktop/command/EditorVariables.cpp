@@ -9,7 +9,6 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
-#include "desktop/report/ReportDefinition.h"
 
 #include <algorithm>
 
@@ -131,11 +130,7 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   }
   texts[index].first = newName;
   auto const follow = [&](Edit & edit) {
-    FollowInReports(edit, [&](ReportDefinition & report) {
-      for (AString & variable : report.over)
-        variable = AString::MatchNoCase(variable, formerName) ? newName : variable;
-      report.x = AString::MatchNoCase(report.x, formerName) ? newName : report.x;
-    });
+    RenameInExpressions(edit, formerName, newName);
     if (AString::MatchNoCase(formerName, newName))
       return;
     SourceBase const & base = m_session.GetProject().GetSourceBase();

@@ -15,6 +15,7 @@
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/report/LiveReports.h"
 #include "desktop/report/ReportList.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -73,6 +74,12 @@ Editor & Session::GetEditor() {
   if (!m_editor)
     m_editor = std::make_unique<Editor>(*this);
   return *m_editor;
+}
+
+LiveReports & Session::GetLiveReports() {
+  if (!m_liveReports)
+    m_liveReports = std::make_unique<LiveReports>(*this);
+  return *m_liveReports;
 }
 
 void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assignments) {

@@ -26,6 +26,7 @@ class Design;
 class Editor;
 class EditLog;
 class IDesktopProduct;
+class LiveReports;
 class ProductSolutionManager;
 class Project;
 class ProjectLock;
@@ -78,6 +79,8 @@ public:
   /// The definitions of the project's reports, which the editor changes.
   ReportList & GetReports() { return *m_reports; }
   ReportList const & GetReports() const { return *m_reports; }
+  /// Those of them that were looked at in this session.
+  LiveReports & GetLiveReports();
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
   /// Project file, library, mirrored stores and managed files become what they are now, all of them or none; the
@@ -180,7 +183,8 @@ private:
   std::unique_ptr<ProductSolutionManager> m_manager;
   std::unique_ptr<EditLog> m_editLog;
   std::unique_ptr<ReportList> m_reports;
-  /// Refers to all that stands above.
+  /// These refer to what stands above.
+  std::unique_ptr<LiveReports> m_liveReports;
   std::unique_ptr<Editor> m_editor;
   IDesktopProduct const * m_product = nullptr;
   std::vector<AString> m_notices;

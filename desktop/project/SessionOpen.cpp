@@ -22,6 +22,7 @@
 #include "desktop/project/SaveProtocol.h"
 #include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/LiveReports.h"
 #include "desktop/report/ReportList.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
@@ -355,6 +356,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
   m_editor.reset(); // They know the design that goes.
+  m_liveReports.reset();
   CloseManager();
   m_project->SetSourceFiles(record.sources);
   SourceBase base;

@@ -27,7 +27,7 @@ std::vector<AString> NoticesOf(std::string const & from, std::string const & to,
   io::CBlock block(L"Reports");
   ListOf({Report(L"a"), Report(L"b")}).Write(block);
   std::string bytes;
-  io::EncodeItem(block, io::Form::Text, io::kExactDigits, bytes);
+  EXPECT_TRUE(io::EncodeItem(block, io::Form::Text, io::kExactDigits, bytes));
   EXPECT_NE(bytes.find(from), std::string::npos) << bytes;
   bytes.replace(bytes.find(from), from.size(), to);
   std::size_t at = 0;

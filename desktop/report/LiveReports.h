@@ -1,0 +1,67 @@
+#pragma once
+
+#include "desktop/report/ReportCurves.h"
+#include "desktop/report/ReportDefinition.h"
+#include "desktop/report/ReportTable.h"
+
+#include <cstddef>
+#include <list>
+
+class IProgressMonitor;
+class KelvroCommand;
+class SolutionPointSet;
+
+namespace desktop {
+
+class Session;
+
+/// The reports of a session that somebody looked at: their curves keep what they were updated with, and know after
+/// each edit whether it still holds.  One per session, for as long as its design stands.
+class LiveReports {
+public:
+  explicit LiveReports(Session & session) : m_session(session) {}
+
+  bool IsEmpty() const { return m_reports.empty(); }
+
+  struct Shown {
+    ReportTable table;
+    std::vector<AString> problems; ///< one line each; what they are about is missing in the table
+    std::size_t updated = 0;       ///< curves that were evaluated for this
+  };
+  /// Brings the report up to date; a report whose curves all are reads nothing.  The table stands until the next call
+  /// of any operation.
+  Shown Show(ReportDefinition const & report, IProgressMonitor * progress = nullptr);
+
+  /// Drops what was made for a definition that is none of the project's.
+  void Forget(ReportDefinition const & report);
+
+  /// Follows an edit that was just carried out, undone or redone.
+  void Follow(KelvroCommand & command);
+  /// Solved data came or went.
+  void ResultsChanged();
+
+  struct State {
+    AString report;
+    std::size_t dirty = 0; ///< curves whose values don't hold any more
+    std::size_t all = 0;
+  };
+  /// Of the reports that were shown and are the project's still, in the order in which they were first shown.
+  std::vector<State> States() const;
+
+private:
+  struct Report {
+    ReportDefinition definition;
+    ReportCurves curves;
+    bool isToBeMade = true;
+  };
+
+  Report & ReportOf(ReportDefinition const & definition);
+  void Make(Report & report);
+  std::size_t Update(Report & report, IProgressMonitor * progress);
+  void Collect();
+
+  Session & m_session;
+  std::list<Report> m_reports;
+};
+
+} // namespace desktop
