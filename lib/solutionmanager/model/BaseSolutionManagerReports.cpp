@@ -87,11 +87,6 @@ bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AStri
   return false;
 }
 
-void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *,
-                                                             std::vector<ISolutionPointSet *> const *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
