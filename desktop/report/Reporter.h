@@ -7,7 +7,7 @@
 namespace desktop {
 
 /// A report as a filled-in dialog: one curve's expressions over points that were chosen already.
-class Reporter : public IReporter {
+class Reporter final : public IReporter {
 public:
   Reporter(ISimDataExtractor & extractor, SimValueContext const & context, IDesignInstance * instance,
            SubsweepVector const & points, AString const & x, AString const & y)

@@ -8,7 +8,7 @@ class ISimDataExtractor;
 namespace desktop {
 
 /// One page of a report: expressions, as an extractor understands them now.  It owns neither extractor nor design.
-class ReporterTab : public IReporterTab {
+class ReporterTab final : public IReporterTab {
 public:
   ReporterTab(ISimDataExtractor & extractor, SimValueContext const & context, std::vector<AString> const & texts)
       : m_extractor(extractor), m_context(context), m_texts(texts) {}
