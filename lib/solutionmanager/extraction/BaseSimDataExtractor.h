@@ -21,6 +21,7 @@ class BaseSolutionManager;
 class CParsedExpressionCacheContainer;
 class IDesignEditor;
 class ReportRegime;
+class TextResolution;
 namespace io {
 class CBlock;
 }
@@ -139,7 +140,9 @@ public:
   virtual bool ReloadSolutionPointSetData(long version, AString const & variation);
   virtual void DoGarbageCollection(std::set<Trace *> const & tracesInUse);
   virtual SolutionPointSet * GetCurrentSolutionPointSet() const;
-  virtual bool GetExpressionForCannedOutputVariable(AString const & name, AString & expression) const;
+  /// What a product's own output variable of that name is; the state comes as that of an unknown quantity.
+  virtual bool GetExpressionForCannedOutputVariable(AString const & name, AString & expression,
+                                                    ValueState & state) const;
   virtual ISimDataExtractorForReports * GetISimDataExtractorForReports() { return &mReportsView; }
   virtual ISimDataExtractorForSweepwise * GetISimDataExtractorForSweepwise() { return &mSweepwiseView; }
   virtual IDesignDataExtractorForSweepwise * GetIDesignDataExtractorForSweepwise() { return &mSweepwiseView; }
@@ -177,9 +180,19 @@ public:
   bool SolutionPointSetIsUsingInstance(SolutionPointSet const * pointSet, AString const & variation) const;
   unsigned GetSolutionPointSetsSize() const { return static_cast<unsigned>(mSolutionPointSets.size()); }
   /// The variation that special sweeps assume during one evaluation.
+  /// The one in which texts are read now.
+  SimValueContext const & GetSimValueContext() const { return mSimValueContext; }
   void SetSpecialSweepVariation(VariableValues const & variation) { mSpecialSweepVariation = variation; }
   VariableValues const & GetSpecialSweepVariation() const { return mSpecialSweepVariation; }
   void SynchronizeSweeps(KelvroCommand * command) const;
+  // The lists of functions append and return the list's size.
+  int GetConversionFunctionNames(ValueState const & state, val::ParameterType result,
+                                 std::vector<AString> & names) const;
+  int GetXYPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetXYStackedPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetPolarPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetDataTableConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  /// Appends the sim values that the value refers to; true when the list then holds any.
   bool GetReferencedSimValues(ValueBase * value, std::vector<SimValue *> & simValues, SolutionPointSet * pointSet);
   io::ReadError DoDataExchangeSimValueCache(io::CBlock & block, bool reading);
   bool SynchronizeTracesForSolutionPointSet(KelvroCommand * command, SolutionPointSet * pointSet);
@@ -212,8 +225,7 @@ private:
   void DeleteUnusedSimValues();
   bool ReadPointSets(io::CBlock const & block, IDesignEditor * editor);
   void AddAxesOfData(VariableNameSpace & nameSpace) const;
-  ValueState QuantityState(AString const & text, rep::CalculationType domain) const;
-  OutputVariable * FindVariable(AString const & name) const;
+  TextResolution Texts();
 
   BaseSolutionManager * mBaseSolutionManager;
   BaseSolution * mBaseSolution;
