@@ -13,6 +13,7 @@
 class IDesignEditor;
 class ISimDataExtractor;
 class PropertyCommandInfo;
+class TraceComponent;
 namespace io {
 class CBlock;
 }
@@ -67,6 +68,11 @@ public:
 
   /// Appends; returns the list's size.
   int GetAvailableTraces(std::list<Trace *> & traces) const;
+  /// The first shared trace of equal components, null standing for a missing one; null on a miss.
+  Trace * FindTrace2D(TraceComponent const * x, TraceComponent const * y) const;
+  Trace * FindTrace3D(TraceComponent const * x, TraceComponent const * y, TraceComponent const * z) const;
+  /// A name that no trace of the set bears, compared without case.
+  void SetUniqueTraceName(Trace * trace) const;
   /// Takes ownership.
   void AddTraceToList(Trace * trace);
   /// Deletes the trace; one that is not here is ignored.
@@ -76,13 +82,18 @@ public:
   bool OKtoDelete() const { return m_traces.empty(); }
 
   CSimValueCacheV & GetSimValueCache() { return m_cache; }
+  /// The cache as one block among those of the extractor's other sets.  Reading takes the numbers of the set's own
+  /// version: kNotFound when there are none of it, kBadContent when the block was written for another design or
+  /// solution or is damaged; the cache is then as it was.
+  io::ReadError DoDataExchangeSimValueCache(io::CBlock & block, bool reading);
 
   /// Evaluates the traces anew at all points, within the extractor's span of an update.  Variables come back to what
   /// they were.  False when the extractor refuses or there are too many points.
   bool UpdateData();
 
   AString GetItemName() const { return kSolutionPointSetKeyword; }
-  /// kWarning when the instance or the name is missing; other errors for sweeps that are not there or don't fit.
+  /// kWarning when the instance, the name or a trace is missing; other errors for sweeps that are not there or don't
+  /// fit.
   io::ReadError Read(io::CBlock const & block, IDesignEditor * editor);
   bool Write(io::CBlock & block) const;
 
@@ -93,6 +104,7 @@ private:
   void VisitPoints(unsigned long count);
   io::ReadError ReadSubsweeps(io::CBlock const & block, SubsweepVector & subsweeps) const;
   IDesignInstance * FindInstance(long id) const;
+  io::ReadError ReadTraces(io::CBlock const & block);
 
   ISimDataExtractor & m_extractor;
   SubsweepVector m_subsweeps;

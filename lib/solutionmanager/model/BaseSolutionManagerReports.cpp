@@ -14,66 +14,9 @@ bool BaseSolutionManager::GetValueInfoForExpression(AString const &, ISolution c
   return false;
 }
 
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &, ISimDataExtractor *,
-                                            SimValueContext const *, OutputVariable *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-OutputVariable * BaseSolutionManager::CreateOutputVariable(AString const &, AString const &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSolutionManager::EditOutputVariable(OutputVariable *, AString const &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::DeleteOutputVariable(OutputVariable *, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-OutputVariable * BaseSolutionManager::FindOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSolutionManager::IsOkToDeleteOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableName(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableName(AString const &, bool) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableExpression(AString const &, ISimDataExtractor *,
-                                                          SimValueContext const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariable(AString const &, ISimDataExtractor *, SimValueContext const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
 int BaseSolutionManager::GetOutputVariableReportTypes(AString const &, ReportTypeMap &) const {
   KVRO_ASSERT(!"Not available yet");
   return -1;
-}
-
-bool BaseSolutionManager::IsOKtoEditOutputVariable(AString const &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
 }
 
 bool BaseSolutionManager::IsExpressionAffectedByMinorEdits(KelvroCommand const *, AString const &) const {
@@ -87,11 +30,6 @@ bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AStri
   return false;
 }
 
-void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *,
-                                                             std::vector<ISolutionPointSet *> const *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
@@ -102,26 +40,7 @@ unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet 
   return 0xFFFFFFFFu;
 }
 
-OutputVariable * BaseSolutionManager::GetCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSolutionManager::TranslateLegacyOutputVariablesIntoGivenOutputVariableMgr(IOutputVariableMgr *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-bool BaseSolutionManager::DoesOutputVariableExist(wchar_t const *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
@@ -129,11 +48,6 @@ bool BaseSolutionManager::DoesOutputVariableExist(wchar_t const *) const {
 bool BaseSolutionManager::IsValidSimValue(AString const &) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
-}
-
-CParsedExpressionCache * BaseSolutionManager::CreateParsedExpressionCache(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
 }
 
 int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
@@ -190,12 +104,6 @@ bool BaseSolutionManager::GetReferencedVariables(AString const &, std::vector<AS
   return false;
 }
 
-void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
-  // Called after every read of a design: without output variables there is no text to bring up to date.
-  if (!m_OutputVariableMap.empty())
-    KVRO_ASSERT(!"Not available yet");
-}
-
 void BaseSolutionManager::GetValParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
 }
@@ -232,32 +140,6 @@ IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSet
 
 bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
   return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
-}
-
-bool BaseSolutionManager::IsCyclic(AString const &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::UpdateOutputVariables(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-int BaseSolutionManager::GetOutputVariables(OutputVariableMap &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-OutputVariable * BaseSolutionManager::CreateCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-OutputVariable * BaseSolutionManager::FindCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSolutionManager::OnAddOutputVar(IKelvroCommand *, AString const &, OutputVariable *) {
-  KVRO_ASSERT(!"Not available yet");
 }
 
 void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
