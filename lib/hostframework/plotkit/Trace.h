@@ -29,7 +29,7 @@ public:
   /// Takes the components.
   explicit Trace(SolutionPointSet & pointSet, TraceComponent * x = nullptr, TraceComponent * y = nullptr);
   virtual ~Trace();
-  Trace(Trace const Trace(Trace const &) = delete) = delete;
+  Trace(Trace const &) = delete;
   Trace & operator=(Trace const &) = delete;
 
   /// An update of the set begins: the values go, and the message goes on to all that the expressions refer to.
