@@ -84,33 +84,6 @@ bool SolutionPointSet::IsDependentOnCurrentDesign(PropertyCommandInfo const * in
                      [this](VariationText::Pair const & pair) { return !IsSwept(AString(pair.name)); });
 }
 
-int SolutionPointSet::GetAvailableTraces(std::list<Trace *> & traces) const {
-  traces.insert(traces.end(), m_traces.begin(), m_traces.end());
-  return static_cast<int>(traces.size());
-}
-
-void SolutionPointSet::AddTraceToList(Trace * trace) {
-  if (trace)
-    m_traces.push_back(trace);
-}
-
-void SolutionPointSet::RemoveTrace(Trace * trace) {
-  auto const found = std::find(m_traces.begin(), m_traces.end(), trace);
-  if (found == m_traces.end())
-    return;
-  delete trace;
-  m_traces.erase(found);
-}
-
-void SolutionPointSet::DoGarbageCollection(std::set<Trace *> const & tracesInUse) {
-  m_traces.remove_if([&tracesInUse](Trace * trace) {
-    if (tracesInUse.count(trace))
-      return false;
-    delete trace;
-    return true;
-  });
-}
-
 bool SolutionPointSet::CountPoints(unsigned long & points) const {
   double count = 1.0;
   for (Subsweep const * const subsweep : m_subsweeps)

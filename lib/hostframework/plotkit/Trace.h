@@ -41,7 +41,7 @@ public:
   virtual Trace3D const * GetTrace3D() const { return nullptr; }
   virtual Trace3D * GetTrace3D() { return nullptr; }
   /// The component that depends on the others.
-  virtual TraceComponent * GetLastOrdinate() const { return m_ordinate.get(); }
+  virtual TraceComponent * GetLastOrdinate() const;
   virtual void ClearValues();
   /// The values at the point that the sweeps' variables stand at now.
   virtual void AppendNewValue();
@@ -62,8 +62,8 @@ public:
   virtual ExtendedTraceInfo * GetExtendedTraceInfo() { return m_extendedInfo.get(); }
   /// Takes ownership.
   virtual void SetExtendedTraceInfo(ExtendedTraceInfo * info);
-  /// Without values, so that the trace is dirty afterwards.  kBadContent, and nothing changed, for a component that
-  /// can't be read.
+  /// Binds the expressions, as BindComponents.  There are no values, so that the trace is dirty.  kBadContent, and
+  /// nothing changed, for a component that can't be read.
   virtual io::ReadError Read(io::CBlock const & block);
   virtual bool Write(io::CBlock & block) const;
   /// Those that are there, abscissa first; returns their number.
@@ -80,6 +80,9 @@ public:
   bool GetIsShared() const { return m_isShared; }
   void SetIsShared(bool isShared) { m_isShared = isShared; }
 
+  /// Binds each expression anew, in the current name space and by the installed value parser; words are meant in the
+  /// component's context or the set's, which stays the extractor's.  False when one of them means nothing now.
+  bool BindComponents();
   SampleSegments const & GetSegments() const { return m_segments; }
   /// The values that were appended to every component since the last segment are those of a major point.
   void AddSegment(std::size_t point, AString const & variation, bool isMissing = false);

@@ -7,7 +7,7 @@ class Trace2D : public Trace {
 public:
   static AString const kTrace2DKeyword;
 
-  using Trace::Trace;
+  explicit Trace2D(SolutionPointSet & pointSet, TraceComponent * x = nullptr, TraceComponent * y = nullptr);
   ~Trace2D() override;
 
   Trace2D const * GetTrace2D() const override { return this; }

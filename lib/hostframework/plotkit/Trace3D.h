@@ -14,10 +14,6 @@ public:
   bool Is3D() const override { return true; }
   Trace3D const * GetTrace3D() const override { return this; }
   Trace3D * GetTrace3D() override { return this; }
-  TraceComponent * GetLastOrdinate() const override { return GetThird(); }
-  bool IsEqual(TraceComponent const * x, TraceComponent const * y, TraceComponent const * z) const override;
-  bool IsEqual(TraceComponent const * x, TraceComponent const * y) const override;
-  TraceComponent * GetTraceComponent(TabPage tab) const override;
   AString GetItemName() const override;
 
   TraceComponent * GetThird() const { return GetThirdComponent(); }

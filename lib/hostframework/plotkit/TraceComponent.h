@@ -1,9 +1,11 @@
 #pragma once
 
-#include "basekit/io/ReadError.h"
 #include "basekit/text/AString.h"
 #include "basekit/value/Value.h"
+#include "plotkit/SimValueContext.h"
 #include "plotkit/ValueColumn.h"
+
+#include <optional>
 
 class ExpressionValue;
 namespace io {
@@ -13,7 +15,7 @@ class CBlock_func;
 /// What one axis of a trace shows: an expression, and the values that it had at the points of the trace's set.
 ///
 /// Names of the expression are bound, in the current name space and by the installed value parser, when the component
-/// is made of a value, cloned or read, and by Bind.  Whoever holds the component owns it.
+/// is made of a value, when an unbound one is cloned, and by Bind.  Whoever holds the component owns it.
 class TraceComponent {
 public:
   /// Category 2 is output variables, 1 variables and what is like them, 0 what has none.  With a function the text is
@@ -46,23 +48,30 @@ public:
   /// Gives the names of the text their present meaning; false when it is no number or expression now, all values are
   /// then missing.
   bool Bind();
-  bool IsBound() const { return m_value.IsNumber() || GetExpression(); }
+  bool IsBound() const;
+  bool IsPlainText() const { return m_isPlainText; }
   /// The number, or the expression when it is bound.
   Value const & GetValue() const { return m_value; }
+  /// Null unless the component is bound to one.
   ExpressionValue const * GetExpression() const { return m_value.GetExpression(); }
   /// With variables as they are now; a missing value unless the component is bound.
   void AppendPresentValue();
 
   ValueColumn const & GetValues() const { return m_values; }
   ValueColumn & GetValuesForEdit() { return m_values; }
-  /// The text of one value, in the component's units.
-  AString GetEntryText(std::size_t place) const { return m_values.GetText(place, m_units); }
+  /// The text of one value, in the component's units; "N/A" for a missing one.
+  AString GetEntryText(std::size_t place) const;
+
+  /// The context in which the words of the expression are meant, where one was told; that of the set otherwise.
+  std::optional<SimValueContext> const & GetSimValueContext() const { return m_context; }
+  void SetSimValueContext(SimValueContext const & context) { m_context = context; }
 
   void Write(io::CBlock_func & func) const;
-  /// A new component, bound as far as its names are known; null when the function holds none.
+  /// A new component, not bound yet; null when the function holds none.
   static TraceComponent * Read(io::CBlock_func const & func);
 
 protected:
+  void SetIsPlainText() { m_isPlainText = true; }
   /// Without the values.
   TraceComponent(TraceComponent const & other);
 
@@ -75,6 +84,8 @@ private:
   int m_functionID;
   bool m_isPass;
   Units::FullUnitType m_units;
+  bool m_isPlainText = false;
+  std::optional<SimValueContext> m_context;
   Value m_value;
   ValueColumn m_values;
 };

@@ -9,68 +9,6 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
 
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &, ISimDataExtractor *,
-                                            SimValueContext const *, OutputVariable *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-OutputVariable * BaseSolutionManager::CreateOutputVariable(AString const &, AString const &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSolutionManager::EditOutputVariable(OutputVariable *, AString const &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::DeleteOutputVariable(OutputVariable *, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-OutputVariable * BaseSolutionManager::FindOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSolutionManager::IsOkToDeleteOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableName(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableName(AString const &, bool) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableExpression(AString const &, ISimDataExtractor *,
-                                                          SimValueContext const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariable(AString const &, ISimDataExtractor *, SimValueContext const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsOKtoEditOutputVariable(AString const &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *,
-                                                             std::vector<ISolutionPointSet *> const *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
@@ -81,33 +19,9 @@ unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet 
   return 0xFFFFFFFFu;
 }
 
-OutputVariable * BaseSolutionManager::GetCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSolutionManager::TranslateLegacyOutputVariablesIntoGivenOutputVariableMgr(IOutputVariableMgr *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
-}
-
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-bool BaseSolutionManager::DoesOutputVariableExist(wchar_t const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-CParsedExpressionCache * BaseSolutionManager::CreateParsedExpressionCache(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
 }
 
 int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
@@ -141,12 +55,6 @@ bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
   return false;
 }
 
-void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
-  // Called after every read of a design: without output variables there is no text to bring up to date.
-  if (!m_OutputVariableMap.empty())
-    KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *,
                                                             TraceDefParams const &) const {
   KVRO_ASSERT(!"Not available yet");
@@ -162,32 +70,6 @@ bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, IT
 IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSetupper(long) const {
   KVRO_ASSERT(!"Not available yet");
   return nullptr;
-}
-
-bool BaseSolutionManager::IsCyclic(AString const &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::UpdateOutputVariables(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-int BaseSolutionManager::GetOutputVariables(OutputVariableMap &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-OutputVariable * BaseSolutionManager::CreateCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-OutputVariable * BaseSolutionManager::FindCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSolutionManager::OnAddOutputVar(IKelvroCommand *, AString const &, OutputVariable *) {
-  KVRO_ASSERT(!"Not available yet");
 }
 
 void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
