@@ -29,10 +29,11 @@ struct ReportWords {
   std::vector<std::string> over;
   std::optional<std::string> setup;
   std::optional<std::string> solution;
+  std::optional<std::string> variation;
   std::optional<std::string> display;
   ViewOptions view;
 
-  bool HasDefinition() const { return x || !y.empty() || !over.empty() || setup || solution || display; }
+  bool HasDefinition() const { return x || !y.empty() || !over.empty() || setup || solution || variation || display; }
 };
 
 // What the words say takes the place of what the report has.
@@ -49,6 +50,8 @@ ReportDefinition Changed(ReportDefinition report, ReportWords const & words) {
     report.setup = ArgumentText(*words.setup);
   if (words.solution)
     report.solution = ArgumentText(*words.solution);
+  if (words.variation)
+    report.variation = ArgumentText(*words.variation).Trimmed();
   if (!words.display)
     return report;
   auto const display = desktop::DisplayOf(ArgumentText(*words.display));
@@ -103,7 +106,7 @@ int Show(ReportWords const & words) {
   auto const session = OpenForReading(words.project);
   ReportDefinition const report = Known(session->GetReports(), ArgumentText(words.name));
   NoteOfSource(*session);
-  ShowReport(*session, report, words.project, words.view);
+  PrintReport(report, session->GetLiveReports().Show(report), words.project, words.view);
   return 0;
 }
 
@@ -113,7 +116,6 @@ bool Change(desktop::Session & session, ReportWords const & words) {
   if (words.action == "add") {
     ReportDefinition report;
     report.name = name;
-    report.x = L"Freq";
     editor.AddReport(Changed(report, words));
   } else if (words.action == "edit") {
     return editor.EditReport(name, Changed(Known(session.GetReports(), name), words));
@@ -147,13 +149,16 @@ void AddReportVerb(CLI::App & program, Action & action) {
       ->required()
       ->check(CLI::IsMember({"add", "edit", "remove", "list", "show"}));
   verb->add_option("NAME", words->name, "the report");
-  verb->add_option("--x", words->x, "what the curves run over: Freq without it, a design variable, an expression");
+  verb->add_option("--x", words->x,
+                   "what the curves run over: the samples (Freq) without it, a design variable, an expression");
   verb->add_option("--y", words->y, "an expression, once for each curve: quantities, output variables, functions")
       ->allow_extra_args(false);
   verb->add_option("--over", words->over, "design variables, with commas: a curve for each solved value of them")
       ->allow_extra_args(false);
   verb->add_option("--setup", words->setup, "whose data; the first setup's without it");
   verb->add_option("--solution", words->solution, "the setup's solution, where it has several");
+  verb->add_option("--variation", words->variation,
+                   "values of variables, as in \"cscale=0.95\"; those that are not named stand as they do");
   verb->add_option("--display", words->display, "table, rectangular, polar or smith");
   AddViewOptions(*verb, words->view);
   verb->footer("Examples:\n"

@@ -5,7 +5,7 @@
 #include "apps/solvedesk/OpenProject.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
-#include "desktop/report/LiveReports.h"
+#include "solutionmanager/model/BaseSolution.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -23,6 +23,11 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
   std::vector<std::string> notes;
   for (AString const & problem : shown.problems)
     notes.push_back(Utf8(problem));
+  if (shown.solution && shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID() &&
+      shown.table.RowCount() > 0)
+    notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
+                                "solves them anew",
+                                Utf8(shown.solution->GetGlobalSolutionName()), project, project));
   if (std::size_t const gaps = shown.table.GapCount())
     notes.push_back(fmt::format("{} {} no solved and valid data; `solvedesk solve {}` solves {}",
                                 Count(static_cast<long long>(gaps), "variation"), gaps == 1 ? "has" : "have", project,
@@ -43,7 +48,10 @@ void WriteCsv(std::string const & file, std::string const & text) {
 std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
                        ReportText const & text, std::vector<std::string> const & notes, ViewOptions const & options) {
   DocumentText document;
-  document.Members(DefinitionAsJson(report));
+  Json definition = DefinitionAsJson(report);
+  definition["x"] = Utf8(shown.x);
+  definition["solution"] = Utf8(shown.solution->GetGlobalSolutionName());
+  document.Members(definition);
   document.Number("updated_traces", static_cast<long>(shown.updated));
   document.Number("gaps", static_cast<long>(shown.table.GapCount()));
   document.Value("notices", Json(notes));
@@ -74,9 +82,8 @@ ComplexForm FormOf(ViewOptions const & options) {
   return options.form == "re-im" ? ComplexForm::kReIm : ComplexForm::kMagDeg;
 }
 
-void ShowReport(desktop::Session & session, desktop::ReportDefinition const & report, std::string const & project,
-                ViewOptions const & options) {
-  auto const shown = session.GetLiveReports().Show(report);
+void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                 std::string const & project, ViewOptions const & options) {
   std::vector<std::string> const notes = NotesOf(shown, project);
   if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || shown.table.RowCount() == 0) {
     std::string const reason =

@@ -2,15 +2,11 @@
 
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/ReportText.h"
+#include "desktop/report/LiveReports.h"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <string>
-
-namespace desktop {
-class Session;
-struct ReportDefinition;
-} // namespace desktop
 
 namespace solvedesk {
 
@@ -24,9 +20,9 @@ struct ViewOptions {
 void AddViewOptions(CLI::App & verb, ViewOptions & options);
 ComplexForm FormOf(ViewOptions const & options);
 
-/// Brings the report up to date and tells its rows; what could not be had is told on standard error.  A report of which
-/// nothing at all can be evaluated is refused.
-void ShowReport(desktop::Session & session, desktop::ReportDefinition const & report, std::string const & project,
-                ViewOptions const & options);
+/// Tells the rows of a report that was brought up to date; what could not be had is told on standard error.  One of
+/// which nothing at all could be evaluated is refused.
+void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                 std::string const & project, ViewOptions const & options);
 
 } // namespace solvedesk

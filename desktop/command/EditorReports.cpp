@@ -34,8 +34,6 @@ void RefuseSenseless(ReportDefinition const & report) {
   if (report.name.empty() || report.name != report.name.Trimmed())
     throw Error(ErrorKind::kUsage,
                 AString(L"'") + report.name + L"': can't be the name of a report; give one without blanks at its ends");
-  if (report.x.Trimmed().empty())
-    throw Error(ErrorKind::kUsage, L"report " + report.name + L": has no x; give an expression such as Freq");
   bool const hasEmpty =
       std::any_of(report.y.begin(), report.y.end(), [](AString const & text) { return text.Trimmed().empty(); });
   if (report.y.empty() || hasEmpty)

@@ -40,7 +40,7 @@ LiveReports::Report & LiveReports::ReportOf(ReportDefinition const & definition)
 
 // A curve that holds nothing yet counts as clean when it is made, as its solution is valid.
 void LiveReports::Make(Report & report) {
-  report.curves = MakeCurves(m_session, report.definition);
+  report.curves = MakeCurves(m_session, report.definition, report.axis);
   for (Trace * const trace : report.curves.traces)
     if (trace && trace->GetSegments().empty())
       trace->MarkItDirty(true);
@@ -67,12 +67,28 @@ std::size_t LiveReports::Update(Report & report, IProgressMonitor * progress) {
 }
 
 LiveReports::Shown LiveReports::Show(ReportDefinition const & definition, IProgressMonitor * progress) {
-  Report & report = ReportOf(definition);
+  return ShowAsItIs(ReportOf(definition), progress);
+}
+
+LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * progress) {
   if (report.isToBeMade)
     Make(report);
   std::size_t const updated = Update(report, progress);
   ReportCurves const & curves = report.curves;
-  return {ReportTable(curves.over, definition.x, definition.y, AsConst(curves.traces)), curves.problems, updated};
+  return {curves.solution, curves.x, ReportTable(curves.over, curves.x, report.definition.y, AsConst(curves.traces)),
+          curves.problems, updated};
+}
+
+// Whether an expression is one number for a variation shows when it is evaluated.
+LiveReports::Shown LiveReports::Evaluate(ReportDefinition const & question) {
+  Report & report = ReportOf(question);
+  report.axis = Axis::kNone;
+  Shown shown = ShowAsItIs(report, nullptr);
+  if (shown.table.LongestCurve() <= 1 || !question.x.empty())
+    return shown;
+  report.axis = Axis::kOwn;
+  report.isToBeMade = true;
+  return ShowAsItIs(report, nullptr);
 }
 
 void LiveReports::Forget(ReportDefinition const & definition) {

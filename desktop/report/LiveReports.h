@@ -24,6 +24,8 @@ public:
   bool IsEmpty() const { return m_reports.empty(); }
 
   struct Shown {
+    BaseSolution const * solution; ///< null when the project has none of that name
+    AString x;                     ///< empty without an axis
     ReportTable table;
     std::vector<AString> problems; ///< one line each; what they are about is missing in the table
     std::size_t updated = 0;       ///< curves that were evaluated for this
@@ -31,6 +33,9 @@ public:
   /// Brings the report up to date; a report whose curves all are reads nothing.  The table stands until the next call
   /// of any operation.
   Shown Show(ReportDefinition const & report, IProgressMonitor * progress = nullptr);
+  /// The same of a definition that is none of the project's, whose curves have no axis where they are numbers without
+  /// one.  Forget drops it.
+  Shown Evaluate(ReportDefinition const & question);
 
   /// Drops what was made for a definition that is none of the project's.
   void Forget(ReportDefinition const & report);
@@ -52,11 +57,13 @@ private:
   struct Report {
     ReportDefinition definition;
     ReportCurves curves;
+    Axis axis = Axis::kOwn;
     bool isToBeMade = true;
   };
 
   Report & ReportOf(ReportDefinition const & definition);
   void Make(Report & report);
+  Shown ShowAsItIs(Report & report, IProgressMonitor * progress);
   std::size_t Update(Report & report, IProgressMonitor * progress);
   void Collect();
 

@@ -47,9 +47,13 @@ AString DisplayWords() {
 }
 
 AString DescribeReport(ReportDefinition const & definition) {
-  AString text = Joined(definition.y) + L" over " + definition.x;
+  AString text = Joined(definition.y);
+  if (!definition.x.empty())
+    text += L" over " + definition.x;
   if (!definition.over.empty())
     text += L", for each " + Joined(definition.over);
+  if (!definition.variation.empty())
+    text += L", at " + definition.variation;
   if (!definition.setup.empty())
     text += L", of setup " + definition.setup;
   if (!definition.solution.empty())

@@ -21,8 +21,10 @@ struct ReportDefinition {
   AString name;
   AString setup;    ///< empty: the project's first one
   AString solution; ///< empty: the setup's first one
-  AString x;
+  AString x;        ///< empty: what the solution's samples run over
   std::vector<AString> y;
+  /// At which values of the design's variables: those that are not named stand as they do.  May also name one sample.
+  AString variation;
   /// Design variables over whose solved values the curves run, the slowest first.
   std::vector<AString> over;
   ReportDisplay display = ReportDisplay::kTable;

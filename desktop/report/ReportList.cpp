@@ -24,6 +24,7 @@ AString const kSolution(L"Solution");
 AString const kDisplay(L"Display");
 AString const kX(L"X");
 AString const kY(L"Y");
+AString const kVariation(L"Variation");
 AString const kOver(L"Over");
 
 bool ReadTexts(io::CBlock const & block, AString const & name, std::vector<AString> & texts) {
@@ -32,18 +33,26 @@ bool ReadTexts(io::CBlock const & block, AString const & name, std::vector<AStri
   return block.Found() && vec.QueryValues(texts);
 }
 
-// A setup may be missing; what says which curves there are may not.
+bool IsTextOrMissing(io::CBlock const & block, AString const & name, AString & text) {
+  io::CBlock_named_value const * const item =
+      static_cast<io::CBlock_named_value const *>(block.FindItem(name, io::CBlock_item::Kind::NamedValue));
+  if (!item)
+    return true;
+  block >> io::named(name, text);
+  return block.Found() && !text.empty();
+}
+
+// What says which curves there are may not be missing; all else may.
 bool ReadReport(io::CBlock const & block, ReportDefinition & report) {
   AString display;
   block >> io::named(kSetup, report.setup) >> io::named(kSolution, report.solution) >> io::named(kDisplay, display);
   block >> io::named(kName, report.name);
   bool const isNamed = block.Found() && !report.name.Trimmed().empty();
-  block >> io::named(kX, report.x);
-  bool const hasX = block.Found() && !report.x.empty();
+  bool isText = IsTextOrMissing(block, kX, report.x) && IsTextOrMissing(block, kVariation, report.variation);
   auto const known = DisplayOf(display);
   report.display = known.value_or(ReportDisplay::kTable);
   bool const hasOver = ReadTexts(block, kOver, report.over) || !block.Found();
-  return isNamed && hasX && hasOver && known && ReadTexts(block, kY, report.y) && !report.y.empty();
+  return isNamed && isText && hasOver && known && ReadTexts(block, kY, report.y) && !report.y.empty();
 }
 
 AString Name(AString const & name) { return name.empty() ? AString(L"a report without a name") : L"report " + name; }
@@ -65,7 +74,11 @@ void ReportList::Write(io::CBlock & block) const {
       item << io::named(kSetup, report.setup);
     if (!report.solution.empty())
       item << io::named(kSolution, report.solution);
-    item << io::named(kDisplay, WordOf(report.display)) << io::named(kX, report.x);
+    item << io::named(kDisplay, WordOf(report.display));
+    if (!report.x.empty())
+      item << io::named(kX, report.x);
+    if (!report.variation.empty())
+      item << io::named(kVariation, report.variation);
     io::CBlock_vec y(kY);
     y.AppendValues(report.y);
     item << y;

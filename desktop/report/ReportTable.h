@@ -6,17 +6,15 @@
 #include <complex>
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <vector>
 
 class Trace;
-class TraceComponent;
-class ValueColumn;
 
 namespace desktop {
 
 /// The numbers of a report, row by row: a row for each sample, in the order of the variations.  A variation without
-/// data is one row with nothing but its variables.  It looks at the traces, so it stands until these are updated.
+/// data is one row with nothing but its variables; a curve that is one number for a variation has it in all rows of it.
+/// It looks at the traces, so it stands until these are updated.
 class ReportTable {
 public:
   struct Column {
@@ -27,7 +25,8 @@ public:
     bool isComplex = false;
   };
 
-  /// Traces may be null: their columns are empty then.  All others run over the same points.
+  /// Traces may be null: their columns are empty then.  All others run over the same points.  Without x there is no
+  /// column of it.
   ReportTable(std::vector<AString> const & over, AString const & x, std::vector<AString> const & y,
               std::vector<Trace const *> const & traces);
 
@@ -35,29 +34,34 @@ public:
   std::size_t RowCount() const { return m_rows; }
   /// How many variations have no data.
   std::size_t GapCount() const;
+  /// How many rows the variation of the most rows has.
+  std::size_t LongestCurve() const;
   /// Nothing for a value that is missing.
   std::optional<std::complex<double>> At(std::size_t row, std::size_t column) const;
   /// Of a variable whose value is no number.
   AString TextAt(std::size_t row, std::size_t column) const;
-  /// The variation that the row belongs to, as the solution names it.
-  AString const & VariationAt(std::size_t row) const;
 
 private:
+  struct Span {
+    std::size_t first = 0;
+    std::size_t count = 0;
+  };
   struct Part {
     std::size_t firstRow = 0;
-    std::size_t firstSample = 0;
-    bool isMissing = false;
-    AString variation;
+    std::size_t rows = 1;
+    bool isMissing = true;
     std::vector<AString> texts; ///< of the variables
     std::vector<std::optional<double>> numbers;
+    std::vector<Span> spans; ///< by trace
+    std::size_t longest = 0; ///< the trace whose abscissa counts
   };
 
-  void TakeParts(std::vector<AString> const & over, Trace const & trace);
-  void AddColumn(Column::Role role, AString const & title, TraceComponent const * component);
+  void AddColumn(Column::Role role, AString const & title, Trace const * trace);
+  void TakeParts(std::vector<AString> const & over, std::vector<Trace const *> const & traces);
   Part const & PartOf(std::size_t row) const;
 
+  std::vector<Trace const *> m_traces;
   std::vector<Column> m_columns;
-  std::vector<ValueColumn const *> m_values; ///< by column; null for variables and for what has no trace
   std::vector<Part> m_parts;
   std::size_t m_variables = 0;
   std::size_t m_rows = 0;

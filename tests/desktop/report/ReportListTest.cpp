@@ -19,7 +19,7 @@ ReportList ListOf(ReportList::Definitions definitions) {
 }
 
 ReportDefinition Report(AString const & name) {
-  return {name, L"S \"1\"", L"Sol", L"Freq", {L"dB(S(2,1))", L"\u03b1"}, {L"C1", L"L1"}, ReportDisplay::kSmith};
+  return {name, L"S \"1\"", L"Sol", L"Freq", {L"dB(S(2,1))", L"\u03b1"}, L"R=1", {L"C1", L"L1"}, ReportDisplay::kSmith};
 }
 
 // The text form of what is written, with one piece of it replaced.
@@ -41,7 +41,7 @@ std::vector<AString> NoticesOf(std::string const & from, std::string const & to,
 } // namespace
 
 TEST(ReportList, ReadsWhatItWrote) {
-  ReportDefinition plain{L"plain", L"", L"", L"C1", {L"gain"}, {}, ReportDisplay::kTable};
+  ReportDefinition plain{L"plain", L"", L"", L"", {L"gain"}, L"", {}, ReportDisplay::kTable};
   io::CBlock block(L"Reports");
   ListOf({Report(L"a"), plain}).Write(block);
   ReportList read;
@@ -78,5 +78,5 @@ TEST(ReportList, FindsByNameWithoutCase) {
 }
 
 TEST(ReportDefinition, DescribesItselfInOneLine) {
-  EXPECT_EQ(DescribeReport(Report(L"a")), L"dB(S(2,1)), \u03b1 over Freq, for each C1, L1, of setup S \"1\" : Sol");
+  EXPECT_EQ(DescribeReport(Report(L"a")), L"dB(S(2,1)), \u03b1 over Freq, for each C1, L1, at R=1, of setup S \"1\" : Sol");
 }
