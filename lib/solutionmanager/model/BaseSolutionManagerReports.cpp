@@ -30,16 +30,6 @@ bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AStri
   return false;
 }
 
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0xFFFFFFFFu;
-}
-
 bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
@@ -50,11 +40,6 @@ bool BaseSolutionManager::IsValidSimValue(AString const &) const {
   return false;
 }
 
-int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
 void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
   if (command && !command->GetInfo(KelvroCommandInfo::kDesignProperties) &&
       !command->GetInfo(KelvroCommandInfo::kProjectProperties))
@@ -63,22 +48,6 @@ void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
   GetAllAssociatedSimDataExtractors(extractors);
   for (BaseSimDataExtractor const * const extractor : extractors)
     extractor->SynchronizeSweeps(command);
-}
-
-void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-void BaseSolutionManager::SynchronizeTracesAndGetAffectedSPS(std::vector<ISolutionPointSet *> &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace *, CParsedExpressionCacheContainer &) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
-    SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
 }
 
 void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &,
@@ -112,18 +81,6 @@ void BaseSolutionManager::GetImportedParserList(std::vector<IValueParser *> &, S
   KVRO_ASSERT(!"Not available yet");
 }
 
-bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *,
-                                                            TraceDefParams const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *,
-                                                            io::CBlock const &) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
 void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long) const {
   KVRO_ASSERT(!"Not available yet");
 }
@@ -140,9 +97,4 @@ IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSet
 
 bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
   return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
-}
-
-void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
-                                                     std::map<Trace *, CParsedExpressionCacheContainer> &) const {
-  KVRO_ASSERT(!"Not available yet");
 }
