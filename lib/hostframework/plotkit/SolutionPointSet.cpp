@@ -25,21 +25,9 @@ SolutionPointSet::SolutionPointSet(ISimDataExtractor & extractor, SubsweepVector
 }
 
 SolutionPointSet::~SolutionPointSet() {
+  m_update.reset();
   for (Trace const * const trace : m_traces)
     delete trace;
-}
-
-void SolutionPointSet::RegisterForUpdate(ISolutionPointSetUpdateRegistry *, IProgressMonitor *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool SolutionPointSet::UpdateFromLoadedData(VariableValues const &, VariableValues const &, IProgressMonitor *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void SolutionPointSet::GetLoadQuantities(std::map<unsigned, std::vector<AString>> &) {
-  KVRO_ASSERT(!"Not available yet");
 }
 
 long SolutionPointSet::GetSolutionID() const {
@@ -98,60 +86,17 @@ void SolutionPointSet::RemoveTrace(Trace * trace) {
   auto const found = std::find(m_traces.begin(), m_traces.end(), trace);
   if (found == m_traces.end())
     return;
+  m_update.reset();
   delete trace;
   m_traces.erase(found);
 }
 
 void SolutionPointSet::DoGarbageCollection(std::set<Trace *> const & tracesInUse) {
+  m_update.reset();
   m_traces.remove_if([&tracesInUse](Trace * trace) {
     if (tracesInUse.count(trace))
       return false;
     delete trace;
     return true;
   });
-}
-
-bool SolutionPointSet::CountPoints(unsigned long & points) const {
-  double count = 1.0;
-  for (Subsweep const * const subsweep : m_subsweeps)
-    count *= subsweep->GetCount();
-  bool const isCountInRange = count <= core::kMaxSweepValues;
-  KVRO_ASSERT(isCountInRange);
-  points = isCountInRange ? static_cast<unsigned long>(count) : 0;
-  return isCountInRange;
-}
-
-bool SolutionPointSet::UpdateData() {
-  unsigned long count = 0;
-  if (!CountPoints(count) || !m_extractor.BeginPostprocessingUpdate(*this))
-    return false;
-  if (m_instance)
-    m_designVariation = m_instance->GetVariationKey();
-  for (Trace * const trace : m_traces)
-    trace->ClearValues();
-  VisitPoints(count);
-  m_extractor.EndPostprocessingUpdate();
-  return true;
-}
-
-void SolutionPointSet::VisitPoints(unsigned long count) {
-  if (m_traces.empty())
-    return;
-  std::vector<Variable *> variables;
-  for (Subsweep const * const subsweep : m_subsweeps)
-    for (unsigned place = 0; subsweep->GetSweep() && place < subsweep->GetSweep()->GetSweepCount(); ++place)
-      if (Variable * const variable = subsweep->GetSweep()->GetVariable(place))
-        variables.push_back(variable);
-  VariableValuesRestorer const restorer(variables);
-  for (unsigned long point = 0; point < count; ++point) {
-    // The last subsweep runs fastest.
-    unsigned long rest = point;
-    for (auto subsweep = m_subsweeps.end(); subsweep != m_subsweeps.begin();) {
-      unsigned const size = (*--subsweep)->GetCount();
-      (*subsweep)->SetSweepValue(static_cast<unsigned>(rest % size));
-      rest /= size;
-    }
-    for (Trace * const trace : m_traces)
-      trace->AppendNewValue();
-  }
 }
