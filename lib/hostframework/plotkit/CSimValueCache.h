@@ -38,8 +38,8 @@ public:
   bool empty() const { return m_versions.empty(); }
 
   void Write(io::CBlock & block) const;
-  /// Takes what was kept of one version; the rest is stale.  kBadContent, and nothing taken, when any of it does not
-  /// fit together.
+  /// Takes what was kept of one version; the rest is stale.  kNotFound when all of it is, kBadContent when any of it is
+  /// damaged; nothing is taken then.
   io::ReadError Read(io::CBlock const & block, long version);
 
 private:
@@ -54,6 +54,7 @@ private:
   };
 
   Version const * FindVersion(long version) const;
+  Numbers & At(long version, AString const & text, SimValueContext const & context);
 
   std::map<long, Version> m_versions;
 };

@@ -21,14 +21,6 @@ std::shared_ptr<ExpressionValue const> BindIn(IDesignDataExtractor * extractor, 
   return ExpressionValue::Bind(text, extractor->GetIValueParser(), error);
 }
 
-/// True when the word is a user's variable that nothing may refer to yet.  Canned ones need no activation.
-bool IsInactiveVariable(ISolutionMgr const & manager, IValueParser * parser, AString const & word) {
-  if (expr::FindCurrentVariable(word))
-    return false;
-  auto const * const used = dynamic_cast<OutputVariable const *>(parser ? parser->ParseText(word) : nullptr);
-  return used && !used->IsActive() && used == manager.FindOutputVariable(word);
-}
-
 /// True while a message is with an inactive variable's own expression, which leads to all that those further on mean.
 thread_local bool isHandingOn = false;
 
@@ -98,16 +90,28 @@ bool OutputVariable::Activate(IDesignDataExtractor * extractor, SimValueContext 
   auto bound = BindIn(extractor, context, GetValueBaseText());
   if (!bound)
     return false;
-  if (ISolutionMgr const * const manager = extractor->GetISolutionMgr()) {
-    std::vector<AString> const words = expr::NamesIn(GetValueBaseText());
-    bool const isTooEarly = std::any_of(words.begin(), words.end(), [&](AString const & word) {
-      return IsInactiveVariable(*manager, extractor->GetIValueParser(), word);
-    });
-    if (isTooEarly)
-      return false;
-  }
+  auto const used = GetUsedVariables(extractor);
+  if (!std::all_of(used.begin(), used.end(), [](OutputVariable const * variable) { return variable->IsActive(); }))
+    return false;
   SetBoundValue(std::move(bound));
   return true;
+}
+
+std::vector<OutputVariable const *> OutputVariable::GetUsedVariables(IDesignDataExtractor * extractor) const {
+  std::vector<OutputVariable const *> used;
+  IValueParser * const parser = extractor ? extractor->GetIValueParser() : nullptr;
+  ISolutionMgr const * const manager = extractor ? extractor->GetISolutionMgr() : nullptr;
+  if (!parser || !manager)
+    return used;
+  for (AString const & word : expr::NamesIn(GetValueBaseText())) {
+    if (expr::FindCurrentVariable(word))
+      continue;
+    auto const * const variable = dynamic_cast<OutputVariable const *>(parser->ParseText(word));
+    bool const isOfUser = variable && variable == manager->FindOutputVariable(word);
+    if (isOfUser && std::find(used.begin(), used.end(), variable) == used.end())
+      used.push_back(variable);
+  }
+  return used;
 }
 
 bool OutputVariable::DoReceiveMsg(ValueMessage & message) const {

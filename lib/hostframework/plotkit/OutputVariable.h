@@ -38,6 +38,9 @@ public:
   /// Binds the text; false, and inactive, when that fails or when it refers to a variable of the extractor's manager
   /// that is not active yet.
   bool Activate(IDesignDataExtractor * extractor, SimValueContext const * context);
+  /// The variables of the extractor's manager among the words of the text, each once: what must be active before.
+  /// Canned ones are not among them.
+  std::vector<OutputVariable const *> GetUsedVariables(IDesignDataExtractor * extractor) const;
   bool IsActive() const { return GetBoundValue() != nullptr; }
 
 protected:

@@ -4,12 +4,10 @@
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/command/PropertyCommandInfo.h"
-#include "basekit/diag/Assert.h"
 #include "basekit/value/Variable.h"
-#include "basekit/value/VariableValuesRestorer.h"
 #include "basekit/value/variation/VariationText.h"
+#include "plotkit/PointSetUpdate.h"
 #include "plotkit/SweepBase.h"
-#include "plotkit/SweepValues.h"
 #include "plotkit/Trace.h"
 
 #include <algorithm>
@@ -25,7 +23,7 @@ SolutionPointSet::SolutionPointSet(ISimDataExtractor & extractor, SubsweepVector
 }
 
 SolutionPointSet::~SolutionPointSet() {
-  m_update.reset();
+  DropUpdate();
   for (Trace const * const trace : m_traces)
     delete trace;
 }
@@ -70,33 +68,4 @@ bool SolutionPointSet::IsDependentOnCurrentDesign(PropertyCommandInfo const * in
   return variation.IsOpaque() ||
          std::any_of(variation.Pairs().begin(), variation.Pairs().end(),
                      [this](VariationText::Pair const & pair) { return !IsSwept(AString(pair.name)); });
-}
-
-int SolutionPointSet::GetAvailableTraces(std::list<Trace *> & traces) const {
-  traces.insert(traces.end(), m_traces.begin(), m_traces.end());
-  return static_cast<int>(traces.size());
-}
-
-void SolutionPointSet::AddTraceToList(Trace * trace) {
-  if (trace)
-    m_traces.push_back(trace);
-}
-
-void SolutionPointSet::RemoveTrace(Trace * trace) {
-  auto const found = std::find(m_traces.begin(), m_traces.end(), trace);
-  if (found == m_traces.end())
-    return;
-  m_update.reset();
-  delete trace;
-  m_traces.erase(found);
-}
-
-void SolutionPointSet::DoGarbageCollection(std::set<Trace *> const & tracesInUse) {
-  m_update.reset();
-  m_traces.remove_if([&tracesInUse](Trace * trace) {
-    if (tracesInUse.count(trace))
-      return false;
-    delete trace;
-    return true;
-  });
 }

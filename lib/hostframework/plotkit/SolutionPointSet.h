@@ -85,8 +85,8 @@ public:
 
   CSimValueCacheV & GetSimValueCache() { return m_cache; }
   /// The cache as one block among those of the extractor's other sets.  Reading takes the numbers of the set's own
-  /// version: kNotFound when the block has nothing of this set, kBadContent when it was written for another design,
-  /// solution, variation or region, or is damaged; the cache is then as it was.
+  /// version: kNotFound when there are none of it, kBadContent when the block was written for another design or
+  /// solution or is damaged; the cache is then as it was.
   io::ReadError DoDataExchangeSimValueCache(io::CBlock & block, bool reading);
 
   /// Evaluates the traces anew at all points, within the extractor's span of an update.  Variables come back to what
@@ -98,18 +98,20 @@ public:
   void FinishUpdate(bool wasEverythingReached);
 
   AString GetItemName() const { return kSolutionPointSetKeyword; }
-  /// kWarning when the instance or the name is missing; other errors for sweeps that are not there or don't fit.
+  /// kWarning when the instance, the name or a trace is missing; other errors for sweeps that are not there or don't
+  /// fit.
   io::ReadError Read(io::CBlock const & block, IDesignEditor * editor);
   bool Write(io::CBlock & block) const;
 
 private:
   bool IsSwept(AString const & variable) const;
+  /// The former values come back.
+  void DropUpdate();
   std::vector<Trace *> TracesToUpdate() const;
   std::vector<unsigned> ReportTypes(PointSetUpdate const & update) const;
   io::ReadError ReadSubsweeps(io::CBlock const & block, SubsweepVector & subsweeps) const;
   IDesignInstance * FindInstance(long id) const;
-  io::ReadError ReadTraces(io::CBlock const & block, std::list<Trace *> & traces);
-  io::CBlock CacheHeader() const;
+  io::ReadError ReadTraces(io::CBlock const & block);
 
   ISimDataExtractor & m_extractor;
   SubsweepVector m_subsweeps;

@@ -57,6 +57,8 @@ void AddQuantities(PointSetUpdate const & update, unsigned reportType,
 
 } // namespace
 
+void SolutionPointSet::DropUpdate() { m_update.reset(); }
+
 std::vector<Trace *> SolutionPointSet::TracesToUpdate() const {
   std::vector<Trace *> traces;
   for (Trace * const trace : m_traces)
@@ -73,7 +75,7 @@ std::vector<unsigned> SolutionPointSet::ReportTypes(PointSetUpdate const & updat
 }
 
 void SolutionPointSet::RegisterForUpdate(ISolutionPointSetUpdateRegistry * registry, IProgressMonitor *) {
-  m_update.reset();
+  DropUpdate();
   std::vector<Trace *> const traces = TracesToUpdate();
   if (!registry || traces.empty())
     return;
@@ -136,7 +138,7 @@ void SolutionPointSet::FinishUpdate(bool wasEverythingReached) {
 }
 
 bool SolutionPointSet::UpdateData() {
-  m_update.reset();
+  DropUpdate();
   EvaluationSpan const span(m_extractor, m_context);
   PointSetUpdate update(*this, {m_traces.begin(), m_traces.end()}, m_solutionVersionID);
   if (!update.IsCountInRange() || !m_extractor.BeginPostprocessingUpdate(*this))

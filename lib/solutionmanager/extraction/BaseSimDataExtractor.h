@@ -21,6 +21,7 @@ class BaseSolutionManager;
 class CParsedExpressionCacheContainer;
 class IDesignEditor;
 class ReportRegime;
+class TextResolution;
 namespace io {
 class CBlock;
 }
@@ -184,6 +185,14 @@ public:
   void SetSpecialSweepVariation(VariableValues const & variation) { mSpecialSweepVariation = variation; }
   VariableValues const & GetSpecialSweepVariation() const { return mSpecialSweepVariation; }
   void SynchronizeSweeps(KelvroCommand * command) const;
+  // The lists of functions append and return the list's size.
+  int GetConversionFunctionNames(ValueState const & state, val::ParameterType result,
+                                 std::vector<AString> & names) const;
+  int GetXYPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetXYStackedPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetPolarPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetDataTableConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  /// Appends the sim values that the value refers to; true when the list then holds any.
   bool GetReferencedSimValues(ValueBase * value, std::vector<SimValue *> & simValues, SolutionPointSet * pointSet);
   io::ReadError DoDataExchangeSimValueCache(io::CBlock & block, bool reading);
   bool SynchronizeTracesForSolutionPointSet(KelvroCommand * command, SolutionPointSet * pointSet);
@@ -194,7 +203,7 @@ public:
   void MarkAllGivenTracesDirty(std::list<Trace *> & traces) const;
   /// What is known of what a function is applied to; outputs that have no answer stay as they were.
   void AnalyzeQuantity(Value const & value, Units::FullUnitType & units, int & category, bool & isPass,
-                       ValueBase const * const & inner);
+                       ValueBase const *& inner);
   /// The page of the dialog that gives the abscissa, the ordinate, the third component; null when there is none.
   IReporterTab * GetXTab(IReporter const & reporter) const;
   IReporterTab * GetYTab(IReporter const & reporter) const;
@@ -216,8 +225,7 @@ private:
   void DeleteUnusedSimValues();
   bool ReadPointSets(io::CBlock const & block, IDesignEditor * editor);
   void AddAxesOfData(VariableNameSpace & nameSpace) const;
-  ValueState QuantityState(AString const & text, rep::CalculationType domain) const;
-  OutputVariable * FindVariable(AString const & name) const;
+  TextResolution Texts();
 
   BaseSolutionManager * mBaseSolutionManager;
   BaseSolution * mBaseSolution;

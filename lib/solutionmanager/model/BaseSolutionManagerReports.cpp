@@ -14,66 +14,9 @@ bool BaseSolutionManager::GetValueInfoForExpression(AString const &, ISolution c
   return false;
 }
 
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &, ISimDataExtractor *,
-                                            SimValueContext const *, OutputVariable *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-OutputVariable * BaseSolutionManager::CreateOutputVariable(AString const &, AString const &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSolutionManager::EditOutputVariable(OutputVariable *, AString const &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::DeleteOutputVariable(OutputVariable *, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-OutputVariable * BaseSolutionManager::FindOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-bool BaseSolutionManager::IsOkToDeleteOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableName(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableName(AString const &, bool) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariableExpression(AString const &, ISimDataExtractor *,
-                                                          SimValueContext const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::IsValidOutputVariable(AString const &, ISimDataExtractor *, SimValueContext const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
 int BaseSolutionManager::GetOutputVariableReportTypes(AString const &, ReportTypeMap &) const {
   KVRO_ASSERT(!"Not available yet");
   return -1;
-}
-
-bool BaseSolutionManager::IsOKtoEditOutputVariable(AString const &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
 }
 
 bool BaseSolutionManager::IsExpressionAffectedByMinorEdits(KelvroCommand const *, AString const &) const {
@@ -87,36 +30,7 @@ bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AStri
   return false;
 }
 
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0xFFFFFFFFu;
-}
-
-OutputVariable * BaseSolutionManager::GetCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSolutionManager::TranslateLegacyOutputVariablesIntoGivenOutputVariableMgr(IOutputVariableMgr *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-bool BaseSolutionManager::DoesOutputVariableExist(wchar_t const *) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
 }
@@ -124,16 +38,6 @@ bool BaseSolutionManager::DoesOutputVariableExist(wchar_t const *) const {
 bool BaseSolutionManager::IsValidSimValue(AString const &) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
-}
-
-CParsedExpressionCache * BaseSolutionManager::CreateParsedExpressionCache(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
 }
 
 void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
@@ -144,22 +48,6 @@ void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
   GetAllAssociatedSimDataExtractors(extractors);
   for (BaseSimDataExtractor const * const extractor : extractors)
     extractor->SynchronizeSweeps(command);
-}
-
-void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-void BaseSolutionManager::SynchronizeTracesAndGetAffectedSPS(std::vector<ISolutionPointSet *> &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace *, CParsedExpressionCacheContainer &) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
-    SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
 }
 
 void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &,
@@ -185,30 +73,12 @@ bool BaseSolutionManager::GetReferencedVariables(AString const &, std::vector<AS
   return false;
 }
 
-void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
-  // Called after every read of a design: without output variables there is no text to bring up to date.
-  if (!m_OutputVariableMap.empty())
-    KVRO_ASSERT(!"Not available yet");
-}
-
 void BaseSolutionManager::GetValParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
 }
 
 void BaseSolutionManager::GetImportedParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
   KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *,
-                                                            TraceDefParams const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *,
-                                                            io::CBlock const &) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
 }
 
 void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long) const {
@@ -227,35 +97,4 @@ IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSet
 
 bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
   return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
-}
-
-bool BaseSolutionManager::IsCyclic(AString const &, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::UpdateOutputVariables(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-int BaseSolutionManager::GetOutputVariables(OutputVariableMap &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-OutputVariable * BaseSolutionManager::CreateCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-OutputVariable * BaseSolutionManager::FindCannedOutputVariable(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
-}
-
-void BaseSolutionManager::OnAddOutputVar(IKelvroCommand *, AString const &, OutputVariable *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
-                                                     std::map<Trace *, CParsedExpressionCacheContainer> &) const {
-  KVRO_ASSERT(!"Not available yet");
 }
