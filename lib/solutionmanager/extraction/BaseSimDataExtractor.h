@@ -203,7 +203,7 @@ public:
   void MarkAllGivenTracesDirty(std::list<Trace *> & traces) const;
   /// What is known of what a function is applied to; outputs that have no answer stay as they were.
   void AnalyzeQuantity(Value const & value, Units::FullUnitType & units, int & category, bool & isPass,
-                       ValueBase const * const & inner);
+                       ValueBase const *& inner);
   /// The page of the dialog that gives the abscissa, the ordinate, the third component; null when there is none.
   IReporterTab * GetXTab(IReporter const & reporter) const;
   IReporterTab * GetYTab(IReporter const & reporter) const;

@@ -9,24 +9,9 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
 
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0xFFFFFFFFu;
-}
-
 bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
-}
-
-int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
 }
 
 void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
@@ -39,40 +24,7 @@ void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
     extractor->SynchronizeSweeps(command);
 }
 
-void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-void BaseSolutionManager::SynchronizeTracesAndGetAffectedSPS(std::vector<ISolutionPointSet *> &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace *, CParsedExpressionCacheContainer &) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
-    SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *,
-                                                            TraceDefParams const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *,
-                                                            io::CBlock const &) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
 IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSetupper(long) const {
   KVRO_ASSERT(!"Not available yet");
   return nullptr;
-}
-
-void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
-                                                     std::map<Trace *, CParsedExpressionCacheContainer> &) const {
-  KVRO_ASSERT(!"Not available yet");
 }
