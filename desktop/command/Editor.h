@@ -130,6 +130,8 @@ private:
   void FollowInReports(Edit & edit, std::function<void(ReportDefinition & report)> const & change);
   /// Also in those of output variables.
   void RenameInExpressions(Edit & edit, AString const & name, AString const & newName);
+  /// Those that make no sense after a change of the design's names become 0, which the user is told.
+  void SettleOutputVariables(Edit & edit);
   OutputVariable & FindOutputVariable(AString const & name) const;
 
   BaseSimulationSetup & FindSetup(AString const & name) const;

@@ -7,6 +7,8 @@
 #include "desktop/project/Session.h"
 #include "plotkit/OutputVariable.h"
 
+#include <map>
+
 namespace desktop {
 
 namespace {
@@ -30,7 +32,27 @@ void RefuseExpression(BaseSolutionManager const & manager, AString const & name,
     Refuse(name, messages, expression);
 }
 
+std::map<OutputVariable *, AString> TextsOf(BaseSolutionManager const & manager) {
+  std::vector<OutputVariable *> variables;
+  manager.GetOutputVariables(variables);
+  std::map<OutputVariable *, AString> texts;
+  for (OutputVariable * const variable : variables)
+    texts[variable] = variable->GetValueBaseText();
+  return texts;
+}
+
 } // namespace
+
+void Editor::SettleOutputVariables(Edit & edit) {
+  ProductSolutionManager & manager = m_session.GetManager();
+  auto const former = TextsOf(manager);
+  if (former.empty())
+    return;
+  manager.UpdateOutputVariables(edit.command.get());
+  for (auto const & [variable, text] : former)
+    if (variable->GetValueBaseText() != text)
+      edit.Tell(WhatOf(variable->GetName()), text, variable->GetValueBaseText());
+}
 
 OutputVariable & Editor::FindOutputVariable(AString const & name) const {
   if (OutputVariable * const variable = m_session.GetManager().FindOutputVariable(name))

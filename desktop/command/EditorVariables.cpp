@@ -183,6 +183,7 @@ bool Editor::RunWithTexts(AString const & command, Texts const & variables, Text
       edit.Exchange([renaming] { renaming->Exchange(); });
     }
     follow(edit);
+    SettleOutputVariables(edit);
   };
   return Run(command, work, changes);
 }

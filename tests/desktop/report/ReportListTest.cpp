@@ -78,5 +78,6 @@ TEST(ReportList, FindsByNameWithoutCase) {
 }
 
 TEST(ReportDefinition, DescribesItselfInOneLine) {
-  EXPECT_EQ(DescribeReport(Report(L"a")), L"dB(S(2,1)), \u03b1 over Freq, for each C1, L1, at R=1, of setup S \"1\" : Sol");
+  EXPECT_EQ(DescribeReport(Report(L"a")),
+            L"dB(S(2,1)), \u03b1 over Freq, for each C1, L1, at R=1, of setup S \"1\" : Sol");
 }
