@@ -31,7 +31,7 @@ class CBlock;
 /// It is also what the expression machinery asks: for quantities (IValueParser), for variables (IVariableServer) and
 /// for the names that expressions may use (IVariableNameSpaceSetupper).  The solution owns it.  Under old report
 /// structures it holds sweeps, sim values and solution point sets; under the reporter rewrite the members that deal
-/// with them assert and give nothing.  Expressions can't be parsed yet: what would parse one says so.
+/// with them assert and give nothing.
 class BaseSimDataExtractor : public ISimDataExtractor,
                              public IValueParser,
                              public IVariableServer,

@@ -4,6 +4,7 @@
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/reportkern/IOutputVariableMgr.h"
 #include "basekit/diag/Assert.h"
+#include "basekit/io/CBlock.h"
 #include "plotkit/OutputVariable.h"
 #include "plotkit/OutputVariableLegacyUpdater.h"
 #include "solutionmanager/extraction/ExtractorContextSpan.h"
