@@ -2,6 +2,7 @@
 
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
+#include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/message/CProgressQuotaSetter.h"
 #include "basekit/message/IProgressMonitor.h"
