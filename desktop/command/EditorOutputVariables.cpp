@@ -5,8 +5,12 @@
 #include "desktop/message/HeldMessages.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/ExpressionWords.h"
+#include "desktop/report/LiveReports.h"
+#include "desktop/report/ReportList.h"
 #include "plotkit/OutputVariable.h"
 
+#include <algorithm>
 #include <map>
 
 namespace desktop {
@@ -14,6 +18,24 @@ namespace desktop {
 namespace {
 
 AString WhatOf(AString const & name) { return L"output variable " + name; }
+
+bool Uses(ReportDefinition const & report, AString const & name) {
+  std::vector<AString> words = ExpressionWords(report.x);
+  for (AString const & y : report.y)
+    for (AString const & word : ExpressionWords(y))
+      words.push_back(word);
+  return std::any_of(words.begin(), words.end(),
+                     [&name](AString const & word) { return AString::MatchNoCase(word, name); });
+}
+
+// What nobody looked at yet counts like what somebody did.
+void RefuseInReport(Session & session, AString const & name) {
+  for (ReportDefinition const & report : session.GetReports().All())
+    if (Uses(report, name))
+      throw Error(ErrorKind::kUsage,
+                  WhatOf(name) + L": report " + report.name + L" shows it; edit or remove the report first");
+  session.GetLiveReports().DropUnused();
+}
 
 // An expression that nothing is wrong with but its form posts no message.
 [[noreturn]] void Refuse(AString const & name, HeldMessages const & messages, AString const & expression) {
@@ -103,6 +125,7 @@ void Editor::DeleteOutputVariable(AString const & name) {
   ProductSolutionManager & manager = m_session.GetManager();
   OutputVariable & variable = FindOutputVariable(name);
   AString const formerName = variable.GetName();
+  RefuseInReport(m_session, formerName);
   {
     HeldMessages const messages;
     if (!manager.IsOkToDeleteOutputVariable(formerName))

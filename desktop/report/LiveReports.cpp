@@ -96,6 +96,14 @@ void LiveReports::Forget(ReportDefinition const & definition) {
   Collect();
 }
 
+void LiveReports::DropUnused() {
+  std::erase_if(m_reports, [this](Report const & report) {
+    ReportDefinition const * const there = m_session.GetReports().Find(report.definition.name);
+    return !there || !(*there == report.definition);
+  });
+  Collect();
+}
+
 void LiveReports::Collect() {
   std::set<Trace *> inUse;
   for (Report const & report : m_reports)

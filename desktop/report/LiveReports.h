@@ -39,6 +39,9 @@ public:
 
   /// Drops what was made for a definition that is none of the project's.
   void Forget(ReportDefinition const & report);
+  /// Drops what was made for definitions that the project doesn't have any more, so that nothing refers to what they
+  /// name.
+  void DropUnused();
 
   /// Follows an edit that was just carried out, undone or redone.
   void Follow(KelvroCommand & command);

@@ -208,13 +208,21 @@ class Reports(DeskTest):
 
     def test_expressions_that_no_longer_parse_are_told(self):
         self.solved()
-        self.run_desk('var', 'ladder', 'add', 'gain=dB(S(2,1))')
-        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'gain', '--y', 'dB(S(1,1))')
-        self.run_desk('var', 'ladder', 'delete', 'gain')
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'l2*mag(S(2,1))', '--y', 'dB(S(1,1))')
+        self.run_desk('set', 'ladder', '--remove', 'l2')
         done = self.run_desk('report', 'ladder', 'show', 'r')
-        self.assertIn("'gain' can't be evaluated", done.stderr)
-        self.run_desk('report', 'ladder', 'edit', 'r', '--y', 'gain')
-        self.assertIn("'gain' can't be evaluated", self.refuse(1, 'report', 'ladder', 'show', 'r'))
+        self.assertIn("'l2*mag(S(2,1))' can't be evaluated", done.stderr)
+        self.run_desk('report', 'ladder', 'edit', 'r', '--y', 'l2*mag(S(2,1))')
+        self.assertIn("can't be evaluated", self.refuse(1, 'report', 'ladder', 'show', 'r'))
+
+    def test_what_a_report_shows_cant_be_deleted(self):
+        self.solved()
+        self.run_desk('var', 'ladder', 'add', 'gain=dB(S(2,1))')
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', '1+Gain')
+        self.assertIn('report r shows it', self.refuse(2, 'var', 'ladder', 'delete', 'gain'))
+        lines = self.run_shell(['report show r', 'report remove r', 'var delete gain', 'undo', 'undo', 'report show r'])
+        self.assertEqual([line['exit_code'] for line in lines], [0] * 6, lines)
+        self.assertEqual(lines[0]['result']['rows'], lines[5]['result']['rows'])
 
     def test_a_damaged_definition_costs_itself_alone(self):
         self.solved()
