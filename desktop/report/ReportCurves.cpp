@@ -79,7 +79,7 @@ private:
     HeldMessages const messages;
     BaseSolutionManager const & manager = m_session.GetManager();
     for (AString const & y : m_report.y) {
-      ReportTypeMap types;
+      BaseSolutionManager::ReportTypeMap types;
       if (manager.GetOutputVariableReportTypes(y, types) > 0)
         return types.begin()->first;
     }
