@@ -52,11 +52,13 @@ void SolutionPointSet::RemoveTrace(Trace * trace) {
   auto const found = std::find(m_traces.begin(), m_traces.end(), trace);
   if (found == m_traces.end())
     return;
+  DropUpdate();
   delete trace;
   m_traces.erase(found);
 }
 
 void SolutionPointSet::DoGarbageCollection(std::set<Trace *> const & tracesInUse) {
+  DropUpdate();
   m_traces.remove_if([&tracesInUse](Trace * trace) {
     if (tracesInUse.count(trace))
       return false;

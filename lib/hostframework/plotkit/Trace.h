@@ -91,6 +91,16 @@ public:
   /// Number of values of each component.
   std::size_t GetValueCount() const;
 
+  /// The values of all components with their segments, as an update sets them aside.
+  struct Values {
+    std::vector<ValueColumn> columns;
+    SampleSegments segments;
+  };
+  /// The trace has none afterwards.
+  Values TakeValues();
+  /// In the place of those that are there; for the components that they were taken from.
+  void PutValues(Values && values);
+
   /// A trace of the class that a block's name tells; null when it tells none.
   static std::unique_ptr<Trace> Make(AString const & itemName, SolutionPointSet & pointSet);
 

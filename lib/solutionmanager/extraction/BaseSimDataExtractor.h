@@ -31,7 +31,7 @@ class CBlock;
 /// It is also what the expression machinery asks: for quantities (IValueParser), for variables (IVariableServer) and
 /// for the names that expressions may use (IVariableNameSpaceSetupper).  The solution owns it.  Under old report
 /// structures it holds sweeps, sim values and solution point sets; under the reporter rewrite the members that deal
-/// with them assert and give nothing.  Expressions can't be parsed yet: what would parse one says so.
+/// with them assert and give nothing.
 class BaseSimDataExtractor : public ISimDataExtractor,
                              public IValueParser,
                              public IVariableServer,
@@ -203,7 +203,7 @@ public:
   void MarkAllGivenTracesDirty(std::list<Trace *> & traces) const;
   /// What is known of what a function is applied to; outputs that have no answer stay as they were.
   void AnalyzeQuantity(Value const & value, Units::FullUnitType & units, int & category, bool & isPass,
-                       ValueBase const * const & inner);
+                       ValueBase const *& inner);
   /// The page of the dialog that gives the abscissa, the ordinate, the third component; null when there is none.
   IReporterTab * GetXTab(IReporter const & reporter) const;
   IReporterTab * GetYTab(IReporter const & reporter) const;

@@ -144,5 +144,3 @@ bool BaseSimDataExtractor::LoadSolvedData(VariableValues const &, VariableValues
                                           std::map<unsigned, std::vector<AString>> const &, IProgressMonitor *) {
   return false;
 }
-
-void BaseSimDataExtractor::InvalidateSimValueCaches() {}

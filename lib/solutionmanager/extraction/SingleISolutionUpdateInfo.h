@@ -5,7 +5,7 @@
 
 /// The point sets of one solution that an update is for, by the two groups of variable values at which each wants
 /// data.  Not the owner of the sets.
-class SingleISolutionUpdateInfo : public ISolutionPointSetUpdateRegistry {
+class SingleISolutionUpdateInfo final : public ISolutionPointSetUpdateRegistry {
 public:
   struct PointSetInfo {
     ISolutionPointSet * m_pointSet = nullptr;

@@ -1,6 +1,7 @@
 #include "solutionmanager/extraction/SolutionInstanceManager.h"
 
 #include "CoreInterfaces/solution/ISimDataExtractor2.h"
+#include "CoreInterfaces/solution/ISolution.h"
 #include "plotkit/SolutionLoadDefinition.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/CentralizedUpdateSolutionInstance.h"

@@ -2,6 +2,7 @@
 
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
+#include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/message/CProgressQuotaSetter.h"
 #include "basekit/message/IProgressMonitor.h"
@@ -31,10 +32,20 @@ bool SolutionPointSetUpdateHelper::Run(IProgressMonitor * progress, PointSets co
     CProgressQuotaSetter const quota(progress, 75.0);
     isComplete = Update(infos, progress);
   }
-  for (ISolutionPointSet * const pointSet : chosen)
-    if (auto * const ofReports = dynamic_cast<SolutionPointSet *>(pointSet))
-      ofReports->FinishUpdate(isComplete);
+  Finish(chosen, isComplete);
   return isComplete;
+}
+
+void SolutionPointSetUpdateHelper::Finish(PointSets const & pointSets, bool isComplete) const {
+  std::set<ISimDataExtractor *> extractors;
+  for (ISolutionPointSet * const pointSet : pointSets)
+    if (auto * const ofReports = dynamic_cast<SolutionPointSet *>(pointSet)) {
+      ofReports->FinishUpdate(isComplete);
+      extractors.insert(ofReports->GetISimDataExtractor());
+    }
+  // Which sets reflect their solution now.
+  for (ISimDataExtractor * const extractor : extractors)
+    extractor->ValidateSolutionPointSet();
 }
 
 void SolutionPointSetUpdateHelper::Register(PointSets const * solnPointSetsToUpdate, UpdateInfos & solnUpdateInfo,

@@ -29,6 +29,7 @@ private:
                       IProgressMonitor * progress) const;
   bool UpdatePointSet(ISimDataExtractor & extractor, PointSetInfo const * ptSetInfo, VariableValues const & first,
                       VariableValues const & second, IProgressMonitor * progress) const;
+  void Finish(PointSets const & pointSets, bool isComplete) const;
   std::vector<Variable *> DesignVariables() const;
 
   BaseSolutionManager * m_solnMgr;
