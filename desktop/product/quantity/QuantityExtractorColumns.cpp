@@ -73,13 +73,13 @@ std::unique_ptr<VariationInMemory> QuantityExtractor::Bring(AString const & vari
 
 AString QuantityExtractor::FindSolved(VariableValues const & values) const {
   AString const text = values.GetVariationKey();
-  // To ask for an unknown text would make it known, and write that into the library.
-  bool const isKnown = GetBaseSolutionMgr()->GetVariationIDMap().count(text) > 0;
+  // To ask for a variation that is not known would make it known, and write that into the library.
+  long id = id::invalidID;
+  if (!GetBaseSolutionMgr()->FindVariationID(text, id))
+    return AString();
   BaseSolution const & solution = *GetBaseSolution();
-  if (isKnown && solution.GetBaseSolutionVariation(text, solution.GetClosestVersionWithData()))
-    return text;
-  AString const * const equal = m_variations.Find(values);
-  return equal ? *equal : AString();
+  auto const * const solved = solution.GetBaseSolutionVariation(text, solution.GetClosestVersionWithData());
+  return solved ? solved->GetDesignVariationKey() : AString();
 }
 
 unsigned QuantityExtractor::ChooseReportType(std::vector<unsigned> const & reportTypes) const {

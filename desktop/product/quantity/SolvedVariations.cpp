@@ -1,5 +1,6 @@
 #include "desktop/product/quantity/SolvedVariations.h"
 
+#include "basekit/value/VariableValues.h"
 #include "solutionmanager/model/BaseSolution.h"
 
 #include <algorithm>
@@ -37,7 +38,6 @@ bool SolvedVariations::Refresh() {
   if (now == m_seen)
     return false;
   m_seen = now;
-  m_byValue.clear();
   m_values.clear();
   std::list<AString> texts;
   m_solution.GetAvailableVariations(texts, now.version);
@@ -67,27 +67,6 @@ SolvedVariations::ValuesByVariable const & SolvedVariations::GetValues() {
   for (auto & [name, values] : m_values)
     fold(values);
   return m_values;
-}
-
-std::vector<SolvedVariations::Entry> const & SolvedVariations::ByValue() {
-  if (!m_byValue.empty())
-    return m_byValue;
-  for (AString const & text : m_texts)
-    m_byValue.emplace_back(ValuesOf(text), text);
-  std::stable_sort(m_byValue.begin(), m_byValue.end(),
-                   [](Entry const & a, Entry const & b) { return a.first < b.first; });
-  return m_byValue;
-}
-
-AString const * SolvedVariations::Find(VariableValues const & values) {
-  // Cheaper than a look at all of them, which a report over many variations would take for each.
-  if (m_seen.version != m_solution.GetClosestVersionWithData() ||
-      m_seen.entries != m_solution.GetVariations().size())
-    Refresh();
-  auto const & entries = ByValue();
-  auto const at = std::lower_bound(entries.begin(), entries.end(), values,
-                                   [](Entry const & entry, VariableValues const & wanted) { return entry.first < wanted; });
-  return at == entries.end() || !(at->first == values) ? nullptr : &at->second;
 }
 
 } // namespace desktop

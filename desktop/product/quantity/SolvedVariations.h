@@ -1,10 +1,10 @@
 #pragma once
 
 #include "basekit/id/Id.h"
-#include "basekit/value/VariableValues.h"
+#include "basekit/text/AString.h"
+#include "basekit/value/Value.h"
 
 #include <map>
-#include <utility>
 #include <vector>
 
 class BaseSolution;
@@ -12,7 +12,6 @@ class BaseSolution;
 namespace desktop {
 
 /// Which variations a solution has at its version with data, and the values that each variable takes among them.
-/// Texts are found without giving out variation IDs, so that looking changes no library.
 class SolvedVariations {
 public:
   using Values = std::vector<Value>; ///< each once, in ascending order
@@ -26,11 +25,8 @@ public:
   /// In the solution's order.
   std::vector<AString> const & GetTexts() const { return m_texts; }
   ValuesByVariable const & GetValues();
-  /// The text of the solved variation that has these values; null when there is none.
-  AString const * Find(VariableValues const & values);
 
 private:
-  using Entry = std::pair<VariableValues, AString>;
   struct Fingerprint {
     long version = id::invalidID;
     std::size_t entries = 0;
@@ -39,13 +35,11 @@ private:
   };
 
   Fingerprint Now() const;
-  std::vector<Entry> const & ByValue();
 
   BaseSolution const & m_solution;
   Fingerprint m_seen;
   std::vector<AString> m_texts;
-  std::vector<Entry> m_byValue; ///< made when it is needed
-  ValuesByVariable m_values;    ///< likewise
+  ValuesByVariable m_values; ///< made when they are asked for
 };
 
 } // namespace desktop
