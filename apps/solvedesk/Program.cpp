@@ -114,6 +114,7 @@ void Program::AddVerbs() {
   AddReportVerb(*m_app, m_action);
   AddVarVerb(*m_app, m_action);
   AddEvalVerb(*m_app, m_action);
+  AddPortVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
   AddAttachVerb(*m_app, m_action);
   AddAttachmentsVerb(*m_app, m_action);

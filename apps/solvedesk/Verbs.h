@@ -24,6 +24,7 @@ void AddRecoverVerb(CLI::App & program, Action & action);
 void AddValuesVerb(CLI::App & program, Action & action);
 void AddReportVerb(CLI::App & program, Action & action);
 void AddVarVerb(CLI::App & program, Action & action);
+void AddPortVerb(CLI::App & program, Action & action);
 void AddEvalVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
 void AddFunctionsVerb(CLI::App & program, Action & action);

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -69,6 +70,10 @@ public:
   /// The definition takes the place of the named one.
   bool EditReport(AString const & name, ReportDefinition const & report);
   void RemoveReport(AString const & name);
+
+  /// Ports by name, with the impedance in ohm that results are told with from now on; without one that which they were
+  /// solved with.  Nothing becomes stale.
+  bool ShowPorts(std::vector<std::pair<AString, std::optional<double>>> const & impedances);
 
   // Output variables: named expressions, by the rules that the solution manager has for them
   void AddOutputVariable(AString const & name, AString const & expression);

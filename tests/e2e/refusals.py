@@ -161,7 +161,7 @@ class Refusals(DeskTest):
     def test_a_misspelt_verb_is_named_and_the_verbs_are_told(self):
         message = self.refuse(USAGE, 'slove', 'small')
         verbs = ('new, info, set, reload, setup, delete, solve, watch, convergence, profile, save, discard, values, '
-                 'report, var, eval, '
+                 'report, var, eval, port, '
                  'touchstone, attach, attachments, detach, functions, recover, shell')
         for part in ("'slove'", verbs):
             self.assertIn(part, message)

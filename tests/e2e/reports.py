@@ -177,6 +177,25 @@ class Reports(DeskTest):
         self.assertEqual({r['report'] for r in results[6]['reports']}, {'here', 'over'})
         self.assertEqual(results[8]['rows'], results[4]['rows'])
 
+    def test_a_port_impedance_reaches_the_traces_that_hang_on_it_and_makes_nothing_stale(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'p', '--y', 'mag(S(1,1))', '--y', 'mag(Z(1,1))', '--y', 'c1')
+        lines = self.run_shell(['report show p', 'port V1=75', 'report show p', 'undo', 'report show p', 'port'])
+        results = [line['result'] for line in lines]
+        self.assertEqual(results[1]['reports'], [{'report': 'p', 'to_be_updated': 1, 'traces': 3}])
+        self.assertEqual(results[1]['valid_points'], results[1]['valid_points_before'])
+        self.assertEqual(results[2]['updated_traces'], 1)
+        for before, after in zip(results[0]['rows'], results[2]['rows'], strict=True):
+            self.assertNotAlmostEqual(before[1], after[1])
+            self.assertEqual(before[2:], after[2:])
+        self.assertEqual(results[4]['rows'], results[0]['rows'])
+        self.assertEqual([port['shown'] for port in results[5]['ports']], [50, 50])
+        self.run_desk('port', 'ladder', 'V2=75')
+        self.run_desk('save', 'ladder')
+        self.assertEqual([port['shown'] for port in self.document('port', 'ladder')['ports']], [50, 75])
+        for words in (['V9=75'], ['V1=0'], ['V1=-5'], ['V1=x'], ['V1']):
+            self.refuse(2, 'port', 'ladder', *words)
+
     def test_every_edit_is_undone_and_redone(self):
         self.solved()
         lines = self.run_shell(['report add a --y dB(S(2,1))', 'report edit a --y dB(S(1,1)) --over c1',
