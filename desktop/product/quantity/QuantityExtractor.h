@@ -68,6 +68,7 @@ public:
   SimValue * CreateSimValue() override;
 
   // ISolvedColumns
+  bool IsAxis(AString const & variable) const override;
   std::size_t GetSampleCount() const override;
   bool GetVariableColumn(AString const & variable, std::vector<double> & values) const override;
   bool GetSimValueColumn(SimValue const & value, std::vector<double> & numbers) const override;
