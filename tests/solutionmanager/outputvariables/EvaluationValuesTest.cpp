@@ -23,7 +23,7 @@ protected:
 };
 
 /// Takes no data, and keeps what it was asked for.
-class RecordingService : public IReportUpdateService {
+class RecordingService final : public IReportUpdateService {
 public:
   void UpdateSolutionPointSets(std::vector<ISolutionPointSet *> const & pointSets, int flags) override {
     asked += static_cast<int>(pointSets.size());
