@@ -1,5 +1,6 @@
 #include "solutionmanager/extraction/SvCacheFile.h"
 
+#include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CToken_istream.h"
