@@ -31,7 +31,7 @@ class CBlock;
 /// It is also what the expression machinery asks: for quantities (IValueParser), for variables (IVariableServer) and
 /// for the names that expressions may use (IVariableNameSpaceSetupper).  The solution owns it.  Under old report
 /// structures it holds sweeps, sim values and solution point sets; under the reporter rewrite the members that deal
-/// with them assert and give nothing.  Expressions and traces can't be made yet: what would make one says so.
+/// with them assert and give nothing.
 class BaseSimDataExtractor : public ISimDataExtractor,
                              public IValueParser,
                              public IVariableServer,
@@ -106,6 +106,12 @@ public:
   IDesignDataExtractorForReportSetupUI const * GetIDesignDataExtractorForReportSetupUI() const override;
   IDesignDataExtractorForReportSetupUI * GetIDesignDataExtractorForReportSetupUIForEdit() override;
   void DoGarbageCollectionToAllowVariableDeletion(Variable const & variable) override;
+  /// Nothing to load: false.
+  bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
+                      std::vector<unsigned> const & reportTypes,
+                      std::map<unsigned, std::vector<AString>> const & quantities,
+                      IProgressMonitor * progress) override;
+  void FinishLoadingSolvedData() override {}
 
   // Added here, in the order of their slots.
   /// A product makes its own sim value of a text, or gives null for a text that is no quantity.
@@ -194,6 +200,14 @@ public:
                            CParsedExpressionCacheContainer & expressions);
   void CleanDirtySVCaches(KelvroCommand * command, Trace * trace, SolutionPointSet * pointSet,
                           CParsedExpressionCacheContainer & expressions);
+  void MarkAllGivenTracesDirty(std::list<Trace *> & traces) const;
+  /// What is known of what a function is applied to; outputs that have no answer stay as they were.
+  void AnalyzeQuantity(Value const & value, Units::FullUnitType & units, int & category, bool & isPass,
+                       ValueBase const *& inner);
+  /// The page of the dialog that gives the abscissa, the ordinate, the third component; null when there is none.
+  IReporterTab * GetXTab(IReporter const & reporter) const;
+  IReporterTab * GetYTab(IReporter const & reporter) const;
+  IReporterTab * GetZTab(IReporter const & reporter) const;
 
 private:
   using SpecialSweeps = std::map<AString, Sweep *, AString::NoCaseLess>;

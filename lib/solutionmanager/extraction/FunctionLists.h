@@ -5,7 +5,8 @@
 
 #include <vector>
 
-/// Which functions a kind of report offers for a quantity of a state.  The lists are appended to; their size comes back.
+/// Which functions a kind of report offers for a quantity of a state.  The lists are appended to; their size comes
+/// back.
 class FunctionLists {
 public:
   FunctionLists(std::vector<AString> & names, ValueState const & state) : m_names(names), m_state(state) {}

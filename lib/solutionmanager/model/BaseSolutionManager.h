@@ -443,6 +443,8 @@ public:
   // Traces
   void ConstructTraceExprCacheMap(SolutionPointSet * pointSet,
                                   std::map<Trace *, CParsedExpressionCacheContainer> & caches) const;
+  /// 0xFFFFFFFF when no expression refers to any.
+  unsigned GetFirstReportTypeFromExprCacheMap(std::map<Trace *, CParsedExpressionCacheContainer> & caches) const;
 
 private:
   friend class ExportVariationContextObject;

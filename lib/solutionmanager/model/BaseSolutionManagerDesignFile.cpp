@@ -49,12 +49,6 @@ bool BaseSolutionManager::AllFilesWrite(io::CBlock &) {
   return true;
 }
 
-bool BaseSolutionManager::DoDataExchangeSimValueCache(bool) {
-  // Nothing is cached yet: the file comes with the sim values.  Every read and write of a module asks, so this is no
-  // report.
-  return !AreOldReportStructuresSupported();
-}
-
 bool BaseSolutionManager::DesignFileWrite(io::CBlock & block) {
   bool result = WriteOutputVariables(block);
   result = WriteSetups(block, m_SimSetupMap, kSimSetupBlockName) && result;

@@ -9,55 +9,9 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
 
-bool BaseSolutionManager::GetValueInfoForExpression(AString const &, ISolution const *, Value &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-int BaseSolutionManager::GetOutputVariableReportTypes(AString const &, ReportTypeMap &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return -1;
-}
-
-bool BaseSolutionManager::IsExpressionAffectedByMinorEdits(KelvroCommand const *, AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::GetOutputVariableValue(Value &, AString const &, AString const &, AString const &,
-                                                 AString const &, IDesignInstance *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::CentralizedUpdateSolutionPointSets(IProgressMonitor *,
-                                                             std::vector<ISolutionPointSet *> const *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(ISolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0xFFFFFFFFu;
-}
-
 bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
   KVRO_ASSERT(!"Not available yet");
   return false;
-}
-
-bool BaseSolutionManager::IsValidSimValue(AString const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-int BaseSolutionManager::GetAvailableTraces(std::list<Trace *> &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
 }
 
 void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
@@ -70,84 +24,7 @@ void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
     extractor->SynchronizeSweeps(command);
 }
 
-void BaseSolutionManager::SynchronizeTraces(KelvroCommand *) { KVRO_ASSERT(!"Not available yet"); }
-
-void BaseSolutionManager::SynchronizeTracesAndGetAffectedSPS(std::vector<ISolutionPointSet *> &, KelvroCommand *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace *, CParsedExpressionCacheContainer &) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
-    SolutionPointSet *, std::map<Trace *, CParsedExpressionCacheContainer> *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &,
-                                                        std::vector<AString> &, IKelvroCommand const *, long,
-                                                        long) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::GetVariablesAffectedByCommand(std::vector<AString> &, std::vector<AString> &,
-                                                        std::vector<AString> &, IKelvroCommand const *, long,
-                                                        ReportTypeSolutionDefinition const *, long) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::GetQuantityTypeInfo(ReportTypeMap &, AString const &, std::vector<OutputVariable *> *,
-                                              SimValuesByReportType *, SolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::GetReferencedVariables(AString const &, std::vector<AString> &, SolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::GetValParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::GetImportedParserList(std::vector<IValueParser *> &, SolutionPointSet *) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool BaseSolutionManager::WriteTraceInterpreterBlockForCopy(io::CBlock &, ITraceCopyContext *,
-                                                            TraceDefParams const &) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-bool BaseSolutionManager::ReadTraceInterpreterBlockForPaste(IKelvroCommand *, ITracePasteContext *,
-                                                            io::CBlock const &) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-void BaseSolutionManager::GetNominalVariableValues(VariableValues &, long, long,
-                                                   ReportTypeSolutionDefinition const &) const {
-  KVRO_ASSERT(!"Not available yet");
-}
-
 IVariableNameSpaceSetupper const * BaseSolutionManager::GetIVariableNameSpaceSetupper(long) const {
   KVRO_ASSERT(!"Not available yet");
   return nullptr;
-}
-
-bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
-  return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
-}
-
-void BaseSolutionManager::ConstructTraceExprCacheMap(SolutionPointSet *,
-                                                     std::map<Trace *, CParsedExpressionCacheContainer> &) const {
-  KVRO_ASSERT(!"Not available yet");
 }

@@ -2,11 +2,11 @@
 
 #include "plotkit/OutputVariable.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/SDEOutputDataValueParser.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/ContextValidity.h"
 #include "solutionmanager/outputvariables/DesignExpressions.h"
-#include "solutionmanager/outputvariables/ExtractorContextSpan.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 
 #include <algorithm>

@@ -17,11 +17,16 @@ MessageManager * Messages() {
 } // namespace
 
 void Tell(MessageNumber number, AString const & argument, KelvroMessage::Severity severity) {
+  Tell(number, std::initializer_list<AString>{argument}, severity);
+}
+
+void Tell(MessageNumber number, std::initializer_list<AString> arguments, KelvroMessage::Severity severity) {
   MessageManager * const messages = Messages();
   if (!messages)
     return;
   KelvroMessage message(number, severity, kSolutionMessageGroup);
-  message.Arguments().AddArg(argument);
+  for (AString const & argument : arguments)
+    message.Arguments().AddArg(argument);
   messages->Post(message);
 }
 

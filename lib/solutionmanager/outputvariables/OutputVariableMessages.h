@@ -3,6 +3,8 @@
 #include "basekit/message/KelvroMessage.h"
 #include "basekit/message/MessageQueueRestorer.h"
 
+#include <initializer_list>
+
 /// What users are told about output variables, by number.
 namespace outputvariables {
 
@@ -19,11 +21,14 @@ enum MessageNumber : long {
   kWasReset = 24560,
   kNotOneLabel = 24575,
   kIsCyclic = 24576,
+  kPastedUnderNewName = 24624,
   kBadNameInDesign = 24679,
 };
 
 /// Without a desktop there is nobody to tell.
 void Tell(MessageNumber number, AString const & argument, KelvroMessage::Severity severity = KelvroMessage::kError);
+
+void Tell(MessageNumber number, std::initializer_list<AString> arguments, KelvroMessage::Severity severity);
 
 /// Holds messages back for the span of its life.
 class Silence {

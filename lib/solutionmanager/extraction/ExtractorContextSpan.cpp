@@ -1,4 +1,4 @@
-#include "solutionmanager/outputvariables/ExtractorContextSpan.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
