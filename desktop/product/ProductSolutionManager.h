@@ -75,6 +75,10 @@ public:
                            std::vector<OutputVariable *> * variables, SimValuesByReportType * simValues,
                            SolutionPointSet * pointSet) const override;
 
+  /// An edit of an output variable reaches the expressions that lead to it.
+  using BaseSolutionManager::IsExpressionAffectedByMinorEdits;
+  bool IsExpressionAffectedByMinorEdits(KelvroCommand const * command, CParsedExpressionCache * cache) const override;
+
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,
   /// definition blocks read again, objects that the design deleted left out, variations that only the key list knows

@@ -1,8 +1,11 @@
 // What reports ask of a product: its report types and the extractors that serve them.
 
 #include "CoreInterfaces/solution/ISolution.h"
+#include "basekit/command/KelvroCommand.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
+#include "plotkit/COutputVarKvroCmdInfo.h"
+#include "solutionmanager/outputvariables/CParsedExpressionCache.h"
 
 #include <algorithm>
 
@@ -66,8 +69,7 @@ int ProductSolutionManager::GetIDesignDataExtractors(std::vector<IDesignDataExtr
 bool ProductSolutionManager::GetQuantityTypeInfo(ReportTypeMap & reportTypes, AString const & expression,
                                                  std::vector<OutputVariable *> * variables,
                                                  SimValuesByReportType * simValues, SolutionPointSet * pointSet) const {
-  bool const isGood =
-      BaseSolutionManager::GetQuantityTypeInfo(reportTypes, expression, variables, simValues, pointSet);
+  bool const isGood = BaseSolutionManager::GetQuantityTypeInfo(reportTypes, expression, variables, simValues, pointSet);
   if (reportTypes.size() != 2)
     return isGood;
   for (auto const & [number, contexts] : reportTypes) {
@@ -75,7 +77,8 @@ bool ProductSolutionManager::GetQuantityTypeInfo(ReportTypeMap & reportTypes, AS
     if (!type || !type->axis.empty())
       continue;
     unsigned const single = number;
-    unsigned const other = single == reportTypes.begin()->first ? reportTypes.rbegin()->first : reportTypes.begin()->first;
+    unsigned const other =
+        single == reportTypes.begin()->first ? reportTypes.rbegin()->first : reportTypes.begin()->first;
     if (simValues) {
       auto & texts = (*simValues)[other];
       texts.insert(texts.end(), (*simValues)[single].begin(), (*simValues)[single].end());
@@ -109,6 +112,19 @@ ValueState ProductSolutionManager::GetReportTypeForSimValues(ReportTypeMap & rep
     return ValueState();
   reportTypes[info.reportType].emplace_back();
   return info.state;
+}
+
+bool ProductSolutionManager::IsExpressionAffectedByMinorEdits(KelvroCommand const * command,
+                                                              CParsedExpressionCache * cache) const {
+  auto const * const edit =
+      command ? dynamic_cast<COutputVarKvroCmdInfo const *>(command->GetInfo(KelvroCommandInfo::kOutputVariables))
+              : nullptr;
+  if (!edit || !cache)
+    return false;
+  std::vector<OutputVariable *> variables;
+  cache->GetReferencedOutputVars(variables);
+  return std::any_of(variables.begin(), variables.end(),
+                     [edit](OutputVariable const * variable) { return edit->IsEdited(variable); });
 }
 
 } // namespace desktop

@@ -119,12 +119,15 @@ AString Evaluation::SolvedVariation(VariableValues const & values) const {
   return complete.GetVariationKey();
 }
 
-VariableValues Evaluation::WithoutPostprocessing(VariableValues const & values) const {
+VariableValues Evaluation::WithoutAxesOfData(VariableValues const & values) const {
+  VariationNames const names(m_manager);
   VariableValues solved = values;
   ISimDataExtractor const * const extractor = m_solution->GetISimDataExtractor();
   for (VariableValues::Entry const & entry : values) {
+    Variable const * const variable = names.ResolveVariable(entry.name);
+    bool const isOfDesign = variable && variable != Value::GetIntrinsicVariable(entry.name);
     SweepBase * const sweep = extractor ? extractor->GetSweep(entry.name) : nullptr;
-    if (Value::GetIntrinsicVariable(entry.name) || (sweep && sweep->GetPostprocessSweep()))
+    if (!isOfDesign || (sweep && sweep->GetPostprocessSweep()))
       solved.Remove(entry.name);
   }
   return solved;
@@ -135,7 +138,7 @@ bool Evaluation::HasSolvedData() {
   // Data is not filed under what its points run over, nor under what is applied to it afterwards: where it is not found
   // under all values that were given, these are left to the nominal ones.
   bool const isSolved = m_solution->HasValidSolutionData(SolvedVariation(values), id::invalidID) ||
-                        m_solution->HasValidSolutionData(SolvedVariation(WithoutPostprocessing(values)), id::invalidID);
+                        m_solution->HasValidSolutionData(SolvedVariation(WithoutAxesOfData(values)), id::invalidID);
   if (!isSolved)
     Tell(kNoSolvedData, {m_question.solution});
   return isSolved;

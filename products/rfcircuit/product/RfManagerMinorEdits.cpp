@@ -22,6 +22,8 @@ bool IsReached(AString const & text, PortChange const & change, NetworkLayout co
 } // namespace
 
 bool RfManager::IsExpressionAffectedByMinorEdits(KelvroCommand const * command, CParsedExpressionCache * cache) const {
+  if (ProductSolutionManager::IsExpressionAffectedByMinorEdits(command, cache))
+    return true;
   PortEditInfo const * const edit = PortEditInfo::Of(command);
   if (!edit || !cache)
     return false;
@@ -32,9 +34,8 @@ bool RfManager::IsExpressionAffectedByMinorEdits(KelvroCommand const * command, 
   // Solutions may have other ports; one that is reached is enough.
   return std::any_of(extractors.begin(), extractors.end(), [&](ISimDataExtractor * extractor) {
     auto const * const own = dynamic_cast<RfExtractor const *>(extractor);
-    return own && std::any_of(texts.begin(), texts.end(), [&](AString const & text) {
-             return IsReached(text, edit->change, own->GetLayout());
-           });
+    return own && std::any_of(texts.begin(), texts.end(),
+                              [&](AString const & text) { return IsReached(text, edit->change, own->GetLayout()); });
   });
 }
 
