@@ -215,12 +215,12 @@ TEST_F(QuantityTypesTest, ParsersAreThoseOfAllSolutionsOrOfOneSet) {
 }
 
 TEST_F(QuantityTypesTest, ASolutionWithoutAnExtractorGivesANullParserAsMeant) {
-  auto & second = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Other", L"Sweep")));
-  second.SetExtractor(nullptr);
+  auto & bare = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Other", L"Sweep")));
+  BaseSimDataExtractor former(&Manager(), &bare);
+  bare.SetExtractor(nullptr);
+  SolutionPointSet set(former);
   std::vector<IValueParser *> parsers;
-  Manager().GetValParserList(parsers, nullptr);
-  EXPECT_EQ(parsers, (std::vector<IValueParser *>{m_extractor, nullptr}));
-  parsers.clear();
-  Manager().GetImportedParserList(parsers, nullptr);
-  EXPECT_EQ(parsers.size(), 2u);
+  Manager().GetValParserList(parsers, &set);
+  Manager().GetImportedParserList(parsers, &set);
+  EXPECT_EQ(parsers, (std::vector<IValueParser *>{nullptr, nullptr}));
 }
