@@ -111,15 +111,34 @@ TEST_F(SvCacheTest, WithoutAFileThereIsNothing) {
   EXPECT_TRUE(m_set->GetSimValueCache().empty());
 }
 
-TEST_F(SvCacheTest, ReadingAModuleBringsTheNumbersBackUnlessTheCacheIsDiscarded) {
-  m_design.ownInstances = {&m_instance};
-  io::CBlock module(L"Module");
+TEST_F(SvCacheTest, ReadingAModuleBringsTheNumbersBack) {
   Solve(*m_solution, L"x=1", {1});
   Commit();
+  long const solutionID = m_solution->GetID();
+  long const setID = m_set->GetID();
+  long const version = Version();
+  io::CBlock module(L"Module");
   ASSERT_TRUE(Manager().WriteModule(module, ReadMethod::kAllFiles));
+  m_manager.reset();
+  UseManager();
+  EXPECT_EQ(Manager().ReadModule(module, false, ReadMethod::kAllFiles), io::kNoError);
+  ISolution * const solution = Manager().GetISolutionByID(solutionID, false, false);
+  ASSERT_NE(solution, nullptr);
+  auto const * const extractor = dynamic_cast<BaseSimDataExtractor const *>(solution->GetISimDataExtractor());
+  ASSERT_NE(extractor, nullptr);
+  ASSERT_EQ(extractor->GetSolutionPointSetsSize(), 1u);
+  SolutionPointSet * const set = *extractor->GetFirstSolutionPointSet();
+  EXPECT_EQ(set->GetID(), setID);
+  auto const * const numbers = set->GetSimValueCache().Find(version, S11());
+  ASSERT_NE(numbers, nullptr);
+  EXPECT_TRUE(numbers->column.IsSame(m_numbers.column));
+}
+
+TEST_F(SvCacheTest, ACacheToBeDiscardedIsGoneBeforeAnyRead) {
+  ASSERT_TRUE(Write());
   ASSERT_TRUE(std::filesystem::exists(File()));
-  EXPECT_EQ(Manager().ReadModule(module, true, ReadMethod::kDefinitionOnly), io::kNoError);
-  AssertWatch::Take(); // a test product has no definition file
+  Manager().ReadModule(io::CBlock(L"Module"), true, ReadMethod::kDefinitionOnly);
+  AssertWatch::Take(); // the product has no definition file
   EXPECT_FALSE(std::filesystem::exists(File())) << "a cache of another state must not be read";
 }
 
@@ -247,10 +266,19 @@ TEST_F(SvCacheTest, HostileBlocksGiveNothing) {
        {L"SimValue { }", L"SimValue { Version = 1 Text = 7 }", L"SimValue { Version = \"1\" Text = \"a\" }",
         L"Axis { Version = 1 Text = \"F\" Complex = true Numbers(1, 2, 3) Checksum = 0 }",
         L"Axis { Version = 1 Text = \"F\" Complex = false Numbers(1, \"a\") Checksum = 0 }",
-        L"Axis { Version = 1 Text = \"F\" Segment(0, 9000000000000000000, false, \"x\") Complex = false "
-        L"Numbers(1) Checksum = 0 }",
-        L"Axis { Version = 1 Text = \"F\" Segment(-1, -5, false, \"x\") Complex = false Numbers(1) "
-        L"Checksum = 0 }"}) {
+        L"Axis { Version = 1 Text = \"F\" Complex = false Numbers(1) Checksum = 0 }",
+        L"Axis { Version = 1 Text = \"F\" Points(0) Counts(9000000000000000000) Variations [\"x\"] Missing() "
+        L"Complex = false Numbers(1) Checksum = 0 }",
+        L"Axis { Version = 1 Text = \"F\" Points(0, 1) Counts(1, 1) Variations [\"x\", \"y\"] Missing() "
+        L"Complex = false Numbers(1) Checksum = 0 }",
+        L"Axis { Version = 1 Text = \"F\" Points(-1) Counts(1) Variations [\"x\"] Missing() Complex = false Numbers(1) "
+        L"Checksum = 0 }",
+        L"Axis { Version = 1 Text = \"F\" Points(0) Counts(1) Variations [\"x\"] Missing(7) Complex = false Numbers(1) "
+        L"Checksum = 0 }",
+        L"Axis { Version = 1 Text = \"F\" Points(0) Counts(1) Variations [3] Missing() Complex = false Numbers(1) "
+        L"Checksum = 0 }",
+        L"Axis { Version = 1 Text = \"F\" Points(0, \"a\") Counts(1) Variations [\"x\"] Missing() Complex = false "
+        L"Numbers(1) Checksum = 0 }"}) {
     io::CBlock block(L"Any");
     AString const text = AString::Format(L"Any { SolutionPointSet_%ld { %s%s } }", m_set->GetID(), origin, content);
     if (!block.Unpack(text))
