@@ -3,6 +3,7 @@
 #include "basekit/message/MessageManager.h"
 #include "basekit/value/AComplex.h"
 #include "basekit/value/Variable.h"
+#include "basekit/value/VariableNameSpace.h"
 #include "plotkit/OutputVariable.h"
 #include "plotkit/SimValue.h"
 #include "plotkit/SolutionPointSet.h"
@@ -201,12 +202,15 @@ protected:
   double ValueAt(wchar_t const * variable, wchar_t const * variation) {
     return Evaluate(variable, variation) ? m_result.GetSIValue() : std::numeric_limits<double>::quiet_NaN();
   }
-  /// No sets, traces or variation stay with the extractor.
+  /// No sets, traces, variation or context stay with the extractor, nothing global stays installed.
   void ExpectNothingLeft() {
     std::list<Trace *> traces;
     EXPECT_EQ(m_extractor->GetSolutionPointSetsSize(), 0u);
     EXPECT_EQ(m_extractor->GetAvailableTraces(traces), 0);
     EXPECT_TRUE(m_extractor->GetSpecialSweepVariation().empty());
+    EXPECT_EQ(m_extractor->GetSimValueContext(), SimValueContext());
+    EXPECT_EQ(Value::GetValueParser(), nullptr);
+    EXPECT_EQ(VariableNameSpace::Current(), nullptr);
   }
 
   using Told = std::vector<std::pair<long, std::vector<AString>>>;
