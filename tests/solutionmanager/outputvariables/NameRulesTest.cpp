@@ -31,7 +31,7 @@ TEST_F(OutputVariableNames, OneForeignWordIsAName) {
 }
 
 TEST_F(OutputVariableNames, ATextWithoutAForeignWordIsNone) {
-  for (wchar_t const * const name : {L"", L" ", L"12", L"3mm", L"sin(1)", L"w", L"w + h", L"2*w", L"Freq", L"pi", L"+"})
+  for (wchar_t const * const name : {L"", L" ", L"12", L"3mm", L"sin(1)", L"w", L"w + h", L"2*w", L"F", L"pi", L"+"})
     EXPECT_EQ(WhatIsWrongWith(name), 24558) << testing::PrintToString(AString(name));
 }
 

@@ -78,7 +78,7 @@ TEST_F(OutputVariablesOfDesignFile, AnItemThatIsNoFunctionIsToldAndLeftOut) {
 }
 
 TEST_F(OutputVariablesOfDesignFile, ABadNameIsToldAndSkippedWithoutAnError) {
-  EXPECT_EQ(ReadText(L"S21(\"1\")\n'%s <b>'(\"1\")\nGain(\"1\")"), io::kNoError);
+  EXPECT_EQ(ReadText(L"S21(\"1\")\n\"%s <b>\"(\"1\")\nGain(\"1\")"), io::kNoError);
   EXPECT_EQ(Names(), std::vector<AString>{L"Gain"});
   EXPECT_EQ(Told(), (Messages{{24557, L"S21"}, {24679, L"S21"}, {24575, L"%s <b>"}, {24679, L"%s <b>"}}));
 }
