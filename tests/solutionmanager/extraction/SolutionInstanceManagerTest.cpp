@@ -11,7 +11,7 @@ namespace {
 
 class ProductDefinition : public IDerivedDataDefinition {
 public:
-  explicit ProductDefinition(int number) : number(number) {}
+  explicit ProductDefinition(int ownNumber) : number(ownNumber) {}
   IDerivedDataDefinition * Clone() const override { return new ProductDefinition(number); }
 
   int number;

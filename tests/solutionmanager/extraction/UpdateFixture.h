@@ -29,6 +29,8 @@ public:
     std::vector<double> q;
   };
 
+  /// Names of intrinsic variables have a meaning.
+  bool HasExtractorOption(int option) const override { return option == 4; }
   ValueState GetQuantityType(AString const & text, int) const override {
     val::ParameterType const type = text == L"S" ? val::kComplex : text == L"Q" ? val::kReal : val::kNotAQuantity;
     return {Units::kNoUnits, Units::kNoUnitType, 1, type};
@@ -124,7 +126,7 @@ protected:
     m_manager.reset(m_updates = new UpdateManager(&m_design));
     m_design.ownVariables.variables = {&m_x, &m_y};
     m_design.ownInstances = {&m_instance};
-    m_manager->InitializeFromDesign();
+    m_manager->InitializeFromDesign(true);
     m_solution = dynamic_cast<TestSolution *>(&SolutionOf(AddSetup(L"Setup", L"Sweep")));
     m_solution->SetExtractor(m_extractor = new ColumnExtractor(m_manager.get(), m_solution));
     AddSweep(*Value::GetIntrinsicVariable(L"F"), {1e9, 2e9, 3e9});
