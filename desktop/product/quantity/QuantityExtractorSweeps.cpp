@@ -44,6 +44,10 @@ bool QuantityExtractor::HasAxis(AString const & name, unsigned reportType) const
   });
 }
 
+bool QuantityExtractor::IsAxis(AString const & variable) const {
+  return !variable.empty() && HasAxis(variable, kAllReportTypes);
+}
+
 // Of all report types together, as one sweep serves them.
 std::vector<double> QuantityExtractor::AxisValues(AString const & axis) const {
   std::vector<double> values;
@@ -114,7 +118,7 @@ int QuantityExtractor::GetSweeps(std::vector<SweepBase *> & sweeps, unsigned rep
   std::vector<SweepBase *> all;
   BaseSimDataExtractor::GetSweeps(all, reportType, context, displayType, flag);
   for (SweepBase * const sweep : all) {
-    bool const isAxis = HasAxis(sweep->GetName(), kAllReportTypes);
+    bool const isAxis = IsAxis(sweep->GetName());
     if (isAxis ? HasAxis(sweep->GetName(), reportType) : sweep->GetVariable(0) != nullptr)
       sweeps.push_back(sweep);
   }
@@ -129,7 +133,7 @@ SweepBase * QuantityExtractor::GetSweep(AString const & name) const {
 Sweep * QuantityExtractor::CreateSpecialSweep(AString const & name, val::ParameterType type,
                                               Units::FullUnitType units) const {
   Sweep * const sweep = BaseSimDataExtractor::CreateSpecialSweep(name, type, units);
-  if (sweep && HasAxis(name, kAllReportTypes))
+  if (sweep && IsAxis(name))
     sweep->Column().SetValues(AxisValues(name));
   return sweep;
 }

@@ -49,7 +49,8 @@ private:
   IDesignInstance * Instance() const;
   /// What solved data is filed under that the values are a point of.
   AString SolvedVariation(VariableValues const & values) const;
-  VariableValues WithoutPostprocessing(VariableValues const & values) const;
+  /// Without what the design does not vary, and what is applied to solved data afterwards.
+  VariableValues WithoutAxesOfData(VariableValues const & values) const;
 
   BaseSolutionManager const & m_manager;
   Question m_question;

@@ -48,8 +48,8 @@ Names OfComplex(val::ParameterType result) {
 
 TEST_F(FunctionListsTest, ConversionsOfAQuantityAndOfAColumnOfItAreOffered) {
   Names names;
-  EXPECT_EQ(m_extractor.GetConversionFunctionNames(StateOf(val::kReal), val::kReal, names),
-            static_cast<int>(names.size()));
+  int const count = m_extractor.GetConversionFunctionNames(StateOf(val::kReal), val::kReal, names);
+  EXPECT_EQ(count, static_cast<int>(names.size()));
   EXPECT_EQ(names, OfReal(val::kReal));
   EXPECT_FALSE(Conversions(val::kReal, val::kReal).empty());
   EXPECT_FALSE(Conversions(val::kRealArray, val::kReal).empty());

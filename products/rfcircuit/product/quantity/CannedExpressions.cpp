@@ -26,7 +26,7 @@ std::vector<Figure> const & FiguresOfTwoPorts() {
   static std::vector<Figure> const figures{{L"KFactor", k, val::kReal, Units::kNoUnitType},
                                            {L"MuFactor", mu, val::kReal, Units::kNoUnitType},
                                            {L"Delta", delta, val::kComplex, Units::kNoUnitType},
-                                           {L"MAG", gain, val::kReal, Units::kLevel}};
+                                           {L"MaxGain", gain, val::kReal, Units::kLevel}};
   return figures;
 }
 
