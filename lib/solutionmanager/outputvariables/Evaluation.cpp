@@ -13,10 +13,10 @@
 #include "plotkit/SweepBase.h"
 #include "plotkit/valueutils.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/SweepList.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/EvaluationTrace.h"
-#include "solutionmanager/outputvariables/ExtractorContextSpan.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 #include "solutionmanager/outputvariables/PointSelection.h"
 

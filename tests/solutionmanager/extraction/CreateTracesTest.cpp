@@ -12,7 +12,8 @@ protected:
 
   std::vector<Trace *> Create() {
     std::vector<Trace *> traces;
-    EXPECT_EQ(m_extractor->CreateTraces(m_reporter, traces), static_cast<int>(traces.size()));
+    int const count = m_extractor->CreateTraces(m_reporter, traces);
+    EXPECT_EQ(count, static_cast<int>(traces.size()));
     return traces;
   }
   static AString TextOf(TraceComponent const * component) { return component ? component->GetExpressionText() : L"-"; }
@@ -46,8 +47,7 @@ TEST_F(CreateTracesTest, TheFirstPagePresentGivesTheOrdinate) {
   EXPECT_EQ(m_extractor->GetYTab(m_reporter), m_reporter.GetTab(TabPage::kQuantity));
   m_reporter.is3D = true;
   EXPECT_EQ(m_extractor->GetYTab(m_reporter), nullptr) << "in 3D that page is the third component's";
-  for (TabPage const page :
-       {TabPage::kText, TabPage::kTableColumn, TabPage::kComplex, TabPage::kRadius, TabPage::kY}) {
+  for (TabPage const page : {TabPage::kText, TabPage::kTableColumn, TabPage::kComplex, TabPage::kRadius, TabPage::kY}) {
     TestTab & tab = m_reporter.Tab(page);
     EXPECT_EQ(m_extractor->GetYTab(m_reporter), &tab);
   }
@@ -280,8 +280,7 @@ TEST_F(CreateTracesTest, PagesReadTheirWordsInTheirOwnContexts) {
   EXPECT_EQ(m_extractor->GetSimValueContext(), SimValueContext());
   Trace * const trace = m_extractor->CreateTrace2D(CreateSet(), nullptr, component.get(), true);
   AString function;
-  auto const * const value =
-      dynamic_cast<SimValue const *>(trace->GetOrdinate()->GetValue().StripFunction(function));
+  auto const * const value = dynamic_cast<SimValue const *>(trace->GetOrdinate()->GetValue().StripFunction(function));
   ASSERT_NE(value, nullptr);
   EXPECT_EQ(value->GetSimValueContext(), tab.context);
 }

@@ -154,7 +154,8 @@ TEST_F(PointSetTracesTest, TheDesignFileGivesBackTracesWithoutValues) {
   Trace * const flat = AddTrace(set, L"x", L"dB(S11)");
   SimValueContext const context(9, rep::CalculationType{}, 2, 0, 1, 1, 0, 0);
   std::unique_ptr<TraceComponent> const inContext(m_extractor->CreateTraceComponent(L"S21", &context));
-  Trace * const solid = m_extractor->CreateTrace3D(set, flat->GetAbscissa(), flat->GetOrdinate(), inContext.get(), false);
+  Trace * const solid =
+      m_extractor->CreateTrace3D(set, flat->GetAbscissa(), flat->GetOrdinate(), inContext.get(), false);
   io::CBlock info(L"Any");
   info << io::CBlock_func(L"Colour");
   solid->SetExtendedTraceInfo(new ExtendedTraceInfo(info));
@@ -202,7 +203,7 @@ TEST_F(PointSetTracesTest, ATraceThatCannotBeReadIsLeftOut) {
   std::wstring text = Written().Pack().c_str();
   std::size_t const place = text.find(L"Y(\"S11\"");
   ASSERT_NE(place, std::wstring::npos);
-  text.replace(place, 8, L"Y(1e300 ");
+  text.replace(place, 7, L"Y(1e300");
   std::unique_ptr<support::TraceExtractor> const read = Read(AString(text));
   SolutionPointSet * const readSet = FirstSet(*read);
   ASSERT_NE(readSet, nullptr);
@@ -217,7 +218,8 @@ TEST_F(PointSetTracesTest, HostileTracesAreLeftOutOrHarmless) {
   ASSERT_NE(begin, std::wstring::npos);
   for (wchar_t const * const content :
        {L"Trace2D { X(", L"Trace2D = 7", L"Trace2D(1, 2)", L"Trace3D { Z(\"T\", 0, 0, false, 90, \"a\") }",
-        L"Trace2D { Name = 7 Shared = \"no\" Y(\"((((((((((((((((((((((((((\", 2147483647, 2147483647, true, 2147483647) }",
+        L"Trace2D { Name = 7 Shared = \"no\" Y(\"((((((((((((((((((((((((((\", 2147483647, 2147483647, true, "
+        L"2147483647) }",
         L"TraceText { X(\"a\", 0, 0, false, 90, PlainText = 3) Z(1) }", L"Trace9D { }"}) {
     std::wstring hostile = text;
     std::size_t const end = hostile.find(L'}', begin) + 1;

@@ -56,8 +56,8 @@ public:
 /// S11 and S21 are of report type 1, T of type 2.  Minor edits reach what the test says.
 class TraceManager : public TestManager {
 public:
-  using TestManager::TestManager;
   using BaseSolutionManager::IsExpressionAffectedByMinorEdits;
+  using TestManager::TestManager;
 
   int GetISimDataExtractors(std::vector<ISimDataExtractor *> & extractors, unsigned reportType,
                             bool includeImported) const override {
@@ -179,8 +179,11 @@ protected:
     subsweeps.push_back(m_extractor->GetSweep(L"x")->CreateSubsweep(true));
     return subsweeps;
   }
+  /// Of the solution's present version.
   SolutionPointSet * CreateSet(bool share = true, IDesignInstance * instance = nullptr) {
-    return m_extractor->CreateSolutionPointSet(OverX(), nullptr, instance, share);
+    SolutionPointSet * const set = m_extractor->CreateSolutionPointSet(OverX(), nullptr, instance, share);
+    set->SetSolutionVersionID(m_solution->GetVersionID());
+    return set;
   }
   /// Of the texts, read in the default context.
   Trace * AddTrace(SolutionPointSet * pointSet, AString const & x, AString const & y, bool share = true) {

@@ -1,6 +1,6 @@
+#include "solutionmanager/outputvariables/PastedVariables.h"
 #include "CoreInterfaces/reportkern/ITracePasteContext.h"
 #include "basekit/id/LocalNameServer.h"
-#include "solutionmanager/outputvariables/PastedVariables.h"
 #include "tests/solutionmanager/extraction/TraceFixture.h"
 
 #include "CoreInterfaces/ReportForward.h"
