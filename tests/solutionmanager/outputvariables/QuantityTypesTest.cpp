@@ -93,7 +93,7 @@ TEST_F(QuantityTypesTest, AWordWithoutAReportTypeAddsNothingAndIsNoFault) {
 
 TEST_F(QuantityTypesTest, TheFirstSolutionThatKnowsAWordEndsTheSearch) {
   auto & second = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Other", L"Sweep")));
-  second.SetExtractor(new support::QuantityExtractor(&Manager(), &second, m_x, m_y));
+  second.SetExtractor(new support::EvaluationExtractor(&Manager(), &second, m_x, m_y));
   ASSERT_TRUE(Find(L"P"));
   EXPECT_EQ(m_quantities->askedForReportType, 1);
   EXPECT_EQ(m_reportTypes[1].size(), 1u);
@@ -109,7 +109,7 @@ TEST_F(QuantityTypesTest, AnAnswerOfSeveralReportTypesIsReportedAndTheFirstCount
 TEST_F(QuantityTypesTest, DefinitionsThatGoRoundInACircleAreRefused) {
   ForceVariable(L"a", L"P");
   ForceVariable(L"b", L"a + 1");
-  Manager().FindOutputVariable(L"a")->SetValueBaseText(L"b + 1", support::QuantityExtractor::RealState());
+  Manager().FindOutputVariable(L"a")->SetValueBaseText(L"b + 1", support::EvaluationExtractor::RealState());
   EXPECT_FALSE(Find(L"a"));
   EXPECT_FALSE(Find(L"b + P"));
   ReferencedBy(L"a", false);
@@ -223,4 +223,14 @@ TEST_F(QuantityTypesTest, ASolutionWithoutAnExtractorGivesANullParserAsMeant) {
   Manager().GetValParserList(parsers, &set);
   Manager().GetImportedParserList(parsers, &set);
   EXPECT_EQ(parsers, (std::vector<IValueParser *>{nullptr, nullptr}));
+}
+
+TEST_F(QuantityTypesTest, AChainOfVariablesThatIsTooDeepToBeEvaluatedIsRefused) {
+  ForceVariable(L"v0", L"P");
+  for (int i = 1; i <= 1000; ++i)
+    ForceVariable(AString::Format(L"v%d", i).c_str(), AString::Format(L"v%d + 1", i - 1).c_str());
+  EXPECT_TRUE(Find(L"v150"));
+  EXPECT_FALSE(Find(L"v1000"));
+  ReferencedBy(L"v150");
+  ReferencedBy(L"v1000", false);
 }
