@@ -5,6 +5,8 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 
+#include <utility>
+
 namespace {
 
 thread_local ContextValidity * latest = nullptr;
@@ -71,6 +73,7 @@ OutputVariable const * ContextValidity::NextUnknown(Step & step) const {
 
 void ContextValidity::CheckFurtherOn(OutputVariable const & variable) {
   outputvariables::Silence const silence;
+  bool const wasSilent = std::exchange(m_isSilent, true);
   std::vector<Step> path;
   Enter(path, variable);
   while (true) {
@@ -81,7 +84,8 @@ void ContextValidity::CheckFurtherOn(OutputVariable const & variable) {
     OutputVariable const * const done = path.back().variable;
     path.pop_back();
     if (path.empty())
-      return;
+      break;
     Check(*done);
   }
+  m_isSilent = wasSilent;
 }

@@ -7,9 +7,9 @@ ValueState const kRealState(Units::kNoUnits, Units::kNoUnitType, 1, val::kReal);
 class CannedOutputVariables : public support::VariablesTest {
 protected:
   CannedOutputVariables() { m_extractor->canned[L"Loss"] = {L"-dB(S21)", kRealState}; }
-  support::QuantityExtractor * AddExtractor() {
+  support::VariablesExtractor * AddExtractor() {
     auto & solution = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Setup2", L"Other")));
-    auto * const extractor = new support::QuantityExtractor(&Manager(), &solution);
+    auto * const extractor = new support::VariablesExtractor(&Manager(), &solution);
     solution.SetExtractor(extractor);
     return extractor;
   }
@@ -43,7 +43,7 @@ TEST_F(CannedOutputVariables, ANameThatNoProductKnowsIsAskedAgainEachTime) {
 }
 
 TEST_F(CannedOutputVariables, TheFirstExtractorThatKnowsTheNameDecides) {
-  support::QuantityExtractor * const second = AddExtractor();
+  support::VariablesExtractor * const second = AddExtractor();
   second->canned = {{L"Loss", {L"2", kRealState}}, {L"Match", {L"dB(S11)", kRealState}}};
   EXPECT_EQ(Manager().GetCannedOutputVariable(L"Loss")->GetValueBaseText(), L"-dB(S21)");
   EXPECT_EQ(Manager().GetCannedOutputVariable(L"Match")->GetValueBaseText(), L"dB(S11)");

@@ -18,9 +18,9 @@ protected:
 };
 
 /// Says that it knows every word and makes no value of any.
-class EmptyExtractor : public support::QuantityExtractor {
+class EmptyExtractor : public support::VariablesExtractor {
 public:
-  using QuantityExtractor::QuantityExtractor;
+  using VariablesExtractor::VariablesExtractor;
   ValueState GetQuantityType(AString const &, int) const override {
     return {Units::kNoUnits, Units::kNoUnitType, 1, val::kReal};
   }

@@ -1,11 +1,11 @@
-// A hundred thousand output variables: nothing walks through all of them for each of them, and no chain of references
+// Very many output variables: nothing walks through all of them for each of them, and no chain of references
 // is one of calls.
 
 #include "tests/solutionmanager/outputvariables/VariablesFixture.h"
 
 namespace {
 
-constexpr int kMany = 100000;
+constexpr int kMany = 10000;
 
 class ManyOutputVariables : public support::VariablesTest {
 protected:

@@ -2,19 +2,19 @@
 
 namespace support {
 
-ValueState QuantityExtractor::GetQuantityType(AString const & text, int domain) const {
+ValueState VariablesExtractor::GetQuantityType(AString const & text, int domain) const {
   ++askedTypes;
   bool const isKnown = text == L"S11" || text == L"S21" || (text == L"Z" && domain == 1);
   return ValueState(Units::kNoUnits, Units::kNoUnitType, 1, isKnown ? val::kComplex : val::kNotAQuantity);
 }
 
-SimValue * QuantityExtractor::CreateSimValue(AString const & text, SimValueContext const & context) {
+SimValue * VariablesExtractor::CreateSimValue(AString const & text, SimValueContext const & context) {
   ValueState const state = GetQuantityType(text, static_cast<int>(context.GetCalculationType()));
   return state.parameterType == val::kNotAQuantity ? nullptr : new SimValue(text, context, state);
 }
 
-bool QuantityExtractor::GetExpressionForCannedOutputVariable(AString const & name, AString & expression,
-                                                             ValueState & state) const {
+bool VariablesExtractor::GetExpressionForCannedOutputVariable(AString const & name, AString & expression,
+                                                              ValueState & state) const {
   askedForCanned.push_back(name);
   presetStates.push_back(state);
   auto const at = canned.find(name);
@@ -45,7 +45,7 @@ VariablesTest::VariablesTest() {
   m_design.ownVariables.variables = {&m_w, &m_h};
   m_setup = &AddSetup(L"Setup1", L"Sweep");
   m_solution = &static_cast<TestSolution &>(SolutionOf(*m_setup));
-  m_extractor = variables.extractor = new QuantityExtractor(m_manager.get(), m_solution);
+  m_extractor = variables.extractor = new VariablesExtractor(m_manager.get(), m_solution);
   m_solution->SetExtractor(m_extractor);
 }
 

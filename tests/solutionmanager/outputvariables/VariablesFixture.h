@@ -14,7 +14,7 @@ namespace support {
 
 /// An extractor that knows quantities by name: S11 and S21, complex, in every context, Z in those of domain 1 alone.
 /// Of the canned variables it has what the test says.
-class QuantityExtractor : public BaseSimDataExtractor {
+class VariablesExtractor : public BaseSimDataExtractor {
 public:
   using BaseSimDataExtractor::BaseSimDataExtractor;
   using BaseSimDataExtractor::CreateSimValue;
@@ -40,7 +40,7 @@ public:
   void GetValParserList(std::vector<IValueParser *> & parsers, SolutionPointSet * pointSet) const override;
   bool IsValidSimValue(AString const & text) const override;
 
-  QuantityExtractor * extractor = nullptr;
+  VariablesExtractor * extractor = nullptr;
 };
 
 /// A design with the variables w and h, one solution with such an extractor, and verbs for output variables.
@@ -64,7 +64,7 @@ protected:
   Variable m_h{L"h", L"1mm"};
   BaseSimulationSetup * m_setup = nullptr;
   TestSolution * m_solution = nullptr;
-  QuantityExtractor * m_extractor = nullptr; ///< the solution's
+  VariablesExtractor * m_extractor = nullptr; ///< the solution's
   SimValueContext m_context;
 };
 
