@@ -40,6 +40,8 @@ double ParameterNumber(val::RangedParameter const & parameter, AString const & t
   val::Quantity quantity;
   if (!val::ParseQuantity(text.View(), quantity) || quantity.isComplex)
     throw Error(ErrorKind::kUsage, where + L": '" + text + L"' is no real number; give one such as 0.5, 2e-9 or 2ns");
+  if (val::IsMetreOrThousandth(text.View()))
+    throw Error(ErrorKind::kUsage, where + L": '" + text + L"' " + AmbiguousMetre(text));
   bool const isSameKind = Units::GetUnitType(quantity.unit) == Units::GetUnitType(parameter.unit);
   return isSameKind ? Units::FromSI(quantity.real, parameter.unit) : quantity.real;
 }
