@@ -85,7 +85,7 @@ private:
     std::size_t const expected = m_columns != 0 ? m_columns : m_fields.size();
     if (expected < 2 || expected > 3)
       Refuse(L"the line has " + text::FromUtf8(Count(static_cast<long long>(expected), "column")) +
-             L"; write x,y or x,re,im");
+             L"; write x,y or x,re,im, separated by commas");
     if (m_fields.size() != expected)
       Refuse(AString::Format(L"the line has %lu values, and the lines before have %lu; give one value for each column",
                              m_fields.size(), expected));

@@ -135,6 +135,10 @@ class RangedFunctions(DeskTest):
         write('flat.csv', '0,0\n1,0\n')
         self.assertEqual(self.run_desk('functions', 'ripple', '--csv', 'flat.csv').stdout, 'no value\n')
         self.assertIsNone(self.value('ripple', '--csv', 'flat.csv'))
+        left = self.run_desk('functions', 'eyewidth', '--csv', 'flat.csv', '--param', 'Start Offset=1ns').stderr
+        self.assertIn("no value with the defaults 'Unit Interval' 0, 'End Offset' 0", left)
+        self.assertNotIn('Start Offset', left)
+        self.assertEqual(self.run_desk('functions', 'ripple', '--csv', 'flat.csv').stderr, '')
         write('back.csv', '0,0\n2,0\n1,5\n')
         done = self.run_desk('functions', 'max', '--csv', 'back.csv', '--json')
         self.assertIsNone(json.loads(done.stdout)['value'])
@@ -174,6 +178,7 @@ class RangedFunctions(DeskTest):
         write('quotes.csv', '0,1\n"1,2\n')
         for words, parts in {
             ('risetme',): ("'risetme' is no ranged function; did you mean risetime? `solvedesk functions` lists all",),
+            ('dB',): ("'dB' gives a value for each sample, in expressions",),
             ('xyzzy123',): ("'xyzzy123' is no ranged function; `solvedesk functions` lists all",),
             ('--category', 'Maths'): ("--category 'Maths'", "'Math'", "'Eye Measurements'"),
             ('max', '--category', 'Math'): ('--category',),
