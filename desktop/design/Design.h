@@ -28,7 +28,8 @@ public:
   long GetID() const override { return m_id; }
   IDesign * GetIDesign() const override;
   AString GetVariationKey() const override;
-  void GetNominalVariableValues(VariableValues & values) const override;
+  /// All of them always: no variable is for post processing alone.
+  void GetNominalVariableValues(VariableValues & values, bool withPostProcessing = false) const override;
   ISimulationService * GetSimulationService() const override;
 
 private:

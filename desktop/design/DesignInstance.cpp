@@ -12,7 +12,7 @@ IDesign * DesignInstance::GetIDesign() const { return &m_design; }
 
 AString DesignInstance::GetVariationKey() const { return m_variation ? *m_variation : m_design.GetVariation(); }
 
-void DesignInstance::GetNominalVariableValues(VariableValues & values) const {
+void DesignInstance::GetNominalVariableValues(VariableValues & values, bool) const {
   VariableValues defaults;
   m_design.GetDefaultVariableValues(defaults);
   VariableValues::ResolveVariationKey(GetVariationKey(), m_design.GetVariableServer(), values, &defaults, true);

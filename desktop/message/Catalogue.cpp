@@ -34,8 +34,9 @@ constexpr Entry kEntries[] = {
     {24584, L"There is no solution '%1'. Check the name against the list of solutions."},
     {24585, L"The output variable '%1' has no value here: a sweep of the solution lists no points. Give the sweep "
             L"points and solve again."},
-    {24586, L"The output variable '%1' has no value at '%2': the solution holds no such point. Ask at a point of the "
-            L"sweep, or solve this one."},
+    {24586,
+     L"'%1' has a value in '%2' at which the solution holds no point. Ask at a point of the sweep, or solve this "
+     L"one."},
     {24618, L"The output variable '%1' has no single real or complex value. Ask for a part of it that has one."},
     {24624, L"The pasted %1 '%2' bears the name of something else here and was renamed: it is now the %3 '%4'."},
     {24679, L"The design names an output variable '%1', which is no valid name; it was left out. Make it anew under "

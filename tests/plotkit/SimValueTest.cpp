@@ -63,12 +63,15 @@ TEST(SimValueCache, GivesUpByVersionByValueAndByText) {
   CSimValueCacheV cache;
   auto const fill = [&] {
     for (long const version : {1, 2})
-      for (SimValue const * const value : {&s11, &other, &s21})
-        cache.Store(version, *value, {{static_cast<double>(version), 0.0}});
+      for (SimValue const * const value : {&s11, &other, &s21}) {
+        CSimValueCacheV::Numbers numbers;
+        numbers.column.Append(static_cast<double>(version));
+        cache.Store(version, *value, numbers);
+      }
   };
   fill();
   ASSERT_NE(cache.Find(2, s21), nullptr);
-  EXPECT_EQ(cache.Find(2, s21)->front().real(), 2.0);
+  EXPECT_EQ(cache.Find(2, s21)->column.GetNumber(0), 2.0);
   CSimValueCache::Invalidate(cache, 1);
   EXPECT_EQ(cache.Find(1, s11), nullptr);
   EXPECT_NE(cache.Find(2, s11), nullptr);

@@ -14,7 +14,8 @@ public:
   virtual IDesign * GetIDesign() const = 0;
   /// The variation text of this instance: all variation variables with their values.
   virtual AString GetVariationKey() const = 0;
-  virtual void GetNominalVariableValues(VariableValues & values) const = 0;
+  /// With those that only post processing knows, where the design has any and they are asked for.
+  virtual void GetNominalVariableValues(VariableValues & values, bool withPostProcessing = false) const = 0;
   /// Reached through the instance's design; null when the desktop can't solve.
   virtual ISimulationService * GetSimulationService() const = 0;
 };

@@ -2,6 +2,8 @@
 
 #include "CoreInterfaces/solution/IDesignDataExtractor.h"
 
+#include <map>
+
 class IDesignDataExtractorForReportSetupUI;
 class ISimDataExtractor2;
 class ISimDataExtractor3;
@@ -59,4 +61,12 @@ public:
   virtual IDesignDataExtractorForReportSetupUI const * GetIDesignDataExtractorForReportSetupUI() const;
   virtual IDesignDataExtractorForReportSetupUI * GetIDesignDataExtractorForReportSetupUIForEdit();
   virtual void DoGarbageCollectionToAllowVariableDeletion(Variable const & variable) = 0;
+  /// Makes the data of one variation ready to be asked for, until FinishLoadingSolvedData: the quantities, by report
+  /// type, at the variation that both groups of values tell.  False when there is none, which is no error.
+  virtual bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
+                              std::vector<unsigned> const & reportTypes,
+                              std::map<unsigned, std::vector<AString>> const & quantities,
+                              IProgressMonitor * progress) = 0;
+  /// What was loaded is not asked for any more; also called when nothing was.
+  virtual void FinishLoadingSolvedData() = 0;
 };

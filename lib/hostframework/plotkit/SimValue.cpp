@@ -1,6 +1,7 @@
 #include "plotkit/SimValue.h"
 
 #include "basekit/io/CBlock_func.h"
+#include "plotkit/ReferencesSimValuesMessage.h"
 
 namespace {
 
@@ -21,6 +22,13 @@ SimValue::SimValue(AString const & text, SimValueContext const & context, ValueS
 
 bool SimValue::IsEqual(AString const & text, SimValueContext const & context) const {
   return m_text == text && m_context == context;
+}
+
+bool SimValue::DoReceiveMsg(ValueMessage & message) const {
+  if (message.GetTag() != ReferencesSimValuesMessage::tag)
+    return false;
+  static_cast<ReferencesSimValuesMessage &>(message).Add(*this);
+  return true;
 }
 
 io::ReadError SimValue::ReadSimValue(io::CBlock_func const & func) {

@@ -29,6 +29,10 @@ public:
   virtual io::ReadError ReadSimValue(io::CBlock_func const & func);
   virtual void WriteSimValue(io::CBlock_func & func) const;
 
+protected:
+  /// Adds itself to a ReferencesSimValuesMessage.
+  bool DoReceiveMsg(ValueMessage & message) const override;
+
 private:
   ValueBase * CloneValueBase() const override { return new SimValue(*this); }
 

@@ -4,12 +4,10 @@
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/command/PropertyCommandInfo.h"
-#include "basekit/diag/Assert.h"
 #include "basekit/value/Variable.h"
-#include "basekit/value/VariableValuesRestorer.h"
 #include "basekit/value/variation/VariationText.h"
+#include "plotkit/PointSetUpdate.h"
 #include "plotkit/SweepBase.h"
-#include "plotkit/SweepValues.h"
 #include "plotkit/Trace.h"
 
 #include <algorithm>
@@ -25,21 +23,9 @@ SolutionPointSet::SolutionPointSet(ISimDataExtractor & extractor, SubsweepVector
 }
 
 SolutionPointSet::~SolutionPointSet() {
+  DropUpdate();
   for (Trace const * const trace : m_traces)
     delete trace;
-}
-
-void SolutionPointSet::RegisterForUpdate(ISolutionPointSetUpdateRegistry *, IProgressMonitor *) {
-  KVRO_ASSERT(!"Not available yet");
-}
-
-bool SolutionPointSet::UpdateFromLoadedData(VariableValues const &, VariableValues const &, IProgressMonitor *) {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
-
-void SolutionPointSet::GetLoadQuantities(std::map<unsigned, std::vector<AString>> &) {
-  KVRO_ASSERT(!"Not available yet");
 }
 
 long SolutionPointSet::GetSolutionID() const {
@@ -82,76 +68,4 @@ bool SolutionPointSet::IsDependentOnCurrentDesign(PropertyCommandInfo const * in
   return variation.IsOpaque() ||
          std::any_of(variation.Pairs().begin(), variation.Pairs().end(),
                      [this](VariationText::Pair const & pair) { return !IsSwept(AString(pair.name)); });
-}
-
-int SolutionPointSet::GetAvailableTraces(std::list<Trace *> & traces) const {
-  traces.insert(traces.end(), m_traces.begin(), m_traces.end());
-  return static_cast<int>(traces.size());
-}
-
-void SolutionPointSet::AddTraceToList(Trace * trace) {
-  if (trace)
-    m_traces.push_back(trace);
-}
-
-void SolutionPointSet::RemoveTrace(Trace * trace) {
-  auto const found = std::find(m_traces.begin(), m_traces.end(), trace);
-  if (found == m_traces.end())
-    return;
-  delete trace;
-  m_traces.erase(found);
-}
-
-void SolutionPointSet::DoGarbageCollection(std::set<Trace *> const & tracesInUse) {
-  m_traces.remove_if([&tracesInUse](Trace * trace) {
-    if (tracesInUse.count(trace))
-      return false;
-    delete trace;
-    return true;
-  });
-}
-
-bool SolutionPointSet::CountPoints(unsigned long & points) const {
-  double count = 1.0;
-  for (Subsweep const * const subsweep : m_subsweeps)
-    count *= subsweep->GetCount();
-  bool const isCountInRange = count <= core::kMaxSweepValues;
-  KVRO_ASSERT(isCountInRange);
-  points = isCountInRange ? static_cast<unsigned long>(count) : 0;
-  return isCountInRange;
-}
-
-bool SolutionPointSet::UpdateData() {
-  unsigned long count = 0;
-  if (!CountPoints(count) || !m_extractor.BeginPostprocessingUpdate(*this))
-    return false;
-  if (m_instance)
-    m_designVariation = m_instance->GetVariationKey();
-  for (Trace * const trace : m_traces)
-    trace->ClearValues();
-  VisitPoints(count);
-  m_extractor.EndPostprocessingUpdate();
-  return true;
-}
-
-void SolutionPointSet::VisitPoints(unsigned long count) {
-  if (m_traces.empty())
-    return;
-  std::vector<Variable *> variables;
-  for (Subsweep const * const subsweep : m_subsweeps)
-    for (unsigned place = 0; subsweep->GetSweep() && place < subsweep->GetSweep()->GetSweepCount(); ++place)
-      if (Variable * const variable = subsweep->GetSweep()->GetVariable(place))
-        variables.push_back(variable);
-  VariableValuesRestorer const restorer(variables);
-  for (unsigned long point = 0; point < count; ++point) {
-    // The last subsweep runs fastest.
-    unsigned long rest = point;
-    for (auto subsweep = m_subsweeps.end(); subsweep != m_subsweeps.begin();) {
-      unsigned const size = (*--subsweep)->GetCount();
-      (*subsweep)->SetSweepValue(static_cast<unsigned>(rest % size));
-      rest /= size;
-    }
-    for (Trace * const trace : m_traces)
-      trace->AppendNewValue();
-  }
 }

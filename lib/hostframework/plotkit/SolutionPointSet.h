@@ -8,11 +8,14 @@
 #include "plotkit/SubsweepVector.h"
 
 #include <list>
+#include <memory>
 #include <set>
 
 class IDesignEditor;
 class ISimDataExtractor;
+class PointSetUpdate;
 class PropertyCommandInfo;
+class TraceComponent;
 namespace io {
 class CBlock;
 }
@@ -33,7 +36,7 @@ public:
   SolutionPointSet(SolutionPointSet const &) = delete;
   SolutionPointSet & operator=(SolutionPointSet const &) = delete;
 
-  // ISolutionPointSet
+  // ISolutionPointSet.  What is clean and has its values is not registered; nor are points that the cache has.
   void RegisterForUpdate(ISolutionPointSetUpdateRegistry * registry, IProgressMonitor * progress) override;
   bool UpdateFromLoadedData(VariableValues const & first, VariableValues const & second,
                             IProgressMonitor * progress) override;
@@ -67,6 +70,11 @@ public:
 
   /// Appends; returns the list's size.
   int GetAvailableTraces(std::list<Trace *> & traces) const;
+  /// The first shared trace of equal components, null standing for a missing one; null on a miss.
+  Trace * FindTrace2D(TraceComponent const * x, TraceComponent const * y) const;
+  Trace * FindTrace3D(TraceComponent const * x, TraceComponent const * y, TraceComponent const * z) const;
+  /// A name that no trace of the set bears, compared without case.
+  void SetUniqueTraceName(Trace * trace) const;
   /// Takes ownership.
   void AddTraceToList(Trace * trace);
   /// Deletes the trace; one that is not here is ignored.
@@ -76,23 +84,34 @@ public:
   bool OKtoDelete() const { return m_traces.empty(); }
 
   CSimValueCacheV & GetSimValueCache() { return m_cache; }
+  /// The cache as one block among those of the extractor's other sets.  Reading takes the numbers of the set's own
+  /// version: kNotFound when there are none of it, kBadContent when the block was written for another design or
+  /// solution or is damaged; the cache is then as it was.
+  io::ReadError DoDataExchangeSimValueCache(io::CBlock & block, bool reading);
 
   /// Evaluates the traces anew at all points, within the extractor's span of an update.  Variables come back to what
-  /// they were.  False when the extractor refuses or there are too many points.
+  /// they were.  False, and nothing changed, when the extractor refuses or there are too many points.
   bool UpdateData();
+  /// Ends what RegisterForUpdate began, if that is still under way.  When everything that was registered was reached,
+  /// points whose data could not be loaded come from the cache or are missing, the traces are clean and the set bears
+  /// the version that the solution had; otherwise the former values come back.
+  void FinishUpdate(bool wasEverythingReached);
 
   AString GetItemName() const { return kSolutionPointSetKeyword; }
-  /// kWarning when the instance or the name is missing; other errors for sweeps that are not there or don't fit.
+  /// kWarning when the instance, the name or a trace is missing; other errors for sweeps that are not there or don't
+  /// fit.
   io::ReadError Read(io::CBlock const & block, IDesignEditor * editor);
   bool Write(io::CBlock & block) const;
 
 private:
   bool IsSwept(AString const & variable) const;
-  /// False, with an assertion, for too many.
-  bool CountPoints(unsigned long & points) const;
-  void VisitPoints(unsigned long count);
+  /// The former values come back.
+  void DropUpdate();
+  std::vector<Trace *> TracesToUpdate() const;
+  std::vector<unsigned> ReportTypes(PointSetUpdate const & update) const;
   io::ReadError ReadSubsweeps(io::CBlock const & block, SubsweepVector & subsweeps) const;
   IDesignInstance * FindInstance(long id) const;
+  io::ReadError ReadTraces(io::CBlock const & block);
 
   ISimDataExtractor & m_extractor;
   SubsweepVector m_subsweeps;
@@ -106,4 +125,6 @@ private:
   bool m_isDirty = false;
   std::list<Trace *> m_traces;
   CSimValueCacheV m_cache;
+  std::unique_ptr<PointSetUpdate> m_update; ///< between RegisterForUpdate and FinishUpdate
+  std::vector<unsigned> m_reportTypes;      ///< of that update
 };

@@ -8,6 +8,7 @@
 //     DesignVariation = "C1=1.2pF"
 //     Context(3, 0, 2, 0, 1, 1, 0, 0)
 //     Subsweep { Variable = "F" }                      one for each subsweep, in order; the sweep is the extractor's
+//     Trace2D { ... }                                  one for each trace, in order, named by its class
 
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/desktop/IDesignInstance.h"
@@ -19,6 +20,7 @@
 #include "plotkit/SolutionPointSet.h"
 #include "plotkit/SubsweepDefParams.h"
 #include "plotkit/Sweep.h"
+#include "plotkit/Trace.h"
 
 namespace {
 
@@ -72,6 +74,24 @@ io::ReadError SolutionPointSet::ReadSubsweeps(io::CBlock const & block, Subsweep
   return io::kNoError;
 }
 
+io::ReadError SolutionPointSet::ReadTraces(io::CBlock const & block) {
+  io::CReadError result;
+  for (auto const & child : block) {
+    std::unique_ptr<Trace> trace = child->IsBlock() ? Trace::Make(child->Name(), *this) : nullptr;
+    if (!trace)
+      continue;
+    // One that can't be read is left out, the others serve.
+    if (trace->Read(static_cast<io::CBlock const &>(*child)) != io::kNoError) {
+      result += io::kWarning;
+      continue;
+    }
+    if (trace->GetName().empty())
+      SetUniqueTraceName(trace.get());
+    AddTraceToList(trace.release());
+  }
+  return result;
+}
+
 io::ReadError SolutionPointSet::Read(io::CBlock const & block, IDesignEditor *) {
   SubsweepVector subsweeps;
   if (io::ReadError const error = ReadSubsweeps(block, subsweeps))
@@ -97,6 +117,7 @@ io::ReadError SolutionPointSet::Read(io::CBlock const & block, IDesignEditor *) 
   block >> io::named(kDesignVariation, m_designVariation);
   block >> io::named(kName, m_name);
   result += block.Found() ? io::kNoError : io::kWarning;
+  result += ReadTraces(block);
   return result;
 }
 
@@ -114,6 +135,11 @@ bool SolutionPointSet::Write(io::CBlock & block) const {
     if (!params->Write(*child))
       return false;
     block << child;
+  }
+  for (Trace const * const trace : m_traces) {
+    io::CBlock_ptr<io::CBlock> const child(new io::CBlock(trace->GetItemName()));
+    if (trace->Write(*child))
+      block << child;
   }
   return true;
 }

@@ -130,7 +130,9 @@ AString BaseSimDataExtractor::GetContextName(SimValueContext const &) const { re
 
 int BaseSimDataExtractor::GetCategoryID(SimValue const &) const { return 0; }
 
-bool BaseSimDataExtractor::GetExpressionForCannedOutputVariable(AString const &, AString &) const { return false; }
+bool BaseSimDataExtractor::GetExpressionForCannedOutputVariable(AString const &, AString &, ValueState &) const {
+  return false;
+}
 
 SimValue * BaseSimDataExtractor::CreateSimValue(AString const &, SimValueContext const &) {
   KVRO_ASSERT(0);

@@ -21,6 +21,7 @@ class BaseSolutionManager;
 class CParsedExpressionCacheContainer;
 class IDesignEditor;
 class ReportRegime;
+class TextResolution;
 namespace io {
 class CBlock;
 }
@@ -30,7 +31,7 @@ class CBlock;
 /// It is also what the expression machinery asks: for quantities (IValueParser), for variables (IVariableServer) and
 /// for the names that expressions may use (IVariableNameSpaceSetupper).  The solution owns it.  Under old report
 /// structures it holds sweeps, sim values and solution point sets; under the reporter rewrite the members that deal
-/// with them assert and give nothing.  Expressions and traces can't be made yet: what would make one says so.
+/// with them assert and give nothing.
 class BaseSimDataExtractor : public ISimDataExtractor,
                              public IValueParser,
                              public IVariableServer,
@@ -105,6 +106,12 @@ public:
   IDesignDataExtractorForReportSetupUI const * GetIDesignDataExtractorForReportSetupUI() const override;
   IDesignDataExtractorForReportSetupUI * GetIDesignDataExtractorForReportSetupUIForEdit() override;
   void DoGarbageCollectionToAllowVariableDeletion(Variable const & variable) override;
+  /// Nothing to load: false.
+  bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
+                      std::vector<unsigned> const & reportTypes,
+                      std::map<unsigned, std::vector<AString>> const & quantities,
+                      IProgressMonitor * progress) override;
+  void FinishLoadingSolvedData() override {}
 
   // Added here, in the order of their slots.
   /// A product makes its own sim value of a text, or gives null for a text that is no quantity.
@@ -133,7 +140,9 @@ public:
   virtual bool ReloadSolutionPointSetData(long version, AString const & variation);
   virtual void DoGarbageCollection(std::set<Trace *> const & tracesInUse);
   virtual SolutionPointSet * GetCurrentSolutionPointSet() const;
-  virtual bool GetExpressionForCannedOutputVariable(AString const & name, AString & expression) const;
+  /// What a product's own output variable of that name is; the state comes as that of an unknown quantity.
+  virtual bool GetExpressionForCannedOutputVariable(AString const & name, AString & expression,
+                                                    ValueState & state) const;
   virtual ISimDataExtractorForReports * GetISimDataExtractorForReports() { return &mReportsView; }
   virtual ISimDataExtractorForSweepwise * GetISimDataExtractorForSweepwise() { return &mSweepwiseView; }
   virtual IDesignDataExtractorForSweepwise * GetIDesignDataExtractorForSweepwise() { return &mSweepwiseView; }
@@ -171,9 +180,19 @@ public:
   bool SolutionPointSetIsUsingInstance(SolutionPointSet const * pointSet, AString const & variation) const;
   unsigned GetSolutionPointSetsSize() const { return static_cast<unsigned>(mSolutionPointSets.size()); }
   /// The variation that special sweeps assume during one evaluation.
+  /// The one in which texts are read now.
+  SimValueContext const & GetSimValueContext() const { return mSimValueContext; }
   void SetSpecialSweepVariation(VariableValues const & variation) { mSpecialSweepVariation = variation; }
   VariableValues const & GetSpecialSweepVariation() const { return mSpecialSweepVariation; }
   void SynchronizeSweeps(KelvroCommand * command) const;
+  // The lists of functions append and return the list's size.
+  int GetConversionFunctionNames(ValueState const & state, val::ParameterType result,
+                                 std::vector<AString> & names) const;
+  int GetXYPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetXYStackedPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetPolarPlotConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  int GetDataTableConversionFunctionNames(ValueState const & state, std::vector<AString> & names) const;
+  /// Appends the sim values that the value refers to; true when the list then holds any.
   bool GetReferencedSimValues(ValueBase * value, std::vector<SimValue *> & simValues, SolutionPointSet * pointSet);
   io::ReadError DoDataExchangeSimValueCache(io::CBlock & block, bool reading);
   bool SynchronizeTracesForSolutionPointSet(KelvroCommand * command, SolutionPointSet * pointSet);
@@ -181,6 +200,14 @@ public:
                            CParsedExpressionCacheContainer & expressions);
   void CleanDirtySVCaches(KelvroCommand * command, Trace * trace, SolutionPointSet * pointSet,
                           CParsedExpressionCacheContainer & expressions);
+  void MarkAllGivenTracesDirty(std::list<Trace *> & traces) const;
+  /// What is known of what a function is applied to; outputs that have no answer stay as they were.
+  void AnalyzeQuantity(Value const & value, Units::FullUnitType & units, int & category, bool & isPass,
+                       ValueBase const *& inner);
+  /// The page of the dialog that gives the abscissa, the ordinate, the third component; null when there is none.
+  IReporterTab * GetXTab(IReporter const & reporter) const;
+  IReporterTab * GetYTab(IReporter const & reporter) const;
+  IReporterTab * GetZTab(IReporter const & reporter) const;
 
 private:
   using SpecialSweeps = std::map<AString, Sweep *, AString::NoCaseLess>;
@@ -198,8 +225,7 @@ private:
   void DeleteUnusedSimValues();
   bool ReadPointSets(io::CBlock const & block, IDesignEditor * editor);
   void AddAxesOfData(VariableNameSpace & nameSpace) const;
-  ValueState QuantityState(AString const & text, rep::CalculationType domain) const;
-  OutputVariable * FindVariable(AString const & name) const;
+  TextResolution Texts();
 
   BaseSolutionManager * mBaseSolutionManager;
   BaseSolution * mBaseSolution;

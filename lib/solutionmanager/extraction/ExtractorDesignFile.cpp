@@ -8,6 +8,7 @@
 #include "plotkit/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/ExtractorBlocks.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "solutionmanager/extraction/PointSetList.h"
 #include "solutionmanager/extraction/ReportRegime.h"
@@ -40,6 +41,8 @@ io::ReadError BaseSimDataExtractor::DesignFileRead(io::CBlock const & block) {
 
 bool BaseSimDataExtractor::ReadPointSets(io::CBlock const & block, IDesignEditor * editor) {
   ValueParserSpan const parser(GetIValueParser());
+  // Traces read their words in contexts of their own.
+  ExtractorContextSpan const context(this);
   io::CBlock const * const pointSets = extractorblocks::FindPointSets(block);
   if (!pointSets || pointSets->Empty())
     return true;
@@ -68,8 +71,3 @@ void BaseSimDataExtractor::DeleteUnusedSimValues() {
 void BaseSimDataExtractor::OnSimValuesRead() {}
 
 SimValue * BaseSimDataExtractor::CreateSimValue() { return new SimValue; }
-
-io::ReadError BaseSimDataExtractor::DoDataExchangeSimValueCache(io::CBlock &, bool) {
-  Regime().Supports(RetiredMember::DoDataExchangeSimValueCache);
-  return io::kNoError;
-}

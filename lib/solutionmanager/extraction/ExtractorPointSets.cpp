@@ -140,4 +140,7 @@ void BaseSimDataExtractor::ReleaseManagedSimValues(bool all) const {
 
 void BaseSimDataExtractor::DoGarbageCollectionToAllowVariableDeletion(Variable const &) {}
 
-void BaseSimDataExtractor::InvalidateSimValueCaches() {}
+bool BaseSimDataExtractor::LoadSolvedData(VariableValues const &, VariableValues const &, std::vector<unsigned> const &,
+                                          std::map<unsigned, std::vector<AString>> const &, IProgressMonitor *) {
+  return false;
+}

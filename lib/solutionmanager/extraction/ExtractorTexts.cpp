@@ -1,54 +1,36 @@
 // What the words of an expression mean to an extractor.
 
+#include "CoreInterfaces/desktop/ISimValueManager.h"
 #include "basekit/diag/Assert.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/ReferencesSimValuesMessage.h"
+#include "plotkit/SimValue.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/ReportRegime.h"
+#include "solutionmanager/extraction/TextResolution.h"
+#include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
-namespace {
+TextResolution BaseSimDataExtractor::Texts() { return {*GetBaseSolutionMgr(), *this, mSimValues}; }
 
-ValueState UnknownQuantity() {
-  return {Units::GetDefaultUnits(Units::kNoUnitType), Units::kNoUnitType, 1, val::kNotAQuantity};
-}
-
-} // namespace
-
-OutputVariable * BaseSimDataExtractor::FindVariable(AString const & name) const {
-  OutputVariable * const canned = GetBaseSolutionMgr()->GetCannedOutputVariable(name);
-  return canned ? canned : GetBaseSolutionMgr()->FindOutputVariable(name);
-}
-
-ValueState BaseSimDataExtractor::QuantityState(AString const & text, rep::CalculationType domain) const {
-  ValueState const state = GetQuantityType(text, static_cast<int>(domain));
-  return state.parameterType == val::kNotAQuantity ? UnknownQuantity() : state;
+ValueBase * BaseSimDataExtractor::ParseText(AString const & text) {
+  return Regime().Supports(RetiredMember::ParseText) ? Texts().ParseText(text, mSimValueContext) : nullptr;
 }
 
 ValueState BaseSimDataExtractor::GetQuantityType(AString const &, int) const {
   KVRO_ASSERT(0);
-  return UnknownQuantity();
+  return TextResolution::UnknownQuantity();
 }
 
 ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text) {
-  if (Regime().AreOldReportStructuresSupported())
-    if (OutputVariable const * const variable = FindVariable(text))
-      return variable->GetValueState();
-  return QuantityState(text, mSimValueContext.GetCalculationType());
+  return Regime().AreOldReportStructuresSupported()
+             ? Texts().StateOf(text, mSimValueContext)
+             : Texts().StateOfQuantity(text, mSimValueContext.GetCalculationType());
 }
 
 ValueState BaseSimDataExtractor::GetValueStateFromText(AString const & text, SimValueContext const * context) {
   if (!Regime().Supports(RetiredMember::GetValueStateFromText))
     return {Units::kNoUnits, Units::kNoUnitType, 1, val::kNotAQuantity};
-  if (OutputVariable const * const variable = FindVariable(text))
-    return GetBaseSolutionMgr()->IsValidOutputVariable(variable->GetName(), this, context) ? variable->GetValueState()
-                                                                                           : UnknownQuantity();
-  return QuantityState(text, SimValueContext(context).GetCalculationType());
-}
-
-ValueBase * BaseSimDataExtractor::ParseText(AString const &) {
-  if (Regime().Supports(RetiredMember::ParseText))
-    KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+  return Texts().StateInContext(text, context);
 }
 
 double BaseSimDataExtractor::GetValue(ValueBase const &) {
@@ -61,25 +43,27 @@ AComplex<double> BaseSimDataExtractor::GetComplexValue(ValueBase const &) {
   return {};
 }
 
-ValueBase * BaseSimDataExtractor::GetDynamicDatasetValue(ValueBase const *, ValueBase const *) {
-  if (Regime().Supports(RetiredMember::GetDynamicDatasetValue))
-    KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+ValueBase * BaseSimDataExtractor::GetDynamicDatasetValue(ValueBase const * first, ValueBase const * second) {
+  if (!Regime().Supports(RetiredMember::GetDynamicDatasetValue))
+    return nullptr;
+  ISimValueManager * const simValues = GetBaseSolutionMgr()->GetISimValueManager();
+  return simValues ? simValues->GetDynamicDatasetValue(GetISolution()->GetID(), mSimValueContext, first, second)
+                   : nullptr;
 }
 
-ValueBase * BaseSimDataExtractor::GetDynamicDatasetValueForValidation(ValueState const &, ValueState const &) {
-  KVRO_ASSERT(!"Not available yet");
-  return nullptr;
+ValueBase * BaseSimDataExtractor::GetDynamicDatasetValueForValidation(ValueState const & first,
+                                                                      ValueState const & second) {
+  ISimValueManager * const simValues = GetBaseSolutionMgr()->GetISimValueManager();
+  return simValues ? simValues->GetDynamicDatasetValueForValidation(first, second) : nullptr;
 }
 
-int BaseSimDataExtractor::GetFunctionNames(std::vector<AString> &, ValueState const &, unsigned,
-                                           rep::DisplayType) const {
-  KVRO_ASSERT(!"Not available yet");
-  return 0;
-}
-
-bool BaseSimDataExtractor::GetReferencedSimValues(ValueBase *, std::vector<SimValue *> &, SolutionPointSet *) {
-  if (Regime().Supports(RetiredMember::GetReferencedSimValues))
-    KVRO_ASSERT(!"Not available yet");
-  return false;
+bool BaseSimDataExtractor::GetReferencedSimValues(ValueBase * value, std::vector<SimValue *> & simValues,
+                                                  SolutionPointSet * pointSet) {
+  if (!Regime().Supports(RetiredMember::GetReferencedSimValues))
+    return false;
+  ReferencesSimValuesMessage message(this, pointSet, false);
+  if (value)
+    value->ReceiveMsg(message);
+  simValues.insert(simValues.end(), message.GetSimValues().begin(), message.GetSimValues().end());
+  return !simValues.empty();
 }

@@ -5,6 +5,7 @@
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/diag/IMemoryTimeProfiler.h"
+#include "plotkit/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 SimDataExtractorForReports::~SimDataExtractorForReports() = default;
@@ -41,13 +42,14 @@ AString SimDataExtractorForReports::GetGlobalSolutionName() const {
   return m_extractor->GetISolution()->GetGlobalSolutionName();
 }
 
-SweepBase const * SimDataExtractorForReports::GetSweep(AString const &, SimValueContext const & context,
+SweepBase const * SimDataExtractorForReports::GetSweep(AString const & name, SimValueContext const & context,
                                                        unsigned reportType) const {
   MemoryTimeProfilerScope const span("SimDataExtractorForReports::GetSweep");
   std::vector<SweepBase const *> sweeps;
-  // Only a product's own sweeps could be here; to look at their names waits for the sweep classes.
-  if (GetSweeps(sweeps, context, reportType) > 0)
-    KVRO_ASSERT(!"Not available yet");
+  GetSweeps(sweeps, context, reportType);
+  for (SweepBase const * const sweep : sweeps)
+    if (sweep && AString::MatchNoCase(sweep->GetRepVarName(), name))
+      return sweep;
   return nullptr;
 }
 

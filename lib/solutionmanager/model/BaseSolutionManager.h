@@ -443,6 +443,8 @@ public:
   // Traces
   void ConstructTraceExprCacheMap(SolutionPointSet * pointSet,
                                   std::map<Trace *, CParsedExpressionCacheContainer> & caches) const;
+  /// 0xFFFFFFFF when no expression refers to any.
+  unsigned GetFirstReportTypeFromExprCacheMap(std::map<Trace *, CParsedExpressionCacheContainer> & caches) const;
 
 private:
   friend class ExportVariationContextObject;
@@ -454,12 +456,14 @@ private:
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   void MakeObjectsOf(SolutionVariationKey const & key);
   void ReadVariationIDs(io::CBlock const & variations);
+  bool WriteOutputVariables(io::CBlock & block) const;
   io::ReadError ReadOutputVariables(io::CBlock const & block);
   io::ReadError ReadSetupOfDesignFile(io::CBlock const & setupBlock, std::set<long> & alreadyRead);
   io::ReadError ReadImportedSetupOfDesignFile(io::CBlock const & setupBlock);
   bool WriteSetups(io::CBlock & block, SetupMap const & setups, AString const & blockName);
   bool DoDataExchangeSimValueCache(bool reading);
-  void ClearCannedOutputVariables();
+  void CollectCannedOutputVariables();
+  void DeleteOutputVariables();
 
   long m_VersionID = 0;
   SolutionFileManager m_SolutionFileManager;

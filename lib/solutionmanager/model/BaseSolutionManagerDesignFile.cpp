@@ -1,14 +1,10 @@
 // The manager's part of the design file.
 
 #include "CoreInterfaces/desktop/IDesign.h"
-#include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
-#include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "basekit/message/KelvroMessage.h"
-#include "basekit/message/MessageManager.h"
 #include "basekit/value/VariableNameSpace.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -53,20 +49,8 @@ bool BaseSolutionManager::AllFilesWrite(io::CBlock &) {
   return true;
 }
 
-bool BaseSolutionManager::DoDataExchangeSimValueCache(bool) {
-  // Nothing is cached yet: the file comes with the sim values.  Every read and write of a module asks, so this is no
-  // report.
-  return !AreOldReportStructuresSupported();
-}
-
 bool BaseSolutionManager::DesignFileWrite(io::CBlock & block) {
-  bool result = true;
-  if (!m_OutputVariableMap.empty()) {
-    if (!AreOldReportStructuresSupported())
-      KVRO_ASSERT(!"How does this have old output variables?!");
-    KVRO_ASSERT(!"Not available yet");
-    result = false;
-  }
+  bool result = WriteOutputVariables(block);
   result = WriteSetups(block, m_SimSetupMap, kSimSetupBlockName) && result;
   result = WriteSetups(block, m_ImportedSimSetupMap, kImportedSimSetupBlockName) && result;
   WriteVersionIDsToQdsn(block);
@@ -103,16 +87,6 @@ void ReadSetups(io::CBlock const & block, AString const & blockName, io::ReadErr
   }
 }
 
-void PostError(long number, AString const & argument) {
-  constexpr int solutionMessageGroup = 6;
-  IKitDesktop * const desktop = GetIKitDesktop();
-  if (!desktop)
-    return;
-  KelvroMessage message(number, KelvroMessage::kError, solutionMessageGroup);
-  message.Arguments().AddArg(argument);
-  desktop->GetMessageManager().Post(message);
-}
-
 } // namespace
 
 io::ReadError BaseSolutionManager::DesignFileRead(io::CBlock const & block) {
@@ -131,21 +105,6 @@ io::ReadError BaseSolutionManager::DesignFileRead(io::CBlock const & block) {
              [&](io::CBlock const & simSetupBlock) { return ReadImportedSetupOfDesignFile(simSetupBlock); });
   if (AreOldReportStructuresSupported())
     UpdateAllOutputVariableLegacyText();
-  return result;
-}
-
-io::ReadError BaseSolutionManager::ReadOutputVariables(io::CBlock const & block) {
-  constexpr long itemIsNoVariableMessage = 24528;
-  io::CBlock variables(kOutputVariableBlockName);
-  block >> variables;
-  io::ReadError result = io::kNoError;
-  for (auto const & child : variables) {
-    result = io::kWarning;
-    if (io::CBlock_ptr<io::CBlock_func>(child))
-      KVRO_ASSERT(!"Not available yet");
-    else
-      PostError(itemIsNoVariableMessage, child->Name());
-  }
   return result;
 }
 

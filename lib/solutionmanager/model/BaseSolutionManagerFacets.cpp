@@ -298,5 +298,5 @@ void BaseSolutionManager::DoGarbageCollection(std::set<Trace *> const & tracesIn
     if (auto * const base = dynamic_cast<BaseSimDataExtractor *>(&extractor))
       base->DoGarbageCollection(tracesInUse);
   });
-  ClearCannedOutputVariables();
+  CollectCannedOutputVariables();
 }

@@ -76,24 +76,24 @@ BaseSolutionManager::~BaseSolutionManager() {
     definitions.insert(definition);
   SetupConvDef::DeleteWithEntries(definitions);
   m_ConvDefMap.clear();
-  ClearCannedOutputVariables();
+  CollectCannedOutputVariables();
   // clang-format off
   KVRO_ASSERT(mCannedOutputVariables.size()==0);
   // clang-format on
+  DeleteOutputVariables();
   delete m_ManagedFilesMgr;
   m_ManagedFilesMgr = nullptr;
   m_SolutionFileManager.SendUnsent();
   m_VariationIDJournal->Close();
 }
 
-void BaseSolutionManager::ClearCannedOutputVariables() {
-  if (!AreOldReportStructuresSupported() && !mCannedOutputVariables.empty()) {
-    KVRO_ASSERT(0);
-    return;
+void BaseSolutionManager::DeleteOutputVariables() {
+  // Canned ones that were not collected have no other owner either; what refers to them finds them gone.
+  for (OutputVariableMap * const map : {&mCannedOutputVariables, &m_OutputVariableMap}) {
+    for (auto const & [name, variable] : *map)
+      delete variable;
+    map->clear();
   }
-  for (auto const & [name, variable] : mCannedOutputVariables)
-    delete variable;
-  mCannedOutputVariables.clear();
 }
 
 void BaseSolutionManager::InitializeFromDesign(bool createDir) {

@@ -5,6 +5,7 @@
 #include "basekit/message/MessageQueueRestorer.h"
 #include "plotkit/SimValueContext.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+#include "solutionmanager/outputvariables/SharedAnalyses.h"
 
 CParsedExpressionCache::CParsedExpressionCache(AString const & expression, BaseSolutionManager const * manager)
     : m_expression(expression), m_solutionManager(manager) {}
@@ -18,12 +19,21 @@ void CParsedExpressionCache::Compute() {
 }
 
 void CParsedExpressionCache::PopulateCache() {
+  m_cacheComputed = true;
+  SharedAnalyses * const analyses = SharedAnalyses::Of(m_solutionManager);
+  if (SharedAnalyses::Analysis const * const known = analyses ? analyses->Find(m_expression) : nullptr) {
+    m_expressionValid = known->isValid;
+    m_outputVars = known->outputVariables;
+    m_simValuesByReportType = known->simValues;
+    return;
+  }
   IKitDesktop * const desktop = GetIKitDesktop();
   MessageQueueRestorer const silence(desktop ? &desktop->GetMessageManager() : nullptr);
   ISolutionMgr::ReportTypeMap reportTypes;
   m_expressionValid = m_solutionManager->GetQuantityTypeInfo(reportTypes, m_expression, &m_outputVars,
                                                              &m_simValuesByReportType, nullptr);
-  m_cacheComputed = true;
+  if (analyses)
+    analyses->Keep(m_expression, {m_expressionValid, m_outputVars, m_simValuesByReportType});
 }
 
 bool CParsedExpressionCache::IsExpressionValid() {

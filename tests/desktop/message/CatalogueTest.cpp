@@ -21,10 +21,10 @@ TEST(Catalogue, StandsInTheOrderOfItsNumbers) {
 
 TEST(Catalogue, PutsTheArgumentsIn) {
   KelvroMessage message(24586, KelvroMessage::kError, 6);
-  message.Arguments().AddArg(L"Gain");
+  message.Arguments().AddArg(L"C");
   message.Arguments().AddArg(L"C=%1");
-  EXPECT_EQ(desktop::ComposeMessage(message), L"The output variable 'Gain' has no value at 'C=%1': the solution holds "
-                                              L"no such point. Ask at a point of the sweep, or solve this one.");
+  EXPECT_EQ(desktop::ComposeMessage(message), L"'C' has a value in 'C=%1' at which the solution holds no point. Ask "
+                                              L"at a point of the sweep, or solve this one.");
 }
 
 TEST(Catalogue, LeavesThePlaceOfAMissingArgumentEmpty) {

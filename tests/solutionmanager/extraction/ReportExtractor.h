@@ -86,13 +86,33 @@ private:
   int * m_deaths;
 };
 
-/// Counts what it is told to release.
+/// Counts what it is told to release, and keeps what it was asked for; its datasets are one value.
 class TestSimValueManager : public ISimValueManager, public ISimValueManagerHost {
 public:
+  struct AskedDataset {
+    long solutionID;
+    SimValueContext context;
+    ValueBase const * first;
+    ValueBase const * second;
+  };
+
   ISimValueManager * GetISimValueManager() override { return this; }
   void ReleaseSimValues(long solutionID, bool all) override { released.emplace_back(solutionID, all); }
+  ValueBase * GetDynamicDatasetValue(long solutionID, SimValueContext const & context, ValueBase const * first,
+                                     ValueBase const * second) override {
+    askedDatasets.push_back({solutionID, context, first, second});
+    return &dataset;
+  }
+  ValueBase * GetDynamicDatasetValueForValidation(ValueState const & first, ValueState const & second) override {
+    askedStates.emplace_back(first, second);
+    return &validationDataset;
+  }
 
   std::vector<std::pair<long, bool>> released;
+  std::vector<AskedDataset> askedDatasets;
+  std::vector<std::pair<ValueState, ValueState>> askedStates;
+  SimValue dataset;
+  SimValue validationDataset;
 };
 
 /// A design with the variables x, y and z = 2*x, and a solution with an extractor of its own.

@@ -4,6 +4,7 @@
 #include "basekit/file/LongFileName.h"
 #include "basekit/value/Variable.h"
 #include "basekit/value/VariableNameSpace.h"
+#include "basekit/value/VariableValues.h"
 
 namespace support {
 
@@ -12,6 +13,15 @@ void TestProject::GetResultsFolder(LongFileName & folder, bool) const { folder =
 bool TestProject::CreateResultsFolder(LongFileName const & folder) { return LFN_CreateDirectoryAndParents(folder); }
 
 IDesign * TestInstance::GetIDesign() const { return &m_design; }
+
+void TestInstance::GetNominalVariableValues(VariableValues & values, bool withPostProcessing) const {
+  VariableValues::ResolveVariationKey(m_variation, nullptr, values, nullptr, true);
+  VariableValues further;
+  if (withPostProcessing)
+    VariableValues::ResolveVariationKey(postProcessingVariation, nullptr, further, nullptr, true);
+  for (VariableValues::Entry const & entry : further)
+    values.Add(entry.name, entry.value);
+}
 
 ISimulationService * TestInstance::GetSimulationService() const { return m_design.GetSimulationService(); }
 

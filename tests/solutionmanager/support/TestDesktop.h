@@ -40,8 +40,11 @@ public:
   long GetID() const override { return m_id; }
   IDesign * GetIDesign() const override;
   AString GetVariationKey() const override { return m_variation; }
-  void GetNominalVariableValues(VariableValues &) const override {}
+  void GetNominalVariableValues(VariableValues & values, bool withPostProcessing) const override;
   ISimulationService * GetSimulationService() const override;
+
+  /// What only post processing knows of the instance, as a variation text.
+  AString postProcessingVariation;
 
 private:
   TestDesign & m_design;

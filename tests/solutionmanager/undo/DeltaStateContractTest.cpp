@@ -1,6 +1,7 @@
 // What every delta state promises, whichever change it records: undo gives the state before, redo the state after, as
 // often as one likes, and a delta that dies on either side of its change leaves nothing behind.
 
+#include "basekit/command/CUndoableObjectDeltaState.h"
 #include "basekit/command/KelvroCommand.h"
 #include "plotkit/OutputVariable.h"
 #include "solutionmanager/undo/CAllSolutionsDeltaState.h"
@@ -59,7 +60,8 @@ struct World {
     }
     text << "\nvariables";
     for (auto const & [name, variable] : variables)
-      text << ' ' << testing::PrintToString(name) << '=' << variable;
+      text << ' ' << testing::PrintToString(name) << '=' << variable << '/'
+           << testing::PrintToString(variable->GetValueBaseText()) << '/' << variable->GetParameterType();
     return text.str();
   }
 
@@ -231,6 +233,15 @@ struct RenamedOutputVariable {
   }
 };
 
+struct EditedOutputVariable {
+  static KelvroDeltaState * Change(World & world) {
+    OutputVariable * const variable = world.variables.at(L"Gain");
+    auto * delta = new CUndoableObjectDeltaState(*variable);
+    variable->SetValueBaseText(L"2", ValueState(Units::kNoUnits, Units::kNoUnitType, 1, val::kReal));
+    return delta;
+  }
+};
+
 } // namespace
 
 template <class Case> class DeltaStateContract : public support::ModelTest {
@@ -248,10 +259,11 @@ protected:
   std::string m_after;
 };
 
-using AllCases = testing::Types<VersionOfSolutions, VersionOfASetup, VersionOfTheManager, VersionOfAllSolutions,
-                                AddedSolution, DeletedSolution, DeletedSolutionOfATakenID, AddedSetup, DeletedSetup,
-                                AddedVariation, DeletedVariationOfATakenIndex, AddedOutputVariable,
-                                DeletedOutputVariable, ReplacedOutputVariable, RenamedOutputVariable>;
+using AllCases =
+    testing::Types<VersionOfSolutions, VersionOfASetup, VersionOfTheManager, VersionOfAllSolutions, AddedSolution,
+                   DeletedSolution, DeletedSolutionOfATakenID, AddedSetup, DeletedSetup, AddedVariation,
+                   DeletedVariationOfATakenIndex, AddedOutputVariable, DeletedOutputVariable, ReplacedOutputVariable,
+                   RenamedOutputVariable, EditedOutputVariable>;
 TYPED_TEST_SUITE(DeltaStateContract, AllCases);
 
 TYPED_TEST(DeltaStateContract, UndoGivesTheStateBeforeAndRedoTheStateAfterAsOftenAsOneLikes) {

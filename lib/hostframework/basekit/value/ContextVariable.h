@@ -28,6 +28,7 @@ protected:
   ContextVariable(ContextVariable const &) = default;
   ContextVariable & operator=(ContextVariable const &) = default;
 
+  void SetName(AString const & name) { m_name = name; }
   /// The expression that the text is in the present context; null unbinds.  A copy shares it.
   void SetBoundValue(std::shared_ptr<ValueBase const> value) { m_bound = std::move(value); }
   ValueBase const * GetBoundValue() const { return m_bound.get(); }

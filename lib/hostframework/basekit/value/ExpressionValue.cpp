@@ -127,6 +127,11 @@ bool ExpressionValue::IsStale() const {
   });
 }
 
+bool ExpressionValue::IsCurrent() const {
+  return !IsStale() && std::all_of(m_references.begin(), m_references.end(),
+                                   [](ValueReference const & reference) { return reference.Get() != nullptr; });
+}
+
 bool ExpressionValue::GetSamples(expr::ProgramQuantity const & quantity, ISampleSource const & source,
                                  expr::Samples & samples) const {
   if (source.GetSamples(quantity, samples))

@@ -33,6 +33,11 @@ public:
   bool UsesVariable(Variable const & variable) const override;
   AString GetText() const override { return m_text; }
 
+  /// What is read at each evaluation, of definitions as well.
+  std::vector<expr::ProgramQuantity> const & GetQuantities() const { return m_program.GetQuantities(); }
+  /// False when something that the text refers to is gone, or is defined otherwise by now.
+  bool IsCurrent() const;
+
   /// Over a trace.
   bool Evaluate(ISampleSource const & source, std::span<double const> axis, expr::Result & result,
                 expr::Error & error) const;
