@@ -6,6 +6,7 @@
 #include "basekit/value/Variable.h"
 #include "basekit/value/VariableNameSpace.h"
 #include "basekit/value/VariableValues.h"
+#include "desktop/design/SimValueManager.h"
 #include "desktop/project/Project.h"
 
 namespace desktop {
@@ -40,7 +41,8 @@ private:
 
 Design::Design(Project & project, AString const & name, long designID, AString const & productName)
     : m_project(project), m_name(name), m_designID(designID), m_productInfo(std::make_unique<ProductInfo>(productName)),
-      m_variableServer(std::make_unique<VariableServer>(*this)), m_nominal(*this, kNominalInstanceID) {}
+      m_variableServer(std::make_unique<VariableServer>(*this)), m_simValueManager(std::make_unique<SimValueManager>()),
+      m_nominal(*this, kNominalInstanceID) {}
 
 Design::~Design() = default;
 
@@ -63,6 +65,8 @@ void Design::GetPropertyVariables(std::vector<Variable *> & variables) const {
   for (auto const & variable : m_variables)
     variables.push_back(variable.get());
 }
+
+ISimValueManagerHost * Design::GetSimValueManagerHost() const { return m_simValueManager.get(); }
 
 IVariableServer * Design::GetVariableServer() const { return m_variableServer.get(); }
 

@@ -18,6 +18,7 @@ namespace desktop {
 
 class Design;
 class Project;
+class SimValueManager;
 
 /// One setting of a design's variables, by its variation text.
 class DesignInstance : public IDesignInstance {
@@ -55,7 +56,7 @@ public:
   void GetDesignInstances(std::vector<IDesignInstance *> & instances) const override;
   void NotifySolutionsChanged() override;
   void NotifySolutionDataDeleted(long solutionID) override;
-  ISimValueManagerHost * GetSimValueManagerHost() const override { return nullptr; }
+  ISimValueManagerHost * GetSimValueManagerHost() const override;
   ISimulationService * GetSimulationService() const override { return m_simulationService; }
   IDesignEditor * GetDesignEditor() const override { return const_cast<Design *>(this); }
   void GetPropertyVariables(std::vector<Variable *> & variables) const override;
@@ -98,6 +99,7 @@ private:
   long m_designID;
   std::unique_ptr<ProductInfo> m_productInfo;
   std::unique_ptr<VariableServer> m_variableServer;
+  std::unique_ptr<SimValueManager> m_simValueManager;
   Variables m_variables;
   DesignInstance m_nominal;
   /// By variation text; a study queues an instance for each of its points.

@@ -4,7 +4,10 @@
 //       Version = 17
 //       Text = "S21"
 //       Context(3, 0, 2, 0, 1, 1, 0, 0)       of a sim value
-//       Segment(0, 2, false, "x=1")           place, number of samples, missing, variation; one for each
+//       Points(0, 1, 2)                       of the segments: the places of their points, the numbers of samples,
+//       Counts(2, 0, 1)                       the variations, and which of them are missing
+//       Variations ["x=1", "x=2", "x=3"]
+//       Missing(1)
 //       Complex = true
 //       Numbers(0.5, -0.25, 0.4, -0.3)        in SI units; of complex numbers the parts in turn
 //       Checksum = 305419896                  of all that stands before it
@@ -28,7 +31,10 @@ wchar_t const * const kAxis = L"Axis";
 wchar_t const * const kVersion = L"Version";
 wchar_t const * const kText = L"Text";
 wchar_t const * const kContext = L"Context";
-wchar_t const * const kSegment = L"Segment";
+wchar_t const * const kPoints = L"Points";
+wchar_t const * const kCounts = L"Counts";
+wchar_t const * const kVariations = L"Variations";
+wchar_t const * const kMissing = L"Missing";
 wchar_t const * const kComplex = L"Complex";
 wchar_t const * const kNumbers = L"Numbers";
 wchar_t const * const kChecksum = L"Checksum";
@@ -100,6 +106,32 @@ long ChecksumOf(Record const & record) {
   return digest.Sum();
 }
 
+void WriteIntegers(io::CBlock & block, wchar_t const * name, std::vector<long> const & numbers) {
+  io::CBlock_ptr<io::CBlock_func> const func(new io::CBlock_func(name));
+  func->AppendIntegers(numbers);
+  block << func;
+}
+
+void WriteSegments(io::CBlock & block, SampleSegments const & segments) {
+  std::vector<long> points;
+  std::vector<long> counts;
+  std::vector<long> missing;
+  std::vector<AString> variations;
+  for (SampleSegments::Segment const & segment : segments.Get()) {
+    if (segment.isMissing)
+      missing.push_back(static_cast<long>(points.size()));
+    points.push_back(static_cast<long>(segment.point));
+    counts.push_back(static_cast<long>(segment.count));
+    variations.push_back(segment.variation);
+  }
+  WriteIntegers(block, kPoints, points);
+  WriteIntegers(block, kCounts, counts);
+  io::CBlock_ptr<io::CBlock_vec> const vec(new io::CBlock_vec(kVariations));
+  vec->AppendValues(variations);
+  block << vec;
+  WriteIntegers(block, kMissing, missing);
+}
+
 void WriteRecord(io::CBlock & block, Record const & record) {
   io::CBlock_ptr<io::CBlock> const child(new io::CBlock(record.isAxis ? kAxis : kSimValue));
   *child << io::named(kVersion, record.version) << io::named(kText, record.text);
@@ -108,12 +140,7 @@ void WriteRecord(io::CBlock & block, Record const & record) {
     record.context.WriteTo(context);
     *child << context;
   }
-  for (SampleSegments::Segment const & segment : record.numbers.segments.Get()) {
-    io::CBlock_ptr<io::CBlock_func> const func(new io::CBlock_func(kSegment));
-    *func << static_cast<long>(segment.point) << static_cast<long>(segment.count) << segment.isMissing
-          << segment.variation;
-    *child << func;
-  }
+  WriteSegments(*child, record.numbers.segments);
   *child << io::named(kComplex, record.numbers.column.IsComplex());
   io::CBlock_ptr<io::CBlock_func> const numbers(new io::CBlock_func(kNumbers));
   numbers->AppendReals(Parts(record.numbers.column));
@@ -121,21 +148,44 @@ void WriteRecord(io::CBlock & block, Record const & record) {
   block << child;
 }
 
-bool ReadSegments(io::CBlock const & block, SampleSegments & segments, std::size_t sampleCount) {
-  for (auto const & item : block) {
-    if (!item->IsFunc() || !AString::MatchNoCase(item->Name(), kSegment))
-      continue;
-    auto const & func = static_cast<io::CBlock_func const &>(*item);
-    auto place = func.begin();
-    long point = 0;
-    long count = 0;
-    bool isMissing = false;
-    AString variation;
-    if (!func.QueryUnamedValues(place, point) || !func.QueryUnamedValues(place, count) ||
-        !func.QueryUnamedValues(place, isMissing) || !func.QueryUnamedValues(place, variation) || point < 0 ||
-        count < 0 || static_cast<std::size_t>(count) > sampleCount - segments.GetSampleCount())
+template <class Item> Item const * Find(io::CBlock const & block, wchar_t const * name, io::CBlock_item::Kind kind) {
+  return static_cast<Item const *>(block.FindItem(name, kind));
+}
+
+/// False when there are other things than whole numbers from 0 to the limit.
+bool ReadIntegers(io::CBlock const & block, wchar_t const * name, std::size_t limit,
+                  std::vector<std::size_t> & numbers) {
+  auto const * const func = Find<io::CBlock_func>(block, name, io::CBlock_item::Kind::Func);
+  if (!func)
+    return false;
+  std::span<long const> const run = func->Integers(func->begin());
+  if (run.size() != func->ArgumentCount())
+    return false;
+  for (long const number : run) {
+    if (number < 0 || static_cast<std::size_t>(number) > limit)
       return false;
-    segments.Add(static_cast<std::size_t>(point), variation, static_cast<std::size_t>(count), isMissing);
+    numbers.push_back(static_cast<std::size_t>(number));
+  }
+  return true;
+}
+
+bool ReadSegments(io::CBlock const & block, SampleSegments & segments, std::size_t sampleCount) {
+  std::vector<std::size_t> points;
+  std::vector<std::size_t> counts;
+  std::vector<std::size_t> missing;
+  std::vector<AString> variations;
+  auto const * const vec = Find<io::CBlock_vec>(block, kVariations, io::CBlock_item::Kind::Vec);
+  if (!vec || !vec->QueryValues(variations) || !ReadIntegers(block, kPoints, SIZE_MAX, points) ||
+      !ReadIntegers(block, kCounts, sampleCount, counts) || points.size() != variations.size() ||
+      counts.size() != variations.size() || !ReadIntegers(block, kMissing, variations.size(), missing))
+    return false;
+  std::vector<bool> isMissing(variations.size() + 1);
+  for (std::size_t const place : missing)
+    isMissing[place] = true;
+  for (std::size_t place = 0; place < variations.size(); ++place) {
+    if (counts[place] > sampleCount - segments.GetSampleCount())
+      return false;
+    segments.Add(points[place], variations[place], counts[place], isMissing[place]);
   }
   return segments.empty() || segments.GetSampleCount() == sampleCount;
 }
@@ -168,8 +218,7 @@ bool ReadRecord(io::CBlock const & block, Record & record) {
   if (!ReadNamed(block, kVersion, record.version) || !ReadNamed(block, kText, record.text))
     return false;
   if (!record.isAxis) {
-    auto const * const context =
-        static_cast<io::CBlock_func const *>(block.FindItem(kContext, io::CBlock_item::Kind::Func));
+    auto const * const context = Find<io::CBlock_func>(block, kContext, io::CBlock_item::Kind::Func);
     auto place = context ? context->begin() : io::CBlock_func::iterator();
     if (!context || !record.context.ReadFrom(*context, place))
       return false;

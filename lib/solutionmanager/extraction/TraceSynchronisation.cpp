@@ -86,7 +86,9 @@ unsigned TraceSynchronisation::FillExpressions(std::list<Trace *> const & traces
       (*at)->GetReferencedReportTypes(reptypes);
       if (reptypes.empty())
         continue;
-      KVRO_ASSERT(reptypes.size() == 1);
+      // clang-format off
+      KVRO_ASSERT(reptypes.size()==1);
+      // clang-format on
       reportType = reptypes.front();
     }
   }

@@ -96,7 +96,9 @@ unsigned BaseSolutionManager::GetFirstReportTypeFromExprCacheMap(
       (*at)->GetReferencedReportTypes(reptypes);
       if (reptypes.empty())
         continue;
-      KVRO_ASSERT(reptypes.size() == 1);
+      // clang-format off
+      KVRO_ASSERT(reptypes.size()==1);
+      // clang-format on
       return reptypes.front();
     }
   constexpr unsigned kNoReportType = 0xFFFFFFFF;

@@ -4,44 +4,23 @@
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/desktop/IDesignEditor.h"
 #include "CoreInterfaces/desktop/IDesignInstance.h"
-#include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "CoreInterfaces/desktop/IReportUpdateService.h"
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
-#include "basekit/message/MessageManager.h"
 #include "basekit/value/VariableNameSpace.h"
 #include "plotkit/OutputVariable.h"
 #include "plotkit/SolutionPointSet.h"
 #include "plotkit/SweepBase.h"
 #include "plotkit/valueutils.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/SweepList.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/EvaluationTrace.h"
+#include "solutionmanager/outputvariables/OutputVariableMessages.h"
 #include "solutionmanager/outputvariables/PointSelection.h"
 
 namespace {
-
-enum MessageNumber : long {
-  kNoSuchVariable = 24555,
-  kNameIsMissing = 24583,
-  kNoSuchSolution = 24584,
-  kSweepHasNoValues = 24585,
-  kNoSuchPoint = 24586,
-  kIsNoNumber = 24618,
-  kNoSolvedData = 24729,
-};
-
-void Tell(MessageNumber number, std::vector<AString> const & arguments) {
-  constexpr int solutionMessageGroup = 6;
-  IKitDesktop * const desktop = GetIKitDesktop();
-  if (!desktop)
-    return;
-  KelvroMessage message(number, KelvroMessage::kError, solutionMessageGroup);
-  for (AString const & argument : arguments)
-    message.Arguments().AddArg(argument);
-  desktop->GetMessageManager().Post(message);
-}
 
 /// The names that variation texts may set: the design's and the project's variables.
 class VariationNames : public IVariableServer {
@@ -74,6 +53,8 @@ private:
 
 } // namespace
 
+using namespace outputvariables;
+
 bool Evaluation::Run(Value & result) {
   return FindSolution() && HasSolvedData() && FindVariable() && ChooseContext() && IsVariableUsable() &&
          Evaluate(result);
@@ -81,12 +62,12 @@ bool Evaluation::Run(Value & result) {
 
 bool Evaluation::FindSolution() {
   if (m_question.variable.empty() || m_question.solution.empty()) {
-    Tell(kNameIsMissing, {});
+    Tell(kNameIsMissing, {}, KelvroMessage::kError);
     return false;
   }
   m_solution = m_manager.GetISolution(m_question.solution, false, true);
   if (!m_solution)
-    Tell(kNoSuchSolution, {m_question.solution});
+    Tell(kNoSuchSolution, m_question.solution);
   return m_solution;
 }
 
@@ -140,7 +121,7 @@ bool Evaluation::HasSolvedData() {
   bool const isSolved = m_solution->HasValidSolutionData(SolvedVariation(values), id::invalidID) ||
                         m_solution->HasValidSolutionData(SolvedVariation(WithoutAxesOfData(values)), id::invalidID);
   if (!isSolved)
-    Tell(kNoSolvedData, {m_question.solution});
+    Tell(kNoSolvedData, m_question.solution);
   return isSolved;
 }
 
@@ -152,7 +133,7 @@ bool Evaluation::FindVariable() {
   m_extractor = extractor;
   m_variable = m_manager.FindOutputVariable(m_question.variable);
   if (!m_variable)
-    Tell(kNoSuchVariable, {m_question.variable});
+    Tell(kNoSuchVariable, m_question.variable);
   return m_variable;
 }
 
@@ -180,7 +161,7 @@ bool Evaluation::IsVariableUsable() const {
   val::ParameterType const type = m_variable->GetParameterType();
   bool const isNumber = type == val::kReal || type == val::kComplex;
   if (!isNumber)
-    Tell(kIsNoNumber, {m_variable->GetName()});
+    Tell(kIsNoNumber, m_variable->GetName());
   return isNumber;
 }
 
@@ -190,10 +171,10 @@ bool Evaluation::SelectPoint(SubsweepVector & subsweeps) const {
   case PointSelection::Outcome::kFound:
     return true;
   case PointSelection::Outcome::kNoValues:
-    Tell(kSweepHasNoValues, {m_variable->GetName()});
+    Tell(kSweepHasNoValues, m_variable->GetName());
     return false;
   case PointSelection::Outcome::kNoPoint:
-    Tell(kNoSuchPoint, {selection.GetFailedVariable(), m_question.variation});
+    Tell(kNoSuchPoint, {selection.GetFailedVariable(), m_question.variation}, KelvroMessage::kError);
     return false;
   }
   return false;
@@ -201,6 +182,7 @@ bool Evaluation::SelectPoint(SubsweepVector & subsweeps) const {
 
 bool Evaluation::Evaluate(Value & result) const {
   SpecialSweepSpan const span(*m_extractor, ResolveVariation());
+  ExtractorContextSpan const context(m_extractor);
   // A product may make its sweeps when it is asked for them.
   std::vector<SweepBase *> sweeps;
   m_extractor->GetSweeps(sweeps, m_reportType, &m_context, rep::DisplayType{}, true);

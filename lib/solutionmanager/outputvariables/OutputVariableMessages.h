@@ -21,8 +21,14 @@ enum MessageNumber : long {
   kWasReset = 24560,
   kNotOneLabel = 24575,
   kIsCyclic = 24576,
+  kNameIsMissing = 24583,
+  kNoSuchSolution = 24584,
+  kSweepHasNoValues = 24585,
+  kNoSuchPoint = 24586,
+  kIsNoNumber = 24618,
   kPastedUnderNewName = 24624,
   kBadNameInDesign = 24679,
+  kNoSolvedData = 24729,
 };
 
 /// Without a desktop there is nobody to tell.

@@ -11,16 +11,14 @@
 #include "solutionmanager/outputvariables/DesignNameSpace.h"
 
 bool QuantityTypes::Find(AString const & expression, Found const & found, SolutionPointSet * pointSet) const {
+  DesignNameSpace const nameSpace(m_manager.GetIDesign());
+  std::vector<IValueParser *> parsers;
+  m_manager.GetImportedParserList(parsers, pointSet);
+  Value value(Units::kNoUnits);
+  if (!ExpressionParser::ValidateExpression(value, expression, parsers))
+    return false;
   std::vector<AString> labels;
-  {
-    DesignNameSpace const nameSpace(m_manager.GetIDesign());
-    std::vector<IValueParser *> parsers;
-    m_manager.GetImportedParserList(parsers, pointSet);
-    Value value(Units::kNoUnits);
-    if (!ExpressionParser::ValidateExpression(value, expression, parsers))
-      return false;
-    ExpressionParser::GetAlienLabels(labels, expression, parsers);
-  }
+  ExpressionParser::GetAlienLabels(labels, expression, parsers);
   bool isGood = true;
   for (AString const & label : labels) {
     OutputVariable * const canned = m_manager.GetCannedOutputVariable(label);

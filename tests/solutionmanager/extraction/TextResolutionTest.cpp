@@ -86,7 +86,7 @@ TEST_F(TextResolutionTest, TheStateOfAWordIsThatOfTheVariableElseOfTheQuantity) 
   ValueState const array(Units::kNoUnits, Units::kNoUnitType, 1, val::kRealArray);
   ForceVariable(L"C", L"P", array);
   EXPECT_TRUE(m_extractor->GetValueStateFromText(L"C") == array) << "the stored state, whatever the expression";
-  EXPECT_TRUE(m_extractor->GetValueStateFromText(L"Q") == support::QuantityExtractor::RealState());
+  EXPECT_TRUE(m_extractor->GetValueStateFromText(L"Q") == support::EvaluationExtractor::RealState());
   EXPECT_TRUE(m_extractor->GetValueStateFromText(L"unheard_of") == UnknownQuantity());
 }
 
@@ -114,7 +114,7 @@ TEST_F(TextResolutionTest, InAContextAVariableCountsOnlyWhenItIsValidThere) {
 TEST_F(TextResolutionTest, AVariableThatLeadsBackToItselfIsUnknownInAContext) {
   ForceVariable(L"a", L"P");
   ForceVariable(L"b", L"a");
-  Manager().FindOutputVariable(L"a")->SetValueBaseText(L"b", support::QuantityExtractor::RealState());
+  Manager().FindOutputVariable(L"a")->SetValueBaseText(L"b", support::EvaluationExtractor::RealState());
   SimValueContext const context;
   EXPECT_TRUE(m_extractor->GetValueStateFromText(L"a", &context) == UnknownQuantity());
   EXPECT_TRUE(m_extractor->GetValueStateFromText(L"b", &context) == UnknownQuantity());
@@ -186,7 +186,7 @@ TEST_F(TextResolutionTest, DatasetsAreTheDesktopsManagers) {
   EXPECT_EQ(simValues.askedDatasets[0].context, context);
   EXPECT_EQ(simValues.askedDatasets[0].first, &m_x);
   EXPECT_EQ(simValues.askedDatasets[0].second, &m_y);
-  ValueState const real = support::QuantityExtractor::RealState();
+  ValueState const real = support::EvaluationExtractor::RealState();
   EXPECT_EQ(m_extractor->GetDynamicDatasetValueForValidation(real, ValueState()), &simValues.validationDataset);
   EXPECT_TRUE(simValues.askedStates.at(0) == std::pair(real, ValueState()));
   m_design.simValueManagerHost = nullptr;

@@ -3,6 +3,7 @@
 #include "basekit/message/MessageManager.h"
 #include "basekit/value/AComplex.h"
 #include "basekit/value/Variable.h"
+#include "basekit/value/VariableNameSpace.h"
 #include "plotkit/OutputVariable.h"
 #include "plotkit/SimValue.h"
 #include "plotkit/SolutionPointSet.h"
@@ -26,9 +27,9 @@ public:
 
 /// A product's quantities: P = 10*x + y and Q = P/1000 of report type 1, R = 7 of type 2, the complex C = x + iy of
 /// type 1; in domain 5 none but P.
-class QuantityExtractor : public BaseSimDataExtractor {
+class EvaluationExtractor : public BaseSimDataExtractor {
 public:
-  QuantityExtractor(BaseSolutionManager * manager, BaseSolution * solution, Variable const & x, Variable const & y)
+  EvaluationExtractor(BaseSolutionManager * manager, BaseSolution * solution, Variable const & x, Variable const & y)
       : BaseSimDataExtractor(manager, solution), m_x(x), m_y(y) {}
 
   static ValueState RealState() { return {Units::kNoUnits, Units::kNoUnitType, 1, val::kReal}; }
@@ -102,7 +103,7 @@ private:
 };
 
 /// Knows of which report type and in which context the quantities are.
-class QuantityManager : public TestManager {
+class EvaluationManager : public TestManager {
 public:
   using TestManager::TestManager;
 
@@ -158,12 +159,12 @@ protected:
     m_design.ownVariables.variables = {&m_x, &m_y};
     m_design.ownInstances = {&m_instance};
     m_manager.reset();
-    auto manager = std::make_unique<QuantityManager>(&m_design);
+    auto manager = std::make_unique<EvaluationManager>(&m_design);
     m_quantities = manager.get();
     m_manager = std::move(manager);
     m_manager->InitializeFromDesign(true);
     m_solution = &static_cast<TestSolution &>(SolutionOf(AddSetup(L"Setup", L"Sweep")));
-    m_extractor = new QuantityExtractor(m_manager.get(), m_solution, m_x, m_y);
+    m_extractor = new EvaluationExtractor(m_manager.get(), m_solution, m_x, m_y);
     m_solution->SetExtractor(m_extractor);
     m_desktop.GetMessageManager().AddListener(this);
   }
@@ -187,7 +188,7 @@ protected:
   }
   /// A variable whatever its expression may be, as an edit of something else can leave it.
   OutputVariable & ForceVariable(wchar_t const * name, wchar_t const * text,
-                                 ValueState const & state = QuantityExtractor::RealState()) {
+                                 ValueState const & state = EvaluationExtractor::RealState()) {
     OutputVariable & variable = AddVariable(name, L"P");
     variable.SetValueBaseText(text, state);
     return variable;
@@ -201,12 +202,15 @@ protected:
   double ValueAt(wchar_t const * variable, wchar_t const * variation) {
     return Evaluate(variable, variation) ? m_result.GetSIValue() : std::numeric_limits<double>::quiet_NaN();
   }
-  /// No sets, traces or variation stay with the extractor.
+  /// No sets, traces, variation or context stay with the extractor, nothing global stays installed.
   void ExpectNothingLeft() {
     std::list<Trace *> traces;
     EXPECT_EQ(m_extractor->GetSolutionPointSetsSize(), 0u);
     EXPECT_EQ(m_extractor->GetAvailableTraces(traces), 0);
     EXPECT_TRUE(m_extractor->GetSpecialSweepVariation().empty());
+    EXPECT_EQ(m_extractor->GetSimValueContext(), SimValueContext());
+    EXPECT_EQ(Value::GetValueParser(), nullptr);
+    EXPECT_EQ(VariableNameSpace::Current(), nullptr);
   }
 
   using Told = std::vector<std::pair<long, std::vector<AString>>>;
@@ -220,9 +224,9 @@ protected:
   Variable m_x{L"x", L"1"};
   Variable m_y{L"y", L"2"};
   TestInstance m_instance{m_design, L"x=1; y=2"};
-  QuantityManager * m_quantities = nullptr;
+  EvaluationManager * m_quantities = nullptr;
   TestSolution * m_solution = nullptr;
-  QuantityExtractor * m_extractor = nullptr;
+  EvaluationExtractor * m_extractor = nullptr;
   Value m_result;
   Told m_told;
 };

@@ -93,7 +93,7 @@ TEST_F(QuantityTypesTest, AWordWithoutAReportTypeAddsNothingAndIsNoFault) {
 
 TEST_F(QuantityTypesTest, TheFirstSolutionThatKnowsAWordEndsTheSearch) {
   auto & second = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Other", L"Sweep")));
-  second.SetExtractor(new support::QuantityExtractor(&Manager(), &second, m_x, m_y));
+  second.SetExtractor(new support::EvaluationExtractor(&Manager(), &second, m_x, m_y));
   ASSERT_TRUE(Find(L"P"));
   EXPECT_EQ(m_quantities->askedForReportType, 1);
   EXPECT_EQ(m_reportTypes[1].size(), 1u);
@@ -109,7 +109,7 @@ TEST_F(QuantityTypesTest, AnAnswerOfSeveralReportTypesIsReportedAndTheFirstCount
 TEST_F(QuantityTypesTest, DefinitionsThatGoRoundInACircleAreRefused) {
   ForceVariable(L"a", L"P");
   ForceVariable(L"b", L"a + 1");
-  Manager().FindOutputVariable(L"a")->SetValueBaseText(L"b + 1", support::QuantityExtractor::RealState());
+  Manager().FindOutputVariable(L"a")->SetValueBaseText(L"b + 1", support::EvaluationExtractor::RealState());
   EXPECT_FALSE(Find(L"a"));
   EXPECT_FALSE(Find(L"b + P"));
   ReferencedBy(L"a", false);

@@ -1,0 +1,333 @@
+#include "tests/solutionmanager/extraction/TraceFixture.h"
+
+using support::AssertWatch;
+using support::TestReporter;
+using support::TestTab;
+
+namespace {
+
+class CreateTracesTest : public support::TraceTest {
+protected:
+  CreateTracesTest() { m_reporter.subsweeps = OverX(); }
+
+  std::vector<Trace *> Create() {
+    std::vector<Trace *> traces;
+    int const count = m_extractor->CreateTraces(m_reporter, traces);
+    EXPECT_EQ(count, static_cast<int>(traces.size()));
+    return traces;
+  }
+  static AString TextOf(TraceComponent const * component) { return component ? component->GetExpressionText() : L"-"; }
+  static std::vector<AString> OrdinatesOf(std::vector<Trace *> const & traces) {
+    std::vector<AString> texts;
+    for (Trace const * const trace : traces)
+      texts.push_back(TextOf(trace->GetOrdinate()));
+    return texts;
+  }
+  std::unique_ptr<TraceComponent> Component(AString const & text, SimValueContext const * context = nullptr) {
+    return std::unique_ptr<TraceComponent>(m_extractor->CreateTraceComponent(text, context));
+  }
+
+  TestReporter m_reporter;
+};
+
+SimValueContext ContextOf(int kind) { return SimValueContext(kind, rep::CalculationType{}, 2, 0, 1, 1, 0, 0); }
+
+} // namespace
+
+TEST_F(CreateTracesTest, TheFirstPagePresentGivesTheAbscissa) {
+  EXPECT_EQ(m_extractor->GetXTab(m_reporter), nullptr);
+  for (TabPage const page : {TabPage::kContext, TabPage::kSweep, TabPage::kAngle, TabPage::kX}) {
+    TestTab & tab = m_reporter.Tab(page);
+    EXPECT_EQ(m_extractor->GetXTab(m_reporter), &tab);
+  }
+}
+
+TEST_F(CreateTracesTest, TheFirstPagePresentGivesTheOrdinate) {
+  m_reporter.Tab(TabPage::kQuantity);
+  EXPECT_EQ(m_extractor->GetYTab(m_reporter), m_reporter.GetTab(TabPage::kQuantity));
+  m_reporter.is3D = true;
+  EXPECT_EQ(m_extractor->GetYTab(m_reporter), nullptr) << "in 3D that page is the third component's";
+  for (TabPage const page : {TabPage::kText, TabPage::kTableColumn, TabPage::kComplex, TabPage::kRadius, TabPage::kY}) {
+    TestTab & tab = m_reporter.Tab(page);
+    EXPECT_EQ(m_extractor->GetYTab(m_reporter), &tab);
+  }
+}
+
+TEST_F(CreateTracesTest, TheThirdComponentHasAPageOfItsOwnOrTheOneForASingleQuantity) {
+  TestTab & quantity = m_reporter.Tab(TabPage::kQuantity);
+  EXPECT_EQ(m_extractor->GetZTab(m_reporter), nullptr);
+  m_reporter.is3D = true;
+  EXPECT_EQ(m_extractor->GetZTab(m_reporter), &quantity);
+  TestTab & z = m_reporter.Tab(TabPage::kZ);
+  EXPECT_EQ(m_extractor->GetZTab(m_reporter), &z);
+}
+
+TEST_F(CreateTracesTest, EachOrdinateGivesATraceOverTheSameSet) {
+  m_reporter.instance = &m_instance;
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"dB(S11)", L"S21"});
+  std::vector<Trace *> const traces = Create();
+  EXPECT_EQ(OrdinatesOf(traces), (std::vector<AString>{L"dB(S11)", L"S21"}));
+  ASSERT_EQ(m_extractor->GetSolutionPointSetsSize(), 1u);
+  SolutionPointSet * const set = *m_extractor->GetFirstSolutionPointSet();
+  for (Trace const * const trace : traces) {
+    EXPECT_EQ(&trace->GetSolutionPointSet(), set);
+    EXPECT_TRUE(trace->GetIsShared());
+    EXPECT_EQ(TextOf(trace->GetAbscissa()), L"x");
+    EXPECT_TRUE(trace->GetAbscissa()->IsBound());
+    EXPECT_TRUE(trace->GetOrdinate()->IsBound());
+    EXPECT_NE(trace->GetTrace2D(), nullptr);
+  }
+  EXPECT_NE(traces[0]->GetName(), traces[1]->GetName());
+  EXPECT_EQ(set->GetIDesignInstance(), &m_instance);
+  EXPECT_EQ(m_extractor->GetCurrentSolutionPointSet(), nullptr);
+  EXPECT_EQ(Value::GetValueParser(), nullptr);
+}
+
+TEST_F(CreateTracesTest, TheSameReportMadeTwiceGivesTheSameTraces) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11", L"S21"});
+  std::vector<Trace *> const first = Create();
+  EXPECT_EQ(Create(), first);
+  std::list<Trace *> all;
+  EXPECT_EQ(m_extractor->GetAvailableTraces(all), 2);
+}
+
+TEST_F(CreateTracesTest, AnExtractorThatLoadsForAllSetsSharesNothing) {
+  UseExtractor(new support::LoadingTraceExtractor(&Manager(), m_solution));
+  AddSweep(m_x, {1, 2, 3});
+  m_reporter.subsweeps = OverX();
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  std::vector<Trace *> const first = Create();
+  std::vector<Trace *> const second = Create();
+  ASSERT_EQ(first.size(), 1u);
+  EXPECT_NE(first, second);
+  EXPECT_FALSE(first.front()->GetIsShared());
+}
+
+TEST_F(CreateTracesTest, OnA3DReportTheFirstOrdinateServesOnEveryPassAsMeant) {
+  m_reporter.is3D = true;
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"y", L"2*y"});
+  m_reporter.Tab(TabPage::kZ, {L"S11", L"S21"});
+  std::vector<Trace *> const traces = Create();
+  ASSERT_EQ(traces.size(), 4u);
+  EXPECT_EQ(traces[0], traces[2]);
+  EXPECT_EQ(traces[1], traces[3]);
+  EXPECT_EQ(OrdinatesOf(traces), std::vector<AString>(4, L"y"));
+  EXPECT_TRUE(traces[0]->Is3D());
+  EXPECT_EQ(TextOf(traces[0]->GetLastOrdinate()), L"S11");
+  EXPECT_EQ(TextOf(traces[1]->GetTrace3D()->GetThird()), L"S21");
+  EXPECT_EQ((*m_extractor->GetFirstSolutionPointSet())->FindTrace2D(traces[0]->GetAbscissa(), traces[0]->GetOrdinate()),
+            nullptr);
+}
+
+TEST_F(CreateTracesTest, TracesOfAnUnsolvedSolutionAreDirty) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  EXPECT_TRUE(Create().front()->IsDirty());
+  Solve(*m_solution, L"x=1", {1});
+  EXPECT_EQ(Create().front()->IsDirty(), !m_solution->IsValid());
+  m_solution->Invalidate(nullptr, m_solution->GetVersionID() + 1);
+  EXPECT_TRUE(Create().front()->IsDirty()) << "of an older version";
+}
+
+TEST_F(CreateTracesTest, WithoutAnAbscissaThereIsNothing) {
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  std::vector<Trace *> traces(1, nullptr);
+  EXPECT_EQ(m_extractor->CreateTraces(m_reporter, traces), 0);
+  EXPECT_EQ(traces.size(), 1u);
+  EXPECT_EQ(AssertWatch::Take(), std::vector<std::string>{"xComponentSet.size() == 1"});
+  EXPECT_EQ(Value::GetValueParser(), nullptr);
+}
+
+TEST_F(CreateTracesTest, OfSeveralAbscissasTheFirstServes) {
+  m_reporter.Tab(TabPage::kX, {L"x", L"y"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  AssertWatch::Expect("xComponentSet.size() == 1");
+  std::vector<Trace *> const traces = Create();
+  ASSERT_EQ(traces.size(), 1u);
+  EXPECT_EQ(TextOf(traces.front()->GetAbscissa()), L"x");
+}
+
+TEST_F(CreateTracesTest, WithoutAnOrdinateThereIsNothing) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  AssertWatch::Expect("yComponentSet.size() > 0");
+  EXPECT_TRUE(Create().empty());
+}
+
+TEST_F(CreateTracesTest, WithoutAThirdComponentA3DReportHasNothing) {
+  m_reporter.is3D = true;
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"y"});
+  AssertWatch::Expect("zComponentSet.size() > 0");
+  EXPECT_TRUE(Create().empty());
+}
+
+TEST_F(CreateTracesTest, TheReturnIsTheSizeOfTheWholeOutput) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  std::vector<Trace *> traces(2, nullptr);
+  EXPECT_EQ(m_extractor->CreateTraces(m_reporter, traces), 3);
+}
+
+TEST_F(CreateTracesTest, PlainTextMakesATextTrace) {
+  SolutionPointSet * const set = CreateSet();
+  TextTraceComponent const text(L"Filter A");
+  std::unique_ptr<TraceComponent> const y = Component(L"S11");
+  Trace * const trace = m_extractor->CreateTrace2D(set, const_cast<TextTraceComponent *>(&text), y.get(), true);
+  EXPECT_NE(dynamic_cast<TraceText *>(trace), nullptr);
+  EXPECT_EQ(trace->GetItemName(), L"TraceText");
+  EXPECT_NE(dynamic_cast<TextTraceComponent *>(trace->GetAbscissa()), nullptr);
+}
+
+TEST_F(CreateTracesTest, MissingComponentsStayMissing) {
+  SolutionPointSet * const set = CreateSet();
+  Trace * const trace = m_extractor->CreateTrace2D(set, nullptr, nullptr, true);
+  ASSERT_NE(trace, nullptr);
+  EXPECT_EQ(trace->GetAbscissa(), nullptr);
+  EXPECT_EQ(trace->GetOrdinate(), nullptr);
+  EXPECT_EQ(m_extractor->CreateTrace2D(set, nullptr, nullptr, true), trace);
+  EXPECT_EQ(m_extractor->CreateTrace2D(nullptr, nullptr, nullptr, true), nullptr);
+  EXPECT_EQ(m_extractor->CreateTrace3D(nullptr, nullptr, nullptr, nullptr, true), nullptr);
+}
+
+TEST_F(CreateTracesTest, ATraceThatIsNotSharedIsNotFound) {
+  SolutionPointSet * const set = CreateSet();
+  Trace * const own = AddTrace(set, L"x", L"S11", false);
+  Trace * const shared = AddTrace(set, L"x", L"S11", true);
+  EXPECT_NE(own, shared);
+  EXPECT_EQ(AddTrace(set, L"x", L"S11", true), shared);
+  EXPECT_NE(AddTrace(set, L"x", L"S11", false), shared);
+}
+
+TEST_F(CreateTracesTest, AComponentHoldsWhatItsFunctionIsAppliedTo) {
+  std::unique_ptr<TraceComponent> component = Component(L"dB(S21)");
+  ASSERT_TRUE(component);
+  EXPECT_EQ(component->GetValueText(), L"S21");
+  EXPECT_EQ(component->GetExpressionText(), L"dB(S21)");
+  EXPECT_EQ(component->GetFunctionID(), Value::GetFunctionID(L"dB"));
+  EXPECT_EQ(component->GetCategory(), 12);
+  EXPECT_EQ(component->GetUnits(), Units::kNoUnits);
+  component = Component(L"S21");
+  EXPECT_EQ(component->GetFunctionID(), 0);
+  EXPECT_EQ(component->GetCategory(), 12);
+  component = Component(L"S11+S21");
+  EXPECT_EQ(component->GetValueText(), L"S11+S21");
+  EXPECT_EQ(component->GetCategory(), 0);
+  EXPECT_EQ(Component(L"nobody"), nullptr);
+  EXPECT_EQ(Component(L""), nullptr);
+  EXPECT_EQ(Value::GetValueParser(), nullptr);
+}
+
+TEST_F(CreateTracesTest, VariablesAreOfCategoryOneAndThePassVariableIsMarked) {
+  std::unique_ptr<TraceComponent> component = Component(L"x");
+  EXPECT_EQ(component->GetCategory(), 1);
+  EXPECT_FALSE(component->IsPass());
+  component = Component(L"Pass");
+  if (component) {
+    EXPECT_TRUE(component->IsPass());
+  }
+}
+
+TEST_F(CreateTracesTest, OutputVariablesAreOfCategoryTwoAndShowTheUnitsOfTheirTexts) {
+  ASSERT_NE(AddVariable(L"Loss", L"dB(S21)"), nullptr);
+  std::unique_ptr<TraceComponent> const component = Component(L"Loss");
+  ASSERT_TRUE(component);
+  EXPECT_EQ(component->GetCategory(), 2);
+  Value value(Units::kNoUnits);
+  Units::FullUnitType units = Units::kMetre;
+  int category = 5;
+  bool isPass = false;
+  OutputVariable const stranger(L"Loss");
+  ValueBase const * inner = &stranger;
+  m_extractor->AnalyzeQuantity(value, units, category, isPass, inner);
+  EXPECT_EQ(category, 1) << "another object of that name";
+  OutputVariable const unknown(L"Unknown");
+  units = Units::kMetre;
+  inner = &unknown;
+  m_extractor->AnalyzeQuantity(value, units, category, isPass, inner);
+  EXPECT_EQ(category, 1);
+  EXPECT_EQ(units, Units::kMetre);
+  category = 5;
+  inner = nullptr;
+  m_extractor->AnalyzeQuantity(value, units, category, isPass, inner);
+  EXPECT_EQ(category, 5);
+}
+
+TEST_F(CreateTracesTest, WordsAreReadInTheContextThatWasGiven) {
+  SimValueContext const context = ContextOf(9);
+  std::unique_ptr<TraceComponent> const component = Component(L"S11", &context);
+  EXPECT_EQ(component->GetSimValueContext(), context);
+  AString function;
+  auto const * const value = dynamic_cast<SimValue const *>(component->GetValue().StripFunction(function));
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->GetSimValueContext(), context);
+  EXPECT_EQ(m_extractor->GetSimValueContext(), context);
+}
+
+TEST_F(CreateTracesTest, PagesReadTheirWordsInTheirOwnContexts) {
+  TestTab tab;
+  tab.context = ContextOf(9);
+  tab.type = 12;
+  m_extractor->SetSimValueContext(nullptr);
+  std::unique_ptr<TraceComponent> const component(m_extractor->CreateTraceComponent(tab, L"S11", 0));
+  ASSERT_TRUE(component);
+  EXPECT_EQ(component->GetValueText(), L"S11");
+  EXPECT_EQ(component->GetCategory(), 12);
+  EXPECT_EQ(component->GetSimValueContext(), tab.context);
+  EXPECT_EQ(m_extractor->GetSimValueContext(), SimValueContext());
+  Trace * const trace = m_extractor->CreateTrace2D(CreateSet(), nullptr, component.get(), true);
+  AString function;
+  auto const * const value = dynamic_cast<SimValue const *>(trace->GetOrdinate()->GetValue().StripFunction(function));
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->GetSimValueContext(), tab.context);
+}
+
+TEST_F(CreateTracesTest, APageOfASubcircuitNamesItWhereTheDataAreNotImported) {
+  TestTab tab;
+  tab.text = L"X1";
+  std::unique_ptr<TraceComponent> component(m_extractor->CreateTraceComponent(tab, L"S11", 0));
+  EXPECT_EQ(component->GetValueText(), L"X1:S11");
+  component.reset(m_extractor->CreateTraceComponent(tab, L"dB(X1:S11)", 0));
+  EXPECT_EQ(component->GetValueText(), L"dB(X1:S11)");
+}
+
+TEST_F(CreateTracesTest, AFunctionOfAnOutputVariableTellsTheUnitsOfTheWhole) {
+  ASSERT_NE(AddVariable(L"Loss", L"S21"), nullptr);
+  TestTab tab;
+  tab.type = 2;
+  int const decibel = Value::GetFunctionID(L"dB");
+  std::unique_ptr<TraceComponent> component(m_extractor->CreateTraceComponent(tab, L"Loss", decibel));
+  EXPECT_EQ(component->GetValueText(), L"Loss");
+  EXPECT_EQ(component->GetFunctionID(), decibel);
+  EXPECT_EQ(component->GetUnits(), Units::kDecibel);
+  EXPECT_EQ(component->GetExpressionText(), L"dB(Loss)");
+  component.reset(m_extractor->CreateTraceComponent(tab, L"Unknown", decibel));
+  EXPECT_EQ(component->GetUnits(), Units::kNoUnits);
+}
+
+TEST_F(CreateTracesTest, UnderTheReporterRewriteNothingIsMade) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  SolutionPointSet * const set = CreateSet();
+  m_desktop.rewrite = true;
+  std::vector<Trace *> traces;
+  EXPECT_EQ(m_extractor->CreateTraces(m_reporter, traces), 0);
+  EXPECT_EQ(m_extractor->CreateTraceComponent(L"S11", nullptr), nullptr);
+  EXPECT_EQ(m_extractor->CreateTraceComponent(TestTab(), L"S11", 0), nullptr);
+  EXPECT_EQ(m_extractor->CreateTrace2D(set, nullptr, nullptr, true), nullptr);
+  EXPECT_EQ(m_extractor->CreateTrace3D(set, nullptr, nullptr, nullptr, true), nullptr);
+  EXPECT_EQ(AssertWatch::Take(),
+            std::vector<std::string>(5, "!\"Not supported, use new reportsetupmodule for this!\""));
+  OutputVariable const variable(L"v");
+  ValueBase const * inner = &variable;
+  Units::FullUnitType units = Units::kMetre;
+  int category = 5;
+  bool isPass = false;
+  m_extractor->AnalyzeQuantity(Value(), units, category, isPass, inner);
+  EXPECT_EQ(category, 5);
+  EXPECT_EQ(AssertWatch::Take(),
+            std::vector<std::string>{"!\"Should be going directly to the OutputVariablesModule/Mgr!\""});
+}
