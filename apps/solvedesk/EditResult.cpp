@@ -10,6 +10,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace solvedesk {
 namespace {
 
@@ -29,9 +31,21 @@ std::string ValidText(std::size_t before, std::size_t after) {
   return fmt::format("{} valid before, {} now\n", Count(static_cast<long long>(before), "point"), after);
 }
 
+// Those of which more curves are to be evaluated again than before.
+std::vector<desktop::LiveReports::State> NewlyDirty(std::vector<desktop::LiveReports::State> const & before,
+                                                    std::vector<desktop::LiveReports::State> states) {
+  std::erase_if(states, [&before](auto const & now) {
+    return now.dirty == 0 || std::any_of(before.begin(), before.end(), [&now](auto const & former) {
+             return former.report == now.report && former.dirty >= now.dirty;
+           });
+  });
+  return states;
+}
+
 } // namespace
 
-EditResult::EditResult(desktop::Session & session) : m_session(session), m_validBefore(CountValid(session)) {}
+EditResult::EditResult(desktop::Session & session)
+    : m_session(session), m_validBefore(CountValid(session)), m_reportsBefore(session.GetLiveReports().States()) {}
 
 void EditResult::Print(OutputOptions const & output, std::string const & project, bool isChanged,
                        std::string const & unchanged) const {
@@ -57,11 +71,18 @@ void EditResult::Print(OutputOptions const & output, std::string const & project
   for (desktop::EditChange const & change : changes)
     text += ChangeText(change) + "\n";
   text += ValidText(m_validBefore, validAfter);
+  auto const dirty = NewlyDirty(m_reportsBefore, m_session.GetLiveReports().States());
+  for (auto const & report : dirty)
+    text += fmt::format("report {}: {} of {} to be updated\n", Utf8(report.report), report.dirty,
+                        Count(static_cast<long long>(report.all), "trace"));
   nlohmann::ordered_json document{{"project", Utf8(ProjectPath(project))}, {"changed", isChanged}};
   document.update(items);
   document["changes"] = ChangesJson(changes);
   document["valid_points_before"] = m_validBefore;
   document["valid_points"] = validAfter;
+  for (auto const & report : dirty)
+    document["reports"].push_back(
+        {{"report", Utf8(report.report)}, {"to_be_updated", report.dirty}, {"traces", report.all}});
   document["unsaved_changes"] = m_session.HasUnsavedChanges();
   PrintResult(output, text, document);
 }

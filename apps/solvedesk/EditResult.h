@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/solvedesk/Console.h"
+#include "desktop/report/LiveReports.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -20,7 +21,8 @@ class EditResult {
 public:
   /// Before the edit.
   explicit EditResult(desktop::Session & session);
-  /// After it: the changes that it made, and how many points are valid now.
+  /// After it: the changes that it made, and how many points are valid now, and
+  /// which reports that were shown no longer hold.
   void Print(OutputOptions const & output, std::string const & project, bool isChanged,
              std::string const & unchanged = "nothing to change") const;
   /// The same with items of the verb's own in front of the others.
@@ -37,6 +39,7 @@ private:
 
   desktop::Session & m_session;
   std::size_t m_validBefore;
+  std::vector<desktop::LiveReports::State> m_reportsBefore;
 };
 
 /// "variable C: 1 -> 2".

@@ -111,6 +111,10 @@ void Program::AddVerbs() {
   AddSaveVerb(*m_app, m_action);
   AddDiscardVerb(*m_app, m_action);
   AddValuesVerb(*m_app, m_action);
+  AddReportVerb(*m_app, m_action);
+  AddVarVerb(*m_app, m_action);
+  AddEvalVerb(*m_app, m_action);
+  AddPortVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
   AddAttachVerb(*m_app, m_action);
   AddAttachmentsVerb(*m_app, m_action);

@@ -1,6 +1,7 @@
 #include "apps/solvedesk/ValueTable.h"
 
 #include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/ReportText.h"
 #include "basekit/text/NumberText.h"
 #include "basekit/text/Utf8.h"
 
@@ -28,15 +29,6 @@ std::string NumberAt(QuantityValues const & quantity, std::size_t row) {
   if (quantity.isScalar)
     row = 0;
   return row < quantity.values.size() ? text::ShortestReal(quantity.values[row]) : std::string();
-}
-
-std::string CsvField(std::string const & text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos)
-    return text;
-  std::string quoted = "\"";
-  for (char const c : text)
-    quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + "\"";
 }
 
 // Whoever reads by names would take one column for the other.

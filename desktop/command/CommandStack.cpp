@@ -79,6 +79,13 @@ void CommandStack::Clear() {
   m_groupHasEntry = false;
 }
 
+std::vector<KelvroCommand *> CommandStack::CommandsAt(std::size_t index) const {
+  std::vector<KelvroCommand *> commands;
+  for (auto const & step : m_entries[index]->steps)
+    commands.push_back(step.get());
+  return commands;
+}
+
 AString const & CommandStack::NameAt(std::size_t index) const { return m_entries.at(index)->name; }
 
 long CommandStack::SerialAt(std::size_t index) const { return m_entries.at(index)->serial; }

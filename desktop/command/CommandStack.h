@@ -37,6 +37,8 @@ public:
   /// How many of the entries stand.
   std::size_t Position() const { return m_position; }
   AString const & NameAt(std::size_t index) const;
+  /// In the order in which they were carried out.
+  std::vector<KelvroCommand *> CommandsAt(std::size_t index) const;
   /// Tells the entry from all others of this stack; above 0.
   long SerialAt(std::size_t index) const;
   /// Of the entry that the next command will be, or joins.

@@ -23,6 +23,7 @@ public:
   std::unique_ptr<KelvroCommand> command;
   std::vector<EditChange> changes;
   bool isInvalidation = false;
+  bool changesResults = false; ///< solved data goes, and comes back with undo
 };
 
 } // namespace desktop

@@ -1,13 +1,17 @@
 // How an edit runs: as a command, told to the log, autosaved, and all taken back when one of these fails.
 #include "desktop/command/Editor.h"
 
+#include "basekit/command/PropertyCommandInfo.h"
+#include "basekit/value/Variable.h"
 #include "desktop/Error.h"
 #include "desktop/command/DesignState.h"
 #include "desktop/command/Edit.h"
 #include "desktop/command/MisfitVariations.h"
+#include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/LiveReports.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -16,6 +20,33 @@
 namespace desktop {
 
 namespace {
+
+using VariableTexts = std::map<AString, AString, AString::NoCaseLess>;
+
+VariableTexts TextsOf(Design const & design) {
+  VariableTexts texts;
+  for (Variable const * const variable : design.GetVariables())
+    texts[variable->GetName()] = variable->GetValueText();
+  return texts;
+}
+
+// What listeners of the command want to know.
+void TellOfVariables(VariableTexts const & before, VariableTexts const & after, KelvroCommand & command) {
+  auto info = std::make_unique<PropertyCommandInfo>();
+  constexpr unsigned kVariable = PropertyCommandInfo::kVariableProp;
+  for (auto const & [name, text] : before) {
+    auto const now = after.find(name);
+    if (now == after.end())
+      info->AddProperty(name, kVariable | PropertyCommandInfo::kDeleted);
+    else if (now->second != text)
+      info->AddProperty(now->first, kVariable | PropertyCommandInfo::kEdited);
+  }
+  for (auto const & [name, text] : after)
+    if (before.find(name) == before.end())
+      info->AddProperty(name, kVariable | PropertyCommandInfo::kCreated);
+  if (!info->GetProperties().empty())
+    command.SetInfo(KelvroCommandInfo::kDesignProperties, info.release());
+}
 
 void RefuseFailure(DeltaFailure & failure) {
   AString const text = failure.Take();
@@ -32,6 +63,7 @@ Editor::~Editor() = default;
 bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & work, TextsChanges const & texts) {
   m_session.RefuseWhenReadOnly();
   DesignState const before(m_session);
+  VariableTexts const variablesBefore = TextsOf(m_session.GetDesign());
   EditLog const formerLog = m_session.GetEditLog();
   Edit edit(name);
   bool const isFirst = m_session.BeginAutosave(InverseOf(texts));
@@ -46,6 +78,7 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
     auto const story =
         std::make_shared<EditStory const>(EditStory{name, EditStory::Way::kDone, edit.changes, m_history.NextSerial()});
     TellLog(before, story, edit.isInvalidation);
+    TellOfVariables(variablesBefore, TextsOf(m_session.GetDesign()), *edit.command);
     MarkMisfits(m_session);
     m_session.Autosave();
   } catch (...) {
@@ -57,9 +90,11 @@ bool Editor::Run(AString const & name, std::function<void(Edit & edit)> const & 
       m_session.EndAutosave();
     throw;
   }
+  FollowInLiveReports({edit.command.get()}, edit.changesResults);
   Told & told = m_told[m_history.NextSerial()];
   told.changes.insert(told.changes.end(), edit.changes.begin(), edit.changes.end());
   told.isInvalidation = edit.isInvalidation;
+  told.changesResults = told.changesResults || edit.changesResults;
   told.texts.insert(told.texts.end(), texts.begin(), texts.end());
   m_lastChanges = told.changes;
   m_history.Push(std::move(edit.command));
@@ -124,8 +159,19 @@ bool Editor::Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(),
       m_session.EndAutosave();
     throw;
   }
+  FollowInLiveReports(m_history.CommandsAt(index), told.changesResults);
   m_lastChanges = story.changes;
   return true;
+}
+
+void Editor::FollowInLiveReports(std::vector<KelvroCommand *> const & commands, bool changesResults) {
+  LiveReports & reports = m_session.GetLiveReports();
+  if (reports.IsEmpty())
+    return;
+  for (KelvroCommand * const command : commands)
+    reports.Follow(*command);
+  if (changesResults)
+    reports.ResultsChanged();
 }
 
 void Editor::TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation) {

@@ -7,11 +7,13 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
 class BaseSimulationSetup;
 class BaseSolution;
+class OutputVariable;
 namespace io {
 class CBlock;
 }
@@ -20,6 +22,7 @@ namespace desktop {
 
 class DesignState;
 class Session;
+struct ReportDefinition;
 struct SourceBase;
 struct SourceFile;
 struct SourceMerge;
@@ -62,6 +65,21 @@ public:
   /// the number of blocks of data that went.
   int DeleteVariation(AString const & variation, AString const & setupName);
 
+  // Reports, by name.  A setup or variable that is renamed takes its new name into them.
+  void AddReport(ReportDefinition const & report);
+  /// The definition takes the place of the named one.
+  bool EditReport(AString const & name, ReportDefinition const & report);
+  void RemoveReport(AString const & name);
+
+  /// Ports by name, with the impedance in ohm that results are told with from now on; without one that which they were
+  /// solved with.  Nothing becomes stale.
+  bool ShowPorts(std::vector<std::pair<AString, std::optional<double>>> const & impedances);
+
+  // Output variables: named expressions, by the rules that the solution manager has for them
+  void AddOutputVariable(AString const & name, AString const & expression);
+  bool EditOutputVariable(AString const & name, AString const & expression);
+  void DeleteOutputVariable(AString const & name);
+
   /// Reads the source again when its files have changed: one edit.  What the source changes is taken over, save where
   /// the user changed the same thing here; then that stands, and a notice tells.
   bool Reload(std::vector<AString> & notices);
@@ -84,6 +102,7 @@ private:
   struct Told {
     std::vector<EditChange> changes;
     bool isInvalidation = false;
+    bool changesResults = false;
     TextsChanges texts;
   };
 
@@ -92,6 +111,8 @@ private:
   bool Run(AString const & name, std::function<void(Edit & edit)> const & work, TextsChanges const & texts = {});
   bool Step(bool (CommandStack::*forward)(), bool (CommandStack::*back)(), long serial, EditStory::Way way);
   void TellLog(DesignState const & before, std::shared_ptr<EditStory const> const & story, bool isInvalidation);
+
+  void FollowInLiveReports(std::vector<KelvroCommand *> const & commands, bool changesResults);
 
   void ChangeVariables(Edit & edit, std::vector<std::pair<AString, AString>> const & variables);
   bool RunWithTexts(AString const & command, std::vector<std::pair<AString, AString>> const & variables,
@@ -108,6 +129,15 @@ private:
   void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
   BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);
   void TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, std::vector<SourceFile> const & files);
+
+  void ChangeReports(Edit & edit, std::vector<ReportDefinition> const & reports);
+  /// A change of the definitions by one of their texts.
+  void FollowInReports(Edit & edit, std::function<void(ReportDefinition & report)> const & change);
+  /// Also in those of output variables.
+  void RenameInExpressions(Edit & edit, AString const & name, AString const & newName);
+  /// Those that make no sense after a change of the design's names become 0, which the user is told.
+  void SettleOutputVariables(Edit & edit);
+  OutputVariable & FindOutputVariable(AString const & name) const;
 
   BaseSimulationSetup & FindSetup(AString const & name) const;
   BaseSolution & FindSolution(AString const & name) const;

@@ -52,6 +52,7 @@ int Editor::DeleteVariation(AString const & variation, AString const & setupName
                 AString(L"'") + variation + L"': nothing is solved at this variation; `info` lists what is");
   int blocks = 0;
   Run(AString(L"delete --variation '") + variation + L"'", [&](Edit & edit) {
+    edit.changesResults = true;
     for (auto const & [solution, text] : doomed) {
       auto * const deletion = new VariationDeletion(*solution, text, m_failure);
       edit.command->AddDeltaState(deletion);

@@ -175,6 +175,7 @@ void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, S
     project.SetSourceBase(kept->second);
     *kept = std::move(present);
   });
+  SettleOutputVariables(edit);
 }
 
 } // namespace desktop

@@ -9,6 +9,7 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/ReportDefinition.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -112,6 +113,10 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
                        L": the setup's new name can't be stored; make room or get permission, and try again");
     });
     edit.Tell(L"name of setup", former, newName);
+    FollowInReports(edit, [&](ReportDefinition & report) {
+      if (AString::MatchNoCase(report.setup, former))
+        report.setup = newName;
+    });
   });
 }
 

@@ -130,6 +130,7 @@ bool Editor::RenameVariable(AString const & name, AString const & newName) {
   }
   texts[index].first = newName;
   auto const follow = [&](Edit & edit) {
+    RenameInExpressions(edit, formerName, newName);
     if (AString::MatchNoCase(formerName, newName))
       return;
     SourceBase const & base = m_session.GetProject().GetSourceBase();
@@ -182,6 +183,7 @@ bool Editor::RunWithTexts(AString const & command, Texts const & variables, Text
       edit.Exchange([renaming] { renaming->Exchange(); });
     }
     follow(edit);
+    SettleOutputVariables(edit);
   };
   return Run(command, work, changes);
 }

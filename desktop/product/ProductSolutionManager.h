@@ -13,6 +13,9 @@ class BaseSolution;
 
 namespace desktop {
 
+class QuantityExtractor;
+struct QuantityReportType;
+
 /// Base of the solution managers of products in this desktop: reads and writes a design's module in the order that
 /// keeps every solved point.  A product derives from it, makes its own setups and names its results folder.
 ///
@@ -59,6 +62,23 @@ public:
   /// The folder, with its '/', below which solutions keep result files; made when asked to.
   AString GetResultFilesFolder(bool create) const;
 
+  // ISolutionReporter: what the extractors of the solutions say, those that are QuantityExtractors.
+  int GetReportTypeNames(std::vector<AString> & names) const override;
+  /// By name without case; 0 for an unknown one.
+  unsigned GetReportType(AString const & name) const override;
+  int GetDisplayTypes(std::vector<rep::DisplayType> & types, unsigned reportType) const override;
+  int GetISimDataExtractors(std::vector<ISimDataExtractor *> & extractors, unsigned reportType,
+                            bool includeImported) const override;
+  int GetIDesignDataExtractors(std::vector<IDesignDataExtractor *> & extractors, unsigned reportType) const override;
+  /// Numbers that run over nothing go with quantities of any one report type.
+  bool GetQuantityTypeInfo(ReportTypeMap & reportTypes, AString const & expression,
+                           std::vector<OutputVariable *> * variables, SimValuesByReportType * simValues,
+                           SolutionPointSet * pointSet) const override;
+
+  /// An edit of an output variable reaches the expressions that lead to it.
+  using BaseSolutionManager::IsExpressionAffectedByMinorEdits;
+  bool IsExpressionAffectedByMinorEdits(KelvroCommand const * command, CParsedExpressionCache * cache) const override;
+
 protected:
   /// Library to objects (or recovery), setups that only the design knows made, the design's names and versions applied,
   /// definition blocks read again, objects that the design deleted left out, variations that only the key list knows
@@ -70,12 +90,19 @@ protected:
   bool DefinitionFileWrite(io::CBlock & block) override;
   /// Versions are told by setup and solution names, so the design's names come first.
   void SetRecoveredVersionIDs() override;
+  /// The context of that name or number; an unknown one changes nothing.
+  void SetSimValueContext(SimValueContext & context, AString const & text, ISimDataExtractor const * extractor,
+                          std::vector<unsigned> const & reportTypes) const override;
+  ValueState GetReportTypeForSimValues(ReportTypeMap & reportTypes, AString const & text,
+                                       ISimDataExtractor const * extractor) const override;
 
   /// While a design is read: the type that its block gives to a setup, empty for an unknown one.  The library tells
   /// nobody's type, so CreateSimulationSetup(id, version, "") asks here.
   AString TypeOfSetupBeingRead(long id) const;
 
 private:
+  std::vector<QuantityExtractor *> GetQuantityExtractors(bool includeImported) const;
+  QuantityReportType const * FindReportType(unsigned number) const;
   bool WasTakenOver() const;
   void CreateMissingSetups();
   void ApplyNames();

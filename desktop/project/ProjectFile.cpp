@@ -98,8 +98,9 @@ std::string EncodeProject(ProjectRecord const & record, ProjectFileKind kind) {
   block << io::named(kProduct, record.productName) << io::named(kGeneration, record.generation)
         << io::named(kDesignName, record.designName) << io::named(kDesignID, record.designID) << sources << record.ids
         << record.design << record.module << record.sourceBase << record.edits;
-  if (!record.pendingTexts.Empty())
-    block << record.pendingTexts;
+  for (io::CBlock const * const part : {&record.reports, &record.pendingTexts})
+    if (!part->Empty())
+      block << *part;
   std::string bytes;
   Append(head, bytes);
   Append(block, bytes);
@@ -170,6 +171,7 @@ ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, Lon
     RefuseDamaged(file, kind);
   TakeBlock(*block, record.sourceBase);
   TakeBlock(*block, record.edits);
+  TakeBlock(*block, record.reports);
   TakeBlock(*block, record.pendingTexts);
   return record;
 }

@@ -15,6 +15,8 @@
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/report/LiveReports.h"
+#include "desktop/report/ReportList.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 
@@ -26,7 +28,8 @@ constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 
 } // namespace
 
-Session::Session(Access access) : m_access(access), m_editLog(std::make_unique<EditLog>()) {}
+Session::Session(Access access)
+    : m_access(access), m_editLog(std::make_unique<EditLog>()), m_reports(std::make_unique<ReportList>()) {}
 
 Session::~Session() {
   if (m_manager)
@@ -73,6 +76,12 @@ Editor & Session::GetEditor() {
   return *m_editor;
 }
 
+LiveReports & Session::GetLiveReports() {
+  if (!m_liveReports)
+    m_liveReports = std::make_unique<LiveReports>(*this);
+  return *m_liveReports;
+}
+
 void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assignments) {
   GetEditor().SetVariables(assignments);
 }
@@ -86,6 +95,7 @@ ProjectRecord Session::MakeRecord() const {
   m_design->Write(record.design);
   WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
   m_editLog->Write(record.edits);
+  m_reports->Write(record.reports);
   if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");

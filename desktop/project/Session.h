@@ -26,9 +26,11 @@ class Design;
 class Editor;
 class EditLog;
 class IDesktopProduct;
+class LiveReports;
 class ProductSolutionManager;
 class Project;
 class ProjectLock;
+class ReportList;
 class SaveProtocol;
 enum class ProjectFileKind;
 struct ProjectRecord;
@@ -74,6 +76,11 @@ public:
   Editor & GetEditor();
   EditLog & GetEditLog() { return *m_editLog; }
   EditLog const & GetEditLog() const { return *m_editLog; }
+  /// The definitions of the project's reports, which the editor changes.
+  ReportList & GetReports() { return *m_reports; }
+  ReportList const & GetReports() const { return *m_reports; }
+  /// Those of them that were looked at in this session.
+  LiveReports & GetLiveReports();
   /// Sets design variables; an unknown name or a value that is no number is refused before anything changes.
   void SetVariables(std::vector<std::pair<AString, AString>> const & assignments);
   /// Project file, library, mirrored stores and managed files become what they are now, all of them or none; the
@@ -135,6 +142,7 @@ private:
   void TellOfLostFiles();
   void LeaveOutFilesOfASave();
   void MakeDesign(ProjectRecord const & record);
+  void ReadReports(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
   void CopyAside(LongFileName const & file, AString const & why);
@@ -174,7 +182,9 @@ private:
   std::unique_ptr<Design> m_design;
   std::unique_ptr<ProductSolutionManager> m_manager;
   std::unique_ptr<EditLog> m_editLog;
-  /// Refers to all that stands above.
+  std::unique_ptr<ReportList> m_reports;
+  /// These refer to what stands above.
+  std::unique_ptr<LiveReports> m_liveReports;
   std::unique_ptr<Editor> m_editor;
   IDesktopProduct const * m_product = nullptr;
   std::vector<AString> m_notices;

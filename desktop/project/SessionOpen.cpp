@@ -22,6 +22,8 @@
 #include "desktop/project/SaveProtocol.h"
 #include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/LiveReports.h"
+#include "desktop/report/ReportList.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
@@ -354,6 +356,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
                                          record.productName +
                                          L"', which this program does not have; use one that has it");
   m_editor.reset(); // They know the design that goes.
+  m_liveReports.reset();
   CloseManager();
   m_project->SetSourceFiles(record.sources);
   SourceBase base;
@@ -363,6 +366,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
     base.date = AString();
   }
   m_project->SetSourceBase(base);
+  ReadReports(record);
   m_editLog->Read(record.edits); // What can't be read there leaves the reasons unknown, no more.
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());
   if (!m_design->Read(record.design))
@@ -377,6 +381,16 @@ void Session::MakeDesign(ProjectRecord const & record) {
         text = change.Apply(text);
       return text;
     });
+}
+
+// A state is read twice where the first reading only checks it.
+void Session::ReadReports(ProjectRecord const & record) {
+  std::vector<AString> notices;
+  m_reports->Read(record.reports, notices);
+  for (AString const & notice : notices)
+    if (AString const told = m_project->GetFile().FilePath() + L": " + notice;
+        std::find(m_notices.begin(), m_notices.end(), told) == m_notices.end())
+      m_notices.push_back(told);
 }
 
 void Session::ReadLibrary(ProjectRecord const & record) {

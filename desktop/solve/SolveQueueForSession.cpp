@@ -5,6 +5,7 @@
 #include "desktop/product/SolveJob.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/LiveReports.h"
 #include "desktop/solve/SolveQueue.h"
 
 namespace desktop {
@@ -17,6 +18,7 @@ SolveSite SiteOf(Session & session) {
     session.CheckSourceUnchanged();
     session.BeginAutosave();
     session.Autosave();
+    session.GetLiveReports().ResultsChanged();
   };
   auto const sources = [&session] {
     std::vector<JobSource> files;

@@ -17,6 +17,8 @@ class ISolvedColumns {
 public:
   virtual ~ISolvedColumns() = default;
 
+  /// Also while nothing is loaded: whether samples run over a variable that is neither the design's nor intrinsic.
+  virtual bool IsAxis(AString const &) const { return false; }
   virtual std::size_t GetSampleCount() const = 0;
   /// An intrinsic variable's values at the samples (Freq, Pass); false for a variable that the data does not run over.
   virtual bool GetVariableColumn(AString const & variable, std::vector<double> & values) const = 0;

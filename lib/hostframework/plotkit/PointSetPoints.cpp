@@ -2,8 +2,10 @@
 
 #include "CoreInterfaces/IVariableServer.h"
 #include "CoreInterfaces/desktop/IDesignInstance.h"
+#include "CoreInterfaces/solution/ISimDataExtractor.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/value/Variable.h"
+#include "plotkit/ISolvedColumns.h"
 #include "plotkit/SolutionPointSet.h"
 #include "plotkit/SweepValues.h"
 
@@ -19,9 +21,12 @@ double CountOf(std::vector<SubsweepPoints const *> const & subsweeps) {
 } // namespace
 
 PointSetPoints::PointSetPoints(SolutionPointSet const & pointSet, IVariableServer const * server) : m_server(server) {
+  auto const * const columns = dynamic_cast<ISolvedColumns const *>(pointSet.GetISimDataExtractor());
   for (Subsweep const * const subsweep : pointSet.GetSubsweeps()) {
     m_subsweeps.push_back(std::make_unique<SubsweepPoints>(*subsweep));
-    (m_subsweeps.back()->IsMinor() ? m_minors : m_majors).push_back(m_subsweeps.back().get());
+    SubsweepPoints const & points = *m_subsweeps.back();
+    bool const isMinor = points.IsMinor() || (columns && columns->IsAxis(points.GetName()));
+    (isMinor ? m_minors : m_majors).push_back(&points);
   }
   if (IDesignInstance const * const instance = pointSet.GetIDesignInstance())
     VariableValues::ResolveVariationKey(instance->GetVariationKey(), nullptr, m_instanceValues, nullptr, true);

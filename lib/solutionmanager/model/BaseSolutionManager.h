@@ -384,6 +384,8 @@ public:
   /// about to ask for many.
   void IssueVariationIDs(std::vector<AString> const & variations);
   VariationIDMap const & GetVariationIDMap() const { return m_VariationIDMap; }
+  /// GetVariationID of a text that has one; false, and nothing is issued, without.
+  bool FindVariationID(AString const & variation, long & id) const;
   static void WriteVariationIDBlockFunc(io::CBlock & block, VariationIDMap::value_type const & entry);
 
   // Recovery
@@ -451,7 +453,6 @@ private:
 
   void BuildMembers();
   SetupDirectory Directory() const;
-  bool FindVariationID(AString const & variation, long & id) const;
   void TellJournal(VariationIDMap::const_iterator entry) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   void MakeObjectsOf(SolutionVariationKey const & key);

@@ -1,13 +1,18 @@
 #pragma once
 
-#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "desktop/product/quantity/QuantityExtractor.h"
 
 namespace command {
 
-/// The report side's door to one result; without it the solution would not count as valid.
-class CommandExtractor : public BaseSimDataExtractor {
+/// The report side's door to one result: the numbers and columns that the program left, under the names that the solver
+/// file gives them.  They are known once something is solved.
+class CommandExtractor : public desktop::QuantityExtractor {
 public:
-  using BaseSimDataExtractor::BaseSimDataExtractor;
+  using QuantityExtractor::QuantityExtractor;
+
+protected:
+  std::unique_ptr<desktop::IQuantityCatalogue> MakeCatalogue(BaseSolutionVariation const * solved) const override;
+  std::unique_ptr<desktop::ISolvedQuantities> OpenQuantities(BaseSolutionVariation const & solved) const override;
 };
 
 } // namespace command

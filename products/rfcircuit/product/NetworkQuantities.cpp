@@ -1,6 +1,7 @@
 #include "products/rfcircuit/product/NetworkQuantities.h"
 
 #include "products/rfcircuit/product/NetworkData.h"
+#include "products/rfcircuit/product/quantity/NetworkView.h"
 
 #include <utility>
 
@@ -19,15 +20,16 @@ std::vector<desktop::QuantityValues> QuantitiesOf(NetworkData const & data) {
   std::vector<desktop::QuantityValues> quantities;
   if (data.IsEmpty())
     return quantities;
-  quantities.push_back({kFrequency, L"Hz", AString(), false, data.Frequencies()});
-  std::size_t const ports = data.Ports().size();
+  NetworkView view(data, PortConditions());
+  quantities.push_back({kFrequency, L"Hz", AString(), false, view.Frequencies()});
+  std::size_t const ports = view.CountPorts();
   for (std::size_t row = 0; row < ports; ++row)
     for (std::size_t column = 0; column < ports; ++column) {
       std::vector<double> real;
       std::vector<double> imaginary;
-      for (std::size_t i = 0; i < data.Frequencies().size(); ++i) {
-        real.push_back(data.S(i, row, column).real());
-        imaginary.push_back(data.S(i, row, column).imag());
+      for (std::complex<double> const & number : view.S(row, column)) {
+        real.push_back(number.real());
+        imaginary.push_back(number.imag());
       }
       AString const name = NameOf(ports, row, column);
       quantities.push_back({name + L".re", AString(), kFrequency, false, std::move(real)});

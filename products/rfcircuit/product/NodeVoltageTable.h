@@ -20,5 +20,7 @@ struct NodeVoltages {
 /// A table that spreadsheets and people read: comments behind '#', a line of headings, a row for each node with the
 /// real and the imaginary part for each port.  Numbers read back bit for bit.
 AString NodeVoltageTable(NodeVoltages const & voltages, AString const & setup, AString const & variation);
+/// Reads nodes, ports and values of such a table, in UTF-8; the frequency stays.  False for anything else.
+bool ReadNodeVoltageTable(std::string const & table, NodeVoltages & voltages);
 
 } // namespace rfcircuit

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IPortProduct.h"
 #include "desktop/product/IQuantityProduct.h"
 
 namespace rfcircuit {
@@ -9,6 +10,7 @@ namespace rfcircuit {
 /// file defines is a design variable.
 class RfCircuitProduct : public desktop::IDesktopProduct,
                          public desktop::INetworkProduct,
+                         public desktop::IPortProduct,
                          public desktop::IQuantityProduct {
 public:
   AString GetName() const override;
@@ -27,6 +29,10 @@ public:
 
   bool WriteTouchstone(BaseSolutionVariation const & variation, LongFileName const & fileWithoutExtension, int digits,
                        LongFileName & written, AString & error) const override;
+
+  std::vector<Port> GetPorts(desktop::ProductSolutionManager const & manager) const override;
+  void ShowPorts(desktop::ProductSolutionManager & manager, std::vector<Port> const & ports,
+                 KelvroCommand & command) const override;
 
   std::vector<desktop::QuantityValues> GetQuantities(BaseSolutionVariation const & variation) const override;
 };

@@ -14,6 +14,15 @@ public:
   BaseSimulationSetup * CreateSimulationSetup(ISimulationSetup const * source) override;
   BaseSimulationSetup * CreateSimulationSetup(AString const & name, AString const & typeName) override;
 
+  /// A change of port settings is a minor edit: nothing is solved anew, and it reaches the expressions whose quantities
+  /// depend on what it changed.
+  using ProductSolutionManager::IsExpressionAffectedByMinorEdits;
+  bool IsExpressionAffectedByMinorEdits(KelvroCommand const * command, CParsedExpressionCache * cache) const override;
+  bool IsReportTypeAffectedByMinorEdits(KelvroCommand const * command, unsigned reportType) const override;
+  /// No context as a whole: expression by expression is exact.
+  bool IsSimContextDataAffectedByMinorEdits(KelvroCommand const * command, SimValueContext const * context,
+                                            unsigned reportType) const override;
+
 protected:
   /// Imported setups, which are plain ones, stay plain.
   BaseSimulationSetup * CreateSimulationSetup(long id, long version, AString const & typeName) override;

@@ -4,7 +4,7 @@
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/Utf8.h"
-#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "tests/desktop/support/FakeExtractor.h"
 
 #include <fstream>
 #include <sstream>
@@ -37,7 +37,7 @@ bool FakeVariation::ClearInstanceMemoryData() {
 
 FakeSolution::FakeSolution(BaseSimulationSetup const & setup, long id, long version)
     : BaseSolution(setup, id, version) {
-  SetExtractor(new BaseSimDataExtractor(&setup.GetBaseSolutionMgr()->ForEdit(), this));
+  SetExtractor(new FakeExtractor(&setup.GetBaseSolutionMgr()->ForEdit(), this));
 }
 
 BaseSolutionVariation * FakeSolution::CreateSolutionVariation(AString const & variation, long version) {

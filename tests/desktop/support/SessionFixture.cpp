@@ -63,13 +63,19 @@ BaseSolution & SessionTest::SolutionOf(desktop::Session & session, AString const
 }
 
 CStreamioLibrary::LibIOReturn SessionTest::Solve(desktop::Session & session, AString const & variation, double value) {
+  return Solve(session, variation, std::vector<double>{value});
+}
+
+CStreamioLibrary::LibIOReturn SessionTest::Solve(desktop::Session & session, AString const & variation,
+                                                 std::vector<double> const & values) {
   BaseSolution & solution = SolutionOf(session);
   io::CBlock_ptr<io::CBlock> const block(
       new io::CBlock(SolutionVariationKey(solution.GetBaseSimulationSetup().GetID(), variation, solution.GetID(),
                                           solution.GetVersionID())
                          .Pack()));
   io::CBlock_func data(L"Values");
-  data << value;
+  for (double const value : values)
+    data << value;
   *block << data;
   io::CBlock batch;
   batch << block;

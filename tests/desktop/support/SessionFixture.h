@@ -37,6 +37,8 @@ protected:
   static BaseSolution & SolutionOf(desktop::Session & session, AString const & setup = L"Sweep");
   /// Stores solved data as the solve queue does: as a block under the key of the solution's current version.
   static CStreamioLibrary::LibIOReturn Solve(desktop::Session & session, AString const & variation, double value);
+  static CStreamioLibrary::LibIOReturn Solve(desktop::Session & session, AString const & variation,
+                                             std::vector<double> const & values);
   /// The value that was stored for a variation; empty without data.
   static std::optional<double> ValueOf(desktop::Session & session, AString const & variation);
   static AString TextOf(desktop::Session & session, AString const & variable);

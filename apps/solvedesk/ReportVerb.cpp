@@ -1,0 +1,174 @@
+#include "apps/solvedesk/EditResult.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/ReportView.h"
+#include "apps/solvedesk/TextTable.h"
+#include "apps/solvedesk/Verbs.h"
+#include "apps/solvedesk/WordList.h"
+#include "desktop/Error.h"
+#include "desktop/command/Editor.h"
+#include "desktop/report/ReportList.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace solvedesk {
+namespace {
+
+using desktop::Error;
+using desktop::ErrorKind;
+using desktop::ReportDefinition;
+
+struct ReportWords {
+  std::string project;
+  std::string action;
+  std::string name;
+  std::optional<std::string> x;
+  std::vector<std::string> y;
+  std::vector<std::string> over;
+  std::optional<std::string> setup;
+  std::optional<std::string> solution;
+  std::optional<std::string> variation;
+  std::optional<std::string> display;
+  ViewOptions view;
+
+  bool HasDefinition() const { return x || !y.empty() || !over.empty() || setup || solution || variation || display; }
+};
+
+// What the words say takes the place of what the report has.
+ReportDefinition Changed(ReportDefinition report, ReportWords const & words) {
+  if (words.x)
+    report.x = ArgumentText(*words.x).Trimmed();
+  if (!words.y.empty())
+    report.y.clear();
+  for (std::string const & y : words.y)
+    report.y.push_back(ArgumentText(y).Trimmed());
+  if (!words.over.empty())
+    report.over = WordList(words.over, L"--over");
+  if (words.setup)
+    report.setup = ArgumentText(*words.setup);
+  if (words.solution)
+    report.solution = ArgumentText(*words.solution);
+  if (words.variation)
+    report.variation = ArgumentText(*words.variation).Trimmed();
+  if (!words.display)
+    return report;
+  auto const display = desktop::DisplayOf(ArgumentText(*words.display));
+  if (!display)
+    throw Error(ErrorKind::kUsage,
+                L"--display " + ArgumentText(*words.display) + L": is none of " + desktop::DisplayWords());
+  report.display = *display;
+  return report;
+}
+
+void CheckWords(ReportWords const & words) {
+  AString const action = ArgumentText(words.action);
+  if (words.action != "list" && words.name.empty())
+    throw Error(ErrorKind::kUsage, L"report " + action + L": takes the name of a report");
+  if (words.action == "list" && !words.name.empty())
+    throw Error(ErrorKind::kUsage, L"report list: takes no name; `report show` shows one report");
+  bool const isDefinition = words.action == "add" || words.action == "edit";
+  if (!isDefinition && words.HasDefinition())
+    throw Error(ErrorKind::kUsage, L"report " + action +
+                                       L": takes no definition; --x, --y, --over, --setup, "
+                                       L"--solution and --display go with add and edit");
+  if (words.action == "add" && words.y.empty())
+    throw Error(ErrorKind::kUsage, L"report add: needs --y, as in --y \"dB(S(2,1))\"; give it once for each curve");
+  if (words.action != "show" && !words.view.csv.empty())
+    throw Error(ErrorKind::kUsage, L"report " + action + L": --csv goes with show");
+}
+
+ReportDefinition const & Known(desktop::ReportList const & reports, AString const & name) {
+  if (ReportDefinition const * const report = reports.Find(name))
+    return *report;
+  AString known;
+  for (ReportDefinition const & report : reports.All())
+    known += (known.empty() ? L"" : L", ") + report.name;
+  throw Error(ErrorKind::kUsage, L"report " + name + L": the project has no report of that name; it has: " +
+                                     (known.empty() ? AString(L"none; add one with `report add`") : known));
+}
+
+int List(ReportWords const & words) {
+  auto const session = OpenForReading(words.project);
+  TextTable table(3);
+  nlohmann::ordered_json reports = nlohmann::ordered_json::array();
+  for (ReportDefinition const & report : session->GetReports().All()) {
+    table.Add({Utf8(report.name), Utf8(WordOf(report.display)), Utf8(DescribeReport(report))});
+    reports.push_back(DefinitionAsJson(report));
+  }
+  PrintResult(words.view.output, reports.empty() ? "no reports; `report add` makes one\n" : table.Text(""),
+              {{"reports", reports}});
+  return 0;
+}
+
+int Show(ReportWords const & words) {
+  auto const session = OpenForReading(words.project);
+  ReportDefinition const report = Known(session->GetReports(), ArgumentText(words.name));
+  NoteOfSource(*session);
+  PrintReport(report, session->GetLiveReports().Show(report), words.project, words.view);
+  return 0;
+}
+
+bool Change(desktop::Session & session, ReportWords const & words) {
+  AString const name = ArgumentText(words.name);
+  desktop::Editor & editor = session.GetEditor();
+  if (words.action == "add") {
+    ReportDefinition report;
+    report.name = name;
+    editor.AddReport(Changed(report, words));
+  } else if (words.action == "edit") {
+    return editor.EditReport(name, Changed(Known(session.GetReports(), name), words));
+  } else {
+    editor.RemoveReport(name);
+  }
+  return true;
+}
+
+int RunReport(ReportWords const & words) {
+  CheckWords(words);
+  if (words.action == "list")
+    return List(words);
+  if (words.action == "show")
+    return Show(words);
+  auto const session = OpenForWriting(words.project);
+  EditResult const result(*session);
+  bool const isChanged = Change(*session, words);
+  result.Print(words.view.output, words.project, isChanged, "the report is like that already",
+               {{"action", words.action}, {"report", words.name}});
+  return 0;
+}
+
+} // namespace
+
+void AddReportVerb(CLI::App & program, Action & action) {
+  auto const words = std::make_shared<ReportWords>();
+  CLI::App * const verb = program.add_subcommand("report", "curves over solved data: define them, show them as tables");
+  AddProjectWord(*verb, words->project);
+  verb->add_option("ACTION", words->action, "add, edit, remove, list or show")
+      ->required()
+      ->check(CLI::IsMember({"add", "edit", "remove", "list", "show"}));
+  verb->add_option("NAME", words->name, "the report");
+  verb->add_option("--x", words->x,
+                   "what the curves run over: the samples (Freq) without it, a design variable, an expression");
+  verb->add_option("--y", words->y, "an expression, once for each curve: quantities, output variables, functions")
+      ->allow_extra_args(false);
+  verb->add_option("--over", words->over, "design variables, with commas: a curve for each solved value of them")
+      ->allow_extra_args(false);
+  verb->add_option("--setup", words->setup, "whose data; the first setup's without it");
+  verb->add_option("--solution", words->solution, "the setup's solution, where it has several");
+  verb->add_option("--variation", words->variation,
+                   "values of variables, as in \"cscale=0.95\"; those that are not named stand as they do");
+  verb->add_option("--display", words->display, "table, rectangular, polar or smith");
+  AddViewOptions(*verb, words->view);
+  verb->footer("Examples:\n"
+               "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
+               "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
+               "  solvedesk report lowpass show gain --csv gain.csv\n"
+               "  solvedesk report lowpass remove gain\n\n"
+               "A row stands for each sample of each variation; a variation without solved data is one row of '-'.\n"
+               "Only what an edit or a solve reached is evaluated again when a report is shown once more.");
+  verb->callback([&action, words] { action = [words] { return RunReport(*words); }; });
+}
+
+} // namespace solvedesk

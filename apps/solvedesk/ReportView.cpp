@@ -1,0 +1,109 @@
+#include "apps/solvedesk/ReportView.h"
+
+#include "apps/solvedesk/Delivery.h"
+#include "apps/solvedesk/DocumentText.h"
+#include "apps/solvedesk/OpenProject.h"
+#include "basekit/text/Utf8.h"
+#include "desktop/Error.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+
+namespace solvedesk {
+namespace {
+
+using desktop::ErrorKind;
+using Json = nlohmann::ordered_json;
+
+std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project) {
+  std::vector<std::string> notes;
+  for (AString const & problem : shown.problems)
+    notes.push_back(Utf8(problem));
+  if (shown.solution && shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID() &&
+      shown.table.RowCount() > 0)
+    notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
+                                "solves them anew",
+                                Utf8(shown.solution->GetGlobalSolutionName()), project, project));
+  if (std::size_t const gaps = shown.table.GapCount())
+    notes.push_back(fmt::format("{} {} no solved and valid data; `solvedesk solve {}` solves {}",
+                                Count(static_cast<long long>(gaps), "variation"), gaps == 1 ? "has" : "have", project,
+                                gaps == 1 ? "it" : "them"));
+  return notes;
+}
+
+void WriteCsv(std::string const & file, std::string const & text) {
+  namespace fs = std::filesystem;
+  fs::path const path(file);
+  if (!path.has_filename())
+    throw desktop::Error(ErrorKind::kUsage, L"--csv " + ArgumentText(file) + L": names no file; give one");
+  Delivery delivery(path.has_parent_path() ? path.parent_path() : fs::path("."));
+  delivery.WriteFile(path.filename().string(), text);
+  delivery.Deliver();
+}
+
+std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                       ReportText const & text, std::vector<std::string> const & notes, ViewOptions const & options) {
+  DocumentText document;
+  Json definition = DefinitionAsJson(report);
+  definition["x"] = Utf8(shown.x);
+  definition["solution"] = Utf8(shown.solution->GetGlobalSolutionName());
+  document.Members(definition);
+  document.Number("updated_traces", static_cast<long>(shown.updated));
+  document.Number("gaps", static_cast<long>(shown.table.GapCount()));
+  document.Value("notices", Json(notes));
+  document.Value("columns", text.Columns());
+  if (options.csv.empty()) {
+    document.BeginArray("rows");
+    for (std::size_t row = 0; row < text.RowCount(); ++row)
+      document.Value({}, text.Row(row));
+    document.EndArray();
+  } else {
+    document.Value("csv", options.csv);
+    document.Number("row_count", static_cast<long>(text.RowCount()));
+  }
+  return std::move(document).Take();
+}
+
+} // namespace
+
+void AddViewOptions(CLI::App & verb, ViewOptions & options) {
+  verb.add_option("--csv", options.csv, "show: a file for the rows, with numbers that read back bit for bit");
+  verb.add_option("--complex", options.form, "show: complex numbers as re-im or mag-deg (degrees)")
+      ->check(CLI::IsMember({"re-im", "mag-deg"}))
+      ->capture_default_str();
+  AddOutputOptions(verb, options.output);
+}
+
+ComplexForm FormOf(ViewOptions const & options) {
+  return options.form == "re-im" ? ComplexForm::kReIm : ComplexForm::kMagDeg;
+}
+
+void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                 std::string const & project, ViewOptions const & options) {
+  std::vector<std::string> const notes = NotesOf(shown, project);
+  if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || shown.table.RowCount() == 0) {
+    std::string const reason =
+        notes.empty() ? fmt::format("{}: nothing is solved that the report could show; run `solvedesk solve {}` first",
+                                    Utf8(ProjectPath(project)), project)
+                      : fmt::format("{}", fmt::join(notes, "; "));
+    throw desktop::Error(ErrorKind::kFailed, text::FromUtf8(reason));
+  }
+  for (std::string const & note : notes)
+    PrintMessage(note);
+  ReportText const text(shown.table, FormOf(options));
+  if (!options.csv.empty())
+    WriteCsv(options.csv, text.Csv());
+  std::string const forPeople =
+      !IsTextWanted(options.output) ? std::string()
+      : options.csv.empty()
+          ? text.Table()
+          : fmt::format("{} in {}\n", Count(static_cast<long long>(text.RowCount()), "row"), options.csv);
+  PrintResult(options.output, forPeople,
+              IsDocumentWanted(options.output) ? DocumentOf(report, shown, text, notes, options) : std::string());
+}
+
+} // namespace solvedesk

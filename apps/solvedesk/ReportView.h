@@ -1,0 +1,28 @@
+#pragma once
+
+#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/ReportText.h"
+#include "desktop/report/LiveReports.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+
+namespace solvedesk {
+
+/// How a report is to be told.
+struct ViewOptions {
+  std::string csv;            ///< a file for the rows; standard output without
+  std::string form = "re-im"; ///< of complex numbers: "re-im" or "mag-deg"
+  OutputOptions output;
+};
+
+void AddViewOptions(CLI::App & verb, ViewOptions & options);
+ComplexForm FormOf(ViewOptions const & options);
+
+/// Tells the rows of a report that was brought up to date; what could not be had is told on standard error.  One of
+/// which nothing at all could be evaluated is refused.
+void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                 std::string const & project, ViewOptions const & options);
+
+} // namespace solvedesk

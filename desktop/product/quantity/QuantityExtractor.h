@@ -1,0 +1,113 @@
+#pragma once
+
+#include "desktop/product/quantity/IQuantityCatalogue.h"
+#include "desktop/product/quantity/SolvedVariations.h"
+#include "plotkit/ISolvedColumns.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+
+#include <map>
+#include <memory>
+
+class BaseSolutionVariation;
+
+namespace desktop {
+
+class ISolvedQuantities;
+class VariationInMemory;
+struct LoadedQuantities;
+struct QuantityColumn;
+
+/// Base of the extractors of products whose quantities are columns over a variable, or single numbers, of each
+/// variation.  A product says which quantities there are (a catalogue) and gives the numbers of one variation that is
+/// in memory; sweeps, states, names, contexts, loading and columns follow from these two.
+///
+/// Data is that of the solution's version with data.  A variation that is loaded for a report is given up again
+/// afterwards, unless it was in memory before.
+class QuantityExtractor : public BaseSimDataExtractor, public ISolvedColumns {
+public:
+  QuantityExtractor(BaseSolutionManager * manager, BaseSolution * solution);
+  ~QuantityExtractor() override;
+
+  /// As known from the nominal variation, where that is solved, or another one; valid until data comes or goes.
+  IQuantityCatalogue const & GetCatalogue() const;
+  /// Null for an unknown number.
+  QuantityReportType const * FindReportType(unsigned number) const;
+
+  // IDesignDataExtractor
+  bool IsSupportedReportTypes(std::vector<unsigned> const & reportTypes) const override;
+  using BaseSimDataExtractor::GetSweeps;
+  /// The axis of the report type, and each variable of the design over the values that are solved.
+  int GetSweeps(std::vector<SweepBase *> & sweeps, unsigned reportType, SimValueContext const * context,
+                rep::DisplayType displayType, bool flag) const override;
+  using BaseSimDataExtractor::GetCategoryNames;
+  int GetCategoryNames(std::vector<AString> & names, unsigned reportType, rep::DisplayType displayType, int domain,
+                       AString const * filter) const override;
+  int GetQuantityNames(std::vector<AString> & names, AString const & category, unsigned reportType,
+                       rep::DisplayType displayType, SimValueContext const & context) const override;
+  ValueState GetQuantityType(AString const & text, int domain) const override;
+  bool HasContexts(unsigned reportType) const override;
+  AString GetContextUILabel(unsigned reportType) const override;
+  bool GetContexts(std::vector<SimValueContext> & contexts, unsigned reportType) const override;
+  long GetContextID(SimValueContext const & context) const override;
+  AString GetContextName(SimValueContext const & context) const override;
+
+  // ISimDataExtractor
+  using BaseSimDataExtractor::GetSweep;
+  SweepBase * GetSweep(AString const & name) const override;
+  /// Over all values that the axis of that name has.
+  Sweep * CreateSpecialSweep(AString const & name, val::ParameterType type, Units::FullUnitType units) const override;
+  bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
+                      std::vector<unsigned> const & reportTypes,
+                      std::map<unsigned, std::vector<AString>> const & quantities,
+                      IProgressMonitor * progress) override;
+  void FinishLoadingSolvedData() override;
+  void DoGarbageCollection(std::set<Trace *> const & tracesInUse) override;
+
+  // BaseSimDataExtractor
+  SimValue * CreateSimValue(AString const & text, SimValueContext const & context) override;
+  SimValue * CreateSimValue() override;
+
+  // ISolvedColumns
+  bool IsAxis(AString const & variable) const override;
+  std::size_t GetSampleCount() const override;
+  bool GetVariableColumn(AString const & variable, std::vector<double> & values) const override;
+  bool GetSimValueColumn(SimValue const & value, std::vector<double> & numbers) const override;
+  bool GetSimValueColumn(SimValue const & value, std::vector<AComplex<double>> & numbers) const override;
+
+protected:
+  /// Of a variation that is in memory; null when nothing is solved.
+  virtual std::unique_ptr<IQuantityCatalogue> MakeCatalogue(BaseSolutionVariation const * solved) const = 0;
+  /// Refers to the variation; null when that has no data that can be read.
+  virtual std::unique_ptr<ISolvedQuantities> OpenQuantities(BaseSolutionVariation const & solved) const = 0;
+  /// One for each axis and each variable of the design that is solved for; those that there are stay the same objects.
+  void CreateDefaultSweeps(bool flag) override;
+  bool ClearSweepsOnDesignFileRead() override;
+
+private:
+  void RefreshSweeps() const;
+  bool HasAxis(AString const & name, unsigned reportType) const;
+  std::vector<double> AxisValues(AString const & axis) const;
+  Variable * AxisVariable(QuantityReportType const & reportType);
+  Sweep * SweepOver(Variable & variable, Units::FullUnitType units);
+  std::vector<Variable *> DesignVariables() const;
+  void AddNominalValues(VariableValues & values) const;
+  bool MakeCatalogueOf(AString const & variation) const;
+  /// Of the version with data; empty when the values are not solved.
+  AString FindSolved(VariableValues const & values) const;
+  /// Null when there is no data that can be read.
+  std::unique_ptr<VariationInMemory> Bring(AString const & variation) const;
+  unsigned ChooseReportType(std::vector<unsigned> const & reportTypes) const;
+  bool ChooseSamples();
+  bool TakeColumn(SimValue const & value, QuantityColumn & column) const;
+
+  mutable SolvedVariations m_variations;
+  mutable std::unique_ptr<IQuantityCatalogue> m_catalogue;
+  /// What the catalogue was made from: a version, and how many variations there were when it had no data.
+  mutable long m_catalogueVersion = id::invalidID;
+  mutable int m_catalogueSize = -1;
+  std::map<AString, std::unique_ptr<Variable>, AString::NoCaseLess> m_axisVariables;
+  bool m_sweepsAreCurrent = false;
+  std::unique_ptr<LoadedQuantities> m_loaded;
+};
+
+} // namespace desktop

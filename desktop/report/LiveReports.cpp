@@ -1,0 +1,148 @@
+#include "desktop/report/LiveReports.h"
+
+#include "basekit/command/KelvroCommand.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Session.h"
+#include "desktop/report/ReportList.h"
+#include "plotkit/SolutionPointSet.h"
+#include "plotkit/Trace.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <algorithm>
+#include <set>
+
+namespace desktop {
+
+namespace {
+
+bool IsUpToDate(Trace const & trace) {
+  SolutionPointSet const & points = trace.GetSolutionPointSet();
+  return !trace.IsDirty() && !points.IsDirty() &&
+         points.GetSolutionVersionID() == points.GetISimDataExtractor()->GetISolution()->GetVersionID();
+}
+
+std::vector<Trace const *> AsConst(std::vector<Trace *> const & traces) { return {traces.begin(), traces.end()}; }
+
+} // namespace
+
+LiveReports::Report & LiveReports::ReportOf(ReportDefinition const & definition) {
+  auto const at = std::find_if(m_reports.begin(), m_reports.end(), [&](Report const & report) {
+    return AString::MatchNoCase(report.definition.name, definition.name);
+  });
+  Report & report = at == m_reports.end() ? m_reports.emplace_back() : *at;
+  if (!(report.definition == definition)) {
+    report.definition = definition;
+    report.isToBeMade = true;
+  }
+  return report;
+}
+
+// A curve that holds nothing yet counts as clean when it is made, as its solution is valid.
+void LiveReports::Make(Report & report) {
+  report.curves = MakeCurves(m_session, report.definition, report.axis);
+  for (Trace * const trace : report.curves.traces)
+    if (trace && trace->GetSegments().empty())
+      trace->MarkItDirty(true);
+  report.isToBeMade = false;
+}
+
+std::size_t LiveReports::Update(Report & report, IProgressMonitor * progress) {
+  std::vector<Trace *> dirty;
+  std::vector<ISolutionPointSet *> sets;
+  for (Trace * const trace : report.curves.traces) {
+    if (!trace || IsUpToDate(*trace))
+      continue;
+    dirty.push_back(trace);
+    SolutionPointSet & points = trace->GetSolutionPointSet();
+    if (std::find(sets.begin(), sets.end(), &points) == sets.end())
+      sets.push_back(&points);
+    points.SetSolutionVersionID(report.curves.solution->GetClosestVersionWithData());
+  }
+  if (sets.empty())
+    return 0;
+  m_session.GetManager().CentralizedUpdateSolutionPointSets(progress, &sets);
+  report.curves.solution->GetBaseSimDataExtractor()->ValidateSolutionPointSet();
+  return dirty.size();
+}
+
+LiveReports::Shown LiveReports::Show(ReportDefinition const & definition, IProgressMonitor * progress) {
+  return ShowAsItIs(ReportOf(definition), progress);
+}
+
+LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * progress) {
+  if (report.isToBeMade)
+    Make(report);
+  std::size_t const updated = Update(report, progress);
+  ReportCurves const & curves = report.curves;
+  return {curves.solution, curves.x, ReportTable(curves.over, curves.x, report.definition.y, AsConst(curves.traces)),
+          curves.problems, updated};
+}
+
+// Whether an expression is one number for a variation shows when it is evaluated.
+LiveReports::Shown LiveReports::Evaluate(ReportDefinition const & question) {
+  Report & report = ReportOf(question);
+  report.axis = Axis::kNone;
+  Shown shown = ShowAsItIs(report, nullptr);
+  if (shown.table.LongestCurve() <= 1 || !question.x.empty())
+    return shown;
+  report.axis = Axis::kOwn;
+  report.isToBeMade = true;
+  return ShowAsItIs(report, nullptr);
+}
+
+void LiveReports::Forget(ReportDefinition const & definition) {
+  std::erase_if(m_reports, [&](Report const & report) { return report.definition == definition; });
+  Collect();
+}
+
+void LiveReports::DropUnused() {
+  std::erase_if(m_reports, [this](Report const & report) {
+    ReportDefinition const * const there = m_session.GetReports().Find(report.definition.name);
+    return !there || !(*there == report.definition);
+  });
+  Collect();
+}
+
+void LiveReports::Collect() {
+  std::set<Trace *> inUse;
+  for (Report const & report : m_reports)
+    inUse.insert(report.curves.traces.begin(), report.curves.traces.end());
+  inUse.erase(nullptr);
+  m_session.GetManager().DoGarbageCollection(inUse);
+}
+
+void LiveReports::Follow(KelvroCommand & command) {
+  ProductSolutionManager & manager = m_session.GetManager();
+  manager.SynchronizeSweeps(&command);
+  manager.SynchronizeTraces(&command);
+  for (Report & report : m_reports) {
+    report.isToBeMade = true;
+    if (report.curves.solution)
+      report.curves.solution->GetBaseSimDataExtractor()->ValidateSolutionPointSet();
+  }
+}
+
+void LiveReports::ResultsChanged() {
+  for (Report & report : m_reports) {
+    report.isToBeMade = true;
+    for (Trace * const trace : report.curves.traces)
+      if (trace)
+        trace->MarkItDirty(true);
+  }
+}
+
+std::vector<LiveReports::State> LiveReports::States() const {
+  std::vector<State> states;
+  for (Report const & report : m_reports) {
+    if (!m_session.GetReports().Find(report.definition.name))
+      continue;
+    State state{report.definition.name, 0, report.curves.traces.size()};
+    for (Trace const * const trace : report.curves.traces)
+      state.dirty += trace && IsUpToDate(*trace) ? 0 : 1;
+    states.push_back(state);
+  }
+  return states;
+}
+
+} // namespace desktop

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "desktop/report/ReportCurves.h"
+#include "desktop/report/ReportDefinition.h"
+#include "desktop/report/ReportTable.h"
+
+#include <cstddef>
+#include <list>
+
+class IProgressMonitor;
+class KelvroCommand;
+class SolutionPointSet;
+
+namespace desktop {
+
+class Session;
+
+/// The reports of a session that somebody looked at: their curves keep what they were updated with, and know after
+/// each edit whether it still holds.  One per session, for as long as its design stands.
+class LiveReports {
+public:
+  explicit LiveReports(Session & session) : m_session(session) {}
+
+  bool IsEmpty() const { return m_reports.empty(); }
+
+  struct Shown {
+    BaseSolution const * solution; ///< null when the project has none of that name
+    AString x;                     ///< empty without an axis
+    ReportTable table;
+    std::vector<AString> problems; ///< one line each; what they are about is missing in the table
+    std::size_t updated = 0;       ///< curves that were evaluated for this
+  };
+  /// Brings the report up to date; a report whose curves all are reads nothing.  The table stands until the next call
+  /// of any operation.
+  Shown Show(ReportDefinition const & report, IProgressMonitor * progress = nullptr);
+  /// The same of a definition that is none of the project's, whose curves have no axis where they are numbers without
+  /// one.  Forget drops it.
+  Shown Evaluate(ReportDefinition const & question);
+
+  /// Drops what was made for a definition that is none of the project's.
+  void Forget(ReportDefinition const & report);
+  /// Drops what was made for definitions that the project doesn't have any more, so that nothing refers to what they
+  /// name.
+  void DropUnused();
+
+  /// Follows an edit that was just carried out, undone or redone.
+  void Follow(KelvroCommand & command);
+  /// Solved data came or went.
+  void ResultsChanged();
+
+  struct State {
+    AString report;
+    std::size_t dirty = 0; ///< curves whose values don't hold any more
+    std::size_t all = 0;
+  };
+  /// Of the reports that were shown and are the project's still, in the order in which they were first shown.
+  std::vector<State> States() const;
+
+private:
+  struct Report {
+    ReportDefinition definition;
+    ReportCurves curves;
+    Axis axis = Axis::kOwn;
+    bool isToBeMade = true;
+  };
+
+  Report & ReportOf(ReportDefinition const & definition);
+  void Make(Report & report);
+  Shown ShowAsItIs(Report & report, IProgressMonitor * progress);
+  std::size_t Update(Report & report, IProgressMonitor * progress);
+  void Collect();
+
+  Session & m_session;
+  std::list<Report> m_reports;
+};
+
+} // namespace desktop

@@ -1,0 +1,264 @@
+#include "desktop/report/ReportCurves.h"
+
+#include "basekit/value/ExpressionParser.h"
+#include "basekit/value/Value.h"
+#include "basekit/value/Variable.h"
+#include "basekit/value/expression/Error.h"
+#include "basekit/value/variation/VariationText.h"
+#include "desktop/design/Design.h"
+#include "desktop/message/HeldMessages.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/Session.h"
+#include "desktop/report/ExpressionWords.h"
+#include "desktop/report/ReportDefinition.h"
+#include "desktop/report/Reporter.h"
+#include "plotkit/Subsweep.h"
+#include "plotkit/Sweep.h"
+#include "plotkit/TraceComponent.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/NameSpaceSetup.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <optional>
+
+namespace desktop {
+
+namespace {
+
+AString Joined(std::vector<AString> const & names) {
+  AString text;
+  for (AString const & name : names)
+    text += (text.empty() ? AString() : AString(L", ")) + name;
+  return text.empty() ? AString(L"none") : text;
+}
+
+bool IsAmong(std::vector<AString> const & names, AString const & name) {
+  return std::any_of(names.begin(), names.end(),
+                     [&name](AString const & other) { return AString::MatchNoCase(other, name); });
+}
+
+/// Solvers compute their axes: a sample that is asked for is met only nearly.
+constexpr double kSampleTolerance = 1e-9;
+
+std::optional<unsigned> SampleAt(Sweep const & sweep, double wanted) {
+  for (unsigned place = 0; place < sweep.GetCount(); ++place)
+    if (double const there = sweep.Column().ComplexAt(place).real();
+        std::abs(there - wanted) <= kSampleTolerance * std::max(std::abs(there), std::abs(wanted)))
+      return place;
+  return {};
+}
+
+/// The curves of one definition on the way.
+class Making {
+public:
+  Making(Session & session, ReportDefinition const & report, BaseSolution & solution)
+      : m_session(session), m_design(session.GetDesign()), m_report(report),
+        m_extractor(*solution.GetBaseSimDataExtractor()) {
+    m_curves.solution = &solution;
+    m_curves.traces.resize(report.y.size(), nullptr);
+    m_extractor.GetSweeps(m_sweeps, FindReportType(), &m_context, rep::DisplayType{}, true);
+  }
+
+  ReportCurves Make(Axis axis) {
+    ChooseX(axis);
+    if (!AddVariables() || !GoToVariation() || !IsGood(m_x))
+      return std::move(m_curves);
+    AddAxis();
+    for (std::size_t i = 0; i < m_report.y.size(); ++i)
+      m_curves.traces[i] = IsGood(m_report.y[i]) ? MakeTrace(m_report.y[i]) : nullptr;
+    return std::move(m_curves);
+  }
+
+private:
+  // Of what the curves refer to; they all run over one axis.
+  unsigned FindReportType() const {
+    HeldMessages const messages;
+    BaseSolutionManager const & manager = m_session.GetManager();
+    for (AString const & y : m_report.y) {
+      BaseSolutionManager::ReportTypeMap types;
+      if (manager.GetOutputVariableReportTypes(y, types) > 0)
+        return types.begin()->first;
+    }
+    std::vector<AString> names;
+    manager.GetReportTypeNames(names);
+    return names.empty() ? 0 : manager.GetReportType(names.front());
+  }
+
+  void Tell(AString const & problem) {
+    m_curves.problems.push_back((m_report.name.empty() ? AString() : L"report " + m_report.name + L": ") + problem);
+  }
+
+  bool IsAxis(SweepBase const & sweep) const { return !m_design.FindVariable(sweep.GetName()); }
+
+  SweepBase * FindSweep(AString const & name) const {
+    auto const at =
+        std::find_if(m_sweeps.begin(), m_sweeps.end(), [&name](SweepBase const * sweep) { return *sweep == name; });
+    return at == m_sweeps.end() ? nullptr : *at;
+  }
+
+  // Without anything to run over, x is a number that nobody is shown.
+  void ChooseX(Axis axis) {
+    m_curves.x = m_report.x;
+    if (m_curves.x.empty() && axis == Axis::kOwn)
+      for (SweepBase const * const sweep : m_sweeps)
+        if (m_curves.x.empty() && IsAxis(*sweep))
+          m_curves.x = sweep->GetName();
+    m_x = m_curves.x.empty() ? AString(L"0") : m_curves.x;
+  }
+
+  // A variable that nothing is solved over has the design's own value alone: there is no sweep, and none is missed.
+  void AddVariable(AString const & name) {
+    if (IsAmong(m_curves.over, name))
+      return;
+    m_curves.over.push_back(name);
+    if (SweepBase * const sweep = FindSweep(name))
+      m_points.push_back(sweep->CreateSubsweep(true));
+  }
+
+  std::vector<AString> VariableNames() const {
+    std::vector<AString> names;
+    for (Variable const * const variable : m_design.GetVariables())
+      names.push_back(variable->GetName());
+    return names;
+  }
+
+  bool AddVariables() {
+    for (AString const & name : m_report.over) {
+      Variable const * const variable = m_design.FindVariable(name);
+      if (!variable) {
+        Tell(L"'" + name + L"' is no design variable that curves could run over; there are " + Joined(VariableNames()));
+        return false;
+      }
+      AddVariable(variable->GetName());
+    }
+    for (AString const & word : ExpressionWords(m_report.x))
+      if (Variable const * const variable = m_design.FindVariable(word))
+        AddVariable(variable->GetName());
+    return true;
+  }
+
+  bool GoToVariation() {
+    m_instance = &m_design.NominalInstance();
+    if (m_report.variation.empty())
+      return true;
+    VariationText const variation(m_report.variation);
+    if (variation.Pairs().empty()) {
+      Tell(L"'" + m_report.variation + L"' is no variation; write it as in \"C1=1.2pF; L1=4nH\"");
+      return false;
+    }
+    std::vector<std::pair<AString, AString>> values;
+    for (VariationText::Pair const & pair : variation.Pairs()) {
+      AString const name(pair.name);
+      if (m_design.FindVariable(name))
+        values.emplace_back(m_design.FindVariable(name)->GetName(), AString(pair.text));
+      else if (!GoToSample(name, pair))
+        return false;
+    }
+    m_instance = &m_design.InstanceFor(m_design.GetVariation(values));
+    return true;
+  }
+
+  bool GoToSample(AString const & name, VariationText::Pair const & pair) {
+    SweepBase * const axis = FindSweep(name);
+    Sweep const * const sweep = axis ? axis->GetSweep() : nullptr;
+    if (!sweep) {
+      Tell(L"'" + name + L"' is no design variable and no axis of the solved data; there are " +
+           Joined(VariableNames()));
+      return false;
+    }
+    auto const place = pair.isNumber ? SampleAt(*sweep, pair.number.real()) : std::nullopt;
+    if (!place) {
+      Tell(name + L"=" + AString(pair.text) + L": there is no such sample; `report show` over " + name +
+           L" shows which there are");
+      return false;
+    }
+    std::unique_ptr<Subsweep> sample(axis->CreateSubsweep(false));
+    sample->SetSelection(*place);
+    m_sampleAxes.push_back(name);
+    m_points.push_back(sample.release());
+    return true;
+  }
+
+  // The samples of the solution count one by one where x runs over them; else a curve is a number for each variation.
+  void AddAxis() {
+    std::vector<AString> const words = ExpressionWords(m_x);
+    for (SweepBase * const sweep : m_sweeps)
+      if (IsAxis(*sweep) && IsAmong(words, sweep->GetName()) && !IsAmong(m_sampleAxes, sweep->GetName()))
+        m_points.push_back(sweep->CreateSubsweep(true));
+  }
+
+  bool IsGood(AString const & text) {
+    HeldMessages const messages;
+    std::unique_ptr<TraceComponent> const component(m_extractor.CreateTraceComponent(text, &m_context));
+    if (component)
+      return true;
+    NameSpaceSetup const names(m_extractor, true);
+    Value value(Units::kNoUnits);
+    expr::Error error;
+    bool const isExpression = ExpressionParser::ValidateExpression(value, text, {m_extractor.GetIValueParser()}, error);
+    AString const told = messages.Text();
+    Tell(L"'" + text + L"' can't be evaluated" +
+         (!isExpression   ? L": " + error.Text()
+          : !told.empty() ? L": " + told
+                          : AString(L"; check that what it names exists")));
+    return false;
+  }
+
+  Trace * MakeTrace(AString const & y) {
+    Reporter const reporter(m_extractor, m_context, m_instance, m_points, m_x, y);
+    std::vector<Trace *> traces;
+    m_extractor.CreateTraces(reporter, traces);
+    return traces.empty() ? nullptr : traces.front();
+  }
+
+  Session & m_session;
+  Design & m_design;
+  ReportDefinition const & m_report;
+  BaseSimDataExtractor & m_extractor;
+  SimValueContext m_context;
+  std::vector<SweepBase *> m_sweeps;
+  AString m_x;
+  std::vector<AString> m_sampleAxes;
+  IDesignInstance * m_instance = nullptr;
+  SubsweepVector m_points;
+  ReportCurves m_curves;
+};
+
+BaseSimulationSetup * FindSetup(Session & session, AString const & name) {
+  for (auto const & [id, setup] : session.GetManager().GetSetups())
+    if (name.empty() || AString::MatchNoCase(setup->GetName(), name))
+      return setup;
+  return nullptr;
+}
+
+} // namespace
+
+BaseSolution * FindSolution(Session & session, ReportDefinition const & report) {
+  if (BaseSimulationSetup const * const setup = FindSetup(session, report.setup))
+    for (auto const & [id, solution] : setup->GetSolutions())
+      if (report.solution.empty() || AString::MatchNoCase(solution->GetSolutionName(), report.solution))
+        return solution;
+  return nullptr;
+}
+
+ReportCurves MakeCurves(Session & session, ReportDefinition const & report, Axis axis) {
+  BaseSolution * const solution = FindSolution(session, report);
+  if (solution && solution->GetBaseSimDataExtractor())
+    return Making(session, report, *solution).Make(axis);
+  ReportCurves none;
+  none.traces.resize(report.y.size(), nullptr);
+  std::vector<AString> known;
+  for (auto const & [id, setup] : session.GetManager().GetSetups())
+    for (auto const & [solutionID, other] : setup->GetSolutions())
+      known.push_back(other->GetGlobalSolutionName());
+  none.problems.push_back(L"report " + report.name + L": the project has no solution '" + report.setup +
+                          (report.solution.empty() ? AString() : L" : " + report.solution) + L"'; it has: " +
+                          Joined(known) + L"; edit the report's setup");
+  return none;
+}
+
+} // namespace desktop

@@ -1,0 +1,292 @@
+"""Reports: definitions, tables that equal what the solver stored, gaps, what an edit reaches, undo."""
+import csv
+import json
+import math
+import os
+import re
+import unittest
+
+from _solvedesk import SETUP, DeskTest, index_of, read, write
+
+# A low-pass of three elements between two ports, each element a variable.
+LADDER = """ladder
+.param c1=1 l2=1 c3=1
+V1 in 0 dc 0 ac 1 portnum 1 z0 50
+C1 in 0 {c1*3.2e-12}
+L2 in out {l2*1e-8}
+C3 out 0 {c3*3.2e-12}
+V2 out 0 dc 0 ac 0 portnum 2 z0 50
+.sp lin 201 10meg 2.01g
+.end
+"""
+FEW = LADDER.replace('lin 201 10meg 2.01g', 'lin 3 1g 3g')
+ONE_PORT = FEW.replace('V2 out 0 dc 0 ac 0 portnum 2 z0 50', 'R2 out 0 50')
+
+
+class Reports(DeskTest):
+    def project(self, netlist=FEW):
+        return self.small_project('ladder', netlist)
+
+    def solved(self, netlist=FEW):
+        self.project(netlist)
+        self.run_desk('solve', 'ladder', '--vary', 'c1=0.9,1,1.1', '--vary', 'l2=0.9,1', '--quiet')
+
+    def run_shell(self, lines, code=0):
+        """The results of the lines that have one, in order, and those that failed with their errors."""
+        write('script.txt', '\n'.join(lines) + '\n')
+        done = self.run_desk('shell', 'ladder', 'script.txt', '--json', '--keep-going', code=code)
+        return [json.loads(line) for line in done.stdout.splitlines()]
+
+    def rows(self, *words):
+        return self.document('report', 'ladder', 'show', *words)['rows']
+
+    def test_a_large_study_equals_the_solvers_numbers(self):
+        self.project(LADDER)
+        points = ','.join(f'{0.9 + 0.02 * i:.2f}' for i in range(10))
+        self.run_desk('solve', 'ladder', '--vary', f'c1={points}', '--vary', f'l2={points}', '--vary', f'c3={points}',
+                      '--quiet')
+        self.run_desk('report', 'ladder', 'add', 's', '--y', 'S(2,1)', '--y', 'dB(S(1,1))', '--over', 'c1,l2,c3')
+        self.run_desk('report', 'ladder', 'show', 's', '--csv', 'out/s.csv')
+        self.run_desk('touchstone', 'ladder', '--to', 't', '--digits', '17')
+        with open('out/s.csv', encoding='utf-8', newline='') as file:
+            lines = list(csv.reader(file))
+        self.assertEqual(lines[0], ['c1', 'l2', 'c3', 'Freq (Hz)', 're(S(2,1))', 'im(S(2,1))', 'dB(S(1,1)) (dB)'])
+        self.assertEqual(len(lines) - 1, 1000 * 201)
+        told = {}
+        for line in lines[1:]:
+            told.setdefault(tuple(map(float, line[:3])), []).append(tuple(map(float, line[3:])))
+        for row in index_of('t'):
+            point = tuple(float(re.search(name + r'=([^;]+)', row['variation'])[1]) for name in ('c1', 'l2', 'c3'))
+            samples = [tuple(map(float, line.split())) for line in read(os.path.join('t', row['file'])).decode().splitlines()
+                       if line and line[0] not in '!#']
+            self.assertEqual(len(samples), 201)
+            for (freq, s11re, s11im, s21re, s21im, *_), (x, re21, im21, db11) in zip(samples, told[point], strict=True):
+                self.assertEqual((x, re21, im21), (freq, s21re, s21im))
+                self.assertAlmostEqual(db11, 20 * math.log10(math.hypot(s11re, s11im)), delta=1e-9)
+
+    def test_a_report_is_added_listed_shown_and_removed(self):
+        self.solved()
+        told = self.run_desk('report', 'ladder', 'add', 'gain', '--y', 'dB(S(2,1))', '--over', 'c1').stdout
+        self.assertIn('report gain: added, dB(S(2,1)), for each c1', told)
+        self.assertIn('gain', self.run_desk('report', 'ladder', 'list').stdout)
+        self.assertEqual([r['name'] for r in self.document('report', 'ladder', 'list')['reports']], ['gain'])
+        table = self.run_desk('report', 'ladder', 'show', 'gain').stdout.splitlines()
+        self.assertEqual(table[0].split(), ['c1', 'Freq', '(Hz)', 'dB(S(2,1))', '(dB)'])
+        self.assertEqual(len(table), 1 + 3 * 3)
+        self.run_desk('report', 'ladder', 'remove', 'gain')
+        self.assertIn('no report of that name', self.refuse(2, 'report', 'ladder', 'show', 'gain'))
+
+    def test_definitions_are_unsaved_work_until_a_save(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'gain', '--y', 'dB(S(2,1))')
+        self.assertTrue(self.document('info', 'ladder')['unsaved_changes'])
+        self.run_desk('discard', 'ladder')
+        self.assertEqual(self.document('report', 'ladder', 'list')['reports'], [])
+        self.run_desk('report', 'ladder', 'add', 'gain', '--y', 'dB(S(2,1))')
+        self.run_desk('save', 'ladder')
+        self.run_desk('discard', 'ladder')
+        self.assertEqual(len(self.document('report', 'ladder', 'list')['reports']), 1)
+        self.run_desk('report', 'ladder', 'show', 'gain')
+        self.assertFalse(self.document('info', 'ladder')['unsaved_changes'], 'looking changes nothing')
+
+    def test_a_missing_variation_is_a_gap_and_no_shift(self):
+        self.project()
+        self.run_desk('solve', 'ladder', '--vary', 'c1=1', '--vary', 'l2=1', '--quiet')
+        self.run_desk('solve', 'ladder', '--vary', 'c1=2', '--vary', 'l2=2', '--quiet')
+        self.run_desk('report', 'ladder', 'add', 'g', '--y', 'mag(S(2,1))', '--over', 'c1,l2')
+        document = self.document('report', 'ladder', 'show', 'g')
+        self.assertEqual(document['gaps'], 2)
+        rows = document['rows']
+        self.assertEqual([row[:3] for row in rows], [[1, 1, 1e9], [1, 1, 2e9], [1, 1, 3e9], [1, 2, None], [2, 1, None],
+                                                     [2, 2, 1e9], [2, 2, 2e9], [2, 2, 3e9]])
+        self.assertEqual([row[3] is None for row in rows], [False] * 3 + [True] * 2 + [False] * 3)
+        done = self.run_desk('report', 'ladder', 'show', 'g', '--csv', 'g.csv')
+        self.assertIn('2 variations have no solved and valid data', done.stderr)
+        self.assertIn('\n1,2,,\n2,1,,\n', read('g.csv').decode())
+
+    def test_complex_numbers_come_in_two_columns_that_the_header_tells(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 's', '--y', 'S(2,1)')
+        first = self.document('report', 'ladder', 'show', 's')
+        second = self.document('report', 'ladder', 'show', 's', '--complex', 'mag-deg')
+        self.assertEqual([c['title'] for c in first['columns']], ['Freq', 're(S(2,1))', 'im(S(2,1))'])
+        self.assertEqual([c['title'] for c in second['columns']], ['Freq', 'mag(S(2,1))', 'phase(S(2,1))'])
+        self.assertEqual(second['columns'][2]['unit'], 'deg')
+        for (_, re_, im_), (_, mag, deg) in zip(first['rows'], second['rows'], strict=True):
+            self.assertAlmostEqual(complex(re_, im_), mag * complex(math.cos(math.radians(deg)),
+                                                                   math.sin(math.radians(deg))), delta=1e-12)
+
+    def test_a_ranged_function_over_a_variable_is_one_row_each(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'worst', '--x', 'c1', '--y', 'max(dB(S(1,1)))', '--over', 'l2')
+        self.run_desk('report', 'ladder', 'add', 'all', '--y', 'dB(S(1,1))', '--over', 'l2,c1')
+        rows = self.rows('worst')
+        self.assertEqual([row[:2] for row in rows], [[l, c] for l in (0.9, 1) for c in (0.9, 1, 1.1)])
+        every = self.rows('all')
+        for l, c, _, worst in rows:
+            self.assertEqual(worst, max(row[3] for row in every if row[:2] == [l, c]))
+
+    def test_output_variables_are_used_like_quantities_and_follow_their_rules(self):
+        self.solved()
+        self.run_desk('var', 'ladder', 'add', 'gain=dB(S(2,1))')
+        self.run_desk('var', 'ladder', 'add', 'more=gain+20')
+        self.assertEqual(self.document('var', 'ladder', 'list')['variables'],
+                         [{'name': 'gain', 'expression': 'dB(S(2,1))'}, {'name': 'more', 'expression': 'gain+20'}])
+        self.run_desk('report', 'ladder', 'add', 'v', '--y', 'gain', '--y', 'more')
+        for _, gain, more in self.rows('v'):
+            self.assertAlmostEqual(more, gain + 20)
+        self.assertIn('already', self.refuse(2, 'var', 'ladder', 'add', 'GAIN=1+S(2,1)'))
+        self.assertIn('refers to it', self.refuse(2, 'var', 'ladder', 'delete', 'gain'))
+        self.assertIn('refer to itself', self.refuse(2, 'var', 'ladder', 'edit', 'gain=more*2'))
+        self.assertIn('quantity', self.refuse(2, 'var', 'ladder', 'add', 'S(2,1)=1+S(1,1)'))
+        self.assertIn('one single word', self.refuse(2, 'var', 'ladder', 'add', 'a b=S(1,1)'))
+        self.assertIn('nothing', self.refuse(2, 'var', 'ladder', 'add', 'x=S(1,1)+nothing'))
+        for words in (['add', 'gain'], ['add', 'x='], ['delete'], ['list', 'x'], ['turn', 'x=1']):
+            self.refuse(2, 'var', 'ladder', *words)
+
+    def test_eval_gives_a_number_a_curve_or_a_row_for_each_variation(self):
+        self.solved()
+        self.run_desk('var', 'ladder', 'add', 'gain=dB(S(2,1))')
+        curve = self.document('eval', 'ladder', 'gain')['rows']
+        self.assertEqual([row[0] for row in curve], [1e9, 2e9, 3e9])
+        best = self.document('eval', 'ladder', 'max(gain)')['rows']
+        self.assertEqual(best, [[max(row[1] for row in curve)]])
+        one = self.document('eval', 'ladder', 'gain', '--variation', 'Freq=2GHz')['rows']
+        self.assertEqual([row[-1] for row in one], [curve[1][1]])
+        over = self.document('eval', 'ladder', 'max(gain)', '--over', 'c1', '--variation', 'l2=0.9')['rows']
+        self.assertEqual([row[0] for row in over], [0.9, 1, 1.1])
+        named = self.document('eval', 'ladder', 'max(gain)', '--solution', SETUP)['rows']
+        self.assertEqual(named, best)
+        self.refuse(1, 'eval', 'ladder', 'max(gain', )
+        self.refuse(1, 'eval', 'ladder', 'gain', '--solution', 'None')
+        self.refuse(1, 'eval', 'ladder', 'gain', '--variation', 'x=1')
+        self.refuse(2, 'eval', 'ladder', '')
+
+    def test_an_edit_in_the_shell_tells_which_traces_it_reaches(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'here', '--y', 'dB(S(2,1))', '--y', 'c1*mag(S(2,1))')
+        self.run_desk('report', 'ladder', 'add', 'over', '--y', 'dB(S(2,1))', '--over', 'c1,l2,c3')
+        lines = self.run_shell(['report show here', 'report show over', 'report show here', 'set c1=1.1',
+                                'report show here', 'report show over', f'setup edit {SETUP} lin 5 1g 3g', 'undo',
+                                'report show here'])
+        results = [line['result'] for line in lines]
+        self.assertEqual([results[i]['updated_traces'] for i in (0, 1, 2)], [2, 1, 0])
+        self.assertEqual(results[3]['reports'], [{'report': 'here', 'to_be_updated': 2, 'traces': 2}])
+        self.assertEqual([results[i]['updated_traces'] for i in (4, 5)], [2, 0])
+        self.assertNotEqual(results[4]['rows'], results[0]['rows'])
+        self.assertEqual({r['report'] for r in results[6]['reports']}, {'here', 'over'})
+        self.assertEqual(results[8]['rows'], results[4]['rows'])
+
+    def test_a_port_impedance_reaches_the_traces_that_hang_on_it_and_makes_nothing_stale(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'p', '--y', 'mag(S(1,1))', '--y', 'mag(Z(1,1))', '--y', 'c1')
+        lines = self.run_shell(['report show p', 'port V1=75', 'report show p', 'undo', 'report show p', 'port'])
+        results = [line['result'] for line in lines]
+        self.assertEqual(results[1]['reports'], [{'report': 'p', 'to_be_updated': 1, 'traces': 3}])
+        self.assertEqual(results[1]['valid_points'], results[1]['valid_points_before'])
+        self.assertEqual(results[2]['updated_traces'], 1)
+        for before, after in zip(results[0]['rows'], results[2]['rows'], strict=True):
+            self.assertNotAlmostEqual(before[1], after[1])
+            self.assertEqual(before[2:], after[2:])
+        self.assertEqual(results[4]['rows'], results[0]['rows'])
+        self.assertEqual([port['shown'] for port in results[5]['ports']], [50, 50])
+        self.run_desk('port', 'ladder', 'V2=75')
+        self.run_desk('save', 'ladder')
+        self.assertEqual([port['shown'] for port in self.document('port', 'ladder')['ports']], [50, 75])
+        for words in (['V9=75'], ['V1=0'], ['V1=-5'], ['V1=x'], ['V1']):
+            self.refuse(2, 'port', 'ladder', *words)
+
+    def test_every_edit_is_undone_and_redone(self):
+        self.solved()
+        lines = self.run_shell(['report add a --y dB(S(2,1))', 'report edit a --y dB(S(1,1)) --over c1',
+                                'var add gain=dB(S(2,1))', 'var edit gain=dB(S(1,1))', 'var delete gain',
+                                'report remove a'] + ['undo', 'report list', 'var list'] * 6 +
+                               ['redo', 'report list', 'var list'] * 6)
+        self.assertEqual([line['exit_code'] for line in lines], [0] * len(lines))
+
+        def states(part):
+            return [([(r['y'], r['over']) for r in part[i + 1]['result']['reports']],
+                     [v['expression'] for v in part[i + 2]['result']['variables']]) for i in range(0, len(part), 3)]
+        first, second = (['dB(S(2,1))'], []), (['dB(S(1,1))'], ['c1'])
+        forward = [([], []), ([first], []), ([second], []), ([second], ['dB(S(2,1))']), ([second], ['dB(S(1,1))']),
+                   ([second], []), ([], [])]
+        self.assertEqual(states(lines[6:24]), forward[5::-1])
+        self.assertEqual(states(lines[24:]), forward[1:])
+
+    def test_what_a_deleted_port_gave_is_told_and_the_rest_is_shown(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'both', '--y', 'dB(S(1,1))', '--y', 'dB(S(2,1))')
+        write('ladder.cir', ONE_PORT)
+        self.run_desk('reload', 'ladder')
+        self.run_desk('solve', 'ladder', '--quiet')
+        done = self.run_desk('report', 'ladder', 'show', 'both')
+        self.assertIn('S(2,1)', done.stderr)
+        rows = [line.split() for line in done.stdout.splitlines()[1:]]
+        self.assertEqual(len(rows), 3)
+        self.assertTrue(all(row[-1] == '-' and row[-2] != '-' for row in rows), rows)
+
+    def test_expressions_that_no_longer_parse_are_told(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'l2*mag(S(2,1))', '--y', 'dB(S(1,1))')
+        self.run_desk('set', 'ladder', '--remove', 'l2')
+        done = self.run_desk('report', 'ladder', 'show', 'r')
+        self.assertIn("'l2*mag(S(2,1))' can't be evaluated", done.stderr)
+        self.run_desk('report', 'ladder', 'edit', 'r', '--y', 'l2*mag(S(2,1))')
+        self.assertIn("can't be evaluated", self.refuse(1, 'report', 'ladder', 'show', 'r'))
+
+    def test_what_a_report_shows_cant_be_deleted(self):
+        self.solved()
+        self.run_desk('var', 'ladder', 'add', 'gain=dB(S(2,1))')
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', '1+Gain')
+        self.assertIn('report r shows it', self.refuse(2, 'var', 'ladder', 'delete', 'gain'))
+        lines = self.run_shell(['report show r', 'report remove r', 'var delete gain', 'undo', 'undo', 'report show r'])
+        self.assertEqual([line['exit_code'] for line in lines], [0] * 6, lines)
+        self.assertEqual(lines[0]['result']['rows'], lines[5]['result']['rows'])
+
+    def test_a_damaged_definition_costs_itself_alone(self):
+        self.solved()
+        for name in 'ab':
+            self.run_desk('report', 'ladder', 'add', name, '--y', 'dB(S(2,1))')
+        self.run_desk('save', 'ladder')
+        text = read('ladder.sproject').decode()
+        damaged = text.replace('Name = "a"', 'Nome = "a"', 1)
+        self.assertNotEqual(damaged, text)
+        body = damaged[:damaged.rindex('Checksum(')]
+        write('ladder.sproject', f'{body}Checksum("{crc32c(body.encode()):08x}")\n')
+        done = self.run_desk('report', 'ladder', 'list')
+        self.assertIn('is damaged and was left out', done.stderr)
+        self.assertEqual([r['name'] for r in self.document('report', 'ladder', 'list')['reports']], ['b'])
+        self.run_desk('report', 'ladder', 'show', 'b')
+
+    def test_words_that_make_no_sense_are_refused(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'dB(S(2,1))')
+        for words in (['add', 'x'], ['add', 'r', '--y', 'a'], ['add', ' x', '--y', 'a'], ['show'], ['list', 'r'],
+                      ['show', 'r', '--y', 'a'], ['add', 'x', '--y', 'a', '--csv', 'f'], ['turn', 'r'],
+                      ['add', 'x', '--y', 'a', '--over', 'c1,,l2'], ['add', 'x', '--y', 'a', '--over', 'c1,C1'],
+                      ['add', 'x', '--y', 'a', '--display', 'carpet'], ['remove', 'none'], ['show', 'r', '--csv', 'no/']):
+            with self.subTest(' '.join(words)):
+                self.refuse(2, 'report', 'ladder', *words)
+
+    def test_a_report_of_nothing_solved_says_what_to_do(self):
+        self.project()
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'dB(S(2,1))')
+        self.assertIn('solvedesk solve ladder', self.refuse(1, 'report', 'ladder', 'show', 'r'))
+
+    def test_help_tells_how_each_is_used(self):
+        for verb, word in {'report': '--over', 'var': 'NAME=EXPRESSION', 'eval': '--variation'}.items():
+            self.assertIn(word, self.run_desk(verb, '--help').stdout)
+
+
+def crc32c(data):
+    """The checksum of project files."""
+    crc = 0xffffffff
+    for byte in data:
+        crc ^= byte
+        for _ in range(8):
+            crc = crc >> 1 ^ (0x82f63b78 if crc & 1 else 0)
+    return crc ^ 0xffffffff
+
+
+if __name__ == '__main__':
+    unittest.main()
