@@ -38,7 +38,7 @@ constexpr Entry kEntries[] = {
      L"'%1' has a value in '%2' at which the solution holds no point. Ask at a point of the sweep, or solve this "
      L"one."},
     {24618, L"The output variable '%1' has no single real or complex value. Ask for a part of it that has one."},
-    {24624, L"The pasted %1 '%2' bears the name of something else here and was renamed: it is now the %3 '%4'."},
+    {24624, L"'%2' is another kind of quantity here (%1): what was pasted under this name (%3) is called '%4' now."},
     {24679, L"The design names an output variable '%1', which is no valid name; it was left out. Make it anew under "
             L"another name."},
     {24680, L"'%1' is solved already: nothing was to be done. Change the design or the variation to solve it again."},

@@ -42,7 +42,7 @@ ValueState TextResolution::StateInContext(AString const & text, SimValueContext 
     return StateOfQuantity(text, SimValueContext(context).GetCalculationType());
   // The check of a variable's expression comes back here for the variables in it.
   OutputVariableVisit const visit(OutputVariableVisit::Question::State, *variable);
-  return visit.IsFirst() && m_manager.IsValidOutputVariable(variable->GetName(), &m_extractor, context)
+  return visit.MayEnter() && m_manager.IsValidOutputVariable(variable->GetName(), &m_extractor, context)
              ? variable->GetValueState()
              : UnknownQuantity();
 }

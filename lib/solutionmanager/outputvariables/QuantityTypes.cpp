@@ -34,7 +34,7 @@ bool QuantityTypes::Find(AString const & expression, Found const & found, Soluti
 
 bool QuantityTypes::FindThroughVariable(OutputVariable & variable, Found const & found) const {
   OutputVariableVisit const visit(OutputVariableVisit::Question::Quantities, variable);
-  if (!visit.IsFirst() || !m_manager.GetQuantityTypeInfo(found.reportTypes, variable.GetValueBaseText(),
+  if (!visit.MayEnter() || !m_manager.GetQuantityTypeInfo(found.reportTypes, variable.GetValueBaseText(),
                                                          found.variables, found.simValues, nullptr))
     return false;
   if (found.variables)

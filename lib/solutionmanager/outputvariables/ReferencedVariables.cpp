@@ -36,7 +36,7 @@ bool outputvariables::FindReferencedWords(BaseSolutionManager const & manager, A
       continue;
     }
     OutputVariableVisit const visit(OutputVariableVisit::Question::References, *variable);
-    if (!visit.IsFirst() || !manager.GetReferencedVariables(variable->GetValueBaseText(), names, nullptr))
+    if (!visit.MayEnter() || !manager.GetReferencedVariables(variable->GetValueBaseText(), names, nullptr))
       return false;
   }
   return true;

@@ -224,3 +224,13 @@ TEST_F(QuantityTypesTest, ASolutionWithoutAnExtractorGivesANullParserAsMeant) {
   Manager().GetImportedParserList(parsers, &set);
   EXPECT_EQ(parsers, (std::vector<IValueParser *>{nullptr, nullptr}));
 }
+
+TEST_F(QuantityTypesTest, AChainOfVariablesThatIsTooDeepToBeEvaluatedIsRefused) {
+  ForceVariable(L"v0", L"P");
+  for (int i = 1; i <= 1000; ++i)
+    ForceVariable(AString::Format(L"v%d", i).c_str(), AString::Format(L"v%d + 1", i - 1).c_str());
+  EXPECT_TRUE(Find(L"v150"));
+  EXPECT_FALSE(Find(L"v1000"));
+  ReferencedBy(L"v150");
+  ReferencedBy(L"v1000", false);
+}
