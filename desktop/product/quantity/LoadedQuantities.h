@@ -19,6 +19,8 @@ public:
   VariationInMemory & operator=(VariationInMemory const &) = delete;
 
   BaseSolutionVariation & Get() const { return m_variation; }
+  /// The variation goes away by itself, and may be gone already.
+  void Abandon() { m_wasThere = true; }
 
 private:
   BaseSolutionVariation & m_variation;

@@ -25,7 +25,11 @@ bool IsPolar(rep::DisplayType displayType) {
 QuantityExtractor::QuantityExtractor(BaseSolutionManager * manager, BaseSolution * solution)
     : BaseSimDataExtractor(manager, solution), m_variations(*solution) {}
 
-QuantityExtractor::~QuantityExtractor() = default;
+// A solution that dies with something loaded takes its variations along.
+QuantityExtractor::~QuantityExtractor() {
+  if (m_loaded)
+    m_loaded->memory->Abandon();
+}
 
 IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
   BaseSolution const & solution = *GetBaseSolution();
@@ -39,7 +43,8 @@ IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
   VariableValues nominal;
   AddNominalValues(nominal);
   m_variations.Refresh();
-  bool isMade = MakeCatalogueOf(FindSolved(nominal));
+  auto const solved = FindSolved(nominal);
+  bool isMade = solved && MakeCatalogueOf(*solved);
   for (auto text = m_variations.GetTexts().begin(); !isMade && text != m_variations.GetTexts().end(); ++text)
     isMade = MakeCatalogueOf(*text);
   if (!isMade) {
@@ -50,7 +55,7 @@ IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
 }
 
 bool QuantityExtractor::MakeCatalogueOf(AString const & variation) const {
-  auto const memory = variation.empty() ? nullptr : Bring(variation);
+  auto const memory = Bring(variation);
   auto made = memory ? MakeCatalogue(&memory->Get()) : nullptr;
   if (!made)
     return false;

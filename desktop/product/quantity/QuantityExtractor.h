@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 
 class BaseSolutionVariation;
 
@@ -52,6 +53,8 @@ public:
   AString GetContextName(SimValueContext const & context) const override;
 
   // ISimDataExtractor
+  /// Expressions may name intrinsic variables, which axes are.
+  bool HasExtractorOption(int option) const override { return option == kSearchIntrinsicVariables; }
   using BaseSimDataExtractor::GetSweep;
   SweepBase * GetSweep(AString const & name) const override;
   /// Over all values that the axis of that name has.
@@ -84,6 +87,8 @@ protected:
   bool ClearSweepsOnDesignFileRead() override;
 
 private:
+  static constexpr int kSearchIntrinsicVariables = 4;
+
   void RefreshSweeps() const;
   bool HasAxis(AString const & name, unsigned reportType) const;
   std::vector<double> AxisValues(AString const & axis) const;
@@ -92,8 +97,8 @@ private:
   std::vector<Variable *> DesignVariables() const;
   void AddNominalValues(VariableValues & values) const;
   bool MakeCatalogueOf(AString const & variation) const;
-  /// Of the version with data; empty when the values are not solved.
-  AString FindSolved(VariableValues const & values) const;
+  /// The text at the version with data, which is empty in a design without variables; nothing when it is not solved.
+  std::optional<AString> FindSolved(VariableValues const & values) const;
   /// Null when there is no data that can be read.
   std::unique_ptr<VariationInMemory> Bring(AString const & variation) const;
   unsigned ChooseReportType(std::vector<unsigned> const & reportTypes) const;

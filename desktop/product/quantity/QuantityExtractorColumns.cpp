@@ -71,15 +71,17 @@ std::unique_ptr<VariationInMemory> QuantityExtractor::Bring(AString const & vari
   return there && there->HasSolutionData() ? std::move(memory) : nullptr;
 }
 
-AString QuantityExtractor::FindSolved(VariableValues const & values) const {
+std::optional<AString> QuantityExtractor::FindSolved(VariableValues const & values) const {
   AString const text = values.GetVariationKey();
   // To ask for a variation that is not known would make it known, and write that into the library.
   long id = id::invalidID;
   if (!GetBaseSolutionMgr()->FindVariationID(text, id))
-    return AString();
+    return std::nullopt;
   BaseSolution const & solution = *GetBaseSolution();
   auto const * const solved = solution.GetBaseSolutionVariation(text, solution.GetClosestVersionWithData());
-  return solved ? solved->GetDesignVariationKey() : AString();
+  if (!solved)
+    return std::nullopt;
+  return solved->GetDesignVariationKey();
 }
 
 unsigned QuantityExtractor::ChooseReportType(std::vector<unsigned> const & reportTypes) const {
@@ -96,15 +98,15 @@ bool QuantityExtractor::LoadSolvedData(VariableValues const & first, VariableVal
   for (auto const & [name, value] : second)
     values.Set(name, value);
   AddNominalValues(values);
-  AString const variation = FindSolved(values);
-  if (!m_loaded || m_loaded->variation != variation) {
+  auto const variation = FindSolved(values);
+  if (!variation || !m_loaded || m_loaded->variation != *variation) {
     m_loaded.reset();
-    auto memory = variation.empty() ? nullptr : Bring(variation);
+    auto memory = variation ? Bring(*variation) : nullptr;
     auto quantities = memory ? OpenQuantities(memory->Get()) : nullptr;
     if (!quantities)
       return false;
     m_loaded = std::make_unique<LoadedQuantities>();
-    m_loaded->variation = variation;
+    m_loaded->variation = *variation;
     m_loaded->memory = std::move(memory);
     m_loaded->quantities = std::move(quantities);
   }

@@ -164,7 +164,8 @@ TEST_F(RfExtractor, LeavesInMemoryWhatWasThereAndNothingElse) {
 }
 
 TEST_F(RfExtractor, HasASweepOverTheFrequenciesAndOneOverEachVariablesSolvedValues) {
-  Divider();
+  Netlist(kDivider + "\n.param unused=1");
+  AddVariable(L"r", L"50");
   AddVariable(L"unused", L"1");
   for (wchar_t const * const variation : {L"r=60; unused=1", L"r=50; unused=1", L"r=0.06k; unused=1"})
     Solve(variation);

@@ -1,0 +1,211 @@
+// What curves and output variables show of solved circuits, and which of them an edit of the ports reaches.
+#include "basekit/command/KelvroCommand.h"
+#include "basekit/id/Id.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/text/Utf8.h"
+#include "plotkit/IndexedSubsweep.h"
+#include "plotkit/PortSettings.h"
+#include "plotkit/SolutionPointSet.h"
+#include "plotkit/Sweep.h"
+#include "plotkit/Trace2D.h"
+#include "plotkit/TraceComponent.h"
+#include "products/rfcircuit/product/PortEdit.h"
+#include "tests/products/rfcircuit_product/quantity/ExtractorFixture.h"
+
+#include <cmath>
+
+using namespace rftest;
+
+namespace {
+
+using Complex = std::complex<double>;
+
+std::string const kPad = "V1 in 0 portnum 1 z0 50\nV2 out 0 portnum 2 z0 50\n.param r=50\nR1 in out {r}\n";
+
+class RfReports : public ExtractorTest {
+protected:
+  void SolvePad(std::initializer_list<wchar_t const *> variations) {
+    Netlist(kPad + ".sp lin 3 1g 2g");
+    AddVariable(L"r", L"50");
+    for (wchar_t const * const variation : variations)
+      RfReports::Solve(variation);
+    Unload();
+  }
+  SolutionPointSet * PointsOver(std::initializer_list<wchar_t const *> sweeps) {
+    SubsweepVector points;
+    for (wchar_t const * const name : sweeps)
+      points.push_back(Extractor().GetSweep(name)->CreateSubsweep(true));
+    SimValueContext const context;
+    return Extractor().CreateSolutionPointSet(points, &context, &m_instance, false);
+  }
+  Trace * Curve(SolutionPointSet * points, AString const & y) {
+    SimValueContext const context;
+    std::unique_ptr<TraceComponent> const x(Extractor().CreateTraceComponent(L"F", &context));
+    std::unique_ptr<TraceComponent> const ordinate(Extractor().CreateTraceComponent(y, &context));
+    EXPECT_TRUE(x && ordinate);
+    return Extractor().CreateTrace2D(points, x.get(), ordinate.get(), false);
+  }
+  static std::vector<double> Values(Trace const * trace) {
+    auto const reals = trace->GetOrdinate()->GetValues().GetReals();
+    return {reals.begin(), reals.end()};
+  }
+  double Evaluate(AString const & variable, AString const & variation, AString const & context = AString()) {
+    Value result;
+    bool const isThere = Manager().GetOutputVariableValue(result, variable, Solution().GetGlobalSolutionName(), variation,
+                                                          context, &m_instance);
+    EXPECT_TRUE(isThere);
+    return isThere ? result.GetSIValue() : std::nan("");
+  }
+};
+
+} // namespace
+
+TEST_F(RfReports, HaveACurveForEachSolvedValueOfAVariable) {
+  SolvePad({L"r=50", L"r=100"});
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  Trace const * const trace = Curve(points, L"mag(S(2,1))*r");
+  ASSERT_TRUE(points->UpdateData());
+  ASSERT_EQ(trace->GetValueCount(), 6u);
+  std::vector<double> const values = Values(trace);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(values[i], 50 * 100.0 / 150, 1e-10);
+    EXPECT_NEAR(values[i + 3], 100 * 100.0 / 200, 1e-10);
+  }
+  ASSERT_EQ(trace->GetSegments().Get().size(), 2u);
+  EXPECT_EQ(trace->GetSegments().Get()[1].first, 3u);
+}
+
+TEST_F(RfReports, ShowAGapWhereAVariationIsMissing) {
+  SolvePad({L"r=50", L"r=100"});
+  AddVariable(L"q", L"1");
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  Trace const * const trace = Curve(points, L"mag(S(2,1))");
+  points->UpdateData();
+  for (auto const & segment : trace->GetSegments().Get())
+    EXPECT_TRUE(segment.isMissing) << "nothing is solved with a value of q";
+}
+
+TEST_F(RfReports, ShowQuantitiesThatAVariationDoesNotHaveAsMissing) {
+  SolvePad({L"r=50", L"r=100"});
+  rfcircuit::NetworkData onePort({1e9}, {{1, L"V1", 50.0}});
+  io::CBlock block;
+  onePort.Write(block);
+  Store(*m_setup, L"r=75", block);
+  ASSERT_NE(VariationAt(*m_setup, L"r=75"), nullptr);
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  Trace const * const trace = Curve(points, L"mag(S(2,1))");
+  ASSERT_TRUE(points->UpdateData());
+  ASSERT_EQ(trace->GetSegments().Get().size(), 3u);
+  EXPECT_EQ(trace->GetSegments().Get()[0].count, 3u);
+  EXPECT_EQ(trace->GetSegments().Get()[1].variation, L"r=75");
+  EXPECT_EQ(trace->GetSegments().Get()[2].count, 3u);
+  for (std::size_t i = 0; i < trace->GetSegments().Get()[1].count; ++i)
+    EXPECT_FALSE(trace->GetOrdinate()->GetValues().IsValid(trace->GetSegments().Get()[1].first + i));
+}
+
+TEST_F(RfReports, LeaveNothingInMemory) {
+  SolvePad({L"r=50", L"r=100"});
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  Curve(points, L"mag(S(2,1))");
+  points->UpdateData();
+  for (auto const & [index, variation] : Solution().GetVariations())
+    EXPECT_FALSE(variation->HasSolutionData());
+}
+
+TEST_F(RfReports, EvaluateAnOutputVariableAtASolvedFrequency) {
+  SolvePad({L"r=50", L"r=100"});
+  ASSERT_NE(Manager().CreateOutputVariable(L"loss", L"-dB(S(2,1))", nullptr), nullptr);
+  EXPECT_NEAR(Evaluate(L"loss", L"F=1.5e9; r=100"), 20 * std::log10(2.0), 1e-10);
+  EXPECT_NEAR(Evaluate(L"loss", L"F=1GHz"), 20 * std::log10(1.5), 1e-10);
+  Value result;
+  EXPECT_FALSE(Manager().GetOutputVariableValue(result, L"loss", Solution().GetGlobalSolutionName(), L"F=1.1e9; r=100",
+                                                L"", &m_instance));
+}
+
+TEST_F(RfReports, EvaluateInTheContextThatIsNamed) {
+  SolvePad({L"r=50"});
+  SetPort(L"V1", 100.0);
+  ASSERT_NE(Manager().CreateOutputVariable(L"m", L"mag(S(1,1))", nullptr), nullptr);
+  EXPECT_NEAR(Evaluate(L"m", L"F=1e9; r=50", L"Ports as solved"), 1.0 / 3, 1e-12);
+  EXPECT_NEAR(Evaluate(L"m", L"F=1e9; r=50"), 0.0, 1e-12);
+}
+
+TEST_F(RfReports, KnowTheFiguresOfATwoPortByName) {
+  SolvePad({L"r=50"});
+  for (wchar_t const * const name : {L"KFactor", L"MuFactor", L"MaxGain", L"IL(2,1)", L"RL(1)"})
+    ASSERT_NE(Manager().GetCannedOutputVariable(name), nullptr) << text::ToUtf8(AString(name));
+  ASSERT_NE(Manager().CreateOutputVariable(L"k", L"KFactor", nullptr), nullptr);
+  ASSERT_NE(Manager().CreateOutputVariable(L"il", L"IL(2,1)", nullptr), nullptr);
+  ASSERT_NE(Manager().CreateOutputVariable(L"rl", L"RL(1)", nullptr), nullptr);
+  double const s11 = 1.0 / 3;
+  double const s21 = 2.0 / 3;
+  double const delta = s11 * s11 - s21 * s21;
+  EXPECT_NEAR(Evaluate(L"k", L"F=1e9; r=50"), (1 - 2 * s11 * s11 + delta * delta) / (2 * s21 * s21), 1e-12);
+  EXPECT_NEAR(Evaluate(L"il", L"F=1e9; r=50"), -20 * std::log10(s21), 1e-10);
+  EXPECT_NEAR(Evaluate(L"rl", L"F=1e9; r=50"), -20 * std::log10(s11), 1e-10);
+}
+
+TEST_F(RfReports, AreReachedByAnEditOfAPortExactlyWhereItMatters) {
+  SolvePad({L"r=50"});
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  std::vector<Trace *> const reached{Curve(points, L"mag(S(2,1))"), Curve(points, L"VSWR1"), Curve(points, L"re(Zo(1))"),
+                                     Curve(points, L"KFactor")};
+  std::vector<Trace *> const spared{Curve(points, L"re(Y(2,1))"), Curve(points, L"re(Zo(2))"), Curve(points, L"Freq+r")};
+  ASSERT_TRUE(points->UpdateData());
+  KelvroCommand command(L"port");
+  PortSettings port(L"V1");
+  port.SetRenormalization(100.0);
+  ASSERT_TRUE(rfcircuit::ChangePortSettings(Manager(), {port}, command));
+  Manager().SynchronizeTraces(&command);
+  for (Trace const * const trace : reached)
+    EXPECT_TRUE(trace->IsDirty()) << text::ToUtf8(trace->GetOrdinate()->GetExpressionText());
+  for (Trace const * const trace : spared)
+    EXPECT_FALSE(trace->IsDirty()) << text::ToUtf8(trace->GetOrdinate()->GetExpressionText());
+  EXPECT_TRUE(Solution().HasValidSolutionData(L"r=50", id::invalidID)) << "nothing is to be solved anew";
+}
+
+TEST_F(RfReports, ShowThePortsAsTheyAreSetAfterAnEditAndAsTheyWereAfterUndo) {
+  SolvePad({L"r=50"});
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  Trace const * const trace = Curve(points, L"mag(S(1,1))");
+  ASSERT_TRUE(points->UpdateData());
+  EXPECT_NEAR(Values(trace).at(0), 1.0 / 3, 1e-12);
+  KelvroCommand command(L"port");
+  PortSettings port(L"V1");
+  port.SetRenormalization(100.0);
+  ASSERT_TRUE(rfcircuit::ChangePortSettings(Manager(), {port}, command));
+  Manager().SynchronizeTraces(&command);
+  ASSERT_TRUE(points->UpdateData());
+  EXPECT_NEAR(Values(trace).at(0), 0.0, 1e-12);
+  command.Undo();
+  Manager().SynchronizeTraces(&command);
+  ASSERT_TRUE(points->UpdateData());
+  EXPECT_NEAR(Values(trace).at(0), 1.0 / 3, 1e-12);
+}
+
+TEST_F(RfReports, AreNotReachedByAnEditThatChangesNothing) {
+  SolvePad({L"r=50"});
+  KelvroCommand command(L"port");
+  EXPECT_FALSE(rfcircuit::ChangePortSettings(Manager(), {PortSettings(L"V1")}, command));
+  EXPECT_FALSE(command.HasDeltaStates());
+  EXPECT_EQ(rfcircuit::PortEditInfo::Of(&command), nullptr);
+}
+
+TEST_F(RfReports, AreReachedByAMovedPlaneOnlyAtItsPortWhileNoImpedanceIsAnotherOne) {
+  SolvePad({L"r=50"});
+  SolutionPointSet * const points = PointsOver({L"F", L"r"});
+  Trace const * const own = Curve(points, L"re(S(1,1))");
+  Trace const * const through = Curve(points, L"re(S(2,1))");
+  Trace const * const other = Curve(points, L"re(S(2,2))");
+  Trace const * const ratio = Curve(points, L"VSWR1");
+  ASSERT_TRUE(points->UpdateData());
+  KelvroCommand command(L"port");
+  PortSettings port(L"V1");
+  port.SetDeembeddingDist(0.01);
+  ASSERT_TRUE(rfcircuit::ChangePortSettings(Manager(), {port}, command));
+  Manager().SynchronizeTraces(&command);
+  EXPECT_TRUE(own->IsDirty());
+  EXPECT_TRUE(through->IsDirty());
+  EXPECT_FALSE(other->IsDirty());
+  EXPECT_FALSE(ratio->IsDirty());
+}
