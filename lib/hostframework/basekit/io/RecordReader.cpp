@@ -127,6 +127,8 @@ RecordReader::State RecordReader::ReadState() {
   std::uint64_t const committedEnd = m_end;
   if (!isCommitted && !countsGroups && m_state == State::Good)
     Report(kFileHeaderSize, m_length - m_end, AString(), L"the file holds no commit");
+  if (m_extent == Extent::CommitAlone)
+    return m_state;
   if (isCommitted && !LoadChain()) {
     m_index = RecordIndex(countsGroups);
     Scan(kFileHeaderSize, countsGroups ? m_length : committedEnd, false);
