@@ -167,50 +167,51 @@ bool TextLexer::Name(Token const & token, AString & name) {
   return true;
 }
 
+// No text is longer than what it is written as.
 bool TextLexer::Unescape(std::string_view raw) {
-  m_scratch.clear();
+  m_scratch.resize(raw.size());
+  std::size_t length = 0;
   for (std::size_t at = 0; at < raw.size();) {
     if (raw[at] == '\\') {
-      if (!Escape(raw, ++at))
+      if (!Escape(raw, ++at, m_scratch[length++]))
         return false;
-    } else if (std::size_t const plain = PlainLength(raw, at); plain > 0) {
-      std::size_t const before = m_scratch.size();
-      m_scratch.resize(before + plain);
-      std::copy_n(raw.begin() + static_cast<std::ptrdiff_t>(at), plain,
-                  m_scratch.begin() + static_cast<std::ptrdiff_t>(before));
-      at += plain;
     } else if (static_cast<unsigned char>(raw[at]) < 0x80) {
-      m_scratch += static_cast<wchar_t>(raw[at++]);
+      for (auto const end = at + std::max<std::size_t>(PlainLength(raw, at), 1); at < end; ++at)
+        m_scratch[length++] = static_cast<wchar_t>(raw[at]);
     } else {
       auto const end = std::find_if(raw.begin() + static_cast<std::ptrdiff_t>(at), raw.end(),
                                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-      auto const length = static_cast<std::size_t>(end - raw.begin()) - at;
+      auto const run = static_cast<std::size_t>(end - raw.begin()) - at;
       AString wide;
-      if (!text::FromUtf8Strict(raw.substr(at, length), wide))
+      if (!text::FromUtf8Strict(raw.substr(at, run), wide))
         return false;
-      m_scratch += wide.View();
-      at += length;
+      std::copy(wide.begin(), wide.end(), m_scratch.begin() + static_cast<std::ptrdiff_t>(length));
+      length += wide.size();
+      at += run;
     }
   }
+  m_scratch.resize(length);
   return true;
 }
 
-bool TextLexer::Escape(std::string_view raw, std::size_t & at) {
+bool TextLexer::Escape(std::string_view raw, std::size_t & at, wchar_t & character) {
+  if (at >= raw.size())
+    return false;
   switch (raw[at++]) {
   case '"':
-    m_scratch += L'"';
+    character = L'"';
     return true;
   case '\\':
-    m_scratch += L'\\';
+    character = L'\\';
     return true;
   case 'n':
-    m_scratch += L'\n';
+    character = L'\n';
     return true;
   case 't':
-    m_scratch += L'\t';
+    character = L'\t';
     return true;
   case 'r':
-    m_scratch += L'\r';
+    character = L'\r';
     return true;
   case 'u':
     break;
@@ -224,7 +225,7 @@ bool TextLexer::Escape(std::string_view raw, std::size_t & at) {
   auto const result = std::from_chars(raw.data() + at + 1, raw.data() + close, code, 16);
   if (result.ec != std::errc() || result.ptr != raw.data() + close)
     return false;
-  m_scratch += static_cast<wchar_t>(code);
+  character = static_cast<wchar_t>(code);
   at = close + 1;
   return true;
 }

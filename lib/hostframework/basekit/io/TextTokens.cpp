@@ -122,13 +122,17 @@ void AppendName(std::string & out, AString const & name) {
 
 void AppendQuoted(std::string & out, AString const & text) {
   out += '"';
-  auto left = text.View();
-  while (!left.empty()) {
-    auto const run = static_cast<std::size_t>(std::find_if_not(left.begin(), left.end(), IsPlain) - left.begin());
-    text::AppendUtf8(out, left.substr(0, run));
-    if (run < left.size())
-      AppendEscaped(out, left[run]);
-    left.remove_prefix(std::min(run + 1, left.size()));
+  for (auto left = text.View(); !left.empty();) {
+    std::size_t run = 0;
+    while (run < left.size() && IsPlain(left[run]))
+      ++run;
+    std::size_t const start = out.size();
+    out.resize(start + run);
+    for (std::size_t i = 0; i < run; ++i)
+      out[start + i] = static_cast<char>(left[i]);
+    left.remove_prefix(run);
+    for (; !left.empty() && !IsPlain(left.front()); left.remove_prefix(1))
+      AppendEscaped(out, left.front());
   }
   out += '"';
 }
