@@ -7,7 +7,7 @@
 
 /// Values under 64-bit hashes, several under one if need be.  They lie in a row, as they came; a flat table of small
 /// numbers, which stays in the processor's caches, tells where: a look-up costs about one access to memory, and next to
-/// none when values are asked for in the order in which they came.  An entry takes 19 to 43 bytes with values of 8.  The
+/// none when values are asked for in the order in which they came.  An entry takes 19 to 43 bytes with values of 8. The
 /// hash alone tells nothing: whoever looks up checks what is found.
 ///
 /// Slots tell which hash has which slot: kScattered, or kRunsOf8, where hashes that differ in their last three bits
