@@ -126,10 +126,7 @@ void AppendQuoted(std::string & out, AString const & text) {
     std::size_t run = 0;
     while (run < left.size() && IsPlain(left[run]))
       ++run;
-    std::size_t const start = out.size();
-    out.resize(start + run);
-    for (std::size_t i = 0; i < run; ++i)
-      out[start + i] = static_cast<char>(left[i]);
+    text::AppendUtf8(out, left.substr(0, run));
     left.remove_prefix(run);
     for (; !left.empty() && !IsPlain(left.front()); left.remove_prefix(1))
       AppendEscaped(out, left.front());
