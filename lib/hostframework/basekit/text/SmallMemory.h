@@ -6,8 +6,11 @@
 #if defined(__SANITIZE_ADDRESS__)
 #define KVRO_POOLS_SMALL_MEMORY 0
 #elif defined(__has_feature)
-#define KVRO_POOLS_SMALL_MEMORY !__has_feature(address_sanitizer)
-#else
+#if __has_feature(address_sanitizer)
+#define KVRO_POOLS_SMALL_MEMORY 0
+#endif
+#endif
+#ifndef KVRO_POOLS_SMALL_MEMORY
 #define KVRO_POOLS_SMALL_MEMORY 1
 #endif
 
