@@ -1,5 +1,8 @@
 #include "basekit/io/CBlock.h"
+#include "basekit/text/Utf8.h"
 #include "tests/solutionmanager/outputvariables/VariablesFixture.h"
+
+#include <fstream>
 
 namespace {
 
@@ -62,6 +65,25 @@ TEST_F(OutputVariablesOfDesignFile, ComeBackWithTextAndState) {
   EXPECT_EQ(sum.GetParameterType(), val::kComplex);
   EXPECT_EQ(Manager().FindOutputVariable(L"Wide")->GetUnits(), m_w.GetUnits());
   EXPECT_EQ(Written().Pack(), design.Pack());
+}
+
+TEST_F(OutputVariablesOfDesignFile, TheExampleOfTheFormatsPageReadsAndIsWhatIsWritten) {
+  std::ifstream page(SOURCE_FOLDER "/docs/formats/output-variables.md");
+  std::string example;
+  for (std::string line; std::getline(page, line);)
+    if (line.starts_with("    "))
+      example += line + "\n";
+  io::CBlock variables(BaseSolutionManager::kOutputVariableBlockName);
+  ASSERT_TRUE(variables.Unpack(text::FromUtf8(example)));
+  io::CBlock design(L"Design");
+  design << variables;
+  EXPECT_EQ(Manager().DesignFileRead(design), io::kNoError);
+  EXPECT_EQ(Written().FindBlock(L"OutputVariables")->Pack(), variables.Pack());
+  DeleteAll();
+  Create(L"Gain", L"dB(S21)");
+  Create(L"Sum", L"S11 + S21");
+  Create(L"Wide", L"2*w");
+  EXPECT_EQ(Written().FindBlock(L"OutputVariables")->Pack(), variables.Pack());
 }
 
 TEST_F(OutputVariablesOfDesignFile, AVariableWithNothingToWriteIsLeftOutAndTheWriteSaysSo) {
