@@ -41,6 +41,8 @@ bool IsAmong(std::vector<AString> const & names, AString const & name) {
                      [&name](AString const & other) { return AString::MatchNoCase(other, name); });
 }
 
+/// What people call the frequency, whose variable has a shorter name.
+wchar_t const * const kFrequency = L"Freq";
 /// Solvers compute their axes: a sample that is asked for is met only nearly.
 constexpr double kSampleTolerance = 1e-9;
 
@@ -106,8 +108,14 @@ private:
     if (m_curves.x.empty() && axis == Axis::kOwn)
       for (SweepBase const * const sweep : m_sweeps)
         if (m_curves.x.empty() && IsAxis(*sweep))
-          m_curves.x = sweep->GetName();
+          m_curves.x = TitleOfAxis(sweep->GetName());
     m_x = m_curves.x.empty() ? AString(L"0") : m_curves.x;
+    if (!FindSweep(kFrequency))
+      m_x = WithRenamedWord(m_x, kFrequency, val::kIntrinsicFrequency);
+  }
+
+  static AString TitleOfAxis(AString const & name) {
+    return AString::MatchNoCase(name, val::kIntrinsicFrequency) ? AString(kFrequency) : name;
   }
 
   // A variable that nothing is solved over has the design's own value alone: there is no sweep, and none is missed.
@@ -163,7 +171,9 @@ private:
   }
 
   bool GoToSample(AString const & name, VariationText::Pair const & pair) {
-    SweepBase * const axis = FindSweep(name);
+    SweepBase * axis = FindSweep(name);
+    if (!axis && AString::MatchNoCase(name, kFrequency))
+      axis = FindSweep(val::kIntrinsicFrequency);
     Sweep const * const sweep = axis ? axis->GetSweep() : nullptr;
     if (!sweep) {
       Tell(L"'" + name + L"' is no design variable and no axis of the solved data; there are " +
@@ -172,13 +182,13 @@ private:
     }
     auto const place = pair.isNumber ? SampleAt(*sweep, pair.number.real()) : std::nullopt;
     if (!place) {
-      Tell(name + L"=" + AString(pair.text) + L": there is no such sample; `report show` over " + name +
+      Tell(name + L"=" + AString(pair.text) + L": there is no such sample; a report over " + name +
            L" shows which there are");
       return false;
     }
     std::unique_ptr<Subsweep> sample(axis->CreateSubsweep(false));
     sample->SetSelection(*place);
-    m_sampleAxes.push_back(name);
+    m_sampleAxes.push_back(axis->GetName());
     m_points.push_back(sample.release());
     return true;
   }

@@ -10,6 +10,7 @@
 #include "CoreInterfaces/solution/ITaskSetupManager.h"
 #include "CoreInterfaces/solution/SolutionEnums.h"
 #include "basekit/command/KelvroIDServer.h"
+#include "basekit/diag/Assert.h"
 #include "basekit/io/ReadError.h"
 #include "basekit/value/ValueState.h"
 #include "plotkit/PortSettings.h"
@@ -249,6 +250,7 @@ public:
                                       SolutionPointSet * pointSet) const;
 
 protected:
+  // What the design file holds is the product's: these four report that they were not overridden.
   virtual bool DefinitionFileWrite(io::CBlock & block);
   virtual bool AllFilesWrite(io::CBlock & block);
   virtual io::ReadError DefinitionFileRead(io::CBlock const & block, bool discardCache);
@@ -507,3 +509,23 @@ private:
   bool m_HasVariationsOfHeader = false;
   bool m_IsOpening = false;
 };
+
+inline bool BaseSolutionManager::DefinitionFileWrite(io::CBlock &) {
+  KVRO_ASSERT(0);
+  return true;
+}
+
+inline bool BaseSolutionManager::AllFilesWrite(io::CBlock &) {
+  KVRO_ASSERT(0);
+  return true;
+}
+
+inline io::ReadError BaseSolutionManager::DefinitionFileRead(io::CBlock const &, bool) {
+  KVRO_ASSERT(0);
+  return io::kNoError;
+}
+
+inline io::ReadError BaseSolutionManager::AllFilesRead(io::CBlock const &, bool) {
+  KVRO_ASSERT(0);
+  return io::kNoError;
+}

@@ -29,26 +29,6 @@ bool BaseSolutionManager::WriteModule(io::CBlock & block, ReadMethod method) {
   return written;
 }
 
-io::ReadError BaseSolutionManager::DefinitionFileRead(io::CBlock const &, bool) {
-  KVRO_ASSERT(0);
-  return io::kNoError;
-}
-
-io::ReadError BaseSolutionManager::AllFilesRead(io::CBlock const &, bool) {
-  KVRO_ASSERT(0);
-  return io::kNoError;
-}
-
-bool BaseSolutionManager::DefinitionFileWrite(io::CBlock &) {
-  KVRO_ASSERT(0);
-  return true;
-}
-
-bool BaseSolutionManager::AllFilesWrite(io::CBlock &) {
-  KVRO_ASSERT(0);
-  return true;
-}
-
 bool BaseSolutionManager::DesignFileWrite(io::CBlock & block) {
   bool result = WriteOutputVariables(block);
   result = WriteSetups(block, m_SimSetupMap, kSimSetupBlockName) && result;

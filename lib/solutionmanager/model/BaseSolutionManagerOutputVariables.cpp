@@ -2,7 +2,6 @@
 // so.
 
 #include "CoreInterfaces/desktop/IDesign.h"
-#include "CoreInterfaces/reportkern/IOutputVariableMgr.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "plotkit/OutputVariable.h"
@@ -17,7 +16,6 @@
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 #include "solutionmanager/outputvariables/ReportCandidates.h"
 #include "solutionmanager/outputvariables/VariableBlocks.h"
-#include "solutionmanager/outputvariables/VariableEdits.h"
 
 namespace {
 
@@ -58,42 +56,6 @@ int BaseSolutionManager::GetOutputVariables(std::vector<OutputVariable *> & vari
   for (OutputVariable * const variable : activated)
     variable->Deactivate();
   return static_cast<int>(variables.size());
-}
-
-OutputVariable * BaseSolutionManager::CreateOutputVariable(AString const & name, AString const & expression,
-                                                           KelvroCommand * command) {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Use OutputVariablesModule instead");
-    return nullptr;
-  }
-  return VariableEdits(*this, m_OutputVariableMap).Create(name, expression, command);
-}
-
-bool BaseSolutionManager::EditOutputVariable(OutputVariable * var, AString const & expression,
-                                             KelvroCommand * command) {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Use OutputVariableModule instead");
-    return false;
-  }
-  KVRO_ASSERT(var);
-  if (!var)
-    return false;
-  KVRO_ASSERT(FindOutputVariable(var->GetName()) == var);
-  return VariableEdits(*this, m_OutputVariableMap).Edit(*var, expression, command);
-}
-
-bool BaseSolutionManager::DeleteOutputVariable(OutputVariable * var, KelvroCommand * command) {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"Use OutputVariableModule instead");
-    return false;
-  }
-  // Another manager's variable stays where it is, whatever it is called.
-  auto const at = var ? m_OutputVariableMap.find(var->GetName()) : m_OutputVariableMap.end();
-  bool const isHere = at != m_OutputVariableMap.end() && at->second == var;
-  KVRO_ASSERT(isHere);
-  if (isHere)
-    VariableEdits(*this, m_OutputVariableMap).Delete(at, command);
-  return isHere;
 }
 
 OutputVariable * BaseSolutionManager::FindOutputVariable(AString const & name) const {
@@ -188,17 +150,6 @@ int BaseSolutionManager::GetOutputVariables(OutputVariableMap & variables) const
   return static_cast<int>(variables.size());
 }
 
-void BaseSolutionManager::UpdateOutputVariables(KelvroCommand * command) {
-  if (!AreOldReportStructuresSupported()) {
-    KVRO_ASSERT(!"OutputVariableModule should be handling this independently");
-    return;
-  }
-  for (OutputVariable * const variable : ListOf(m_OutputVariableMap))
-    if (!IsValidOutputVariableExpression(variable->GetValueBaseText(), nullptr, nullptr) &&
-        EditOutputVariable(variable, L"0", command))
-      outputvariables::Tell(outputvariables::kWasReset, variable->GetName(), KelvroMessage::kInfo);
-}
-
 void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
   if (!AreOldReportStructuresSupported()) {
     KVRO_ASSERT(!"Use OutputVariablesModule instead");
@@ -208,26 +159,6 @@ void BaseSolutionManager::UpdateAllOutputVariableLegacyText() {
   std::vector<IValueParser *> parsers;
   GetValParserList(parsers, nullptr);
   OutputVariableLegacyUpdater::UpdateLegacyText(ListOf(m_OutputVariableMap), parsers, GetIDesign());
-}
-
-void BaseSolutionManager::OnAddOutputVar(IKelvroCommand * command, AString const & name, OutputVariable * variable) {
-  if (!command || !variable) {
-    KVRO_ASSERT(0);
-    return;
-  }
-  VariableEdits(*this, m_OutputVariableMap).Add(*command, name, variable);
-}
-
-void BaseSolutionManager::TranslateLegacyOutputVariablesIntoGivenOutputVariableMgr(IOutputVariableMgr * target) {
-  KVRO_ASSERT(target);
-  if (!target)
-    return;
-  for (auto const & [name, variable] : m_OutputVariableMap)
-    if (!target->AdoptOutputVariable(variable)) {
-      KVRO_ASSERT(!"Why did the OutputVariableMgr not take ownership?!");
-      delete variable;
-    }
-  m_OutputVariableMap.clear();
 }
 
 OutputVariable * BaseSolutionManager::CreateCannedOutputVariable(AString const & name) const {

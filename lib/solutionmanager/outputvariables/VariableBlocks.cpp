@@ -7,7 +7,21 @@
 
 namespace outputvariables {
 
-bool WriteVariables(io::CBlock & variables, VariableEdits::Map const & map) {
+namespace {
+
+/// One of that name goes.
+void Enter(Map & map, std::unique_ptr<OutputVariable> variable) {
+  if (auto const former = map.find(variable->GetName()); former != map.end()) {
+    delete former->second;
+    map.erase(former);
+  }
+  AString const name = variable->GetName();
+  map.emplace(name, variable.release());
+}
+
+} // namespace
+
+bool WriteVariables(io::CBlock & variables, Map const & map) {
   bool areAllWritten = true;
   for (auto const & [name, variable] : map) {
     io::CBlock_func func(name);
@@ -19,8 +33,7 @@ bool WriteVariables(io::CBlock & variables, VariableEdits::Map const & map) {
   return areAllWritten;
 }
 
-io::ReadError ReadVariables(io::CBlock const & variables, BaseSolutionManager const & manager,
-                            VariableEdits::Map & map) {
+io::ReadError ReadVariables(io::CBlock const & variables, BaseSolutionManager const & manager, Map & map) {
   io::ReadError result = io::kNoError;
   for (auto const & item : variables) {
     io::CBlock_ptr<io::CBlock_func> const func(item);
@@ -36,7 +49,7 @@ io::ReadError ReadVariables(io::CBlock const & variables, BaseSolutionManager co
     }
     auto variable = std::make_unique<OutputVariable>(func->Name());
     if (variable->ReadFromFunc(*func, func->begin()))
-      VariableEdits(manager, map).Enter(variable.release());
+      Enter(map, std::move(variable));
     else
       result = io::kWarning;
   }

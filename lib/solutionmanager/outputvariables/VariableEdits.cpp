@@ -9,18 +9,10 @@
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/DesignExpressions.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
-#include "solutionmanager/undo/COutputVariableMapDeltaState.h"
 
 #include <new>
 
 namespace {
-
-void HandOver(COutputVariableMapDeltaState * delta, KelvroCommand * command) {
-  if (command)
-    command->AddDeltaState(delta);
-  else
-    delete delta;
-}
 
 COutputVarKvroCmdInfo & EditedVariablesOf(KelvroCommand & command) {
   auto * info = dynamic_cast<COutputVarKvroCmdInfo *>(command.GetInfo(KelvroCommandInfo::kOutputVariables));
@@ -31,9 +23,9 @@ COutputVarKvroCmdInfo & EditedVariablesOf(KelvroCommand & command) {
   return *info;
 }
 
-OutputVariable * NewVariable(AString const & name) {
+std::unique_ptr<OutputVariable> NewVariable(AString const & name) {
   try {
-    return new OutputVariable(name);
+    return std::make_unique<OutputVariable>(name);
   } catch (std::bad_alloc const &) {
     outputvariables::Tell(outputvariables::kNoMemory, name, KelvroMessage::kFatal);
     return nullptr;
@@ -43,33 +35,23 @@ OutputVariable * NewVariable(AString const & name) {
 } // namespace
 
 void VariableEdits::SetText(OutputVariable & variable, AString const & expression,
-                            DesignExpressions const & expressions) const {
+                            DesignExpressions const & expressions) {
   variable.SetValueBaseText(expression, expressions.GetState());
   outputvariables::Silence const silence;
   OutputVariableLegacyUpdater::UpdateLegacyText(variable, expressions.GetParsers());
 }
 
-OutputVariable * VariableEdits::Create(AString const & name, AString const & expression, KelvroCommand * command) {
+std::unique_ptr<OutputVariable> VariableEdits::Make(AString const & name, AString const & expression) const {
   DesignExpressions expressions(m_manager);
   if (!expressions.Validate(expression))
     return nullptr;
-  OutputVariable * const variable = NewVariable(name);
-  if (!variable)
-    return nullptr;
-  SetText(*variable, expression, expressions);
-  auto * const delta = new COutputVariableMapDeltaState(&m_variables);
-  // One of that name has no other owner: undo brings it back.
-  if (auto const former = m_variables.find(name); former != m_variables.end()) {
-    delta->Record(former->first, former->second, false);
-    m_variables.erase(former);
-  }
-  m_variables.emplace(name, variable);
-  delta->Record(name, variable, true);
-  HandOver(delta, command);
+  std::unique_ptr<OutputVariable> variable = NewVariable(name);
+  if (variable)
+    SetText(*variable, expression, expressions);
   return variable;
 }
 
-bool VariableEdits::Edit(OutputVariable & variable, AString const & expression, KelvroCommand * command) {
+bool VariableEdits::Edit(OutputVariable & variable, AString const & expression, KelvroCommand * command) const {
   DesignExpressions expressions(m_manager);
   bool const Ret = expressions.Validate(expression);
   KVRO_ASSERT(Ret);
@@ -79,27 +61,4 @@ bool VariableEdits::Edit(OutputVariable & variable, AString const & expression, 
   SetText(variable, expression, expressions);
   EditedVariablesOf(*command).AddEditedOutputVar(&variable);
   return true;
-}
-
-void VariableEdits::Delete(Map::iterator at, KelvroCommand * command) {
-  auto * const delta = new COutputVariableMapDeltaState(&m_variables);
-  delta->Record(at->first, at->second, false);
-  m_variables.erase(at);
-  HandOver(delta, command);
-}
-
-void VariableEdits::Add(IKelvroCommand & command, AString const & name, OutputVariable * variable) {
-  variable->SetName(name);
-  auto * const delta = new COutputVariableMapDeltaState(&m_variables, false);
-  delta->Record(name, variable, true);
-  delta->RedoIt();
-  HandOver(delta, dynamic_cast<KelvroCommand *>(&command));
-}
-
-void VariableEdits::Enter(OutputVariable * variable) {
-  if (auto const former = m_variables.find(variable->GetName()); former != m_variables.end()) {
-    delete former->second;
-    m_variables.erase(former);
-  }
-  m_variables.emplace(variable->GetName(), variable);
 }

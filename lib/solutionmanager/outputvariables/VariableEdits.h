@@ -1,37 +1,25 @@
 #pragma once
 
-#include "basekit/text/AString.h"
+#include <memory>
 
-#include <map>
-#include <vector>
-
+class AString;
 class BaseSolutionManager;
 class DesignExpressions;
-class IKelvroCommand;
 class KelvroCommand;
 class OutputVariable;
 
-/// Changes of a manager's output variables, each recorded on the command; without one it can't be undone.  The map owns
-/// what it holds, the records what is outside of it.
+/// Gives output variables their texts, as expressions of a manager's design.
 class VariableEdits {
 public:
-  using Map = std::map<AString, OutputVariable *, AString::NoCaseLess>;
+  explicit VariableEdits(BaseSolutionManager const & manager) : m_manager(manager) {}
 
-  VariableEdits(BaseSolutionManager const & manager, Map & variables) : m_manager(manager), m_variables(variables) {}
-
-  /// A variable of that name makes room.  Null when the expression does not parse.
-  OutputVariable * Create(AString const & name, AString const & expression, KelvroCommand * command);
-  /// False, and nothing changed, without a command.
-  bool Edit(OutputVariable & variable, AString const & expression, KelvroCommand * command);
-  void Delete(Map::iterator at, KelvroCommand * command);
-  /// Takes the variable over, under that name.
-  void Add(IKelvroCommand & command, AString const & name, OutputVariable * variable);
-  /// A variable of that name is freed.
-  void Enter(OutputVariable * variable);
+  /// Null when the expression does not parse.
+  std::unique_ptr<OutputVariable> Make(AString const & name, AString const & expression) const;
+  /// Undoable, and told in the command's info.  False, and nothing changed, without a command.
+  bool Edit(OutputVariable & variable, AString const & expression, KelvroCommand * command) const;
 
 private:
-  void SetText(OutputVariable & variable, AString const & expression, DesignExpressions const & expressions) const;
+  static void SetText(OutputVariable & variable, AString const & expression, DesignExpressions const & expressions);
 
   BaseSolutionManager const & m_manager;
-  Map & m_variables;
 };

@@ -1,5 +1,6 @@
 #include "tests/desktop/support/FakeExtractor.h"
 
+#include "basekit/value/Value.h"
 #include "desktop/product/quantity/ISolvedQuantities.h"
 #include "desktop/product/quantity/QuantityColumn.h"
 #include "tests/desktop/support/FakeProduct.h"
@@ -26,7 +27,7 @@ public:
     m_types.resize(2);
     m_types[0].number = FakeExtractor::kOverFrequency;
     m_types[0].name = L"Over frequency";
-    m_types[0].axis = L"Freq";
+    m_types[0].axis = val::kIntrinsicFrequency;
     m_types[0].axisState = {Units::kHertz, Units::kFrequency, 1, val::kReal};
     m_types[0].axisValues = Frequencies(count);
     m_types[1].number = FakeExtractor::kNumbers;

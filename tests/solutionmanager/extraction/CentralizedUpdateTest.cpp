@@ -46,8 +46,8 @@ protected:
       AddData(variation, {1e9, 2e9, 3e9});
   }
   PlainPointSet & AddPlain(wchar_t const * name, Texts const & variations, long solutionID = id::invalidID) {
-    m_plain.push_back(std::make_unique<PlainPointSet>(solutionID == id::invalidID ? m_solution->GetID() : solutionID,
-                                                      m_diary, name));
+    m_plain.push_back(
+        std::make_unique<PlainPointSet>(solutionID == id::invalidID ? m_solution->GetID() : solutionID, m_diary, name));
     for (AString const & variation : variations)
       m_plain.back()->wanted.emplace_back(At(variation.c_str()), VariableValues());
     m_chosen.push_back(m_plain.back().get());
