@@ -58,6 +58,13 @@ public:
   void Forget(Value value) {
     std::erase_if(m_displaced, [value](auto const & item) { return item.second == value; });
   }
+  /// A record mentions the object and may need it yet; each mention ends by a Dismiss.
+  void Mention(Value value) { ++m_mentions[value]; }
+  void Dismiss(Value value) {
+    if (auto const at = m_mentions.find(value); at != m_mentions.end() && --at->second == 0)
+      m_mentions.erase(at);
+  }
+  bool IsMentioned(Value value) const { return m_mentions.count(value) != 0; }
   template <class Do> void ForEach(Do act) const {
     for (auto const & item : m_displaced)
       act(item.second);
@@ -74,6 +81,7 @@ public:
 private:
   /// The youngest last.
   std::vector<std::pair<Key, Value>> m_displaced;
+  std::map<Value, int> m_mentions; ///< by records that own what is outside
 };
 
 /// The one that belongs to a map.

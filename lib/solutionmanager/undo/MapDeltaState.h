@@ -47,6 +47,9 @@ MapDeltaState<K, V, Cmp>::MapDeltaState(Map * liveMap, Map * deletedMap, bool ch
 template <class K, class V, class Cmp> MapDeltaState<K, V, Cmp>::~MapDeltaState() {
   if (m_deletedMap)
     return;
+  for (Map const * const items : {&m_insertedItems, &m_removedItems})
+    for (auto const & item : *items)
+      m_graveyard->Dismiss(item.second);
   if (IsStateChangeDone())
     undo::DeleteOutside(m_removedItems, m_insertedItems, *m_graveyard);
   else
@@ -65,11 +68,14 @@ template <class K, class V, class Cmp> void MapDeltaState<K, V, Cmp>::RedoIt() {
 
 template <class K, class V, class Cmp>
 void MapDeltaState<K, V, Cmp>::Record(K const & keyVal, V const & value, bool inserted) {
-  if (inserted) {
+  if (inserted)
     KVRO_ASSERT(m_insertedItems.find(keyVal) == m_insertedItems.end());
-    m_insertedItems[keyVal] = value;
-  } else {
+  else
     KVRO_ASSERT(m_removedItems.find(keyVal) == m_removedItems.end());
-    m_removedItems[keyVal] = value;
+  V & item = (inserted ? m_insertedItems : m_removedItems)[keyVal];
+  if (!m_deletedMap) {
+    m_graveyard->Dismiss(item);
+    m_graveyard->Mention(value);
   }
+  item = value;
 }

@@ -3,8 +3,6 @@
 #include "basekit/diag/Assert.h"
 #include "solutionmanager/undo/Graveyard.h"
 
-#include <set>
-
 namespace undo {
 
 /// What a key must find in the live map, under the name that reports give it.
@@ -45,16 +43,20 @@ void MoveItems(Map const & leaving, Map const & arriving, Map & liveMap, Map * d
   }
 }
 
-/// Frees what a record without a deleted map has outside the live map when it dies.
+/// Frees what a record without a deleted map has outside the live map when it dies, but for what another record may
+/// bring back: that waits for the last of them.
 template <class Map> void DeleteOutside(Map const & outside, Map const & inside, Graveyard<Map> & graveyard) {
-  std::set<typename Map::mapped_type> doomed;
-  for (auto const & item : outside)
-    doomed.insert(item.second);
+  std::map<typename Map::mapped_type, typename Map::key_type> doomed;
+  for (auto const & [key, object] : outside)
+    doomed.emplace(object, key);
   for (auto const & item : inside)
     doomed.erase(item.second);
-  for (auto * const object : doomed) {
+  for (auto const & [object, key] : doomed) {
     graveyard.Forget(object);
-    delete object;
+    if (graveyard.IsMentioned(object))
+      graveyard.Keep(key, object);
+    else
+      delete object;
   }
 }
 

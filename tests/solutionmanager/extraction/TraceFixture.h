@@ -41,10 +41,17 @@ public:
     return new SimValue(text, context, state);
   }
   int GetCategoryID(SimValue const & value) const override { return value.GetText() == L"T" ? 7 : 12; }
-  double GetValue(ValueBase const &) override { return 300.0; }
-  AComplex<double> GetComplexValue(ValueBase const &) override { return {3.0, 4.0}; }
+  double GetValue(ValueBase const &) override {
+    ++evaluated;
+    return 300.0;
+  }
+  AComplex<double> GetComplexValue(ValueBase const &) override {
+    ++evaluated;
+    return {3.0, 4.0};
+  }
 
   int made = 0;
+  int evaluated = 0;
 };
 
 /// One whose data is loaded for all sets at once.

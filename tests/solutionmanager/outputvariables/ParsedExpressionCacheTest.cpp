@@ -3,6 +3,7 @@
 
 #include "plotkit/SimValueContext.h"
 #include "tests/solutionmanager/support/TestProduct.h"
+#include "tests/support/AssertWatch.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,18 @@ public:
   bool GetQuantityTypeInfo(ReportTypeMap &, AString const & expression, std::vector<OutputVariable *> *,
                            SimValuesByReportType * simValues, SolutionPointSet *) const override {
     ++analyses;
+    if (expression == L"loud")
+      m_messages->Post(KelvroMessage(24559, KelvroMessage::kError, 6));
+    if (expression == L"empty")
+      *simValues = {{3, {}}};
     if (expression == L"S11+S21+Z")
       *simValues = {{1, {L"S11", L"S21"}}, {2, {L"Z"}}};
     return expression != L"bad";
   }
   mutable int analyses = 0;
+
+private:
+  MessageManager * m_messages = &GetIKitDesktop()->GetMessageManager();
 };
 
 class ParsedExpressionCacheTest : public support::ModelTest {
@@ -68,6 +76,71 @@ TEST_F(ParsedExpressionCacheTest, ATextWithoutSimValuesIsValidAndRefersToNothing
 
 TEST_F(ParsedExpressionCacheTest, AnExpressionThatDoesNotParseIsNotValid) {
   EXPECT_FALSE(CParsedExpressionCache(L"bad", &m_quantities).IsExpressionValid());
+}
+
+TEST_F(ParsedExpressionCacheTest, EveryQuestionAnalysesWhenItIsTheFirst) {
+  std::vector<AString> texts;
+  std::vector<unsigned> types;
+  std::vector<OutputVariable *> variables;
+  CParsedExpressionCache sims(L"S11+S21+Z", &m_quantities), reports(sims), outputs(sims), kinds(sims);
+  sims.GetReferencedSimValues(texts, 2);
+  reports.GetReferencedReportTypes(types);
+  outputs.GetReferencedOutputVars(variables);
+  EXPECT_TRUE(kinds.AreThereQuantitiesOfType(1));
+  EXPECT_EQ(m_quantities.analyses, 4) << "a copy of one that was not asked yet is not computed either";
+  EXPECT_EQ(texts, std::vector<AString>{L"Z"});
+  EXPECT_EQ(types, (std::vector<unsigned>{1, 2}));
+}
+
+TEST_F(ParsedExpressionCacheTest, AnAssignedCacheTakesTheAnswersOver) {
+  CParsedExpressionCache computed(L"S11+S21+Z", &m_quantities);
+  EXPECT_TRUE(computed.IsExpressionValid());
+  CParsedExpressionCache other(L"bad", &m_quantities);
+  EXPECT_FALSE(other.IsExpressionValid());
+  other = computed;
+  EXPECT_TRUE(other.IsExpressionValid());
+  EXPECT_TRUE(other.AreThereQuantitiesOfType(2));
+  EXPECT_EQ(m_quantities.analyses, 2);
+}
+
+TEST_F(ParsedExpressionCacheTest, AReportTypeWithoutSimValuesCountsAsNoQuantityThere) {
+  CParsedExpressionCache cache(L"empty", &m_quantities);
+  EXPECT_FALSE(cache.AreThereQuantitiesOfType(3));
+  std::vector<unsigned> types;
+  cache.GetReferencedReportTypes(types);
+  EXPECT_EQ(types, std::vector<unsigned>{3});
+}
+
+TEST_F(ParsedExpressionCacheTest, TheUserHearsNothingOfTheAnalysis) {
+  CParsedExpressionCache cache(L"loud", &m_quantities);
+  EXPECT_TRUE(cache.IsExpressionValid());
+  EXPECT_TRUE(m_desktop.posted.empty());
+  EXPECT_FALSE(m_desktop.GetMessageManager().IsHoldingBack());
+}
+
+TEST_F(ParsedExpressionCacheTest, ADerivedCacheMayAnalyseInItsOwnWayButMustSayThatItDid) {
+  class Lazy : public CParsedExpressionCache {
+  public:
+    using CParsedExpressionCache::CParsedExpressionCache;
+    void PopulateCache() override {}
+  };
+  support::AssertWatch::Expect("m_cacheComputed");
+  EXPECT_FALSE(Lazy(L"S11+S21+Z", &m_quantities).IsExpressionValid());
+  EXPECT_EQ(m_quantities.analyses, 0);
+}
+
+TEST_F(ParsedExpressionCacheTest, TheManagerMakesOneForTheCallerToOwn) {
+  std::unique_ptr<CParsedExpressionCache> const cache(m_quantities.CreateParsedExpressionCache(L"S11+S21+Z"));
+  EXPECT_EQ(cache->GetSolutionManager(), &m_quantities);
+  EXPECT_EQ(m_quantities.analyses, 0);
+  EXPECT_TRUE(cache->IsExpressionValid());
+}
+
+TEST_F(ParsedExpressionCacheTest, AnEmptyContainerMayEnterAMap) {
+  std::map<int, CParsedExpressionCacheContainer> containers;
+  containers.emplace(1, CParsedExpressionCacheContainer());
+  containers[1].AddElement(new CParsedExpressionCache(L"1", &m_quantities));
+  EXPECT_EQ(std::distance(containers[1].GetFirstElementForEdit(), containers[1].GetLastElementForEdit()), 1);
 }
 
 TEST_F(ParsedExpressionCacheTest, AContainerOwnsItsElementsOnce) {

@@ -100,6 +100,7 @@ TEST_F(PastedVariablesTest, OfAnotherTypeItComesInUnderANewNameAndTheUserIsTold)
   EXPECT_EQ(m_context.renamed, (std::vector<std::pair<AString, AString>>{{L"Loss", L"Loss_1"}}));
   ASSERT_EQ(m_desktop.posted.size(), 1u);
   EXPECT_EQ(m_desktop.posted.front().first, kRenamedMessage);
+  EXPECT_EQ(m_desktop.posted.front().second, L"complex number") << "the type that is there";
   EXPECT_EQ(m_desktop.severities.front(), KelvroMessage::kInfo);
   m_command->Undo();
   EXPECT_EQ(Manager().FindOutputVariable(L"Loss_1"), nullptr);

@@ -190,6 +190,31 @@ TEST_F(OutputVariableEdits, DeletionCanBeUndone) {
   ExpectUndoable(m_command, before);
 }
 
+// A sanitizer run tells that nothing leaks and nothing is freed twice.
+TEST_F(OutputVariableEdits, AnOlderCommandMayDieUndoneAfterItsVariableWasDeletedWithoutOne) {
+  auto command = std::make_unique<KelvroCommand>(L"Create");
+  Manager().DeleteOutputVariable(Create(L"Gain", L"1", command.get()), nullptr);
+  support::AssertWatch::Expect("m_srcMap.find(k) != m_srcMap.end()");
+  command->Undo();
+  command.reset();
+  EXPECT_EQ(Look(), "");
+}
+
+TEST_F(OutputVariableEdits, AnOlderCommandMayDieStandingAfterItsVariableWasDeletedWithoutOne) {
+  auto command = std::make_unique<KelvroCommand>(L"Create");
+  Manager().DeleteOutputVariable(Create(L"Gain", L"1", command.get()), nullptr);
+  command.reset();
+  EXPECT_EQ(Look(), "");
+}
+
+TEST_F(OutputVariableEdits, ACommandMayOutliveTheManager) {
+  Manager().DeleteOutputVariable(Create(L"Gain", L"1", &m_command), &m_command);
+  Create(L"Loss", L"1", &m_command);
+  EXPECT_TRUE(Manager().EditOutputVariable(Manager().FindOutputVariable(L"Loss"), L"2", &m_command));
+  m_manager.reset();
+  EXPECT_TRUE(m_command.HasDeltaStates());
+}
+
 TEST_F(OutputVariableEdits, OnlyVariablesOfThisManagerAreDeleted) {
   OutputVariable stranger(L"Gain");
   Create(L"Gain", L"1");

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "basekit/value/Variable.h"
+#include "bench/model/PlainDesign.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+class BaseSolutionManager;
+class ISolutionPointSet;
+class SolutionPointSet;
+class Trace;
+
+namespace bench {
+
+class ColumnsInMemory;
+
+/// One solution whose data over C = 1, 2, ... lies in memory by column: the complex S over frequencies.
+class SolvedWorld {
+public:
+  SolvedWorld(std::string const & folder, std::size_t variations, std::size_t frequencies);
+  ~SolvedWorld();
+
+  BaseSolutionManager & Manager() { return *m_manager; }
+  /// A set over all variations and frequencies with one trace over F.
+  SolutionPointSet & AddReport(wchar_t const * y);
+  Trace & TraceOf(SolutionPointSet & pointSet) const;
+  void Update(std::vector<ISolutionPointSet *> const & pointSets);
+
+  std::vector<double> const & Frequencies() const;
+  std::vector<double> const & NumbersOf(std::size_t variation) const;
+  /// How often a variation was made ready that was not.
+  std::size_t Reads() const;
+  std::size_t Variations() const { return m_variations; }
+
+private:
+  PlainDesign m_design;
+  Variable m_swept{L"C", L"1"};
+  std::size_t m_variations;
+  std::unique_ptr<BaseSolutionManager> m_manager;
+  ColumnsInMemory * m_columns = nullptr;
+};
+
+} // namespace bench
