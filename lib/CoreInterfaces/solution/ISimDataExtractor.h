@@ -62,7 +62,8 @@ public:
   virtual IDesignDataExtractorForReportSetupUI * GetIDesignDataExtractorForReportSetupUIForEdit();
   virtual void DoGarbageCollectionToAllowVariableDeletion(Variable const & variable) = 0;
   /// Makes the data of one variation ready to be asked for, until FinishLoadingSolvedData: the quantities, by report
-  /// type, at the variation that both groups of values tell.  False when there is none, which is no error.
+  /// type, at the variation that both groups of values tell.  Several sets may ask for one variation before the finish:
+  /// what is there is not read again.  False when there is none, which is no error.
   virtual bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
                               std::vector<unsigned> const & reportTypes,
                               std::map<unsigned, std::vector<AString>> const & quantities,

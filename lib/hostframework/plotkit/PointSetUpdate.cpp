@@ -113,11 +113,20 @@ bool PointSetUpdate::IsKnownToSolution(VariableValues const & values) {
   return m_known->count(values) > 0;
 }
 
+bool PointSetUpdate::IsVersionSolved() {
+  if (!m_isVersionSolved) {
+    ISolution const * const solution = m_extractor.GetISolution();
+    m_isVersionSolved = solution && solution->HasSolutionData(static_cast<IDesignInstance const *>(nullptr), m_version);
+  }
+  return *m_isVersionSolved;
+}
+
 bool PointSetUpdate::IsCached(VariableValues const & values) {
-  if (m_simValues.empty() || !IsKnownToSolution(values))
+  CSimValueCacheV const & cache = m_pointSet.GetSimValueCache();
+  if (m_simValues.empty() || !cache.Find(m_version, **m_simValues.begin()) || !IsKnownToSolution(values))
     return false;
   if (!m_cached)
-    m_cached = std::make_unique<CachedColumns>(m_pointSet.GetSimValueCache(), m_version);
+    m_cached = std::make_unique<CachedColumns>(cache, m_version);
   return m_cached->GoTo(values.GetVariationKey(), {m_simValues.begin(), m_simValues.end()}, AxisNames());
 }
 
@@ -183,8 +192,8 @@ void PointSetUpdate::TakeColumns(std::size_t point, VariableValues const & value
   bool const isFirst = m_openCount == m_isTaken.size();
   for (std::size_t i = 0; isFirst && i < m_traces.size(); ++i)
     m_fillers[i].Reserve(static_cast<double>(m_traces[i]->GetValueCount()) * static_cast<double>(m_openCount));
-  // Data of another version than the one that the set will bear is shown, but not kept.
-  if (m_loaded && IsKnownToSolution(values))
+  // While the version that the set will bear has no data, that of an older one is shown, but not kept.
+  if (m_loaded && IsVersionSolved())
     m_keeper.Keep(point, values.GetVariationKey(), columns, samples, AxisNames(), m_openCount);
 }
 

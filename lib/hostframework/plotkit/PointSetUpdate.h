@@ -4,6 +4,7 @@
 #include "plotkit/SolvedValueKeeper.h"
 #include "plotkit/Trace.h"
 
+#include <optional>
 #include <set>
 
 class CachedColumns;
@@ -52,6 +53,7 @@ private:
   void TakeColumns(std::size_t point, VariableValues const & values, ISolvedColumns const & columns);
   void AppendTo(std::size_t trace, std::size_t point, AString const & variation, bool hasData);
   bool IsKnownToSolution(VariableValues const & values);
+  bool IsVersionSolved();
   std::vector<AString> AxisNames() const;
 
   SolutionPointSet & m_pointSet;
@@ -68,5 +70,6 @@ private:
   std::vector<TraceFiller> m_fillers;
   std::unique_ptr<CachedColumns> m_cached;
   std::unique_ptr<std::set<VariableValues>> m_known; ///< variations that the solution has at the version
+  std::optional<bool> m_isVersionSolved;
   SolvedValueKeeper m_keeper;
 };

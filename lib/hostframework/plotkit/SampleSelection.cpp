@@ -68,19 +68,23 @@ SampleSelection::SampleSelection(ISolvedColumns const & columns, std::vector<Sub
     isAnyChosen = isAnyChosen || axis.isChosen;
     m_axes.push_back(std::move(axis));
   }
-  if (wholeData) {
-    m_places.resize(count);
-    std::iota(m_places.begin(), m_places.end(), std::size_t(0));
-    SelectNumbers({});
-  } else if (isAnyChosen) {
+  bool const isAnyRange =
+      std::any_of(m_axes.begin(), m_axes.end(), [](Axis const & axis) { return axis.points->GetRange().has_value(); });
+  if (wholeData || (!isAnyChosen && !isAnyRange))
+    PickAll(count);
+  else if (isAnyChosen)
     PickChosen(count);
-  } else {
+  else
     PickInOrder(count);
-  }
-  m_isWhole = m_places.size() == count &&
-              (m_places.empty() || (m_places.front() == 0 && m_places.back() + 1 == count)) &&
-              std::is_sorted(m_places.begin(), m_places.end());
   SplitRuns();
+}
+
+void SampleSelection::PickAll(std::size_t count) {
+  m_isWhole = true;
+  m_places.resize(count);
+  std::iota(m_places.begin(), m_places.end(), std::size_t(0));
+  for (Axis & axis : m_axes)
+    axis.selected = axis.numbers;
 }
 
 bool SampleSelection::IsInRanges(std::size_t sample) const {
@@ -162,6 +166,10 @@ void SampleSelection::SplitRuns() {
         return false;
     return true;
   };
+  if (m_axes.size() <= 1 && !m_places.empty()) {
+    m_runs.push_back({0, m_places.size()});
+    return;
+  }
   for (std::size_t i = 0; i < m_places.size(); ++i)
     if (i > 0 && isSameCurve(i - 1, i))
       ++m_runs.back().count;

@@ -45,6 +45,7 @@ private:
   bool IsInRanges(std::size_t sample) const;
   void PickInOrder(std::size_t count);
   void PickChosen(std::size_t count);
+  void PickAll(std::size_t count);
   void SelectNumbers(std::vector<std::size_t> const & ranks);
   void SplitRuns();
 

@@ -210,7 +210,7 @@ TEST_F(PointSetColumnsTest, ATextBesideNumbersHasAPlaceForEach) {
   EXPECT_EQ(trace.GetAbscissa()->GetEntryText(8), L"note");
 }
 
-TEST_F(PointSetColumnsTest, WhatWasReadOfKnownVariationsIsKeptAndServesWhenNothingIsLoaded) {
+TEST_F(PointSetColumnsTest, WhatWasReadIsKeptAndServesWhenNothingIsLoaded) {
   for (wchar_t const * const variation : {L"x=1", L"x=2", L"x=3"})
     Solve(*m_solution, variation, {1.0});
   AddData(L"x=2", {1e9, 2e9});
@@ -232,7 +232,21 @@ TEST_F(PointSetColumnsTest, WhatWasReadOfKnownVariationsIsKeptAndServesWhenNothi
   EXPECT_GT(m_extractor->loads, loads) << "what was given up is loaded again";
 }
 
-TEST_F(PointSetColumnsTest, DataOfAVariationThatTheSolutionDoesNotHaveAtItsVersionIsShownButNotKept) {
+TEST_F(PointSetColumnsTest, WhatWasKeptOfADeletedVariationIsNotShown) {
+  for (wchar_t const * const variation : {L"x=1", L"x=2"})
+    Solve(*m_solution, variation, {1.0});
+  m_extractor->data.erase(At(L"x=2"));
+  SolutionPointSet & set = AddSet(AllOf({L"x", L"F"}));
+  AddTrace(set, L"F", L"im(S)");
+  Update();
+  m_extractor->data.clear();
+  Trace & trace = AddTrace(set, L"F", L"re(S)");
+  Update();
+  EXPECT_EQ(Segments(trace), (Texts{L"x=1: 0+3", L"x=2: 3+1 missing", L"x=3: 4+1 missing"}))
+      << "x=3 was read, but the solution does not have it";
+}
+
+TEST_F(PointSetColumnsTest, DataOfAnOlderVersionIsShownButNotKeptWhileTheSolutionsOwnHasNone) {
   SolutionPointSet & set = AddSet(AllOf({L"x", L"F"}));
   Trace & trace = AddTrace(set, L"F", L"im(S)");
   Update();
