@@ -137,6 +137,7 @@ TEST_F(ExtractorDesignFileTest, TheExampleOfTheFormatsPageReadsAndWritesItself) 
   support::TestInstance second(m_design, L"C1=1.2pF", 2);
   m_design.ownInstances.push_back(&second);
   m_extractor->refersToSimValues = true;
+  m_extractor->options = {4}; // intrinsic variables are names of its expressions
   io::CBlock block(BaseSolution::kSimDataExtractorBlockName);
   ASSERT_TRUE(block.Unpack(text::FromUtf8(example)));
   EXPECT_EQ(m_extractor->DesignFileRead(block), io::kNoError);
