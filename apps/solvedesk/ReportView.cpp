@@ -19,17 +19,20 @@ namespace {
 using desktop::ErrorKind;
 using Json = nlohmann::ordered_json;
 
+bool HasAnything(desktop::ReportTable const & table) { return table.RowCount() > table.GapCount(); }
+
 std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project) {
   std::vector<std::string> notes;
   for (AString const & problem : shown.problems)
     notes.push_back(Utf8(problem));
-  if (shown.solution && shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID() &&
-      shown.table.RowCount() > 0)
+  if (!HasAnything(shown.table))
+    return notes;
+  if (shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID())
     notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
                                 "solves them anew",
                                 Utf8(shown.solution->GetGlobalSolutionName()), project, project));
   if (std::size_t const gaps = shown.table.GapCount())
-    notes.push_back(fmt::format("{} {} no solved and valid data; `solvedesk solve {}` solves {}",
+    notes.push_back(fmt::format("{} {} no solved data; `solvedesk solve {}` solves {}",
                                 Count(static_cast<long long>(gaps), "variation"), gaps == 1 ? "has" : "have", project,
                                 gaps == 1 ? "it" : "them"));
   return notes;
@@ -85,7 +88,7 @@ ComplexForm FormOf(ViewOptions const & options) {
 void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
                  std::string const & project, ViewOptions const & options) {
   std::vector<std::string> const notes = NotesOf(shown, project);
-  if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || shown.table.RowCount() == 0) {
+  if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || !HasAnything(shown.table)) {
     std::string const reason =
         notes.empty() ? fmt::format("{}: nothing is solved that the report could show; run `solvedesk solve {}` first",
                                     Utf8(ProjectPath(project)), project)

@@ -14,6 +14,7 @@
 #include "desktop/report/Reporter.h"
 #include "plotkit/Subsweep.h"
 #include "plotkit/Sweep.h"
+#include "plotkit/Trace.h"
 #include "plotkit/TraceComponent.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/NameSpaceSetup.h"
@@ -22,6 +23,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <list>
 #include <memory>
 #include <optional>
 
@@ -218,10 +220,16 @@ private:
     return false;
   }
 
+  // A curve that there is already counts as clean when it is asked for again; what an edit did to it stays.
   Trace * MakeTrace(AString const & y) {
+    std::list<Trace *> dirty;
+    m_extractor.GetAvailableTraces(dirty);
+    std::erase_if(dirty, [](Trace const * trace) { return !trace->IsDirty(); });
     Reporter const reporter(m_extractor, m_context, m_instance, m_points, m_x, y);
     std::vector<Trace *> traces;
     m_extractor.CreateTraces(reporter, traces);
+    for (Trace * const trace : dirty)
+      trace->MarkItDirty(true);
     return traces.empty() ? nullptr : traces.front();
   }
 

@@ -1,5 +1,6 @@
 #include "desktop/report/ReportTable.h"
 
+#include "basekit/value/ExpressionValue.h"
 #include "basekit/value/variation/VariationText.h"
 #include "plotkit/Trace.h"
 #include "plotkit/TraceComponent.h"
@@ -12,6 +13,13 @@ namespace desktop {
 namespace {
 
 using Role = ReportTable::Column::Role;
+
+// Those of the expression where the component has none of its own.
+Units::FullUnitType UnitsOf(TraceComponent const & component) {
+  ExpressionValue const * const expression = component.GetExpression();
+  return component.GetUnits() == Units::kNoUnits && expression ? expression->GetValueState().fullUnit
+                                                               : component.GetUnits();
+}
 
 std::complex<double> InUnits(std::complex<double> const & si, ReportTable::Column const & column) {
   if (column.units == Units::kNoUnits)
@@ -42,7 +50,7 @@ void ReportTable::AddColumn(Role role, AString const & title, Trace const * trac
                                                               : trace->GetOrdinate();
   Column column{role, title};
   if (component) {
-    column.units = component->GetUnits();
+    column.units = UnitsOf(*component);
     column.isComplex = component->GetValues().IsComplex();
   }
   m_columns.push_back(column);
