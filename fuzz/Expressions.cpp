@@ -1,4 +1,5 @@
-// Expressions: whatever is read prints back to itself, compiles or is refused with a place in its text, and runs.
+// Expressions: whatever is read prints back to itself, compiles or is refused with a place in its text, and runs, over
+// traces of ordinary and of the greatest numbers.
 
 #include "fuzz/Entry.h"
 
@@ -19,6 +20,22 @@ void Demand(bool holds) {
 
 bool AreSame(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 
+void DemandSame(expr::SyntaxTree const & tree, expr::SyntaxTree const & again) {
+  Demand(again.nodes.size() == tree.nodes.size() && again.numbers.size() == tree.numbers.size());
+  Demand(again.names == tree.names);
+  for (std::size_t i = 0; i < tree.nodes.size(); ++i) {
+    expr::Node const & a = tree.nodes[i];
+    expr::Node const & b = again.nodes[i];
+    Demand(a.kind == b.kind && a.op == b.op && a.argumentCount == b.argumentCount && a.first == b.first);
+  }
+  for (std::size_t i = 0; i < tree.numbers.size(); ++i) {
+    val::Quantity const & a = tree.numbers[i];
+    val::Quantity const & b = again.numbers[i];
+    Demand(AreSame(a.real, b.real) && AreSame(a.imaginary, b.imaginary));
+    Demand(a.isComplex == b.isComplex && a.unit == b.unit);
+  }
+}
+
 void CheckPrinting(AString const & text) {
   expr::SyntaxTree tree;
   expr::Error error;
@@ -30,18 +47,18 @@ void CheckPrinting(AString const & text) {
   AString const printed = tree.Print();
   expr::SyntaxTree again;
   Demand(expr::ReadSyntax(printed, again, error) && again.Print() == printed);
-  Demand(again.nodes.size() == tree.nodes.size() && again.names == tree.names);
-  for (std::size_t i = 0; i < tree.numbers.size(); ++i)
-    Demand(AreSame(tree.numbers[i].real, again.numbers[i].real) &&
-           AreSame(tree.numbers[i].imaginary, again.numbers[i].imaginary));
+  DemandSame(tree, again);
 }
 
-} // namespace
+void CheckRun(expr::NamedScope const & scope, AString const & text) {
+  expr::Result result;
+  expr::Error error;
+  bool const isDone = scope.Evaluate(text, result, error);
+  Demand(isDone || error.position + error.length <= error.source.size());
+  Demand(!isDone || (result.isComplex ? result.complexes.size() : result.reals.size()) == (result.isScalar ? 1u : 5u));
+}
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t size) {
-  AString const text = text::FromUtf8(std::string_view(reinterpret_cast<char const *>(data), size));
-  CheckPrinting(text);
-
+void CheckRuns(AString const & text) {
   double const axis[] = {1.0, 2.0, 2.0, 5.0, NAN};
   double const reals[] = {0.0, -1.0, 3.0, INFINITY, 2.0};
   std::complex<double> const complexes[] = {{1.0, 2.0}, {0.0, 0.0}, {NAN, 1.0}, {-3.0, 0.5}, {1e300, -1e300}};
@@ -55,10 +72,20 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
   scope.AddDefinition(L"h", L"max(mag(S21))");
   scope.AddDefinition(L"self", text);
   scope.AddDataset(L"d", {axis, reals});
-  expr::Result result;
-  expr::Error error;
-  bool const isDone = scope.Evaluate(text, result, error);
-  Demand(isDone || error.position + error.length <= error.source.size());
-  Demand(!isDone || (result.isComplex ? result.complexes.size() : result.reals.size()) == (result.isScalar ? 1u : 5u));
+  CheckRun(scope, text);
+
+  double const greatAxis[] = {-1.5e308, -1.0, 5e-324, 1.0, 1.5e308};
+  double const greatReals[] = {0.0, 1.5e308, -1.5e308, 5e-324, 1.0};
+  scope.SetAxis(greatAxis);
+  scope.AddColumn(L"y", greatReals);
+  CheckRun(scope, text);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t size) {
+  AString const text = text::FromUtf8(std::string_view(reinterpret_cast<char const *>(data), size));
+  CheckPrinting(text);
+  CheckRuns(text);
   return 0;
 }

@@ -11,21 +11,19 @@
 #include "solutionmanager/locations/CMirroredData.h"
 #include "solutionmanager/locations/CMirroredDoubleMapLocationData.h"
 #include "solutionmanager/locations/CMirroredLocationData.h"
-#include "solutionmanager/locations/IMirroredDataMapOwner.h"
+#include "tests/support/NumberedStoreOwner.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <set>
 #include <string_view>
 
 namespace {
 
-/// Knows the variations 1 to 3; files are called res/V<variation ID>_<version>, with _<identifier> behind for numbers.
-class Owner : public IMirroredDataMapOwner {
+/// Knows the variations 1 to 3.
+class Owner : public support::NumberedStoreOwner {
 public:
   long GetCurrentVersion(AString const &) override { return 5; }
   AString GetName() override { return L"Fuzzed"; }
-  long GetNewID() override { return m_nextID++; }
   AString GetRootDirectory(bool) override { return L"r/"; }
   long GetVariationID(AString const & variation) override {
     for (long id = 1; id <= 3; ++id)
@@ -36,36 +34,9 @@ public:
   AString GetVariationFromID(long id) override {
     return id >= 1 && id <= 3 ? AString::Format(L"a=%ld", id) : AString();
   }
-  void ParseRelativeDoubleLocation(AString const & location, AString const & keyword, VariationIDIndex & key,
-                                   long & doubleID) override {
-    ParseRelativeLocation(location, keyword, key);
-    long number = 0;
-    if (std::sscanf(text::ToUtf8(location).c_str(), "res/V%*20d_%*20d_%18ld", &number) == 1)
-      doubleID = number;
-  }
-  void ParseRelativeLocation(AString const & location, AString const &, VariationIDIndex & key) override {
-    long id = 0;
-    long version = 0;
-    if (std::sscanf(text::ToUtf8(location).c_str(), "res/V%18ld_%18ld", &id, &version) == 2)
-      key = VariationIDIndex(GetVariationFromID(id), version, id);
-  }
-  AString GetRelativeDoubleLocation(AString const &, VariationIDIndex const & key, long doubleID) override {
-    return AString::Format(L"res/V%ld_%ld_%ld", key.GetVariationID(), key.GetVersionID(), doubleID);
-  }
-  AString GetRelativeLocation(AString const &, VariationIDIndex const & key) override {
-    return AString::Format(L"res/V%ld_%ld", key.GetVariationID(), key.GetVersionID());
-  }
-  void OnCommitDoubleLocation(AString const &, long, long, double, AString const &, AString &) override {}
-  void OnCommitLocation(AString const &, long, long, AString const &, AString &) override {}
-  void OnDeleteDoubleLocation(AString const &, long, long, double, AString const &) override {}
-  void OnDeleteLocation(AString const &, long, long, AString const &) override {}
-  void OnMoveDoubleLocation(AString const &, long, long, double, AString const &) override {}
-  void OnMoveLocation(AString const &, long, long, AString const &) override {}
-  void GetSingleVariationToWrite(bool &, long &, AString &) override {}
-  void GetWriteMode(bool &, bool &) override {}
 
 private:
-  long m_nextID = 100;
+  AString PrefixOf(AString const &) const override { return L"res/V"; }
 };
 
 void Demand(bool holds) {

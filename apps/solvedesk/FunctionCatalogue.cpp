@@ -3,6 +3,7 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/NearestNames.h"
 #include "apps/solvedesk/TextTable.h"
+#include "basekit/value/expression/FunctionTable.h"
 #include "basekit/value/ranged/RangedFunction.h"
 #include "desktop/Error.h"
 #include "solutionmanager/functions/RangedFunctionCatalogue.h"
@@ -83,6 +84,9 @@ FunctionEntry FindFunction(AString const & name) {
   });
   if (found != functions.end())
     return *found;
+  if (expr::FindElementFunction(name.View()) || expr::FindColumnFunction(name.View()))
+    throw Error(ErrorKind::kUsage, L"'" + name + L"' gives a value for each sample, in expressions, and a ranged " +
+                                       L"function one for the trace; `solvedesk functions` lists these");
   std::vector<AString> names;
   for (FunctionEntry const & function : functions)
     names.push_back(function.name);

@@ -40,6 +40,8 @@ double ParameterNumber(val::RangedParameter const & parameter, AString const & t
   val::Quantity quantity;
   if (!val::ParseQuantity(text.View(), quantity) || quantity.isComplex)
     throw Error(ErrorKind::kUsage, where + L": '" + text + L"' is no real number; give one such as 0.5, 2e-9 or 2ns");
+  if (val::IsMetreOrThousandth(text.View()))
+    throw Error(ErrorKind::kUsage, where + L": '" + text + L"' " + AmbiguousMetre(text));
   bool const isSameKind = Units::GetUnitType(quantity.unit) == Units::GetUnitType(parameter.unit);
   return isSameKind ? Units::FromSI(quantity.real, parameter.unit) : quantity.real;
 }
@@ -87,6 +89,18 @@ nlohmann::ordered_json ValueAsJson(FunctionEntry const & function, TraceColumns 
   return document;
 }
 
+/// A parameter that nobody gave is why most functions have no value.
+void TellDefaults(FunctionEntry const & function, std::vector<double> const & parameters) {
+  AString defaults;
+  for (std::size_t i = 0; i < parameters.size(); ++i)
+    if (parameters[i] == function.engine->parameters[i].defaultValue)
+      defaults += (defaults.empty() ? L"'" : L", '") + function.parameters[i].GetName() + L"' " +
+                  AString(text::RealText(parameters[i], 'g', -1));
+  if (!defaults.empty())
+    PrintMessage("no value with the defaults " + Utf8(defaults) + "; --param gives others, `solvedesk functions " +
+                 Utf8(function.name) + "` explains them");
+}
+
 int ApplyFunction(FunctionsWords const & words, FunctionEntry const & function) {
   std::vector<double> const parameters = ParametersOf(function, words.parameters);
   AString const path = ArgumentText(*words.csv);
@@ -97,6 +111,8 @@ int ApplyFunction(FunctionsWords const & words, FunctionEntry const & function) 
   if (columns.backwards != 0)
     PrintMessage(Utf8(path) + ":" + std::to_string(columns.backwards) +
                  ": x steps back, and nothing can be said of such a trace; sort the lines by x");
+  else if (std::isnan(value))
+    TellDefaults(function, parameters);
   PrintResult(words.output, std::isnan(value) ? "no value\n" : text::ShortestReal(value) + "\n",
               ValueAsJson(function, columns, trace, parameters, value));
   return 0;
@@ -147,8 +163,9 @@ void AddFunctionsVerb(CLI::App & program, Action & action) {
                "  solvedesk functions risetime\n"
                "  solvedesk functions risetime --csv step.csv --param Target=1.8\n"
                "  solvedesk functions EyeWidth --csv bits.csv --param \"Unit Interval=0.4ns\" --json\n\n"
-               "The first line of the file may name the columns; nan marks a hole.  Results are in the units of the\n"
-               "columns; a function that has nothing to say of a trace gives 'no value', in JSON null.");
+               "The first line of the file may name the columns; nan marks a hole.  Numbers with a unit, 2ns, become\n"
+               "SI; units in the names of columns are not read.  A function that has nothing to say of a trace gives\n"
+               "'no value', in JSON null.");
   verb->callback([&action, words] { action = [words] { return ShowFunctions(*words); }; });
 }
 

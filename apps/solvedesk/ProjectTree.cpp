@@ -11,7 +11,13 @@
 #include "solutionmanager/model/BaseSolutionVariation.h"
 
 #include <algorithm>
+#include <bit>
 #include <compare>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <numeric>
+#include <string>
 
 namespace solvedesk {
 namespace {
@@ -36,7 +42,6 @@ bool IsBefore(VariationText const & a, VariationText const & b) {
 
 /// All versions of a point, from old to new.
 struct Point {
-  VariationText text;
   std::size_t first;
   std::size_t last;
 };
@@ -48,9 +53,84 @@ std::vector<Point> PointsOf(std::vector<VariationState> const & states) {
     if (i > 0 && states[i].variation == states[i - 1].variation)
       points.back().last = i;
     else
-      points.push_back({VariationText(states[i].variation), i, i});
+      points.push_back({i, i});
   return points;
 }
+
+// In the order of std::strong_order of the numbers.
+std::int64_t OrderOf(double number) {
+  auto const bits = std::bit_cast<std::int64_t>(number);
+  return bits < 0 ? bits ^ std::numeric_limits<std::int64_t>::max() : bits;
+}
+
+/// The points of a sweep, which mostly have the same names and numbers for values, as rows of what they are ordered by.
+class PointRows {
+public:
+  PointRows(std::vector<VariationState> const & states, std::vector<Point> const & points)
+      : m_states(states), m_points(points) {
+    for (Point const & point : points)
+      if (!(m_areRows = Add(VariationText(states[point.first].variation))))
+        return;
+  }
+
+  /// Places in the list of points, in their order.
+  std::vector<std::size_t> Sorted() const {
+    std::vector<std::size_t> order(m_points.size());
+    std::iota(order.begin(), order.end(), std::size_t(0));
+    if (m_areRows) {
+      std::sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) { return IsRowBefore(a, b); });
+      return order;
+    }
+    std::vector<VariationText> texts;
+    texts.reserve(m_points.size());
+    for (std::size_t i = 0; i < m_points.size(); ++i)
+      texts.push_back(TextOf(i));
+    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return IsBefore(texts[a], texts[b]); });
+    return order;
+  }
+
+private:
+  struct Value {
+    std::int64_t order;
+    std::size_t hashOfText;
+  };
+
+  bool Add(VariationText const & text) {
+    auto const & pairs = text.Pairs();
+    if (m_names.empty())
+      for (auto const & pair : pairs)
+        m_names.emplace_back(pair.name);
+    if (pairs.empty() || pairs.size() != m_names.size())
+      return false;
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+      if (!pairs[i].isNumber || pairs[i].name != m_names[i])
+        return false;
+      m_values.push_back({OrderOf(pairs[i].number.real()), std::hash<std::wstring_view>()(pairs[i].text)});
+    }
+    return true;
+  }
+
+  VariationText TextOf(std::size_t point) const { return VariationText(m_states[m_points[point].first].variation); }
+
+  bool IsRowBefore(std::size_t a, std::size_t b) const {
+    std::size_t const width = m_names.size();
+    Value const * const left = m_values.data() + a * width;
+    Value const * const right = m_values.data() + b * width;
+    for (std::size_t i = 0; i < width; ++i) {
+      if (left[i].order != right[i].order)
+        return left[i].order < right[i].order;
+      if (left[i].hashOfText != right[i].hashOfText) // One number, written in two ways.
+        break;
+    }
+    return IsBefore(TextOf(a), TextOf(b));
+  }
+
+  std::vector<VariationState> const & m_states;
+  std::vector<Point> const & m_points;
+  std::vector<std::wstring> m_names;
+  std::vector<Value> m_values;
+  bool m_areRows = false;
+};
 
 // One version of a point tells how it stands: the valid one that has data, else the newest.
 void MarkFormer(std::vector<VariationState> & states, Point const & point) {
@@ -64,11 +144,12 @@ void MarkFormer(std::vector<VariationState> & states, Point const & point) {
 
 // In the order of the points; what was never solved and is history is nothing to tell.
 std::vector<VariationState> InOrder(std::vector<VariationState> && states) {
-  std::vector<Point> points = PointsOf(states);
-  std::sort(points.begin(), points.end(), [](Point const & a, Point const & b) { return IsBefore(a.text, b.text); });
+  std::vector<Point> const points = PointsOf(states);
+  auto const order = PointRows(states, points).Sorted();
   std::vector<VariationState> ordered;
   ordered.reserve(states.size());
-  for (Point const & point : points) {
+  for (std::size_t const place : order) {
+    Point const & point = points[place];
     MarkFormer(states, point);
     for (std::size_t i = point.first; i <= point.last; ++i)
       if (states[i].hasData || !states[i].isFormer)

@@ -85,7 +85,7 @@ private:
     std::size_t const expected = m_columns != 0 ? m_columns : m_fields.size();
     if (expected < 2 || expected > 3)
       Refuse(L"the line has " + text::FromUtf8(Count(static_cast<long long>(expected), "column")) +
-             L"; write x,y or x,re,im");
+             L"; write x,y or x,re,im, separated by commas");
     if (m_fields.size() != expected)
       Refuse(AString::Format(L"the line has %lu values, and the lines before have %lu; give one value for each column",
                              m_fields.size(), expected));
@@ -123,13 +123,18 @@ private:
     double number = 0.0;
     if (!ReadNumber(m_fields[column], number))
       RefuseField(column);
+    if (AString const text = text::FromUtf8(m_fields[column]); val::IsMetreOrThousandth(text.View()))
+      Refuse(PlaceOf(column) + L": '" + text + L"' " + AmbiguousMetre(text));
     return number;
   }
 
+  AString PlaceOf(std::size_t column) const {
+    AString const place = AString::Format(L"column %lu", column + 1);
+    return m_trace.names.empty() ? place : place + L" (" + text::FromUtf8(m_trace.names[column]) + L")";
+  }
+
   [[noreturn]] void RefuseField(std::size_t column) const {
-    AString place = AString::Format(L"column %lu", column + 1);
-    if (!m_trace.names.empty())
-      place += L" (" + text::FromUtf8(m_trace.names[column]) + L")";
+    AString const place = PlaceOf(column);
     if (m_fields[column].empty())
       Refuse(place + L" is empty; write nan where there is no value");
     Refuse(place + L": '" + text::FromUtf8(m_fields[column]) +
@@ -149,6 +154,13 @@ private:
 };
 
 } // namespace
+
+AString AmbiguousMetre(AString const & text) {
+  val::Quantity metres;
+  val::ParseQuantity(text.View(), metres);
+  return L"may be metres or thousandths; write " + val::QuantityText({metres.real / 1000.0}) +
+         L" for thousandths, or " + text.substr(0, text.rfind(L'm')).Trimmed() + L"meter";
+}
 
 TraceColumns ReadTraceFile(AString const & path) { return TraceReader(path).Read(); }
 

@@ -19,9 +19,13 @@ struct TraceColumns {
   std::size_t Rows() const { return x.size(); }
 };
 
-/// The first line may name the columns; it is taken so when its first field is no number.  Numbers may bear units; nan
-/// and inf are holes.  Fields may stand in double quotes; blank lines and lines that begin with '#' are skipped; lines
-/// may end in CR LF.  Throws desktop::Error (kUsage) that tells file, line and column.
+/// The first line may name the columns; it is taken so when no field of it is a number.  Numbers may bear units, but
+/// for a bare m, which is refused; nan and inf are holes.  Fields may stand in double quotes; blank lines and lines
+/// that begin with '#' are skipped; lines may end in CR LF.  Throws desktop::Error (kUsage) that tells file, line and
+/// column.
 TraceColumns ReadTraceFile(AString const & path);
+
+/// What to say behind a number such as 900m, for which val::IsMetreOrThousandth holds, where any unit may stand.
+AString AmbiguousMetre(AString const & text);
 
 } // namespace solvedesk

@@ -2,12 +2,11 @@
 
 #include "basekit/text/Utf8.h"
 
-#include <cwchar>
-
 namespace bench {
 
 PlainOwner::PlainOwner(std::string const & folder, std::size_t n, bool hasOwnVersions)
-    : m_root(text::FromUtf8(folder + "/")), m_nextID(static_cast<long>(n) + 1) {
+    : m_root(text::FromUtf8(folder + "/")) {
+  nextID = static_cast<long>(n) + 1;
   for (std::size_t i = 0; i < n; ++i) {
     AString const text = AString::Format(L"C1=%lu.5pF; L1=4nH; Temp=25cel", i);
     long const id = static_cast<long>(i) + 1;
@@ -26,27 +25,6 @@ long PlainOwner::GetVariationID(AString const & variation) {
 AString PlainOwner::GetVariationFromID(long variationID) {
   auto const index = static_cast<std::size_t>(variationID) - 1;
   return index < m_keys.size() ? m_keys[index].GetVariation() : AString();
-}
-
-void PlainOwner::ParseRelativeDoubleLocation(AString const & location, AString const & keyword, VariationIDIndex & key,
-                                             long & doubleID) {
-  ParseRelativeLocation(location, keyword, key);
-  doubleID = std::wcstol(location.c_str() + location.rfind(L'_') + 1, nullptr, 10);
-}
-
-void PlainOwner::ParseRelativeLocation(AString const & location, AString const &, VariationIDIndex & key) {
-  wchar_t * end = nullptr;
-  long const variation = std::wcstol(location.c_str() + 1, &end, 10);
-  long const version = std::wcstol(end + 1, nullptr, 10);
-  key = VariationIDIndex(GetVariationFromID(variation), version, variation);
-}
-
-AString PlainOwner::GetRelativeDoubleLocation(AString const &, VariationIDIndex const & key, long doubleID) {
-  return AString::Format(L"V%ld_%ld_%ld", key.GetVariationID(), key.GetVersionID(), doubleID);
-}
-
-AString PlainOwner::GetRelativeLocation(AString const &, VariationIDIndex const & key) {
-  return AString::Format(L"V%ld_%ld", key.GetVariationID(), key.GetVersionID());
 }
 
 } // namespace bench

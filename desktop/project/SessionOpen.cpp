@@ -51,9 +51,9 @@ int CountThere(ProductSolutionManager const & manager, std::set<AString> const &
 }
 
 std::uint64_t CommittedLengthOf(AString const & libraryPath) {
-  library::LibraryReader reader;
-  bool const isRead = reader.Open(LongFileName(libraryPath), false) == CStreamioLibrary::kLibSuccess;
-  return isRead && reader.PublicFacts().commits > 0 ? reader.PublicFacts().end : 0;
+  library::LibraryReader::CommitFacts facts;
+  library::LibraryReader::FactsOfLastCommit(LongFileName(libraryPath), facts);
+  return facts.commits > 0 ? facts.end : 0;
 }
 
 // The reasons of what is gone for good, each with its number of blocks.
@@ -87,12 +87,10 @@ void WaitForSave(Project const & project) {
 
 // Of bytes that no commit covers.  Beside a writer they may be those of a commit on its way.
 AString NoticeOfTail(AString const & path) {
-  library::LibraryReader reader;
+  library::LibraryReader::CommitFacts facts;
   if (library::LibraryReader::StateOfPrivateFile(LongFileName(path)) == PrivateFile::InUse ||
-      reader.Open(LongFileName(path), false) != CStreamioLibrary::kLibSuccess)
-    return AString();
-  auto const facts = reader.PublicFacts();
-  if (!facts.exists || facts.length <= facts.end)
+      library::LibraryReader::FactsOfLastCommit(LongFileName(path), facts) != CStreamioLibrary::kLibSuccess ||
+      facts.length <= facts.end)
     return AString();
   return path + AString::Format(L": %lu bytes behind the last commit don't count: a save was interrupted or the file "
                                 L"was cut; `qsol verify` tells more",

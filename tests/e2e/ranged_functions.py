@@ -119,10 +119,26 @@ class RangedFunctions(DeskTest):
         self.assertEqual((document['value'], document['samples'], document['holes']), (2.5, 2, 2))
         self.assertEqual(self.run_desk('functions', 'MAX', '--csv', 'some.csv').stdout, '4\n')
 
+    def test_a_bare_m_is_refused_as_metres_and_thousandths_look_alike(self):
+        write('step.csv', 't,v\n0,0\n1,1\n')
+        done = self.run_desk('functions', 'risetime', '--csv', 'step.csv', '--param', 'Target=900m', code=2)
+        self.assertIn("--param Target: '900m' may be metres or thousandths; write 0.9 for thousandths, or 900meter",
+                      done.stderr)
+        write('lengths.csv', 'l,v\n0,0\n1 m,1\n')
+        done = self.run_desk('functions', 'max', '--csv', 'lengths.csv', code=2)
+        self.assertIn("lengths.csv:3: column 1 (l): '1 m' may be metres or thousandths; write 0.001", done.stderr)
+        for word in ('Target=900mV', 'Target=0.9', 'Target=900e-3'):
+            self.assertAlmostEqual(self.value('risetime', '--csv', 'step.csv', '--param', word), 0.72, 12)
+        self.assertAlmostEqual(self.value('delaytime', '--csv', 'step.csv', '--param', 'Target=1meter'), 0.5, 12)
+
     def test_no_value_is_null_and_told_in_words(self):
         write('flat.csv', '0,0\n1,0\n')
         self.assertEqual(self.run_desk('functions', 'ripple', '--csv', 'flat.csv').stdout, 'no value\n')
         self.assertIsNone(self.value('ripple', '--csv', 'flat.csv'))
+        left = self.run_desk('functions', 'eyewidth', '--csv', 'flat.csv', '--param', 'Start Offset=1ns').stderr
+        self.assertIn("no value with the defaults 'Unit Interval' 0, 'End Offset' 0", left)
+        self.assertNotIn('Start Offset', left)
+        self.assertEqual(self.run_desk('functions', 'ripple', '--csv', 'flat.csv').stderr, '')
         write('back.csv', '0,0\n2,0\n1,5\n')
         done = self.run_desk('functions', 'max', '--csv', 'back.csv', '--json')
         self.assertIsNone(json.loads(done.stdout)['value'])
@@ -162,6 +178,7 @@ class RangedFunctions(DeskTest):
         write('quotes.csv', '0,1\n"1,2\n')
         for words, parts in {
             ('risetme',): ("'risetme' is no ranged function; did you mean risetime? `solvedesk functions` lists all",),
+            ('dB',): ("'dB' gives a value for each sample, in expressions",),
             ('xyzzy123',): ("'xyzzy123' is no ranged function; `solvedesk functions` lists all",),
             ('--category', 'Maths'): ("--category 'Maths'", "'Math'", "'Eye Measurements'"),
             ('max', '--category', 'Math'): ('--category',),

@@ -12,7 +12,8 @@ namespace desktop {
 struct QuantityReportType {
   unsigned number = 0; ///< of a product, above 0
   AString name;
-  AString axis; ///< the variable that the samples run over; empty for single numbers
+  AString axis;      ///< what the samples run over, as people call it; empty for single numbers
+  AString intrinsic; ///< the intrinsic variable that is the same, where there is one
   ValueState axisState;
   std::vector<double> axisValues; ///< of the variation that the catalogue was made from, in SI units
   std::vector<rep::DisplayType> displayTypes;

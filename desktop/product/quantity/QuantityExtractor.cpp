@@ -34,8 +34,8 @@ QuantityExtractor::~QuantityExtractor() {
 IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
   BaseSolution const & solution = *GetBaseSolution();
   long const version = solution.GetClosestVersionWithData();
-  bool const isCurrent = m_catalogue && m_catalogueVersion == version &&
-                         (m_catalogueSize < 0 || m_catalogueSize == solution.size());
+  bool const isCurrent =
+      m_catalogue && m_catalogueVersion == version && (m_catalogueSize < 0 || m_catalogueSize == solution.size());
   if (isCurrent)
     return *m_catalogue;
   m_catalogueVersion = version;

@@ -89,6 +89,7 @@ protected:
 private:
   static constexpr int kSearchIntrinsicVariables = 4;
 
+  static bool IsAxisOf(QuantityReportType const & type, AString const & name);
   void RefreshSweeps() const;
   bool HasAxis(AString const & name, unsigned reportType) const;
   std::vector<double> AxisValues(AString const & axis) const;

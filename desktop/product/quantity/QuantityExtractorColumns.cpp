@@ -127,15 +127,17 @@ bool QuantityExtractor::ChooseSamples() {
   if (!m_loaded->quantities->GetAxis(type->number, m_loaded->axis))
     return false;
   // One evaluation assumes one place of the axis.
-  Value const * const assumed = GetSpecialSweepVariation().Find(type->axis);
+  VariableValues const & place = GetSpecialSweepVariation();
+  Value const * const named = place.Find(type->axis);
+  Value const * const assumed = named ? named : place.Find(type->intrinsic);
   if (!assumed || !assumed->IsNumber())
     return true;
-  std::size_t const place = PlacesOn(m_loaded->axis, {assumed->GetSIValue()}).front();
-  if (place == m_loaded->axis.size())
+  std::size_t const sample = PlacesOn(m_loaded->axis, {assumed->GetSIValue()}).front();
+  if (sample == m_loaded->axis.size())
     return false;
   m_loaded->isNarrowed = true;
-  m_loaded->places = {place};
-  m_loaded->axis = {m_loaded->axis[place]};
+  m_loaded->places = {sample};
+  m_loaded->axis = {m_loaded->axis[sample]};
   return true;
 }
 
@@ -151,7 +153,7 @@ std::size_t QuantityExtractor::GetSampleCount() const {
 
 bool QuantityExtractor::GetVariableColumn(AString const & variable, std::vector<double> & values) const {
   QuantityReportType const * const type = m_loaded ? FindReportType(m_loaded->reportType) : nullptr;
-  if (!type || type->axis.empty() || !AString::MatchNoCase(type->axis, variable))
+  if (!type || type->axis.empty() || !IsAxisOf(*type, variable))
     return false;
   values = m_loaded->axis;
   return true;

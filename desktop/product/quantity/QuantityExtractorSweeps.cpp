@@ -37,22 +37,24 @@ void SetValues(SweepColumn & column, SolvedVariations::Values const & values) {
 
 } // namespace
 
+bool QuantityExtractor::IsAxisOf(QuantityReportType const & type, AString const & name) {
+  return !name.empty() && (AString::MatchNoCase(type.axis, name) || AString::MatchNoCase(type.intrinsic, name));
+}
+
 bool QuantityExtractor::HasAxis(AString const & name, unsigned reportType) const {
   auto const & types = GetCatalogue().GetReportTypes();
   return std::any_of(types.begin(), types.end(), [&](QuantityReportType const & type) {
-    return (reportType == kAllReportTypes || type.number == reportType) && AString::MatchNoCase(type.axis, name);
+    return (reportType == kAllReportTypes || type.number == reportType) && IsAxisOf(type, name);
   });
 }
 
-bool QuantityExtractor::IsAxis(AString const & variable) const {
-  return !variable.empty() && HasAxis(variable, kAllReportTypes);
-}
+bool QuantityExtractor::IsAxis(AString const & variable) const { return HasAxis(variable, kAllReportTypes); }
 
 // Of all report types together, as one sweep serves them.
 std::vector<double> QuantityExtractor::AxisValues(AString const & axis) const {
   std::vector<double> values;
   for (QuantityReportType const & type : GetCatalogue().GetReportTypes()) {
-    if (!AString::MatchNoCase(type.axis, axis))
+    if (!IsAxisOf(type, axis))
       continue;
     bool const isFirst = values.empty();
     values.insert(values.end(), type.axisValues.begin(), type.axisValues.end());
@@ -112,8 +114,8 @@ void QuantityExtractor::RefreshSweeps() const {
     self.CreateDefaultSweeps(true);
 }
 
-int QuantityExtractor::GetSweeps(std::vector<SweepBase *> & sweeps, unsigned reportType, SimValueContext const * context,
-                                 rep::DisplayType displayType, bool flag) const {
+int QuantityExtractor::GetSweeps(std::vector<SweepBase *> & sweeps, unsigned reportType,
+                                 SimValueContext const * context, rep::DisplayType displayType, bool flag) const {
   RefreshSweeps();
   std::vector<SweepBase *> all;
   BaseSimDataExtractor::GetSweeps(all, reportType, context, displayType, flag);
@@ -127,6 +129,9 @@ int QuantityExtractor::GetSweeps(std::vector<SweepBase *> & sweeps, unsigned rep
 
 SweepBase * QuantityExtractor::GetSweep(AString const & name) const {
   RefreshSweeps();
+  for (QuantityReportType const & type : GetCatalogue().GetReportTypes())
+    if (IsAxisOf(type, name))
+      return BaseSimDataExtractor::GetSweep(type.axis);
   return BaseSimDataExtractor::GetSweep(name);
 }
 

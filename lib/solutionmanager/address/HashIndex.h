@@ -5,9 +5,10 @@
 #include <utility>
 #include <vector>
 
-/// Values under 64-bit hashes, several under one if need be, in one flat table: a look-up costs about one access to
-/// memory, an entry 16 to 43 bytes with values of 8.  The hash alone tells nothing: whoever looks up checks what is
-/// found.
+/// Values under 64-bit hashes, several under one if need be.  They lie in a row, as they came; a flat table of small
+/// numbers, which stays in the processor's caches, tells where: a look-up costs about one access to memory, and next to
+/// none when values are asked for in the order in which they came.  An entry takes 19 to 43 bytes with values of 8. The
+/// hash alone tells nothing: whoever looks up checks what is found.
 ///
 /// Slots tell which hash has which slot: kScattered, or kRunsOf8, where hashes that differ in their last three bits
 /// alone stand side by side.  Numbers that are asked for as they follow each other, such as the IDs of a sweep, then
@@ -17,6 +18,7 @@ template <class Value, Slots kSlots = Slots::kScattered> class HashIndex {
 public:
   /// Room for so many values, so that filling the table moves none of them.
   void Reserve(std::size_t count) {
+    m_entries.reserve(count);
     std::size_t slots = 8;
     while (slots * 3 < count * 4)
       slots *= 2;
@@ -25,10 +27,10 @@ public:
   }
 
   void Insert(std::uint64_t hash, Value value) {
-    if ((m_count + 1) * 4 > m_slots.size() * 3)
+    if ((m_entries.size() + 1) * 4 > m_slots.size() * 3)
       GrowTo(m_slots.empty() ? 8 : 2 * m_slots.size());
-    Place(Spread(hash), std::move(value));
-    ++m_count;
+    m_entries.push_back({std::move(value), Spread(hash)});
+    TakeSlot(m_entries.size() - 1);
   }
 
   /// The first value under the hash that `accept` takes; null when there is none.
@@ -36,9 +38,11 @@ public:
     if (m_slots.empty())
       return nullptr;
     std::uint64_t const spread = Spread(hash);
-    for (std::size_t at = Home(spread); m_slots[at].hash != kFree; at = Next(at))
-      if (m_slots[at].hash == spread && accept(m_slots[at].value))
-        return &m_slots[at].value;
+    for (std::size_t at = Home(spread); m_slots[at] != kFree; at = Next(at)) {
+      Entry const & entry = m_entries[m_slots[at] - 1];
+      if (entry.hash == spread && accept(entry.value))
+        return &entry.value;
+    }
     return nullptr;
   }
   template <class Accept> Value * Find(std::uint64_t hash, Accept accept) {
@@ -47,23 +51,28 @@ public:
 
   /// A value that Find gave.  What Find gave before is void then.
   void Erase(Value const * value) {
-    auto free = static_cast<std::size_t>(reinterpret_cast<Slot const *>(value) - m_slots.data());
+    auto const erased = static_cast<std::size_t>(reinterpret_cast<Entry const *>(value) - m_entries.data());
+    std::size_t free = SlotOf(erased);
     // Those behind move up, so that no search ends before it should.
-    for (std::size_t at = Next(free); m_slots[at].hash != kFree; at = Next(at)) {
-      if (Distance(Home(m_slots[at].hash), at) < Distance(free, at))
+    for (std::size_t at = Next(free); m_slots[at] != kFree; at = Next(at)) {
+      if (Distance(Home(m_entries[m_slots[at] - 1].hash), at) < Distance(free, at))
         continue;
       m_slots[free] = m_slots[at];
       free = at;
     }
-    m_slots[free] = Slot();
-    --m_count;
+    m_slots[free] = kFree;
+    if (std::size_t const last = m_entries.size() - 1; erased != last) {
+      m_slots[SlotOf(last)] = static_cast<std::uint32_t>(erased + 1);
+      m_entries[erased] = std::move(m_entries[last]);
+    }
+    m_entries.pop_back();
   }
 
 private:
-  static constexpr std::uint64_t kFree = 0;
-  struct Slot {
-    Value value{}; // stands first, so that its address is the slot's
-    std::uint64_t hash = kFree;
+  static constexpr std::uint32_t kFree = 0;
+  struct Entry {
+    Value value; // stands first, so that its address is the entry's
+    std::uint64_t hash;
   };
 
   // Numbers in a row are no good hashes.
@@ -72,29 +81,30 @@ private:
     return hash ^ (hash >> 29);
   }
   static std::uint64_t Spread(std::uint64_t hash) {
-    std::uint64_t const spread =
-        kSlots == Slots::kScattered ? Scatter(hash) : (Scatter(~(hash >> 3)) & ~std::uint64_t(7)) | (hash & 7);
-    return spread == kFree ? 1 : spread;
+    return kSlots == Slots::kScattered ? Scatter(hash) : (Scatter(~(hash >> 3)) & ~std::uint64_t(7)) | (hash & 7);
   }
   std::size_t Home(std::uint64_t hash) const { return static_cast<std::size_t>(hash) & (m_slots.size() - 1); }
   std::size_t Next(std::size_t at) const { return (at + 1) & (m_slots.size() - 1); }
   std::size_t Distance(std::size_t from, std::size_t to) const { return (to - from) & (m_slots.size() - 1); }
 
-  void Place(std::uint64_t hash, Value value) {
-    std::size_t at = Home(hash);
-    while (m_slots[at].hash != kFree)
+  std::size_t SlotOf(std::size_t entry) const {
+    std::size_t at = Home(m_entries[entry].hash);
+    while (m_slots[at] != entry + 1)
       at = Next(at);
-    m_slots[at].value = std::move(value);
-    m_slots[at].hash = hash;
+    return at;
+  }
+  void TakeSlot(std::size_t entry) {
+    std::size_t at = Home(m_entries[entry].hash);
+    while (m_slots[at] != kFree)
+      at = Next(at);
+    m_slots[at] = static_cast<std::uint32_t>(entry + 1);
   }
   void GrowTo(std::size_t slots) {
-    std::vector<Slot> former(slots);
-    former.swap(m_slots);
-    for (Slot & slot : former)
-      if (slot.hash != kFree)
-        Place(slot.hash, std::move(slot.value));
+    m_slots.assign(slots, kFree);
+    for (std::size_t entry = 0; entry < m_entries.size(); ++entry)
+      TakeSlot(entry);
   }
 
-  std::vector<Slot> m_slots; // their number is a power of two
-  std::size_t m_count = 0;
+  std::vector<Entry> m_entries;
+  std::vector<std::uint32_t> m_slots; // one more than the number of the entry; their number is a power of two
 };

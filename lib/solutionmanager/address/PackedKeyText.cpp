@@ -8,6 +8,8 @@
 
 namespace {
 
+using namespace std::string_view_literals;
+
 /// Reads the one form that Pack gives a key.  Whatever else the text form allows (spaces, another order, other escapes,
 /// numbers written otherwise) is left to the general reader.
 class PlainReader {
@@ -17,8 +19,9 @@ public:
   bool Key(SolutionVariationKey & key) {
     long simSetup = 0, solution = 0, version = 0;
     AString variation;
-    if (!Skip(L"SolutionKey(SimSetup = ") || !Number(simSetup) || !Skip(L", Instance = \"") || !Text(variation) ||
-        !Skip(L", Solution = ") || !Number(solution) || !Skip(L", VersionID = ") || !Number(version) || m_rest != L")")
+    if (!Skip(L"SolutionKey(SimSetup = "sv) || !Number(simSetup) || !Skip(L", Instance = \""sv) || !Text(variation) ||
+        !Skip(L", Solution = "sv) || !Number(solution) || !Skip(L", VersionID = "sv) || !Number(version) ||
+        m_rest != L")"sv)
       return false;
     key = SolutionVariationKey(simSetup, variation, solution, version);
     return true;
@@ -33,7 +36,7 @@ private:
   }
 
   bool Number(long & number) {
-    bool const isNegative = Skip(L"-");
+    bool const isNegative = Skip(L"-"sv);
     std::size_t digits = 0;
     long value = 0;
     constexpr std::size_t kSafeDigits = std::numeric_limits<long>::digits10;

@@ -67,23 +67,40 @@ std::list<AString> BlocksUnder(SolutionVariationKey const & key, AString const &
 
 } // namespace
 
+namespace {
+
+struct Misfit {
+  AString name;
+  SolutionVariationKey key;
+  Reason reason;
+};
+
+// The keys of most names stand unpacked beside them.
+std::vector<Misfit> MisfitsOf(SolutionFileManager const & files, BaseSolutionManager::SetupMap const & setups) {
+  std::vector<Misfit> misfits;
+  for (auto const & [name, entry] : files.GetEntries()) {
+    SolutionVariationKey key = entry.key;
+    // A name that is no key stands for no version; as a pattern it would fit everything.
+    bool const isKey = key.GetVersionIDKey() != id::invalidID || UnpackQuickly(name, key);
+    if (auto const reason = isKey ? ReasonToDrop(key, setups) : std::nullopt)
+      misfits.push_back({name, key, *reason});
+  }
+  return misfits;
+}
+
+} // namespace
+
 void BaseSolutionManager::RecoverVersionConsistency(io::CBlock const & designBlock) {
   ApplyVersionIDs(designBlock);
   std::list<AString> names;
   if (m_SolutionFileManager.IndexKeyList(names, false) == CStreamioLibrary::kLibSuccess) {
-    bool anyDeleted = false;
-    for (AString const & name : names) {
-      SolutionVariationKey key;
-      // A name that is no key stands for no version; as a pattern it would fit everything.
-      auto const reason = UnpackQuickly(name, key) ? ReasonToDrop(key, m_SimSetupMap) : std::nullopt;
-      if (!reason)
-        continue;
+    auto const misfits = MisfitsOf(m_SolutionFileManager, m_SimSetupMap);
+    for (auto const & [name, key, reason] : misfits) {
       for (AString const & going : BlocksUnder(key, name, m_SolutionFileManager))
-        m_RecoveryReport->dropped.push_back({going, *reason});
+        m_RecoveryReport->dropped.push_back({going, reason});
       m_SolutionFileManager.DeleteBlocks(key);
-      anyDeleted = true;
     }
-    if (anyDeleted)
+    if (!misfits.empty())
       m_SolutionFileManager.UpdateOriginal();
   }
   RecoverDerivedDataVersionConsistency();

@@ -19,12 +19,7 @@ constexpr std::size_t kWorthSorting = 16;
 std::uint64_t NotAny(std::uint64_t hash) { return hash == kAnyVariation ? 1 : hash; }
 
 // For texts that are compared as such, without case.
-std::uint64_t HashOfText(AString const & text) {
-  std::uint64_t hash = 0xcbf29ce484222325u;
-  for (wchar_t const c : text)
-    hash = (hash ^ static_cast<std::uint64_t>(text::FoldCase(c))) * 0x100000001b3u;
-  return NotAny(hash ^ (hash >> 29));
-}
+std::uint64_t HashOfText(AString const & text) { return NotAny(text::HashNoCase(text.View())); }
 
 // For variations, which are compared by value; one that can't be parsed is a text like any other.
 std::uint64_t HashOfVariation(AString const & text) {

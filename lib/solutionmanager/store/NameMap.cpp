@@ -81,7 +81,9 @@ bool SolutionFileManager::CanBeEntry(AString const & realName, AString const & i
 }
 
 void SolutionFileManager::ExtendNameMap(AString const & realName, AString const & internalName) {
-  auto const before = m_realToInternal.lower_bound(realName);
+  // Names mostly come in order.
+  bool const isLast = !m_realToInternal.empty() && m_realToInternal.rbegin()->first < realName;
+  auto const before = isLast ? m_realToInternal.end() : m_realToInternal.lower_bound(realName);
   if ((before != m_realToInternal.end() && before->first == realName) || !CanBeEntry(realName, internalName))
     return;
   InsertEntry(before, realName, EntryOf(realName, internalName));

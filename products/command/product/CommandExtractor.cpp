@@ -38,7 +38,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<desktop::IQuantityCatalogue> CommandExtractor::MakeCatalogue(BaseSolutionVariation const * solved) const {
+std::unique_ptr<desktop::IQuantityCatalogue>
+CommandExtractor::MakeCatalogue(BaseSolutionVariation const * solved) const {
   if (!solved)
     return std::make_unique<CommandCatalogue>(std::vector<desktop::QuantityValues>());
   auto const * const variation = dynamic_cast<CommandVariation const *>(solved);
@@ -47,7 +48,8 @@ std::unique_ptr<desktop::IQuantityCatalogue> CommandExtractor::MakeCatalogue(Bas
   return std::make_unique<CommandCatalogue>(variation->GetQuantities());
 }
 
-std::unique_ptr<desktop::ISolvedQuantities> CommandExtractor::OpenQuantities(BaseSolutionVariation const & solved) const {
+std::unique_ptr<desktop::ISolvedQuantities>
+CommandExtractor::OpenQuantities(BaseSolutionVariation const & solved) const {
   auto const * const variation = dynamic_cast<CommandVariation const *>(&solved);
   if (!variation || !variation->HasSolutionData())
     return nullptr;

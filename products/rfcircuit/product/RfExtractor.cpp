@@ -41,7 +41,8 @@ std::unique_ptr<desktop::ISolvedQuantities> RfExtractor::OpenQuantities(BaseSolu
   auto const * const variation = dynamic_cast<RfVariation const *>(&solved);
   if (!variation || !variation->HasSolutionData())
     return nullptr;
-  return std::make_unique<RfQuantities>(variation->GetData(), ConditionsNow(*GetBaseSolutionMgr(), variation->GetData()),
+  return std::make_unique<RfQuantities>(variation->GetData(),
+                                        ConditionsNow(*GetBaseSolutionMgr(), variation->GetData()),
                                         std::make_unique<NodeVoltageFiles>(*variation));
 }
 

@@ -1,4 +1,5 @@
 #include "basekit/value/units/QuantityText.h"
+#include "basekit/text/NumberText.h"
 #include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
@@ -145,6 +146,27 @@ TEST(QuantityText, ANumberOfAUnitWithoutAPlainOneReadsBackToTheLastDigitsInThatU
     EXPECT_NEAR(Read(text.View()), number, 3e-13) << ::testing::PrintToString(text);
     EXPECT_EQ(UnitOf(text.View()), Units::kPercent) << ::testing::PrintToString(text);
   }
+}
+
+TEST(QuantityText, WhatWasReadInAUnitIsWrittenInItBitForBit) {
+  std::mt19937_64 random(27);
+  std::uniform_real_distribution<double> value(-1000.0, 1000.0);
+  for (wchar_t const * const unit : {L"deg", L"mil", L"in", L"cm", L"%", L"cel"})
+    for (int round = 0; round < 500; ++round) {
+      std::string const digits = text::RealWithDigits(value(random), 17);
+      val::Quantity read;
+      ASSERT_TRUE(val::ParseQuantity((AString(std::wstring(digits.begin(), digits.end())) + unit).View(), read));
+      AString const text = val::QuantityText(read);
+      EXPECT_EQ(Read(text.View()), read.real) << ::testing::PrintToString(text);
+      EXPECT_EQ(UnitOf(text.View()), read.unit) << ::testing::PrintToString(text);
+    }
+}
+
+TEST(QuantityText, ABareMAloneIsMetreOrThousandth) {
+  for (wchar_t const * const text : {L"900m", L" -1.5 m ", L"1e3m"})
+    EXPECT_TRUE(val::IsMetreOrThousandth(text));
+  for (wchar_t const * const text : {L"900mm", L"900meter", L"900mV", L"900", L"2M", L"3cm", L"m", L"", L"1dBm"})
+    EXPECT_FALSE(val::IsMetreOrThousandth(text));
 }
 
 TEST(QuantityText, AWrittenAngleMeansTheSameWhereDegreesAreAssumed) {

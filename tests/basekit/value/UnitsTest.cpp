@@ -1,9 +1,11 @@
+#include "basekit/value/units/QuantityText.h"
 #include "basekit/value/units/UnitDefinition.h"
 #include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,16 @@ std::vector<std::pair<Units::FullUnitType, AString>> const namedUnits = {
     {Units::kDegree, L"deg"}, {Units::kRadian, L"rad"},    {Units::kDecibel, L"dB"}, {Units::kDecibelMilliwatt, L"dBm"},
     {Units::kCoulomb, L"C"},  {Units::kCelsius, L"cel"},   {Units::kSiemens, L"S"},  {Units::kPercent, L"%"},
 };
+
+/// All numbers that are a unit.
+std::vector<Units::FullUnitType> EveryUnit() {
+  std::vector<Units::FullUnitType> units;
+  for (int number = 0; number < 1000; ++number)
+    if (Units::Scale scale; Units::GetScale(static_cast<Units::FullUnitType>(number), scale))
+      units.push_back(static_cast<Units::FullUnitType>(number));
+  EXPECT_EQ(units.size(), 12u * 10u + 9u);
+  return units;
+}
 
 } // namespace
 
@@ -44,13 +56,41 @@ TEST(Units, EveryUnitHasTheTypeOfItsDefaultAndADefaultOfItsType) {
   }
 }
 
-TEST(Units, ConversionsInvertEachOther) {
-  for (auto const & [unit, symbol] : namedUnits)
-    for (double const value : {-273.0, -1.5, 0.0, 1e-9, 0.1, 1.0, 2.4, 1e12}) {
+TEST(Units, ConversionsOfEveryUnitInvertEachOther) {
+  std::mt19937_64 random(26);
+  std::uniform_real_distribution<double> exponents(-15.0, 15.0);
+  for (Units::FullUnitType const unit : EveryUnit())
+    for (int i = 0; i < 50; ++i) {
+      double const value = (i % 2 == 0 ? 1.0 : -1.0) * std::pow(10.0, exponents(random));
       double const back = Units::ConvertFromSI(Units::ConvertToSI(value, unit), unit);
       double const scale = std::max(std::fabs(value), unit == Units::kCelsius ? 273.15 : 0.0);
-      EXPECT_NEAR(back, value, 4e-16 * scale) << value;
+      EXPECT_NEAR(back, value, 5e-16 * scale) << static_cast<int>(unit);
     }
+}
+
+TEST(Units, ANumberInAnyUnitMeansWhatItsTextMeans) {
+  for (Units::FullUnitType const unit : EveryUnit())
+    for (wchar_t const * const digits : {L"0", L"-1.5", L"2.4", L"1e12", L"7e-9"}) {
+      val::Quantity number;
+      val::Quantity text;
+      ASSERT_TRUE(val::ParseQuantity(digits, number));
+      ASSERT_TRUE(val::ParseQuantity((AString(digits) + Units::GetSymbol(unit)).View(), text))
+          << static_cast<int>(unit);
+      double const si = Units::ConvertToSI(number.real, unit);
+      EXPECT_NEAR(text.real, si, 5e-16 * std::fabs(si)) << static_cast<int>(unit);
+      EXPECT_EQ(text.unit, unit);
+    }
+}
+
+TEST(Units, AUnitWithoutPrefixesHasOneNumberAlone) {
+  for (int const number : {289, 353, 385, 449, 513, 545, 641}) {
+    auto const unit = static_cast<Units::FullUnitType>(number);
+    Units::Scale scale;
+    EXPECT_FALSE(Units::GetScale(unit, scale)) << number;
+    EXPECT_EQ(Units::GetSymbol(unit), AString()) << number;
+    EXPECT_EQ(Units::GetUnitType(unit), Units::kNoUnitType) << number;
+    EXPECT_EQ(Units::ConvertToSI(2.0, unit), 2.0) << number;
+  }
 }
 
 TEST(Units, ConversionFromSIGivesTheFactorOfAUnit) {

@@ -7,7 +7,6 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
-#include <cwchar>
 #include <fstream>
 #include <sstream>
 
@@ -93,30 +92,6 @@ AString FakeStores::GetVariationFromID(long variationID) {
 
 AString FakeStores::FolderOf(AString const & keyword) const {
   return keyword + AString::Format(L"%ld", m_solution.GetBaseSimulationSetup().GetID());
-}
-
-void FakeStores::ParseRelativeDoubleLocation(AString const & location, AString const & keyword, VariationIDIndex & key,
-                                             long & doubleID) {
-  doubleID = std::wcstol(location.c_str() + location.rfind(L'_') + 1, nullptr, 10);
-  ParseRelativeLocation(location, keyword, key);
-}
-
-void FakeStores::ParseRelativeLocation(AString const & location, AString const & keyword, VariationIDIndex & key) {
-  AString const folder = FolderOf(keyword) + L"/";
-  if (location.substr(0, folder.size()) != folder)
-    return;
-  wchar_t * end = nullptr;
-  long const variation = std::wcstol(location.c_str() + folder.size(), &end, 10);
-  if (*end == L'_')
-    key = VariationIDIndex(GetVariationFromID(variation), std::wcstol(end + 1, nullptr, 10), variation);
-}
-
-AString FakeStores::GetRelativeDoubleLocation(AString const & keyword, VariationIDIndex const & key, long doubleID) {
-  return GetRelativeLocation(keyword, key) + AString::Format(L"_%ld", doubleID);
-}
-
-AString FakeStores::GetRelativeLocation(AString const & keyword, VariationIDIndex const & key) {
-  return FolderOf(keyword) + AString::Format(L"/%ld_%ld", key.GetVariationID(), key.GetVersionID());
 }
 
 } // namespace support

@@ -3,7 +3,7 @@
 #include "solutionmanager/locations/CMirroredBooleanData.h"
 #include "solutionmanager/locations/CMirroredDoubleMapLocationData.h"
 #include "solutionmanager/locations/CMirroredLocationData.h"
-#include "solutionmanager/locations/IMirroredDataMapOwner.h"
+#include "tests/support/NumberedStoreOwner.h"
 
 #include <string>
 
@@ -14,7 +14,7 @@ namespace support {
 /// One store of each kind over a solution, and verbs for what a product does with them.  Files lie in the results
 /// folder under fake/, as F<setup>/<variation ID>_<version>, with _<identifier of the number> behind where there are
 /// numbers (under N<setup>/), and folders under D<setup>/.
-class FakeStores : public IMirroredDataMapOwner {
+class FakeStores : public NumberedStoreOwner {
 public:
   explicit FakeStores(BaseSolution & solution);
 
@@ -37,22 +37,10 @@ public:
   AString GetRootDirectory(bool create) override;
   long GetVariationID(AString const & variation) override;
   AString GetVariationFromID(long variationID) override;
-  void ParseRelativeDoubleLocation(AString const & location, AString const & keyword, VariationIDIndex & key,
-                                   long & doubleID) override;
-  void ParseRelativeLocation(AString const & location, AString const & keyword, VariationIDIndex & key) override;
-  AString GetRelativeDoubleLocation(AString const & keyword, VariationIDIndex const & key, long doubleID) override;
-  AString GetRelativeLocation(AString const & keyword, VariationIDIndex const & key) override;
-  void OnCommitDoubleLocation(AString const &, long, long, double, AString const &, AString &) override {}
-  void OnCommitLocation(AString const &, long, long, AString const &, AString &) override {}
-  void OnDeleteDoubleLocation(AString const &, long, long, double, AString const &) override {}
-  void OnDeleteLocation(AString const &, long, long, AString const &) override {}
-  void OnMoveDoubleLocation(AString const &, long, long, double, AString const &) override {}
-  void OnMoveLocation(AString const &, long, long, AString const &) override {}
-  void GetSingleVariationToWrite(bool &, long &, AString &) override {}
-  void GetWriteMode(bool &, bool &) override {}
 
 private:
   AString FolderOf(AString const & keyword) const;
+  AString PrefixOf(AString const & keyword) const override { return FolderOf(keyword) + L"/"; }
 
   BaseSolution & m_solution;
 };

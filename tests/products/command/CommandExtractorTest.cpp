@@ -47,15 +47,14 @@ protected:
     source.typeName = command::CommandSetup::kTypeName;
     m_setup = command::CommandProduct().CreateSetup(m_manager, source, nullptr);
   }
-  AString FolderPath() const {
-    return text::FromUtf8((m_folder.Path() / "results").string()) + L"/";
-  }
+  AString FolderPath() const { return text::FromUtf8((m_folder.Path() / "results").string()) + L"/"; }
   BaseSolution & Solution() { return *m_setup->GetSolutions().begin()->second; }
   command::CommandExtractor & Extractor() {
     return dynamic_cast<command::CommandExtractor &>(*Solution().GetBaseSimDataExtractor());
   }
   void Store(AString const & variation, Quantities const & quantities) {
-    io::CBlock block(SolutionVariationKey(m_setup->GetID(), variation, Solution().GetID(), Solution().GetVersionID()).Pack());
+    io::CBlock block(
+        SolutionVariationKey(m_setup->GetID(), variation, Solution().GetID(), Solution().GetVersionID()).Pack());
     command::WriteQuantities(quantities, block);
     ASSERT_EQ(m_manager.SaveSingleBlock(block), CStreamioLibrary::kLibSuccess);
     VariationIDIndex const index(variation, Solution().GetVersionID(), &m_manager);

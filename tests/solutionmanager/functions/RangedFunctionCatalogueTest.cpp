@@ -129,6 +129,16 @@ TEST(RangedFunctionCatalogue, ResultsScaleWithTheUnitsOfTheTrace) {
   EXPECT_EQ(ScaledOf(L"ise", 3e-15).units, L"ns*mV^2");
 }
 
+TEST(RangedFunctionCatalogue, AnAxisInDegreesCelsiusScalesByTheConversionOfOneKelvinAsIsMeant) {
+  double const factor = Units::ConvertFromSI(1.0, Units::kCelsius);
+  Scaled scaled;
+  EXPECT_TRUE(Catalogue().ScaleRangedFunctionValueToGivenUnits(scaled.result, scaled.units, L"XAtYMax", 300.0,
+                                                               Units::kCelsius, Units::kVolt));
+  EXPECT_DOUBLE_EQ(scaled.result, 300.0 * factor);
+  EXPECT_DOUBLE_EQ(scaled.result, 300.0 * -272.15);
+  EXPECT_EQ(scaled.units, L"cel");
+}
+
 TEST(RangedFunctionCatalogue, AVarianceScalesTwiceButItsUnitHasNoSquareMarkAsIsMeant) {
   EXPECT_DOUBLE_EQ(ScaledOf(L"variance", 4e-6).result, 4);
   EXPECT_EQ(ScaledOf(L"variance", 4e-6).units, L"mV");

@@ -212,6 +212,8 @@ TEST_F(ManagerLookupTest, TheReportsViewBelongsToAnActiveSolution) {
   BaseSolution & solution = SolutionOf(setup);
   EXPECT_EQ(Manager().GetISimDataExtractorForReports(solution.GetID()),
             solution.GetBaseSimDataExtractor()->GetISimDataExtractorForReports());
+  EXPECT_EQ(Manager().GetIVariableNameSpaceSetupper(solution.GetID()), solution.GetBaseSimDataExtractor());
+  EXPECT_EQ(Manager().GetIVariableNameSpaceSetupper(4711), nullptr);
   EXPECT_EQ(Manager().GetISimDataExtractorForReports(4711), nullptr);
   EXPECT_EQ(Manager().GetISimDataExtractorForReports(SolutionOf(Import(L"Measured")).GetID()), nullptr);
   setup.DeleteSolution(solution.GetID(), nullptr);

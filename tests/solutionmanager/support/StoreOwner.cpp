@@ -26,29 +26,6 @@ AString StoreOwner::GetVariationFromID(long variationID) {
   return AString();
 }
 
-void StoreOwner::ParseRelativeDoubleLocation(AString const & location, AString const & keyword, VariationIDIndex & key,
-                                             long & doubleID) {
-  ParseRelativeLocation(location, keyword, key);
-  long number = 0;
-  if (std::sscanf(text::ToUtf8(location).c_str(), "res/V%*d_%*d_%ld", &number) == 1)
-    doubleID = number;
-}
-
-void StoreOwner::ParseRelativeLocation(AString const & location, AString const &, VariationIDIndex & key) {
-  long variation = 0;
-  long version = 0;
-  if (std::sscanf(text::ToUtf8(location).c_str(), "res/V%ld_%ld", &variation, &version) == 2)
-    key = VariationIDIndex(GetVariationFromID(variation), version, variation);
-}
-
-AString StoreOwner::GetRelativeDoubleLocation(AString const &, VariationIDIndex const & key, long doubleID) {
-  return AString::Format(L"res/V%ld_%ld_%ld", key.GetVariationID(), key.GetVersionID(), doubleID);
-}
-
-AString StoreOwner::GetRelativeLocation(AString const &, VariationIDIndex const & key) {
-  return AString::Format(L"res/V%ld_%ld", key.GetVariationID(), key.GetVersionID());
-}
-
 void StoreOwner::Told(char const * what, AString const & variation, long original, long mirrored,
                       std::string const & more) {
   m_calls.push_back(std::string(what) + ' ' + text::ToUtf8(variation) + ' ' + std::to_string(original) + ' ' +

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "basekit/text/AString.h"
-#include "solutionmanager/address/VariationIDIndex.h"
-#include "solutionmanager/locations/IMirroredDataMapOwner.h"
+#include "tests/support/NumberedStoreOwner.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <map>
@@ -12,23 +11,17 @@
 
 namespace support {
 
-/// A product's solution as the mirrored stores see it, over a real folder.  Files are called res/V<variation
-/// ID>_<version>, with _<identifier of the number> behind where there are numbers.  What the stores announce is kept.
-class StoreOwner : public IMirroredDataMapOwner {
+/// A product's solution as the mirrored stores see it, over a real folder.  Files lie in res/ and begin with V.  What
+/// the stores announce is kept.
+class StoreOwner : public NumberedStoreOwner {
 public:
   StoreOwner();
 
   long GetCurrentVersion(AString const &) override { return current; }
   AString GetName() override { return L"Owner"; }
-  long GetNewID() override { return nextID++; }
   AString GetRootDirectory(bool create) override;
   long GetVariationID(AString const & variation) override;
   AString GetVariationFromID(long variationID) override;
-  void ParseRelativeDoubleLocation(AString const & location, AString const & keyword, VariationIDIndex & key,
-                                   long & doubleID) override;
-  void ParseRelativeLocation(AString const & location, AString const & keyword, VariationIDIndex & key) override;
-  AString GetRelativeDoubleLocation(AString const & keyword, VariationIDIndex const & key, long doubleID) override;
-  AString GetRelativeLocation(AString const & keyword, VariationIDIndex const & key) override;
   void OnCommitDoubleLocation(AString const & variation, long original, long mirrored, double value,
                               AString const & keyword, AString & location) override;
   void OnCommitLocation(AString const & variation, long original, long mirrored, AString const & keyword,
@@ -58,7 +51,6 @@ public:
   std::filesystem::path PathOf(AString const & location) const;
 
   long current = 5;
-  long nextID = 100;
   bool isOnlyOne = false;
   AString onlyVariation;
   bool setsWriteMode = false;
@@ -69,6 +61,7 @@ public:
   std::vector<bool> rootAsked;
 
 private:
+  AString PrefixOf(AString const &) const override { return L"res/V"; }
   void Told(char const * what, AString const & variation, long original, long mirrored, std::string const & more);
 
   TemporaryFolder m_folder;

@@ -111,6 +111,24 @@ TEST_F(ReaderOfLibraries, TellsTheFactsOfTheFiles) {
   EXPECT_TRUE(reader.PrivateFacts().exists);
 }
 
+TEST_F(ReaderOfLibraries, TellsTheLastCommitWithoutTheIndexAsWithIt) {
+  LibraryReader::CommitFacts facts;
+  EXPECT_EQ(LibraryReader::FactsOfLastCommit(Path(), facts), CStreamioLibrary::kLibNotFound);
+  EXPECT_EQ(facts.commits, 0u);
+  Library library(Path(), Library::kOrdinaryMode);
+  for (int commit = 1; commit <= 3; ++commit) {
+    Save(library, AString::Format(L"A%d", commit), L"text");
+    library.CommitAll(false);
+    LibraryReader reader;
+    ASSERT_EQ(reader.Open(Path(), false), 0);
+    ASSERT_EQ(LibraryReader::FactsOfLastCommit(Path(), facts), 0);
+    EXPECT_EQ(facts.commits, reader.PublicFacts().commits);
+    EXPECT_EQ(facts.end, reader.PublicFacts().end);
+    EXPECT_EQ(facts.length, reader.PublicFacts().length);
+  }
+  EXPECT_EQ(facts.commits, 3u);
+}
+
 TEST_F(ReaderOfLibraries, TextLibrariesArePrintable) {
   Library library(Path(), Library::kOrdinaryMode);
   Save(library, L"A", L"one");

@@ -9,18 +9,18 @@
 namespace io {
 
 /// Names repeat in a block: equal ones share their text.  Keeps views on the bytes that are being read; the first few
-/// names, which are all that a small block has, are not kept.
+/// names, which are all that a small block has, are not kept, nor are long ones, which are keys and come once.
 class KnownNames {
 public:
   /// The name of these bytes, or null when it is not known.
   AString const * Find(std::string_view raw) const {
-    if (!m_entries)
+    if (!m_entries || raw.size() > kLongest)
       return nullptr;
     auto const & entry = (*m_entries)[Slot(raw)];
     return !raw.empty() && entry.raw == raw ? &entry.name : nullptr;
   }
   void Keep(std::string_view raw, AString const & name) {
-    if (++m_seen <= kFew)
+    if (raw.size() > kLongest || ++m_seen <= kFew)
       return;
     if (!m_entries)
       m_entries = std::make_unique<std::array<Entry, kSlots>>();
@@ -30,6 +30,7 @@ public:
 private:
   static constexpr std::size_t kSlots = 64;
   static constexpr std::size_t kFew = 4;
+  static constexpr std::size_t kLongest = 24;
   struct Entry {
     std::string_view raw;
     AString name;

@@ -127,6 +127,8 @@ RecordReader::State RecordReader::ReadState() {
   std::uint64_t const committedEnd = m_end;
   if (!isCommitted && !countsGroups && m_state == State::Good)
     Report(kFileHeaderSize, m_length - m_end, AString(), L"the file holds no commit");
+  if (m_extent == Extent::CommitAlone)
+    return m_state;
   if (isCommitted && !LoadChain()) {
     m_index = RecordIndex(countsGroups);
     Scan(kFileHeaderSize, countsGroups ? m_length : committedEnd, false);
@@ -170,10 +172,11 @@ bool RecordReader::FindLastCommit() {
     std::string_view view;
     if (!Bytes(from, upTo - from, view))
       return false;
-    std::string const chunk(view);
-    for (std::size_t at = chunk.rfind(kCommitMark); at != std::string::npos;
-         at = at ? chunk.rfind(kCommitMark, at - 1) : chunk.npos)
-      if (CommitAt(from + at, m_length, m_commit, m_end)) {
+    std::vector<std::uint64_t> marks; // A search forward is much the quicker one.
+    for (std::size_t at = view.find(kCommitMark); at != view.npos; at = view.find(kCommitMark, at + 1))
+      marks.push_back(from + at);
+    for (auto mark = marks.rbegin(); mark != marks.rend(); ++mark)
+      if (CommitAt(*mark, m_length, m_commit, m_end)) {
         // Written twice: what counts ends behind the second one.
         CommitInfo twin;
         std::uint64_t twinEnd = 0;

@@ -35,8 +35,9 @@ public:
     Newer,
   };
   enum class Payload { Good, Damaged, Unreadable };
-  /// Where a file counts to.
-  enum class Extent { Committed, WholeGroups };
+  /// Where a file counts to.  CommitAlone: as Committed, but the index stays empty, for whoever asks for facts of the
+  /// last commit.
+  enum class Extent { Committed, WholeGroups, CommitAlone };
 
   /// Reads header and index.  By default a public file counts to its last commit, a private one to its last group.
   State Open(std::unique_ptr<file::IFile> file, std::optional<Extent> extent = {});

@@ -5,22 +5,58 @@
 #include "basekit/text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstring>
 #include <limits>
 
 namespace io {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+enum : unsigned char { kWordStart = 1, kWordPart = 2, kNumberStart = 4, kNumberPart = 8, kMark = 16 };
 
-bool IsWordStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
+constexpr std::array<unsigned char, 256> kKinds = [] {
+  std::array<unsigned char, 256> kinds{};
+  auto const add = [&kinds](std::string_view characters, unsigned kind) {
+    for (char const c : characters)
+      kinds[static_cast<unsigned char>(c)] |= static_cast<unsigned char>(kind);
+  };
+  add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", kWordStart | kWordPart | kNumberPart);
+  add("0123456789", kWordPart | kNumberStart | kNumberPart);
+  add(".", kWordPart | kNumberPart);
+  add("-", kNumberStart | kNumberPart);
+  add("+", kNumberPart);
+  add("(){}[]=,", kMark);
+  return kinds;
+}();
 
-bool IsWordPart(char c) { return IsWordStart(c) || IsDigit(c) || c == '.'; }
+bool Is(unsigned char kind, char c) { return (kKinds[static_cast<unsigned char>(c)] & kind) != 0; }
 
-bool IsNumberPart(char c) { return IsWordPart(c) || c == '-' || c == '+'; }
+constexpr std::size_t kEight = 8;
+constexpr std::uint64_t kEach = 0x0101010101010101;
 
-bool IsMarkCharacter(char c) { return std::string_view("(){}[]=,").find(c) != std::string_view::npos; }
+// Eight printable ASCII characters none of which is a quote or begins an escape; false also for some of the other ones.
+bool AreEightPlain(char const * bytes) {
+  std::uint64_t eight = 0;
+  std::memcpy(&eight, bytes, kEight);
+  std::uint64_t const quotes = eight ^ kEach * '"';
+  std::uint64_t const escapes = eight ^ kEach * '\\';
+  std::uint64_t const low = (eight - kEach * 0x20) | (quotes - kEach) | (escapes - kEach);
+  std::uint64_t const high = eight | (eight + kEach);
+  return ((low | high) & kEach * 0x80) == 0;
+}
+
+// How many characters from there on stand for themselves.
+std::size_t PlainLength(std::string_view bytes, std::size_t from) {
+  std::size_t at = from;
+  while (bytes.size() - at >= kEight && AreEightPlain(bytes.data() + at))
+    at += kEight;
+  auto const isPlain = [](char c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; };
+  while (at < bytes.size() && isPlain(bytes[at]))
+    ++at;
+  return at - from;
+}
 
 bool WordValue(std::string_view word, CBlock_value & value) {
   if (word == "true")
@@ -70,15 +106,15 @@ bool TextLexer::Next(Token & token) {
   if (first == '"')
     return Quoted(token);
   std::size_t end = m_position + 1;
-  if (IsWordStart(first)) {
+  if (Is(kWordStart, first)) {
     token.kind = CToken::Kind::Word;
-    while (end < m_bytes.size() && IsWordPart(m_bytes[end]))
+    while (end < m_bytes.size() && Is(kWordPart, m_bytes[end]))
       ++end;
-  } else if (IsDigit(first) || first == '-') {
+  } else if (Is(kNumberStart, first)) {
     token.kind = CToken::Kind::Number;
-    while (end < m_bytes.size() && IsNumberPart(m_bytes[end]))
+    while (end < m_bytes.size() && Is(kNumberPart, m_bytes[end]))
       ++end;
-  } else if (IsMarkCharacter(first)) {
+  } else if (Is(kMark, first)) {
     token.kind = CToken::Kind::Mark;
   } else {
     return false;
@@ -91,17 +127,19 @@ bool TextLexer::Next(Token & token) {
 bool TextLexer::Quoted(Token & token) {
   token.kind = CToken::Kind::Quoted;
   std::size_t at = m_position + 1;
-  for (; at < m_bytes.size() && m_bytes[at] != '"'; ++at) {
+  for (;; ++at) {
+    at += at < m_bytes.size() ? PlainLength(m_bytes, at) : 0;
+    if (at >= m_bytes.size())
+      return false;
     auto const byte = static_cast<unsigned char>(m_bytes[at]);
+    if (byte == '"')
+      break;
     if (byte < 0x20)
       return false; // always escaped; a raw one means that the closing quote is missing
-    if (byte == '\\' || byte >= 0x7F)
-      token.plain = false;
+    token.plain = false;
     if (byte == '\\')
       ++at;
   }
-  if (at >= m_bytes.size())
-    return false;
   token.text = m_bytes.substr(m_position + 1, at - m_position - 1);
   m_position = at + 1;
   return true;
@@ -109,8 +147,8 @@ bool TextLexer::Quoted(Token & token) {
 
 bool TextLexer::Text(Token const & token, AString & text) {
   if (token.plain)
-    m_scratch.assign(token.text.begin(), token.text.end());
-  else if (!Unescape(token.text))
+    return text::FromUtf8Strict(token.text, text);
+  if (!Unescape(token.text))
     return false;
   text = AString(std::wstring_view(m_scratch));
   return true;
@@ -129,44 +167,51 @@ bool TextLexer::Name(Token const & token, AString & name) {
   return true;
 }
 
+// No text is longer than what it is written as.
 bool TextLexer::Unescape(std::string_view raw) {
-  m_scratch.clear();
+  m_scratch.resize(raw.size());
+  std::size_t length = 0;
   for (std::size_t at = 0; at < raw.size();) {
     if (raw[at] == '\\') {
-      if (!Escape(raw, ++at))
+      if (!Escape(raw, ++at, m_scratch[length++]))
         return false;
     } else if (static_cast<unsigned char>(raw[at]) < 0x80) {
-      m_scratch += static_cast<wchar_t>(raw[at++]);
+      for (auto const end = at + std::max<std::size_t>(PlainLength(raw, at), 1); at < end; ++at)
+        m_scratch[length++] = static_cast<wchar_t>(raw[at]);
     } else {
       auto const end = std::find_if(raw.begin() + static_cast<std::ptrdiff_t>(at), raw.end(),
                                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-      auto const length = static_cast<std::size_t>(end - raw.begin()) - at;
+      auto const run = static_cast<std::size_t>(end - raw.begin()) - at;
       AString wide;
-      if (!text::FromUtf8Strict(raw.substr(at, length), wide))
+      if (!text::FromUtf8Strict(raw.substr(at, run), wide))
         return false;
-      m_scratch += wide.View();
-      at += length;
+      std::copy(wide.begin(), wide.end(), m_scratch.begin() + static_cast<std::ptrdiff_t>(length));
+      length += wide.size();
+      at += run;
     }
   }
+  m_scratch.resize(length);
   return true;
 }
 
-bool TextLexer::Escape(std::string_view raw, std::size_t & at) {
+bool TextLexer::Escape(std::string_view raw, std::size_t & at, wchar_t & character) {
+  if (at >= raw.size())
+    return false;
   switch (raw[at++]) {
   case '"':
-    m_scratch += L'"';
+    character = L'"';
     return true;
   case '\\':
-    m_scratch += L'\\';
+    character = L'\\';
     return true;
   case 'n':
-    m_scratch += L'\n';
+    character = L'\n';
     return true;
   case 't':
-    m_scratch += L'\t';
+    character = L'\t';
     return true;
   case 'r':
-    m_scratch += L'\r';
+    character = L'\r';
     return true;
   case 'u':
     break;
@@ -180,7 +225,7 @@ bool TextLexer::Escape(std::string_view raw, std::size_t & at) {
   auto const result = std::from_chars(raw.data() + at + 1, raw.data() + close, code, 16);
   if (result.ec != std::errc() || result.ptr != raw.data() + close)
     return false;
-  m_scratch += static_cast<wchar_t>(code);
+  character = static_cast<wchar_t>(code);
   at = close + 1;
   return true;
 }

@@ -43,7 +43,8 @@ public:
 private:
   bool Quoted(Token & token);
   bool Unescape(std::string_view raw);
-  bool Escape(std::string_view raw, std::size_t & at);
+  /// The escape behind its backslash.
+  static bool Escape(std::string_view raw, std::size_t & at, wchar_t & character);
 
   std::string_view m_bytes;
   std::size_t m_position;

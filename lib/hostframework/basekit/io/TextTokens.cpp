@@ -122,13 +122,14 @@ void AppendName(std::string & out, AString const & name) {
 
 void AppendQuoted(std::string & out, AString const & text) {
   out += '"';
-  auto left = text.View();
-  while (!left.empty()) {
-    auto const run = static_cast<std::size_t>(std::find_if_not(left.begin(), left.end(), IsPlain) - left.begin());
+  for (auto left = text.View(); !left.empty();) {
+    std::size_t run = 0;
+    while (run < left.size() && IsPlain(left[run]))
+      ++run;
     text::AppendUtf8(out, left.substr(0, run));
-    if (run < left.size())
-      AppendEscaped(out, left[run]);
-    left.remove_prefix(std::min(run + 1, left.size()));
+    left.remove_prefix(run);
+    for (; !left.empty() && !IsPlain(left.front()); left.remove_prefix(1))
+      AppendEscaped(out, left.front());
   }
   out += '"';
 }

@@ -2,13 +2,20 @@
 
 #include "basekit/text/CaseFolding.h"
 #include "basekit/text/NumberText.h"
+#include "basekit/text/SmallMemory.h"
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 
+namespace {
+
+std::size_t SizeOfBuffer(std::size_t head, std::size_t length) { return head + (length + 1) * sizeof(wchar_t); }
+
+} // namespace
+
 AString::Buffer * AString::MakeBuffer(std::size_t length) {
-  void * memory = ::operator new(sizeof(Buffer) + (length + 1) * sizeof(wchar_t));
+  void * memory = text::SmallMemory::Take(SizeOfBuffer(sizeof(Buffer), length));
   auto * buffer = new (memory) Buffer;
   buffer->length = static_cast<unsigned>(length);
   buffer->Text()[length] = L'\0';
@@ -19,8 +26,9 @@ AString::Buffer * AString::MakeBuffer(std::size_t length) {
 void AString::Release(Buffer * buffer) noexcept {
   if (buffer->uses.load(std::memory_order_acquire) != 1 && buffer->uses.fetch_sub(1, std::memory_order_acq_rel) != 1)
     return;
+  std::size_t const size = SizeOfBuffer(sizeof(Buffer), buffer->length);
   buffer->~Buffer();
-  ::operator delete(buffer);
+  text::SmallMemory::Give(buffer, size);
 }
 
 AString::AString(wchar_t const * text) : AString(std::wstring_view(text ? text : L"")) {}

@@ -1,6 +1,7 @@
 #include "basekit/text/CaseFolding.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace text {
 
@@ -13,7 +14,34 @@ constexpr bool InRange(wchar_t c, unsigned first, unsigned last) {
 // In these ranges capital and small letters alternate; the argument tells on which parity the capitals lie.
 wchar_t FoldAlternating(wchar_t c, bool capitalsAreEven) { return ((c & 1) == 0) == capitalsAreEven ? c + 1 : c; }
 
-wchar_t FoldBeyondAscii(wchar_t c) {
+using Pair = std::uint64_t;
+constexpr Pair kEach = 0x0000000100000001;
+
+// Two characters at once.
+Pair PairAt(wchar_t const * characters) {
+  static_assert(2 * sizeof(wchar_t) == sizeof(Pair));
+  Pair pair = 0;
+  std::memcpy(&pair, characters, sizeof pair);
+  return pair;
+}
+
+Pair Fold(Pair pair) {
+  if ((pair & ~(kEach * 0x7f)) != 0) [[unlikely]] {
+    wchar_t both[2];
+    std::memcpy(both, &pair, sizeof pair);
+    both[0] = FoldCase(both[0]);
+    both[1] = FoldCase(both[1]);
+    return PairAt(both);
+  }
+  // 0x80 marks a capital in what is compared.
+  Pair const fromA = pair + (0x80 - 'A') * kEach;
+  Pair const aboveZ = pair + (0x7f - 'Z') * kEach;
+  return pair | (fromA & ~aboveZ & 0x80 * kEach) >> 2;
+}
+
+} // namespace
+
+wchar_t FoldBeyondAscii(wchar_t c) noexcept {
   if (InRange(c, 0xC0, 0xDE))
     return c == 0xD7 ? c : c + 0x20;
   if (InRange(c, 0x100, 0x12F) || InRange(c, 0x132, 0x137) || InRange(c, 0x14A, 0x177))
@@ -37,17 +65,12 @@ wchar_t FoldBeyondAscii(wchar_t c) {
   return c;
 }
 
-} // namespace
-
-wchar_t FoldCase(wchar_t character) noexcept {
-  if (character < 0x80)
-    return character >= L'A' && character <= L'Z' ? character + 0x20 : character;
-  return FoldBeyondAscii(character);
-}
-
 int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept {
   auto const shared = std::min(a.size(), b.size());
-  for (std::size_t i = 0; i < shared; ++i) {
+  std::size_t i = 0;
+  while (i + 2 <= shared && PairAt(a.data() + i) == PairAt(b.data() + i))
+    i += 2;
+  for (; i < shared; ++i) {
     if (a[i] == b[i])
       continue;
     wchar_t const x = FoldCase(a[i]), y = FoldCase(b[i]);
@@ -59,10 +82,21 @@ int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept {
 
 std::uint64_t HashNoCase(std::wstring_view text) noexcept {
   // Two runs side by side, as a multiplication waits for the one before.
-  std::uint64_t hashes[2] = {0xcbf29ce484222325u, 0x9e3779b97f4a7c15u};
-  for (std::size_t i = 0; i < text.size(); ++i)
-    hashes[i & 1] = (hashes[i & 1] ^ static_cast<std::uint64_t>(FoldCase(text[i]))) * 0x100000001b3u;
-  std::uint64_t const both = hashes[0] ^ (hashes[1] << 31 | hashes[1] >> 33);
+  constexpr std::uint64_t kMultiplier = 0x9e3779b97f4a7c15;
+  std::uint64_t first = text.size();
+  std::uint64_t second = kMultiplier;
+  auto const take = [](std::uint64_t & hash, Pair pair) {
+    hash = (hash ^ pair) * kMultiplier;
+    hash ^= hash >> 32;
+  };
+  std::size_t at = 0;
+  for (; at + 4 <= text.size(); at += 4) {
+    take(first, Fold(PairAt(text.data() + at)));
+    take(second, Fold(PairAt(text.data() + at + 2)));
+  }
+  for (; at < text.size(); ++at)
+    take(first, static_cast<Pair>(FoldCase(text[at])));
+  std::uint64_t const both = (first ^ (second << 31 | second >> 33)) * kMultiplier;
   return both ^ both >> 32;
 }
 

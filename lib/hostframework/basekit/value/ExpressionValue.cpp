@@ -160,8 +160,16 @@ void ExpressionValue::SetPlace(expr::Error & error, ValueBase const * base) cons
     }
 }
 
+bool ExpressionValue::Renew(expr::Error & error) const {
+  if (!m_renewed || m_renewed->IsStale())
+    m_renewed = Bind(m_text, Value::GetValueParser(), error);
+  return m_renewed != nullptr;
+}
+
 bool ExpressionValue::Evaluate(ISampleSource const & source, std::span<double const> axis, expr::Result & result,
                                expr::Error & error) const {
+  if (IsStale())
+    return Renew(error) && m_renewed->Evaluate(source, axis, result, error);
   error = expr::Error();
   error.source = m_text;
   for (std::size_t i = 0; i < m_references.size(); ++i)
@@ -170,10 +178,6 @@ bool ExpressionValue::Evaluate(ISampleSource const & source, std::span<double co
       error.problem = L"something that the expression refers to is gone";
       return false;
     }
-  if (IsStale()) {
-    auto const renewed = Bind(m_text, Value::GetValueParser(), error);
-    return renewed && renewed->Evaluate(source, axis, result, error);
-  }
   expr::TraceData data;
   data.axis = axis;
   for (expr::ProgramQuantity const & quantity : m_program.GetQuantities()) {

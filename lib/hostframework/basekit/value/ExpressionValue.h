@@ -19,7 +19,8 @@ public:
 
 /// An expression whose names are bound: variables by the current name space, other words by a value parser.  What it
 /// refers to is owned elsewhere and may go away; an evaluation then fails.  Numbers and definitions of variables are
-/// those of the time of evaluation.
+/// those of the time of evaluation: once a definition has changed, the text is bound again, by the name space and the
+/// parser that are current then, and stays so bound until the next change.
 class ExpressionValue : public ValueBase {
 public:
   /// Null with an error when the text is no expression here.  The parser may be null.
@@ -55,6 +56,7 @@ private:
   ValueBase * CloneValueBase() const override { return new ExpressionValue(*this); }
   void FindInner(IValueParser * parser);
   bool IsStale() const;
+  bool Renew(expr::Error & error) const;
   /// Where the quantity stands that the base, which may be gone, is or was behind; definitions have no place.
   void SetPlace(expr::Error & error, ValueBase const * base) const;
   bool GetSamples(expr::ProgramQuantity const & quantity, ISampleSource const & source, expr::Samples & samples) const;
@@ -74,4 +76,5 @@ private:
   AString m_functionName;
   ValueReference m_innerWord;
   std::shared_ptr<ExpressionValue const> m_inner;
+  mutable std::shared_ptr<ExpressionValue const> m_renewed; ///< bound after a definition had changed
 };

@@ -37,8 +37,10 @@ VariableNameSpace::~VariableNameSpace() {
 VariableNameSpace * VariableNameSpace::Current() { return latest; }
 
 void VariableNameSpace::AddVariable(Variable * variable) {
-  if (variable)
-    m_variables.push_back(variable);
+  if (!variable)
+    return;
+  m_variables.push_back(variable);
+  m_index.emplace(variable->GetName(), variable);
 }
 
 void VariableNameSpace::AddVariableServer(IVariableServer const * server) {
@@ -53,6 +55,7 @@ void VariableNameSpace::AddDataset(AString const & name, expr::Dataset const * p
 
 void VariableNameSpace::ClearVariablesAndServers() {
   m_variables.clear();
+  m_index.clear();
   m_servers.clear();
   m_datasets.clear();
 }
@@ -87,10 +90,8 @@ expr::Dataset const * VariableNameSpace::FindDataset(AString const & name) const
 }
 
 Variable * VariableNameSpace::FindHere(AString const & name) const {
-  for (Variable * const variable : m_variables)
-    if (AString::MatchNoCase(variable->GetName(), name))
-      return variable;
-  return nullptr;
+  auto const found = m_index.find(name);
+  return found != m_index.end() ? found->second : nullptr;
 }
 
 Variable * VariableNameSpace::FindInServers(AString const & name) const {

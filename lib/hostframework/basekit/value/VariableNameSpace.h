@@ -4,6 +4,7 @@
 
 #include "basekit/text/AString.h"
 
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -58,6 +59,7 @@ private:
   Variable * FindInServers(AString const & name) const;
 
   std::vector<Variable *> m_variables;
+  std::map<AString, Variable *, AString::NoCaseLess> m_index; ///< of equal names the first
   std::vector<IVariableServer const *> m_servers;
   std::vector<std::pair<AString, expr::Dataset const *>> m_datasets;
   VariableSearchFlags m_flags;

@@ -172,9 +172,20 @@ LibraryReader::FileFacts LibraryReader::PublicFacts() const { return Facts(m_sta
 LibraryReader::FileFacts LibraryReader::PrivateFacts() const { return Facts(m_state->privateLog.get()); }
 AString const & LibraryReader::LastError() const { return m_state->error; }
 
+LibraryReader::LibIOReturn LibraryReader::FactsOfLastCommit(LongFileName const & path, CommitFacts & facts) {
+  std::unique_ptr<LogReader> log;
+  AString error;
+  LibIOReturn const result = LogReader::Open(path, file::OpenMode::Read, Extent::CommitAlone, log, error);
+  if (result == kSuccess)
+    facts = {log->Records().LastCommit().number, log->Records().End(), log->Records().FileLength()};
+  return result;
+}
+
 LibraryReader::PrivateFile LibraryReader::StateOfPrivateFile(LongFileName const & path) {
-  LibraryReader reader;
-  reader.Open(path, false);
+  // What the public file is at must not be newer than what the private one tells.
+  std::unique_ptr<LogReader> publicLog;
+  AString error;
+  LogReader::Open(path, file::OpenMode::Read, Extent::CommitAlone, publicLog, error);
   std::unique_ptr<file::IFile> probe;
   bool isLocked = false;
   if (file::FileSystem().Open(PrivatePath(path), file::OpenMode::Read, probe).Ok() && probe->AskLock(isLocked).Ok() &&
@@ -182,15 +193,13 @@ LibraryReader::PrivateFile LibraryReader::StateOfPrivateFile(LongFileName const 
     return PrivateFile::InUse;
   probe.reset();
   std::unique_ptr<LogReader> log;
-  AString error;
   auto const result = LogReader::Open(PrivatePath(path), file::OpenMode::Read, Extent::WholeGroups, log, error);
   if (result == CStreamioLibrary::kLibNotFound)
     return PrivateFile::None;
   if (result != kSuccess)
     return PrivateFile::Unreadable;
   std::uint64_t mergedLength = 0;
-  auto const & state = *reader.m_state;
-  auto const commit = state.publicLog ? state.publicLog->Records().LastCommit() : io::CommitInfo();
+  auto const commit = publicLog ? publicLog->Records().LastCommit() : io::CommitInfo();
   if (!IsTwin(*log, commit, mergedLength))
     return PrivateFile::OtherGeneration;
   return log->Records().WasClosedCleanly() ? PrivateFile::ClosedInOrder : PrivateFile::LeftByCrash;

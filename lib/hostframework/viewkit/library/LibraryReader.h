@@ -88,6 +88,14 @@ public:
   FileFacts PrivateFacts() const;
   AString const & LastError() const;
 
+  /// Where the last commit of a public file ends and how long the file is, in little time: that of the index, which is
+  /// not read, is most of an opening.
+  struct CommitFacts {
+    std::uint64_t commits = 0;
+    std::uint64_t end = 0;
+    std::uint64_t length = 0;
+  };
+  static LibIOReturn FactsOfLastCommit(LongFileName const & path, CommitFacts & facts);
   static PrivateFile StateOfPrivateFile(LongFileName const & path);
 
 private:

@@ -11,8 +11,8 @@ namespace command {
 constexpr unsigned kNumbersReportType = 1;
 
 /// The quantities of one run: single numbers are report type 1, and each column that runs over nothing, or that others
-/// run over, is the axis of one more, numbered from 2 on in the order in which they are stored.  A column that runs over
-/// nothing is its own axis.
+/// run over, is the axis of one more, numbered from 2 on in the order in which they are stored.  A column that runs
+/// over nothing is its own axis.
 class CommandCatalogue : public desktop::IQuantityCatalogue {
 public:
   explicit CommandCatalogue(std::vector<desktop::QuantityValues> const & quantities);

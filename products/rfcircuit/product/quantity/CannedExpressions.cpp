@@ -19,10 +19,8 @@ struct Figure {
 std::vector<Figure> const & FiguresOfTwoPorts() {
   static AString const delta(L"(S(1,1)*S(2,2)-S(1,2)*S(2,1))");
   static AString const k = L"((1-mag(S(1,1))^2-mag(S(2,2))^2+mag(" + delta + L")^2)/(2*mag(S(1,2)*S(2,1))))";
-  static AString const mu =
-      L"(1-mag(S(1,1))^2)/(mag(S(2,2)-" + delta + L"*conj(S(1,1)))+mag(S(1,2)*S(2,1)))";
-  static AString const gain =
-      L"dB10(mag(S(2,1)/S(1,2))*if(" + k + L">1," + k + L"-sqrt(max(" + k + L"^2-1,0)),1))";
+  static AString const mu = L"(1-mag(S(1,1))^2)/(mag(S(2,2)-" + delta + L"*conj(S(1,1)))+mag(S(1,2)*S(2,1)))";
+  static AString const gain = L"dB10(mag(S(2,1)/S(1,2))*if(" + k + L">1," + k + L"-sqrt(max(" + k + L"^2-1,0)),1))";
   static std::vector<Figure> const figures{{L"KFactor", k, val::kReal, Units::kNoUnitType},
                                            {L"MuFactor", mu, val::kReal, Units::kNoUnitType},
                                            {L"Delta", delta, val::kComplex, Units::kNoUnitType},
@@ -50,7 +48,8 @@ bool IsLoss(QuantityName const & name, NetworkLayout const & layout, AString & e
 
 } // namespace
 
-bool FindCannedExpression(AString const & name, NetworkLayout const & layout, AString & expression, ValueState & state) {
+bool FindCannedExpression(AString const & name, NetworkLayout const & layout, AString & expression,
+                          ValueState & state) {
   bool const isTwoPort = !layout.isKnown || layout.ports.size() == 2;
   for (Figure const & figure : FiguresOfTwoPorts()) {
     if (!isTwoPort || !AString::MatchNoCase(figure.name, name))

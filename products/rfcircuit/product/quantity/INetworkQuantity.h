@@ -20,7 +20,7 @@ struct QuantityName;
 struct PortChange {
   std::set<AString, AString::NoCaseLess> impedances; ///< ports, by name
   std::set<AString, AString::NoCaseLess> planes;     ///< likewise, whose reference plane moved
-  bool isRenormalizing = false;                      ///< any impedance is another one than was solved with, before or after
+  bool isRenormalizing = false; ///< any impedance is another one than was solved with, before or after
 };
 
 /// A kind of quantity, such as all S-parameters.  Stateless; NetworkQuantityList.cpp lists all kinds.
@@ -37,7 +37,8 @@ public:
   virtual bool Knows(NetworkLayout const & layout, QuantityName const & name) const = 0;
   /// False when the variation has it not; the name is one that Knows.
   virtual bool Compute(SolvedNetwork & network, QuantityName const & name, desktop::QuantityColumn & column) const = 0;
-  virtual bool IsReachedBy(PortChange const & change, NetworkLayout const & layout, QuantityName const & name) const = 0;
+  virtual bool IsReachedBy(PortChange const & change, NetworkLayout const & layout,
+                           QuantityName const & name) const = 0;
 };
 
 } // namespace rfcircuit

@@ -4,8 +4,8 @@
 
 namespace rfcircuit {
 
-/// "V(node)", or "V(node,port)": the voltage of a node, with one volt behind the impedance of the first port, or of that
-/// one, over the frequencies for which voltages are stored.
+/// "V(node)", or "V(node,port)": the voltage of a node, with one volt behind the impedance of the first port, or of
+/// that one, over the frequencies for which voltages are stored.
 class NodeVoltageQuantity : public INetworkQuantity {
 public:
   AString GetSymbol() const override { return L"V"; }

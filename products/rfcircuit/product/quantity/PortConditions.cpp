@@ -9,7 +9,8 @@
 namespace rfcircuit {
 
 bool PortConditions::IsRenormalizing() const {
-  return std::any_of(impedances.begin(), impedances.end(), [](auto const & impedance) { return impedance.has_value(); });
+  return std::any_of(impedances.begin(), impedances.end(),
+                     [](auto const & impedance) { return impedance.has_value(); });
 }
 
 bool PortConditions::IsDeembedding() const {

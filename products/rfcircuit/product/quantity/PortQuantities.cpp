@@ -24,9 +24,9 @@ Complexes Given(NetworkView::Column const & column) { return Complexes(column.be
 bool IsPhaseReached(PortChange const & change, std::vector<AString> const & ports) {
   if (!change.impedances.empty())
     return true;
-  return change.isRenormalizing
-             ? !change.planes.empty()
-             : std::any_of(ports.begin(), ports.end(), [&](AString const & port) { return change.planes.count(port) > 0; });
+  return change.isRenormalizing ? !change.planes.empty()
+                                : std::any_of(ports.begin(), ports.end(),
+                                              [&](AString const & port) { return change.planes.count(port) > 0; });
 }
 
 } // namespace
@@ -67,7 +67,8 @@ void StandingWaveRatio::Fill(NetworkView & view, Ports const & ports, desktop::Q
   Reals ratios;
   for (auto const & reflection : view.S(ports[0], ports[0])) {
     double const magnitude = std::abs(reflection);
-    ratios.push_back(magnitude >= 1.0 ? std::numeric_limits<double>::infinity() : (1.0 + magnitude) / (1.0 - magnitude));
+    ratios.push_back(magnitude >= 1.0 ? std::numeric_limits<double>::infinity()
+                                      : (1.0 + magnitude) / (1.0 - magnitude));
   }
   column.numbers = std::move(ratios);
 }

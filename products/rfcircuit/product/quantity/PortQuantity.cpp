@@ -23,7 +23,8 @@ std::vector<AString> Arguments(QuantityName const & name, int count) {
 
 unsigned PortQuantity::GetReportType() const { return kNetworkReportType; }
 
-std::optional<PortQuantity::Ports> PortQuantity::Resolve(NetworkLayout const & layout, QuantityName const & name) const {
+std::optional<PortQuantity::Ports> PortQuantity::Resolve(NetworkLayout const & layout,
+                                                         QuantityName const & name) const {
   std::vector<AString> const arguments = Arguments(name, CountPorts());
   if (arguments.size() != static_cast<std::size_t>(CountPorts()))
     return std::nullopt;
@@ -61,7 +62,8 @@ bool PortQuantity::Compute(SolvedNetwork & network, QuantityName const & name, d
   return ports.has_value();
 }
 
-bool PortQuantity::IsReachedBy(PortChange const & change, NetworkLayout const & layout, QuantityName const & name) const {
+bool PortQuantity::IsReachedBy(PortChange const & change, NetworkLayout const & layout,
+                               QuantityName const & name) const {
   auto const ports = Resolve(layout, name);
   std::vector<AString> names;
   if (ports && layout.isKnown)

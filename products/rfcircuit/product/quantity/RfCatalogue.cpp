@@ -11,7 +11,8 @@ desktop::QuantityReportType OverFrequency(unsigned number, AString const & name,
   desktop::QuantityReportType type;
   type.number = number;
   type.name = name;
-  type.axis = val::kIntrinsicFrequency;
+  type.axis = L"Freq";
+  type.intrinsic = val::kIntrinsicFrequency;
   type.axisState = {Units::GetDefaultUnits(Units::kFrequency), Units::kFrequency, 1, val::kReal};
   type.axisValues = std::move(frequencies);
   // Rectangular, stacked, polar, Smith, table.

@@ -50,8 +50,10 @@ public:
   void Add(ContextVariable & variable) { m_variables[variable.GetName()] = &variable; }
   Quantity & Get(wchar_t const * name) { return *m_quantities.at(name); }
   void Forget(wchar_t const * name) { m_quantities.erase(name); }
+  int asked = 0; ///< for words
 
   ValueBase * ParseText(AString const & text) override {
+    ++asked;
     if (auto const variable = m_variables.find(text); variable != m_variables.end())
       return variable->second;
     auto const found = m_quantities.find(text);
@@ -226,6 +228,72 @@ TEST_F(BoundExpression, VariablesCountAsTheyAreWhenTheExpressionIsEvaluated) {
   EXPECT_EQ(value.GetComplexSIValue().imag(), 10.0);
   width.SetValueText(L"ww");
   EXPECT_TRUE(std::isnan(value.GetSIValue()));
+}
+
+TEST_F(BoundExpression, AChangedDefinitionIsBoundOnceUntilTheNextChange) {
+  Value value;
+  ASSERT_TRUE(value.SetValueText(L"Gain*ww"));
+  double_width.SetValueText(L"w + Gain*1mm");
+  parser.asked = 0;
+  EXPECT_DOUBLE_EQ(value.GetSIValue(), 0.12);
+  int const once = parser.asked;
+  EXPECT_GT(once, 0);
+  for (int i = 0; i < 10; ++i)
+    EXPECT_DOUBLE_EQ(value.GetSIValue(), 0.12);
+  EXPECT_EQ(parser.asked, once);
+  double_width.SetValueText(L"w - 1mm");
+  EXPECT_DOUBLE_EQ(value.GetSIValue(), 0.01);
+  EXPECT_GT(parser.asked, once);
+}
+
+TEST_F(BoundExpression, OnceBoundAgainItNeedsNoNameSpace) {
+  Value value;
+  ASSERT_TRUE(value.SetValueText(L"10*ww"));
+  double_width.SetValueText(L"3*w");
+  EXPECT_DOUBLE_EQ(value.GetSIValue(), 60e-3);
+  VariableNameSpace const none(false, false, false);
+  EXPECT_DOUBLE_EQ(value.GetSIValue(), 60e-3);
+  double_width.SetValueText(L"4*w");
+  EXPECT_TRUE(std::isnan(value.GetSIValue()));
+}
+
+TEST_F(BoundExpression, AQuantityThatADefinitionNoLongerNamesMayGo) {
+  double_width.SetValueText(L"w*Gain");
+  Value value;
+  ASSERT_TRUE(value.SetValueText(L"10*ww"));
+  double_width.SetValueText(L"w");
+  parser.Forget(L"Gain");
+  EXPECT_DOUBLE_EQ(value.GetSIValue(), 20e-3);
+}
+
+TEST_F(BoundExpression, ANumberTooSmallForADoubleStaysATextAndItsUseTellsWhy) {
+  Variable tiny(L"tiny", L"1e-400");
+  EXPECT_TRUE(tiny.GetValue().IsText());
+  EXPECT_EQ(tiny.GetValueText(), AString(L"1e-400"));
+  space.AddVariable(&tiny);
+  expr::Error error;
+  EXPECT_EQ(ExpressionValue::Bind(L"1 + tiny", &parser, error), nullptr);
+  EXPECT_NE(error.problem.find(L"the number is too small"), AString::npos);
+}
+
+TEST_F(BoundExpression, OfVariablesWithOneNameTheFirstIsMeant) {
+  Variable second(L"W", L"7mm");
+  space.AddVariable(&second);
+  EXPECT_EQ(space.FindVariable(L"W"), &width);
+}
+
+TEST_F(BoundExpression, ExpressionsOfManyNamesAreBoundInAMoment) {
+  constexpr int count = 20000;
+  std::vector<std::unique_ptr<Variable>> variables;
+  std::wstring sum = L"0";
+  for (int i = 0; i < count; ++i) {
+    variables.push_back(std::make_unique<Variable>(AString::Format(L"v%d", i), L"1"));
+    space.AddVariable(variables.back().get());
+    sum.append(L"+").append(variables.back()->GetName().View());
+  }
+  Value value;
+  ASSERT_TRUE(value.SetValueText(AString(sum)));
+  EXPECT_EQ(value.GetSIValue(), count);
 }
 
 TEST_F(BoundExpression, WhatIsGoneHasNoValue) {

@@ -7,10 +7,19 @@
 
 #include <cmath>
 #include <numbers>
+#include <numeric>
+
+#include <sys/resource.h>
 
 namespace {
 
 constexpr double missing = std::numeric_limits<double>::quiet_NaN();
+
+long PeakMegabytes() {
+  rusage usage = {};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss / 1024;
+}
 
 class Columns : public testing::Test, public support::Evaluator {
 protected:
@@ -251,4 +260,42 @@ TEST_F(Columns, AProgramIsCompiledOnceAndRunsOverManyTraces) {
   }
   EXPECT_FALSE(program.Evaluate({}, result, error));
   EXPECT_FALSE(expr::Program().Evaluate({}, result, error));
+}
+
+TEST_F(Columns, CallsThatAreEqualCountOnceAndOthersDoNot) {
+  EXPECT_EQ(Number(L"max(y) + max(y) + YAtXVal(y, 1) - YAtXVal(y, 2) + YAtXVal(y, 1)"), 14.0);
+  EXPECT_EQ(Column(L"deriv(y) - deriv(2*y) + deriv(y)"), (std::vector<double>{0, 0, 0, 0}));
+}
+
+TEST_F(Columns, ASumOfManyFunctionsOfTheTraceIsComplete) {
+  std::wstring sum = L"0";
+  std::wstring nested = L"0";
+  for (int i = 1; i <= 150; ++i) {
+    std::wstring const term = L"deriv(" + std::to_wstring(i) + L"*F)";
+    sum += L" + " + term;
+    if (i > 90)
+      continue; // parentheses are bounded
+    nested = L"if(F > 1, " + term + L" + (" + nested + L"), " + std::to_wstring(i) + L" + " + term + L")";
+  }
+  EXPECT_EQ(Column(AString(sum)), std::vector<double>(4, 11325.0));
+  EXPECT_EQ(Column(AString(nested)), (std::vector<double>{180, 180, 4095, 4095}));
+  EXPECT_EQ(Number(AString(L"max(" + sum + L") + max(F)")), 11328.0);
+}
+
+TEST_F(Columns, ColumnsAreLetGoBehindTheirLastReader) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer keeps what is freed";
+#endif
+  // Kept to the end, the columns of these 400 terms would take 128 MB.
+  std::vector<double> axis(20000);
+  std::iota(axis.begin(), axis.end(), 0.0);
+  scope.SetAxis(axis);
+  scope.AddColumn(L"y", axis);
+  std::wstring sum = L"0";
+  for (int i = 1; i <= 400; ++i)
+    sum += L" + deriv(" + std::to_wstring(i) + L"*y)";
+  long const before = PeakMegabytes();
+  ASSERT_TRUE(Evaluate(AString(sum)));
+  EXPECT_EQ(result.reals[7], 400.0 * 401.0 / 2.0);
+  EXPECT_LT(PeakMegabytes() - before, 64);
 }

@@ -68,18 +68,34 @@ TEST_F(Errors, CirclesOfDefinitionsAreToldWithTheirPath) {
   scope.AddDefinition(L"b", L"2*c");
   scope.AddDefinition(L"c", L"A");
   EXPECT_EQ(Refusal(L"a"),
-            "at character 1: in the definition of 'c': the definitions go round in a circle: a -> b -> c -> A; "
+            "at character 1: in the definition of 'a' -> 'b' -> 'c', which character 1 leads to: the definitions go "
+            "round in a circle: a -> b -> c -> A; "
             "change one of these definitions");
   EXPECT_EQ(error.source, AString(L"A"));
 }
 
 TEST_F(Errors, InDefinitionsCountInTheDefinition) {
   scope.AddDefinition(L"w", L"1 + substrat");
-  EXPECT_EQ(Refusal(L"100*w"), "at character 5: in the definition of 'w': 'substrat' is not known");
+  EXPECT_EQ(Refusal(L"1000*w"),
+            "at character 5: in the definition of 'w', which character 6 leads to: 'substrat' is not known");
   EXPECT_EQ(error.source, AString(L"1 + substrat"));
   EXPECT_EQ(error.MarkedText(), AString(L"1 + substrat\n    ^^^^^^^^\n") + error.Text());
   scope.AddDefinition(L"Substrate", L"FR 4");
   EXPECT_EQ(Refusal(L"Substrate*2").substr(0, 48), "at character 4: in the definition of 'Substrate'");
+}
+
+TEST_F(Errors, InDefinitionsTellTheWayToThemFromTheText) {
+  scope.AddDefinition(L"outer", L"2*inner");
+  scope.AddDefinition(L"inner", L"(1");
+  EXPECT_EQ(Refusal(L"1 + outer").substr(0, 83),
+            "at character 3: in the definition of 'outer' -> 'inner', which character 5 leads to");
+  EXPECT_EQ(error.source, AString(L"(1"));
+}
+
+TEST_F(Errors, ANumberBeyondAnyDoubleIsToldWhereItsVariableIsUsed) {
+  scope.AddDefinition(L"tiny", L"1e-400");
+  EXPECT_NE(Refusal(L"2*tiny").find("in the definition of 'tiny', which character 3 leads to: the number is too small"),
+            std::string::npos);
 }
 
 TEST_F(Errors, MarksOfLongTextsStayNearTheirPlace) {

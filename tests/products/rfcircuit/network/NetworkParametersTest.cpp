@@ -8,8 +8,7 @@ namespace {
 using namespace rftest;
 
 // A pi of resistors between ports of 30 and 75 ohm: shunts of 100 and 200, 40 between them.
-std::string const kPi =
-    "V1 a 0 portnum 1 z0 30\nV2 b 0 portnum 2 z0 75\nR1 a 0 100\nR2 b 0 200\nR3 a b 40\n";
+std::string const kPi = "V1 a 0 portnum 1 z0 30\nV2 b 0 portnum 2 z0 75\nR1 a 0 100\nR2 b 0 200\nR3 a b 40\n";
 
 std::string const kThreePort = "V1 a 0 portnum 1 z0 10\nV2 b 0 portnum 2 z0 50\nV3 c 0 portnum 3 z0 200\n"
                                "R1 a b 30\nL1 b c 5n\nC1 c 0 2p\nR2 a c 200\nG1 b 0 a 0 0.01\nR3 b 0 500\n";

@@ -105,8 +105,8 @@ TEST(NodeVoltageTable, ReadsBackWhateverItsNodesAreCalled) {
 TEST(NodeVoltageTable, IsRefusedWhenItIsCutOrForeign) {
   rfcircuit::NodeVoltages read;
   for (char const * const table :
-       {"", "# only a comment\n", "node\n", "node,re_port1\n", "node,re_port1,im_port1\n", "node,re_port1,im_port1\na,1\n",
-        "node,re_port1,im_port1\na,1,x\n", "node,re_port1,im_port1\na,1,nan\n", "node,re_portx,im_portx\na,1,2\n",
-        "name,value,more\na,1,2\n", "node,re_port0,im_port0\na,1,2\n"})
+       {"", "# only a comment\n", "node\n", "node,re_port1\n", "node,re_port1,im_port1\n",
+        "node,re_port1,im_port1\na,1\n", "node,re_port1,im_port1\na,1,x\n", "node,re_port1,im_port1\na,1,nan\n",
+        "node,re_portx,im_portx\na,1,2\n", "name,value,more\na,1,2\n", "node,re_port0,im_port0\na,1,2\n"})
     EXPECT_FALSE(rfcircuit::ReadNodeVoltageTable(table, read)) << table;
 }

@@ -37,8 +37,8 @@ TEST(QuantityName, HasDigitsBehindItsSymbolInTheShortForm) {
 }
 
 TEST(QuantityName, FindsPortsByNumberAndByNameWithoutCase) {
-  for (wchar_t const * const text : {L"S(2,1)", L"S21", L"s21", L"S(Vout,Vin)", L"Y(vOUT,1)", L"Z22", L"VSWR1", L"VSWR(2)",
-                                     L"Zo(Vin)", L"Zo2", L"GD(2,1)", L"Freq", L"freq"})
+  for (wchar_t const * const text : {L"S(2,1)", L"S21", L"s21", L"S(Vout,Vin)", L"Y(vOUT,1)", L"Z22", L"VSWR1",
+                                     L"VSWR(2)", L"Zo(Vin)", L"Zo2", L"GD(2,1)", L"Freq", L"freq"})
     EXPECT_TRUE(Is(text)) << text::ToUtf8(AString(text));
   for (wchar_t const * const text : {L"S(3,1)", L"S31", L"S(1)", L"S1", L"S211", L"S", L"VSWR", L"VSWR3", L"VSWR(1,1)",
                                      L"S(0,1)", L"S(,1)", L"Zo(5)", L"Freq1", L"Q(1,1)", L"S(2,1)x", L"S(-1,1)"})

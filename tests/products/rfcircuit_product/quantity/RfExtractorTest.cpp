@@ -72,7 +72,8 @@ TEST_F(RfExtractor, ListsComplexQuantitiesAloneForThePolarPlane) {
 TEST_F(RfExtractor, TellsTheStateOfAQuantityByItsText) {
   Divider();
   Solve(L"r=50");
-  EXPECT_EQ(Extractor().GetQuantityType(L"S(2,1)", 0), ValueState(Units::kNoUnits, Units::kNoUnitType, 1, val::kComplex));
+  EXPECT_EQ(Extractor().GetQuantityType(L"S(2,1)", 0),
+            ValueState(Units::kNoUnits, Units::kNoUnitType, 1, val::kComplex));
   EXPECT_EQ(Extractor().GetQuantityType(L"GD21", 0).unitType, Units::kTime);
   EXPECT_EQ(Extractor().GetQuantityType(L"GD21", 0).parameterType, val::kReal);
   EXPECT_EQ(Extractor().GetQuantityType(L"Z(1,1)", 0).fullUnit, Units::kOhm);
@@ -169,8 +170,9 @@ TEST_F(RfExtractor, HasASweepOverTheFrequenciesAndOneOverEachVariablesSolvedValu
   AddVariable(L"unused", L"1");
   for (wchar_t const * const variation : {L"r=60; unused=1", L"r=50; unused=1", L"r=0.06k; unused=1"})
     Solve(variation);
-  EXPECT_EQ(Sweeps(1), (std::vector<AString>{L"F", L"r", L"unused"}));
+  EXPECT_EQ(Sweeps(1), (std::vector<AString>{L"Freq", L"r", L"unused"}));
   EXPECT_EQ(ValuesOf(L"F"), (std::vector<double>{1e9, 1.25e9, 1.5e9, 1.75e9, 2e9}));
+  EXPECT_EQ(ValuesOf(L"Freq"), ValuesOf(L"F"));
   EXPECT_EQ(ValuesOf(L"r"), (std::vector<double>{50, 60}));
   EXPECT_EQ(ValuesOf(L"unused"), (std::vector<double>{1}));
 }
@@ -188,7 +190,7 @@ TEST_F(RfExtractor, KeepsItsSweepsWhenMoreIsSolved) {
 TEST_F(RfExtractor, HasNoSweepsWhileNothingIsSolved) {
   Divider();
   EXPECT_EQ(ValuesOf(L"F"), std::vector<double>());
-  EXPECT_EQ(Sweeps(1), (std::vector<AString>{L"F"}));
+  EXPECT_EQ(Sweeps(1), (std::vector<AString>{L"Freq"}));
 }
 
 TEST_F(RfExtractor, FillsASpecialSweepWithTheFrequencies) {
@@ -228,5 +230,6 @@ TEST_F(RfExtractor, HasFiguresOfTwoPortsAndLossesReadyAsOutputVariables) {
   EXPECT_TRUE(Extractor().GetExpressionForCannedOutputVariable(L"RL(2)", expression, state));
   EXPECT_EQ(expression, L"-dB(S(2,2))");
   for (wchar_t const * const name : {L"IL(3,1)", L"RL", L"IL(1)", L"RL(1,1)", L"S(2,1)", L""})
-    EXPECT_FALSE(Extractor().GetExpressionForCannedOutputVariable(name, expression, state)) << text::ToUtf8(AString(name));
+    EXPECT_FALSE(Extractor().GetExpressionForCannedOutputVariable(name, expression, state))
+        << text::ToUtf8(AString(name));
 }

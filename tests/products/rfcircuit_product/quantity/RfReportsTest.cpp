@@ -51,8 +51,8 @@ protected:
   }
   double Evaluate(AString const & variable, AString const & variation, AString const & context = AString()) {
     Value result;
-    bool const isThere = Manager().GetOutputVariableValue(result, variable, Solution().GetGlobalSolutionName(), variation,
-                                                          context, &m_instance);
+    bool const isThere = Manager().GetOutputVariableValue(result, variable, Solution().GetGlobalSolutionName(),
+                                                          variation, context, &m_instance);
     EXPECT_TRUE(isThere);
     return isThere ? result.GetSIValue() : std::nan("");
   }
@@ -103,6 +103,16 @@ TEST_F(RfReports, ShowQuantitiesThatAVariationDoesNotHaveAsMissing) {
     EXPECT_FALSE(trace->GetOrdinate()->GetValues().IsValid(trace->GetSegments().Get()[1].first + i));
 }
 
+TEST_F(RfReports, KnowTheFrequencyByTheNameOfTheQuantityAndByThatOfTheVariable) {
+  SolvePad({L"r=50"});
+  SolutionPointSet * const points = PointsOver({L"Freq", L"r"});
+  Trace const * const quantity = Curve(points, L"Freq/1e9");
+  Trace const * const variable = Curve(points, L"F/1GHz");
+  ASSERT_TRUE(points->UpdateData());
+  EXPECT_EQ(Values(quantity), (std::vector<double>{1, 1.5, 2}));
+  EXPECT_EQ(Values(variable), Values(quantity));
+}
+
 TEST_F(RfReports, LeaveNothingInMemory) {
   SolvePad({L"r=50", L"r=100"});
   SolutionPointSet * const points = PointsOver({L"F", L"r"});
@@ -116,7 +126,7 @@ TEST_F(RfReports, EvaluateAnOutputVariableAtASolvedFrequency) {
   SolvePad({L"r=50", L"r=100"});
   ASSERT_NE(Manager().CreateOutputVariable(L"loss", L"-dB(S(2,1))", nullptr), nullptr);
   EXPECT_NEAR(Evaluate(L"loss", L"F=1.5e9; r=100"), 20 * std::log10(2.0), 1e-10);
-  EXPECT_NEAR(Evaluate(L"loss", L"F=1GHz"), 20 * std::log10(1.5), 1e-10);
+  EXPECT_NEAR(Evaluate(L"loss", L"Freq=1GHz"), 20 * std::log10(1.5), 1e-10);
   Value result;
   EXPECT_FALSE(Manager().GetOutputVariableValue(result, L"loss", Solution().GetGlobalSolutionName(), L"F=1.1e9; r=100",
                                                 L"", &m_instance));
@@ -148,9 +158,10 @@ TEST_F(RfReports, KnowTheFiguresOfATwoPortByName) {
 TEST_F(RfReports, AreReachedByAnEditOfAPortExactlyWhereItMatters) {
   SolvePad({L"r=50"});
   SolutionPointSet * const points = PointsOver({L"F", L"r"});
-  std::vector<Trace *> const reached{Curve(points, L"mag(S(2,1))"), Curve(points, L"VSWR1"), Curve(points, L"re(Zo(1))"),
-                                     Curve(points, L"KFactor")};
-  std::vector<Trace *> const spared{Curve(points, L"re(Y(2,1))"), Curve(points, L"re(Zo(2))"), Curve(points, L"Freq+r")};
+  std::vector<Trace *> const reached{Curve(points, L"mag(S(2,1))"), Curve(points, L"VSWR1"),
+                                     Curve(points, L"re(Zo(1))"), Curve(points, L"KFactor")};
+  std::vector<Trace *> const spared{Curve(points, L"re(Y(2,1))"), Curve(points, L"re(Zo(2))"),
+                                    Curve(points, L"Freq+r")};
   ASSERT_TRUE(points->UpdateData());
   KelvroCommand command(L"port");
   PortSettings port(L"V1");

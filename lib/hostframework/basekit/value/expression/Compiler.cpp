@@ -19,6 +19,7 @@ bool Compiler::Compile(AString const & text) {
   Typed result;
   if (!CompileText(text, result))
     return false;
+  NoteLastReaders();
   m_program.m_text = text;
   m_program.m_result = result.operand;
   m_program.m_isComplex = result.operand.isComplex;
@@ -43,6 +44,7 @@ bool Compiler::CompileText(AString const & text, Typed & result) {
     return false;
   result = Pop(level);
   result.operand = CloseSteps(level, result.operand, 0);
+  result.columns = result.operand.kind == Operand::Kind::kSegment ? 1 : 0;
   return true;
 }
 
@@ -198,6 +200,7 @@ bool Compiler::CompileBinary(Level & level, std::size_t node) {
   value.unit = UnitOf(place.op, left.unit, right.unit);
   value.type = value.operand.isComplex ? val::kComplex : val::kReal;
   value.isArray = left.isArray || right.isArray;
+  value.columns = left.columns + right.columns;
   Push(level, value, node, left.openBefore);
   return true;
 }

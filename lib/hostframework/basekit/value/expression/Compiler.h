@@ -3,8 +3,10 @@
 #include "basekit/value/expression/Program.h"
 #include "basekit/value/expression/SyntaxTree.h"
 
+#include <map>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace expr {
@@ -32,6 +34,7 @@ private:
     bool isText = false;
     std::size_t node = 0;
     std::size_t openBefore = 0; ///< open steps before those of this value
+    std::size_t columns = 0;    ///< results of segments that it reads
   };
 
   /// A text under way: the expression itself or a definition that it leads to.
@@ -58,6 +61,7 @@ private:
   bool FindMeaning(AString const & name, Node const & node, Typed & result);
   bool CompileDefinition(AString const & name, AString const & text, Node const & node, Typed & result);
   Typed AddQuantity(AString const & name, Meaning const & meaning, Node const & node);
+  void TellWay(AString const & name, Node const & node);
   void AddBase(ValueBase const * base);
 
   Operand AddConstant(std::complex<double> value, bool isComplex);
@@ -67,8 +71,12 @@ private:
   Operand InUnit(Level & level, Typed const & value, Units::FullUnitType unit);
   Operand BinaryOperand(Level & level, Operator op, Operand left, Operand right);
   Operand CloseSteps(Level & level, Operand result, std::size_t first);
+  /// Of calls with the same arguments there is but one segment.
   Operand AddSegment(Segment segment, Node const & node, std::wstring const & name);
+  std::vector<std::uint64_t> KeyOf(Segment const & segment) const;
+  void NoteLastReaders();
   Typed Pop(Level & level);
+  /// A value that reads many columns is closed, so that an evaluation can let go of them.
   void Push(Level & level, Typed value, std::size_t node, std::size_t openBefore);
   std::vector<Typed> PopArguments(Level & level, std::size_t count);
 
@@ -80,8 +88,11 @@ private:
   Program & m_program;
   IScope const & m_scope;
   Error & m_error;
-  std::unordered_map<std::wstring, Typed> m_known; ///< names that were met before
-  std::vector<AString> m_path;                     ///< definitions under way
+  std::unordered_map<std::wstring, Typed> m_known;       ///< names that were met before
+  std::vector<AString> m_path;                           ///< definitions under way
+  AString m_wayTo;                                       ///< those that led to an error
+  std::unordered_set<ValueBase const *> m_bases;         ///< those that the program has
+  std::map<std::vector<std::uint64_t>, Operand> m_calls; ///< functions of whole columns, by what they are called with
 };
 
 } // namespace expr

@@ -103,6 +103,7 @@ bool Compiler::CompileElement(Level & level, std::size_t node, ElementFunction c
     Operand const operand = isAngle ? InUnit(level, arguments[i], Units::kDegree) : arguments[i].operand;
     operands.push_back(isWide ? Widened(level, operand) : operand);
     value.isArray = value.isArray || arguments[i].isArray;
+    value.columns += arguments[i].columns;
     if (value.unit == Units::kNoUnits && LendsUnit(function.units, i))
       value.unit = arguments[i].unit;
   }
@@ -131,6 +132,7 @@ bool Compiler::CompileColumn(Level & level, std::size_t node, ColumnFunction con
   value.unit = function.operation == ColumnOperation::kGroupDelay      ? Units::kSecond
                : function.operation == ColumnOperation::kUnwrapRadians ? Units::kRadian
                                                                        : Units::kNoUnits;
+  value.columns = 1;
   value.operand = AddSegment(std::move(segment), place, level.tree.names[place.payload]);
   Push(level, value, node, argument.openBefore);
   return true;
@@ -162,6 +164,7 @@ bool Compiler::CompileRanged(Level & level, std::size_t node, val::RangedFunctio
     segment.arguments[i] = CloseSteps(level, operand, arguments[i].openBefore);
   }
   Typed value;
+  value.columns = 1;
   value.operand = AddSegment(std::move(segment), place, name);
   Push(level, value, node, arguments.front().openBefore);
   return true;
@@ -188,6 +191,7 @@ bool Compiler::CompileDataset(Level & level, std::size_t node, std::vector<Typed
   segment.arguments = {CloseSteps(level, arguments[1].operand, arguments[1].openBefore)};
   Typed value;
   value.isArray = arguments[1].isArray;
+  value.columns = 1;
   value.operand = AddSegment(std::move(segment), place, name);
   Push(level, value, node, arguments[1].openBefore);
   return true;

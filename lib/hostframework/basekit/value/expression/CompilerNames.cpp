@@ -54,9 +54,8 @@ Compiler::Typed Compiler::AddQuantity(AString const & name, Meaning const & mean
 }
 
 void Compiler::AddBase(ValueBase const * base) {
-  auto & bases = m_program.m_bases;
-  if (base && std::find(bases.begin(), bases.end(), base) == bases.end())
-    bases.push_back(base);
+  if (base && m_bases.insert(base).second)
+    m_program.m_bases.push_back(base);
 }
 
 bool Compiler::CompileDefinition(AString const & name, AString const & text, Node const & node, Typed & result) {
@@ -76,9 +75,21 @@ bool Compiler::CompileDefinition(AString const & name, AString const & text, Nod
   m_path.pop_back();
   if (isCompiled)
     m_error.source = outer;
-  else if (!m_error.problem.StartsWith(L"in the definition"))
-    m_error.problem = L"in the definition of '" + name + L"': " + m_error.problem;
+  else
+    TellWay(name, node);
   return isCompiled;
+}
+
+// The error stands in the definition; the text that was handed in leads to it by the names of the path.
+void Compiler::TellWay(AString const & name, Node const & node) {
+  if (m_wayTo.empty())
+    m_wayTo = L"'" + name + L"'";
+  else
+    m_wayTo = L"'" + name + L"' -> " + m_wayTo;
+  if (m_path.empty())
+    m_error.problem = AString::Format(L"in the definition of %s, which character %lu leads to: ", m_wayTo,
+                                      static_cast<unsigned long>(node.position + 1)) +
+                      m_error.problem;
 }
 
 } // namespace expr

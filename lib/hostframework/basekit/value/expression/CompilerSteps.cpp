@@ -4,8 +4,15 @@
 #include "basekit/value/expression/Kernels.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace expr {
+
+namespace {
+
+constexpr std::size_t mostOpenColumns = 32;
+
+} // namespace
 
 Compiler::Operand Compiler::AddConstant(std::complex<double> value, bool isComplex) {
   m_program.m_constants.push_back(value);
@@ -55,14 +62,41 @@ Compiler::Operand Compiler::CloseSteps(Level & level, Operand result, std::size_
   return {Operand::Kind::kSegment, result.isComplex, static_cast<std::uint32_t>(m_program.m_segments.size() - 1)};
 }
 
+std::vector<std::uint64_t> Compiler::KeyOf(Segment const & segment) const {
+  std::vector<std::uint64_t> key = {
+      static_cast<std::uint64_t>(segment.kind), static_cast<std::uint64_t>(segment.operation),
+      reinterpret_cast<std::uintptr_t>(segment.ranged), reinterpret_cast<std::uintptr_t>(segment.dataset)};
+  for (Operand const & operand : segment.arguments) {
+    key.push_back(static_cast<std::uint64_t>(operand.kind));
+    if (operand.kind != Operand::Kind::kConstant) {
+      key.push_back(operand.place);
+      continue;
+    }
+    std::complex<double> const constant = m_program.m_constants[operand.place];
+    key.push_back(operand.isComplex);
+    key.push_back(std::bit_cast<std::uint64_t>(constant.real()));
+    key.push_back(std::bit_cast<std::uint64_t>(constant.imag()));
+  }
+  return key;
+}
+
 Compiler::Operand Compiler::AddSegment(Segment segment, Node const & node, std::wstring const & name) {
+  Operand const next = {Operand::Kind::kSegment, segment.isComplex,
+                        static_cast<std::uint32_t>(m_program.m_segments.size())};
+  if (auto const [known, isNew] = m_calls.emplace(KeyOf(segment), next); !isNew)
+    return known->second;
   segment.position = node.position;
   segment.length = node.length;
   segment.name = AString(name);
   segment.source = m_error.source;
-  bool const isComplex = segment.isComplex;
   m_program.m_segments.push_back(std::move(segment));
-  return {Operand::Kind::kSegment, isComplex, static_cast<std::uint32_t>(m_program.m_segments.size() - 1)};
+  return next;
+}
+
+void Compiler::NoteLastReaders() {
+  auto & segments = m_program.m_segments;
+  for (std::uint32_t i = 0; i < segments.size(); ++i)
+    m_program.ForEachColumn(segments[i], [&](std::uint32_t place) { segments[place].lastReader = i; });
 }
 
 Compiler::Typed Compiler::Pop(Level & level) {
@@ -72,6 +106,10 @@ Compiler::Typed Compiler::Pop(Level & level) {
 }
 
 void Compiler::Push(Level & level, Typed value, std::size_t node, std::size_t openBefore) {
+  if (value.columns > mostOpenColumns) {
+    value.operand = CloseSteps(level, value.operand, openBefore);
+    value.columns = 1;
+  }
   value.node = node;
   value.openBefore = openBefore;
   level.stack.push_back(value);

@@ -29,9 +29,11 @@ public:
   bool Run(Result & result) {
     if (!CheckQuantities())
       return false;
-    for (std::size_t i = 0; i < m_columns.size(); ++i)
+    for (std::uint32_t i = 0; i < m_columns.size(); ++i) {
       if (!RunSegment(m_program.m_segments[i], m_columns[i]))
         return false;
+      LetGoBehind(i);
+    }
     if (m_program.m_result.kind == Operand::Kind::kSegment)
       result = std::move(m_columns[m_program.m_result.place]);
     else
@@ -112,6 +114,14 @@ private:
     result.reals.assign(isComplex ? 0 : count, 0.0);
     result.complexes.assign(isComplex ? count : 0, {});
     return isComplex ? PartsOf(result.complexes.data()) : result.reals.data();
+  }
+
+  void LetGoBehind(std::uint32_t reader) {
+    m_program.ForEachColumn(m_program.m_segments[reader], [&](std::uint32_t place) {
+      bool const isResult = m_program.m_result.kind == Operand::Kind::kSegment && m_program.m_result.place == place;
+      if (m_program.m_segments[place].lastReader == reader && !isResult)
+        m_columns[place] = Result();
+    });
   }
 
   bool RunSegment(Segment const & segment, Result & column) {

@@ -50,7 +50,8 @@ struct ProgramQuantity {
 };
 
 /// An expression made ready to run: compiled once, evaluated as often as wanted, by any number of threads at a time.
-/// Definitions of user variables are part of it.  Samples go through it in chunks; nothing is allocated for each.
+/// Definitions of user variables are part of it.  Samples go through it in chunks; nothing is allocated for each, and
+/// what functions of whole columns gave is let go behind its last reader.
 class Program {
 public:
   /// False with an error that tells its place, also for names without meaning and definitions that go round in circles.
@@ -90,6 +91,7 @@ private:
     std::uint32_t firstStep = 0;
     std::uint32_t stepCount = 0;
     std::uint32_t bufferCount = 0;
+    std::uint32_t lastReader = 0;   ///< place of the last segment that reads this one's column
     Operand result;                 ///< of steps
     std::vector<Operand> arguments; ///< of a function
     ColumnOperation operation = ColumnOperation::kDerivative;
@@ -100,6 +102,19 @@ private:
     AString name;
     AString source; ///< the text that the name stands in
   };
+
+  /// Hands the place of each segment whose result this one reads to the function.
+  template <class Function> void ForEachColumn(Segment const & segment, Function function) const {
+    auto const offer = [&](Operand const & operand) {
+      if (operand.kind == Operand::Kind::kSegment)
+        function(operand.place);
+    };
+    for (Operand const & operand : segment.arguments)
+      offer(operand);
+    for (std::uint32_t i = 0; i < segment.stepCount; ++i)
+      for (std::size_t a = 0; a < m_steps[segment.firstStep + i].argumentCount; ++a)
+        offer(m_steps[segment.firstStep + i].arguments[a]);
+  }
 
   AString m_text;
   ValueState m_state;

@@ -152,17 +152,38 @@ bool IsPlain(Units::FullUnitType unit) {
   return Units::GetScale(unit, scale) && scale.exponent == 0 && scale.factor == 1.0 && scale.offset == 0.0;
 }
 
+// Empty when the digits of the value in the unit don't read back.
+AString ExactText(double value, int digits, double si, Units::FullUnitType unit) {
+  AString const text = Widened(text::RealWithDigits(value, digits)) + Units::GetSymbol(unit);
+  Quantity readBack;
+  return ParseQuantity(text.View(), readBack) && readBack.real == si ? text : AString();
+}
+
+// The way to SI and the way back each round: what was read in this unit lies a few steps of the last place off at most.
+AString TextOfNeighbour(double value, double si, Units::FullUnitType unit) {
+  double below = value;
+  double above = value;
+  AString text = ExactText(value, 17, si, unit);
+  for (int step = 0; step < 3 && text.empty(); ++step) {
+    below = std::nextafter(below, -HUGE_VAL);
+    above = std::nextafter(above, HUGE_VAL);
+    text = ExactText(below, 17, si, unit);
+    if (text.empty())
+      text = ExactText(above, 17, si, unit);
+  }
+  return text;
+}
+
 // Units that scale by other than powers of ten: the roundest digits that read back, else the number in the plain unit
 // that measures the same.  Where there is none, the nearest digits must do: without a unit the text would be read in
 // whatever is assumed.
 AString ScaledText(double si, Units::FullUnitType unit) {
   double const value = Units::FromSI(si, unit);
-  for (int const digits : {12, 15, 16}) {
-    AString const text = Widened(text::RealWithDigits(value, digits)) + Units::GetSymbol(unit);
-    Quantity readBack;
-    if (ParseQuantity(text.View(), readBack) && readBack.real == si)
+  for (int const digits : {12, 15, 16})
+    if (AString const text = ExactText(value, digits, si, unit); !text.empty())
       return text;
-  }
+  if (AString const text = TextOfNeighbour(value, si, unit); !text.empty())
+    return text;
   Units::FullUnitType const plain = Units::GetDefaultUnits(Units::GetUnitType(unit));
   if (IsPlain(plain))
     return ShiftedText(si, 0) + Units::GetSymbol(plain);
@@ -189,6 +210,13 @@ bool ParseQuantity(std::wstring_view text, Quantity & quantity, Units::FullUnitT
   else if (!Units::FindScale(rest, scale))
     return false;
   return ToScaled(first, scale, quantity);
+}
+
+bool IsMetreOrThousandth(std::wstring_view text) {
+  Quantity quantity;
+  while (!text.empty() && IsBlank(text.back()))
+    text.remove_suffix(1);
+  return ParseQuantity(text, quantity) && quantity.unit == Units::kMetre && text.back() == L'm';
 }
 
 AString QuantityText(Quantity const & quantity) {

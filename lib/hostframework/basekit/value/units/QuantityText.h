@@ -20,6 +20,10 @@ struct Quantity {
 /// unit is taken in the given one.  Texts that are no finite number are refused: expressions, words, nan, infinities.
 bool ParseQuantity(std::wstring_view text, Quantity & quantity, Units::FullUnitType assumed = Units::kNoUnits);
 
+/// True for a text such as 900m: it reads as metres, and thousandths may be meant.  Whoever asks for a number of a unit
+/// that it doesn't know refuses it.
+bool IsMetreOrThousandth(std::wstring_view text);
+
 /// The shortest text that reads back as the same number and unit, whatever unit is assumed.  A number that has no
 /// digits in its unit is written in the plain one (rad, m, kelvin); where there is none (%), the nearest digits are
 /// written.

@@ -97,9 +97,11 @@ UnitRow const * RowOf(FullUnitType unit) {
   return known ? &unitRows[row] : nullptr;
 }
 
+// Null where the unit takes no prefix, as no text says such a number.
 PrefixPlace const * PlaceOf(FullUnitType unit) {
+  UnitRow const * const row = RowOf(unit);
   for (PrefixPlace const & prefix : prefixes)
-    if (unit >= 0 && prefix.place == unit % placesPerRow)
+    if (row && prefix.place == unit % placesPerRow && (prefix.place == 0 || row->takesPrefix))
       return &prefix;
   return nullptr;
 }
@@ -120,10 +122,7 @@ FullUnitType GetDefaultUnits(UnitType type) {
   return kNoUnits;
 }
 
-UnitType GetUnitType(FullUnitType unit) {
-  UnitRow const * const row = RowOf(unit);
-  return row ? row->type : kNoUnitType;
-}
+UnitType GetUnitType(FullUnitType unit) { return PlaceOf(unit) ? RowOf(unit)->type : kNoUnitType; }
 
 UnitDefinition GetUnitDef(FullUnitType unit) {
   Scale scale;
@@ -131,16 +130,15 @@ UnitDefinition GetUnitDef(FullUnitType unit) {
 }
 
 AString GetSymbol(FullUnitType unit) {
-  UnitRow const * const row = RowOf(unit);
   PrefixPlace const * const place = PlaceOf(unit);
-  return row && place ? AString(place->symbol) + row->symbol : AString();
+  return place ? AString(place->symbol) + RowOf(unit)->symbol : AString();
 }
 
 bool GetScale(FullUnitType unit, Scale & scale) {
-  UnitRow const * const row = RowOf(unit);
   PrefixPlace const * const place = PlaceOf(unit);
-  if (!row || !place)
+  if (!place)
     return false;
+  UnitRow const * const row = RowOf(unit);
   scale = {unit, place->exponent, row->factor, row->offset};
   return true;
 }

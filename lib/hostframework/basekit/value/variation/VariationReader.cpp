@@ -31,10 +31,10 @@ wchar_t Unescaped(wchar_t character) {
 
 } // namespace
 
-bool IsSpace(wchar_t character) {
-  return character == L' ' || (character >= 0x09 && character <= 0x0d) || character == 0x85 || character == 0xa0 ||
-         character == 0x1680 || (character >= 0x2000 && character <= 0x200a) || character == 0x2028 ||
-         character == 0x2029 || character == 0x202f || character == 0x205f || character == 0x3000;
+bool IsSpaceBeyondAscii(wchar_t character) {
+  return character == 0x85 || character == 0xa0 || character == 0x1680 ||
+         (character >= 0x2000 && character <= 0x200a) || character == 0x2028 || character == 0x2029 ||
+         character == 0x202f || character == 0x205f || character == 0x3000;
 }
 
 bool Reader::Read(std::vector<VariationText::Pair> & pairs) {
@@ -72,7 +72,9 @@ bool Reader::ReadPart(std::wstring_view & part) {
     SkipSpaces();
     return AtEnd() || m_text[m_at] == L'=' || m_text[m_at] == L';';
   }
-  std::size_t const end = std::min(m_text.find_first_of(L"=;\"", m_at), m_text.size());
+  std::size_t end = m_at;
+  while (end < m_text.size() && m_text[end] != L'=' && m_text[end] != L';' && m_text[end] != L'"')
+    ++end;
   part = TrimEnd(m_text.substr(m_at, end - m_at));
   m_at = end;
   return AtEnd() || m_text[m_at] != L'"';

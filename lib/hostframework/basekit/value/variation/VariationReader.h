@@ -10,7 +10,11 @@
 namespace variation {
 
 /// Space characters of any script.
-bool IsSpace(wchar_t character);
+bool IsSpaceBeyondAscii(wchar_t character);
+inline bool IsSpace(wchar_t character) {
+  return character < 0x80 ? character == L' ' || (character >= 0x09 && character <= 0x0d)
+                          : IsSpaceBeyondAscii(character);
+}
 
 /// Splits a text into its pairs, in the order of the text; their views point into the text, or, for quoted texts with
 /// escapes, into the decoded ones, which must live as long.
