@@ -17,8 +17,8 @@ struct PlotAxis {
   bool isLogarithmic = false;
 };
 
-/// A curve.  Series of one name are a family over the variations.  Without a value at a sample the curve has a gap; what
-/// one of the vectors has beyond the other's end does not count.
+/// A curve.  Series of one name are a family over the variations.  Without a value at a sample the curve has a gap;
+/// what one of the vectors has beyond the other's end does not count.
 struct Series {
   AString name;
   AString variation; ///< "C1=1pF; L1=4nH"; empty where there is one only

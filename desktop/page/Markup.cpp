@@ -17,12 +17,23 @@ std::string EscapedMarkup(AString const & text) {
   std::string out;
   for (wchar_t const letter : text)
     switch (letter) {
-    case L'&': out += "&amp;"; break;
-    case L'<': out += "&lt;"; break;
-    case L'>': out += "&gt;"; break;
-    case L'"': out += "&quot;"; break;
-    case L'\'': out += "&#39;"; break;
-    default: text::AppendUtf8(out, IsForbidden(letter) ? L'\uFFFD' : letter);
+    case L'&':
+      out += "&amp;";
+      break;
+    case L'<':
+      out += "&lt;";
+      break;
+    case L'>':
+      out += "&gt;";
+      break;
+    case L'"':
+      out += "&quot;";
+      break;
+    case L'\'':
+      out += "&#39;";
+      break;
+    default:
+      text::AppendUtf8(out, IsForbidden(letter) ? L'\uFFFD' : letter);
     }
   return out;
 }
@@ -33,10 +44,17 @@ std::string EscapedJson(std::string_view json) {
   // In JSON these stand in texts alone.
   for (char const letter : json)
     switch (letter) {
-    case '<': out += "\\u003c"; break;
-    case '>': out += "\\u003e"; break;
-    case '&': out += "\\u0026"; break;
-    default: out += letter;
+    case '<':
+      out += "\\u003c";
+      break;
+    case '>':
+      out += "\\u003e";
+      break;
+    case '&':
+      out += "\\u0026";
+      break;
+    default:
+      out += letter;
     }
   return out;
 }

@@ -31,9 +31,8 @@ std::size_t NumberColumns::Add(std::vector<double> const & numbers) {
 
 // Bit for bit: zeros have signs, and what is no number equals nothing.
 bool NumberColumns::Holds(std::pair<std::size_t, std::size_t> const & span, std::vector<double> const & numbers) const {
-  return span.second == numbers.size() &&
-         (numbers.empty() ||
-          std::memcmp(m_numbers.data() + span.first, numbers.data(), numbers.size() * sizeof(double)) == 0);
+  return span.second == numbers.size() && (numbers.empty() || std::memcmp(m_numbers.data() + span.first, numbers.data(),
+                                                                          numbers.size() * sizeof(double)) == 0);
 }
 
 std::string NumberColumns::Bytes() const {

@@ -59,12 +59,18 @@ std::vector<double> FirstOf(std::vector<double> const & numbers, std::size_t cou
 
 char const * WordOf(Tree::State state) {
   switch (state) {
-  case Tree::State::kValid: return "valid";
-  case Tree::State::kStale: return "stale";
-  case Tree::State::kFormer: return "former";
-  case Tree::State::kFailed: return "failed";
-  case Tree::State::kRunning: return "running";
-  case Tree::State::kNone: break;
+  case Tree::State::kValid:
+    return "valid";
+  case Tree::State::kStale:
+    return "stale";
+  case Tree::State::kFormer:
+    return "former";
+  case Tree::State::kFailed:
+    return "failed";
+  case Tree::State::kRunning:
+    return "running";
+  case Tree::State::kNone:
+    break;
   }
   return nullptr;
 }

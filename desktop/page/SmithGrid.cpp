@@ -19,14 +19,16 @@ std::complex<double> Reflection(double resistance, double reactance) {
 
 // Around r/(r+1) with the radius 1/(r+1).
 std::string Resistance(double r, double radius, char const * look) {
-  return fmt::format("<circle cx=\"{:.6g}\" cy=\"0\" r=\"{:.6g}\"{}/>", r / (r + 1.0) * radius, radius / (r + 1.0), look);
+  return fmt::format("<circle cx=\"{:.6g}\" cy=\"0\" r=\"{:.6g}\"{}/>", r / (r + 1.0) * radius, radius / (r + 1.0),
+                     look);
 }
 
 // From the outer circle to the point of infinity; the mirror image has the reactance of the other sign.
 std::string Reactance(double x, double radius, char const * look) {
   std::complex<double> const begin = Reflection(0.0, x) * radius;
-  return fmt::format("<path d=\"M{0:.6g} {1:.6g}A{2:.6g} {2:.6g} 0 0 0 {3:.6g} 0A{2:.6g} {2:.6g} 0 0 0 {0:.6g} {4:.6g}\"{5}/>",
-                     begin.real(), -begin.imag(), radius / x, radius, begin.imag(), look);
+  return fmt::format(
+      "<path d=\"M{0:.6g} {1:.6g}A{2:.6g} {2:.6g} 0 0 0 {3:.6g} 0A{2:.6g} {2:.6g} 0 0 0 {0:.6g} {4:.6g}\"{5}/>",
+      begin.real(), -begin.imag(), radius / x, radius, begin.imag(), look);
 }
 
 std::string Label(double x, double y, char const * look, std::string const & text) {
@@ -48,7 +50,8 @@ std::string SmithGrid(double radius) {
   grid += fmt::format("<path d=\"M{0:.6g} 0H{1:.6g}\" class=\"main\"/>", -radius, radius);
   grid += fmt::format("<circle cx=\"0\" cy=\"0\" r=\"{:.6g}\" class=\"outer\"/>", radius);
   for (double const r : kResistances)
-    grid += Label(Reflection(r, 0.0).real() * radius + radius * 0.008, -radius * 0.012, "label", fmt::format("{:g}", r));
+    grid +=
+        Label(Reflection(r, 0.0).real() * radius + radius * 0.008, -radius * 0.012, "label", fmt::format("{:g}", r));
   for (double const x : kReactances) {
     std::complex<double> const at = Reflection(0.0, x) * radius * 1.075;
     grid += Label(at.real(), -at.imag(), "middle", fmt::format("{:g}j", x));

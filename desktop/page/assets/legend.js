@@ -73,7 +73,7 @@ class Legend {
       row.classList.toggle('chosen', curve === chosen);
     const entry = chosen && this.rows.get(chosen);
     if (entry && this.element.scrollHeight > this.element.clientHeight) {
-      const top = entry.row.offsetTop - this.element.offsetTop;
+      const top = entry.row.offsetTop;
       if (top < this.element.scrollTop || top + entry.row.offsetHeight > this.element.scrollTop + this.element.clientHeight)
         this.element.scrollTop = top - this.element.clientHeight / 2;
     }

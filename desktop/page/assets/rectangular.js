@@ -3,6 +3,16 @@
 const FONT = '12px system-ui, sans-serif';
 const WHEEL_STEP = 1.2;
 
+/// The text, shortened where it is wider than that.
+function elided(context, text, width) {
+  if (context.measureText(text).width <= width)
+    return text;
+  const letters = Array.from(text);
+  while (letters.length > 1 && context.measureText(letters.join('') + '…').width > width)
+    letters.length = Math.floor(letters.length * 0.9);
+  return letters.join('') + '…';
+}
+
 class RectangularPlot {
   constructor(item, columns) {
     this.title = item.title;
@@ -170,11 +180,11 @@ class RectangularPlot {
     context.strokeRect(left + 0.5, top + 0.5, width, tall);
     context.textAlign = 'center';
     context.textBaseline = 'alphabetic';
-    context.fillText(titleWithUnit(this.xAxis.title, xTicks.unit), left + width / 2, height - 8, width);
+    context.fillText(elided(context, titleWithUnit(this.xAxis.title, xTicks.unit), width), left + width / 2, height - 8);
     context.save();
     context.translate(14, top + tall / 2);
     context.rotate(-Math.PI / 2);
-    context.fillText(titleWithUnit(this.yAxis.title, yTicks.unit), 0, 0, tall);
+    context.fillText(elided(context, titleWithUnit(this.yAxis.title, yTicks.unit), tall), 0, 0);
     context.restore();
   }
 
@@ -195,7 +205,11 @@ class RectangularPlot {
       context.setLineDash([]);
       context.textAlign = 'right';
       context.textBaseline = at - top > 18 ? 'bottom' : 'top';
-      context.fillText(label, left + width - 6, at + (at - top > 18 ? -3 : 3));
+      const told = elided(context, label, width - 12), below = at + (at - top > 18 ? -3 : 3);
+      context.lineWidth = 4;
+      context.strokeStyle = cssColour('--paper');
+      context.strokeText(told, left + width - 6, below);
+      context.fillText(told, left + width - 6, below);
     }
   }
 
@@ -211,7 +225,7 @@ class RectangularPlot {
     context.clip();
     if (this.chosen && this.chosen.isShown && this.shown().length > 1) {
       context.strokeStyle = colourOf(this.chosen.look, theme);
-      context.lineWidth = 3.2;
+      context.lineWidth = 2.6;
       context.lineJoin = 'round';
       drawCurve(context, this.chosen, this.place);
     }
@@ -262,7 +276,7 @@ class RectangularPlot {
     if (candidates.length === 0)
       return this.clearCursor();
     this.cursorX = candidates.reduce((a, b) => Math.abs(b - x) < Math.abs(a - x) ? b : a);
-    if (y !== null)
+    if (y !== null && this.place)
       this.choose(this.nearestCurve(y));
     this.tell();
     this.drawOver();

@@ -2,6 +2,7 @@
 
 #include "desktop/page/Document.h"
 #include "desktop/page/HtmlPage.h"
+#include "desktop/page/Svg.h"
 
 #include <cmath>
 #include <complex>
@@ -44,7 +45,8 @@ std::vector<double> Frequencies(int count) {
 }
 
 RectangularPlot Transmission() {
-  RectangularPlot plot{L"S-parameters over the capacitor", {L"F", L"Hz", true}, {L"magnitude", L"dB"}, {}, {{-3.0, L"-3 dB"}}};
+  RectangularPlot plot{
+      L"S-parameters over the capacitor", {L"F", L"Hz", true}, {L"magnitude", L"dB"}, {}, {{-3.0, L"-3 dB"}}};
   std::vector<double> const frequencies = Frequencies(201);
   for (int which = 0; which < 2; ++which)
     for (int c = 1; c <= 4; ++c) {
@@ -86,6 +88,9 @@ std::vector<ComplexSeries> Reflections(bool isReflection) {
   return all;
 }
 
+SmithChart InputReflection() { return {L"Input reflection", 50.0, {L"F", L"Hz"}, Reflections(true)}; }
+PolarPlot PolarTransmission() { return {L"Transmission", {}, {L"F", L"Hz"}, Reflections(false)}; }
+
 Table Figures() {
   Table table{L"Cut-off frequencies", {}};
   table.columns.push_back({L"variation", {}, std::vector<AString>{L"C1=10pF", L"C1=2pF", L"C1=1pF", L"C1=4pF"}});
@@ -98,8 +103,12 @@ Tree Design() {
   using State = Tree::State;
   Tree::Node solution{L"Sweep", L"151 points", State::kNone, {}, {}, {}};
   solution.children = {{L"C1=1pF; L1=4nH", {}, State::kValid, {}, {}, {}},
-                       {L"C1=2pF; L1=4nH", {}, State::kStale, L"the netlist was read again: C2 was added",
-                        L"solvedesk solve lowpass --stale, or undo", {}},
+                       {L"C1=2pF; L1=4nH",
+                        {},
+                        State::kStale,
+                        L"the netlist was read again: C2 was added",
+                        L"solvedesk solve lowpass --stale, or undo",
+                        {}},
                        {L"C1=3pF; L1=4nH", {}, State::kFormer, {}, {}, {}},
                        {L"C1=4pF; L1=4nH", {}, State::kFailed, L"the matrix is singular at 1 GHz", {}, {}}};
   Tree::Node setup{L"SParameters1", L"10 MHz to 10 GHz", State::kNone, {}, {}, {solution}};
@@ -138,23 +147,30 @@ Document Showcase() {
   Document document{L"lowpass", L"Low pass of two elements, solved over its capacitor", {}};
   document.sections.push_back({L"Design", {}, {Design()}});
   document.sections.push_back({L"Plots", L"Each curve is one solved point.", {Transmission(), Gaps()}});
-  document.sections.push_back(
-      {L"Complex plane", {}, {SmithChart{L"Input reflection", 50.0, {L"F", L"Hz"}, Reflections(true)},
-                              PolarPlot{L"Transmission", {}, {L"F", L"Hz"}, Reflections(false)}}});
+  document.sections.push_back({L"Complex plane", {}, {InputReflection(), PolarTransmission()}});
   document.sections.push_back({L"Numbers", {}, {Figures(), Ranged()}});
   document.sections.push_back({L"Solves", {}, {Passes(), Costs()}});
   return document;
 }
 
 // Names as bad as they come.
-Document Hostile() {
-  AString const bad = L"</script><script>window.wasHere=1</script><img src=http://example.invalid/x "
-                      L"onerror=window.wasHere=1>\"'&amp;\u2028\u2029\u202e]]><!--";
-  Document document{bad, bad, {}};
+AString Bad() {
+  return L"</script><script>window.wasHere=1</script><img src=http://example.invalid/x "
+         L"onerror=window.wasHere=1>\"'&amp;\u2028\u2029\u202e]]><!--";
+}
+
+RectangularPlot HostilePlot() {
+  AString const bad = Bad();
   Series const series{bad, bad, {1.0, 2.0, 3.0}, {1.0, kMissing, 3.0}};
+  return {bad, {bad, bad}, {bad, bad}, {series, series}, {{2.0, bad}}};
+}
+
+Document Hostile() {
+  AString const bad = Bad();
+  Document document{bad, bad, {}};
   Tree::Node const leaf{bad, bad, Tree::State::kStale, bad, bad, {}};
   Section section{bad, bad, {}};
-  section.items.push_back(RectangularPlot{bad, {bad, bad}, {bad, bad}, {series, series}, {{2.0, bad}}});
+  section.items.push_back(HostilePlot());
   section.items.push_back(SmithChart{bad, 50.0, {bad, bad}, {{bad, bad, {1.0, 2.0}, {{0.1, 0.2}, {0.3, -0.4}}}}});
   section.items.push_back(Table{bad, {{bad, bad, std::vector<AString>{bad, L"a\tb\nc"}}}});
   section.items.push_back(Tree{bad, {leaf}});
@@ -175,9 +191,9 @@ Document Large(int curves, int samples) {
   return {L"large", {}, {{{}, {}, {plot}}}};
 }
 
-void Write(std::string const & path, Document const & document) {
+void Write(std::string const & path, std::string const & text) {
   std::ofstream file(path, std::ios::binary);
-  file << HtmlPage(document);
+  file << text;
   if (!file.flush())
     throw std::runtime_error(path + " can't be written");
 }
@@ -190,9 +206,15 @@ int main(int count, char ** words) {
     return 2;
   }
   std::string const folder = words[1];
-  Write(folder + "/showcase.html", Showcase());
-  Write(folder + "/hostile.html", Hostile());
-  Write(folder + "/large.html", Large(100, 1000));
-  Write(folder + "/empty.html", {L"empty", {}, {{L"Nothing", {}, {RectangularPlot{}, PolarPlot{}, SmithChart{}, Table{}, Tree{}}}}});
+  Write(folder + "/showcase.html", HtmlPage(Showcase()));
+  Write(folder + "/hostile.html", HtmlPage(Hostile()));
+  Write(folder + "/large.html", HtmlPage(Large(100, 1000)));
+  Section const empty{L"Nothing", {}, {RectangularPlot{}, PolarPlot{}, SmithChart{}, Table{}, Tree{}}};
+  Write(folder + "/empty.html", HtmlPage({L"empty", {}, {empty}}));
+  Write(folder + "/rectangular.svg", Svg(Transmission()));
+  Write(folder + "/gaps.svg", Svg(Gaps()));
+  Write(folder + "/smith.svg", Svg(InputReflection()));
+  Write(folder + "/polar.svg", Svg(PolarTransmission()));
+  Write(folder + "/hostile.svg", Svg(HostilePlot()));
   return 0;
 }
