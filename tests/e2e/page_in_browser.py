@@ -267,6 +267,18 @@ class PagesInABrowser(unittest.TestCase):
         self.browser.run("document.querySelectorAll('.treeview .tools button')[1].click()")
         self.assertEqual(self.browser.run("return document.querySelectorAll('details[open]').length"), 0)
 
+    def test_long_lists_and_tables_are_made_when_they_are_asked_for(self):
+        self.open('large')
+        count = lambda selector: self.browser.run('return document.querySelectorAll(arguments[0]).length', selector)
+        self.assertEqual(count('.tree li'), 1)
+        self.browser.click('.treeview .tools button')
+        self.assertEqual(count('.tree li'), 2001)
+        self.assertEqual(count('tbody tr'), 500)
+        self.assertEqual(self.browser.run("return solvedeskPage.views[2].tsv().trim().split('\\n').length"), 2001)
+        self.browser.click('.more')
+        self.assertEqual(count('tbody tr'), 2000)
+        self.assertTrue(self.browser.run("return document.querySelector('.more').hidden"))
+
     def test_hostile_names_stay_text(self):
         data, _ = self.open('hostile')
         self.assertIsNone(self.browser.run('return window.wasHere'))

@@ -22,7 +22,8 @@ class Legend {
       return rows;
     const all = make('input', {type: 'checkbox', checked: true});
     const list = make('div', {class: 'members'}, ...rows);
-    const fold = make('button', {type: 'button', class: 'fold', 'aria-expanded': 'true', 'aria-label': `fold ${name}`}, '▾');
+    const fold = make('button', {type: 'button', class: 'fold', 'aria-expanded': 'true', 'aria-label': `fold ${name}`},
+                      '▾');
     all.addEventListener('change', () => this.show(members, all.checked));
     fold.addEventListener('click', () => {
       list.hidden = !list.hidden;
@@ -38,8 +39,8 @@ class Legend {
   row(curve, text) {
     const box = make('input', {type: 'checkbox', checked: true});
     const value = make('output', {class: 'value'});
-    const row = make('div', {class: 'row'},
-                     make('label', {title: curve.fullName}, box, swatch(curve.look), make('span', {class: 'name'}, text)), value);
+    const label = make('label', {title: curve.fullName}, box, swatch(curve.look), make('span', {class: 'name'}, text));
+    const row = make('div', {class: 'row'}, label, value);
     box.addEventListener('change', () => this.show([curve], box.checked));
     row.addEventListener('pointerenter', () => this.pointed(curve));
     row.addEventListener('pointerleave', () => this.pointed(null));
@@ -73,9 +74,9 @@ class Legend {
       row.classList.toggle('chosen', curve === chosen);
     const entry = chosen && this.rows.get(chosen);
     if (entry && this.element.scrollHeight > this.element.clientHeight) {
-      const top = entry.row.offsetTop;
-      if (top < this.element.scrollTop || top + entry.row.offsetHeight > this.element.scrollTop + this.element.clientHeight)
-        this.element.scrollTop = top - this.element.clientHeight / 2;
+      const {scrollTop, clientHeight} = this.element, {offsetTop, offsetHeight} = entry.row;
+      if (offsetTop < scrollTop || offsetTop + offsetHeight > scrollTop + clientHeight)
+        this.element.scrollTop = offsetTop - clientHeight / 2;
     }
   }
 

@@ -28,8 +28,8 @@ function rampColour(part, theme) {
   return `rgb(${channel(1)},${channel(3)},${channel(5)})`;
 }
 
-/// Gives each curve a look.  A variation has the same colour and marker in every family, a family its dashes; where there
-/// are no variations, each curve differs in all three.
+/// Gives each curve a look.  A variation has the same colour and marker in every family, a family its dashes; where
+/// there are no variations, each curve differs in all three.
 function assignLooks(curves) {
   const families = [...new Set(curves.map(curve => curve.name))];
   const variations = [...new Set(curves.map(curve => curve.variation))];
@@ -86,13 +86,16 @@ function paintMarker(context, marker, x, y, r, paper) {
 
 function svgMarker(marker, x, y, r) {
   const points = markerPoints(marker, r);
-  return points ? make('svg:path', {d: 'M' + points.map(([dx, dy]) => `${x + dx} ${y + dy}`).join('L') + 'Z', class: 'marker'})
-                : make('svg:circle', {cx: x, cy: y, r, class: 'marker'});
+  if (!points)
+    return make('svg:circle', {cx: x, cy: y, r, class: 'marker'});
+  const outline = points.map(([dx, dy]) => `${x + dx} ${y + dy}`).join('L');
+  return make('svg:path', {d: `M${outline}Z`, class: 'marker'});
 }
 
 /// The key of a curve in a legend; coloured by the page's style sheet's currentColor.
 function swatch(look) {
-  const picture = make('svg:svg', {viewBox: '0 0 34 12', width: 34, height: 12, class: 'swatch', 'aria-hidden': 'true'});
+  const size = {viewBox: '0 0 34 12', width: 34, height: 12};
+  const picture = make('svg:svg', {...size, class: 'swatch', 'aria-hidden': 'true'});
   picture.append(make('svg:path', {d: 'M1 6H33', 'stroke-dasharray': look.dash.join(' ') || null}));
   if (look.marker)
     picture.append(svgMarker(look.marker, 17, 6, 3.2));

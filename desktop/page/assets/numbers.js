@@ -1,9 +1,12 @@
 // Numbers as people read them: exact ones, short ones, and the ticks of an axis.
 
-const PREFIXES = {'-18': 'a', '-15': 'f', '-12': 'p', '-9': 'n', '-6': 'µ', '-3': 'm', 0: '', 3: 'k', 6: 'M', 9: 'G', 12: 'T'};
+const PREFIXES = {
+  '-18': 'a', '-15': 'f', '-12': 'p', '-9': 'n', '-6': 'µ', '-3': 'm', 0: '', 3: 'k', 6: 'M', 9: 'G', 12: 'T',
+};
 // Units that take a prefix; one that bears a prefix already, or is no SI unit, is left as it is.
 const PREFIXABLE = new Set(['Hz', 's', 'm', 'F', 'H', 'V', 'A', 'W', 'S', 'Ω', 'ohm', 'Ohm', 'J', 'N', 'Pa', 'C', 'T']);
 const NO_VALUE = '–';
+const MOST_TICKS = 100;
 
 /// Reads back bit for bit.
 function exactText(value) { return Number.isNaN(value) ? NO_VALUE : Object.is(value, -0) ? '-0' : String(value); }
@@ -16,7 +19,11 @@ function withUnit(text, unit) { return unit && text !== NO_VALUE ? text + ' ' + 
 
 function titleWithUnit(title, unit) { return unit ? (title ? `${title} [${unit}]` : `[${unit}]`) : title; }
 
-function superscript(exponent) { return String(exponent).replace(/./g, digit => '⁻⁰¹²³⁴⁵⁶⁷⁸⁹'['-0123456789'.indexOf(digit)]); }
+function counted(count, what) { return `${count} ${what}${count === 1 ? '' : 's'}`; }
+
+function superscript(exponent) {
+  return String(exponent).replace(/./g, digit => '⁻⁰¹²³⁴⁵⁶⁷⁸⁹'['-0123456789'.indexOf(digit)]);
+}
 
 /// The power of ten, a multiple of three, in which numbers up to `most` are told.
 function engineeringExponent(most, unit) {
@@ -48,7 +55,8 @@ function linearSteps(low, high, room) {
   const at = place => exponent < 0 ? place * factor / 10 ** -exponent : place * factor * 10 ** exponent;
   const values = [];
   const step = at(1);
-  for (let place = Math.ceil(low / step - 1e-9); place <= Math.floor(high / step + 1e-9) && values.length <= 100; ++place)
+  const last = Math.floor(high / step + 1e-9);
+  for (let place = Math.ceil(low / step - 1e-9); place <= last && values.length <= MOST_TICKS; ++place)
     values.push(at(place));
   return {values, exponent};
 }
@@ -57,7 +65,8 @@ function linearTicks(low, high, room, unit) {
   const {values, exponent} = linearSteps(low, high, room);
   const power = engineeringExponent(Math.max(Math.abs(low), Math.abs(high)), unit);
   const decimals = Math.max(0, Math.min(20, power - exponent));
-  const told = value => (power < 0 ? value * 10 ** -power : value / 10 ** power).toFixed(decimals).replace(/^-(0(\.0*)?)$/, '$1');
+  const scaled = value => power < 0 ? value * 10 ** -power : value / 10 ** power;
+  const told = value => scaled(value).toFixed(decimals).replace(/^-(0(\.0*)?)$/, '$1');  // zero has no sign
   return {ticks: values.map(value => ({value, text: told(value)})), unit: scaledUnit(unit, power)};
 }
 

@@ -39,7 +39,7 @@ class Page {
     const isNear = new Set();
     const sizes = new ResizeObserver(entries => entries.forEach(({target}) => {
       if (isNear.has(target))
-        this.redraw(plotOf.get(target));
+        plotOf.get(target).resized();
     }));
     const places = new IntersectionObserver(entries => entries.forEach(({target, isIntersecting}) => {
       if (isIntersecting && !isNear.has(target)) {
@@ -49,12 +49,6 @@ class Page {
     }), {rootMargin: '300px'});
     for (const holder of plotOf.keys())
       places.observe(holder);
-  }
-
-  redraw(plot) {
-    if (plot.view)
-      plot.view();
-    plot.draw();
   }
 
   drawAgain(density) {

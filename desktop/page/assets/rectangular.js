@@ -39,7 +39,7 @@ class RectangularPlot {
     const xTitle = this.xAxis.title || 'x';
     this.holder = make('div', {
       class: 'canvas', tabindex: 0, role: 'application', 'aria-roledescription': 'plot',
-      'aria-label': `${this.title || [...families].join(', ')} over ${xTitle}, ${this.curves.length} curve${this.curves.length === 1 ? '' : 's'}. `
+      'aria-label': `${this.title || [...families].join(', ')} over ${xTitle}, ${counted(this.curves.length, 'curve')}. `
         + 'Arrow keys move the cursor, plus and minus zoom, Escape shows all.',
     }, this.base, this.over);
     this.status = make('p', {class: 'status', 'aria-live': 'polite'});
@@ -71,7 +71,8 @@ class RectangularPlot {
     const xs = [...new Set(shown.map(curve => curve.x))];
     this.xAxis.fit(joinExtents(xs.map(x => extentOf(x, this.xAxis))), 0);
     const lines = this.lines.map(line => line.y).filter(y => !this.yAxis.isLog || y > 0);
-    this.yAxis.fit(joinExtents([...shown.map(curve => extentOf(curve.y, this.yAxis)), ...lines.map(y => [y, y])]), 0.05);
+    const ys = shown.map(curve => extentOf(curve.y, this.yAxis));
+    this.yAxis.fit(joinExtents([...ys, ...lines.map(y => [y, y])]), 0.05);
     this.isZoomed = false;
     this.reset.disabled = true;
   }
@@ -146,6 +147,8 @@ class RectangularPlot {
     this.legend.colour();
     this.drawOver(density);
   }
+
+  resized() { this.draw(); }
 
   drawGrid(context, height) {
     const {left, top, width, height: tall, xTicks, yTicks} = this.place;
@@ -305,7 +308,8 @@ class RectangularPlot {
       this.legend.setValue(curve, curve.isShown ? this.valueText(curve) : '');
     const at = `${this.xAxis.title || 'x'} = ${withUnit(exactText(this.cursorX), this.xAxis.unit)}`;
     const curve = this.chosen || this.shown()[0];
-    this.status.textContent = curve ? `${at}: ${curve.fullName} = ${withUnit(this.valueText(curve), this.yAxis.unit)}` : at;
+    const value = curve && withUnit(this.valueText(curve), this.yAxis.unit);
+    this.status.textContent = curve ? `${at}: ${curve.fullName} = ${value}` : at;
   }
 
   clearCursor() {
@@ -394,7 +398,8 @@ class RectangularPlot {
       return;
     event.preventDefault();
     const factor = (event.deltaY || event.deltaX) > 0 ? WHEEL_STEP : 1 / WHEEL_STEP;
-    const isChanged = event.shiftKey ? this.yAxis.zoom(factor, this.place.evenY(y)) : this.xAxis.zoom(factor, this.place.evenX(x));
+    const isChanged = event.shiftKey ? this.yAxis.zoom(factor, this.place.evenY(y))
+                                     : this.xAxis.zoom(factor, this.place.evenX(x));
     if (isChanged)
       this.zoomed();
   }

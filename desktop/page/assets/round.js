@@ -43,15 +43,16 @@ class RoundPlot {
   }
 
   build() {
-    this.grid = this.isSmith ? document.getElementById('smith-grid').content.querySelector('g').cloneNode(true) : this.polarGrid();
+    const smith = document.getElementById('smith-grid').content.querySelector('g');
+    this.grid = this.isSmith ? smith.cloneNode(true) : this.polarGrid();
     this.paths = make('svg:g', {class: 'curves'});
     this.cursor = make('svg:g', {class: 'cursor'});
     this.picture = make('svg:svg', {class: 'round', 'aria-hidden': 'true'}, this.grid, this.paths, this.cursor);
     const kind = this.isSmith ? 'Smith chart' : 'polar plot';
     this.holder = make('div', {
       class: 'roundholder', tabindex: 0, role: 'application', 'aria-roledescription': kind,
-      'aria-label': `${this.title || kind}, ${this.curves.length} curves. Left and right move along a curve, up and down `
-        + 'choose one, plus and minus zoom, Escape shows all.',
+      'aria-label': `${this.title || kind}, ${counted(this.curves.length, 'curve')}. Left and right move along a curve, `
+        + 'up and down choose one, plus and minus zoom, Escape shows all.',
     }, this.picture);
     this.status = make('p', {class: 'status', 'aria-live': 'polite'});
     this.reset = make('button', {type: 'button', disabled: true}, 'show all');
@@ -98,7 +99,8 @@ class RoundPlot {
       group.style.color = colourOf(curve.look, theme);
       const {text, dots, count} = this.pathOf(curve);
       this.drawn += count;
-      group.append(make('svg:path', {d: text, 'stroke-width': thick, 'stroke-dasharray': curve.look.dash.join(' ') || null}));
+      const dashes = curve.look.dash.join(' ') || null;
+      group.append(make('svg:path', {d: text, 'stroke-width': thick, 'stroke-dasharray': dashes}));
       for (const [x, y] of dots)
         group.append(make('svg:circle', {cx: x, cy: y, r: 2.4 / this.scale(), class: 'dot'}));
       if (curve.look.marker)
@@ -179,7 +181,8 @@ class RoundPlot {
   }
 
   polarText(re, im) {
-    return Number.isNaN(re) || Number.isNaN(im) ? NO_VALUE
+    return Number.isNaN(re) || Number.isNaN(im)
+      ? NO_VALUE
       : `${shortText(Math.hypot(re, im), 5)} ∠ ${shortText(Math.atan2(im, re) * 180 / Math.PI, 5)}°`;
   }
 
@@ -216,6 +219,11 @@ class RoundPlot {
     this.reset.disabled = !this.isZoomed;
     if (this.isDrawn)
       this.draw();
+  }
+
+  resized() {
+    this.isDrawn = true;
+    this.view();
   }
 
   showAll() {

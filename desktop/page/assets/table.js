@@ -35,7 +35,8 @@ class TableView {
                          make('table', {}, make('thead', {}, make('tr', {}, ...this.heads)), this.body));
     this.element = make('figure', {class: 'table'},
                         make('figcaption', {}, make('span', {class: 'title'}, this.title),
-                             make('span', {class: 'tools'}, make('span', {class: 'note'}, `${this.count} row${this.count === 1 ? '' : 's'}`), copy)),
+                             make('span', {class: 'tools'},
+                                  make('span', {class: 'note'}, counted(this.count, 'row')), copy)),
                         this.scroller, this.more);
   }
 
@@ -46,10 +47,11 @@ class TableView {
     const {cells, isNumber} = this.columns[place], sign = isRising ? 1 : -1;
     const collator = new Intl.Collator(undefined, {numeric: true});
     const isMissing = isNumber ? row => !(cells[row] === cells[row]) : row => !cells[row];
-    const compare = isNumber ? (a, b) => cells[a] < cells[b] ? -1 : cells[a] > cells[b] ? 1 : 0
+    const compare = isNumber ? (a, b) => (cells[a] > cells[b]) - (cells[a] < cells[b])
                              : (a, b) => collator.compare(cells[a], cells[b]);
     this.order.sort((a, b) => isMissing(a) - isMissing(b) || (isMissing(a) ? 0 : sign * compare(a, b)) || a - b);
-    this.heads.forEach((head, at) => head.setAttribute('aria-sort', at !== place ? 'none' : isRising ? 'ascending' : 'descending'));
+    const direction = isRising ? 'ascending' : 'descending';
+    this.heads.forEach((head, at) => head.setAttribute('aria-sort', at === place ? direction : 'none'));
     this.fill();
   }
 
@@ -66,10 +68,12 @@ class TableView {
     const value = column.cells[row];
     if (!column.isNumber)
       return make('td', {}, value === undefined ? '' : value);
-    const told = value === undefined ? '' : shortText(value);
-    const cell = make('td', {class: 'number', title: told !== exactText(value) && value !== undefined ? exactText(value) : null}, told);
+    if (value === undefined)
+      return make('td');
+    const told = shortText(value), exact = exactText(value);
+    const cell = make('td', {class: 'number', title: told === exact ? null : exact}, told);
     if (column.bars && most > 0 && value > 0) {
-      const bar = make('span', {class: 'bar'});
+      const bar = make('span', {class: 'bar', 'aria-hidden': 'true'});
       bar.style.width = `${value / most * 100}%`;
       cell.classList.add('barred');
       cell.append(bar);

@@ -1,11 +1,12 @@
 // The tree of a design: what stands in it, valid or not, and why.
 
+const LONG_LIST = 50;
 const SIGNS = {valid: '✓', stale: '↻', failed: '✗', former: '◷', running: '…'};
 
 class TreeView {
   constructor(item) {
     this.title = item.title;
-    this.count = 0;
+    this.fills = new Map();
     this.list = make('ul', {class: 'tree'}, ...item.nodes.map(node => this.node(node, 0)));
     const unfold = make('button', {type: 'button'}, 'unfold all');
     const fold = make('button', {type: 'button'}, 'fold all');
@@ -17,7 +18,6 @@ class TreeView {
   }
 
   node(node, depth) {
-    ++this.count;
     const line = [make('span', {class: 'label'}, node.label)];
     if (node.detail)
       line.push(' ', make('span', {class: 'detail'}, node.detail));
@@ -28,14 +28,33 @@ class TreeView {
                  node.remedy && make('div', {class: 'remedy'}, node.remedy)].filter(Boolean);
     if (!node.children || node.children.length === 0)
       return make('li', {}, make('div', {class: 'leaf'}, ...line), ...why);
-    // Long lists begin folded.
-    return make('li', {}, make('details', {open: depth < 3 && node.children.length <= 50},
-                               make('summary', {}, ...line), ...why,
-                               make('ul', {}, ...node.children.map(child => this.node(child, depth + 1)))));
+    return make('li', {}, this.branch(node, depth, make('summary', {}, ...line), why));
   }
 
-  foldAll(isOpen) {
-    for (const details of this.list.querySelectorAll('details'))
+  /// Long lists begin folded, and are made when they are unfolded first.
+  branch(node, depth, summary, why) {
+    const list = make('ul');
+    const details = make('details', {}, summary, ...why, list);
+    const fill = () => {
+      if (list.childElementCount === 0)
+        list.append(...node.children.map(child => this.node(child, depth + 1)));
+    };
+    details.addEventListener('toggle', () => details.open && fill());
+    this.fills.set(details, fill);
+    if (depth < 3 && node.children.length <= LONG_LIST) {
+      fill();
+      details.open = true;
+    }
+    return details;
+  }
+
+  foldAll(isOpen, within = this.list) {
+    for (const details of within.querySelectorAll('details')) {
+      if (isOpen && !details.open) {
+        this.fills.get(details)();
+        this.foldAll(true, details);
+      }
       details.open = isOpen;
+    }
   }
 }

@@ -188,7 +188,13 @@ Document Large(int curves, int samples) {
     }
     plot.series.push_back(series);
   }
-  return {L"large", {}, {{{}, {}, {plot}}}};
+  Tree::Node many{L"Sweep", {}, Tree::State::kNone, {}, {}, {}};
+  std::vector<double> numbers;
+  for (int i = 0; i < 2000; ++i) {
+    many.children.push_back({AString::Format(L"k=%d", i), {}, Tree::State::kValid, {}, {}, {}});
+    numbers.push_back(i * 0.1);
+  }
+  return {L"large", {}, {{{}, {}, {plot, Tree{L"points", {many}}, Table{L"rows", {{L"n", {}, numbers}}}}}}};
 }
 
 void Write(std::string const & path, std::string const & text) {
