@@ -1,5 +1,6 @@
 #include "desktop/page/Svg.h"
 
+#include "basekit/text/Utf8.h"
 #include "desktop/page/Document.h"
 #include "desktop/page/Markup.h"
 #include "desktop/page/SmithGrid.h"
@@ -83,7 +84,7 @@ std::string Svg(PolarPlot const & plot) {
   double const step = steps.ticks.size() > 1 ? steps.ticks[1].value : most;
   double const outer = std::ceil(most / step - 1e-9) * step;
   std::string grid = "<g class=\"roundgrid\">\n" + Spokes();
-  Ticks const ticks = LinearTicks(0.0, outer, 5, AString());
+  Ticks const ticks = LinearTicks(0.0, outer, 5, plot.unit);
   for (auto const & [value, told] : ticks.ticks)
     if (value > 0.0) {
       double const radius = value / outer * kRadius;
@@ -93,10 +94,8 @@ std::string Svg(PolarPlot const & plot) {
     }
   grid += "</g>\n";
   std::string drawing = Around(grid + CurvesOf(plot.series, legend, kRadius / outer));
-  AString const unit = plot.unit;
-  std::string const factor = ticks.unit.empty() ? std::string() : ticks.unit + " ";
-  if (!unit.empty() || !factor.empty())
-    drawing += SvgText(kWidth - 16.0, 22.0, "end", "[" + factor + EscapedMarkup(unit) + "]");
+  if (!ticks.unit.empty())
+    drawing += SvgText(kWidth - 16.0, 22.0, "end", "[" + EscapedMarkup(text::FromUtf8(ticks.unit)) + "]");
   return legend.File(plot.title, kWidth, kHeight, drawing);
 }
 

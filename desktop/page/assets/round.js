@@ -56,7 +56,7 @@ class RoundPlot {
     }, this.picture);
     this.status = make('p', {class: 'status', 'aria-live': 'polite'});
     this.reset = make('button', {type: 'button', disabled: true}, 'show all');
-    const note = this.isSmith ? `reference ${shortText(this.impedance)} Ω` : titleWithUnit('', this.unit);
+    const note = this.isSmith ? `reference ${shortText(this.impedance)} Ω` : titleWithUnit('', this.radiusUnit);
     this.element = make('figure', {class: 'plot'},
                         make('figcaption', {}, make('span', {class: 'title'}, this.title),
                              make('span', {class: 'tools'}, make('span', {class: 'note'}, note), this.reset)),
@@ -66,7 +66,8 @@ class RoundPlot {
   polarGrid() {
     const grid = make('svg:g', {class: 'roundgrid'});
     const {values} = linearSteps(0, this.outer, 5);
-    const {ticks} = linearTicks(0, this.outer, 5, '');
+    const {ticks, unit} = linearTicks(0, this.outer, 5, this.unit);
+    this.radiusUnit = unit;
     for (let angle = 0; angle < 360; angle += 30) {
       const [c, s] = [Math.cos(angle * Math.PI / 180), Math.sin(angle * Math.PI / 180)];
       grid.append(make('svg:path', {d: `M0 0L${c * SIZE} ${-s * SIZE}`}),

@@ -114,6 +114,12 @@ TEST(Svg, ASmithChartOfAnActiveCircuitShowsAllOfIt) {
   EXPECT_NE(svg.find("r=\"127.5\" class=\"outer\""), std::string::npos);
 }
 
+TEST(Svg, ThePolarRadiusIsToldInItsUnitWithAPrefix) {
+  std::string const svg = Svg(PolarPlot{L"", L"V", {}, {{L"v", {}, {}, {{0.003, 0.001}, {0.001, -0.002}}}}});
+  EXPECT_NE(svg.find("[mV]"), std::string::npos);
+  EXPECT_NE(svg.find(">3<"), std::string::npos);
+}
+
 TEST(CurveLook, AVariationLooksAlikeInAllFamiliesButForItsDashes) {
   auto const looks = LooksOf({{L"a", L"1"}, {L"a", L"2"}, {L"b", L"1"}, {L"b", L"2"}});
   EXPECT_EQ(looks[0].colour, looks[2].colour);
