@@ -109,6 +109,7 @@ class Browser:
     def pointer(self, selector, *steps):
         """Steps are words ('down', 'up') or places from the middle of the element."""
         origin = self.element(selector)
+        self.run("arguments[0].scrollIntoView({block: 'center'})", origin)
         actions = [{'type': 'pointerDown' if step == 'down' else 'pointerUp', 'button': 0} if isinstance(step, str) else
                    {'type': 'pointerMove', 'duration': 0, 'origin': origin, 'x': step[0], 'y': step[1]} for step in steps]
         self.ask('POST', '/actions', {'actions': [{'type': 'pointer', 'id': 'mouse', 'parameters': {'pointerType': 'mouse'},

@@ -154,6 +154,27 @@ class PagesInABrowser(unittest.TestCase):
         self.browser.pointer(PLOT, (0, 0), 'down', 'up', 'down', 'up')
         self.assertEqual(self.range(), whole)
 
+    def test_the_cursor_follows_the_mouse_and_takes_the_nearest_curve(self):
+        _, columns = self.open('showcase')
+        self.browser.pointer(PLOT, (-150, 100))
+        self.assertIn(self.plot('plot.cursorX'), columns[0])
+        chosen, at = self.plot('[plot.chosen.fullName, plot.cursorX]')
+        below = 100 + self.plot('plot.holder.clientHeight') / 2
+        distances = self.plot(f'plot.curves.map(c => Math.abs(plot.place.y(c.at({at!r}).value) - {below}))')
+        self.assertEqual(chosen, self.plot('plot.curves.map(curve => curve.fullName)')[distances.index(min(distances))])
+
+    def test_the_mouse_reads_and_zooms_round_plots(self):
+        self.open('showcase')
+        self.browser.pointer('.roundholder', (10, -40))
+        self.assertGreaterEqual(self.plot('plot.index', 3), 0)
+        self.assertIn('VSWR', self.plot('plot.status.textContent', 3))
+        half = self.plot('plot.half', 3)
+        self.browser.pointer('.roundholder', (-50, -50), 'down', (0, 0), (50, 50), 'up')
+        self.assertLess(self.plot('plot.half', 3), half / 2)
+        self.assertEqual(self.plot('plot.drawn', 3), 3 * 151)
+        self.browser.pointer('.roundholder', (0, 0), 'down', 'up', 'down', 'up')
+        self.assertEqual(self.plot('plot.half', 3), half)
+
     def test_a_flat_drag_zooms_one_axis(self):
         self.open('showcase')
         whole = self.range()
