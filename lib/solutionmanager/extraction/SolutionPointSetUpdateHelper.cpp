@@ -8,7 +8,25 @@
 #include "basekit/message/IProgressMonitor.h"
 #include "basekit/value/VariableValuesRestorer.h"
 #include "plotkit/SolutionPointSet.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+
+namespace {
+
+/// Point sets read words in their own contexts; at the end the extractors read as they did before.
+class ExtractorContextSpans {
+public:
+  explicit ExtractorContextSpans(std::vector<ISolutionPointSet *> const & pointSets) {
+    for (ISolutionPointSet * const pointSet : pointSets)
+      if (auto * const ofReports = dynamic_cast<SolutionPointSet *>(pointSet))
+        m_spans.try_emplace(ofReports->GetISimDataExtractor(), ofReports->GetISimDataExtractor());
+  }
+
+private:
+  std::map<ISimDataExtractor *, ExtractorContextSpan> m_spans;
+};
+
+} // namespace
 
 SolutionPointSetUpdateHelper::SolutionPointSetUpdateHelper(BaseSolutionManager * manager) : m_solnMgr(manager) {
   KVRO_ASSERT(m_solnMgr);
@@ -22,6 +40,7 @@ bool SolutionPointSetUpdateHelper::Run(IProgressMonitor * progress, PointSets co
     chosen = *pointSets;
   else
     m_solnMgr->GetReportSolutionPointSetsToUpdate(chosen);
+  ExtractorContextSpans const contexts(chosen);
   UpdateInfos infos;
   {
     CProgressQuotaSetter const quota(progress, 25.0);
