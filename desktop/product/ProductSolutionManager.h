@@ -103,6 +103,7 @@ protected:
 private:
   std::vector<QuantityExtractor *> GetQuantityExtractors(bool includeImported) const;
   QuantityReportType const * FindReportType(unsigned number) const;
+  void ForgetCatalogues();
   bool WasTakenOver() const;
   void CreateMissingSetups();
   void ApplyNames();

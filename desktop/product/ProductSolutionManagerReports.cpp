@@ -21,6 +21,11 @@ std::vector<QuantityExtractor *> ProductSolutionManager::GetQuantityExtractors(b
   return extractors;
 }
 
+void ProductSolutionManager::ForgetCatalogues() {
+  for (QuantityExtractor * const extractor : GetQuantityExtractors(true))
+    extractor->ForgetCatalogue();
+}
+
 QuantityReportType const * ProductSolutionManager::FindReportType(unsigned number) const {
   for (QuantityExtractor const * const extractor : GetQuantityExtractors(true))
     if (QuantityReportType const * const type = extractor->FindReportType(number))
