@@ -196,6 +196,32 @@ class Reports(DeskTest):
         for words in (['V9=75'], ['V1=0'], ['V1=-5'], ['V1=x'], ['V1']):
             self.refuse(2, 'port', 'ladder', *words)
 
+    def shown_ports(self):
+        return [port['shown'] for port in self.document('port', 'ladder')['ports']]
+
+    def test_a_port_impedance_is_unsaved_work_that_the_next_process_goes_on_with(self):
+        self.solved()
+        self.run_desk('save', 'ladder')
+        self.run_desk('port', 'ladder', 'V2=75')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        self.assertIn('unsaved changes', self.run_desk('info', 'ladder').stdout.splitlines()[0])
+        self.assertEqual(self.document('eval', 'ladder', 'Zo(2)', '--variation', 'Freq=1GHz')['rows'][0][0], 75)
+        self.run_desk('discard', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 50])
+        self.run_desk('port', 'ladder', 'V2=75')
+        self.run_desk('save', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        self.assertNotIn('unsaved', self.run_desk('info', 'ladder').stdout.splitlines()[0])
+        self.run_desk('port', 'ladder', 'V2=solved')
+        self.assertEqual(self.shown_ports(), [50, 50])
+        self.run_desk('discard', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        self.run_desk('port', 'ladder', 'V2=solved')
+        self.run_desk('save', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 50])
+        self.assertEqual(self.run_desk('discard', 'ladder').returncode, 0)
+        self.assertEqual(self.shown_ports(), [50, 50])
+
     def test_every_edit_is_undone_and_redone(self):
         self.solved()
         lines = self.run_shell(['report add a --y dB(S(2,1))', 'report edit a --y dB(S(1,1)) --over c1',
