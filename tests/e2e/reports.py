@@ -222,6 +222,17 @@ class Reports(DeskTest):
         self.assertEqual(self.run_desk('discard', 'ladder').returncode, 0)
         self.assertEqual(self.shown_ports(), [50, 50])
 
+    def voltage(self, expression='mag(V(out))', at='Freq=2GHz'):
+        return self.document('eval', 'ladder', expression, '--variation', at)['rows'][0][0]
+
+    def test_node_voltages_stay_known_beside_output_variables(self):
+        self.solved(FEW.replace('3g', '3g voltages=1g,2g'))
+        there = self.voltage()
+        self.run_desk('var', 'ladder', 'add', 'x=1+c1')
+        self.assertEqual(self.voltage(), there)
+        self.run_desk('var', 'ladder', 'edit', 'x=max(mag(V(out)))')
+        self.assertGreaterEqual(self.document('eval', 'ladder', 'x')['rows'][0][0], there)
+
     def test_every_edit_is_undone_and_redone(self):
         self.solved()
         lines = self.run_shell(['report add a --y dB(S(2,1))', 'report edit a --y dB(S(1,1)) --over c1',
