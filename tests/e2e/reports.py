@@ -233,6 +233,33 @@ class Reports(DeskTest):
         self.run_desk('var', 'ladder', 'edit', 'x=max(mag(V(out)))')
         self.assertGreaterEqual(self.document('eval', 'ladder', 'x')['rows'][0][0], there)
 
+    def test_voltages_run_over_their_own_frequencies(self):
+        self.solved(FEW.replace('3g', '3g voltages=1.5g,2.5g'))
+        one = self.voltage(at='Freq=1.5GHz')
+        rows = self.document('eval', 'ladder', 'mag(V(out))')['rows']
+        self.assertEqual([row[0] for row in rows], [1.5e9, 2.5e9])
+        self.assertEqual(rows[0][1], one)
+        self.assertIn('no such sample', self.refuse(1, 'eval', 'ladder', 'dB(S21)', '--variation', 'Freq=1.5GHz'))
+        self.assertIn('no such sample', self.refuse(1, 'eval', 'ladder', 'V(out)', '--variation', 'Freq=1GHz'))
+        rows = self.document('eval', 'ladder', 'mag(V(out))', '--over', 'c1')['rows']
+        self.assertEqual([row[1] for row in rows], [1.5e9, 2.5e9] * 3)
+
+    def test_curves_over_other_samples_in_one_report_are_told(self):
+        self.solved(FEW.replace('3g', '3g voltages=1.5g,2.5g'))
+        self.run_desk('report', 'ladder', 'add', 's', '--y', 'mag(S21)')
+        self.run_desk('report', 'ladder', 'add', 'v', '--y', 'mag(V(out))')
+        self.run_desk('report', 'ladder', 'add', 'both', '--y', 'mag(S21)', '--y', 'mag(V(out))')
+        lines = self.run_shell(['report show s', 'report show v', 'report show both', 'set c1=1.1', 'report show v',
+                                'report show s'])
+        results = [line['result'] for line in lines]
+        for shown, count in ((0, 3), (1, 2), (4, 2), (5, 3)):
+            self.assertEqual(len(results[shown]['rows']), count)
+            self.assertNotIn(None, [row[1] for row in results[shown]['rows']])
+            self.assertEqual(results[shown]['notices'], [])
+        self.assertEqual([row[:2] for row in results[2]['rows']], results[0]['rows'])
+        self.assertEqual([row[2] for row in results[2]['rows']], [None] * 3)
+        self.assertIn('runs over other samples', results[2]['notices'][0])
+
     def test_every_edit_is_undone_and_redone(self):
         self.solved()
         lines = self.run_shell(['report add a --y dB(S(2,1))', 'report edit a --y dB(S(1,1)) --over c1',
