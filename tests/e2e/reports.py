@@ -260,6 +260,14 @@ class Reports(DeskTest):
         self.assertEqual([row[2] for row in results[2]['rows']], [None] * 3)
         self.assertIn('runs over other samples', results[2]['notices'][0])
 
+    def test_names_that_mean_something_else_cant_name_an_output_variable(self):
+        self.solved()
+        for name in ('dB', 'bandwidth', 'KFACTOR', 'MaxGain', 'IL', 'rl'):
+            with self.subTest(name):
+                told = self.refuse(2, 'var', 'ladder', 'add', f'{name}=7')
+                self.assertIn('choose another name', told)
+        self.assertEqual(self.document('var', 'ladder', 'list')['variables'], [])
+
     def test_every_edit_is_undone_and_redone(self):
         self.solved()
         lines = self.run_shell(['report add a --y dB(S(2,1))', 'report edit a --y dB(S(1,1)) --over c1',
