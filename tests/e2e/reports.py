@@ -46,6 +46,7 @@ class Reports(DeskTest):
         self.run_desk('solve', 'ladder', '--vary', f'c1={points}', '--vary', f'l2={points}', '--vary', f'c3={points}',
                       '--quiet')
         self.run_desk('report', 'ladder', 'add', 's', '--y', 'S(2,1)', '--y', 'dB(S(1,1))', '--over', 'c1,l2,c3')
+        os.mkdir('out')
         self.run_desk('report', 'ladder', 'show', 's', '--csv', 'out/s.csv')
         self.run_desk('touchstone', 'ladder', '--to', 't', '--digits', '17')
         with open('out/s.csv', encoding='utf-8', newline='') as file:
@@ -267,6 +268,17 @@ class Reports(DeskTest):
                 told = self.refuse(2, 'var', 'ladder', 'add', f'{name}=7')
                 self.assertIn('choose another name', told)
         self.assertEqual(self.document('var', 'ladder', 'list')['variables'], [])
+
+    def test_csv_goes_where_it_is_told_and_makes_no_folders(self):
+        self.solved()
+        question = ('eval', 'ladder', 'dB(S21)', '--variation', 'Freq=1GHz', '--csv')
+        self.assertIn('no folder', self.refuse(7, *question, 'none/x.csv'))
+        self.assertFalse(os.path.exists('none'))
+        self.refuse(2, *question, '')
+        self.run_desk(*question, 'x.csv')
+        self.assertEqual(self.run_desk(*question, '-').stdout, read('x.csv').decode())
+        self.assertFalse(os.path.exists('-'))
+        self.refuse(2, *question, '-', '--json')
 
     def test_every_edit_is_undone_and_redone(self):
         self.solved()
