@@ -19,6 +19,8 @@ namespace {
 using desktop::ErrorKind;
 using Json = nlohmann::ordered_json;
 
+constexpr char const * kStandardOutput = "-";
+
 bool HasAnything(desktop::ReportTable const & table) { return table.RowCount() > table.GapCount(); }
 
 std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project) {
@@ -38,12 +40,18 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
   return notes;
 }
 
+bool IsToFile(ViewOptions const & options) { return !options.csv.empty() && options.csv != kStandardOutput; }
+
 void WriteCsv(std::string const & file, std::string const & text) {
   namespace fs = std::filesystem;
   fs::path const path(file);
   if (!path.has_filename())
     throw desktop::Error(ErrorKind::kUsage, L"--csv " + ArgumentText(file) + L": names no file; give one");
-  Delivery delivery(path.has_parent_path() ? path.parent_path() : fs::path("."));
+  fs::path const folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  if (std::error_code ignored; !fs::is_directory(folder, ignored))
+    throw desktop::Error(ErrorKind::kStorage, L"--csv " + ArgumentText(file) + L": there is no folder " +
+                                                  ArgumentText(folder.string()) + L"; make it first");
+  Delivery delivery(folder);
   delivery.WriteFile(path.filename().string(), text);
   delivery.Deliver();
 }
@@ -59,7 +67,7 @@ std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveRe
   document.Number("gaps", static_cast<long>(shown.table.GapCount()));
   document.Value("notices", Json(notes));
   document.Value("columns", text.Columns());
-  if (options.csv.empty()) {
+  if (!IsToFile(options)) {
     document.BeginArray("rows");
     for (std::size_t row = 0; row < text.RowCount(); ++row)
       document.Value({}, text.Row(row));
@@ -74,7 +82,11 @@ std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveRe
 } // namespace
 
 void AddViewOptions(CLI::App & verb, ViewOptions & options) {
-  verb.add_option("--csv", options.csv, "show: a file for the rows, with numbers that read back bit for bit");
+  verb.add_option("--csv", options.csv,
+                  "show: a file for the rows, with numbers that read back bit for bit; - is standard output")
+      ->check([](std::string const & file) {
+        return file.empty() ? std::string("names no file; give one, or - for standard output") : std::string();
+      });
   verb.add_option("--complex", options.form, "show: complex numbers as re-im or mag-deg (degrees)")
       ->check(CLI::IsMember({"re-im", "mag-deg"}))
       ->capture_default_str();
@@ -87,6 +99,8 @@ ComplexForm FormOf(ViewOptions const & options) {
 
 void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
                  std::string const & project, ViewOptions const & options) {
+  if (options.csv == kStandardOutput && options.output.json)
+    throw desktop::Error(ErrorKind::kUsage, L"--csv - and --json: both go to standard output; name a file for one");
   std::vector<std::string> const notes = NotesOf(shown, project);
   if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || !HasAnything(shown.table)) {
     std::string const reason =
@@ -98,12 +112,13 @@ void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports:
   for (std::string const & note : notes)
     PrintMessage(note);
   ReportText const text(shown.table, FormOf(options));
-  if (!options.csv.empty())
+  if (IsToFile(options))
     WriteCsv(options.csv, text.Csv());
   std::string const forPeople =
       !IsTextWanted(options.output) ? std::string()
-      : options.csv.empty()
-          ? text.Table()
+      : options.csv.empty()         ? text.Table()
+      : !IsToFile(options)
+          ? text.Csv()
           : fmt::format("{} in {}\n", Count(static_cast<long long>(text.RowCount()), "row"), options.csv);
   PrintResult(options.output, forPeople,
               IsDocumentWanted(options.output) ? DocumentOf(report, shown, text, notes, options) : std::string());

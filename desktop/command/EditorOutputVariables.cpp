@@ -1,4 +1,5 @@
 // Edits of output variables, and what is told when the library's rules refuse one.
+#include "basekit/value/expression/Lexer.h"
 #include "desktop/Error.h"
 #include "desktop/command/Edit.h"
 #include "desktop/command/WordOfCommand.h"
@@ -9,6 +10,7 @@
 #include "desktop/report/LiveReports.h"
 #include "desktop/report/ReportList.h"
 #include "plotkit/OutputVariable.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 #include <algorithm>
 #include <map>
@@ -54,6 +56,29 @@ void RefuseExpression(BaseSolutionManager const & manager, AString const & name,
     Refuse(name, messages, expression);
 }
 
+// Of figures that take ports, a name alone is none yet.
+bool IsCanned(BaseSolutionManager const & manager, AString const & name) {
+  std::vector<BaseSimDataExtractor *> extractors;
+  manager.GetAllAssociatedSimDataExtractors(extractors);
+  for (BaseSimDataExtractor const * const extractor : extractors)
+    for (wchar_t const * const arguments : {L"", L"(1)", L"(1,1)"}) {
+      AString expression;
+      ValueState state;
+      if (extractor && extractor->GetExpressionForCannedOutputVariable(name + arguments, expression, state))
+        return true;
+    }
+  return false;
+}
+
+// The library takes such names, and so do projects that were saved with them; what they mean is something else.
+void RefuseTakenName(BaseSolutionManager const & manager, AString const & name) {
+  if (expr::IsFunctionName(name.View()))
+    throw Error(ErrorKind::kUsage, WhatOf(name) + L": there is a function of that name; choose another name");
+  if (IsCanned(manager, name))
+    throw Error(ErrorKind::kUsage,
+                WhatOf(name) + L": an output variable of that name stands ready already; choose another name");
+}
+
 std::map<OutputVariable *, AString> TextsOf(BaseSolutionManager const & manager) {
   std::vector<OutputVariable *> variables;
   manager.GetOutputVariables(variables);
@@ -95,6 +120,7 @@ void Editor::AddOutputVariable(AString const & name, AString const & expression)
     if (!manager.IsValidOutputVariableName(name))
       Refuse(name, messages, name);
   }
+  RefuseTakenName(manager, name);
   RefuseExpression(manager, name, expression);
   Run(AString(L"var add ") + WordOfCommand(name + L"=" + expression), [&](Edit & edit) {
     if (!manager.CreateOutputVariable(name, expression, edit.command.get()))

@@ -102,6 +102,7 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
+    ForgetCatalogues(); // Names of output variables were held against quantities before the stores were known.
     if (m_newText && !m_isReadOnly)
       RenameInStores(*this, m_newText);
   }
@@ -150,6 +151,7 @@ bool ProductSolutionManager::ReadResultStores(io::CBlock const & block) {
 
 void ProductSolutionManager::LeaveOutResultFiles(std::vector<AString> const & paths) {
   ResultStores(*this).LeaveOut(std::set<AString>(paths.begin(), paths.end()));
+  ForgetCatalogues();
 }
 
 bool ProductSolutionManager::HaveResultFiles() const { return m_savedStores != 0 || ResultStores(*this).HaveData(); }

@@ -10,6 +10,7 @@
 #include <set>
 
 class BaseSolution;
+class SimValueContext;
 
 namespace desktop {
 
@@ -70,6 +71,10 @@ public:
   int GetISimDataExtractors(std::vector<ISimDataExtractor *> & extractors, unsigned reportType,
                             bool includeImported) const override;
   int GetIDesignDataExtractors(std::vector<IDesignDataExtractor *> & extractors, unsigned reportType) const override;
+  /// That of the set's context, where one is told; see ContextOf.
+  unsigned GetReportTypeOfSolutionPointSet(ISolutionPointSet const * pointSet) const override;
+  /// Curves of report types that run over different samples are evaluated apart: the context tells whose samples count.
+  static SimValueContext ContextOf(unsigned reportType);
   /// Numbers that run over nothing go with quantities of any one report type.
   bool GetQuantityTypeInfo(ReportTypeMap & reportTypes, AString const & expression,
                            std::vector<OutputVariable *> * variables, SimValuesByReportType * simValues,
@@ -103,6 +108,7 @@ protected:
 private:
   std::vector<QuantityExtractor *> GetQuantityExtractors(bool includeImported) const;
   QuantityReportType const * FindReportType(unsigned number) const;
+  void ForgetCatalogues();
   bool WasTakenOver() const;
   void CreateMissingSetups();
   void ApplyNames();

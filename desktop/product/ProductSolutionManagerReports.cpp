@@ -5,6 +5,8 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
 #include "plotkit/COutputVarKvroCmdInfo.h"
+#include "plotkit/SimValueContext.h"
+#include "plotkit/SolutionPointSet.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCache.h"
 
 #include <algorithm>
@@ -19,6 +21,11 @@ std::vector<QuantityExtractor *> ProductSolutionManager::GetQuantityExtractors(b
     if (auto * const extractor = dynamic_cast<QuantityExtractor *>(solution->GetISimDataExtractor()))
       extractors.push_back(extractor);
   return extractors;
+}
+
+void ProductSolutionManager::ForgetCatalogues() {
+  for (QuantityExtractor * const extractor : GetQuantityExtractors(true))
+    extractor->ForgetCatalogue();
 }
 
 QuantityReportType const * ProductSolutionManager::FindReportType(unsigned number) const {
@@ -64,6 +71,22 @@ int ProductSolutionManager::GetIDesignDataExtractors(std::vector<IDesignDataExtr
     if (extractor->IsSupportedReportTypes({reportType}))
       extractors.push_back(extractor);
   return static_cast<int>(extractors.size());
+}
+
+SimValueContext ProductSolutionManager::ContextOf(unsigned reportType) {
+  SimValueContext const usual;
+  auto numbers = usual.GetNumbers();
+  numbers.back() = reportType;
+  return {usual.GetKind(),  usual.GetCalculationType(),
+          usual.GetFirst(), usual.GetSecond(),
+          numbers[0],       numbers[1],
+          numbers[2],       numbers[3]};
+}
+
+unsigned ProductSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const * pointSet) const {
+  auto const * const ofTraces = dynamic_cast<SolutionPointSet const *>(pointSet);
+  double const told = ofTraces ? ofTraces->GetSimValueContext().GetNumbers().back() : 0.0;
+  return told > 0.0 ? static_cast<unsigned>(told) : BaseSolutionManager::GetReportTypeOfSolutionPointSet(pointSet);
 }
 
 bool ProductSolutionManager::GetQuantityTypeInfo(ReportTypeMap & reportTypes, AString const & expression,

@@ -22,6 +22,26 @@ bool IsUpToDate(Trace const & trace) {
          points.GetSolutionVersionID() == points.GetISimDataExtractor()->GetISolution()->GetVersionID();
 }
 
+bool IsColumnEmpty(ReportTable const & table, std::size_t column) {
+  for (std::size_t row = 0; row < table.RowCount(); ++row)
+    if (table.At(row, column))
+      return false;
+  return true;
+}
+
+// Samples that only nearly fit are none, which nobody would see from an empty column.
+void AddLostCurves(ReportDefinition const & definition, ReportCurves const & curves, ReportTable const & table,
+                   std::vector<AString> & problems) {
+  std::size_t const firstY = table.Columns().size() - definition.y.size();
+  for (std::size_t i = 0; i < curves.hasOtherSamples.size(); ++i)
+    if (curves.hasOtherSamples[i] && curves.traces[i] && table.RowCount() > table.GapCount() &&
+        IsColumnEmpty(table, firstY + i))
+      problems.push_back((definition.name.empty() ? AString() : L"report " + definition.name + L": ") + L"'" +
+                         definition.y[i] +
+                         L"' runs over other samples, and has no value at those that are shown; give "
+                         L"it a report of its own");
+}
+
 std::vector<Trace const *> AsConst(std::vector<Trace *> const & traces) { return {traces.begin(), traces.end()}; }
 
 } // namespace
@@ -74,8 +94,10 @@ LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * p
     Make(report);
   std::size_t const updated = Update(report, progress);
   ReportCurves const & curves = report.curves;
-  return {curves.solution, curves.x, ReportTable(curves.over, curves.x, report.definition.y, AsConst(curves.traces)),
-          curves.problems, updated};
+  ReportTable const table(curves.over, curves.x, report.definition.y, AsConst(curves.traces));
+  std::vector<AString> problems = curves.problems;
+  AddLostCurves(report.definition, curves, table, problems);
+  return {curves.solution, curves.x, table, problems, updated};
 }
 
 // Whether an expression is one number for a variation shows when it is evaluated.

@@ -8,6 +8,7 @@
 #include "desktop/design/Design.h"
 #include "desktop/message/HeldMessages.h"
 #include "desktop/product/ProductSolutionManager.h"
+#include "desktop/product/quantity/QuantityExtractor.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/ExpressionWords.h"
 #include "desktop/report/ReportDefinition.h"
@@ -48,10 +49,13 @@ wchar_t const * const kFrequency = L"Freq";
 /// Solvers compute their axes: a sample that is asked for is met only nearly.
 constexpr double kSampleTolerance = 1e-9;
 
+bool IsSameSample(double there, double wanted) {
+  return std::abs(there - wanted) <= kSampleTolerance * std::max(std::abs(there), std::abs(wanted));
+}
+
 std::optional<unsigned> SampleAt(Sweep const & sweep, double wanted) {
   for (unsigned place = 0; place < sweep.GetCount(); ++place)
-    if (double const there = sweep.Column().ComplexAt(place).real();
-        std::abs(there - wanted) <= kSampleTolerance * std::max(std::abs(there), std::abs(wanted)))
+    if (IsSameSample(sweep.Column().ComplexAt(place).real(), wanted))
       return place;
   return {};
 }
@@ -64,7 +68,9 @@ public:
         m_extractor(*solution.GetBaseSimDataExtractor()) {
     m_curves.solution = &solution;
     m_curves.traces.resize(report.y.size(), nullptr);
-    m_extractor.GetSweeps(m_sweeps, FindReportType(), &m_context, rep::DisplayType{}, true);
+    FindReportTypes();
+    m_context = ProductSolutionManager::ContextOf(m_reportType);
+    m_extractor.GetSweeps(m_sweeps, m_reportType, &m_context, rep::DisplayType{}, true);
   }
 
   ReportCurves Make(Axis axis) {
@@ -78,18 +84,41 @@ public:
   }
 
 private:
-  // Of what the curves refer to; they all run over one axis.
-  unsigned FindReportType() const {
+  QuantityReportType const * ReportType(unsigned number) const {
+    auto const * const quantities = dynamic_cast<QuantityExtractor const *>(&m_extractor);
+    return quantities ? quantities->FindReportType(number) : nullptr;
+  }
+
+  bool RunsOverSamples(unsigned reportType) const {
+    QuantityReportType const * const type = ReportType(reportType);
+    return type && !type->axis.empty();
+  }
+
+  // All curves run over one axis: that of the first that has one counts.
+  void FindReportTypes() {
     HeldMessages const messages;
     BaseSolutionManager const & manager = m_session.GetManager();
+    std::vector<unsigned> ofCurves;
     for (AString const & y : m_report.y) {
       BaseSolutionManager::ReportTypeMap types;
-      if (manager.GetOutputVariableReportTypes(y, types) > 0)
-        return types.begin()->first;
+      ofCurves.push_back(manager.GetOutputVariableReportTypes(y, types) > 0 ? types.begin()->first : 0);
+      if (m_reportType == 0 || (!RunsOverSamples(m_reportType) && RunsOverSamples(ofCurves.back())))
+        m_reportType = ofCurves.back();
     }
+    for (unsigned const type : ofCurves)
+      m_curves.hasOtherSamples.push_back(type != m_reportType && RunsOverSamples(type));
     std::vector<AString> names;
-    manager.GetReportTypeNames(names);
-    return names.empty() ? 0 : manager.GetReportType(names.front());
+    if (m_reportType == 0 && manager.GetReportTypeNames(names) > 0)
+      m_reportType = manager.GetReportType(names.front());
+  }
+
+  // The sweep over an axis serves all report types.
+  bool HasSample(AString const & axis, double wanted) const {
+    QuantityReportType const * const type = ReportType(m_reportType);
+    if (!type || (!AString::MatchNoCase(type->axis, axis) && !AString::MatchNoCase(type->intrinsic, axis)))
+      return true;
+    return std::any_of(type->axisValues.begin(), type->axisValues.end(),
+                       [wanted](double there) { return IsSameSample(there, wanted); });
   }
 
   void Tell(AString const & problem) {
@@ -183,7 +212,7 @@ private:
       return false;
     }
     auto const place = pair.isNumber ? SampleAt(*sweep, pair.number.real()) : std::nullopt;
-    if (!place) {
+    if (!place || !HasSample(axis->GetName(), pair.number.real())) {
       Tell(name + L"=" + AString(pair.text) + L": there is no such sample; a report over " + name +
            L" shows which there are");
       return false;
@@ -237,6 +266,7 @@ private:
   Design & m_design;
   ReportDefinition const & m_report;
   BaseSimDataExtractor & m_extractor;
+  unsigned m_reportType = 0;
   SimValueContext m_context;
   std::vector<SweepBase *> m_sweeps;
   AString m_x;

@@ -46,6 +46,7 @@ class Reports(DeskTest):
         self.run_desk('solve', 'ladder', '--vary', f'c1={points}', '--vary', f'l2={points}', '--vary', f'c3={points}',
                       '--quiet')
         self.run_desk('report', 'ladder', 'add', 's', '--y', 'S(2,1)', '--y', 'dB(S(1,1))', '--over', 'c1,l2,c3')
+        os.mkdir('out')
         self.run_desk('report', 'ladder', 'show', 's', '--csv', 'out/s.csv')
         self.run_desk('touchstone', 'ladder', '--to', 't', '--digits', '17')
         with open('out/s.csv', encoding='utf-8', newline='') as file:
@@ -195,6 +196,89 @@ class Reports(DeskTest):
         self.assertEqual([port['shown'] for port in self.document('port', 'ladder')['ports']], [50, 75])
         for words in (['V9=75'], ['V1=0'], ['V1=-5'], ['V1=x'], ['V1']):
             self.refuse(2, 'port', 'ladder', *words)
+
+    def shown_ports(self):
+        return [port['shown'] for port in self.document('port', 'ladder')['ports']]
+
+    def test_a_port_impedance_is_unsaved_work_that_the_next_process_goes_on_with(self):
+        self.solved()
+        self.run_desk('save', 'ladder')
+        self.run_desk('port', 'ladder', 'V2=75')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        self.assertIn('unsaved changes', self.run_desk('info', 'ladder').stdout.splitlines()[0])
+        self.assertEqual(self.document('eval', 'ladder', 'Zo(2)', '--variation', 'Freq=1GHz')['rows'][0][0], 75)
+        self.run_desk('discard', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 50])
+        self.run_desk('port', 'ladder', 'V2=75')
+        self.run_desk('save', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        self.assertNotIn('unsaved', self.run_desk('info', 'ladder').stdout.splitlines()[0])
+        self.run_desk('port', 'ladder', 'V2=solved')
+        self.assertEqual(self.shown_ports(), [50, 50])
+        self.run_desk('discard', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        self.run_desk('port', 'ladder', 'V2=solved')
+        self.run_desk('save', 'ladder')
+        self.assertEqual(self.shown_ports(), [50, 50])
+        self.assertEqual(self.run_desk('discard', 'ladder').returncode, 0)
+        self.assertEqual(self.shown_ports(), [50, 50])
+
+    def voltage(self, expression='mag(V(out))', at='Freq=2GHz'):
+        return self.document('eval', 'ladder', expression, '--variation', at)['rows'][0][0]
+
+    def test_node_voltages_stay_known_beside_output_variables(self):
+        self.solved(FEW.replace('3g', '3g voltages=1g,2g'))
+        there = self.voltage()
+        self.run_desk('var', 'ladder', 'add', 'x=1+c1')
+        self.assertEqual(self.voltage(), there)
+        self.run_desk('var', 'ladder', 'edit', 'x=max(mag(V(out)))')
+        self.assertGreaterEqual(self.document('eval', 'ladder', 'x')['rows'][0][0], there)
+
+    def test_voltages_run_over_their_own_frequencies(self):
+        self.solved(FEW.replace('3g', '3g voltages=1.5g,2.5g'))
+        one = self.voltage(at='Freq=1.5GHz')
+        rows = self.document('eval', 'ladder', 'mag(V(out))')['rows']
+        self.assertEqual([row[0] for row in rows], [1.5e9, 2.5e9])
+        self.assertEqual(rows[0][1], one)
+        self.assertIn('no such sample', self.refuse(1, 'eval', 'ladder', 'dB(S21)', '--variation', 'Freq=1.5GHz'))
+        self.assertIn('no such sample', self.refuse(1, 'eval', 'ladder', 'V(out)', '--variation', 'Freq=1GHz'))
+        rows = self.document('eval', 'ladder', 'mag(V(out))', '--over', 'c1')['rows']
+        self.assertEqual([row[1] for row in rows], [1.5e9, 2.5e9] * 3)
+
+    def test_curves_over_other_samples_in_one_report_are_told(self):
+        self.solved(FEW.replace('3g', '3g voltages=1.5g,2.5g'))
+        self.run_desk('report', 'ladder', 'add', 's', '--y', 'mag(S21)')
+        self.run_desk('report', 'ladder', 'add', 'v', '--y', 'mag(V(out))')
+        self.run_desk('report', 'ladder', 'add', 'both', '--y', 'mag(S21)', '--y', 'mag(V(out))')
+        lines = self.run_shell(['report show s', 'report show v', 'report show both', 'set c1=1.1', 'report show v',
+                                'report show s'])
+        results = [line['result'] for line in lines]
+        for shown, count in ((0, 3), (1, 2), (4, 2), (5, 3)):
+            self.assertEqual(len(results[shown]['rows']), count)
+            self.assertNotIn(None, [row[1] for row in results[shown]['rows']])
+            self.assertEqual(results[shown]['notices'], [])
+        self.assertEqual([row[:2] for row in results[2]['rows']], results[0]['rows'])
+        self.assertEqual([row[2] for row in results[2]['rows']], [None] * 3)
+        self.assertIn('runs over other samples', results[2]['notices'][0])
+
+    def test_names_that_mean_something_else_cant_name_an_output_variable(self):
+        self.solved()
+        for name in ('dB', 'bandwidth', 'KFACTOR', 'MaxGain', 'IL', 'rl'):
+            with self.subTest(name):
+                told = self.refuse(2, 'var', 'ladder', 'add', f'{name}=7')
+                self.assertIn('choose another name', told)
+        self.assertEqual(self.document('var', 'ladder', 'list')['variables'], [])
+
+    def test_csv_goes_where_it_is_told_and_makes_no_folders(self):
+        self.solved()
+        question = ('eval', 'ladder', 'dB(S21)', '--variation', 'Freq=1GHz', '--csv')
+        self.assertIn('no folder', self.refuse(7, *question, 'none/x.csv'))
+        self.assertFalse(os.path.exists('none'))
+        self.refuse(2, *question, '')
+        self.run_desk(*question, 'x.csv')
+        self.assertEqual(self.run_desk(*question, '-').stdout, read('x.csv').decode())
+        self.assertFalse(os.path.exists('-'))
+        self.refuse(2, *question, '-', '--json')
 
     def test_every_edit_is_undone_and_redone(self):
         self.solved()

@@ -54,6 +54,11 @@ IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
   return *m_catalogue;
 }
 
+void QuantityExtractor::ForgetCatalogue() {
+  m_catalogue.reset();
+  m_sweepsAreCurrent = false;
+}
+
 bool QuantityExtractor::MakeCatalogueOf(AString const & variation) const {
   auto const memory = Bring(variation);
   auto made = memory ? MakeCatalogue(&memory->Get()) : nullptr;

@@ -31,6 +31,8 @@ public:
 
   /// As known from the nominal variation, where that is solved, or another one; valid until data comes or goes.
   IQuantityCatalogue const & GetCatalogue() const;
+  /// What is solved is another thing now, or known better, though no version tells it.
+  void ForgetCatalogue();
   /// Null for an unknown number.
   QuantityReportType const * FindReportType(unsigned number) const;
 

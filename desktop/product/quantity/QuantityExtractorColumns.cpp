@@ -163,6 +163,11 @@ bool QuantityExtractor::TakeColumn(SimValue const & value, QuantityColumn & colu
   QuantityInfo info;
   if (!m_loaded || !GetCatalogue().Describe(value.GetText(), info))
     return false;
+  // An axis may be a quantity too, of one report type; it names the samples of each.
+  if (QuantityColumn::Reals axis; GetVariableColumn(value.GetText(), axis)) {
+    column.numbers = std::move(axis);
+    return true;
+  }
   if (!m_loaded->quantities->GetColumn(value.GetText(), value.GetSimValueContext().GetSecond(), column))
     return false;
   if (info.reportType == m_loaded->reportType) {

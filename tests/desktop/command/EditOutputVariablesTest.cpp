@@ -46,6 +46,8 @@ TEST_F(EditOutputVariables, RefusalsTellWhatIsWrongInTheWordsOfTheCatalogue) {
   EXPECT_NE(RefusalOfAdding(L"V", L"1").text.find("quantity"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"a b", L"V").text.find("one single word"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"2", L"V").text.find("can't name"), std::string::npos);
+  EXPECT_NE(RefusalOfAdding(L"DB", L"V").text.find("a function of that name"), std::string::npos);
+  EXPECT_NE(RefusalOfAdding(L"bandwidth", L"V").text.find("a function of that name"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"x", L"V+Nothing").text.find("Nothing"), std::string::npos);
   EXPECT_EQ(RefusalOfAdding(L"x", L"V+").kind, ErrorKind::kUsage);
   EXPECT_EQ(Editor().GetHistory().Size(), 1u);
