@@ -44,6 +44,11 @@ void AddLostCurves(ReportDefinition const & definition, ReportCurves const & cur
 
 std::vector<Trace const *> AsConst(std::vector<Trace *> const & traces) { return {traces.begin(), traces.end()}; }
 
+void MarkDirty(std::list<Trace *> const & traces) {
+  for (Trace * const trace : traces)
+    trace->MarkItDirty(true);
+}
+
 } // namespace
 
 LiveReports::Report & LiveReports::ReportOf(ReportDefinition const & definition) {
@@ -67,21 +72,31 @@ void LiveReports::Make(Report & report) {
   report.isToBeMade = false;
 }
 
+// Reports share sets, so that an update of one evaluates curves of others too.  What shows the data of an older version
+// of the solution doesn't hold once there is data of the present one.
 std::size_t LiveReports::Update(Report & report, IProgressMonitor * progress) {
+  if (!report.curves.solution)
+    return 0;
+  BaseSolution & solution = *report.curves.solution;
   std::vector<Trace *> dirty;
   std::vector<ISolutionPointSet *> sets;
+  std::list<Trace *> reached;
   for (Trace * const trace : report.curves.traces) {
     if (!trace || IsUpToDate(*trace))
       continue;
     dirty.push_back(trace);
     SolutionPointSet & points = trace->GetSolutionPointSet();
-    if (std::find(sets.begin(), sets.end(), &points) == sets.end())
+    if (std::find(sets.begin(), sets.end(), &points) == sets.end()) {
       sets.push_back(&points);
+      points.GetAvailableTraces(reached);
+    }
   }
   if (sets.empty())
     return 0;
   m_session.GetManager().CentralizedUpdateSolutionPointSets(progress, &sets);
-  report.curves.solution->GetBaseSimDataExtractor()->ValidateSolutionPointSet();
+  if (solution.GetClosestVersionWithData() != solution.GetVersionID())
+    MarkDirty(reached);
+  solution.GetBaseSimDataExtractor()->ValidateSolutionPointSet();
   return dirty.size();
 }
 
@@ -144,13 +159,13 @@ void LiveReports::Follow(KelvroCommand & command) {
   }
 }
 
+// Curves that an earlier session left, of reports that nobody looked at in this one, were evaluated along with others.
 void LiveReports::ResultsChanged() {
-  for (Report & report : m_reports) {
+  for (Report & report : m_reports)
     report.isToBeMade = true;
-    for (Trace * const trace : report.curves.traces)
-      if (trace)
-        trace->MarkItDirty(true);
-  }
+  std::list<Trace *> traces;
+  m_session.GetManager().GetAvailableTraces(traces);
+  MarkDirty(traces);
 }
 
 std::vector<LiveReports::State> LiveReports::States() const {

@@ -232,20 +232,35 @@ private:
         m_points.push_back(sweep->CreateSubsweep(true));
   }
 
+  // A quantity that was there when it was asked for first is still known by its text when what it names is gone.
   bool IsGood(AString const & text) {
     HeldMessages const messages;
     std::unique_ptr<TraceComponent> const component(m_extractor.CreateTraceComponent(text, &m_context));
-    if (component)
-      return true;
     NameSpaceSetup const names(m_extractor, true);
     Value value(Units::kNoUnits);
     expr::Error error;
     bool const isExpression = ExpressionParser::ValidateExpression(value, text, {m_extractor.GetIValueParser()}, error);
+    if (component && isExpression)
+      return IsOfOneKind(text);
     AString const told = messages.Text();
     Tell(L"'" + text + L"' can't be evaluated" +
          (!isExpression   ? L": " + error.Text()
           : !told.empty() ? L": " + told
                           : AString(L"; check that what it names exists")));
+    return false;
+  }
+
+  // Solved data of two kinds run over axes of their own and are loaded one by one.
+  bool IsOfOneKind(AString const & text) {
+    BaseSolutionManager const & manager = m_session.GetManager();
+    BaseSolutionManager::ReportTypeMap types;
+    if (manager.GetOutputVariableReportTypes(text, types) <= 1)
+      return true;
+    std::vector<AString> names;
+    manager.GetReportTypeNames(names);
+    std::erase_if(names, [&](AString const & name) { return !types.count(manager.GetReportType(name)); });
+    Tell(L"'" + text + L"' mixes quantities of several kinds, " + Joined(names) +
+         L"; give each an expression of its own");
     return false;
   }
 

@@ -309,6 +309,42 @@ class Reports(DeskTest):
         self.assertEqual(len(rows), 3)
         self.assertTrue(all(row[-1] == '-' and row[-2] != '-' for row in rows), rows)
 
+    def check_solved_anew(self, edit, netlist=FEW):
+        """A report of an earlier session, and another one shown while the data are stale, with which it shares points."""
+        self.project()
+        self.run_desk('solve', 'ladder', '--quiet')
+        self.run_shell(['report add a --y dB(S(2,1))', 'report add v --y dB(S(V1,V1))', 'report show v', 'save'])
+        write('ladder.cir', netlist)
+        shown = self.run_shell([edit, 'report show a', 'solve', 'report show v'])[3]['result']
+        self.assertEqual(shown['updated_traces'], 1)
+        self.assertEqual(shown['rows'], self.document('eval', 'ladder', 'dB(S(1,1))')['rows'])
+
+    def test_a_report_of_an_earlier_session_tells_new_numbers_once_a_changed_netlist_was_solved(self):
+        self.check_solved_anew('reload', FEW.replace('{l2*1e-8}', '{l2*2e-8}'))
+
+    def test_a_report_of_an_earlier_session_tells_new_numbers_once_a_changed_setup_was_solved(self):
+        self.check_solved_anew(f'setup edit {SETUP} lin 2 1g 2g')
+
+    def test_a_deleted_port_gives_no_numbers_and_a_reason_whatever_was_shown_before(self):
+        self.project()
+        self.run_desk('solve', 'ladder', '--quiet')
+        self.run_shell(['report add a --y dB(S(1,1))', 'report add v --y dB(S(V2,V1)) --y dB(S(V1,V1))',
+                        'report show v', 'save'])
+        write('ladder.cir', ONE_PORT)
+        shown = self.run_shell(['reload', 'report show a', 'solve', 'report show v'])[3]['result']
+        self.assertEqual([row[1] for row in shown['rows']], [None] * 3)
+        self.assertNotIn(None, [row[2] for row in shown['rows']])
+        self.assertTrue(any('S(V2,V1)' in notice for notice in shown['notices']), shown['notices'])
+        self.assertIn('S(V2,V1)', self.refuse(1, 'eval', 'ladder', 'dB(S(V2,V1))'))
+
+    def test_quantities_of_two_kinds_in_one_expression_are_refused(self):
+        self.project(FEW.replace('.sp lin 3 1g 3g', '.sp lin 3 1g 3g voltages=1g'))
+        self.run_desk('solve', 'ladder', '--quiet')
+        for expression in ('mag(V(out))+mag(S(2,1))', 'max(mag(V(out)))*max(mag(S(2,1)))'):
+            told = self.refuse(1, 'eval', 'ladder', expression)
+            self.assertIn('kinds', told)
+            self.assertNotIn('assertion', told)
+
     def test_expressions_that_no_longer_parse_are_told(self):
         self.solved()
         self.run_desk('report', 'ladder', 'add', 'r', '--y', 'l2*mag(S(2,1))', '--y', 'dB(S(1,1))')
