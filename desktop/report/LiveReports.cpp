@@ -90,8 +90,9 @@ LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * p
     Make(report);
   std::size_t const updated = Update(report, progress);
   ReportCurves const & curves = report.curves;
-  return {curves.solution, curves.x, ReportTable(curves.over, curves.x, report.definition.y, AsConst(curves.traces)),
-          curves.problems, updated};
+  return {
+      curves.solution, curves.x,        ReportTable(curves.over, curves.x, report.definition.y, AsConst(curves.traces)),
+      curves.given,    curves.problems, updated};
 }
 
 // Whether an expression is one number for a variation shows when it is evaluated.

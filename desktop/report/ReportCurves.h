@@ -2,6 +2,7 @@
 
 #include "basekit/text/AString.h"
 
+#include <utility>
 #include <vector>
 
 class BaseSolution;
@@ -19,6 +20,7 @@ struct ReportCurves {
   AString x;                   ///< empty where curves are numbers without an axis
   std::vector<AString> over;   ///< with x, where that is a variable of the design, last
   std::vector<Trace *> traces; ///< as many as the definition has y; null for one that makes no sense now
+  std::vector<std::pair<AString, AString>> given; ///< name and value of variables that the definition stands at
   std::vector<AString> problems;
 };
 
