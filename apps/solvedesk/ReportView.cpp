@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace solvedesk {
@@ -23,6 +24,53 @@ constexpr char const * kStandardOutput = "-";
 
 bool HasAnything(desktop::ReportTable const & table) { return table.RowCount() > table.GapCount(); }
 
+using Values = std::vector<std::pair<AString, AString>>;
+
+std::string Quoted(std::string const & word) {
+  return word.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_.=+-") ==
+                 std::string::npos
+             ? word
+             : '"' + word + '"';
+}
+
+/// A point of the design: how it is told, and the words that solve it.
+struct Point {
+  Point(Values const & values, std::string const & project) : command("`solvedesk solve " + project) {
+    for (auto const & [name, value] : values) {
+      std::string const pair = Utf8(name) + "=" + Utf8(value);
+      text += (text.empty() ? "" : "; ") + pair;
+      command += " --vary " + Quoted(pair);
+    }
+    command += '`';
+  }
+  std::string text;
+  std::string command;
+};
+
+Values FirstGapOf(desktop::LiveReports::Shown const & shown) {
+  Values values = shown.table.FirstGap();
+  for (auto const & [name, value] : shown.given)
+    if (std::none_of(values.begin(), values.end(),
+                     [&name](auto const & other) { return AString::MatchNoCase(other.first, name); }))
+      values.emplace_back(name, value);
+  return values;
+}
+
+std::string NoteOfGaps(desktop::LiveReports::Shown const & shown, std::string const & project) {
+  std::size_t const gaps = shown.table.GapCount();
+  Point const first(FirstGapOf(shown), project);
+  return gaps == 1 ? fmt::format("1 variation has no solved data: {}; {} solves it", first.text, first.command)
+                   : fmt::format("{} have no solved data, the first at {}; {} solves that one",
+                                 Count(static_cast<long long>(gaps), "variation"), first.text, first.command);
+}
+
+std::string NothingSolved(desktop::LiveReports::Shown const & shown, std::string const & project) {
+  Point const point(shown.given, project);
+  return fmt::format("{}: nothing is solved {}; run {} first", Utf8(ProjectPath(project)),
+                     point.text.empty() ? std::string("that the report could show") : "at " + point.text,
+                     point.command);
+}
+
 std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project) {
   std::vector<std::string> notes;
   for (AString const & problem : shown.problems)
@@ -33,10 +81,8 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
     notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
                                 "solves them anew",
                                 Utf8(shown.solution->GetGlobalSolutionName()), project, project));
-  if (std::size_t const gaps = shown.table.GapCount())
-    notes.push_back(fmt::format("{} {} no solved data; `solvedesk solve {}` solves {}",
-                                Count(static_cast<long long>(gaps), "variation"), gaps == 1 ? "has" : "have", project,
-                                gaps == 1 ? "it" : "them"));
+  if (shown.table.GapCount() > 0)
+    notes.push_back(NoteOfGaps(shown, project));
   return notes;
 }
 
@@ -104,9 +150,7 @@ void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports:
   std::vector<std::string> const notes = NotesOf(shown, project);
   if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || !HasAnything(shown.table)) {
     std::string const reason =
-        notes.empty() ? fmt::format("{}: nothing is solved that the report could show; run `solvedesk solve {}` first",
-                                    Utf8(ProjectPath(project)), project)
-                      : fmt::format("{}", fmt::join(notes, "; "));
+        notes.empty() ? NothingSolved(shown, project) : fmt::format("{}", fmt::join(notes, "; "));
     throw desktop::Error(ErrorKind::kFailed, text::FromUtf8(reason));
   }
   for (std::string const & note : notes)

@@ -112,7 +112,7 @@ LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * p
   ReportTable const table(curves.over, curves.x, report.definition.y, AsConst(curves.traces));
   std::vector<AString> problems = curves.problems;
   AddLostCurves(report.definition, curves, table, problems);
-  return {curves.solution, curves.x, table, problems, updated};
+  return {curves.solution, curves.x, table, curves.given, problems, updated};
 }
 
 // Whether an expression is one number for a variation shows when it is evaluated.

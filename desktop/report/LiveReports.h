@@ -27,8 +27,9 @@ public:
     BaseSolution const * solution; ///< null when the project has none of that name
     AString x;                     ///< empty without an axis
     ReportTable table;
-    std::vector<AString> problems; ///< one line each; what they are about is missing in the table
-    std::size_t updated = 0;       ///< curves that were evaluated for this
+    std::vector<std::pair<AString, AString>> given; ///< variables that the definition stands at, with their values
+    std::vector<AString> problems;                  ///< one line each; what they are about is missing in the table
+    std::size_t updated = 0;                        ///< curves that were evaluated for this
   };
   /// Brings the report up to date; a report whose curves all are reads nothing.  The table stands until the next call
   /// of any operation.

@@ -5,7 +5,9 @@
 #include "basekit/value/Variable.h"
 #include "basekit/value/expression/Error.h"
 #include "basekit/value/variation/VariationText.h"
+#include "desktop/Error.h"
 #include "desktop/design/Design.h"
+#include "desktop/design/NumberWord.h"
 #include "desktop/message/HeldMessages.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
@@ -189,16 +191,31 @@ private:
       Tell(L"'" + m_report.variation + L"' is no variation; write it as in \"C1=1.2pF; L1=4nH\"");
       return false;
     }
-    std::vector<std::pair<AString, AString>> values;
     for (VariationText::Pair const & pair : variation.Pairs()) {
       AString const name(pair.name);
-      if (m_design.FindVariable(name))
-        values.emplace_back(m_design.FindVariable(name)->GetName(), AString(pair.text));
-      else if (!GoToSample(name, pair))
+      Variable const * const variable = m_design.FindVariable(name);
+      if (variable ? !IsValueOf(*variable, pair) : !GoToSample(name, pair))
         return false;
+      if (variable)
+        m_curves.given.emplace_back(variable->GetName(), AString(pair.text));
     }
-    m_instance = &m_design.InstanceFor(m_design.GetVariation(values));
+    m_instance = &m_design.InstanceFor(m_design.GetVariation(m_curves.given));
     return true;
+  }
+
+  // What a number is wanted for is refused as in other requests, but what the design itself says of the variable.
+  bool IsValueOf(Variable const & variable, VariationText::Pair const & pair) {
+    VariationText const nominal(m_design.GetVariation());
+    VariationText::Pair const * const own = nominal.Find(variable.GetName().View());
+    if (!own || !own->isNumber || own->text == pair.text)
+      return true;
+    try {
+      ReadNumberWord(AString(pair.text), variable.GetName());
+      return true;
+    } catch (Error const & error) {
+      Tell(text::FromUtf8(error.what()));
+      return false;
+    }
   }
 
   bool GoToSample(AString const & name, VariationText::Pair const & pair) {

@@ -2,6 +2,7 @@
 
 #include "basekit/text/AString.h"
 
+#include <utility>
 #include <vector>
 
 class BaseSolution;
@@ -21,6 +22,7 @@ struct ReportCurves {
   std::vector<Trace *> traces; ///< as many as the definition has y; null for one that makes no sense now
   /// By y: what it names runs over other samples than the curves here.
   std::vector<bool> hasOtherSamples;
+  std::vector<std::pair<AString, AString>> given; ///< name and value of variables that the definition stands at
   std::vector<AString> problems;
 };
 

@@ -101,6 +101,14 @@ std::size_t ReportTable::GapCount() const {
       std::count_if(m_parts.begin(), m_parts.end(), [](Part const & part) { return part.isMissing; }));
 }
 
+std::vector<std::pair<AString, AString>> ReportTable::FirstGap() const {
+  std::vector<std::pair<AString, AString>> values;
+  auto const gap = std::find_if(m_parts.begin(), m_parts.end(), [](Part const & part) { return part.isMissing; });
+  for (std::size_t i = 0; gap != m_parts.end() && i < m_variables; ++i)
+    values.emplace_back(m_columns[i].title, gap->texts[i]);
+  return values;
+}
+
 std::size_t ReportTable::LongestCurve() const {
   std::size_t longest = 0;
   for (Part const & part : m_parts)

@@ -6,6 +6,7 @@
 #include <complex>
 #include <cstddef>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class Trace;
@@ -34,6 +35,8 @@ public:
   std::size_t RowCount() const { return m_rows; }
   /// How many variations have no data.
   std::size_t GapCount() const;
+  /// Name and value of the variables at the first variation that has no data; empty without such.
+  std::vector<std::pair<AString, AString>> FirstGap() const;
   /// How many rows the variation of the most rows has.
   std::size_t LongestCurve() const;
   /// Nothing for a value that is missing.

@@ -345,6 +345,22 @@ class Reports(DeskTest):
             self.assertIn('kinds', told)
             self.assertNotIn('assertion', told)
 
+    def test_what_isnt_solved_is_told_with_the_solve_that_brings_it(self):
+        self.solved()
+        told = self.refuse(1, 'eval', 'ladder', 'dB(S(2,1))', '--variation', 'c1=2; Freq=1GHz')
+        self.assertIn('nothing is solved at c1=2', told)
+        self.assertIn('`solvedesk solve ladder --vary c1=2`', told)
+        self.run_desk('solve', 'ladder', '--vary', 'c1=2', '--quiet')
+        self.run_desk('eval', 'ladder', 'dB(S(2,1))', '--variation', 'c1=2; Freq=1GHz')
+        done = self.run_desk('eval', 'ladder', 'max(dB(S(2,1)))', '--over', 'c1,l2')
+        self.assertIn('1 variation has no solved data: c1=2; l2=0.9; '
+                      '`solvedesk solve ladder --vary c1=2 --vary l2=0.9` solves it', done.stderr)
+
+    def test_values_that_are_no_numbers_are_refused(self):
+        self.solved()
+        for value, reason in {'abc': 'is no number', '3m': 'two ways'}.items():
+            self.assertIn(reason, self.refuse(1, 'eval', 'ladder', 'dB(S(2,1))', '--variation', f'c1={value}'))
+
     def test_expressions_that_no_longer_parse_are_told(self):
         self.solved()
         self.run_desk('report', 'ladder', 'add', 'r', '--y', 'l2*mag(S(2,1))', '--y', 'dB(S(1,1))')
