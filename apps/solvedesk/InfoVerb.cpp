@@ -12,7 +12,7 @@
 #include "desktop/product/IResultReceiver.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 

@@ -5,7 +5,7 @@
 #include "desktop/Error.h"
 #include "desktop/command/Editor.h"
 #include "desktop/product/ProductSolutionManager.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>

@@ -4,9 +4,9 @@
 #include "bench/support/OwnProcess.h"
 #include "bench/support/RunLoop.h"
 #include "bench/support/SolvedWorld.h"
-#include "plotkit/SolutionPointSet.h"
-#include "plotkit/Trace.h"
-#include "plotkit/TraceComponent.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/trace/Trace.h"
+#include "plotkit/trace/TraceComponent.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

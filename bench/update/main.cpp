@@ -4,8 +4,8 @@
 #include "bench/support/Measure.h"
 #include "bench/support/RunLoop.h"
 #include "bench/support/SolvedWorld.h"
-#include "plotkit/SolutionPointSet.h"
-#include "plotkit/Trace.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/trace/Trace.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

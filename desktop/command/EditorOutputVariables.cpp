@@ -9,7 +9,7 @@
 #include "desktop/report/ExpressionWords.h"
 #include "desktop/report/LiveReports.h"
 #include "desktop/report/ReportList.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 #include <algorithm>

@@ -6,7 +6,7 @@
 #include "desktop/project/Session.h"
 #include "desktop/report/ExpressionWords.h"
 #include "desktop/report/ReportList.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/desktop/ISimValueManager.h"
-#include "plotkit/DatasetValue.h"
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/DatasetValue.h"
+#include "plotkit/simvalue/SimValueContext.h"
 
 #include <map>
 #include <memory>

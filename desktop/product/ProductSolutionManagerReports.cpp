@@ -4,9 +4,9 @@
 #include "basekit/command/KelvroCommand.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
-#include "plotkit/COutputVarKvroCmdInfo.h"
-#include "plotkit/SimValueContext.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/outputvariable/COutputVarKvroCmdInfo.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/simvalue/SimValueContext.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCache.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "plotkit/PortSettings.h"
+#include "plotkit/simvalue/PortSettings.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
 namespace desktop {

@@ -4,8 +4,8 @@
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/ReportList.h"
-#include "plotkit/SolutionPointSet.h"
-#include "plotkit/Trace.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/trace/Trace.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolution.h"
 

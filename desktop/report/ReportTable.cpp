@@ -2,8 +2,8 @@
 
 #include "basekit/value/ExpressionValue.h"
 #include "basekit/value/variation/VariationText.h"
-#include "plotkit/Trace.h"
-#include "plotkit/TraceComponent.h"
+#include "plotkit/trace/Trace.h"
+#include "plotkit/trace/TraceComponent.h"
 
 #include <algorithm>
 #include <map>

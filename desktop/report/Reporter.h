@@ -2,7 +2,7 @@
 
 #include "CoreInterfaces/reportkern/IReporter.h"
 #include "desktop/report/ReporterTab.h"
-#include "plotkit/SubsweepVector.h"
+#include "plotkit/sweep/SubsweepVector.h"
 
 namespace desktop {
 

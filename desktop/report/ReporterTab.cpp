@@ -1,7 +1,7 @@
 #include "desktop/report/ReporterTab.h"
 
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
-#include "plotkit/TraceComponent.h"
+#include "plotkit/trace/TraceComponent.h"
 
 namespace desktop {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreInterfaces/reportkern/IReporterTab.h"
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 
 class ISimDataExtractor;
 

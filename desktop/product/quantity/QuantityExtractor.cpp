@@ -5,7 +5,7 @@
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "basekit/value/Variable.h"
 #include "desktop/product/quantity/LoadedQuantities.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/simvalue/SimValue.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 

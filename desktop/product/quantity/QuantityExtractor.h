@@ -2,7 +2,7 @@
 
 #include "desktop/product/quantity/IQuantityCatalogue.h"
 #include "desktop/product/quantity/SolvedVariations.h"
-#include "plotkit/ISolvedColumns.h"
+#include "plotkit/simvalue/ISolvedColumns.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 #include <map>

@@ -4,7 +4,7 @@
 #include "desktop/product/quantity/LoadedQuantities.h"
 #include "desktop/product/quantity/QuantityColumn.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/simvalue/SimValue.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"

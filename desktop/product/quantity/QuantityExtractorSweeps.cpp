@@ -4,7 +4,7 @@
 #include "basekit/value/Variable.h"
 #include "desktop/product/quantity/LoadedQuantities.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
-#include "plotkit/Sweep.h"
+#include "plotkit/sweep/Sweep.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 

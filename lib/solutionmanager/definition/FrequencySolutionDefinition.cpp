@@ -4,7 +4,7 @@
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlockFuncPtr.h"
 #include "basekit/io/DoDataExchange.h"
-#include "plotkit/SweepValues.h"
+#include "plotkit/sweep/SweepValues.h"
 
 bool FrequencySolutionDefinition::operator==(ISolutionDefinition const & other) const {
   auto const * theirs = dynamic_cast<FrequencySolutionDefinition const *>(&other);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreInterfaces/solution/ISolutionDefinition.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 
 #include <vector>
 

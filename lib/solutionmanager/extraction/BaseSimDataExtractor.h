@@ -8,7 +8,7 @@
 #include "basekit/io/ReadError.h"
 #include "basekit/value/ValueState.h"
 #include "basekit/value/VariableValues.h"
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 #include "solutionmanager/extraction/SimDataExtractorForReports.h"
 #include "solutionmanager/extraction/SimDataExtractorForSweepwise.h"
 

@@ -1,7 +1,7 @@
 #include "solutionmanager/extraction/CentralizedUpdateSolutionInstance.h"
 
 #include "basekit/diag/IMemoryTimeProfiler.h"
-#include "plotkit/SolutionLoadDefinition.h"
+#include "plotkit/simvalue/SolutionLoadDefinition.h"
 
 CentralizedUpdateSolutionInstance::~CentralizedUpdateSolutionInstance() = default;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plotkit/IContextedDerivedDataInstance.h"
+#include "plotkit/simvalue/IContextedDerivedDataInstance.h"
 
 /// An instance of a solution as derived data of that solution: what it defines is told with the identifiers of design
 /// and solution.  The instance is the extractor's.

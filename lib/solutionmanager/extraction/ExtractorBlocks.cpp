@@ -3,11 +3,11 @@
 #include "basekit/command/KelvroIDServer.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
-#include "plotkit/PostprocessSweep.h"
-#include "plotkit/SimValue.h"
-#include "plotkit/SolutionPointSet.h"
-#include "plotkit/Sweep.h"
-#include "plotkit/SynchronizedSweep.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/simvalue/SimValue.h"
+#include "plotkit/sweep/PostprocessSweep.h"
+#include "plotkit/sweep/Sweep.h"
+#include "plotkit/sweep/SynchronizedSweep.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 
 class BaseSimDataExtractor;
 class ISimDataExtractor;

@@ -5,7 +5,7 @@
 #include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "CoreInterfaces/solution/ISimulationSetup.h"
 #include "basekit/value/VariableNameSpace.h"
-#include "plotkit/SweepBase.h"
+#include "plotkit/sweep/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/SweepList.h"
 #include "solutionmanager/model/BaseSolution.h"

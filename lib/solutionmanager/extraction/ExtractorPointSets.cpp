@@ -3,7 +3,7 @@
 #include "CoreInterfaces/desktop/ISimValueManager.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/id/Id.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/pointset/SolutionPointSet.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/PointSetList.h"

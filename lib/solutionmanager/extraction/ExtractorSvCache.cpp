@@ -2,7 +2,7 @@
 
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/io/CBlock.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/pointset/SolutionPointSet.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/ReportRegime.h"
 #include "solutionmanager/extraction/SvCacheFile.h"

@@ -3,7 +3,7 @@
 #include "CoreInterfaces/solution/ISimulationSetup.h"
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
-#include "plotkit/Sweep.h"
+#include "plotkit/sweep/Sweep.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "solutionmanager/extraction/ReportRegime.h"

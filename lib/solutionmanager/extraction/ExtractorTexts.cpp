@@ -2,8 +2,8 @@
 
 #include "CoreInterfaces/desktop/ISimValueManager.h"
 #include "basekit/diag/Assert.h"
-#include "plotkit/ReferencesSimValuesMessage.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/simvalue/ReferencesSimValuesMessage.h"
+#include "plotkit/simvalue/SimValue.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/ReportRegime.h"
 #include "solutionmanager/extraction/TextResolution.h"

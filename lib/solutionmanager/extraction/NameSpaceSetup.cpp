@@ -3,7 +3,7 @@
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "CoreInterfaces/desktop/IDesignEditor.h"
 #include "basekit/value/Value.h"
-#include "plotkit/valueutils.h"
+#include "plotkit/simvalue/valueutils.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 

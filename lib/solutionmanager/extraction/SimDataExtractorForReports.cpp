@@ -5,7 +5,7 @@
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/diag/IMemoryTimeProfiler.h"
-#include "plotkit/SweepBase.h"
+#include "plotkit/sweep/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 SimDataExtractorForReports::~SimDataExtractorForReports() = default;

@@ -2,7 +2,7 @@
 
 #include "CoreInterfaces/solution/ISimDataExtractor2.h"
 #include "CoreInterfaces/solution/ISolution.h"
-#include "plotkit/SolutionLoadDefinition.h"
+#include "plotkit/simvalue/SolutionLoadDefinition.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/CentralizedUpdateSolutionInstance.h"
 #include "solutionmanager/model/BaseSolutionManager.h"

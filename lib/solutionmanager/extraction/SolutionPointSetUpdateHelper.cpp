@@ -7,7 +7,7 @@
 #include "basekit/message/CProgressQuotaSetter.h"
 #include "basekit/message/IProgressMonitor.h"
 #include "basekit/value/VariableValuesRestorer.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/pointset/SolutionPointSet.h"
 #include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 

@@ -1,8 +1,8 @@
 #include "solutionmanager/extraction/SweepList.h"
 
 #include "basekit/value/Variable.h"
-#include "plotkit/Sweep.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/Sweep.h"
+#include "plotkit/sweep/SweepDefinition.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "solutionmanager/extraction/TextResolution.h"
 
-#include "plotkit/OutputVariable.h"
-#include "plotkit/OutputVariableVisit.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/outputvariable/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariableVisit.h"
+#include "plotkit/simvalue/SimValue.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 

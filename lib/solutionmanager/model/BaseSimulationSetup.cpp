@@ -9,7 +9,7 @@
 #include "basekit/profile/CProfileData.h"
 #include "basekit/value/Variable.h"
 #include "basekit/value/VariableValues.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "solutionmanager/convergence/ConvergenceData.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"

@@ -13,7 +13,7 @@
 #include "basekit/diag/Assert.h"
 #include "basekit/io/ReadError.h"
 #include "basekit/value/ValueState.h"
-#include "plotkit/PortSettings.h"
+#include "plotkit/simvalue/PortSettings.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 
 #include <list>

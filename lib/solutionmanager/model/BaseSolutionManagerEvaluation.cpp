@@ -6,7 +6,7 @@
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/diag/IMemoryTimeProfiler.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/pointset/SolutionPointSet.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/AffectedVariables.h"

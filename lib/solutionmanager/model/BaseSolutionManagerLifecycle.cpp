@@ -10,7 +10,7 @@
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/BlockJournal.h"
 #include "basekit/io/CBlock.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/convergence/SetupConvDef.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/SolutionInstanceManager.h"

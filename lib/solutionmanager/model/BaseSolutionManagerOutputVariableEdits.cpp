@@ -3,7 +3,7 @@
 #include "CoreInterfaces/reportkern/IOutputVariableMgr.h"
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/diag/Assert.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 #include "solutionmanager/outputvariables/VariableEdits.h"

@@ -1,9 +1,9 @@
 // The manager's side of traces: which are there, what an edit does to them, how they are copied.
 
 #include "basekit/diag/Assert.h"
-#include "plotkit/SolutionPointSet.h"
-#include "plotkit/Trace3D.h"
-#include "plotkit/TraceComponent.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/trace/Trace3D.h"
+#include "plotkit/trace/TraceComponent.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCache.h"

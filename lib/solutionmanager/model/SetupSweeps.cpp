@@ -3,7 +3,7 @@
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_ptr.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/message/MessageQueueRestorer.h"
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/SharedAnalyses.h"
 

@@ -1,6 +1,6 @@
 #include "solutionmanager/outputvariables/CannedVariables.h"
 
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 
 #include <unordered_map>
 #include <vector>

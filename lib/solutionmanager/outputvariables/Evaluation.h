@@ -1,7 +1,7 @@
 #pragma once
 
 #include "basekit/value/VariableValues.h"
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 
 #include <functional>
 

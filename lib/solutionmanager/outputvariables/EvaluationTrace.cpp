@@ -1,9 +1,9 @@
 #include "solutionmanager/outputvariables/EvaluationTrace.h"
 
 #include "basekit/value/Value.h"
-#include "plotkit/SolutionPointSet.h"
-#include "plotkit/Trace.h"
-#include "plotkit/TraceComponent.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/trace/Trace.h"
+#include "plotkit/trace/TraceComponent.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
 EvaluationTrace::EvaluationTrace(BaseSimDataExtractor & extractor, SubsweepVector const & subsweeps,

@@ -1,6 +1,6 @@
 #include "solutionmanager/outputvariables/ExpressionRules.h"
 
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/SDEOutputDataValueParser.h"

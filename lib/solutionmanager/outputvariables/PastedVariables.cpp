@@ -4,7 +4,7 @@
 #include "basekit/diag/Assert.h"
 #include "basekit/id/LocalNameServer.h"
 #include "basekit/io/CBlock.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 

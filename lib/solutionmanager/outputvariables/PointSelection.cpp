@@ -3,11 +3,11 @@
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
 #include "basekit/value/VariableValues.h"
 #include "basekit/value/units/Tolerance.h"
-#include "plotkit/PostprocessSweep.h"
-#include "plotkit/Subsweep.h"
-#include "plotkit/SubsweepVector.h"
-#include "plotkit/Sweep.h"
-#include "plotkit/SynchronizedSweep.h"
+#include "plotkit/sweep/PostprocessSweep.h"
+#include "plotkit/sweep/Subsweep.h"
+#include "plotkit/sweep/SubsweepVector.h"
+#include "plotkit/sweep/Sweep.h"
+#include "plotkit/sweep/SynchronizedSweep.h"
 
 namespace {
 

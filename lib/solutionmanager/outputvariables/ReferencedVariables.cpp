@@ -3,8 +3,8 @@
 #include "CoreInterfaces/desktop/IDesign.h"
 #include "basekit/value/ExpressionParser.h"
 #include "basekit/value/VariableNameSpace.h"
-#include "plotkit/OutputVariable.h"
-#include "plotkit/OutputVariableVisit.h"
+#include "plotkit/outputvariable/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariableVisit.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/OpenedVariables.h"
 

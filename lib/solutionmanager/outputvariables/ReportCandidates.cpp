@@ -1,7 +1,7 @@
 #include "solutionmanager/outputvariables/ReportCandidates.h"
 
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/ContextValidity.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"

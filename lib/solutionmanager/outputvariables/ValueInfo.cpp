@@ -3,7 +3,7 @@
 #include "CoreInterfaces/solution/ISolution.h"
 #include "basekit/id/Id.h"
 #include "basekit/value/ExpressionParser.h"
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/extraction/SDEOutputDataValueParser.h"
 #include "solutionmanager/model/BaseSolutionManager.h"

@@ -1,7 +1,7 @@
 #include "solutionmanager/outputvariables/VariableBlocks.h"
 
 #include "basekit/io/CBlock.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
 

@@ -1,6 +1,6 @@
 #include "solutionmanager/undo/COutputVariableMapDeltaState.h"
 
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 
 template class MapDeltaState<AString, OutputVariable *, AString::NoCaseLess>;
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "basekit/command/KelvroCommandInfo.h"
-#include "plotkit/PortSettings.h"
+#include "plotkit/simvalue/PortSettings.h"
 #include "products/rfcircuit/product/quantity/INetworkQuantity.h"
 
 #include <vector>

@@ -1,6 +1,6 @@
 #include "products/rfcircuit/product/RfExtractor.h"
 
-#include "plotkit/PortSettings.h"
+#include "plotkit/simvalue/PortSettings.h"
 #include "products/rfcircuit/product/RfVariation.h"
 #include "products/rfcircuit/product/quantity/CannedExpressions.h"
 #include "products/rfcircuit/product/quantity/NodeVoltageFiles.h"

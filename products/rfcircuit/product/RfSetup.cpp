@@ -5,7 +5,7 @@
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/NumberText.h"
 #include "basekit/text/Utf8.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "products/rfcircuit/product/RfSolution.h"
 #include "products/rfcircuit/product/SweepColumns.h"
 #include "products/rfcircuit/product/SweepSettings.h"

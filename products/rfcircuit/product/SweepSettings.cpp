@@ -4,7 +4,7 @@
 #include "basekit/io/CBlockFuncPtr.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/Utf8.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
 #include "products/rfcircuit/engine/sweep/FrequencySweep.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"

@@ -1,4 +1,4 @@
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "tests/desktop/command/EditorFixture.h"
 
 using desktop::ErrorKind;

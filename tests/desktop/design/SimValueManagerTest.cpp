@@ -1,8 +1,8 @@
 #include "desktop/design/SimValueManager.h"
 
 #include "basekit/value/Variable.h"
-#include "plotkit/ReferencesSimValuesMessage.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/simvalue/ReferencesSimValuesMessage.h"
+#include "plotkit/simvalue/SimValue.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/product/ProductRegistry.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "products/rfcircuit/engine/sweep/AdaptiveSweep.h"
 #include "products/rfcircuit/product/RegisterRfCircuit.h"
 #include "products/rfcircuit/product/SweepColumns.h"

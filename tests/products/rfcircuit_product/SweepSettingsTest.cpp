@@ -3,7 +3,7 @@
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "products/rfcircuit/engine/sweep/FrequencySweep.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"
 #include "tests/support/Printers.h"

@@ -1,4 +1,4 @@
-#include "plotkit/SolutionLoadDefinition.h"
+#include "plotkit/simvalue/SolutionLoadDefinition.h"
 #include "solutionmanager/extraction/SingleISolutionUpdateInfo.h"
 #include "solutionmanager/extraction/SolutionPointSetUpdateHelper.h"
 #include "tests/solutionmanager/extraction/UpdateFixture.h"

@@ -2,8 +2,8 @@
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/text/Utf8.h"
 #include "basekit/value/VariableNameSpace.h"
-#include "plotkit/PostprocessSweep.h"
-#include "plotkit/SynchronizedSweep.h"
+#include "plotkit/sweep/PostprocessSweep.h"
+#include "plotkit/sweep/SynchronizedSweep.h"
 #include "tests/solutionmanager/extraction/ReportExtractor.h"
 
 #include <fstream>

@@ -1,6 +1,6 @@
 #include "basekit/command/PropertyCommandInfo.h"
-#include "plotkit/IndexedSubsweep.h"
-#include "plotkit/PostprocessSweep.h"
+#include "plotkit/sweep/IndexedSubsweep.h"
+#include "plotkit/sweep/PostprocessSweep.h"
 #include "tests/solutionmanager/extraction/ReportExtractor.h"
 
 using support::AssertWatch;

@@ -2,8 +2,8 @@
 #include "basekit/command/PropertyCommandInfo.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/value/VariableNameSpace.h"
-#include "plotkit/PostprocessSweep.h"
-#include "plotkit/SynchronizedSweep.h"
+#include "plotkit/sweep/PostprocessSweep.h"
+#include "plotkit/sweep/SynchronizedSweep.h"
 #include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "tests/solutionmanager/extraction/ReportExtractor.h"
 

@@ -1,7 +1,7 @@
 #include "CoreInterfaces/solution/IDesignDataExtractorForReportSetupUI.h"
 #include "CoreInterfaces/solution/ISimDataExtractor3.h"
 #include "basekit/diag/IMemoryTimeProfiler.h"
-#include "plotkit/SynchronizedSweep.h"
+#include "plotkit/sweep/SynchronizedSweep.h"
 #include "tests/solutionmanager/extraction/UpdateFixture.h"
 
 using support::AssertWatch;

@@ -1,6 +1,6 @@
 #include "basekit/value/VariableValuesRestorer.h"
-#include "plotkit/PostprocessSweep.h"
-#include "plotkit/TextTraceComponent.h"
+#include "plotkit/sweep/PostprocessSweep.h"
+#include "plotkit/trace/TextTraceComponent.h"
 #include "tests/solutionmanager/extraction/UpdateFixture.h"
 
 using support::AssertWatch;

@@ -1,5 +1,5 @@
-#include "plotkit/ExtendedTraceInfo.h"
-#include "plotkit/PostprocessMsg.h"
+#include "plotkit/simvalue/PostprocessMsg.h"
+#include "plotkit/trace/ExtendedTraceInfo.h"
 #include "tests/solutionmanager/extraction/TraceFixture.h"
 
 using support::AssertWatch;

@@ -1,5 +1,5 @@
 #include "solutionmanager/extraction/ReportRegime.h"
-#include "plotkit/SubsweepVector.h"
+#include "plotkit/sweep/SubsweepVector.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
 #include "tests/solutionmanager/extraction/ReportExtractor.h"
 

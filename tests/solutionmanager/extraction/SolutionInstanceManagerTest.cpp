@@ -1,8 +1,8 @@
 #include "solutionmanager/extraction/SolutionInstanceManager.h"
 #include "CoreInterfaces/solution/ISimDataExtractor2.h"
 #include "basekit/diag/IMemoryTimeProfiler.h"
-#include "plotkit/IContextedDerivedDataInstance.h"
-#include "plotkit/SolutionLoadDefinition.h"
+#include "plotkit/simvalue/IContextedDerivedDataInstance.h"
+#include "plotkit/simvalue/SolutionLoadDefinition.h"
 #include "tests/solutionmanager/extraction/UpdateFixture.h"
 
 using Texts = std::vector<AString>;

@@ -1,7 +1,7 @@
 // What the words of an expression mean to an extractor.
 
 #include "basekit/value/AComplex.h"
-#include "plotkit/ReferencesSimValuesMessage.h"
+#include "plotkit/simvalue/ReferencesSimValuesMessage.h"
 #include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "solutionmanager/extraction/SDEOutputDataValueParser.h"
 #include "tests/solutionmanager/extraction/ReportExtractor.h"

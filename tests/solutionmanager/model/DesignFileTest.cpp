@@ -4,7 +4,7 @@
 #include "basekit/io/CBlock_func.h"
 #include "basekit/io/CBlock_ptr.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
 #include "tests/support/Printers.h"

@@ -3,7 +3,7 @@
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "solutionmanager/definition/FrequencySolutionDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/Golden.h"

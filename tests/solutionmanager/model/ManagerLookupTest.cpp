@@ -3,7 +3,7 @@
 #include "CoreInterfaces/solution/IProductSolutionMgrForReportSetupUI.h"
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/value/Value.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
 #include "tests/support/Printers.h"

@@ -2,7 +2,7 @@
 
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/Printers.h"
 

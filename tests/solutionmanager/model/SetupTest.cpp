@@ -3,7 +3,7 @@
 #include "CoreInterfaces/desktop/SimulationTask.h"
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/file/LongFileName.h"
-#include "plotkit/SweepDefinition.h"
+#include "plotkit/sweep/SweepDefinition.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
 #include "tests/support/Printers.h"

@@ -1,6 +1,6 @@
 // Binding an output variable's text to the quantities of one extractor.
 
-#include "plotkit/OutputVariableLegacyUpdater.h"
+#include "plotkit/outputvariable/OutputVariableLegacyUpdater.h"
 #include "tests/solutionmanager/outputvariables/VariablesFixture.h"
 
 #include "basekit/value/VariableNameSpace.h"

@@ -1,7 +1,7 @@
 // Values of output variables, and who is told what when there is none.
 
 #include "CoreInterfaces/desktop/IReportUpdateService.h"
-#include "plotkit/PostprocessSweep.h"
+#include "plotkit/sweep/PostprocessSweep.h"
 #include "tests/solutionmanager/outputvariables/EvaluationFixture.h"
 
 #include <cmath>

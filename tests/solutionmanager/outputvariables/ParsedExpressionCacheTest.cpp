@@ -2,7 +2,7 @@
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
 #include "solutionmanager/outputvariables/SharedAnalyses.h"
 
-#include "plotkit/SimValueContext.h"
+#include "plotkit/simvalue/SimValueContext.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
 

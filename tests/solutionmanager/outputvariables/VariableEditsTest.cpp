@@ -1,6 +1,6 @@
 #include "CoreInterfaces/reportkern/IOutputVariableMgr.h"
 #include "basekit/text/Utf8.h"
-#include "plotkit/COutputVarKvroCmdInfo.h"
+#include "plotkit/outputvariable/COutputVarKvroCmdInfo.h"
 #include "tests/solutionmanager/outputvariables/VariablesFixture.h"
 
 #include <sstream>

@@ -2,8 +2,8 @@
 
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/value/Variable.h"
-#include "plotkit/OutputVariable.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/outputvariable/OutputVariable.h"
+#include "plotkit/simvalue/SimValue.h"
 #include "tests/solutionmanager/support/TestProduct.h"
 #include "tests/support/AssertWatch.h"
 #include "tests/support/Printers.h"

@@ -3,7 +3,7 @@
 
 #include "basekit/command/CUndoableObjectDeltaState.h"
 #include "basekit/command/KelvroCommand.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/undo/CAllSolutionsDeltaState.h"
 #include "solutionmanager/undo/COutputVariableMapDeltaState.h"
 #include "solutionmanager/undo/CPreserveStateDeltaState_T.h"

@@ -1,7 +1,7 @@
 #include "solutionmanager/undo/COutputVariableMapDeltaState.h"
 #include "solutionmanager/undo/SolutionMapDeltaState.h"
 
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "tests/support/AssertWatch.h"
 
 #include <gtest/gtest.h>

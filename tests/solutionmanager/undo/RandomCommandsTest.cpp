@@ -1,7 +1,7 @@
 // Long runs of mixed edits with undo and redo, beside a plain model of the design that knows values only.
 
 #include "basekit/command/KelvroCommand.h"
-#include "plotkit/OutputVariable.h"
+#include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/undo/COutputVariableMapDeltaState.h"
 #include "solutionmanager/undo/CPreserveStateDeltaState_T.h"
 #include "solutionmanager/undo/SolutionVariationMapDeltaState.h"

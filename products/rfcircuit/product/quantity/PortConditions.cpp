@@ -1,6 +1,6 @@
 #include "products/rfcircuit/product/quantity/PortConditions.h"
 
-#include "plotkit/PortSettings.h"
+#include "plotkit/simvalue/PortSettings.h"
 #include "products/rfcircuit/product/NetworkData.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "tests/products/rfcircuit_product/quantity/ExtractorFixture.h"
 
-#include "plotkit/PortSettings.h"
-#include "plotkit/Sweep.h"
+#include "plotkit/simvalue/PortSettings.h"
+#include "plotkit/sweep/Sweep.h"
 
 namespace rftest {
 

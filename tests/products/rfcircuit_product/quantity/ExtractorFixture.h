@@ -2,7 +2,7 @@
 
 #include "basekit/value/Variable.h"
 #include "basekit/value/VariableValues.h"
-#include "plotkit/SimValue.h"
+#include "plotkit/simvalue/SimValue.h"
 #include "products/rfcircuit/product/RfExtractor.h"
 #include "tests/products/rfcircuit_product/RfProductTest.h"
 

@@ -3,7 +3,7 @@
 
 #include "basekit/io/CBlock.h"
 #include "basekit/text/Utf8.h"
-#include "plotkit/Sweep.h"
+#include "plotkit/sweep/Sweep.h"
 #include "tests/products/rfcircuit_product/quantity/ExtractorFixture.h"
 
 using namespace rftest;

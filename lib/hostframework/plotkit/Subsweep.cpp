@@ -1,9 +1,0 @@
-#include "plotkit/Subsweep.h"
-
-#include "plotkit/SweepBase.h"
-
-Subsweep::Subsweep(SweepBase & sweep) : m_sweep(sweep.m_self), m_lastName(sweep.GetName()) {}
-
-Subsweep::~Subsweep() = default;
-
-AString Subsweep::GetVariableName() const { return GetSweep() ? GetSweep()->GetName() : m_lastName; }

@@ -1,7 +1,0 @@
-#include "plotkit/TraceDescription.h"
-
-#include "basekit/value/expression/Lexer.h"
-
-AString AddSubcircuitToTraceDescription(AString const & text, AString const & subcircuit) {
-  return subcircuit.empty() || !expr::IsPlainName(text.View()) ? text : subcircuit + L":" + text;
-}

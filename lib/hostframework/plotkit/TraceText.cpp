@@ -1,7 +1,0 @@
-#include "plotkit/TraceText.h"
-
-AString const TraceText::kTraceTextKeyword(L"TraceText");
-
-TraceText::~TraceText() = default;
-
-AString TraceText::GetItemName() const { return kTraceTextKeyword; }
