@@ -12,7 +12,7 @@ ReportTest::Rows ReportTest::RowsOf(desktop::ReportTable const & table) {
       auto const number = table.At(row, column);
       AString cell = number ? text::FromUtf8(text::ShortestReal(number->real())) : table.TextAt(row, column);
       if (number && table.Columns()[column].isComplex)
-        cell += L"," + text::FromUtf8(text::ShortestReal(number->imag()));
+        cell += AString(L",") + text::FromUtf8(text::ShortestReal(number->imag()));
       rows[row].push_back(cell.empty() ? AString(L"-") : cell);
     }
   return rows;
