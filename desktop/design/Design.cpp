@@ -87,6 +87,18 @@ void Design::AddVariable(AString const & name, AString const & value) {
   m_variables.push_back(std::make_unique<Variable>(name, value));
 }
 
+void Design::ExchangeVariables(Variables & variables) {
+  for (auto & other : variables)
+    for (auto & present : m_variables)
+      if (present->GetName() == other->GetName()) {
+        Value const value = present->GetValue();
+        present->SetValue(other->GetValue());
+        other->SetValue(value);
+        present.swap(other);
+      }
+  m_variables.swap(variables);
+}
+
 Variable * Design::FindVariable(AString const & name) const {
   for (auto const & variable : m_variables)
     if (AString::MatchNoCase(variable->GetName(), name))

@@ -73,8 +73,9 @@ public:
   // Variables, in the order in which they were added
   void AddVariable(AString const & name, AString const & value);
   using Variables = std::vector<std::unique_ptr<Variable>>;
-  /// Gives the design other variables, and the caller those that it had.
-  void ExchangeVariables(Variables & variables) { m_variables.swap(variables); }
+  /// Gives the design other variables, and the caller those that it had.  One that stays under its name stays the same
+  /// object, with another value, for whoever refers to it.
+  void ExchangeVariables(Variables & variables);
   /// Null when the design has none of that name; case does not count.
   Variable * FindVariable(AString const & name) const;
   std::vector<Variable *> GetVariables() const;

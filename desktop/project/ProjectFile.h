@@ -27,6 +27,8 @@ struct ProjectRecord {
   io::CBlock edits{L"Edits"};
   /// What the user wants to see; empty, and not written, without a report.
   io::CBlock reports{L"Reports"};
+  /// What ports are shown with; likewise.
+  io::CBlock ports{L"Ports"};
   /// Tells the cache of sim values that was written with this project file; empty without one, and in an autosave.
   AString simValueCache;
   /// Of an autosave that was written before an edit changes the texts of variations: what leads back to the texts that

@@ -12,6 +12,7 @@
 #include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/ManagedFiles.h"
 #include "desktop/project/NewFile.h"
+#include "desktop/project/PortsOfProject.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
@@ -98,6 +99,7 @@ ProjectRecord Session::MakeRecord(ReadMethod method) const {
   WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
   m_editLog->Write(record.edits);
   m_reports->Write(record.reports);
+  WritePorts(*m_manager, record.ports);
   if (!m_manager->WriteModule(record.module, method))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");

@@ -15,6 +15,7 @@
 #include "desktop/project/AutosaveChoice.h"
 #include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/LibraryLengths.h"
+#include "desktop/project/PortsOfProject.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
@@ -402,6 +403,7 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   io::ReadError const result = m_manager->ReadModule(record.module, false, ReadMethod::kAllFiles);
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
+  ReadPorts(record.ports, *m_manager);
   CheckNumbersOfReports(record);
   MarkMisfits(*this);
   TellOfLostFiles();

@@ -66,7 +66,6 @@ std::size_t LiveReports::Update(Report & report, IProgressMonitor * progress) {
     SolutionPointSet & points = trace->GetSolutionPointSet();
     if (std::find(sets.begin(), sets.end(), &points) == sets.end())
       sets.push_back(&points);
-    points.SetSolutionVersionID(report.curves.solution->GetClosestVersionWithData());
   }
   if (sets.empty())
     return 0;

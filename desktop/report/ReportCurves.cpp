@@ -112,7 +112,7 @@ private:
         if (m_curves.x.empty() && IsAxis(*sweep))
           m_curves.x = TitleOfAxis(sweep->GetName());
     m_x = m_curves.x.empty() ? AString(L"0") : m_curves.x;
-    if (!FindSweep(kFrequency))
+    if (!FindSweep(kFrequency) && FindSweep(val::kIntrinsicFrequency))
       m_x = WithRenamedWord(m_x, kFrequency, val::kIntrinsicFrequency);
   }
 

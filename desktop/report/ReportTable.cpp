@@ -34,9 +34,13 @@ ReportTable::ReportTable(std::vector<AString> const & over, AString const & x, s
                          std::vector<Trace const *> const & traces)
     : m_traces(traces), m_variables(over.size()) {
   auto const first = std::find_if(traces.begin(), traces.end(), [](Trace const * trace) { return trace != nullptr; });
-  for (AString const & variable : over)
-    m_columns.push_back({Role::kVariable, variable});
-  if (!x.empty())
+  bool isXThere = false;
+  for (AString const & variable : over) {
+    bool const isX = AString::MatchNoCase(variable, x);
+    isXThere = isXThere || isX;
+    m_columns.push_back({isX ? Role::kX : Role::kVariable, variable});
+  }
+  if (!x.empty() && !isXThere)
     AddColumn(Role::kX, x, first == traces.end() ? nullptr : *first);
   m_traces.resize(y.size(), nullptr);
   for (std::size_t i = 0; i < y.size(); ++i)

@@ -26,7 +26,7 @@ public:
   };
 
   /// Traces may be null: their columns are empty then.  All others run over the same points.  Without x there is no
-  /// column of it.
+  /// column of it, and one alone where it is one of the variables.
   ReportTable(std::vector<AString> const & over, AString const & x, std::vector<AString> const & y,
               std::vector<Trace const *> const & traces);
 

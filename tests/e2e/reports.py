@@ -140,7 +140,7 @@ class Reports(DeskTest):
         rows = self.rows('worst')
         self.assertEqual([row[:2] for row in rows], [[l, c] for l in (0.9, 1) for c in (0.9, 1, 1.1)])
         every = self.rows('all')
-        for l, c, _, worst in rows:
+        for l, c, worst in rows:
             self.assertEqual(worst, max(row[3] for row in every if row[:2] == [l, c]))
 
     def test_output_variables_are_used_like_quantities_and_follow_their_rules(self):

@@ -4,6 +4,7 @@
 #include "solutionmanager/address/VariationIDIndex.h"
 #include "solutionmanager/locations/IMirroredDataMapOwner.h"
 
+#include <limits>
 #include <string_view>
 
 namespace support {
@@ -52,7 +53,7 @@ private:
     long values[3] = {};
   };
 
-  /// Those behind the prefix, parted by underlines, as far as they are short enough for a long.
+  /// Those behind the prefix, parted by underlines; one that is too long for a long ends where it still fits.
   Numbers NumbersIn(AString const & location, AString const & keyword) const {
     Numbers numbers;
     AString const prefix = PrefixOf(keyword);
@@ -63,8 +64,12 @@ private:
     while (numbers.count < 3) {
       std::size_t digits = 0;
       long value = 0;
-      for (; digits < rest.size() && digits < 18 && rest[digits] >= L'0' && rest[digits] <= L'9'; ++digits)
-        value = value * 10 + (rest[digits] - L'0');
+      for (; digits < rest.size() && rest[digits] >= L'0' && rest[digits] <= L'9'; ++digits) {
+        long const digit = rest[digits] - L'0';
+        if (value > (std::numeric_limits<long>::max() - digit) / 10)
+          break;
+        value = value * 10 + digit;
+      }
       if (digits == 0)
         break;
       numbers.values[numbers.count++] = value;

@@ -5,6 +5,7 @@
 #include "CoreInterfaces/solution/ISolutionMgr.h"
 #include "basekit/value/ExpressionValue.h"
 #include "basekit/value/Value.h"
+#include "basekit/value/expression/Constants.h"
 #include "basekit/value/expression/NameSpaceScope.h"
 #include "basekit/value/expression/SyntaxParser.h"
 
@@ -104,7 +105,9 @@ std::vector<OutputVariable const *> OutputVariable::GetUsedVariables(IDesignData
   if (!parser || !manager)
     return used;
   for (AString const & word : expr::NamesIn(GetValueBaseText())) {
-    if (expr::FindCurrentVariable(word))
+    // Nobody is asked for these when the expression is bound.
+    double constant = 0.0;
+    if (expr::FindCurrentVariable(word) || expr::FindConstant(word.View(), constant))
       continue;
     auto const * const variable = dynamic_cast<OutputVariable const *>(parser->ParseText(word));
     bool const isOfUser = variable && variable == manager->FindOutputVariable(word);

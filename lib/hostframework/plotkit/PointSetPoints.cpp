@@ -64,11 +64,16 @@ VariableValues PointSetPoints::GetMajorValues(std::size_t point) const {
 }
 
 PointSetPoints::Places const * PointSetPoints::FindPoints(VariableValues const & values) const {
-  if (m_places.empty())
+  if (m_places.empty()) {
     for (std::size_t point = 0; point < m_majorCount; ++point)
       m_places[GetMajorValues(point)].push_back(point);
-  auto const found = m_places.find(values);
-  return found != m_places.end() ? &found->second : nullptr;
+    m_next = m_places.begin();
+  }
+  // An update of many sets goes through the values in their order, and has forgotten this set's places meanwhile: a
+  // descent is dear then.
+  if (m_next == m_places.end() || !(m_next->first == values))
+    m_next = m_places.find(values);
+  return m_next != m_places.end() ? &(m_next++)->second : nullptr;
 }
 
 Variable * PointSetPoints::FindVariable(AString const & name) const {

@@ -44,6 +44,7 @@ private:
   std::size_t m_minorCount = 0;
   bool m_isMajorCountInRange = false;
   bool m_isWholeCountInRange = false;
-  mutable std::map<VariableValues, Places> m_places; ///< filled by the first question
+  mutable std::map<VariableValues, Places> m_places;                 ///< filled by the first question
+  mutable std::map<VariableValues, Places>::const_iterator m_next{}; ///< what is probably asked for next
   mutable std::map<AString, Variable *, AString::NoCaseLess> m_variables;
 };

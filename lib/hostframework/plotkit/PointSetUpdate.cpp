@@ -7,6 +7,7 @@
 #include "plotkit/CachedColumns.h"
 #include "plotkit/ISolvedColumns.h"
 #include "plotkit/PostprocessMsg.h"
+#include "plotkit/ReadingContext.h"
 #include "plotkit/SampleSelection.h"
 #include "plotkit/SimValue.h"
 #include "plotkit/SolutionPointSet.h"
@@ -69,8 +70,10 @@ void PointSetUpdate::FindSimValues() {
       isCurrent =
           isCurrent && (expression ? expression->IsCurrent() : component->IsBound() || component->IsPlainText());
     }
-    if (!isCurrent)
+    if (!isCurrent) {
       trace->BindComponents();
+      readingcontext::Set(m_pointSet);
+    }
     for (TraceComponent const * const component : components)
       if (ExpressionValue const * const expression = component->GetExpression())
         for (expr::ProgramQuantity const & quantity : expression->GetQuantities())

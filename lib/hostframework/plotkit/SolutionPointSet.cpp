@@ -3,14 +3,8 @@
 #include "CoreInterfaces/desktop/IDesignInstance.h"
 #include "CoreInterfaces/solution/ISimDataExtractor.h"
 #include "CoreInterfaces/solution/ISolution.h"
-#include "basekit/command/PropertyCommandInfo.h"
-#include "basekit/value/Variable.h"
-#include "basekit/value/variation/VariationText.h"
 #include "plotkit/PointSetUpdate.h"
-#include "plotkit/SweepBase.h"
 #include "plotkit/Trace.h"
-
-#include <algorithm>
 
 AString const SolutionPointSet::kSolutionPointSetKeyword(L"SolutionPointSet");
 
@@ -41,31 +35,4 @@ void SolutionPointSet::SetIDesignInstance(IDesignInstance * instance) {
 bool SolutionPointSet::IsEqual(SubsweepVector const & subsweeps, SimValueContext const * context,
                                IDesignInstance const * instance) const {
   return m_instance == instance && m_context == SimValueContext(context) && m_subsweeps.IsEqual(subsweeps);
-}
-
-bool SolutionPointSet::IsSwept(AString const & variable) const {
-  for (Subsweep const * const subsweep : m_subsweeps) {
-    SweepBase const * const sweep = subsweep->GetSweep();
-    for (unsigned place = 0; sweep && place < sweep->GetSweepCount(); ++place)
-      if (Variable const * const swept = sweep->GetVariable(place);
-          swept && AString::MatchNoCase(swept->GetName(), variable))
-        return true;
-    if (AString::MatchNoCase(subsweep->GetVariableName(), variable))
-      return true;
-  }
-  return false;
-}
-
-bool SolutionPointSet::IsDependentOnCurrentDesign(PropertyCommandInfo const * info) const {
-  if (!m_instance)
-    return false;
-  if (info)
-    return std::any_of(info->GetProperties().begin(), info->GetProperties().end(), [this](auto const & property) {
-      return property.IsVariableProp() && (property.GetFlags() & PropertyCommandInfo::kEdited) &&
-             !IsSwept(property.GetName());
-    });
-  VariationText const variation(m_instance->GetVariationKey());
-  return variation.IsOpaque() ||
-         std::any_of(variation.Pairs().begin(), variation.Pairs().end(),
-                     [this](VariationText::Pair const & pair) { return !IsSwept(AString(pair.name)); });
 }

@@ -29,7 +29,7 @@ public:
 
   /// To be read.
   explicit SolutionPointSet(ISimDataExtractor & extractor);
-  /// The subsweeps are copied.  Without an instance the set depends on no design variables.
+  /// The subsweeps are copied.  Without an instance design variables reach the set by its expressions alone.
   SolutionPointSet(ISimDataExtractor & extractor, SubsweepVector const & subsweeps, SimValueContext const * context,
                    IDesignInstance * instance, long id);
   ~SolutionPointSet() override;
@@ -64,8 +64,8 @@ public:
   SimValueContext const & GetSimValueContext() const { return m_context; }
   bool IsEqual(SubsweepVector const & subsweeps, SimValueContext const * context,
                IDesignInstance const * instance) const;
-  /// True when the set takes variables from its instance, of which the info tells that they were edited; null asks
-  /// about any edit.
+  /// True when the info tells of an edited variable that the set takes from its instance or, without one, that its
+  /// expressions use or their sim values were solved for; null asks about any edit of those of the instance.
   bool IsDependentOnCurrentDesign(PropertyCommandInfo const * info) const;
 
   /// Appends; returns the list's size.

@@ -60,9 +60,12 @@ void AddQuantities(PointSetUpdate const & update, unsigned reportType,
 void SolutionPointSet::DropUpdate() { m_update.reset(); }
 
 std::vector<Trace *> SolutionPointSet::TracesToUpdate() const {
+  // The update stamps the whole set, so what is of an older version is updated with it.
+  ISolution const * const solution = m_extractor.GetISolution();
+  bool const isStale = m_isDirty || (solution && m_solutionVersionID != solution->GetVersionID());
   std::vector<Trace *> traces;
   for (Trace * const trace : m_traces)
-    if (m_isDirty || trace->IsDirty() || trace->GetSegments().empty())
+    if (isStale || trace->IsDirty() || trace->GetSegments().empty())
       traces.push_back(trace);
   return traces;
 }
@@ -135,6 +138,7 @@ void SolutionPointSet::FinishUpdate(bool wasEverythingReached) {
   m_solutionVersionID = update->GetVersion();
   if (m_instance)
     m_designVariation = m_instance->GetVariationKey();
+  m_isDirty = false;
 }
 
 bool SolutionPointSet::UpdateData() {

@@ -11,12 +11,12 @@
 #include "plotkit/Trace.h"
 
 #include "CoreInterfaces/reportkern/IReporterTab.h"
-#include "CoreInterfaces/solution/ISimDataExtractor.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CNamed_value_manip.h"
 #include "plotkit/ExtendedTraceInfo.h"
 #include "plotkit/PostprocessMsg.h"
+#include "plotkit/ReadingContext.h"
 #include "plotkit/SolutionPointSet.h"
 #include "plotkit/Trace3D.h"
 #include "plotkit/TraceComponent.h"
@@ -76,8 +76,10 @@ void Trace::ClearValues() {
 void Trace::AppendNewValue() {
   std::vector<TraceComponent *> components;
   GetTraceComponents(components);
-  for (TraceComponent * const component : components)
+  for (TraceComponent * const component : components) {
+    readingcontext::Set(m_pointSet, *component);
     component->AppendPresentValue();
+  }
 }
 
 bool Trace::IsEqual(TraceComponent const * x, TraceComponent const * y, TraceComponent const * z) const {
@@ -190,9 +192,7 @@ bool Trace::BindComponents() {
   GetTraceComponents(components);
   bool areAllBound = true;
   for (TraceComponent * const component : components) {
-    SimValueContext const & context =
-        component->GetSimValueContext() ? *component->GetSimValueContext() : m_pointSet.GetSimValueContext();
-    m_pointSet.GetISimDataExtractor()->SetSimValueContext(&context);
+    readingcontext::Set(m_pointSet, *component);
     areAllBound = (component->Bind() || component->IsPlainText()) && areAllBound;
   }
   return areAllBound;

@@ -1,5 +1,6 @@
 #include "plotkit/TraceFiller.h"
 
+#include "plotkit/ReadingContext.h"
 #include "plotkit/TextTraceComponent.h"
 #include "plotkit/Trace3D.h"
 #include "plotkit/TraceText.h"
@@ -74,15 +75,18 @@ void TraceFiller::AppendRun(VariationSamples const & samples, std::size_t count)
       samples.SetVariables(sample);
       m_trace->AppendNewValue();
     }
-    return;
+    return readingcontext::Set(m_trace->GetSolutionPointSet());
   }
   bool isAnyThere = false;
   bool runsOverSamples = false;
   for (Part & part : m_parts) {
+    // A swept variable that is otherwise defined by a text has the words read anew now.
+    readingcontext::Set(m_trace->GetSolutionPointSet(), *part.component);
     part.isThere = Evaluate(part, samples, count);
     isAnyThere = isAnyThere || part.isThere;
     runsOverSamples = runsOverSamples || (part.isThere && !part.result.isScalar);
   }
+  readingcontext::Set(m_trace->GetSolutionPointSet());
   for (Part const & part : m_parts)
     Append(part, isAnyThere && !runsOverSamples ? 1 : count);
 }

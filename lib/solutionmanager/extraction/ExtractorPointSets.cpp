@@ -5,6 +5,7 @@
 #include "basekit/id/Id.h"
 #include "plotkit/SolutionPointSet.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/extraction/PointSetList.h"
 #include "solutionmanager/extraction/ReportRegime.h"
 #include "solutionmanager/extraction/SweepList.h"
@@ -14,6 +15,7 @@
 void BaseSimDataExtractor::Update(bool stampVersion, std::vector<SolutionPointSet *> * pointSets) {
   if (Regime().IsV2Design())
     return;
+  ExtractorContextSpan const context(this);
   long const version = GetBaseSolution()->GetVersionID();
   PointSetList(mSolutionPointSets).Update(*this, pointSets, stampVersion ? &version : nullptr);
   ValidateSolutionPointSet();
@@ -102,6 +104,7 @@ bool BaseSimDataExtractor::ReloadSolutionPointSetData(long version, AString cons
   if (!Regime().Supports(RetiredMember::ReloadSolutionPointSetData) ||
       Regime().IsRetiredInV2(RetiredMember::ReloadSolutionPointSetData))
     return true;
+  ExtractorContextSpan const context(this);
   bool isAnyTouched = false;
   for (SolutionPointSet * const pointSet : mSolutionPointSets)
     if (SolutionPointSetIsUsingInstance(pointSet, variation)) {

@@ -8,7 +8,25 @@
 #include "basekit/message/IProgressMonitor.h"
 #include "basekit/value/VariableValuesRestorer.h"
 #include "plotkit/SolutionPointSet.h"
+#include "solutionmanager/extraction/ExtractorContextSpan.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
+
+namespace {
+
+/// Point sets read words in their own contexts; at the end the extractors read as they did before.
+class ExtractorContextSpans {
+public:
+  explicit ExtractorContextSpans(std::vector<ISolutionPointSet *> const & pointSets) {
+    for (ISolutionPointSet * const pointSet : pointSets)
+      if (auto * const ofReports = dynamic_cast<SolutionPointSet *>(pointSet))
+        m_spans.try_emplace(ofReports->GetISimDataExtractor(), ofReports->GetISimDataExtractor());
+  }
+
+private:
+  std::map<ISimDataExtractor *, ExtractorContextSpan> m_spans;
+};
+
+} // namespace
 
 SolutionPointSetUpdateHelper::SolutionPointSetUpdateHelper(BaseSolutionManager * manager) : m_solnMgr(manager) {
   KVRO_ASSERT(m_solnMgr);
@@ -22,6 +40,7 @@ bool SolutionPointSetUpdateHelper::Run(IProgressMonitor * progress, PointSets co
     chosen = *pointSets;
   else
     m_solnMgr->GetReportSolutionPointSetsToUpdate(chosen);
+  ExtractorContextSpans const contexts(chosen);
   UpdateInfos infos;
   {
     CProgressQuotaSetter const quota(progress, 25.0);
@@ -37,15 +56,9 @@ bool SolutionPointSetUpdateHelper::Run(IProgressMonitor * progress, PointSets co
 }
 
 void SolutionPointSetUpdateHelper::Finish(PointSets const & pointSets, bool isComplete) const {
-  std::set<ISimDataExtractor *> extractors;
   for (ISolutionPointSet * const pointSet : pointSets)
-    if (auto * const ofReports = dynamic_cast<SolutionPointSet *>(pointSet)) {
+    if (auto * const ofReports = dynamic_cast<SolutionPointSet *>(pointSet))
       ofReports->FinishUpdate(isComplete);
-      extractors.insert(ofReports->GetISimDataExtractor());
-    }
-  // Which sets reflect their solution now.
-  for (ISimDataExtractor * const extractor : extractors)
-    extractor->ValidateSolutionPointSet();
 }
 
 void SolutionPointSetUpdateHelper::Register(PointSets const * solnPointSetsToUpdate, UpdateInfos & solnUpdateInfo,
@@ -73,13 +86,15 @@ bool SolutionPointSetUpdateHelper::Update(UpdateInfos const & infos, IProgressMo
   if (total == 0)
     return true;
   double const share = 100.0 / static_cast<double>(total);
+  std::vector<Variable *> const variables = DesignVariables();
   for (auto const & [solutionID, info] : infos)
-    if (!UpdateSolution(solutionID, *info, share, progress))
+    if (!UpdateSolution(solutionID, *info, variables, share, progress))
       return false;
   return true;
 }
 
-bool SolutionPointSetUpdateHelper::UpdateSolution(long solutionID, SingleISolutionUpdateInfo const & info, double share,
+bool SolutionPointSetUpdateHelper::UpdateSolution(long solutionID, SingleISolutionUpdateInfo const & info,
+                                                  std::vector<Variable *> const & variables, double share,
                                                   IProgressMonitor * progress) const {
   ISolution * const solution = m_solnMgr->GetISolutionByID(solutionID, false, false);
   ISimDataExtractor * const extractor = solution ? solution->GetISimDataExtractor() : nullptr;
@@ -95,7 +110,7 @@ bool SolutionPointSetUpdateHelper::UpdateSolution(long solutionID, SingleISoluti
         }
         CProgressQuotaSetter const quota(progress, share);
         KVRO_ASSERT(ptSet);
-        success = UpdatePointSet(*extractor, &ptSetInfo, first, second, progress);
+        success = UpdatePointSet(*extractor, &ptSetInfo, first, second, variables, progress);
         if (!success) {
           extractor->FinishLoadingSolvedData();
           return false;
@@ -109,12 +124,12 @@ bool SolutionPointSetUpdateHelper::UpdateSolution(long solutionID, SingleISoluti
 
 bool SolutionPointSetUpdateHelper::UpdatePointSet(ISimDataExtractor & extractor, PointSetInfo const * ptSetInfo,
                                                   VariableValues const & first, VariableValues const & second,
+                                                  std::vector<Variable *> const & variables,
                                                   IProgressMonitor * progress) const {
   KVRO_ASSERT(ptSetInfo);
   KVRO_ASSERT(ptSetInfo->m_reportTypes.empty() == false);
   if (!ptSetInfo->m_pointSet)
     return true;
-  std::vector<Variable *> const variables = DesignVariables();
   bool isLoaded = false;
   {
     VariableValuesRestorer const restorer(variables);

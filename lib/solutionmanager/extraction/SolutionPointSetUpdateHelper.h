@@ -25,10 +25,11 @@ private:
   void Register(PointSets const * solnPointSetsToUpdate, UpdateInfos & solnUpdateInfo,
                 IProgressMonitor * progress) const;
   bool Update(UpdateInfos const & infos, IProgressMonitor * progress) const;
-  bool UpdateSolution(long solutionID, SingleISolutionUpdateInfo const & info, double share,
-                      IProgressMonitor * progress) const;
+  bool UpdateSolution(long solutionID, SingleISolutionUpdateInfo const & info,
+                      std::vector<Variable *> const & variables, double share, IProgressMonitor * progress) const;
   bool UpdatePointSet(ISimDataExtractor & extractor, PointSetInfo const * ptSetInfo, VariableValues const & first,
-                      VariableValues const & second, IProgressMonitor * progress) const;
+                      VariableValues const & second, std::vector<Variable *> const & variables,
+                      IProgressMonitor * progress) const;
   void Finish(PointSets const & pointSets, bool isComplete) const;
   std::vector<Variable *> DesignVariables() const;
 

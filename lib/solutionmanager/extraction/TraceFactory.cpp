@@ -32,13 +32,15 @@ IReporterTab * FirstTab(IReporter const & reporter, std::initializer_list<TabPag
   return nullptr;
 }
 
-/// How expressions refer to a value: an expression by its text, others by their name.
+/// How expressions refer to a value: an expression by its text, others by their name.  A name that is no plain word
+/// stands in quotes, so that the text of the component can be read again.
 AString ReferenceText(ValueBase const & value) {
   return dynamic_cast<ExpressionValue const *>(&value) ? value.GetText()
                                                        : AString(expr::NameText(value.GetText().View()));
 }
 
-/// What a page of the dialog holds; the caller's to free.
+/// What a page of the dialog holds; the caller's to free.  Words are meant in the page's context where a component was
+/// told no other.
 class ComponentSet {
 public:
   explicit ComponentSet(IReporterTab const * tab) {
@@ -46,9 +48,13 @@ public:
       return;
     std::vector<TraceComponent *> components;
     tab->GetTraceComponents(components);
-    for (TraceComponent * const component : components)
-      if (component)
-        m_components.emplace_back(component);
+    for (TraceComponent * const component : components) {
+      if (!component)
+        continue;
+      m_components.emplace_back(component);
+      if (!component->GetSimValueContext() && !component->IsPlainText())
+        component->SetSimValueContext(tab->GetSimValueContext());
+    }
   }
   std::size_t size() const { return m_components.size(); }
   TraceComponent & operator[](std::size_t place) const { return *m_components[place]; }
@@ -132,6 +138,8 @@ TraceComponent * TraceFactory::MakeComponent(IReporterTab const & tab, AString c
 TraceComponent * TraceFactory::Clone(TraceComponent const * component) const {
   if (!component)
     return nullptr;
+  // A component that is not bound yet is bound by being cloned: in its own context where it has one, so that a trace
+  // means what the user chose, whichever page was read last.
   ExtractorContextSpan const context(&m_extractor);
   if (component->GetSimValueContext())
     m_extractor.SetSimValueContext(&*component->GetSimValueContext());
@@ -209,6 +217,7 @@ void TraceFactory::MakeTraces(IReporter const & reporter, SolutionPointSet & poi
     return;
   }
   ComponentSet const zComponentSet = read(ZTab(reporter));
+  // Reported as the other two pages are: without it the report comes out empty.
   KVRO_ASSERT(zComponentSet.size() > 0);
   // The first ordinate serves on every pass: each trace is listed once for each ordinate.
   for (std::size_t y = 0; y < yComponentSet.size(); ++y)

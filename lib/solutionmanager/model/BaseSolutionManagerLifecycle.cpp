@@ -88,7 +88,8 @@ BaseSolutionManager::~BaseSolutionManager() {
 }
 
 void BaseSolutionManager::DeleteOutputVariables() {
-  // Canned ones that were not collected have no other owner either; what refers to them finds them gone.
+  // The map owns the variables, and nobody could free them after it.  Canned ones that were not collected have no other
+  // owner either; what refers to them finds them gone.
   for (OutputVariableMap * const map : {&mCannedOutputVariables, &m_OutputVariableMap}) {
     for (auto const & [name, variable] : *map)
       delete variable;

@@ -22,7 +22,8 @@ public:
     m_record->Record(at->first, at->second, false);
     m_map.erase(at);
   }
-  /// One of that name has no other owner than the record, which brings it back.
+  /// The removal of one of that name is recorded with the addition: the record is then its only owner, and brings it
+  /// back on undo, where it would be lost.
   void Insert(std::unique_ptr<OutputVariable> variable) {
     AString const name = variable->GetName();
     if (auto const former = m_map.find(name); former != m_map.end())
@@ -77,7 +78,8 @@ bool BaseSolutionManager::DeleteOutputVariable(OutputVariable * var, KelvroComma
     KVRO_ASSERT(!"Use OutputVariableModule instead");
     return false;
   }
-  // Another manager's variable stays where it is, whatever it is called.
+  // Another manager's variable stays where it is, whatever it is called; the answer says so, as a record of the removal
+  // would give it two owners.
   auto const at = var ? m_OutputVariableMap.find(var->GetName()) : m_OutputVariableMap.end();
   bool const isHere = at != m_OutputVariableMap.end() && at->second == var;
   KVRO_ASSERT(isHere);
@@ -110,9 +112,11 @@ void BaseSolutionManager::UpdateOutputVariables(KelvroCommand * command) {
   std::vector<OutputVariable *> variables;
   GetOutputVariables(variables);
   for (OutputVariable * const variable : variables)
-    if (!IsValidOutputVariableExpression(variable->GetValueBaseText(), nullptr, nullptr) &&
-        EditOutputVariable(variable, L"0", command))
+    if (!IsValidOutputVariableExpression(variable->GetValueBaseText(), nullptr, nullptr)) {
+      // The user is told without a command, too, though nothing is reset then.
+      EditOutputVariable(variable, L"0", command);
       outputvariables::Tell(outputvariables::kWasReset, variable->GetName(), KelvroMessage::kInfo);
+    }
 }
 
 void BaseSolutionManager::TranslateLegacyOutputVariablesIntoGivenOutputVariableMgr(IOutputVariableMgr * target) {

@@ -108,7 +108,8 @@ bool BaseSolutionManager::IsValidOutputVariable(AString const & name, ISimDataEx
     KVRO_ASSERT(!"Use OutputVariableModule instead");
     return false;
   }
-  // A product's own variables are as good as the user's.
+  // A product's own variables are as good as the user's: what an expression in a context refers to is asked for here,
+  // and may be either.
   OutputVariable const * variable = FindOutputVariable(name);
   if (!variable)
     variable = GetCannedOutputVariable(name);

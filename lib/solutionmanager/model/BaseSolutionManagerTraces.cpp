@@ -44,7 +44,7 @@ void BaseSolutionManager::CreateParsedExpressionCacheOfTraces(Trace * trace,
   if (!trace)
     return;
   Trace3D const * const trace3D = trace->GetTrace3D();
-  // Plain text is never evaluated.
+  // Plain text is never evaluated: a title, read as an expression, would make every set with one invalid.
   for (TraceComponent const * const component :
        {trace->GetAbscissa(), trace->GetOrdinate(), trace3D ? trace3D->GetThird() : nullptr}) {
     AString const text = component && !component->IsPlainText() ? component->GetValueText().Trimmed() : AString();

@@ -44,8 +44,10 @@ bool ContextValidity::IsValid(OutputVariable const & variable) {
   auto const [at, isNew] = m_states.emplace(&variable, State::kUnderWay);
   if (!isNew)
     return at->second == State::kValid;
-  if (m_depth >= kDeepest)
-    CheckFurtherOn(variable);
+  OutputVariable const * const cause = m_depth >= kDeepest ? CheckFurtherOn(variable) : nullptr;
+  // Of what lies further on the user hears the cause alone, not each variable that it makes bad.
+  if (cause)
+    Check(*cause);
   return Check(variable);
 }
 
@@ -71,9 +73,10 @@ OutputVariable const * ContextValidity::NextUnknown(Step & step) const {
   return nullptr;
 }
 
-void ContextValidity::CheckFurtherOn(OutputVariable const & variable) {
+OutputVariable const * ContextValidity::CheckFurtherOn(OutputVariable const & variable) {
   outputvariables::Silence const silence;
   bool const wasSilent = std::exchange(m_isSilent, true);
+  OutputVariable const * firstBad = nullptr;
   std::vector<Step> path;
   Enter(path, variable);
   while (true) {
@@ -85,7 +88,9 @@ void ContextValidity::CheckFurtherOn(OutputVariable const & variable) {
     path.pop_back();
     if (path.empty())
       break;
-    Check(*done);
+    if (!Check(*done) && !firstBad)
+      firstBad = done;
   }
   m_isSilent = wasSilent;
+  return firstBad;
 }

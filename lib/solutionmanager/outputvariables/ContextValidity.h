@@ -11,7 +11,8 @@ class OutputVariable;
 
 /// Which output variables are valid in one context of one extractor: each is looked into once while the object lives,
 /// however many others refer to it.  The check of one comes back here for those that it refers to; one that leads back
-/// to itself is not valid.  The latest object alive serves the checks of its context.
+/// to itself is not valid.  The user is told of each of the nearest fifty in a chain, of what lies further on where the
+/// first fault is, and of each variable once.  The latest object alive serves the checks of its context.
 class ContextValidity {
 public:
   enum class Messages { kTold, kHeldBack };
@@ -35,7 +36,8 @@ private:
   struct Step;
 
   bool Check(OutputVariable const & variable);
-  void CheckFurtherOn(OutputVariable const & variable);
+  /// The first one that is not valid, which the others fail for.
+  OutputVariable const * CheckFurtherOn(OutputVariable const & variable);
   void Enter(std::vector<Step> & path, OutputVariable const & variable);
   OutputVariable const * NextUnknown(Step & step) const;
 

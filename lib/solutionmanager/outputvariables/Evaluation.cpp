@@ -88,7 +88,8 @@ IDesignInstance * Evaluation::Instance() const {
 }
 
 AString Evaluation::SolvedVariation(VariableValues const & values) const {
-  // A text that is no variation text names itself and thus no data; the nominal variation would be another point.
+  // A text that is no variation text has no values, as an empty one has none.  It names itself and thus no data all the
+  // same: the nominal variation would be the answer to another question.
   if (values.IsOpaque())
     return values.GetVariationKey();
   VariableValues nominal;
@@ -108,7 +109,10 @@ VariableValues Evaluation::WithoutAxesOfData(VariableValues const & values) cons
     Variable const * const variable = names.ResolveVariable(entry.name);
     bool const isOfDesign = variable && variable != Value::GetIntrinsicVariable(entry.name);
     SweepBase * const sweep = extractor ? extractor->GetSweep(entry.name) : nullptr;
-    if (!isOfDesign || (sweep && sweep->GetPostprocessSweep()))
+    // A name that nothing knows is no axis: it stays, and no data is filed under it.
+    bool const isAxis = !isOfDesign && (Value::GetIntrinsicVariable(entry.name) || sweep ||
+                                        (extractor && extractor->GetSpecialSweep(entry.name)));
+    if (isAxis || (sweep && sweep->GetPostprocessSweep()))
       solved.Remove(entry.name);
   }
   return solved;

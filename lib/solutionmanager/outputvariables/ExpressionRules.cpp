@@ -16,9 +16,11 @@ namespace outputvariables {
 
 namespace {
 
+/// A product's own variable was made, if there is one, when the expression was parsed: a question why it is bad makes
+/// none.
 OutputVariable const * FindVariable(BaseSolutionManager const & manager, AString const & name) {
   OutputVariable const * const variable = manager.FindOutputVariable(name);
-  return variable ? variable : manager.GetCannedOutputVariable(name);
+  return variable ? variable : manager.FindCannedOutputVariable(name);
 }
 
 bool Parses(DesignExpressions & expressions, AString const & expression, ISimDataExtractor * extractor,
@@ -85,10 +87,9 @@ bool IsCyclic(BaseSolutionManager const & manager, AString const & name, AString
         break;
     if (!first)
       return false;
-    // A circle that the name is no part of: whatever leads into it has no value either.
-    bool const isAlone = !AString::MatchNoCase(first->GetName(), name);
-    if (!isAlone || !visited.insert(first).second) {
-      Tell(kIsCyclic, isAlone ? first->GetName() : name);
+    // In a circle that the name is no part of the walk would not end; whatever leads into it has no value either.
+    if (AString::MatchNoCase(first->GetName(), name) || !visited.insert(first).second) {
+      Tell(kIsCyclic, name);
       return true;
     }
     text = first->GetValueBaseText();

@@ -36,12 +36,14 @@ AString TypeText(val::ParameterType type) {
   }
 }
 
-/// Adds the variable under the name; it is freed when the manager does not take it.
-void Add(BaseSolutionManager & manager, IKelvroCommand * command, AString const & name,
+/// Adds the variable under the name; false, and it is freed, when the manager does not take it.
+bool Add(BaseSolutionManager & manager, IKelvroCommand * command, AString const & name,
          std::unique_ptr<OutputVariable> variable) {
   manager.OnAddOutputVar(command, name, variable.get());
-  if (manager.FindOutputVariable(name) == variable.get())
+  bool const isTaken = manager.FindOutputVariable(name) == variable.get();
+  if (isTaken)
     variable.release();
+  return isTaken;
 }
 
 AString FreeName(BaseSolutionManager const & manager, AString const & name) {
@@ -60,7 +62,9 @@ void AddRenamed(BaseSolutionManager & manager, IKelvroCommand * command, ITraceP
   AString const newType = TypeText(pasted->GetParameterType());
   KVRO_ASSERT(0);
   pasted->SetName(newName);
-  Add(manager, command, newName, std::move(pasted));
+  // The traces go on meaning the old name where there is no variable of the new one.
+  if (!Add(manager, command, newName, std::move(pasted)))
+    return;
   if (context)
     context->OutputVariableNameChanged(oldName, newName);
   outputvariables::Tell(outputvariables::kPastedUnderNewName,

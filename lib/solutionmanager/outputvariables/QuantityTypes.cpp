@@ -9,6 +9,7 @@
 #include "plotkit/SimValueContext.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/DesignNameSpace.h"
+#include "solutionmanager/outputvariables/OpenedVariables.h"
 
 bool QuantityTypes::Find(AString const & expression, Found const & found, SolutionPointSet * pointSet) const {
   DesignNameSpace const nameSpace(m_manager.GetIDesign());
@@ -19,12 +20,19 @@ bool QuantityTypes::Find(AString const & expression, Found const & found, Soluti
     return false;
   std::vector<AString> labels;
   ExpressionParser::GetAlienLabels(labels, expression, parsers);
+  OpenedVariables opened(m_manager, &found.reportTypes);
   bool isGood = true;
   for (AString const & label : labels) {
     OutputVariable * const canned = m_manager.GetCannedOutputVariable(label);
     OutputVariable * const variable = canned ? canned : m_manager.FindOutputVariable(label);
-    if (variable && FindThroughVariable(*variable, found))
-      continue;
+    if (variable) {
+      // Contexts and words of a variable that is met again are not listed again.
+      std::optional<bool> isVariableGood = opened.Find(*variable);
+      if (!isVariableGood)
+        opened.Remember(*variable, *(isVariableGood = FindThroughVariable(*variable, found)));
+      if (*isVariableGood)
+        continue;
+    }
     // A variable whose own expression is bad may still bear the name of a quantity.
     isGood = isGood && !variable;
     FindQuantity(label, found);
@@ -35,7 +43,7 @@ bool QuantityTypes::Find(AString const & expression, Found const & found, Soluti
 bool QuantityTypes::FindThroughVariable(OutputVariable & variable, Found const & found) const {
   OutputVariableVisit const visit(OutputVariableVisit::Question::Quantities, variable);
   if (!visit.MayEnter() || !m_manager.GetQuantityTypeInfo(found.reportTypes, variable.GetValueBaseText(),
-                                                         found.variables, found.simValues, nullptr))
+                                                          found.variables, found.simValues, nullptr))
     return false;
   if (found.variables)
     found.variables->push_back(&variable);

@@ -1,8 +1,8 @@
 #include "solutionmanager/outputvariables/SharedAnalyses.h"
 
 namespace {
-SharedAnalyses * latest = nullptr;
-}
+thread_local SharedAnalyses * latest = nullptr;
+} // namespace
 
 SharedAnalyses::SharedAnalyses(BaseSolutionManager const & manager) : m_manager(manager), m_former(latest) {
   latest = this;

@@ -42,12 +42,13 @@ void VariableEdits::SetText(OutputVariable & variable, AString const & expressio
 }
 
 std::unique_ptr<OutputVariable> VariableEdits::Make(AString const & name, AString const & expression) const {
+  std::unique_ptr<OutputVariable> variable = NewVariable(name);
+  if (!variable)
+    return nullptr;
   DesignExpressions expressions(m_manager);
   if (!expressions.Validate(expression))
     return nullptr;
-  std::unique_ptr<OutputVariable> variable = NewVariable(name);
-  if (variable)
-    SetText(*variable, expression, expressions);
+  SetText(*variable, expression, expressions);
   return variable;
 }
 

@@ -107,12 +107,52 @@ TEST_F(CentralizedUpdateTest, ASetRegisteredTwiceUnderTheSameKeysStaysOneRecordW
 }
 
 TEST_F(CentralizedUpdateTest, DataLivesForOneKeyOfTheSecondGroupAtATime) {
-  SolutionPointSetUpdateHelper const helper(m_manager.get());
   PlainPointSet & set = AddPlain(L"a", {L"x=1"});
-  set.wanted.emplace_back(At(L"x=3"), VariableValues());
+  set.wanted = {{At(L"x=2"), VariableValues()}, {At(L"x=1"), At(L"y=8")}, {At(L"x=1"), At(L"y=7")}};
+  EXPECT_TRUE(Run());
+  EXPECT_EQ(m_extractor->log,
+            (Texts{L"load x=1 / y=7", L"finish", L"load x=1 / y=8", L"finish", L"load x=2", L"finish"}));
+  EXPECT_EQ(m_diary, (Texts{L"a x=1", L"a x=1", L"a x=2"}));
+}
+
+TEST_F(CentralizedUpdateTest, AFailedLoadCountsAsSuccessAndIsNotRead) {
+  AddPlain(L"a", {L"x=1", L"x=3"});
   EXPECT_TRUE(Run());
   EXPECT_EQ(m_extractor->log, (Texts{L"load x=1", L"finish", L"load x=3", L"finish"}));
-  EXPECT_EQ(m_diary, (Texts{L"a x=1"})) << "a failed load counts as success and is not read";
+  EXPECT_EQ(m_diary, (Texts{L"a x=1"}));
+}
+
+TEST_F(CentralizedUpdateTest, SolutionsComeInTheOrderOfTheirIdentifiersUntilOneIsGone) {
+  auto & second = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Other", L"Sweep")));
+  auto * const extractor = new support::ColumnExtractor(m_manager.get(), &second);
+  second.SetExtractor(extractor);
+  extractor->data = m_extractor->data;
+  ASSERT_LT(m_solution->GetID(), second.GetID());
+  AddPlain(L"b", {L"x=1"}, second.GetID());
+  AddPlain(L"a", {L"x=2"});
+  EXPECT_TRUE(Run());
+  EXPECT_EQ(m_diary, (Texts{L"a x=2", L"b x=1"}));
+  AddPlain(L"c", {L"x=1"}, m_solution->GetID() + 1);
+  ASSERT_FALSE(Manager().GetISolutionByID(m_solution->GetID() + 1, false, false));
+  ASSERT_LT(m_solution->GetID() + 1, second.GetID());
+  EXPECT_FALSE(Run());
+  EXPECT_EQ(m_diary, (Texts{L"a x=2", L"b x=1", L"a x=2"})) << "what comes after the one that is gone is not reached";
+  EXPECT_EQ(extractor->finishes, 1);
+}
+
+TEST_F(CentralizedUpdateTest, ASolutionWithoutAnExtractorStopsTheUpdate) {
+  m_solution->SetExtractor(nullptr);
+  m_extractor = nullptr;
+  AddPlain(L"a", {L"x=1"});
+  EXPECT_FALSE(Run());
+  EXPECT_TRUE(m_diary.empty());
+}
+
+TEST_F(CentralizedUpdateTest, ANullInTheListIsPassedOver) {
+  m_chosen.push_back(nullptr);
+  AddPlain(L"a", {L"x=1"});
+  EXPECT_TRUE(Run());
+  EXPECT_EQ(m_diary, (Texts{L"a x=1"}));
 }
 
 TEST_F(CentralizedUpdateTest, CancellationBetweenTwoSetsStopsAfterTheFirstAndFinishesLoadingOnce) {
@@ -227,6 +267,60 @@ TEST_F(CentralizedUpdateTest, ACancelledSetKeepsItsFormerValues) {
   EXPECT_TRUE(trace.IsDirty());
   Update();
   EXPECT_EQ(Y(trace).front(), 7.0);
+}
+
+TEST_F(CentralizedUpdateTest, ASetOutsideTheListStaysAsItWas) {
+  AddSweep(m_x, {1, 2});
+  SolutionPointSet & chosen = AddSet(AllOf({L"x", L"F"}));
+  AddTrace(chosen, L"F", L"im(S)");
+  SolutionPointSet & other = AddSet(AllOf({L"x", L"F"}));
+  AddTrace(other, L"F", L"re(S)");
+  Update();
+  chosen.MarkItDirty(true);
+  other.MarkItDirty(true);
+  m_chosen = {&chosen};
+  EXPECT_TRUE(Run());
+  EXPECT_FALSE(chosen.IsDirty());
+  EXPECT_TRUE(other.IsDirty());
+}
+
+TEST_F(CentralizedUpdateTest, OfACancelledUpdateTheSetsThatWereReachedAreCleanAndTheOthersStayDirty) {
+  AddSweep(m_x, {1, 2});
+  SolutionPointSet & reached = AddSet(AllOf({L"F"}), &m_instance);
+  AddTrace(reached, L"F", L"im(S)");
+  AddData(L"x=1; y=2", {1e9});
+  SolutionPointSet & other = AddSet(AllOf({L"x", L"F"}));
+  AddTrace(other, L"F", L"im(S)");
+  Update();
+  for (SolutionPointSet * const set : {&reached, &other}) {
+    set->MarkItDirty(true);
+    set->GetSimValueCache().Clear();
+  }
+  support::CountingMonitor monitor;
+  monitor.cancelAfter = 2; // x=1, and x=1 with y=2, which come in this order
+  Update(&monitor);
+  EXPECT_FALSE(reached.IsDirty());
+  EXPECT_TRUE(other.IsDirty());
+}
+
+TEST_F(CentralizedUpdateTest, ASetOfAnOlderVersionIsUpdatedWithAllItsTracesThoughNobodyMarkedIt) {
+  AddSweep(m_x, {1, 2});
+  SolutionPointSet & set = AddSet(AllOf({L"x", L"F"}));
+  Trace const & trace = AddTrace(set, L"F", L"im(S)");
+  Trace & marked = AddTrace(set, L"F", L"im(S)");
+  Update();
+  AddData(L"x=1", {7e9});
+  set.SetSolutionVersionID(m_solution->GetVersionID() - 1);
+  ASSERT_FALSE(set.IsDirty());
+  marked.MarkItDirty(true);
+  support::CountingMonitor monitor;
+  monitor.cancelAfter = 1;
+  Update(&monitor);
+  EXPECT_EQ(set.GetSolutionVersionID(), m_solution->GetVersionID() - 1) << "a cancelled update leaves the version";
+  Update();
+  EXPECT_EQ(Y(trace).front(), 7.0);
+  EXPECT_EQ(Y(marked).front(), 7.0);
+  EXPECT_EQ(set.GetSolutionVersionID(), m_solution->GetVersionID());
 }
 
 TEST_F(CentralizedUpdateTest, ADirtyTraceIsUpdatedWhileItsCleanFellowsStay) {

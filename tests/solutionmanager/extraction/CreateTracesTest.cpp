@@ -1,3 +1,4 @@
+#include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "tests/solutionmanager/extraction/TraceFixture.h"
 
 using support::AssertWatch;
@@ -5,6 +6,47 @@ using support::TestReporter;
 using support::TestTab;
 
 namespace {
+
+/// Gives sets of an older version than the solution's.
+class OlderSetExtractor : public support::TraceExtractor {
+public:
+  using TraceExtractor::TraceExtractor;
+  SolutionPointSet * CreateSolutionPointSet(SubsweepVector const & subsweeps, SimValueContext const * context,
+                                            IDesignInstance * instance, bool share) override {
+    SolutionPointSet * const set = TraceExtractor::CreateSolutionPointSet(subsweeps, context, instance, share);
+    set->SetSolutionVersionID(GetISolution()->GetVersionID() - 1);
+    return set;
+  }
+};
+
+/// Notes where it is when a word is met for the first time.
+class WatchingExtractor : public support::TraceExtractor {
+public:
+  using TraceExtractor::TraceExtractor;
+  SimValue * CreateSimValue(AString const & text, SimValueContext const & context) override {
+    contexts.push_back(context);
+    sets.push_back(GetCurrentSolutionPointSet());
+    return TraceExtractor::CreateSimValue(text, context);
+  }
+  std::vector<SimValueContext> contexts;
+  std::vector<SolutionPointSet *> sets;
+};
+
+/// Names of intrinsic variables have a meaning.
+class IntrinsicExtractor : public support::TraceExtractor {
+public:
+  using TraceExtractor::TraceExtractor;
+  bool HasExtractorOption(int option) const override { return option == 4; }
+};
+
+/// A quantity whose name is no plain word.
+class QuotedNameExtractor : public support::TraceExtractor {
+public:
+  using TraceExtractor::TraceExtractor;
+  ValueState GetQuantityType(AString const & text, int domain) const override {
+    return TraceExtractor::GetQuantityType(text == L"a b" ? AString(L"T") : text, domain);
+  }
+};
 
 class CreateTracesTest : public support::TraceTest {
 protected:
@@ -22,6 +64,17 @@ protected:
     for (Trace const * const trace : traces)
       texts.push_back(TextOf(trace->GetOrdinate()));
     return texts;
+  }
+  void UseOlderSets() {
+    UseExtractor(new OlderSetExtractor(&Manager(), m_solution));
+    AddSweep(m_x, {1, 2, 3});
+    m_reporter.subsweeps = OverX();
+  }
+  static SimValueContext ContextOfWords(Trace const & trace) {
+    AString function;
+    auto const * const value = dynamic_cast<SimValue const *>(trace.GetOrdinate()->GetValue().StripFunction(function));
+    EXPECT_NE(value, nullptr);
+    return value ? value->GetSimValueContext() : SimValueContext();
   }
   std::unique_ptr<TraceComponent> Component(AString const & text, SimValueContext const * context = nullptr) {
     return std::unique_ptr<TraceComponent>(m_extractor->CreateTraceComponent(text, context));
@@ -127,10 +180,90 @@ TEST_F(CreateTracesTest, TracesOfAnUnsolvedSolutionAreDirty) {
   m_reporter.Tab(TabPage::kX, {L"x"});
   m_reporter.Tab(TabPage::kY, {L"S11"});
   EXPECT_TRUE(Create().front()->IsDirty());
+}
+
+TEST_F(CreateTracesTest, TracesOfAValidSolutionAreCleanWhileTheSetIsOfItsVersion) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
   Solve(*m_solution, L"x=1", {1});
-  EXPECT_EQ(Create().front()->IsDirty(), !m_solution->IsValid());
-  m_solution->Invalidate(nullptr, m_solution->GetVersionID() + 1);
-  EXPECT_TRUE(Create().front()->IsDirty()) << "of an older version";
+  ASSERT_TRUE(m_solution->IsValid());
+  Trace * const trace = Create().front();
+  EXPECT_FALSE(trace->IsDirty());
+  SolutionPointSet & set = trace->GetSolutionPointSet();
+  EXPECT_EQ(set.GetSolutionVersionID(), m_solution->GetVersionID());
+  UseOlderSets();
+  std::vector<Trace *> const older = Create();
+  ASSERT_EQ(older.size(), 1u);
+  EXPECT_TRUE(m_solution->IsValid());
+  EXPECT_TRUE(older.front()->IsDirty()) << "of an older version of a valid solution";
+}
+
+TEST_F(CreateTracesTest, AReportMadeAgainTakesATraceForCleanThatAnEditHadDirtiedAsMeant) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  Solve(*m_solution, L"x=1", {1});
+  Trace * const trace = Create().front();
+  EXPECT_EQ(trace->GetValueCount(), 0u);
+  EXPECT_FALSE(trace->IsDirty()) << "born clean, without values";
+  trace->MarkItDirty(true);
+  EXPECT_EQ(Create().front(), trace);
+  EXPECT_FALSE(trace->IsDirty()) << "solution and version fit, and nothing else is looked at";
+}
+
+TEST_F(CreateTracesTest, PagesOfDifferentContextsGiveDifferentTraces) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"});
+  Trace * const first = Create().front();
+  m_reporter.tabs.at(TabPage::kY).context = ContextOf(9);
+  Trace * const second = Create().front();
+  EXPECT_NE(first, second);
+  EXPECT_EQ(&first->GetSolutionPointSet(), &second->GetSolutionPointSet());
+  EXPECT_EQ(ContextOfWords(*second), ContextOf(9));
+  EXPECT_EQ(ContextOfWords(*first), SimValueContext());
+  EXPECT_EQ(Create().front(), second);
+}
+
+TEST_F(CreateTracesTest, WordsOfAPageKeepItsContextThroughABlock) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  m_reporter.Tab(TabPage::kY, {L"S11"}).context = ContextOf(9);
+  Trace * const trace = Create().front();
+  io::CBlock block(trace->GetItemName());
+  ASSERT_TRUE(trace->Write(block));
+  Trace2D read(trace->GetSolutionPointSet());
+  NameSpaceSetup const names(*m_extractor, true);
+  ValueParserSpan const parser(m_extractor->GetIValueParser());
+  ASSERT_EQ(read.Read(block), io::kNoError);
+  EXPECT_EQ(ContextOfWords(read), ContextOf(9));
+  EXPECT_TRUE(read.IsEqual(trace->GetAbscissa(), trace->GetOrdinate()));
+}
+
+TEST_F(CreateTracesTest, APageDoesNotOverruleTheContextThatAComponentWasTold) {
+  m_reporter.Tab(TabPage::kX, {L"x"});
+  TestTab & tab = m_reporter.Tab(TabPage::kY, {L"S11"});
+  tab.context = ContextOf(9);
+  tab.components.front() = Component(L"S21", nullptr);
+  tab.components.push_back(std::make_unique<TextTraceComponent>(L"a title"));
+  std::vector<Trace *> const traces = Create();
+  ASSERT_EQ(traces.size(), 2u);
+  EXPECT_EQ(ContextOfWords(*traces[0]), SimValueContext());
+  EXPECT_FALSE(traces[1]->GetOrdinate()->GetSimValueContext()) << "plain text has no words";
+}
+
+TEST_F(CreateTracesTest, TheSetIsCurrentAndEachPagesContextInForceWhileItIsRead) {
+  auto * const extractor = new WatchingExtractor(&Manager(), m_solution);
+  UseExtractor(extractor);
+  AddSweep(m_x, {1, 2, 3});
+  m_reporter.subsweeps = OverX();
+  m_reporter.is3D = true;
+  m_reporter.Tab(TabPage::kContext).context = ContextOf(4);
+  m_reporter.Tab(TabPage::kX, {L"S11"}).context = ContextOf(5);
+  m_reporter.Tab(TabPage::kY, {L"S11"}).context = ContextOf(6);
+  m_reporter.Tab(TabPage::kZ, {L"S11"}).context = ContextOf(7);
+  Trace const & trace = *Create().front();
+  EXPECT_EQ(extractor->contexts, (std::vector<SimValueContext>{ContextOf(5), ContextOf(6), ContextOf(7)}));
+  EXPECT_EQ(extractor->sets, std::vector<SolutionPointSet *>(3, &trace.GetSolutionPointSet()));
+  EXPECT_EQ(trace.GetSolutionPointSet().GetSimValueContext(), ContextOf(4));
+  EXPECT_EQ(extractor->GetCurrentSolutionPointSet(), nullptr);
 }
 
 TEST_F(CreateTracesTest, WithoutAnAbscissaThereIsNothing) {
@@ -222,20 +355,44 @@ TEST_F(CreateTracesTest, AComponentHoldsWhatItsFunctionIsAppliedTo) {
 }
 
 TEST_F(CreateTracesTest, VariablesAreOfCategoryOneAndThePassVariableIsMarked) {
+  UseExtractor(new IntrinsicExtractor(&Manager(), m_solution));
   std::unique_ptr<TraceComponent> component = Component(L"x");
+  ASSERT_TRUE(component);
   EXPECT_EQ(component->GetCategory(), 1);
   EXPECT_FALSE(component->IsPass());
   component = Component(L"Pass");
-  if (component) {
-    EXPECT_TRUE(component->IsPass());
-  }
+  ASSERT_TRUE(component);
+  EXPECT_EQ(component->GetCategory(), 1);
+  EXPECT_TRUE(component->IsPass());
+  Variable const stranger(L"Pass", L"1");
+  ValueBase const * inner = &stranger;
+  Units::FullUnitType units = Units::kMetre;
+  int category = 5;
+  bool isPass = true;
+  m_extractor->AnalyzeQuantity(Value(Units::kNoUnits), units, category, isPass, inner);
+  EXPECT_EQ(category, 1);
+  EXPECT_FALSE(isPass) << "another variable of that name";
+  EXPECT_EQ(units, Units::kMetre);
 }
 
-TEST_F(CreateTracesTest, OutputVariablesAreOfCategoryTwoAndShowTheUnitsOfTheirTexts) {
+TEST_F(CreateTracesTest, ANameThatIsNoPlainWordStandsInQuotesSoThatItCanBeReadAgainAsMeant) {
+  UseExtractor(new QuotedNameExtractor(&Manager(), m_solution));
+  std::unique_ptr<TraceComponent> const component = Component(L"dB('a b')");
+  ASSERT_TRUE(component);
+  EXPECT_EQ(component->GetValueText(), L"'a b'");
+  ASSERT_TRUE(Component(component->GetValueText()));
+  EXPECT_EQ(Component(component->GetValueText())->GetValueText(), L"'a b'");
+}
+
+TEST_F(CreateTracesTest, OutputVariablesAreOfCategoryTwoAndLendAValueWithoutUnitsThoseOfTheirTexts) {
   ASSERT_NE(AddVariable(L"Loss", L"dB(S21)"), nullptr);
   std::unique_ptr<TraceComponent> const component = Component(L"Loss");
   ASSERT_TRUE(component);
   EXPECT_EQ(component->GetCategory(), 2);
+  EXPECT_EQ(component->GetValue().GetUnits(), Units::kDecibel);
+  EXPECT_EQ(component->GetUnits(), Units::kNoUnits) << "a value that has units decides nothing, as meant";
+  NameSpaceSetup const names(*m_extractor, true);
+  ValueParserSpan const parser(m_extractor->GetIValueParser());
   Value value(Units::kNoUnits);
   Units::FullUnitType units = Units::kMetre;
   int category = 5;
@@ -244,6 +401,10 @@ TEST_F(CreateTracesTest, OutputVariablesAreOfCategoryTwoAndShowTheUnitsOfTheirTe
   ValueBase const * inner = &stranger;
   m_extractor->AnalyzeQuantity(value, units, category, isPass, inner);
   EXPECT_EQ(category, 1) << "another object of that name";
+  EXPECT_EQ(units, Units::kDecibel) << "those of the text of the variable that bears the name";
+  units = Units::kMetre;
+  m_extractor->AnalyzeQuantity(Value(Units::kHertz), units, category, isPass, inner);
+  EXPECT_EQ(units, Units::kMetre) << "a value that has units of its own decides nothing here";
   OutputVariable const unknown(L"Unknown");
   units = Units::kMetre;
   inner = &unknown;
@@ -306,6 +467,36 @@ TEST_F(CreateTracesTest, AFunctionOfAnOutputVariableTellsTheUnitsOfTheWhole) {
   EXPECT_EQ(component->GetExpressionText(), L"dB(Loss)");
   component.reset(m_extractor->CreateTraceComponent(tab, L"Unknown", decibel));
   EXPECT_EQ(component->GetUnits(), Units::kNoUnits);
+}
+
+TEST_F(CreateTracesTest, WithoutAFunctionOrForAnotherTypeThePagesTextIsTheWholeExpression) {
+  ASSERT_NE(AddVariable(L"Loss", L"dB(S21)"), nullptr);
+  TestTab tab;
+  tab.type = 2;
+  std::unique_ptr<TraceComponent> component(m_extractor->CreateTraceComponent(tab, L"Loss", 0));
+  EXPECT_EQ(component->GetExpressionText(), L"Loss");
+  EXPECT_EQ(component->GetCategory(), 2);
+  EXPECT_EQ(component->GetUnits(), Units::kNoUnits);
+  tab.type = 12;
+  int const decibel = Value::GetFunctionID(L"dB");
+  component.reset(m_extractor->CreateTraceComponent(tab, L"S21", decibel));
+  EXPECT_EQ(component->GetExpressionText(), L"dB(S21)");
+  EXPECT_EQ(component->GetCategory(), 12);
+  EXPECT_EQ(component->GetFunctionID(), decibel);
+  EXPECT_EQ(component->GetUnits(), Units::kNoUnits) << "no output variable of that name is asked for";
+}
+
+TEST_F(CreateTracesTest, A3DTraceIsOneWhateverItsComponentsAndIsNotSharedWhereDataLoadForAllSets) {
+  UseExtractor(new support::LoadingTraceExtractor(&Manager(), m_solution));
+  AddSweep(m_x, {1, 2, 3});
+  SolutionPointSet * const set = CreateSet();
+  TextTraceComponent text(L"Filter A");
+  std::unique_ptr<TraceComponent> const y = Component(L"S11");
+  Trace * const trace = m_extractor->CreateTrace3D(set, &text, y.get(), y.get(), true);
+  ASSERT_NE(trace, nullptr);
+  EXPECT_EQ(typeid(*trace), typeid(Trace3D));
+  EXPECT_FALSE(trace->GetIsShared());
+  EXPECT_NE(m_extractor->CreateTrace3D(set, &text, y.get(), y.get(), true), trace);
 }
 
 TEST_F(CreateTracesTest, UnderTheReporterRewriteNothingIsMade) {

@@ -1,4 +1,5 @@
 #include "basekit/text/Utf8.h"
+#include "solutionmanager/extraction/DatasetWords.h"
 #include "solutionmanager/extraction/SvCacheFile.h"
 #include "tests/solutionmanager/extraction/TraceFixture.h"
 
@@ -13,6 +14,17 @@ using support::AssertWatch;
 namespace {
 
 using Complex = std::complex<double>;
+
+/// The exchange of all caches is the manager's own affair, but has an answer to be checked: an explicit instantiation
+/// may name a private member.
+struct ManagerExchange {
+  using Type = bool (BaseSolutionManager::*)(bool);
+  friend Type Member(ManagerExchange);
+};
+template <class Tag, typename Tag::Type member> struct NamesMember {
+  friend typename Tag::Type Member(Tag) { return member; }
+};
+template struct NamesMember<ManagerExchange, &BaseSolutionManager::DoDataExchangeSimValueCache>;
 
 class SvCacheTest : public support::TraceTest {
 protected:
@@ -34,7 +46,33 @@ protected:
 
   long Version() const { return m_solution->GetVersionID(); }
   static SimValue S11() { return SimValue(L"S11", SimValueContext()); }
-  std::filesystem::path File() const { return m_folder / "results/Design_3.svcache"; }
+  std::filesystem::path FileOf(long designID) const {
+    return m_folder / ("results/Design_" + std::to_string(designID) + ".svcache");
+  }
+  std::filesystem::path File() const { return FileOf(3); }
+  /// As the manager does when it reads or writes all files; there the answer changes nothing.
+  bool Exchange(bool reading) { return (Manager().*Member(ManagerExchange()))(reading); }
+  /// A module of one setup, with its cache file.
+  io::CBlock Module() {
+    Solve(*m_solution, L"x=1", {1});
+    Commit();
+    io::CBlock module(L"Module");
+    EXPECT_TRUE(Manager().WriteModule(module, ReadMethod::kAllFiles));
+    EXPECT_TRUE(std::filesystem::exists(File()));
+    m_manager.reset();
+    UseManager();
+    return module;
+  }
+  /// True when a set of any extractor has numbers.
+  bool IsAnyKept() {
+    std::vector<BaseSimDataExtractor *> extractors;
+    Manager().GetAllAssociatedSimDataExtractors(extractors);
+    for (BaseSimDataExtractor const * const extractor : extractors)
+      for (auto at = extractor->GetFirstSolutionPointSet(); at != extractor->GetLastSolutionPointSet(); ++at)
+        if (!(*at)->GetSimValueCache().empty())
+          return true;
+    return false;
+  }
   bool Write() {
     io::CBlock module(L"Module");
     return Manager().WriteModule(module, ReadMethod::kAllFiles);
@@ -95,15 +133,32 @@ TEST_F(SvCacheTest, TheFileHoldsOneBlockForEachExtractor) {
 }
 
 TEST_F(SvCacheTest, TheWordsOfCacheFilesStandInTheirOrder) {
-  EXPECT_EQ(svcachefile::kVocabulary[0], L"svcache");
-  EXPECT_EQ(svcachefile::kVocabulary[8], L"ReportTypeSolnDef");
-  EXPECT_EQ(svcachefile::kVocabulary[16], L"MinorCacheFile");
+  EXPECT_EQ((std::vector<AString>(std::begin(svcachefile::kVocabulary), std::end(svcachefile::kVocabulary))),
+            (std::vector<AString>{L"svcache", L"svc", L"CacheHeaderFile", L"DesignID", L"SimValueCache", L"DesignMap",
+                                  L"SolutionMap", L"ContextMap", L"ReportTypeSolnDef", L"ReportType", L"VersionMap",
+                                  L"MajorVVMap", L"MinorVVMap", L"MajorVariation", L"SolutionID", L"VersionID",
+                                  L"MinorCacheFile"}));
 }
 
-TEST_F(SvCacheTest, ADesignWithoutIDHasNoFile) {
+TEST_F(SvCacheTest, WordsThatNameDatasetsAreShared) {
+  EXPECT_STREQ(datasetwords::kUserDefined, L"User Defined");
+  EXPECT_STREQ(datasetwords::kDataset, L"Dataset");
+  EXPECT_STREQ(datasetwords::kColumnData, L"columndata");
+}
+
+TEST_F(SvCacheTest, ADesignWithoutIDWritesAndReadsNothing) {
+  ASSERT_TRUE(Write());
   m_design.designID = id::invalidID;
+  std::filesystem::copy_file(File(), FileOf(id::invalidID));
+  std::filesystem::remove(File());
+  m_set->GetSimValueCache().Clear();
+  EXPECT_FALSE(Exchange(true)) << "a file of that name is nobody's";
+  EXPECT_TRUE(m_set->GetSimValueCache().empty());
+  std::filesystem::remove(FileOf(id::invalidID));
   EXPECT_TRUE(Write());
-  EXPECT_TRUE(std::filesystem::is_empty(m_folder / "results") || Content().empty());
+  EXPECT_FALSE(Exchange(false));
+  for (auto const & entry : std::filesystem::recursive_directory_iterator(m_folder / "results"))
+    EXPECT_NE(entry.path().extension(), ".svcache") << entry.path();
 }
 
 TEST_F(SvCacheTest, WithoutAFileThereIsNothing) {
@@ -140,6 +195,46 @@ TEST_F(SvCacheTest, ACacheToBeDiscardedIsGoneBeforeAnyRead) {
   Manager().ReadModule(io::CBlock(L"Module"), true, ReadMethod::kDefinitionOnly);
   AssertWatch::Take(); // the product has no definition file
   EXPECT_FALSE(std::filesystem::exists(File())) << "a cache of another state must not be read";
+}
+
+TEST_F(SvCacheTest, ACacheToBeDiscardedIsNotReadWithAllFilesEither) {
+  io::CBlock const module = Module();
+  EXPECT_EQ(Manager().ReadModule(module, true, ReadMethod::kAllFiles), io::kNoError);
+  EXPECT_FALSE(std::filesystem::exists(File()));
+  EXPECT_FALSE(IsAnyKept());
+}
+
+TEST_F(SvCacheTest, ACacheThatCannotBeReadChangesNothingOfTheAnswer) {
+  io::CBlock const module = Module();
+  SetContent("neither a stream of tokens nor anything else");
+  EXPECT_EQ(Manager().ReadModule(module, false, ReadMethod::kAllFiles), io::kNoError);
+  EXPECT_FALSE(IsAnyKept());
+  std::filesystem::remove(File());
+  m_manager.reset();
+  UseManager();
+  EXPECT_EQ(Manager().ReadModule(module, false, ReadMethod::kAllFiles), io::kNoError);
+  EXPECT_FALSE(IsAnyKept());
+}
+
+TEST_F(SvCacheTest, WritingTheDefinitionAloneWritesNoCache) {
+  io::CBlock module(L"Module");
+  Manager().WriteModule(module, ReadMethod::kDefinitionOnly);
+  AssertWatch::Take(); // the product has no definition file
+  EXPECT_FALSE(std::filesystem::exists(File()));
+}
+
+TEST_F(SvCacheTest, TheExchangeTellsWhetherAllWentWell) {
+  EXPECT_FALSE(Exchange(true)) << "no file";
+  EXPECT_TRUE(Exchange(false));
+  m_set->GetSimValueCache().Clear();
+  EXPECT_TRUE(Exchange(true));
+  EXPECT_TRUE(HoldsAll());
+  m_set->GetSimValueCache().Clear();
+  AddSetup(L"Setup2", L"Other");
+  EXPECT_FALSE(Exchange(true)) << "a solution that the file lacks";
+  EXPECT_TRUE(HoldsAll()) << "the others are filled";
+  m_desktop.rewrite = true;
+  EXPECT_TRUE(Exchange(true));
 }
 
 TEST_F(SvCacheTest, ASolutionThatTheFileLacksMakesTheReadFalseAndTheOthersAreFilled) {

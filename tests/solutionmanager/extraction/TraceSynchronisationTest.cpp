@@ -64,6 +64,60 @@ TEST_F(TraceSynchronisationTest, AnEditedVariableReachesTheSetsThatTakeItFromThe
   ExpectAllKept();
 }
 
+TEST_F(TraceSynchronisationTest, WithoutAnInstanceAnEditedVariableReachesTheSetsWhoseExpressionsUseIt) {
+  auto const isReached = [this](wchar_t const * expression, wchar_t const * edited) {
+    SolutionPointSet * const set = CreateSet(false);
+    AddTrace(set, L"x", expression);
+    return m_extractor->SynchronizeTracesForSolutionPointSet(Edit(edited, PropertyCommandInfo::kEdited).get(), set);
+  };
+  EXPECT_TRUE(isReached(L"dB(S11)*y", L"y"));
+  EXPECT_TRUE(isReached(L"dB(S11)*y", L"Y"));
+  EXPECT_FALSE(isReached(L"dB(S11)*x", L"y"));
+  EXPECT_FALSE(isReached(L"dB(S11)*y", L"x")) << "x is swept";
+  EXPECT_FALSE(isReached(L"dB(S11)*y", L"elsewhere"));
+  AddVariable(L"Scaled", L"y*dB(S11)");
+  EXPECT_TRUE(isReached(L"2*Scaled", L"y")) << "through an output variable";
+  Variable z(L"z", L"3");
+  m_design.ownVariables.variables.push_back(&z);
+  m_y.SetValue(Value::Text(L"z/2"));
+  EXPECT_TRUE(isReached(L"dB(S11)*y", L"z")) << "through the definition of another variable";
+  EXPECT_TRUE(isReached(L"2*Scaled", L"y"));
+  EXPECT_FALSE(isReached(L"dB(S11)", L"z"));
+  m_design.ownVariables.variables.pop_back();
+}
+
+TEST_F(TraceSynchronisationTest, AnExpressionBoundBeforeItsVariableWasRedefinedIsReached) {
+  SolutionPointSet * const set = CreateSet(false);
+  Trace * const trace = AddTrace(set, L"x", L"T*y");
+  trace->MarkItDirty(false);
+  m_y.SetValue(Value::Text(L"4/2"));
+  EXPECT_TRUE(m_extractor->SynchronizeTracesForSolutionPointSet(Edit(L"y", PropertyCommandInfo::kEdited).get(), set));
+  EXPECT_TRUE(trace->IsDirty());
+}
+
+TEST_F(TraceSynchronisationTest, WithoutAnInstanceAVariableThatTheDataWasSolvedForReachesTheSimValues) {
+  Solve(*m_solution, L"x=1; y=2", {1});
+  SolutionPointSet * const set = CreateSet(false);
+  Trace * const trace = AddTrace(set, L"x", L"T");
+  trace->MarkItDirty(false);
+  Keep(*set, L"T");
+  auto const isReached = [&](wchar_t const * edited) {
+    return m_extractor->SynchronizeTracesForSolutionPointSet(Edit(edited, PropertyCommandInfo::kEdited).get(), set);
+  };
+  EXPECT_FALSE(isReached(L"x")) << "x is swept";
+  EXPECT_FALSE(isReached(L"elsewhere")) << "no data of it";
+  EXPECT_FALSE(trace->IsDirty());
+  EXPECT_TRUE(Keeps(*set, L"T"));
+  EXPECT_TRUE(isReached(L"y"));
+  EXPECT_TRUE(trace->IsDirty());
+  EXPECT_FALSE(Keeps(*set, L"T"));
+  SolutionPointSet * const ofVariables = CreateSet(false);
+  AddTrace(ofVariables, L"x", L"2*x");
+  EXPECT_FALSE(
+      m_extractor->SynchronizeTracesForSolutionPointSet(Edit(L"y", PropertyCommandInfo::kEdited).get(), ofVariables))
+      << "no sim values";
+}
+
 TEST_F(TraceSynchronisationTest, OfTheTwoPropertyInfosTheFirstPresentCounts) {
   std::unique_ptr<KelvroCommand> const command = Edit(L"x", PropertyCommandInfo::kEdited);
   auto * const project = new PropertyCommandInfo;
@@ -197,7 +251,7 @@ TEST_F(TraceSynchronisationTest, UnderTheReporterRewriteEverySetSaysSoAndNothing
   EXPECT_FALSE(AssertWatch::Take().empty());
 }
 
-TEST_F(TraceSynchronisationTest, EmptyTextsAndPlainTextsGetNoExpressionCache) {
+TEST_F(TraceSynchronisationTest, EmptyTextsAndAsMeantPlainTextsGetNoExpressionCache) {
   TraceComponent empty(L"  ", 0, 0, false, Units::kNoUnits);
   TextTraceComponent text(L"not an expression at all");
   Trace * const trace = m_extractor->CreateTrace2D(m_set, &empty, &text, true);

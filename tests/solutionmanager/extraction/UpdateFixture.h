@@ -42,11 +42,10 @@ public:
   bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
                       std::vector<unsigned> const & reportTypes,
                       std::map<unsigned, std::vector<AString>> const & quantities, IProgressMonitor *) override {
-    EXPECT_TRUE(second.empty());
     ++loads;
     askedReportTypes = reportTypes;
     askedQuantities = quantities;
-    log.push_back(L"load " + first.GetVariationKey());
+    log.push_back(L"load " + first.GetVariationKey() + (second.empty() ? L"" : L" / " + second.GetVariationKey()));
     if (variableToSpoil)
       variableToSpoil->SetValueText(L"77");
     auto const found = data.find(first);

@@ -31,6 +31,14 @@ TEST_F(ActiveVariables, AreBoundUntilTheyAreDeactivated) {
   EXPECT_FALSE(gain->IsActive());
 }
 
+TEST_F(ActiveVariables, AskNobodyForConstants) {
+  OutputVariable * const a = Create(L"a", L"S21*pi");
+  m_extractor->askedForCanned.clear();
+  EXPECT_TRUE(a->Activate(m_extractor, &m_context));
+  EXPECT_EQ(std::count(m_extractor->askedForCanned.begin(), m_extractor->askedForCanned.end(), L"pi"), 0);
+  EXPECT_GT(std::count(m_extractor->askedForCanned.begin(), m_extractor->askedForCanned.end(), L"S21"), 0);
+}
+
 TEST_F(ActiveVariables, OneThatUsesAnotherIsActivatedAfterIt) {
   OutputVariable * const a = Create(L"a", L"S21");
   OutputVariable * const b = Create(L"b", L"a + w");

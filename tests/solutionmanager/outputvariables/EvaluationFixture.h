@@ -193,6 +193,14 @@ protected:
     variable.SetValueBaseText(text, state);
     return variable;
   }
+  /// f0 with that text, f1 = Q, and up to f149 the sum of the two before.
+  void AddChainOfPairs(wchar_t const * first) {
+    ForceVariable(L"f0", first);
+    AddVariable(L"f1", L"Q");
+    for (int number = 2; number < 150; ++number)
+      AddVariable(AString::Format(L"f%d", number).c_str(),
+                  AString::Format(L"f%d + f%d", number - 1, number - 2).c_str());
+  }
   bool Evaluate(wchar_t const * variable, wchar_t const * variation, wchar_t const * context = L"",
                 wchar_t const * solution = L"Setup : Sweep") {
     m_result = Value();

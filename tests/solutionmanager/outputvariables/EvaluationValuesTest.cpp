@@ -114,6 +114,20 @@ TEST_F(EvaluationValuesTest, AVariationThatWasNotSolvedHasNoData) {
   ExpectRefused(Evaluate(L"v", L"x=7"), {{24729, {L"Setup : Sweep"}}});
 }
 
+TEST_F(EvaluationValuesTest, ANameThatNothingKnowsHasNoData) {
+  AddVariable(L"v", L"P");
+  ExpectRefused(Evaluate(L"v", L"bogus=5; x=1"), {{24729, {L"Setup : Sweep"}}});
+}
+
+TEST_F(EvaluationValuesTest, VariablesThatEachUseTheTwoBeforeHaveAValue) {
+  AddChainOfPairs(L"P");
+  double former = 12.0;
+  double value = 0.012;
+  for (int number = 2; number < 150; ++number)
+    former = std::exchange(value, value + former);
+  EXPECT_EQ(ValueAt(L"f149", L"x=1"), value);
+}
+
 TEST_F(EvaluationValuesTest, DataOfAnOlderVersionIsNoData) {
   AddVariable(L"v", L"P");
   m_solution->Invalidate(nullptr, Manager().FetchNextUniqueID());

@@ -105,6 +105,18 @@ TEST_F(OutputVariableExpressions, OfAProductsOwnVariableAreValidByName) {
   EXPECT_TRUE(Told().empty());
 }
 
+TEST_F(OutputVariableExpressions, ThatUseAProductsOwnVariableAreNotBadForIt) {
+  m_extractor->canned[L"Loss"] = {L"-dB(S21)", {Units::kNoUnits, Units::kNoUnitType, 1, val::kReal}};
+  EXPECT_FALSE(IsValid(L"Loss + foo"));
+  EXPECT_EQ(Told(), (Messages{{24559, L"foo"}}));
+}
+
+TEST_F(OutputVariableExpressions, ThatAreBadMakeNoVariableOfAProductToTellWhy) {
+  EXPECT_FALSE(IsValid(L"S21 + foo"));
+  EXPECT_EQ(std::count(m_extractor->askedForCanned.begin(), m_extractor->askedForCanned.end(), L"foo"), 1)
+      << "when it was parsed";
+}
+
 TEST_F(OutputVariableExpressions, ThatGoRoundInACircleAreNotValidAndEndTheCheck) {
   OutputVariable * const a = Create(L"a", L"1");
   Create(L"b", L"a + 1");
@@ -161,7 +173,7 @@ TEST_F(OutputVariableExpressions, ThatLeadIntoACircleOfOthersEndTheWalkAndAreRef
   Create(L"b", L"a");
   a->SetValueBaseText(L"b", a->GetValueState());
   EXPECT_TRUE(Manager().IsCyclic(L"x", L"a"));
-  EXPECT_EQ(Told(), (Messages{{24576, L"a"}}));
+  EXPECT_EQ(Told(), (Messages{{24576, L"x"}})) << "whose edit is refused";
 }
 
 TEST_F(OutputVariableExpressions, AVariableThatAnotherRefersToStays) {

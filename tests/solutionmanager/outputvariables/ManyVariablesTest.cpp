@@ -41,6 +41,18 @@ TEST_F(ManyOutputVariables, InOneChainAreFollowedToItsEndWithoutAsManyCalls) {
   EXPECT_TRUE(Manager().IsValidOutputVariable(NameOf(kMany - 100), m_extractor, &m_context));
 }
 
+TEST_F(ManyOutputVariables, InOneChainAreToldWhereTheFaultIsHoweverFarOn) {
+  MakeChain();
+  OutputVariable * const last = Manager().FindOutputVariable(NameOf(kMany - 1));
+  last->SetValueBaseText(L"foo", last->GetValueState());
+  EXPECT_FALSE(Manager().IsValidOutputVariable(NameOf(kMany - 100), m_extractor, &m_context));
+  Messages const told = Told();
+  ASSERT_FALSE(told.empty());
+  EXPECT_EQ(told.front(), (Messages::value_type{24559, L"foo"})) << "the cause before what it makes bad";
+  EXPECT_EQ(told.back(), (Messages::value_type{24559, NameOf(kMany - 99)}));
+  EXPECT_EQ(std::count(told.begin(), told.end(), told.front()), 1);
+}
+
 TEST_F(ManyOutputVariables, InOneChainAgainstTheOrderOfNamesAreOfferedAsFarAsTheyCanBeBound) {
   MakeChain();
   std::vector<AString> const offered = Offered(m_extractor, &m_context);

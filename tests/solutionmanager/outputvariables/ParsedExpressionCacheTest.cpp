@@ -1,5 +1,6 @@
 #include "solutionmanager/outputvariables/CParsedExpressionCache.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCacheContainer.h"
+#include "solutionmanager/outputvariables/SharedAnalyses.h"
 
 #include "plotkit/SimValueContext.h"
 #include "tests/solutionmanager/support/TestProduct.h"
@@ -143,11 +144,52 @@ TEST_F(ParsedExpressionCacheTest, AnEmptyContainerMayEnterAMap) {
   EXPECT_EQ(std::distance(containers[1].GetFirstElementForEdit(), containers[1].GetLastElementForEdit()), 1);
 }
 
-TEST_F(ParsedExpressionCacheTest, AContainerOwnsItsElementsOnce) {
+TEST_F(ParsedExpressionCacheTest, ACopyOfAFilledContainerSharesWhatItDoesNotOwnAsMeant) {
   CParsedExpressionCacheContainer container;
   auto * cache = new CParsedExpressionCache(L"1", &m_quantities);
   container.AddElement(cache);
   CParsedExpressionCacheContainer copy(container);
   ASSERT_EQ(std::distance(copy.GetFirstElementForEdit(), copy.GetLastElementForEdit()), 1);
   EXPECT_EQ(*copy.GetFirstElementForEdit(), cache);
+}
+
+TEST_F(ParsedExpressionCacheTest, AContainerFreesEachElementAtItsEndAndWhenItBecomesACopy) {
+  static int alive;
+  struct Counted : CParsedExpressionCache {
+    explicit Counted(BaseSolutionManager const * manager) : CParsedExpressionCache(L"1", manager) { ++alive; }
+    ~Counted() override { --alive; }
+  };
+  alive = 0;
+  {
+    CParsedExpressionCacheContainer container;
+    container.AddElement(new Counted(&m_quantities));
+    container.AddElement(new Counted(&m_quantities));
+    CParsedExpressionCacheContainer other;
+    other.AddElement(new Counted(&m_quantities));
+    other = container;
+    EXPECT_EQ(alive, 2);
+    EXPECT_EQ(std::distance(other.GetFirstElementForEdit(), other.GetLastElementForEdit()), 2);
+  }
+  EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ParsedExpressionCacheTest, WhileAnalysesAreSharedATextIsAnalysedOnceForAllCachesOfTheManager) {
+  auto const ask = [this](wchar_t const * text) {
+    return CParsedExpressionCache(text, &m_quantities).IsExpressionValid();
+  };
+  {
+    SharedAnalyses const outer(m_quantities);
+    EXPECT_TRUE(ask(L"S11+S21+Z"));
+    {
+      SharedAnalyses const inner(m_quantities);
+      EXPECT_TRUE(ask(L"S11+S21+Z")) << "the inner one serves through the outer one";
+      EXPECT_EQ(SharedAnalyses::Of(&m_quantities), &outer);
+    }
+    EXPECT_TRUE(ask(L"S11+S21+Z"));
+    EXPECT_EQ(m_quantities.analyses, 1);
+    EXPECT_EQ(SharedAnalyses::Of(nullptr), nullptr) << "it serves its own manager alone";
+  }
+  EXPECT_EQ(SharedAnalyses::Of(&m_quantities), nullptr);
+  EXPECT_TRUE(ask(L"S11+S21+Z"));
+  EXPECT_EQ(m_quantities.analyses, 2) << "the design may have changed";
 }

@@ -19,6 +19,20 @@ public:
   std::vector<std::pair<AString, AString>> renamed;
 };
 
+/// All arguments of the last message.
+class LastMessage final : public IMessageListener {
+public:
+  explicit LastMessage(MessageManager & messages) : m_messages(messages) { messages.AddListener(this); }
+  ~LastMessage() override { m_messages.RemoveListener(this); }
+  void OnMessage(KelvroMessage const & message) override {
+    arguments.assign(message.Arguments().GetArgs().begin(), message.Arguments().GetArgs().end());
+  }
+  std::vector<AString> arguments;
+
+private:
+  MessageManager & m_messages;
+};
+
 class PastedVariablesTest : public support::TraceTest {
 protected:
   PastedVariablesTest() {
@@ -92,7 +106,10 @@ TEST_F(PastedVariablesTest, OfAnotherTypeItComesInUnderANewNameAndTheUserIsTold)
   KelvroCommand edit(L"Edit");
   ASSERT_TRUE(Manager().EditOutputVariable(Manager().FindOutputVariable(L"Loss"), L"S11", &edit));
   AssertWatch::Expect("0");
+  LastMessage const message(m_desktop.GetMessageManager());
   EXPECT_TRUE(Paste(block));
+  EXPECT_EQ(message.arguments, (std::vector<AString>{L"complex number", L"Loss", L"real number", L"Loss_1"}))
+      << "the type that is there, its name, the type that came, its new name";
   EXPECT_EQ(Manager().FindOutputVariable(L"Loss")->GetValueBaseText(), L"S11");
   ASSERT_NE(Manager().FindOutputVariable(L"Loss_1"), nullptr);
   EXPECT_EQ(Manager().FindOutputVariable(L"Loss_1")->GetValueBaseText(), L"dB(S21)");
@@ -100,7 +117,6 @@ TEST_F(PastedVariablesTest, OfAnotherTypeItComesInUnderANewNameAndTheUserIsTold)
   EXPECT_EQ(m_context.renamed, (std::vector<std::pair<AString, AString>>{{L"Loss", L"Loss_1"}}));
   ASSERT_EQ(m_desktop.posted.size(), 1u);
   EXPECT_EQ(m_desktop.posted.front().first, kRenamedMessage);
-  EXPECT_EQ(m_desktop.posted.front().second, L"complex number") << "the type that is there";
   EXPECT_EQ(m_desktop.severities.front(), KelvroMessage::kInfo);
   m_command->Undo();
   EXPECT_EQ(Manager().FindOutputVariable(L"Loss_1"), nullptr);
@@ -129,6 +145,49 @@ TEST_F(PastedVariablesTest, WithoutACommandNothingIsAddedAndNothingLost) {
   AssertWatch::Expect("0");
   EXPECT_TRUE(Manager().ReadTraceInterpreterBlockForPaste(nullptr, nullptr, block));
   EXPECT_EQ(Manager().FindOutputVariable(L"Loss"), nullptr);
+}
+
+TEST_F(PastedVariablesTest, WhatCouldNotComeInUnderANewNameIsToldToNobody) {
+  io::CBlock const block = Copied({L"Loss"});
+  KelvroCommand edit(L"Edit");
+  ASSERT_TRUE(Manager().EditOutputVariable(Manager().FindOutputVariable(L"Loss"), L"S11", &edit));
+  EXPECT_TRUE(Manager().ReadTraceInterpreterBlockForPaste(nullptr, &m_context, block));
+  EXPECT_EQ(AssertWatch::Take(), (std::vector<std::string>{"0", "0"})) << "the other type, and no command";
+  EXPECT_EQ(Manager().FindOutputVariable(L"Loss_1"), nullptr);
+  EXPECT_EQ(VariableCount(), 2u);
+  EXPECT_TRUE(m_context.renamed.empty()) << "the traces would mean a variable that is not there";
+  EXPECT_TRUE(m_desktop.posted.empty());
+}
+
+TEST_F(PastedVariablesTest, WithoutAContextAVariableComesInUnderANewNameAllTheSame) {
+  io::CBlock const block = Copied({L"Loss"});
+  KelvroCommand edit(L"Edit");
+  ASSERT_TRUE(Manager().EditOutputVariable(Manager().FindOutputVariable(L"Loss"), L"S11", &edit));
+  AssertWatch::Expect("0");
+  EXPECT_TRUE(Manager().ReadTraceInterpreterBlockForPaste(m_command.get(), nullptr, block));
+  EXPECT_NE(Manager().FindOutputVariable(L"Loss_1"), nullptr);
+  EXPECT_EQ(m_desktop.posted.size(), 1u);
+}
+
+TEST_F(PastedVariablesTest, OfTwoFunctionsOfOneNameTheSecondMeetsTheFirst) {
+  io::CBlock block(L"Traces");
+  io::CBlock const real = Copied({L"Loss"});
+  io::CBlock const complex = Copied({L"Wave"});
+  io::CBlock_ptr<io::CBlock> const variables(new io::CBlock(L"OutputVars"));
+  for (io::CBlock const * const copied : {&real, &complex}) {
+    auto const & func = static_cast<io::CBlock_func const &>(**copied->FindBlock(L"OutputVars")->begin());
+    io::CBlock_ptr<io::CBlock_func> const twin(new io::CBlock_func(func));
+    twin->Name(L"Twin");
+    *variables << twin;
+  }
+  block << variables;
+  AssertWatch::Expect("0");
+  EXPECT_TRUE(Paste(block));
+  ASSERT_NE(Manager().FindOutputVariable(L"Twin"), nullptr);
+  EXPECT_EQ(Manager().FindOutputVariable(L"Twin")->GetValueBaseText(), L"dB(S21)");
+  ASSERT_NE(Manager().FindOutputVariable(L"Twin_1"), nullptr);
+  EXPECT_EQ(Manager().FindOutputVariable(L"Twin_1")->GetValueBaseText(), L"S21");
+  EXPECT_EQ(m_context.renamed, (std::vector<std::pair<AString, AString>>{{L"Twin", L"Twin_1"}}));
 }
 
 TEST_F(PastedVariablesTest, UnderTheReporterRewriteNothingIsPasted) {

@@ -116,6 +116,37 @@ TEST_F(QuantityTypesTest, DefinitionsThatGoRoundInACircleAreRefused) {
   EXPECT_FALSE(Evaluate(L"a", L"x=1"));
 }
 
+TEST_F(QuantityTypesTest, VariablesThatEachUseTheTwoBeforeAreOpenedOnceEach) {
+  AddChainOfPairs(L"P");
+  ASSERT_TRUE(Find(L"f149"));
+  EXPECT_EQ(m_variables.size(), 150u);
+  EXPECT_EQ(m_variables.back()->GetName(), L"f149");
+  EXPECT_EQ(m_simValues, (SimValues{{1, {L"Q", L"P"}}})) << "words of a variable that is met again are listed once";
+  EXPECT_EQ(m_quantities->askedForReportType, 2);
+  EXPECT_EQ(ReferencedBy(L"f149"), (std::vector<AString>{L"Q", L"P"}));
+}
+
+TEST_F(QuantityTypesTest, VariablesThatEachUseTheTwoBeforeAndABadOneAreOpenedOnceEach) {
+  AddChainOfPairs(L"P + unheard_of");
+  EXPECT_FALSE(Find(L"f149"));
+  EXPECT_EQ(m_simValues, (SimValues{{1, {L"Q"}}})) << "the walk goes on";
+  EXPECT_LT(m_quantities->askedForReportType, 1000);
+}
+
+TEST_F(QuantityTypesTest, AQuestionThatIsAskedAgainOpensEverythingAgain) {
+  AddVariable(L"v", L"P");
+  ASSERT_TRUE(Find(L"v"));
+  EXPECT_TRUE(Manager().GetQuantityTypeInfo(m_reportTypes, L"v", &m_variables, &m_simValues, nullptr));
+  EXPECT_EQ(m_simValues, (SimValues{{1, {L"P", L"P"}}}));
+  EXPECT_EQ(Names(), (std::vector<AString>{L"v", L"v"}));
+}
+
+TEST_F(QuantityTypesTest, TheWordsOfACannedVariableAreReferredTo) {
+  m_extractor->canned = L"Twice";
+  EXPECT_EQ(ReferencedBy(L"Twice + Q"), (std::vector<AString>{L"P", L"Q"}));
+  Manager().DoGarbageCollection({});
+}
+
 TEST_F(QuantityTypesTest, TheNumberOfReportTypesIsMinusOneForABadExpression) {
   ReportTypes reportTypes;
   EXPECT_EQ(Manager().GetOutputVariableReportTypes(L"P + Q", reportTypes), 1);

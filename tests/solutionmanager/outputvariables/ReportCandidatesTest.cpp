@@ -74,7 +74,7 @@ TEST_F(OfferedOutputVariables, AreInFrontOfWhatTheListHeld) {
   EXPECT_EQ(NamesOf(list), (Names{L"a", L"other"}));
 }
 
-TEST_F(OfferedOutputVariables, ForAnEditedVariableAreThoseThatDoNotUseItBehindWhatTheListHeld) {
+TEST_F(OfferedOutputVariables, ForAnEditedVariableAreThoseThatDoNotUseItAndItselfAsMeantBehindWhatTheListHeld) {
   OutputVariable * const edited = Create(L"edited", L"dB(S21)");
   Create(L"uses", L"edited");
   Create(L"usesDeeply", L"uses + 1");

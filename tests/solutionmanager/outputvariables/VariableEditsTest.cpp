@@ -270,12 +270,21 @@ TEST_F(OutputVariableEdits, WhatADesignChangeBrokeBecomesZeroAndTheUserIsTold) {
   ExpectUndoable(m_command, before);
 }
 
-TEST_F(OutputVariableEdits, WithoutACommandNothingIsResetAndNobodyIsToldSo) {
+TEST_F(OutputVariableEdits, WithoutACommandNothingIsResetAndTheUserIsToldAllTheSameAsMeant) {
   Create(L"Wide", L"2*w");
   m_design.ownVariables.variables.clear();
   Manager().UpdateOutputVariables(nullptr);
   EXPECT_EQ(Manager().FindOutputVariable(L"Wide")->GetValueBaseText(), L"2*w");
-  EXPECT_EQ(Told(), (Messages{{24559, L"w"}}));
+  EXPECT_EQ(Told(), (Messages{{24559, L"w"}, {24560, L"Wide"}}));
+}
+
+TEST_F(OutputVariableEdits, WhatRefersToAVariableThatWasResetStays) {
+  Create(L"a", L"2*w");
+  Create(L"b", L"a + S21");
+  m_design.ownVariables.variables.clear();
+  Manager().UpdateOutputVariables(&m_command);
+  EXPECT_EQ(Manager().FindOutputVariable(L"a")->GetValueBaseText(), L"0");
+  EXPECT_EQ(Manager().FindOutputVariable(L"b")->GetValueBaseText(), L"a + S21");
 }
 
 TEST_F(OutputVariableEdits, AModuleTakesAllVariablesOver) {

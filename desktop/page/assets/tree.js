@@ -1,0 +1,60 @@
+// The tree of a design: what stands in it, valid or not, and why.
+
+const LONG_LIST = 50;
+const SIGNS = {valid: '✓', stale: '↻', failed: '✗', former: '◷', running: '…'};
+
+class TreeView {
+  constructor(item) {
+    this.title = item.title;
+    this.fills = new Map();
+    this.list = make('ul', {class: 'tree'}, ...item.nodes.map(node => this.node(node, 0)));
+    const unfold = make('button', {type: 'button'}, 'unfold all');
+    const fold = make('button', {type: 'button'}, 'fold all');
+    unfold.addEventListener('click', () => this.foldAll(true));
+    fold.addEventListener('click', () => this.foldAll(false));
+    this.element = make('figure', {class: 'treeview'},
+                        make('figcaption', {}, make('span', {class: 'title'}, this.title),
+                             make('span', {class: 'tools'}, unfold, fold)), this.list);
+  }
+
+  node(node, depth) {
+    const line = [make('span', {class: 'label'}, node.label)];
+    if (node.detail)
+      line.push(' ', make('span', {class: 'detail'}, node.detail));
+    if (node.state)
+      line.push(' ', make('span', {class: `state ${node.state}`},
+                          make('span', {'aria-hidden': 'true'}, SIGNS[node.state] + ' '), node.state));
+    const why = [node.reason && make('div', {class: 'reason'}, node.reason),
+                 node.remedy && make('div', {class: 'remedy'}, node.remedy)].filter(Boolean);
+    if (!node.children || node.children.length === 0)
+      return make('li', {}, make('div', {class: 'leaf'}, ...line), ...why);
+    return make('li', {}, this.branch(node, depth, make('summary', {}, ...line), why));
+  }
+
+  /// Long lists begin folded, and are made when they are unfolded first.
+  branch(node, depth, summary, why) {
+    const list = make('ul');
+    const details = make('details', {}, summary, ...why, list);
+    const fill = () => {
+      if (list.childElementCount === 0)
+        list.append(...node.children.map(child => this.node(child, depth + 1)));
+    };
+    details.addEventListener('toggle', () => details.open && fill());
+    this.fills.set(details, fill);
+    if (depth < 3 && node.children.length <= LONG_LIST) {
+      fill();
+      details.open = true;
+    }
+    return details;
+  }
+
+  foldAll(isOpen, within = this.list) {
+    for (const details of within.querySelectorAll('details')) {
+      if (isOpen && !details.open) {
+        this.fills.get(details)();
+        this.foldAll(true, details);
+      }
+      details.open = isOpen;
+    }
+  }
+}
