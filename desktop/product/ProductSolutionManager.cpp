@@ -120,7 +120,12 @@ io::ReadError ProductSolutionManager::DefinitionFileRead(io::CBlock const & bloc
   return result;
 }
 
-bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) { return WriteWithResultStores(block); }
+bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) {
+  m_writesReports = true;
+  bool const isWritten = WriteWithResultStores(block);
+  m_writesReports = false;
+  return isWritten;
+}
 
 bool ProductSolutionManager::DefinitionFileWrite(io::CBlock & block) { return WriteWithResultStores(block); }
 

@@ -53,6 +53,9 @@ public:
   bool HaveUnsavedResultFiles() const;
   /// The stores hold what is saved now.
   void NoteResultStoresAsSaved();
+  /// Whether what is being written is for keeping: extractors then tell what reports showed.  An autosave holds none of
+  /// it.
+  bool WritesReports() const { return m_writesReports; }
   /// Deletes the blocks of what the design that was read had deleted; for a save.  False when that can't be stored.
   bool CarryOutDeletions();
   /// Texts for people of the setups and solutions that the library alone knew when the design was read.
@@ -136,6 +139,7 @@ private:
   /// Of the stores as they were saved last.
   std::size_t m_savedStores = 0;
   int m_lostResultFiles = 0;
+  bool m_writesReports = false;
 };
 
 } // namespace desktop

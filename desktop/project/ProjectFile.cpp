@@ -37,6 +37,7 @@ AString const kGeneration(L"Generation");
 AString const kDesignName(L"DesignName");
 AString const kDesignID(L"DesignID");
 AString const kSource(L"Source");
+AString const kSimValueCache(L"SimValueCache");
 
 wchar_t const * KindName(ProjectFileKind kind) { return kind == ProjectFileKind::kProject ? L"project" : L"autosave"; }
 
@@ -101,6 +102,8 @@ std::string EncodeProject(ProjectRecord const & record, ProjectFileKind kind) {
   for (io::CBlock const * const part : {&record.reports, &record.ports, &record.pendingTexts})
     if (!part->Empty())
       block << *part;
+  if (!record.simValueCache.empty())
+    block << io::named(kSimValueCache, record.simValueCache);
   std::string bytes;
   Append(head, bytes);
   Append(block, bytes);
@@ -174,6 +177,7 @@ ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, Lon
   TakeBlock(*block, record.reports);
   TakeBlock(*block, record.ports);
   TakeBlock(*block, record.pendingTexts);
+  *block >> io::named(kSimValueCache, record.simValueCache);
   return record;
 }
 

@@ -87,7 +87,9 @@ void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assi
   GetEditor().SetVariables(assignments);
 }
 
-ProjectRecord Session::MakeRecord() const {
+ProjectRecord Session::MakeRecord() const { return MakeRecord(ReadMethod::kDefinitionOnly); }
+
+ProjectRecord Session::MakeRecord(ReadMethod method) const {
   ProjectRecord record;
   record.productName = m_product->GetName();
   record.designName = m_design->GetName();
@@ -98,7 +100,7 @@ ProjectRecord Session::MakeRecord() const {
   m_editLog->Write(record.edits);
   m_reports->Write(record.reports);
   WritePorts(*m_manager, record.ports);
-  if (!m_manager->WriteModule(record.module, ReadMethod::kDefinitionOnly))
+  if (!m_manager->WriteModule(record.module, method))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");
   m_manager->WriteNextUniqueID(record.ids); // Last: what stands above may have issued IDs.

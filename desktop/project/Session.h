@@ -14,6 +14,7 @@
 #include <vector>
 
 class LongFileName;
+enum class ReadMethod : int;
 struct RecoveryReport;
 
 namespace io {
@@ -144,6 +145,7 @@ private:
   void MakeDesign(ProjectRecord const & record);
   void ReadReports(ProjectRecord const & record);
   void ReadLibrary(ProjectRecord const & record);
+  void CheckNumbersOfReports(ProjectRecord const & record);
   void SetAside(LongFileName const & file, AString const & why);
   void CopyAside(LongFileName const & file, AString const & why);
   void RefuseDamagedNames(AString const & path) const;
@@ -166,6 +168,8 @@ private:
   void InstallProjectFile(AString & whatIsUncertain);
   void SettleSave();
   ProjectRecord MakeRecord() const;
+  ProjectRecord MakeRecordToSave() const;
+  ProjectRecord MakeRecord(ReadMethod method) const;
   void NoteAsWritten();
   void WriteAutosave(ProjectRecord & record, std::string const & state);
   bool HasUnsavedResults() const;

@@ -25,6 +25,7 @@
 #include "desktop/project/Session.h"
 #include "desktop/report/LiveReports.h"
 #include "desktop/report/ReportList.h"
+#include "desktop/report/ShownNumbers.h"
 #include "solutionmanager/recovery/RecoveryReport.h"
 #include "viewkit/library/LibraryReader.h"
 
@@ -403,6 +404,7 @@ void Session::ReadLibrary(ProjectRecord const & record) {
   if (result != io::kNoError)
     RefuseLibrary(m_manager->GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
   ReadPorts(record.ports, *m_manager);
+  CheckNumbersOfReports(record);
   MarkMisfits(*this);
   TellOfLostFiles();
   if (!tail.empty())
@@ -413,6 +415,14 @@ void Session::ReadLibrary(ProjectRecord const & record) {
                         L"you save, or solve again (a project file that was renamed needs its results folder "
                         L"renamed likewise, to " +
                         m_project->GetName() + L".results)");
+}
+
+// A file that is damaged, of another save or of another project has nothing to say.  Nor has any beside work that is
+// not saved: an edit may reach its numbers, and a solve may have brought others.
+void Session::CheckNumbersOfReports(ProjectRecord const & record) {
+  bool const isAnyUnsaved = m_hasAutosave || HasUnsavedResults();
+  if (record.simValueCache.empty() || isAnyUnsaved || StampOfNumbers(*m_manager) != record.simValueCache)
+    ForgetReadReports(*m_manager);
 }
 
 void Session::RefuseLibrary(AString const & what) const {

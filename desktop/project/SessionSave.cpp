@@ -15,6 +15,8 @@
 #include "desktop/project/SaveProtocol.h"
 #include "desktop/project/SavedLibrary.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/LiveReports.h"
+#include "desktop/report/ShownNumbers.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
@@ -45,6 +47,7 @@ bool SaveIfChanged(BaseSolutionManager const & manager, io::CBlock & block) {
 
 void Session::Save() {
   RefuseWhenReadOnly();
+  GetLiveReports().KeepWhatReportsNeed();
   bool const movesFiles = m_manager->HaveResultFiles() || HaveUnsavedManagedFiles(*m_manager);
   // A save that is cut off leaves the working views to the autosave.
   if (movesFiles && m_generation > 0)
@@ -94,7 +97,6 @@ void Session::CommitLibrary() {
     RefuseStorage(library.LastError());
 }
 
-// A sim value cache file would be written here: what it lacks is computed again, so that it is kept by no backup.
 void Session::CommitFiles(SaveProtocol const & save) {
   BackupArea::BeginGroup();
   DropResultsWithoutData(*m_manager);
@@ -107,8 +109,8 @@ void Session::CommitFiles(SaveProtocol const & save) {
 
 // The step from the old state to the new one.  Not before the files have the names that it tells.
 void Session::InstallProjectFile(AString & whatIsUncertain) {
-  ProjectRecord record = MakeRecord();
-  std::string const state = EncodeProject(record, ProjectFileKind::kAutosave);
+  std::string const state = EncodeProject(MakeRecord(), ProjectFileKind::kAutosave);
+  ProjectRecord record = MakeRecordToSave();
   record.generation = m_generation + 1;
   NewFile file(m_project->GetFile(), EncodeProject(record, ProjectFileKind::kProject));
   try {
@@ -120,6 +122,18 @@ void Session::InstallProjectFile(AString & whatIsUncertain) {
   }
   m_generation = record.generation;
   m_lastWritten = state;
+}
+
+// With the numbers that reports showed, in a file of their own.  What that lacks is computed again, so that no backup
+// keeps it, and no failure of it is one of the save: the project file tells which file it goes with.
+ProjectRecord Session::MakeRecordToSave() const {
+  if (!KeepPresentNumbers(*m_manager)) {
+    m_manager->DeleteSimValueCacheFile();
+    return MakeRecord();
+  }
+  ProjectRecord record = MakeRecord(ReadMethod::kAllFiles);
+  record.simValueCache = StampOfNumbers(*m_manager);
+  return record;
 }
 
 void Session::SettleSave() {

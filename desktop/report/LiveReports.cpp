@@ -51,6 +51,15 @@ void MarkDirty(std::list<Trace *> const & traces) {
 
 } // namespace
 
+LiveReports::LiveReports(Session & session) : m_session(session) {
+  std::vector<BaseSimDataExtractor *> extractors;
+  session.GetManager().GetAllAssociatedSimDataExtractors(extractors);
+  std::list<Trace *> read;
+  for (BaseSimDataExtractor const * const extractor : extractors)
+    extractor->GetAvailableTraces(read);
+  m_read.insert(read.begin(), read.end());
+}
+
 LiveReports::Report & LiveReports::ReportOf(ReportDefinition const & definition) {
   auto const at = std::find_if(m_reports.begin(), m_reports.end(), [&](Report const & report) {
     return AString::MatchNoCase(report.definition.name, definition.name);
@@ -140,8 +149,21 @@ void LiveReports::DropUnused() {
   Collect();
 }
 
+// What the others made of a report shows in the curves that came with the file: they are found again, not made.
+void LiveReports::KeepWhatReportsNeed() {
+  if (!m_read.empty()) {
+    std::set<Trace *> needed;
+    for (ReportDefinition const & report : m_session.GetReports().All())
+      for (Trace * const trace : MakeCurves(m_session, report).traces)
+        if (m_read.contains(trace))
+          needed.insert(trace);
+    m_read = std::move(needed);
+  }
+  DropUnused();
+}
+
 void LiveReports::Collect() {
-  std::set<Trace *> inUse;
+  std::set<Trace *> inUse = m_read;
   for (Report const & report : m_reports)
     inUse.insert(report.curves.traces.begin(), report.curves.traces.end());
   inUse.erase(nullptr);

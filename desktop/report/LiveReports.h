@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <list>
+#include <set>
 
 class IProgressMonitor;
 class KelvroCommand;
@@ -19,7 +20,7 @@ class Session;
 /// each edit whether it still holds.  One per session, for as long as its design stands.
 class LiveReports {
 public:
-  explicit LiveReports(Session & session) : m_session(session) {}
+  explicit LiveReports(Session & session);
 
   bool IsEmpty() const { return m_reports.empty(); }
 
@@ -43,6 +44,9 @@ public:
   /// Drops what was made for definitions that the project doesn't have any more, so that nothing refers to what they
   /// name.
   void DropUnused();
+
+  /// For a save: drops all curves that no report of the project needs.
+  void KeepWhatReportsNeed();
 
   /// Follows an edit that was just carried out, undone or redone.
   void Follow(KelvroCommand & command);
@@ -73,6 +77,8 @@ private:
 
   Session & m_session;
   std::list<Report> m_reports;
+  /// Curves that came with the project file, for reports that may be shown yet.
+  std::set<Trace *> m_read;
 };
 
 } // namespace desktop

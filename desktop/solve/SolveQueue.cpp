@@ -339,8 +339,13 @@ void SolveQueue::Impl::Store(std::vector<SolvedPoint> const & solved) {
                                 L"be written, and solve again; %d of %d points are stored",
                                 m_site.manager.GetSolutionFileManager().GetLibPath(), m_outcome.stored,
                                 static_cast<int>(m_points.size())));
-  for (auto const & result : solved)
+  std::vector<SolutionVariationKey> stored;
+  for (auto const & result : solved) {
     EnterStored(PointAt(result.number));
+    stored.push_back(PointAt(result.number).Key());
+  }
+  if (m_site.stored)
+    m_site.stored(stored);
   for (auto const & result : solved) {
     Point const point = PointAt(result.number);
     ++m_outcome.stored;

@@ -55,6 +55,8 @@ struct SolveSite {
   std::function<std::vector<JobSource>()> sources = {};
   /// After the last point of a run that stored more than data blocks, however the run ended.
   std::function<void()> finish = {};
+  /// Points whose data was just stored, in the place of what they had before.
+  std::function<void(std::vector<SolutionVariationKey> const & points)> stored = {};
 };
 
 /// The desktop's simulation service: points are queued by SubmitSolve and solved by worker processes that take many

@@ -6,6 +6,7 @@
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/LiveReports.h"
+#include "desktop/report/ShownNumbers.h"
 #include "desktop/solve/SolveQueue.h"
 
 namespace desktop {
@@ -32,7 +33,10 @@ SolveSite SiteOf(Session & session) {
           session.IsReadOnly(),
           prepare,
           sources,
-          [&session] { session.Autosave(); }};
+          [&session] { session.Autosave(); },
+          [&session](std::vector<SolutionVariationKey> const & points) {
+            ForgetShownNumbers(session.GetManager(), points);
+          }};
 }
 
 } // namespace

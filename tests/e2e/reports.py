@@ -90,6 +90,23 @@ class Reports(DeskTest):
         self.run_desk('report', 'ladder', 'show', 'gain')
         self.assertFalse(self.document('info', 'ladder')['unsaved_changes'], 'looking changes nothing')
 
+    def test_numbers_kept_by_a_save_are_those_of_the_solved_data(self):
+        self.solved()
+        self.run_shell(['report add s --y S(2,1) --y dB(S(1,1)) --over c1,l2', 'report show s', 'save'])
+        caches = [os.path.join(folder, name) for folder, _, names in os.walk('.') for name in names
+                  if name.endswith('.svcache')]
+        self.assertEqual(len(caches), 1)
+        kept = self.rows('s')
+        self.assertEqual(len(kept), 3 * 2 * 3)
+        whole = read(caches[0])
+        with open(caches[0], 'wb') as file:
+            file.write(whole[:len(whole) // 2])
+        self.assertEqual(self.rows('s'), kept)
+        os.remove(caches[0])
+        self.assertEqual(self.rows('s'), kept)
+        self.run_desk('solve', 'ladder', '--vary', 'c1=1.2', '--vary', 'l2=1', '--quiet')
+        self.assertEqual([row for row in self.rows('s') if row[0] != 1.2], kept)
+
     def test_a_missing_variation_is_a_gap_and_no_shift(self):
         self.project()
         self.run_desk('solve', 'ladder', '--vary', 'c1=1', '--vary', 'l2=1', '--quiet')

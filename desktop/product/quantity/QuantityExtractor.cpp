@@ -40,17 +40,12 @@ IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
     return *m_catalogue;
   m_catalogueVersion = version;
   m_catalogueSize = -1;
-  VariableValues nominal;
-  AddNominalValues(nominal);
-  m_variations.Refresh();
-  auto const solved = FindSolved(nominal);
-  bool isMade = solved && MakeCatalogueOf(*solved);
-  for (auto text = m_variations.GetTexts().begin(); !isMade && text != m_variations.GetTexts().end(); ++text)
-    isMade = MakeCatalogueOf(*text);
-  if (!isMade) {
-    m_catalogue = MakeCatalogue(nullptr);
+  auto made = MakeCatalogueOfData();
+  if (!made) {
+    made = MakeCatalogue(nullptr);
     m_catalogueSize = solution.size();
   }
+  m_catalogue = std::make_unique<KnownCatalogue>(std::move(made));
   return *m_catalogue;
 }
 
@@ -59,13 +54,30 @@ void QuantityExtractor::ForgetCatalogue() {
   m_sweepsAreCurrent = false;
 }
 
-bool QuantityExtractor::MakeCatalogueOf(AString const & variation) const {
+IQuantityCatalogue const & QuantityExtractor::GetMadeCatalogue() const {
+  GetCatalogue();
+  return m_catalogue->Made();
+}
+
+void QuantityExtractor::RefreshVariations() const {
+  if (m_variations.Refresh())
+    m_sweepsAreCurrent = false;
+}
+
+std::unique_ptr<IQuantityCatalogue> QuantityExtractor::MakeCatalogueOfData() const {
+  VariableValues nominal;
+  AddNominalValues(nominal);
+  RefreshVariations();
+  auto const solved = FindSolved(nominal);
+  auto made = solved ? MakeCatalogueOf(*solved) : nullptr;
+  for (auto text = m_variations.GetTexts().begin(); !made && text != m_variations.GetTexts().end(); ++text)
+    made = MakeCatalogueOf(*text);
+  return made;
+}
+
+std::unique_ptr<IQuantityCatalogue> QuantityExtractor::MakeCatalogueOf(AString const & variation) const {
   auto const memory = Bring(variation);
-  auto made = memory ? MakeCatalogue(&memory->Get()) : nullptr;
-  if (!made)
-    return false;
-  m_catalogue = std::move(made);
-  return true;
+  return memory ? MakeCatalogue(&memory->Get()) : nullptr;
 }
 
 QuantityReportType const * QuantityExtractor::FindReportType(unsigned number) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/product/quantity/IQuantityCatalogue.h"
+#include "desktop/product/quantity/KnownCatalogue.h"
 #include "desktop/product/quantity/SolvedVariations.h"
 #include "plotkit/simvalue/ISolvedColumns.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
@@ -31,7 +31,8 @@ public:
 
   /// As known from the nominal variation, where that is solved, or another one; valid until data comes or goes.
   IQuantityCatalogue const & GetCatalogue() const;
-  /// What is solved is another thing now, or known better, though no version tells it.
+  /// What is solved is another thing now, or known better, though no version tells it; what a project file told is not
+  /// believed any more either.
   void ForgetCatalogue();
   /// Null for an unknown number.
   QuantityReportType const * FindReportType(unsigned number) const;
@@ -69,6 +70,10 @@ public:
   void DoGarbageCollection(std::set<Trace *> const & tracesInUse) override;
 
   // BaseSimDataExtractor
+  /// With what is known of the quantities, so that reports come back without any data being read; they give no sweeps,
+  /// as these follow from what is solved.
+  bool DesignFileWrite(io::CBlock & block) override;
+  io::ReadError DesignFileRead(io::CBlock const & block) override;
   SimValue * CreateSimValue(AString const & text, SimValueContext const & context) override;
   SimValue * CreateSimValue() override;
 
@@ -80,6 +85,8 @@ public:
   bool GetSimValueColumn(SimValue const & value, std::vector<AComplex<double>> & numbers) const override;
 
 protected:
+  /// What MakeCatalogue made; a variation is read for it where the project file told what reports need.
+  IQuantityCatalogue const & GetMadeCatalogue() const;
   /// Of a variation that is in memory; null when nothing is solved.
   virtual std::unique_ptr<IQuantityCatalogue> MakeCatalogue(BaseSolutionVariation const * solved) const = 0;
   /// Refers to the variation; null when that has no data that can be read.
@@ -99,7 +106,11 @@ private:
   Sweep * SweepOver(Variable & variable, Units::FullUnitType units);
   std::vector<Variable *> DesignVariables() const;
   void AddNominalValues(VariableValues & values) const;
-  bool MakeCatalogueOf(AString const & variation) const;
+  std::unique_ptr<IQuantityCatalogue> MakeCatalogueOf(AString const & variation) const;
+  std::unique_ptr<IQuantityCatalogue> MakeCatalogueOfData() const;
+  void RefreshVariations() const;
+  void ReadCatalogue(io::CBlock const & block);
+  void ReadInstances(io::CBlock const & block);
   /// The text at the version with data, which is empty in a design without variables; nothing when it is not solved.
   std::optional<AString> FindSolved(VariableValues const & values) const;
   /// Null when there is no data that can be read.
@@ -109,12 +120,12 @@ private:
   bool TakeColumn(SimValue const & value, QuantityColumn & column) const;
 
   mutable SolvedVariations m_variations;
-  mutable std::unique_ptr<IQuantityCatalogue> m_catalogue;
+  mutable std::unique_ptr<KnownCatalogue> m_catalogue;
   /// What the catalogue was made from: a version, and how many variations there were when it had no data.
   mutable long m_catalogueVersion = id::invalidID;
   mutable int m_catalogueSize = -1;
   std::map<AString, std::unique_ptr<Variable>, AString::NoCaseLess> m_axisVariables;
-  bool m_sweepsAreCurrent = false;
+  mutable bool m_sweepsAreCurrent = false;
   std::unique_ptr<LoadedQuantities> m_loaded;
 };
 

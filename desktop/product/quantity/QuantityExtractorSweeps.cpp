@@ -110,7 +110,8 @@ void QuantityExtractor::CreateDefaultSweeps(bool) {
 void QuantityExtractor::RefreshSweeps() const {
   // What is asked for follows from what is solved, so that asking brings it up to date.
   auto & self = const_cast<QuantityExtractor &>(*this);
-  if (m_variations.Refresh() || !m_sweepsAreCurrent)
+  RefreshVariations();
+  if (!m_sweepsAreCurrent)
     self.CreateDefaultSweeps(true);
 }
 

@@ -1,6 +1,7 @@
 #include "solutionmanager/extraction/SvCacheFile.h"
 
 #include "basekit/file/FileOperations.h"
+#include "basekit/file/IFileSystem.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/io/CToken_istream.h"
@@ -33,13 +34,15 @@ bool svcachefile::Read(AString const & path, io::CBlock & block) {
 }
 
 bool svcachefile::Write(AString const & path, io::CBlock const & block) {
-  io::CToken_ostream stream(path, io::kStreamWrite);
+  LongFileName const beside(path + L".new");
+  io::CToken_ostream stream(beside.FilePath(), io::kStreamWrite);
   if (stream.fail())
     return false;
   stream << block;
   stream.Close();
-  bool const isWritten = !stream.fail();
-  if (!isWritten && LFN_Exists(LongFileName(path)))
-    LFN_DeleteFile(LongFileName(path));
-  return isWritten;
+  if (!stream.fail() && file::FileSystem().Rename(beside, LongFileName(path)).Ok())
+    return true;
+  // The failure is told; what is left would be written over.
+  static_cast<void>(file::FileSystem().RemoveFile(beside));
+  return false;
 }

@@ -19,7 +19,8 @@ AString ExtractorBlockName(long solutionID);
 
 /// False, and the block unchanged, when there is no such file or it is not whole.
 bool Read(AString const & path, io::CBlock & block);
-/// False when the file could not be written; what there is of it is then removed.
+/// Writes beside the file, which the new one then replaces in one step.  False when that could not be; the former file
+/// then stands as it was.
 bool Write(AString const & path, io::CBlock const & block);
 
 } // namespace svcachefile

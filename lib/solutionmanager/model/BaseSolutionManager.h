@@ -374,7 +374,7 @@ public:
 
   // Persistence
   io::ReadError ReadModule(io::CBlock const & block, bool discardCache, ReadMethod method);
-  bool WriteModule(io::CBlock & block, ReadMethod method);
+  bool WriteModule(io::CBlock & block, ReadMethod method) const;
   io::ReadError ReadAllDefinitionBlocks();
   /// Chooses between a plain open of the library and recovery, and makes the objects that the library knows.
   io::ReadError BuildUtilityCollections(io::CBlock const & designBlock, bool recover);

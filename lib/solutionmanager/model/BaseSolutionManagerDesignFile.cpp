@@ -21,11 +21,12 @@ io::ReadError BaseSolutionManager::ReadModule(io::CBlock const & block, bool dis
   return result;
 }
 
-bool BaseSolutionManager::WriteModule(io::CBlock & block, ReadMethod method) {
+bool BaseSolutionManager::WriteModule(io::CBlock & block, ReadMethod method) const {
+  // Products write in hooks that may put their data in order first.
   if (method != ReadMethod::kAllFiles)
-    return DefinitionFileWrite(block);
-  bool const written = AllFilesWrite(block);
-  DoDataExchangeSimValueCache(false);
+    return ForEdit().DefinitionFileWrite(block);
+  bool const written = ForEdit().AllFilesWrite(block);
+  ForEdit().DoDataExchangeSimValueCache(false);
   return written;
 }
 

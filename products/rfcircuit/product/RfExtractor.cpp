@@ -23,7 +23,7 @@ PortConditions ConditionsNow(BaseSolutionManager const & manager, NetworkData co
 } // namespace
 
 NetworkLayout const & RfExtractor::GetLayout() const {
-  return static_cast<RfCatalogue const &>(GetCatalogue()).Layout();
+  return static_cast<RfCatalogue const &>(GetMadeCatalogue()).Layout();
 }
 
 std::unique_ptr<desktop::IQuantityCatalogue> RfExtractor::MakeCatalogue(BaseSolutionVariation const * solved) const {
@@ -48,7 +48,7 @@ std::unique_ptr<desktop::ISolvedQuantities> RfExtractor::OpenQuantities(BaseSolu
 
 bool RfExtractor::GetExpressionForCannedOutputVariable(AString const & name, AString & expression,
                                                        ValueState & state) const {
-  return FindCannedExpression(name, GetLayout(), expression, state);
+  return MightBeCanned(name) && FindCannedExpression(name, GetLayout(), expression, state);
 }
 
 } // namespace rfcircuit

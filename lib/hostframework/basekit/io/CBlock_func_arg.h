@@ -79,7 +79,7 @@ private:
   template <class RunType> std::span<typename RunType::value_type const> RestOfRun(iterator const & from) const;
   RealRun & RealsToExtend();
 
-  std::vector<Run> m_runs;
+  std::vector<Run, text::SmallAllocator<Run>> m_runs;
 };
 
 } // namespace io

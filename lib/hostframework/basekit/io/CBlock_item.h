@@ -1,6 +1,7 @@
 #pragma once
 
 #include "basekit/io/CStreamio_object.h"
+#include "basekit/text/SmallMemory.h"
 
 namespace io {
 
@@ -11,6 +12,11 @@ class CToken;
 class CBlock_item : public CStreamio_object {
 public:
   enum class Kind : unsigned char { Value, NamedValue, Func, Vec, Block };
+
+  // A library that is read makes and frees items by the hundred thousand.
+  static void * operator new(std::size_t bytes) { return text::SmallMemory::Take(bytes); }
+  static void * operator new(std::size_t, void * place) { return place; }
+  static void operator delete(void * item, std::size_t bytes) { text::SmallMemory::Give(item, bytes); }
 
   void Increment() const { ++m_uses; }
   int Decrement() const { return --m_uses; }

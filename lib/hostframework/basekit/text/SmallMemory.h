@@ -66,4 +66,14 @@ private:
   static thread_local constinit Pool s_pool;
 };
 
+/// For containers of a few elements that come and go with such things.
+template <class Element> struct SmallAllocator {
+  using value_type = Element;
+  SmallAllocator() = default;
+  template <class Other> SmallAllocator(SmallAllocator<Other> const &) {}
+  Element * allocate(std::size_t count) { return static_cast<Element *>(SmallMemory::Take(count * sizeof(Element))); }
+  void deallocate(Element * elements, std::size_t count) { SmallMemory::Give(elements, count * sizeof(Element)); }
+  bool operator==(SmallAllocator const &) const = default;
+};
+
 } // namespace text

@@ -59,6 +59,21 @@ void CSimValueCacheV::Invalidate(int version, AString const * text) {
     m_versions.erase(kept);
 }
 
+void CSimValueCacheV::KeepVersion(long version) {
+  std::erase_if(m_versions, [version](auto const & kept) { return kept.first != version; });
+}
+
+void CSimValueCacheV::Forget(long version, std::function<bool(AString const & variation)> const & isChosen) {
+  auto const kept = m_versions.find(version);
+  if (kept == m_versions.end())
+    return;
+  for (auto & [text, entries] : kept->second.values)
+    for (Entry & entry : entries)
+      entry.numbers.segments.MarkMissing(isChosen);
+  for (auto & [variable, numbers] : kept->second.axes)
+    numbers.segments.MarkMissing(isChosen);
+}
+
 void CSimValueCache::Invalidate(CSimValueCacheV & cache, SimValue const * value) {
   if (!value)
     return;

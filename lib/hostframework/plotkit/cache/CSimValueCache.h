@@ -6,6 +6,7 @@
 #include "plotkit/simvalue/SimValueContext.h"
 #include "plotkit/simvalue/ValueColumn.h"
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -34,6 +35,10 @@ public:
   Numbers & AxisForEdit(long version, AString const & variable);
   /// Drops what one text gave at a version in every context; null means all that was kept of the version.
   void Invalidate(int version, AString const * text);
+  /// Drops all that was kept of other versions.
+  void KeepVersion(long version);
+  /// The numbers of the chosen variations don't hold any more, at this version.
+  void Forget(long version, std::function<bool(AString const & variation)> const & isChosen);
   void Clear() { m_versions.clear(); }
   bool empty() const { return m_versions.empty(); }
 

@@ -1,7 +1,6 @@
 #include "plotkit/simvalue/SampleSegments.h"
 
 #include <algorithm>
-#include <functional>
 
 SampleSegments::Segment const * SampleSegments::Find(AString const & variation) const {
   auto const found = std::find_if(m_segments.rbegin(), m_segments.rend(),
@@ -12,6 +11,11 @@ SampleSegments::Segment const * SampleSegments::Find(AString const & variation) 
 void SampleSegments::Add(std::size_t point, AString const & variation, std::size_t count, bool isMissing) {
   m_segments.push_back({point, variation, m_sampleCount, count, isMissing});
   m_sampleCount += count;
+}
+
+void SampleSegments::MarkMissing(std::function<bool(AString const & variation)> const & isChosen) {
+  for (Segment & segment : m_segments)
+    segment.isMissing = segment.isMissing || isChosen(segment.variation);
 }
 
 bool SampleSegments::Arrange(std::vector<ValueColumn::Range> & ranges) {

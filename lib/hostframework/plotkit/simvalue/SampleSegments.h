@@ -3,6 +3,7 @@
 #include "basekit/text/AString.h"
 #include "plotkit/simvalue/ValueColumn.h"
 
+#include <functional>
 #include <vector>
 
 /// Which samples of a column belong to which major point of a point set, as points may differ in the number of their
@@ -30,6 +31,8 @@ public:
   /// Puts the segments in the order of their points, of equal points the last one added standing for all.  The ranges
   /// are what ValueColumn::Arrange needs for each column of these segments; false, and no ranges, when nothing moves.
   bool Arrange(std::vector<ValueColumn::Range> & ranges);
+  /// What there was at the variations that are chosen counts as missing from now on.
+  void MarkMissing(std::function<bool(AString const & variation)> const & isChosen);
   /// Of all segments added.
   std::size_t GetSampleCount() const { return m_sampleCount; }
 

@@ -32,10 +32,14 @@ ValueState StateOf(val::ParameterType type, Units::UnitType unit) {
   return {Units::GetDefaultUnits(unit), unit, 1, type};
 }
 
+bool IsLossSymbol(AString const & symbol) {
+  return AString::MatchNoCase(symbol, L"IL") || AString::MatchNoCase(symbol, L"RL");
+}
+
 bool IsLoss(QuantityName const & name, NetworkLayout const & layout, AString & expression) {
-  bool const isInsertion = AString::MatchNoCase(name.symbol, L"IL");
-  if (!isInsertion && !AString::MatchNoCase(name.symbol, L"RL"))
+  if (!IsLossSymbol(name.symbol))
     return false;
+  bool const isInsertion = AString::MatchNoCase(name.symbol, L"IL");
   if (name.arguments.size() != (isInsertion ? 2u : 1u))
     return false;
   auto const to = layout.FindPort(name.arguments.front());
@@ -47,6 +51,14 @@ bool IsLoss(QuantityName const & name, NetworkLayout const & layout, AString & e
 }
 
 } // namespace
+
+bool MightBeCanned(AString const & name) {
+  for (Figure const & figure : FiguresOfTwoPorts())
+    if (AString::MatchNoCase(figure.name, name))
+      return true;
+  auto const parsed = ParseQuantityName(name);
+  return parsed && IsLossSymbol(parsed->symbol);
+}
 
 bool FindCannedExpression(AString const & name, NetworkLayout const & layout, AString & expression,
                           ValueState & state) {

@@ -12,5 +12,7 @@ struct NetworkLayout;
 /// and the maximum stable gain elsewhere).  Of ports: "IL(2,1)" and "RL(1)", insertion and return loss in dB. False for
 /// other names, and for ports that there are not.
 bool FindCannedExpression(AString const & name, NetworkLayout const & layout, AString & expression, ValueState & state);
+/// Whether it is such a name, whatever ports there are.
+bool MightBeCanned(AString const & name);
 
 } // namespace rfcircuit
