@@ -59,6 +59,7 @@ private:
       return true;
     }
     std::wstring unescaped;
+    unescaped.reserve(m_rest.size());
     std::size_t at = 0;
     for (;;) {
       std::size_t const length = PlainLength(at);

@@ -86,8 +86,8 @@ private:
       return false;
     m_kept = recovery::PairsOf(publicMap);
     privatePairs = recovery::PairsOf(privateMap);
-    for (auto const & pair : privatePairs)
-      m_kept.insert(pair);
+    for (auto at = m_kept.begin(); auto const & pair : privatePairs)
+      at = std::next(m_kept.insert(at, pair)); // both are in order
     return true;
   }
 

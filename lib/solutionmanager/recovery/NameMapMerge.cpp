@@ -21,10 +21,7 @@ constexpr int kFullIndex = 9;
 bool ReadNameMap(AString const & path, io::CBlock & nameMap) {
   io::CToken_iostream file(LongFileName(path), kReadWriteFlags);
   file.BuildIndex(kFullIndex);
-  if (!file.BlockSeek(nameMap.Name()))
-    return true;
-  file >> nameMap;
-  return !file.fail();
+  return !file.BlockRead(nameMap) || !file.fail();
 }
 
 NamePairs PairsOf(io::CBlock const & nameMap) {

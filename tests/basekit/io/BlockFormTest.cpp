@@ -102,6 +102,22 @@ TEST(TextForm, QuotesNamesThatAreNoPlainWords) {
   }
 }
 
+TEST(TextForm, QuotesTextsOfEveryLengthWithAnyCharacterAtAnyPlace) {
+  std::wstring const marks = L"\"\\\né\u2028\U0001F600x";
+  for (std::size_t length : {0u, 1u, 250u, 252u, 253u, 254u, 255u, 256u, 257u, 600u})
+    for (wchar_t const mark : marks)
+      for (std::size_t from = length < 8 ? 0 : length - 8; from <= length; ++from) {
+        std::wstring text(length, L'a');
+        text.insert(from, 2, mark);
+        CBlock_named_value const value(L"T", CBlock_value(AString(std::wstring_view(text))));
+        CBlock_named_value read(L"T");
+        ASSERT_TRUE(read.Unpack(value.Pack()));
+        AString back;
+        ASSERT_TRUE(read.Query(back));
+        ASSERT_EQ(back, AString(std::wstring_view(text))) << length << ' ' << from << ' ' << static_cast<int>(mark);
+      }
+}
+
 TEST(TextForm, ToleratesBlanksButNoJunk) {
   CBlock out(L"Kept");
   EXPECT_TRUE(DecodeBlock(" A{B=1 C ( 1 ,2 )\r\n\tD[ ] } \n", Form::Text, out));

@@ -212,6 +212,28 @@ TEST(Units, EveryUnitTypeHasADefaultWhoseSymbolReadsBack) {
   }
 }
 
+TEST(Units, AUnitRanksBeforeAPrefixAndTheExactCaseBeforeAnother) {
+  struct {
+    wchar_t const * suffix;
+    wchar_t const * symbol;
+    int exponent;
+  } const readings[] = {{L"m", L"m", 0},         {L"M", L"", 6},       {L"mm", L"mm", -3},   {L"Mm", L"Mm", 6},
+                        {L"MHZ", L"MHz", 6},     {L"mhz", L"mHz", -3}, {L"Meg", L"", 6},     {L"meg", L"", 6},
+                        {L"s", L"s", 0},         {L"S", L"S", 0},      {L"f", L"", -15},     {L"F", L"F", 0},
+                        {L"pf", L"pF", -12},     {L"DB", L"dB", 0},    {L"OHMS", L"Ohm", 0}, {L"kohm", L"kOhm", 3},
+                        {L"\u00b5H", L"uH", -6}, {L"Mil", L"mil", 0}};
+  for (auto const & [suffix, symbol, exponent] : readings) {
+    Units::Scale scale;
+    ASSERT_TRUE(Units::FindScale(suffix, scale)) << AString(suffix);
+    EXPECT_EQ(Units::GetSymbol(scale.unit), AString(symbol)) << AString(suffix);
+    EXPECT_EQ(scale.exponent, exponent) << AString(suffix);
+  }
+  for (auto const * none : {L"", L"x", L"kmil", L"kk", L"Hzz", L"a very long suffix"}) {
+    Units::Scale scale;
+    EXPECT_FALSE(Units::FindScale(none, scale)) << AString(none);
+  }
+}
+
 TEST(Units, NumbersThatAreNoUnitHaveNoType) {
   for (int number : {-1, 91, 100000, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
     auto const unit = static_cast<Units::FullUnitType>(number);

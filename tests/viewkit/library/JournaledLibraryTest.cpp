@@ -1,6 +1,7 @@
 // Blocks that remember their edits, stored in a library through failures, crashes, commits and deletions.
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/BlockJournal.h"
+#include "basekit/io/CToken_istream.h"
 #include "tests/support/FaultyFileSystem.h"
 #include "tests/viewkit/library/LibraryFixture.h"
 
@@ -233,6 +234,51 @@ TEST_P(JournaledLibrary, ADamagedEditCostsItsBlockAloneAtTheFirstCommit) {
   EXPECT_EQ(library.CommitAll(false), 0);
   Library again(Path(), kOrdinary);
   EXPECT_EQ(Load(again, L"A"), L"good");
+}
+
+TEST_P(JournaledLibrary, AStreamReadsEditedAndPlainBlocksByTheirNames) {
+  Library library(Path(), kOrdinary);
+  ASSERT_EQ(Save(library, L"A", L"good"), 0);
+  for (int row = 0; row < 5; ++row) {
+    m_table.Set(4 - row, row);
+    ASSERT_EQ(SaveTable(library), 0);
+  }
+  ASSERT_NE(Bytes(PrivateOf(Path())).find("#q 10"), std::string::npos);
+  io::CToken_istream stream(PrivateOf(Path()), 1);
+  io::CBlock table(L"Table");
+  EXPECT_FALSE(stream.BlockRead(table)) << "without an index nothing is found";
+  stream.BuildIndex(9);
+  ASSERT_TRUE(stream.BlockRead(table));
+  EXPECT_EQ(Table::Text(table), m_table.Text());
+  io::CBlock plain(L"A");
+  ASSERT_TRUE(stream.BlockRead(plain));
+  EXPECT_FALSE(plain.Empty());
+  io::CBlock absent(L"B");
+  absent << io::CBlock_named_value(L"Of", io::CBlock_value(L"its owner"));
+  EXPECT_FALSE(stream.BlockRead(absent));
+  EXPECT_FALSE(stream.fail());
+  EXPECT_EQ(absent.Size(), 1);
+}
+
+TEST_P(JournaledLibrary, AStreamFailsAtABlockWithADamagedEditAndLeavesTheArgumentAlone) {
+  Library library(Path(), kOrdinary);
+  for (int row = 0; row < 5; ++row) {
+    m_table.Set(row, row);
+    ASSERT_EQ(SaveTable(library), 0);
+  }
+  auto const at = Bytes(PrivateOf(Path())).find("insert");
+  ASSERT_NE(at, std::string::npos);
+  // The reader has seen the record whole: what fails is going back to it.
+  io::CToken_istream stream(PrivateOf(Path()), 1);
+  stream.BuildIndex(9);
+  std::fstream(Narrow(PrivateOf(Path())), std::ios::binary | std::ios::in | std::ios::out)
+          .seekp(static_cast<std::streamoff>(at))
+      << 'x';
+  io::CBlock table(L"Table");
+  table << io::CBlock_named_value(L"Of", io::CBlock_value(L"its owner"));
+  EXPECT_TRUE(stream.BlockRead(table));
+  EXPECT_TRUE(stream.fail());
+  EXPECT_EQ(table.Size(), 1);
 }
 
 TEST_P(JournaledLibrary, ABlockThatWasDeletedIsStoredWholeAgain) {

@@ -2,7 +2,8 @@
 
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/BlockIndex.h"
-#include "basekit/io/CBlock_item.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/io/RecordFormat.h"
 #include "basekit/io/RecordReader.h"
 #include "basekit/text/Utf8.h"
 
@@ -72,9 +73,27 @@ bool CToken_istream::BlockSeek(AString const & name) {
   return start.has_value();
 }
 
-bool CToken_istream::SeekInLibrary(AString const & name) {
+BlockPlace const * CToken_istream::FindInLibrary(AString const & name) const {
   auto const * const place = m_library->Index().Find(text::ToUtf8(name));
-  if (!place || !place->IsBlock())
+  return place && place->IsBlock() ? place : nullptr;
+}
+
+bool CToken_istream::BlockRead(CBlock & block) {
+  auto const * const place = m_library && m_index ? FindInLibrary(block.Name()) : nullptr;
+  if (place && !place->isDamaged && place->kind == kPatchRecord) {
+    if (m_library->ReadEdited(*place, block) != RecordReader::Payload::Good)
+      SetFail();
+    return true;
+  }
+  if (!BlockSeek(block.Name()))
+    return false;
+  *this >> block;
+  return true;
+}
+
+bool CToken_istream::SeekInLibrary(AString const & name) {
+  auto const * const place = FindInLibrary(name);
+  if (!place)
     return false;
   // A damaged block is found but can't be read.
   bool const isWhole = !place->isDamaged && m_library->ReadPayload(*place, m_content) == RecordReader::Payload::Good;

@@ -9,7 +9,9 @@
 namespace io {
 
 class BlockIndex;
+class CBlock;
 class RecordReader;
+struct BlockPlace;
 
 /// Reads a file of items and tokens, of either form, also one that ends abruptly: what is whole is read.
 /// An open that fails shows as fail().  Flags: StreamFlags.
@@ -24,9 +26,13 @@ public:
   void BuildIndex(int flags);
   /// Moves to the whole block of that name, case ignored; false, and not moved, when there is none or no index.
   bool BlockSeek(AString const & name);
+  /// As BlockSeek by the block's own name and reading it, without the way over bytes where a library holds the block as
+  /// edits.  False when there is none; a block that can't be read leaves the stream failed and its argument alone.
+  bool BlockRead(CBlock & block);
   void Close();
 
 private:
+  BlockPlace const * FindInLibrary(AString const & name) const;
   bool SeekInLibrary(AString const & name);
 
   std::string m_content;

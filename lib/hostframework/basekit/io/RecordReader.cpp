@@ -16,6 +16,8 @@ constexpr std::string_view kCommitMark = "#q 04 ";
 // The last commit stands at the end, unless the writer died in one.
 constexpr std::uint64_t kCommitSearch = 4096;
 
+Form FormOf(std::uint8_t flags) { return (flags & kBinaryPayload) != 0 ? Form::Binary : Form::Text; }
+
 } // namespace
 
 RecordReader::State RecordReader::Fail(State state, AString const & text) {
@@ -342,9 +344,27 @@ RecordReader::Payload RecordReader::ReadWhole(BlockPlace const & place, std::str
   return Payload::Good;
 }
 
-// Goes back to the record that holds the block whole, then carries out the edits in their order.
+RecordReader::Payload RecordReader::ReadEdited(BlockPlace const & place, CBlock & block) {
+  std::string payload;
+  CBlock read;
+  auto const result = PutTogether(place, payload, read);
+  if (result != Payload::Good)
+    return result;
+  read.Name(block.Name());
+  block = std::move(read);
+  return result;
+}
+
 RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::string & payload) {
-  auto const formOf = [](std::uint8_t flags) { return (flags & kBinaryPayload) != 0 ? Form::Binary : Form::Text; };
+  CBlock block;
+  auto const read = PutTogether(place, payload, block);
+  payload.clear();
+  return read != Payload::Good || EncodeBlock(block, FormOf(place.flags), kExactDigits, payload) ? read
+                                                                                                 : Payload::Damaged;
+}
+
+// Goes back to the record that holds the block whole, then carries out the edits in their order.
+RecordReader::Payload RecordReader::PutTogether(BlockPlace const & place, std::string & payload, CBlock & block) {
   struct Link {
     BlockPatch patch;
     Form form;
@@ -361,7 +381,7 @@ RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::s
       break;
     }
     Record former;
-    patches.push_back({BlockPatch(), formOf(at.flags)});
+    patches.push_back({BlockPatch(), FormOf(at.flags)});
     auto & patch = patches.back().patch;
     bool const isGood = ParsePatch(payload, patch) && patch.previous < at.offset &&
                         HeaderAt(patch.previous, at.offset, former) && PlaceOf(former).IsBlock();
@@ -371,8 +391,7 @@ RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::s
     }
     at = PlaceOf(former);
   }
-  CBlock block;
-  bool good = DecodeBlock(payload, formOf(at.flags), block);
+  bool good = DecodeBlock(payload, FormOf(at.flags), block);
   while (good && !patches.empty()) {
     Link next = std::move(patches.back());
     patches.pop_back();
@@ -380,8 +399,7 @@ RecordReader::Payload RecordReader::ReadPatched(BlockPlace const & place, std::s
       next.form = patches.back().form;
     good = ApplyPatch(next.patch, next.form, block);
   }
-  payload.clear();
-  return good && EncodeBlock(block, formOf(place.flags), kExactDigits, payload) ? Payload::Good : Payload::Damaged;
+  return good ? Payload::Good : Payload::Damaged;
 }
 
 std::size_t RecordReader::Verify(std::function<void(RecordDamage const &)> const & report) {

@@ -11,6 +11,8 @@
 
 namespace io {
 
+class CBlock;
+
 /// A place of a library file that does not fit its checksum.
 struct RecordDamage {
   std::uint64_t offset = 0;
@@ -54,6 +56,8 @@ public:
   /// The bytes of a block in the form that the place tells; nothing that fails a checksum is handed out.  A block that
   /// was edited is put together from its edits.
   Payload ReadPayload(BlockPlace const & place, std::string & payload);
+  /// The block itself, which keeps its name, of a place that IsEdited(): put together without the way over bytes.
+  Payload ReadEdited(BlockPlace const & place, CBlock & block);
   /// Reads the whole file up to its end and calls for each damage; returns the number of records that are whole.
   std::size_t Verify(std::function<void(RecordDamage const &)> const & report);
 
@@ -105,6 +109,7 @@ private:
   std::uint64_t NextHeader(std::uint64_t from, std::uint64_t to);
   Payload ReadWhole(BlockPlace const & place, std::string & payload);
   Payload ReadPatched(BlockPlace const & place, std::string & payload);
+  Payload PutTogether(BlockPlace const & place, std::string & payload, CBlock & block);
   void Report(std::uint64_t offset, std::uint64_t length, AString const & name, wchar_t const * what);
   State ReadState();
   State Fail(State state, AString const & text);

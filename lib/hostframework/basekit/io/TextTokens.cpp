@@ -30,8 +30,6 @@ bool NeedsCode(wchar_t c) {
          (code >= 0xD800 && code < 0xE000) || code > 0x10FFFF;
 }
 
-bool IsPlain(wchar_t c) { return c >= 0x20 && c < 0x7F && c != L'"' && c != L'\\'; }
-
 void AppendEscaped(std::string & out, wchar_t c) {
   switch (c) {
   case L'"':
@@ -109,29 +107,38 @@ bool ReadNan(std::string_view text, double & value) {
 }
 
 bool IsReservedWord(std::wstring_view word) {
-  return word == L"true" || word == L"false" || word == L"none" || word == L"nan" || word == L"inf";
+  using namespace std::string_view_literals;
+  return word == L"true"sv || word == L"false"sv || word == L"none"sv || word == L"nan"sv || word == L"inf"sv;
 }
 
 void AppendName(std::string & out, AString const & name) {
   auto const view = name.View();
   if (!IsPlainWord(view))
     return AppendQuoted(out, name);
-  for (wchar_t const c : view)
-    out += static_cast<char>(c);
+  text::AppendUtf8(out, view);
 }
 
 void AppendQuoted(std::string & out, AString const & text) {
-  out += '"';
-  for (auto left = text.View(); !left.empty();) {
-    std::size_t run = 0;
-    while (run < left.size() && IsPlain(left[run]))
-      ++run;
-    text::AppendUtf8(out, left.substr(0, run));
-    left.remove_prefix(run);
-    for (; !left.empty() && !IsPlain(left.front()); left.remove_prefix(1))
-      AppendEscaped(out, left.front());
+  // What is printable ASCII goes through a buffer: names of blocks are long, and full of quotes.
+  char buffer[256];
+  constexpr std::size_t kFull = sizeof buffer - 2;
+  std::size_t used = 0;
+  buffer[used++] = '"';
+  for (wchar_t const c : text.View()) {
+    if (used >= kFull || c < 0x20 || c >= 0x7F) {
+      out.append(buffer, used);
+      used = 0;
+      if (c < 0x20 || c >= 0x7F) {
+        AppendEscaped(out, c);
+        continue;
+      }
+    }
+    if (c == L'"' || c == L'\\')
+      buffer[used++] = '\\';
+    buffer[used++] = static_cast<char>(c);
   }
-  out += '"';
+  buffer[used++] = '"';
+  out.append(buffer, used);
 }
 
 void AppendInteger(std::string & out, long value) {

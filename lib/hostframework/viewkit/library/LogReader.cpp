@@ -76,7 +76,12 @@ std::unique_ptr<LogReader> LogReader::Begin(std::unique_ptr<file::IFile> file, L
 
 LibIOReturn LogReader::LoadPayload(std::string_view name, io::BlockPlace const & place, std::string & payload,
                                    AString & error) {
-  auto const result = place.isDamaged ? RecordReader::Payload::Damaged : m_records.ReadPayload(place, payload);
+  return Told(place.isDamaged ? RecordReader::Payload::Damaged : m_records.ReadPayload(place, payload), name, place,
+              error);
+}
+
+LibIOReturn LogReader::Told(RecordReader::Payload result, std::string_view name, io::BlockPlace const & place,
+                            AString & error) const {
   if (result == RecordReader::Payload::Good)
     return CStreamioLibrary::kLibSuccess;
   bool const isDamaged = result == RecordReader::Payload::Damaged;
@@ -87,6 +92,8 @@ LibIOReturn LogReader::LoadPayload(std::string_view name, io::BlockPlace const &
 }
 
 LibIOReturn LogReader::Load(std::string_view name, io::BlockPlace const & place, io::CBlock & block, AString & error) {
+  if (!place.isDamaged && place.kind == io::kPatchRecord)
+    return Told(m_records.ReadEdited(place, block), name, place, error);
   LibIOReturn result = LoadPayload(name, place, m_payload, error);
   if (result == CStreamioLibrary::kLibSuccess)
     result = DecodePayload(block.Name(), m_payload, (place.flags & io::kBinaryPayload) != 0, block, error);

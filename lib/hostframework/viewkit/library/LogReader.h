@@ -50,6 +50,9 @@ public:
   std::chrono::steady_clock::time_point lookedAt;
 
 private:
+  LibIOReturn Told(io::RecordReader::Payload result, std::string_view name, io::BlockPlace const & place,
+                   AString & error) const;
+
   LongFileName m_path;
   io::RecordReader m_records;
   std::string m_payload;

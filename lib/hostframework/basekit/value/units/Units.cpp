@@ -5,13 +5,14 @@
 
 #include <cmath>
 #include <iterator>
+#include <string_view>
 
 namespace Units {
 
 namespace {
 
 struct UnitRow {
-  wchar_t const * symbol;
+  std::wstring_view symbol;
   UnitType type;
   double factor;
   double offset;
@@ -44,7 +45,7 @@ constexpr UnitRow unitRows[] = {
 };
 
 struct Alias {
-  wchar_t const * symbol;
+  std::wstring_view symbol;
   int row;
 };
 constexpr Alias aliases[] = {
@@ -52,7 +53,7 @@ constexpr Alias aliases[] = {
 };
 
 struct PrefixPlace {
-  wchar_t const * symbol;
+  std::wstring_view symbol;
   int place;
   int exponent;
 };
@@ -155,9 +156,49 @@ double FromSI(double si, FullUnitType unit) {
   return TimesPowerOfTen((si - scale.offset) / scale.factor, -scale.exponent);
 }
 
+namespace {
+
+// -1 for what is no symbol in this case.
+int FindExactRow(std::wstring_view symbol) {
+  for (int row = 0; row < static_cast<int>(std::size(unitRows)); ++row)
+    if (unitRows[row].symbol == symbol)
+      return row;
+  for (Alias const & alias : aliases)
+    if (alias.symbol == symbol)
+      return alias.row;
+  return -1;
+}
+
+// As FindScale, for suffixes in the right case, which rank before all others.
+bool FindExactScale(std::wstring_view suffix, Scale & scale) {
+  int best = Rank(true, true, true, true) + 1;
+  for (PrefixPlace const & prefix : prefixes) {
+    std::wstring_view const head = prefix.symbol;
+    if (!suffix.starts_with(head))
+      continue;
+    std::wstring_view const symbol = suffix.substr(head.size());
+    int const row = symbol.empty() ? -1 : FindExactRow(symbol);
+    bool const fits = symbol.empty() || (row >= 0 && (head.empty() || unitRows[row].takesPrefix));
+    int const rank = Rank(!head.empty(), !symbol.empty(), true, true);
+    if (!fits || rank >= best)
+      continue;
+    best = rank;
+    scale = symbol.empty() ? Scale{kNoUnits, prefix.exponent, 1.0, 0.0}
+                           : Scale{static_cast<FullUnitType>(row * placesPerRow + prefix.place), prefix.exponent,
+                                   unitRows[row].factor, unitRows[row].offset};
+    if (head.empty())
+      return true;
+  }
+  return best <= Rank(true, true, true, true);
+}
+
+} // namespace
+
 bool FindScale(std::wstring_view suffix, Scale & scale) {
   if (suffix.empty() || suffix.size() > longestSuffix)
     return false;
+  if (FindExactScale(suffix, scale))
+    return true;
   int best = 7;
   for (PrefixPlace const & prefix : prefixes) {
     std::wstring_view const head = prefix.symbol;
