@@ -1,5 +1,6 @@
 #include "basekit/value/units/QuantityText.h"
 #include "basekit/text/NumberText.h"
+#include "basekit/text/Utf8.h"
 #include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
@@ -224,13 +225,13 @@ TEST(Units, AUnitRanksBeforeAPrefixAndTheExactCaseBeforeAnother) {
                         {L"\u00b5H", L"uH", -6}, {L"Mil", L"mil", 0}};
   for (auto const & [suffix, symbol, exponent] : readings) {
     Units::Scale scale;
-    ASSERT_TRUE(Units::FindScale(suffix, scale)) << AString(suffix);
-    EXPECT_EQ(Units::GetSymbol(scale.unit), AString(symbol)) << AString(suffix);
-    EXPECT_EQ(scale.exponent, exponent) << AString(suffix);
+    ASSERT_TRUE(Units::FindScale(suffix, scale)) << text::ToUtf8(AString(suffix));
+    EXPECT_EQ(Units::GetSymbol(scale.unit), AString(symbol)) << text::ToUtf8(AString(suffix));
+    EXPECT_EQ(scale.exponent, exponent) << text::ToUtf8(AString(suffix));
   }
   for (auto const * none : {L"", L"x", L"kmil", L"kk", L"Hzz", L"a very long suffix"}) {
     Units::Scale scale;
-    EXPECT_FALSE(Units::FindScale(none, scale)) << AString(none);
+    EXPECT_FALSE(Units::FindScale(none, scale)) << text::ToUtf8(AString(none));
   }
 }
 

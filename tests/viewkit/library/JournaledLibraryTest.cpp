@@ -268,12 +268,11 @@ TEST_P(JournaledLibrary, AStreamFailsAtABlockWithADamagedEditAndLeavesTheArgumen
   }
   auto const at = Bytes(PrivateOf(Path())).find("insert");
   ASSERT_NE(at, std::string::npos);
-  // The reader has seen the record whole: what fails is going back to it.
-  io::CToken_istream stream(PrivateOf(Path()), 1);
-  stream.BuildIndex(9);
   std::fstream(Narrow(PrivateOf(Path())), std::ios::binary | std::ios::in | std::ios::out)
           .seekp(static_cast<std::streamoff>(at))
       << 'x';
+  io::CToken_istream stream(PrivateOf(Path()), 1);
+  stream.BuildIndex(9);
   io::CBlock table(L"Table");
   table << io::CBlock_named_value(L"Of", io::CBlock_value(L"its owner"));
   EXPECT_TRUE(stream.BlockRead(table));
