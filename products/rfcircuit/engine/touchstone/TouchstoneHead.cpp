@@ -37,9 +37,22 @@ bool BeginsNumber(char c) { return (c >= '0' && c <= '9') || c == '.' || c == '+
 
 } // namespace
 
+std::string PortCount(std::size_t ports) { return fmt::format("{} port{}", ports, ports == 1 ? "" : "s"); }
+
+std::string KeywordText(std::string const & name) {
+  std::string text = "[";
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    bool const isFirst = i == 0 || name[i - 1] == ' ' || name[i - 1] == '-';
+    bool const isCapital = isFirst && name[i] >= 'a' && name[i] <= 'z' && name.compare(i, 3, "of ") != 0;
+    text += isCapital ? static_cast<char>(name[i] - 'a' + 'A') : name[i];
+  }
+  return text + "]";
+}
+
 TouchstoneHead TouchstoneHeadReader::Read() {
   for (;;) {
     char const next = m_Scanner.Next();
+    m_DataPlace = m_Scanner.Place();
     if (next == TouchstoneScanner::END_OF_TEXT)
       m_Scanner.Fail("there is no network data",
                      m_Head.HasKeywords() ? "expected [Network Data]" : "expected a line that begins with a frequency");
@@ -142,13 +155,13 @@ bool TouchstoneHeadReader::ReadKeyword() {
     m_Scanner.Fail(place, "[Mixed-Mode Order] tells of mixed-mode parameters, which are not read",
                    "expected a file with single-ended parameters");
   if (name != "version" && !m_Head.HasKeywords())
-    m_Scanner.Fail(place, fmt::format("[{}] stands in a file of version 1", name), "expected [Version] 2.0 before it");
+    m_Scanner.Fail(place, KeywordText(name) + " stands in a file of version 1", "expected [Version] 2.0 before it");
   if (!m_Keywords.insert(name).second)
-    m_Scanner.Fail(place, fmt::format("[{}] stands here for the second time", name), "expected it once");
+    m_Scanner.Fail(place, KeywordText(name) + " stands here for the second time", "expected it once");
   if (name != "network data" && !ReadSetting(name))
-    m_Scanner.Fail(place, fmt::format("the keyword [{}] is unknown", name), KEYWORDS);
+    m_Scanner.Fail(place, "the keyword " + KeywordText(name) + " is unknown", KEYWORDS);
   if (name != "reference" && name != "begin information")
-    ExpectLineEnd(fmt::format("[{}]", name));
+    ExpectLineEnd(KeywordText(name));
   return name != "network data";
 }
 
@@ -270,21 +283,24 @@ void TouchstoneHeadReader::Complete() {
 }
 
 void TouchstoneHeadReader::DecidePorts() {
-  if (m_Given && (*m_Given == 0 || *m_Given > MOST_PORTS))
-    m_Scanner.Fail(fmt::format("{} ports were asked for", *m_Given), fmt::format("expected 1 to {}", MOST_PORTS));
   if (m_Head.HasKeywords()) {
     if (m_Head.ports == 0)
-      m_Scanner.Fail("[Network Data] begins without a number of ports", "expected [Number of Ports] before it");
+      m_Scanner.Fail(m_DataPlace, "[Network Data] begins without a number of ports",
+                     "expected [Number of Ports] before it");
     if (m_Given && *m_Given != m_Head.ports)
-      m_Scanner.Fail(fmt::format("the file has {} ports, asked for were {}", m_Head.ports, *m_Given),
+      m_Scanner.Fail(m_DataPlace, fmt::format("the file has {}, asked for were {}", PortCount(m_Head.ports), *m_Given),
                      "expected the same number");
   } else if (m_Given || m_Named) {
     m_Head.ports = m_Given ? *m_Given : *m_Named;
   } else {
-    m_Scanner.Fail("the number of ports is not told", "expected a file name that ends with it, such as .s2p");
+    m_Scanner.Fail(m_DataPlace, "the number of ports is not told",
+                   "expected a file name that ends with it, such as .s2p");
   }
+  if (m_Head.ports == 0 || m_Head.ports > MOST_PORTS)
+    m_Scanner.Fail(m_DataPlace, fmt::format("{} ports were asked for", m_Head.ports),
+                   fmt::format("expected 1 to {}", MOST_PORTS));
   if (m_Named && *m_Named != m_Head.ports)
-    Note(0, fmt::format("the name promises {} ports, the file was read with {}", *m_Named, m_Head.ports));
+    Note(0, fmt::format("the name promises {}, the file was read with {}", PortCount(*m_Named), m_Head.ports));
 }
 
 void TouchstoneHeadReader::DecideImpedances() {
@@ -292,9 +308,10 @@ void TouchstoneHeadReader::DecideImpedances() {
     m_Impedances.push_back(USUAL_IMPEDANCE);
   bool const isForAll = m_Impedances.size() == 1 && !Has("reference");
   if (!isForAll && m_Impedances.size() != m_Head.ports)
-    m_Scanner.Fail(m_ImpedancePlace,
-                   fmt::format("there are {} reference impedances for {} ports", m_Impedances.size(), m_Head.ports),
-                   isForAll || Has("reference") ? "expected one for each port" : "expected one, or one for each port");
+    m_Scanner.Fail(
+        m_ImpedancePlace,
+        fmt::format("{} reference impedances were read for {}", m_Impedances.size(), PortCount(m_Head.ports)),
+        isForAll || Has("reference") ? "expected one for each port" : "expected one, or one for each port");
   if (m_Impedances.size() > 1 && m_Head.facts.version == "1.0")
     m_Head.facts.version = "1.1";
   m_Head.z0 = isForAll ? std::vector<double>(m_Head.ports, m_Impedances[0]) : m_Impedances;
@@ -308,12 +325,12 @@ void TouchstoneHeadReader::DecideImpedances() {
 void TouchstoneHeadReader::CheckTwoPorts() {
   char const parameters = m_Head.facts.parameters;
   if ((parameters == 'G' || parameters == 'H') && m_Head.ports != 2)
-    m_Scanner.Fail(m_OptionPlace, fmt::format("{}-parameters of {} ports", parameters, m_Head.ports),
+    m_Scanner.Fail(m_OptionPlace, fmt::format("{}-parameters of {}", parameters, PortCount(m_Head.ports)),
                    "expected two ports for G- and H-parameters");
   bool const needsOrder =
       m_Head.HasKeywords() && m_Head.ports == 2 && m_Head.facts.layout == TouchstoneFacts::Layout::Full;
   if (needsOrder && !Has("two-port data order"))
-    m_Scanner.Fail("[Network Data] of two ports begins without their order",
+    m_Scanner.Fail(m_DataPlace, "[Network Data] of two ports begins without their order",
                    "expected [Two-Port Data Order] 21_12 or 12_21 before it");
 }
 

@@ -23,6 +23,11 @@ struct TouchstoneHead {
   bool HasKeywords() const { return facts.version[0] == '2'; }
 };
 
+/** `2 ports`, `1 port`. */
+std::string PortCount(std::size_t ports);
+/** A keyword as it is usually written: `[Number of Ports]`. */
+std::string KeywordText(std::string const & name);
+
 /** Reads a text up to its first number; faults are those of the scanner. */
 class TouchstoneHeadReader {
 public:
@@ -66,6 +71,7 @@ private:
   TouchstonePlace m_OptionPlace;
   std::vector<double> m_Impedances;
   TouchstonePlace m_ImpedancePlace;
+  TouchstonePlace m_DataPlace;
   std::size_t m_IgnoredOptionLines = 0;
 };
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace rf {
 namespace {
@@ -58,6 +59,7 @@ private:
 
   void End(std::string const & note) {
     m_IsInNetworkData = false;
+    m_EndPlace = m_Scanner.Place();
     if (!note.empty())
       Note(m_Scanner.Place().line, note);
   }
@@ -72,16 +74,17 @@ private:
 
   void ReadKeyword() {
     TouchstonePlace const place = m_Scanner.Place();
+    m_EndPlace = place;
     std::string const name = m_Scanner.Keyword();
     if (!m_Head.HasKeywords())
-      m_Scanner.Fail(place, fmt::format("[{}] stands in a file of version 1", name),
+      m_Scanner.Fail(place, KeywordText(name) + " stands in a file of version 1",
                      "expected [Version] 2.0 at its beginning");
     if (name == "noise data")
       PassNoise();
     else if (name == "end")
       PassEnd();
     else
-      m_Scanner.Fail(place, fmt::format("[{}] stands behind the network data", name),
+      m_Scanner.Fail(place, KeywordText(name) + " stands behind the network data",
                      "expected a frequency, [Noise Data] or [End]");
   }
 
@@ -97,7 +100,7 @@ private:
         return PassNoise();
       if (frequency < before)
         m_Scanner.Fail(place, fmt::format("the frequency {} Hz stands behind {} Hz", frequency, before),
-                       fmt::format("expected rising frequencies, of {}", PortCount()));
+                       fmt::format("expected rising frequencies, of {}", PortCount(m_Head.ports)));
     }
     ReadNumbers(frequency);
     if (frequency == before)
@@ -112,7 +115,7 @@ private:
   void ReadNumbers(double frequency) {
     std::size_t const count = m_Maker.Numbers();
     bool const isFirst = m_Network.frequencies.empty() && !m_Head.HasKeywords();
-    FewerPorts fewer(frequency);
+    FewerPorts fewer(frequency * std::pow(10, -m_Head.frequencyShift));
     while (m_Numbers.size() < count) {
       char const next = m_Scanner.Next();
       if (next == TouchstoneScanner::END_OF_LINE) {
@@ -124,13 +127,13 @@ private:
       if (next == TouchstoneScanner::END_OF_TEXT || next == '[' || next == '#')
         m_Scanner.Fail(
             fmt::format("the point at {} Hz ends after {} of {} numbers", frequency, m_Numbers.size(), count),
-            fmt::format("expected those of {}", PortCount()));
+            fmt::format("expected those of {}", PortCount(m_Head.ports)));
       m_Numbers.push_back(m_Scanner.Number());
     }
     char const next = m_Scanner.Next();
     if (next != TouchstoneScanner::END_OF_LINE && next != TouchstoneScanner::END_OF_TEXT)
       m_Scanner.Fail(fmt::format("the line goes on after the {} numbers of the point at {} Hz", count, frequency),
-                     fmt::format("expected its end: the file was read with {}", PortCount()));
+                     fmt::format("expected its end: the file was read with {}", PortCount(m_Head.ports)));
     if (isFirst)
       CheckPorts(fewer);
   }
@@ -138,9 +141,8 @@ private:
   void CheckPorts(FewerPorts & fewer) {
     fewer.EndLine(m_Numbers);
     if (auto const ports = fewer.Suspected())
-      m_Scanner.Fail(fmt::format("the lines look like points of {} each",
-                                 fmt::format("{} port{}", *ports, *ports == 1 ? "" : "s")),
-                     fmt::format("expected a point of {} over several lines", PortCount()));
+      m_Scanner.Fail(fmt::format("the lines look like points of {} each", PortCount(*ports)),
+                     fmt::format("expected a point of {} over several lines", PortCount(m_Head.ports)));
   }
 
   void SkipDuplicate(TouchstonePlace const & place) {
@@ -220,9 +222,9 @@ private:
   void CheckCount() {
     std::size_t const count = m_Network.frequencies.size() + m_Duplicates;
     if (count == 0)
-      m_Scanner.Fail("there is no network data", "expected at least one frequency");
+      m_Scanner.Fail(m_EndPlace, "there is no network data", "expected at least one frequency");
     if (m_Head.frequencies && *m_Head.frequencies != count)
-      m_Scanner.Fail(fmt::format("the network data end after {} frequencies", count),
+      m_Scanner.Fail(m_EndPlace, fmt::format("the network data end after {} frequencies", count),
                      fmt::format("expected {}, as [Number of Frequencies] tells", *m_Head.frequencies));
   }
 
@@ -234,7 +236,6 @@ private:
       Note(0, fmt::format("{} further comments were not kept", m_Scanner.CommentsLeftOut()));
   }
 
-  std::string PortCount() const { return fmt::format("{} port{}", m_Head.ports, m_Head.ports == 1 ? "" : "s"); }
   void Note(std::size_t line, std::string const & text) { m_Head.notes.push_back({line, text}); }
 
   std::string m_Name;
@@ -244,6 +245,7 @@ private:
   SParameterTable m_Network;
   std::vector<double> m_Numbers; ///< of the point that is being read, without its frequency
   bool m_IsInNetworkData = true;
+  TouchstonePlace m_EndPlace; ///< of the network data
   std::size_t m_IgnoredOptionLines = 0;
   std::size_t m_Duplicates = 0;
   std::size_t m_FirstDuplicate = 0;
@@ -274,15 +276,16 @@ std::optional<std::size_t> PortsOfTouchstoneName(std::string const & name) {
 }
 
 std::string Summary(SParameterTable const & network) {
-  std::string text = fmt::format("{} port{}, {} point{}", network.Ports(), network.Ports() == 1 ? "" : "s",
-                                 network.frequencies.size(), network.frequencies.size() == 1 ? "" : "s");
+  std::size_t const points = network.frequencies.size();
+  std::string text = fmt::format("{}, {} point{}", PortCount(network.Ports()), points, points == 1 ? "" : "s");
   if (!network.frequencies.empty())
     text += fmt::format(" from {} to {} Hz", network.frequencies.front(), network.frequencies.back());
-  std::size_t count = 0;
+  if (std::ranges::all_of(network.z0, [&](double z0) { return z0 == network.z0[0]; }))
+    return text + (network.z0.empty() ? "" : fmt::format(", {} ohm", network.z0[0]));
+  char const * separator = ", ";
   for (double const z0 : network.z0) {
-    bool const isSame = std::ranges::all_of(network.z0, [&](double other) { return other == network.z0[0]; });
-    if (count++ == 0 || !isSame)
-      text += fmt::format("{}{}", count == 1 ? ", " : " ", z0);
+    text += fmt::format("{}{}", separator, z0);
+    separator = " ";
   }
   return text + " ohm";
 }
