@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 namespace rf {
 namespace {
@@ -14,6 +15,7 @@ namespace {
 constexpr std::size_t BUFFER_SIZE = 256 * 1024;
 constexpr std::size_t LONGEST_LINE_KEPT = 1024;
 constexpr std::size_t LONGEST_WORD_SHOWN = 40;
+constexpr std::size_t MOST_EXPONENT = 16;   // characters
 constexpr char END_OF_FILE_OF_OLD = '\x1a'; // some systems once ended their texts with it
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
@@ -32,8 +34,9 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
-// The digits of a word as from_chars takes them: `+1.5D+3` times 10^9 is 1.5e12.
-bool Rewrite(std::string_view word, int shift, std::string & text) {
+// The digits of a word as from_chars takes them: `+1.5D+3` times 10^9 is 1.5e12.  The end of what was written, or null.
+char * Rewrite(std::string_view word, int shift, char * text) {
+  constexpr int MOST = 1000000; // beyond any double, within any int
   if (word.size() > 1 && word[0] == '+' && word[1] != '-')
     word.remove_prefix(1);
   std::size_t const mark = std::min(word.find_first_of("eEdD"), word.size());
@@ -45,13 +48,35 @@ bool Rewrite(std::string_view word, int shift, std::string & text) {
       ++first;
     auto const result = std::from_chars(first, last, exponent);
     if (result.ptr != last || result.ec == std::errc::invalid_argument)
-      return false;
+      return nullptr;
     if (result.ec != std::errc())
-      exponent = *first == '-' ? -1000000 : 1000000;
+      exponent = *first == '-' ? -MOST : MOST;
   }
-  exponent = std::clamp(exponent, -1000000, 1000000) + shift;
-  text.assign(word.substr(0, mark)).append("e").append(std::to_string(exponent));
-  return true;
+  text = std::copy_n(word.data(), mark, text);
+  *text++ = 'e';
+  return std::to_chars(text, text + MOST_EXPONENT, std::clamp(exponent, -MOST, MOST) + shift).ptr;
+}
+
+// Up to 15 digits and powers of ten up to 22 are exact, so that their product or quotient is rounded once.  What stands
+// in front of these has no exponent: `2.45`.
+std::optional<double> ShortDecimal(char const *& at, int shift) {
+  constexpr double POWERS[] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                               1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  std::int64_t digits = 0;
+  int count = 0;
+  char const * point = nullptr;
+  char const * end = at;
+  for (; (*end >= '0' && *end <= '9') || (*end == '.' && !point); ++end) {
+    if (*end == '.')
+      point = end;
+    else if (++count <= 15)
+      digits = 10 * digits + (*end - '0');
+  }
+  if (count == 0 || count > 15 || !EndsWord(*end))
+    return std::nullopt;
+  int const power = shift - (point ? static_cast<int>(end - point) - 1 : 0);
+  at = end;
+  return power < 0 ? static_cast<double>(digits) / POWERS[-power] : static_cast<double>(digits) * POWERS[power];
 }
 
 } // namespace
@@ -178,13 +203,17 @@ std::string TouchstoneScanner::Keyword() {
 
 double TouchstoneScanner::Number(int shift) {
   Prepare();
+  if (shift != 0) {
+    auto const value = ShortDecimal(m_At, shift);
+    return value ? *value : UnusualNumber(shift);
+  }
   double value = 0;
   char const * const first = *m_At == '+' && m_At[1] != '-' ? m_At + 1 : m_At;
   auto const result = std::from_chars(first, m_End, value);
-  bool const isUsual = shift == 0 && result.ec == std::errc() && EndsWord(*result.ptr) && std::isfinite(value) &&
+  bool const isUsual = result.ec == std::errc() && EndsWord(*result.ptr) && std::isfinite(value) &&
                        result.ptr - m_At <= static_cast<std::ptrdiff_t>(LONGEST_WORD);
   if (!isUsual)
-    return UnusualNumber(shift);
+    return UnusualNumber(0);
   m_At = result.ptr;
   return value;
 }
@@ -192,15 +221,16 @@ double TouchstoneScanner::Number(int shift) {
 double TouchstoneScanner::UnusualNumber(int shift) {
   TouchstonePlace const place = Place();
   std::string_view const word = Word();
-  std::string text;
+  char text[LONGEST_WORD + 1 + MOST_EXPONENT];
   double value = 0;
-  bool isNumber = Rewrite(word, shift, text);
+  char const * const last = Rewrite(word, shift, text);
+  bool isNumber = last != nullptr;
   if (isNumber) {
-    char const * const last = text.data() + text.size();
-    auto const result = std::from_chars(text.data(), last, value);
+    auto const result = std::from_chars(text, last, value);
     isNumber = result.ptr == last && result.ec != std::errc::invalid_argument;
     if (isNumber && result.ec == std::errc::result_out_of_range)
-      value = text.find("e-") == std::string::npos ? HUGE_VAL : 0;
+      value =
+          std::string_view(text, static_cast<std::size_t>(last - text)).find("e-") == std::string::npos ? HUGE_VAL : 0;
   }
   if (!isNumber)
     Fail(place, Shown(word) + " is not a number", "expected a number such as -1.5e-3");
