@@ -12,11 +12,19 @@
 namespace rf {
 namespace {
 
-constexpr std::size_t BUFFER_SIZE = 256 * 1024;
+constexpr std::size_t LARGEST_BUFFER = 256 * 1024;
+constexpr std::size_t SMALLEST_BUFFER = 4 * TouchstoneScanner::LONGEST_WORD;
 constexpr std::size_t LONGEST_LINE_KEPT = 1024;
 constexpr std::size_t LONGEST_WORD_SHOWN = 40;
 constexpr std::size_t MOST_EXPONENT = 16;   // characters
 constexpr char END_OF_FILE_OF_OLD = '\x1a'; // some systems once ended their texts with it
+
+// For a text of a size that may not be known: zero.
+std::size_t BufferFor(std::uint64_t size) {
+  if (size == 0)
+    return LARGEST_BUFFER;
+  return static_cast<std::size_t>(std::clamp<std::uint64_t>(size, SMALLEST_BUFFER, LARGEST_BUFFER));
+}
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
 bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
@@ -82,7 +90,7 @@ std::optional<double> ShortDecimal(char const *& at, int shift) {
 } // namespace
 
 TouchstoneScanner::TouchstoneScanner(IByteSource & source, std::string const & name)
-    : m_Source(source), m_Name(name), m_Buffer(BUFFER_SIZE + 1), m_CommentRoom(64 * 1024) {
+    : m_Source(source), m_Name(name), m_Buffer(BufferFor(source.Size()) + 1), m_CommentRoom(64 * 1024) {
   m_At = m_End = m_Buffer.data();
   Fill();
   PassByteOrderMark();
@@ -93,8 +101,9 @@ void TouchstoneScanner::Fill() {
   m_Passed += static_cast<std::uint64_t>(m_At - m_Buffer.data());
   std::memmove(m_Buffer.data(), m_At, rest);
   std::size_t size = rest;
-  while (size < BUFFER_SIZE && !m_IsLastPiece) {
-    std::size_t const count = m_Source.Read(m_Buffer.data() + size, BUFFER_SIZE - size);
+  std::size_t const room = m_Buffer.size() - 1;
+  while (size < room && !m_IsLastPiece) {
+    std::size_t const count = m_Source.Read(m_Buffer.data() + size, room - size);
     m_IsLastPiece = count == 0;
     size += count;
   }

@@ -159,10 +159,7 @@ TEST(TouchstoneRoundTrip, AnIndependentReaderSeesTheSame) {
   for (std::size_t ports = 1; ports <= 8; ++ports)
     for (Format const format : FORMATS) {
       RandomNetwork const network(ports, 5, ports % 2 == 0, static_cast<unsigned>(ports));
-      bool const isSecondVersion = ports % 2 == 0;
-      auto const file =
-          folder.Write("n" + Text(static_cast<int>(ports)) + (isSecondVersion ? ".ts" : rf::TouchstoneExtension(ports)),
-                       network.Text({format, 17}));
+      auto const file = folder.Write("n" + rf::TouchstoneExtension(ports), network.Text({format, 17}));
       auto const output = folder.Path() / "out.txt";
       ASSERT_EQ(std::system(("python3 " + script.string() + " " + file.string() + " >" + output.string()).c_str()), 0);
       std::ifstream numbers(output);
