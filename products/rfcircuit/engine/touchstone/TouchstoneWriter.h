@@ -2,25 +2,13 @@
 
 #include "products/rfcircuit/engine/network/Circuit.h"
 #include "products/rfcircuit/engine/network/SMatrix.h"
+#include "products/rfcircuit/engine/touchstone/TouchstoneError.h"
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace rf {
-
-/** A file that could not be written, or data that the format can't hold; what() is `FILE: what is wrong; remedy`. */
-class TouchstoneError : public std::runtime_error {
-public:
-  using std::runtime_error::runtime_error;
-};
-
-/** The file system refused the file. */
-class TouchstoneFileError : public TouchstoneError {
-public:
-  using TouchstoneError::TouchstoneError;
-};
 
 struct TouchstoneOptions {
   enum class Format { RealImaginary, MagnitudeDegrees, DecibelDegrees };
