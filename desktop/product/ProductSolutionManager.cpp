@@ -3,6 +3,8 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
+#include "desktop/product/ImportedSetup.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
 #include "desktop/product/StoresAndData.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace desktop {
 
@@ -70,6 +73,23 @@ std::map<std::pair<long, long>, long> VersionsOf(BaseSolutionManager::SetupMap c
 
 } // namespace
 
+// Nobody is to meet one that is freed: they leave the map before.
+ProductSolutionManager::~ProductSolutionManager() {
+  while (!GetImportedSetups().empty()) {
+    auto const & [id, setup] = *GetImportedSetups().begin();
+    m_imported.insert(setup);
+    DeleteSimulationSetup(id, nullptr);
+  }
+  for (BaseSimulationSetup * const setup : std::exchange(m_imported, {}))
+    delete setup;
+}
+
+BaseSimulationSetup * ProductSolutionManager::CreateImportedSetup(long id, long version) {
+  if (!IsMissing(m_setupsBeingRead, id))
+    return BaseSolutionManager::CreateSimulationSetup(id, version, BaseSimulationSetup::kBaseSimSetupType);
+  return new ImportedSetup(*this, id);
+}
+
 void ProductSolutionManager::SetReadOnly(std::optional<std::uint64_t> length) {
   m_isReadOnly = true;
   auto & library = GetSolutionFileManager().GetLibraryForDirectAccess();
@@ -99,6 +119,7 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
+    FindStrayImports();
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
@@ -343,7 +364,23 @@ bool ProductSolutionManager::CarryOutDeletions() {
       return false;
     m_deletions.pop_back();
   }
+  if (!m_strayImports.empty() && files.DeleteBlocks(m_strayImports) != CStreamioLibrary::kLibSuccess)
+    return false;
+  m_strayImports.clear();
   return true;
+}
+
+// Imports that a former session deleted, or that a crash cut short.  An ID that one of them took is not given again.
+void ProductSolutionManager::FindStrayImports() {
+  if (m_isReadOnly)
+    return;
+  GetSolutionFileManager().LoadRealToInternalBlockNameMap();
+  for (auto const & [name, entry] : GetSolutionFileManager().GetEntries())
+    if (auto const id = ImportedSolution::SetupOfBlock(name)) {
+      ReserveUniqueID(*id);
+      if (!m_keepsAll && !FindIn(GetImportedSetups(), *id))
+        m_strayImports.insert(name);
+    }
 }
 
 // Data that has its new text already stays with it.
