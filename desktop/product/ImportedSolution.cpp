@@ -1,6 +1,6 @@
-// What the design's block tells of an import, in its "Solution":
+// What the design's block tells of an import, in its "Solution", and the library's block behind the numbers:
 //
-//     Import(File = "/home/me/amp.s2p", Summary = "2 ports, 201 points from 1e+07 to 2e+09 Hz, 50 ohm")
+//     Import(Name = "amp", File = "/home/me/amp.s2p", Summary = "2 ports, 201 points from 1e+07 to 2e+09 Hz, 50 ohm")
 #include "desktop/product/ImportedSolution.h"
 
 #include "basekit/io/CBlock.h"
@@ -16,6 +16,7 @@ namespace {
 
 wchar_t const * const kBlockHead = L"ImportedData ";
 wchar_t const * const kImport = L"Import";
+wchar_t const * const kSetupName = L"Name";
 wchar_t const * const kFile = L"File";
 wchar_t const * const kSummary = L"Summary";
 
@@ -52,6 +53,7 @@ bool ImportedSolution::Keep(ImportedData const & data) {
   m_file = data.file;
   m_summary = data.summary;
   io::CBlock block = Renamed(data.content, GetBlockName());
+  WriteOrigin(block);
   return GetSolutionMgr()->SaveSingleBlock(block) == CStreamioLibrary::kLibSuccess;
 }
 
@@ -84,16 +86,32 @@ bool ImportedSolution::HasValidSolutionData(AString const & variation, long vers
   return IsValid() && HasSolutionData(variation, version);
 }
 
-io::ReadError ImportedSolution::DesignFileRead(io::CBlock const & block) {
+AString ImportedSolution::ReadOrigin() {
+  io::CBlock block(GetBlockName());
+  return GetSolutionMgr()->LoadSingleBlock(block) == CStreamioLibrary::kLibSuccess ? TakeOrigin(block) : AString();
+}
+
+void ImportedSolution::WriteOrigin(io::CBlock & block) const {
+  io::CBlock_func item(kImport);
+  item << io::named(kSetupName, GetBaseSimulationSetup().GetName()) << io::named(kFile, m_file)
+       << io::named(kSummary, m_summary);
+  block << item;
+}
+
+AString ImportedSolution::TakeOrigin(io::CBlock const & block) {
+  AString name;
   if (auto const * const item = static_cast<io::CBlock_func *>(block.FindItem(kImport, io::CBlock_item::Kind::Func)))
-    *item >> io::named(kFile, m_file) >> io::named(kSummary, m_summary);
+    *item >> io::named(kSetupName, name) >> io::named(kFile, m_file) >> io::named(kSummary, m_summary);
+  return name;
+}
+
+io::ReadError ImportedSolution::DesignFileRead(io::CBlock const & block) {
+  TakeOrigin(block);
   return BaseSolution::DesignFileRead(block);
 }
 
 bool ImportedSolution::DesignFileWrite(io::CBlock & block) {
-  io::CBlock_func item(kImport);
-  item << io::named(kFile, m_file) << io::named(kSummary, m_summary);
-  block << item;
+  WriteOrigin(block);
   return BaseSolution::DesignFileWrite(block);
 }
 

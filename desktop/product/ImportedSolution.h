@@ -28,8 +28,11 @@ public:
 
   AString const & GetFile() const { return m_file; }
   AString const & GetSummary() const { return m_summary; }
-  /// Takes what people are told, and stores the content; false when the library refuses it.
+  /// Takes what people are told, and stores it with the content; false when the library refuses it.
   bool Keep(ImportedData const & data);
+  /// Takes what people are told from the library, for a design that lost it, and gives the setup's name at the time of
+  /// the import; empty when the library tells nothing.
+  AString ReadOrigin();
 
   /// Makes the variation; the data is read when it is asked for.
   void EnterVariation();
@@ -50,6 +53,9 @@ public:
 
 private:
   bool HasBlock() const;
+  void WriteOrigin(io::CBlock & block) const;
+  /// Gives the setup's name.
+  AString TakeOrigin(io::CBlock const & block);
 
   AString m_file;
   AString m_summary;

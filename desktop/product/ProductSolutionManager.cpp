@@ -119,7 +119,7 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
-    FindStrayImports();
+    SettleImportsOfLibrary(firstForeign);
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
@@ -370,17 +370,43 @@ bool ProductSolutionManager::CarryOutDeletions() {
   return true;
 }
 
-// Imports that a former session deleted, or that a crash cut short.  An ID that one of them took is not given again.
-void ProductSolutionManager::FindStrayImports() {
+// As with what is solved: what the design lacks was deleted by it, or was never known to this state of it.
+void ProductSolutionManager::SettleImportsOfLibrary(long firstForeign) {
   if (m_isReadOnly)
     return;
   GetSolutionFileManager().LoadRealToInternalBlockNameMap();
-  for (auto const & [name, entry] : GetSolutionFileManager().GetEntries())
-    if (auto const id = ImportedSolution::SetupOfBlock(name)) {
-      ReserveUniqueID(*id);
-      if (!m_keepsAll && !FindIn(GetImportedSetups(), *id))
-        m_strayImports.insert(name);
-    }
+  std::vector<long> foreign;
+  for (auto const & [name, entry] : GetSolutionFileManager().GetEntries()) {
+    auto const id = ImportedSolution::SetupOfBlock(name);
+    if (!id || FindIn(GetImportedSetups(), *id))
+      continue;
+    if (m_keepsAll || *id >= firstForeign)
+      foreign.push_back(*id);
+    else
+      m_strayImports.insert(name);
+  }
+  for (long const id : foreign)
+    BringBackImport(id);
+}
+
+void ProductSolutionManager::BringBackImport(long setupID) {
+  ReserveUniqueID(setupID); // Not to be given again.
+  auto * const setup = new ImportedSetup(*this, setupID);
+  if (BaseSolution * const made = setup->CreateSolution(ImportedSolution::kName))
+    setup->AddSolution(made, nullptr);
+  ImportedSolution * const solution = setup->GetImportedSolution();
+  if (!solution) {
+    delete setup; // A product that imports nothing leaves the block alone.
+    return;
+  }
+  AString const told = solution->ReadOrigin();
+  AString const stored = told.empty() ? AString::Format(L"Imported%ld", setupID) : told;
+  AString name = stored;
+  for (int number = 2; GetISimulationSetup(name, false, true); ++number)
+    name = stored + AString::Format(L"_%d", number);
+  setup->SetName(name);
+  AddImportData(solution, nullptr);
+  m_foreignObjects.push_back(AString(L"the imported setup '") + name + L"'");
 }
 
 // Data that has its new text already stays with it.

@@ -136,7 +136,8 @@ private:
   void NameForeignObjects();
   void ApplyNewTexts();
   void EnterVariationsOfLibrary();
-  void FindStrayImports();
+  void SettleImportsOfLibrary(long firstForeign);
+  void BringBackImport(long setupID);
   bool ReadResultStores(io::CBlock const & block);
   bool WriteWithResultStores(io::CBlock & block);
 

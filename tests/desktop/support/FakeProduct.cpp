@@ -169,6 +169,8 @@ void FakeProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJ
   job.settings = SettingsOf(dynamic_cast<FakeSetup const &>(setup).words);
 }
 
+bool FakeProduct::IsImportable(LongFileName const & file) const { return file.FilePath().EndsWith(L".data"); }
+
 bool FakeProduct::ReadImport(LongFileName const & file, LongFileName const &, desktop::ImportedData & data,
                              AString & error) const {
   std::ifstream stream(text::ToUtf8(file.FilePath()));

@@ -85,7 +85,7 @@ public:
   std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override { return nullptr; }
 
   AString GetImportableFiles() const override { return L".data files"; }
-  bool IsImportable(LongFileName const & file) const override { return file.FilePath().EndsWith(L".data"); }
+  bool IsImportable(LongFileName const & file) const override;
   bool ReadImport(LongFileName const & file, LongFileName const & source, desktop::ImportedData & data,
                   AString & error) const override;
 };
