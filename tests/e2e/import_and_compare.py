@@ -94,9 +94,15 @@ class ImportAndCompare(DeskTest):
         self.assertEqual(shown, again)
         self.assertEqual(len(shown.splitlines()), 12)
 
-    def test_measured_data_knows_no_design_variable(self):
+    def test_design_variables_in_expressions_stand_at_their_present_values(self):
         self.run_desk('import', self.exported_project(), 'out.s1p', '--name', 'Measured')
-        self.assertIn('res', self.refuse(1, 'eval', 'small', 'mag(S(1,1))*res', '--solution', 'Measured'))
+        write('script.txt', 'report add Scaled --setup Measured --y mag(S(1,1))*res\nreport show Scaled\n'
+                            'set res=100\nreport show Scaled\nundo\nreport show Scaled\n')
+        done = self.run_desk('shell', 'small', 'script.txt', '--json')
+        results = [json.loads(line)['result'] for line in done.stdout.splitlines()]
+        last = [result['rows'][-1][-1] for result in results if 'rows' in result]
+        self.assertAlmostEqual(last[1], 2 * last[0], places=12)
+        self.assertEqual(last[2], last[0])
 
     def test_a_perturbed_file_shows_where_and_how_far(self):
         file = self.exported()
