@@ -10,6 +10,8 @@
 #include "desktop/design/Design.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/IResultReceiver.h"
+#include "desktop/product/ImportedSetup.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "plotkit/sweep/SweepDefinition.h"
@@ -103,6 +105,8 @@ public:
     m_document.BeginArray("setups");
     for (auto const & [id, setup] : m_session.GetManager().GetSetups())
       AddSetup(*setup);
+    for (auto const & [id, setup] : m_session.GetManager().GetImportedSetups())
+      AddImportedSetup(*setup);
     m_document.EndArray();
   }
 
@@ -142,11 +146,48 @@ private:
     m_document.BeginObject();
     m_document.Members({{"name", Utf8(setup.GetName())},
                         {"type", Utf8(setup.GetSimSetupTypeName())},
+                        {"imported", false},
                         {"sweeps", sweepList},
                         {"settings", settings}});
     m_document.BeginArray("solutions");
     for (auto const & [id, solution] : setup.GetSolutions())
       AddSolution(*solution);
+    m_document.EndArray();
+    m_document.EndObject();
+  }
+
+  // What was measured is valid as long as it is there: no edit makes it stale.
+  void AddImportedSetup(BaseSimulationSetup const & setup) {
+    auto const * const imported = dynamic_cast<desktop::ImportedSetup const *>(&setup);
+    desktop::ImportedSolution const * const solution = imported ? imported->GetImportedSolution() : nullptr;
+    m_text += fmt::format("  setup {}, imported\n", Utf8(setup.GetName()));
+    m_document.BeginObject();
+    m_document.Members({{"name", Utf8(setup.GetName())},
+                        {"type", Utf8(setup.GetSimSetupTypeName())},
+                        {"imported", true},
+                        {"file", solution ? Utf8(solution->GetFile()) : std::string()},
+                        {"summary", solution ? Utf8(solution->GetSummary()) : std::string()},
+                        {"sweeps", Json::array()},
+                        {"settings", ""}});
+    m_document.BeginArray("solutions");
+    if (solution)
+      AddImportedSolution(*solution);
+    m_document.EndArray();
+    m_document.EndObject();
+  }
+
+  void AddImportedSolution(desktop::ImportedSolution const & solution) {
+    auto const variations = m_states.Of(solution);
+    m_text += fmt::format("    {}, from {}\n    solution {}:\n", Utf8(solution.GetSummary()), Utf8(solution.GetFile()),
+                          Utf8(solution.GetSolutionName()));
+    m_document.BeginObject();
+    m_document.Text("name", solution.GetSolutionName());
+    m_document.BeginArray("variations");
+    for (VariationState const & state : variations) {
+      m_text += fmt::format("      {}\n", StateText(state));
+      AddVariationMembers(state);
+      m_document.EndObject();
+    }
     m_document.EndArray();
     m_document.EndObject();
   }
@@ -185,6 +226,16 @@ private:
       m_text += TextOf(results, "        ");
     if (!m_makesDocument)
       return;
+    AddVariationMembers(state);
+    if (m_files)
+      m_document.Value("results", JsonOf(results));
+    if (!why.is_null())
+      m_document.Value("why", why);
+    m_document.EndObject();
+  }
+
+  // Of an object that stays open.
+  void AddVariationMembers(VariationState const & state) {
     m_document.BeginObject();
     m_document.Text("variation", state.variation);
     m_document.Flag("valid", state.isValid);
@@ -193,11 +244,6 @@ private:
     m_document.Flag("unsaved", state.isUnsaved);
     m_document.Flag("former", state.isFormer);
     m_document.Number("version", state.version);
-    if (m_files)
-      m_document.Value("results", JsonOf(results));
-    if (!why.is_null())
-      m_document.Value("why", why);
-    m_document.EndObject();
   }
 
   desktop::Session & m_session;

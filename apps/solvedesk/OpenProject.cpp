@@ -27,21 +27,27 @@ std::shared_ptr<Session> Open(std::string const & project, Session::Access acces
   return session;
 }
 
-AString NamesOf(BaseSolutionManager::SetupMap const & setups) {
+using Setups = std::vector<BaseSimulationSetup *>;
+
+AString NamesOf(Setups const & setups) {
   AString names;
-  for (auto const & [id, setup] : setups)
+  for (BaseSimulationSetup const * const setup : setups)
     names += (names.empty() ? L"" : L", ") + setup->GetName();
   return names.empty() ? AString(L"none") : names;
 }
 
-BaseSimulationSetup * FindSetup(BaseSolutionManager::SetupMap const & setups, AString const & name) {
-  auto const found = std::find_if(setups.begin(), setups.end(), [&](auto const & entry) {
-    return AString::MatchNoCase(entry.second->GetName(), name);
-  });
-  if (found == setups.end())
+BaseSimulationSetup * FindSetup(Setups const & setups, AString const & name,
+                                BaseSolutionManager::SetupMap const & imported) {
+  auto const isIt = [&name](BaseSimulationSetup const * setup) { return AString::MatchNoCase(setup->GetName(), name); };
+  auto const found = std::find_if(setups.begin(), setups.end(), isIt);
+  if (found != setups.end())
+    return *found;
+  if (std::any_of(imported.begin(), imported.end(), [&isIt](auto const & entry) { return isIt(entry.second); }))
     throw desktop::Error(desktop::ErrorKind::kUsage,
-                         L"--setup " + name + L": the project has no setup of that name; it has: " + NamesOf(setups));
-  return found->second;
+                         L"--setup " + name + L": is imported data, which is not solved; name one of these: " +
+                             NamesOf(setups));
+  throw desktop::Error(desktop::ErrorKind::kUsage,
+                       L"--setup " + name + L": the project has no setup of that name; it has: " + NamesOf(setups));
 }
 
 } // namespace
@@ -105,17 +111,23 @@ std::string NoteOfSource(desktop::Session const & session) {
   }
 }
 
-std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names) {
-  auto const & setups = session.GetManager().GetSetups();
-  std::vector<BaseSimulationSetup *> chosen;
+std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names,
+                                                Imported imported) {
+  desktop::ProductSolutionManager const & manager = session.GetManager();
+  Setups all;
+  for (auto const & [id, setup] : manager.GetSetups())
+    all.push_back(setup);
+  if (imported == Imported::kIncluded)
+    for (auto const & [id, setup] : manager.GetImportedSetups())
+      all.push_back(setup);
+  if (names.empty())
+    return all;
+  Setups chosen;
   for (std::string const & name : names) {
-    BaseSimulationSetup * const setup = FindSetup(setups, ArgumentText(name));
+    BaseSimulationSetup * const setup = FindSetup(all, ArgumentText(name), manager.GetImportedSetups());
     if (std::find(chosen.begin(), chosen.end(), setup) == chosen.end())
       chosen.push_back(setup);
   }
-  if (names.empty())
-    for (auto const & [id, setup] : setups)
-      chosen.push_back(setup);
   return chosen;
 }
 

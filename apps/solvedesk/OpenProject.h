@@ -41,7 +41,9 @@ public:
 std::string NoteOfSource(desktop::Session const & session);
 
 /// The setups of the names, all of them without a name, in the order of their IDs.  An unknown name is refused with
-/// the known ones told.
-std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names);
+/// the known ones told.  Setups of imported data are among them on request, behind the others.
+enum class Imported { kLeftOut, kIncluded };
+std::vector<BaseSimulationSetup *> ChooseSetups(desktop::Session & session, std::vector<std::string> const & names,
+                                                Imported imported = Imported::kLeftOut);
 
 } // namespace solvedesk

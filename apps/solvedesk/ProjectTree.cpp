@@ -4,6 +4,7 @@
 #include "basekit/text/CaseFolding.h"
 #include "basekit/value/variation/VariationText.h"
 #include "desktop/product/IResultReceiver.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
@@ -187,7 +188,8 @@ void VariationStates::TellWhetherSaved(VariationState & state) const {
     state.isSaved = true;
     return;
   }
-  AString const name = state.object->GetSolutionVariationKey().Pack();
+  auto const * const imported = dynamic_cast<desktop::ImportedSolution const *>(state.object->GetBaseSolution());
+  AString const name = imported ? imported->GetBlockName() : state.object->GetSolutionVariationKey().Pack();
   state.isSaved = IsCommitted(name);
   state.isUnsaved = !state.isSaved || m_storedSince.contains(name);
 }

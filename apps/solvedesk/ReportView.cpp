@@ -1,8 +1,8 @@
 #include "apps/solvedesk/ReportView.h"
 
-#include "apps/solvedesk/Delivery.h"
 #include "apps/solvedesk/DocumentText.h"
 #include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/OutputFile.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -12,7 +12,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace solvedesk {
 namespace {
@@ -88,20 +87,6 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
 
 bool IsToFile(ViewOptions const & options) { return !options.csv.empty() && options.csv != kStandardOutput; }
 
-void WriteCsv(std::string const & file, std::string const & text) {
-  namespace fs = std::filesystem;
-  fs::path const path(file);
-  if (!path.has_filename())
-    throw desktop::Error(ErrorKind::kUsage, L"--csv " + ArgumentText(file) + L": names no file; give one");
-  fs::path const folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-  if (std::error_code ignored; !fs::is_directory(folder, ignored))
-    throw desktop::Error(ErrorKind::kStorage, L"--csv " + ArgumentText(file) + L": there is no folder " +
-                                                  ArgumentText(folder.string()) + L"; make it first");
-  Delivery delivery(folder);
-  delivery.WriteFile(path.filename().string(), text);
-  delivery.Deliver();
-}
-
 std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
                        ReportText const & text, std::vector<std::string> const & notes, ViewOptions const & options) {
   DocumentText document;
@@ -157,7 +142,7 @@ void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports:
     PrintMessage(note);
   ReportText const text(shown.table, FormOf(options));
   if (IsToFile(options))
-    WriteCsv(options.csv, text.Csv());
+    WriteOutputFile("--csv", options.csv, text.Csv());
   std::string const forPeople =
       !IsTextWanted(options.output) ? std::string()
       : options.csv.empty()         ? text.Table()

@@ -17,7 +17,7 @@ std::vector<SolvedPoint> FindSolvedPoints(desktop::Session & session, std::strin
   if (variation && wanted.empty())
     throw desktop::Error(desktop::ErrorKind::kUsage, L"--variation: names no variation; `info` lists them");
   std::vector<SolvedPoint> points;
-  for (BaseSimulationSetup const * setup : ChooseSetups(session, setups))
+  for (BaseSimulationSetup const * setup : ChooseSetups(session, setups, Imported::kIncluded))
     for (auto const & [id, solution] : setup->GetSolutions())
       for (auto const & [index, solved] : solution->GetVariations()) {
         AString const text = solved->GetDesignVariationKey();

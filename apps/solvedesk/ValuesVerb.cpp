@@ -7,6 +7,7 @@
 #include "basekit/value/variation/VariationText.h"
 #include "desktop/Error.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ImportedSolution.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 
@@ -54,8 +55,13 @@ std::vector<QuantityValues> Chosen(std::vector<QuantityValues> all, std::vector<
 
 // Loads one point for as long as it takes to read it.
 PointValues ValuesOf(desktop::IQuantityProduct const & product, ValuesWords const & words, SolvedPoint const & point) {
-  BaseSolutionVariation * const variation = point.solution->GetVariationData(point.index, false);
-  if (!variation || !variation->HasSolutionData())
+  BaseSolutionVariation * const variation = desktop::LoadVariation(*point.solution, point.index);
+  bool const isThere = variation && variation->HasSolutionData();
+  if (!isThere && point.solution->IsSolutionImported())
+    throw desktop::Error(desktop::ErrorKind::kProject,
+                         text::FromUtf8(point.setup + ": its data can't be read (`qsol verify` tells what is wrong); "
+                                                      "import its file again"));
+  if (!isThere)
     throw desktop::Error(ErrorKind::kProject,
                          text::FromUtf8(point.setup + " at " + Utf8(point.variation) +
                                         ": its data can't be read (`qsol verify` tells what is wrong); solve it anew: "

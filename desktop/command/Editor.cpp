@@ -198,8 +198,16 @@ BaseSimulationSetup & Editor::FindSetup(AString const & name) const {
       return *setup;
     known += (known.empty() ? AString() : AString(L", ")) + setup->GetName();
   }
+  if (FindImportedSetup(name))
+    throw Error(ErrorKind::kUsage, name + L": is imported data, which is not solved; import a file under its name to "
+                                          L"replace it, or delete it with `setup delete`");
   throw Error(ErrorKind::kUsage,
               name + L": the project has no setup of that name; it has: " + (known.empty() ? AString(L"none") : known));
+}
+
+BaseSimulationSetup & Editor::FindAnySetup(AString const & name) const {
+  BaseSimulationSetup * const imported = FindImportedSetup(name);
+  return imported ? *imported : FindSetup(name);
 }
 
 BaseSolution & Editor::FindSolution(AString const & name) const {

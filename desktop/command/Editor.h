@@ -13,6 +13,7 @@
 
 class BaseSimulationSetup;
 class BaseSolution;
+class LongFileName;
 class OutputVariable;
 namespace io {
 class CBlock;
@@ -53,10 +54,15 @@ public:
   // Setups
   void AddSetup(AString const & name, AString const & words);
   bool EditSetup(AString const & name, AString const & words);
+  /// Also of imported setups.
   bool RenameSetup(AString const & name, AString const & newName);
   void DeleteSetup(AString const & name);
   /// Data is stale from then on, whatever it was solved with.
   void InvalidateSetup(AString const & name);
+
+  /// Reads a file of measured data as an imported setup of the name; one of that name that was imported before is
+  /// replaced.  Undo brings that one back with its data.  Gives what is to be told of the file, one line each.
+  std::vector<AString> Import(LongFileName const & file, AString const & name);
 
   // Solutions, by their own name or "setup : solution"
   void InvalidateSolution(AString const & name);
@@ -140,6 +146,8 @@ private:
   OutputVariable & FindOutputVariable(AString const & name) const;
 
   BaseSimulationSetup & FindSetup(AString const & name) const;
+  BaseSimulationSetup * FindImportedSetup(AString const & name) const;
+  BaseSimulationSetup & FindAnySetup(AString const & name) const;
   BaseSolution & FindSolution(AString const & name) const;
   void RefuseTakenSetupName(AString const & name) const;
 

@@ -6,6 +6,8 @@
 #include "desktop/command/Edit.h"
 #include "desktop/command/WordOfCommand.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/ImportedSetup.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
@@ -44,14 +46,17 @@ std::vector<AString> MissingSolutions(IDesktopProduct const & product, BaseSimul
 
 // The name stands in texts such as "setup : solution", and tells versions apart in the project file.
 void Editor::RefuseTakenSetupName(AString const & name) const {
-  bool const isName = !name.empty() && name == name.Trimmed() && name.find(L':') == AString::npos;
+  bool const hasControls = std::any_of(name.begin(), name.end(), [](wchar_t c) { return c < L' ' || c == 0x7f; });
+  bool const isName = !name.empty() && name == name.Trimmed() && name.find(L':') == AString::npos && !hasControls;
   if (!isName)
     throw Error(ErrorKind::kUsage, AString(L"'") + name +
-                                       L"': can't be the name of a setup; give one without a colon, and "
+                                       L"': can't be the name of a setup; give one of one line without a colon, and "
                                        L"without blanks at its ends");
   for (auto const & [id, setup] : m_session.GetManager().GetSetups())
     if (AString::MatchNoCase(setup->GetName(), name))
       throw Error(ErrorKind::kUsage, name + L": there is a setup of that name already; choose another one");
+  if (FindImportedSetup(name))
+    throw Error(ErrorKind::kUsage, name + L": there is an imported setup of that name already; choose another one");
 }
 
 BaseSimulationSetup & Editor::MakeSetup(Edit & edit, SourceSetup const & said) {
@@ -95,7 +100,7 @@ bool Editor::IsAnySolutionMissing() const {
 }
 
 bool Editor::RenameSetup(AString const & name, AString const & newName) {
-  BaseSimulationSetup & setup = FindSetup(name);
+  BaseSimulationSetup & setup = FindAnySetup(name);
   AString const former = setup.GetName();
   if (former == newName)
     return false;
@@ -121,10 +126,15 @@ bool Editor::RenameSetup(AString const & name, AString const & newName) {
 }
 
 void Editor::DeleteSetup(AString const & name) {
-  BaseSimulationSetup const & setup = FindSetup(name);
+  BaseSimulationSetup const & setup = FindAnySetup(name);
   AString const former = setup.GetName();
+  auto const * const imported = dynamic_cast<ImportedSetup const *>(&setup);
+  ImportedSolution const * const data = imported ? imported->GetImportedSolution() : nullptr;
   Run(AString(L"setup delete ") + WordOfCommand(former), [&](Edit & edit) {
-    edit.Tell(AString(L"setup ") + former, SettingsWords(m_session, setup), AString());
+    if (data)
+      edit.Tell(AString(L"imported setup ") + former, data->GetSummary(), AString());
+    else
+      edit.Tell(AString(L"setup ") + former, SettingsWords(m_session, setup), AString());
     m_session.GetManager().DeleteSimulationSetup(setup.GetID(), edit.command.get());
   });
 }

@@ -3,6 +3,8 @@
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
+#include "desktop/product/ImportedSetup.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
 #include "desktop/product/StoresAndData.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace desktop {
 
@@ -70,6 +73,23 @@ std::map<std::pair<long, long>, long> VersionsOf(BaseSolutionManager::SetupMap c
 
 } // namespace
 
+// Nobody is to meet one that is freed: they leave the map before.
+ProductSolutionManager::~ProductSolutionManager() {
+  while (!GetImportedSetups().empty()) {
+    auto const & [id, setup] = *GetImportedSetups().begin();
+    m_imported.insert(setup);
+    DeleteSimulationSetup(id, nullptr);
+  }
+  for (BaseSimulationSetup * const setup : std::exchange(m_imported, {}))
+    delete setup;
+}
+
+BaseSimulationSetup * ProductSolutionManager::CreateImportedSetup(long id, long version) {
+  if (!IsMissing(m_setupsBeingRead, id))
+    return BaseSolutionManager::CreateSimulationSetup(id, version, BaseSimulationSetup::kBaseSimSetupType);
+  return new ImportedSetup(*this, id);
+}
+
 void ProductSolutionManager::SetReadOnly(std::optional<std::uint64_t> length) {
   m_isReadOnly = true;
   auto & library = GetSolutionFileManager().GetLibraryForDirectAccess();
@@ -99,6 +119,7 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     ApplyNewTexts();
     EnterVariationsOfLibrary();
     result = DesignFileRead(block);
+    SettleImportsOfLibrary(firstForeign);
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
@@ -343,7 +364,49 @@ bool ProductSolutionManager::CarryOutDeletions() {
       return false;
     m_deletions.pop_back();
   }
+  if (!m_strayImports.empty() && files.DeleteBlocks(m_strayImports) != CStreamioLibrary::kLibSuccess)
+    return false;
+  m_strayImports.clear();
   return true;
+}
+
+// As with what is solved: what the design lacks was deleted by it, or was never known to this state of it.
+void ProductSolutionManager::SettleImportsOfLibrary(long firstForeign) {
+  if (m_isReadOnly)
+    return;
+  GetSolutionFileManager().LoadRealToInternalBlockNameMap();
+  std::vector<long> foreign;
+  for (auto const & [name, entry] : GetSolutionFileManager().GetEntries()) {
+    auto const id = ImportedSolution::SetupOfBlock(name);
+    if (!id || FindIn(GetImportedSetups(), *id))
+      continue;
+    if (m_keepsAll || *id >= firstForeign)
+      foreign.push_back(*id);
+    else
+      m_strayImports.insert(name);
+  }
+  for (long const id : foreign)
+    BringBackImport(id);
+}
+
+void ProductSolutionManager::BringBackImport(long setupID) {
+  ReserveUniqueID(setupID); // Not to be given again.
+  auto * const setup = new ImportedSetup(*this, setupID);
+  if (BaseSolution * const made = setup->CreateSolution(ImportedSolution::kName))
+    setup->AddSolution(made, nullptr);
+  ImportedSolution * const solution = setup->GetImportedSolution();
+  if (!solution) {
+    delete setup; // A product that imports nothing leaves the block alone.
+    return;
+  }
+  AString const told = solution->ReadOrigin();
+  AString const stored = told.empty() ? AString::Format(L"Imported%ld", setupID) : told;
+  AString name = stored;
+  for (int number = 2; GetISimulationSetup(name, false, true); ++number)
+    name = stored + AString::Format(L"_%d", number);
+  setup->SetName(name);
+  AddImportData(solution, nullptr);
+  m_foreignObjects.push_back(AString(L"the imported setup '") + name + L"'");
 }
 
 // Data that has its new text already stays with it.

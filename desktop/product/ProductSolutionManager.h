@@ -14,6 +14,7 @@ class SimValueContext;
 
 namespace desktop {
 
+class ImportedSolution;
 class QuantityExtractor;
 struct QuantityReportType;
 
@@ -26,6 +27,8 @@ struct QuantityReportType;
 class ProductSolutionManager : public BaseSolutionManager {
 public:
   explicit ProductSolutionManager(IDesign * design) : BaseSolutionManager(design) {}
+  /// Frees the imported setups.
+  ~ProductSolutionManager() override;
 
   /// Tells the coming read that the private library file was left by a crash.
   void SetRecoverOnRead(bool recover) { m_recoverOnRead = recover; }
@@ -65,6 +68,12 @@ public:
   std::vector<RecoveryReport::Dropped> DroppedForGood() const;
   /// The folder, with its '/', below which solutions keep result files; made when asked to.
   AString GetResultFilesFolder(bool create) const;
+
+  /// The solution of an imported setup; null in a product that imports nothing.
+  virtual ImportedSolution * CreateImportedSolution(BaseSimulationSetup const &, long) { return nullptr; }
+  /// For imported setups, while they live: the manager frees those that it owns at its end.
+  void OwnImported(BaseSimulationSetup & setup) { m_imported.insert(&setup); }
+  void DisownImported(BaseSimulationSetup & setup) { m_imported.erase(&setup); }
 
   // ISolutionReporter: what the extractors of the solutions say, those that are QuantityExtractors.
   int GetReportTypeNames(std::vector<AString> & names) const override;
@@ -107,6 +116,9 @@ protected:
   /// While a design is read: the type that its block gives to a setup, empty for an unknown one.  The library tells
   /// nobody's type, so CreateSimulationSetup(id, version, "") asks here.
   AString TypeOfSetupBeingRead(long id) const;
+  /// What the design's block of an imported setup becomes, in a product that imports; a plain setup for an ID that the
+  /// design gives to a setup to be solved.
+  BaseSimulationSetup * CreateImportedSetup(long id, long version);
 
 private:
   std::vector<QuantityExtractor *> GetQuantityExtractors(bool includeImported) const;
@@ -124,6 +136,8 @@ private:
   void NameForeignObjects();
   void ApplyNewTexts();
   void EnterVariationsOfLibrary();
+  void SettleImportsOfLibrary(long firstForeign);
+  void BringBackImport(long setupID);
   bool ReadResultStores(io::CBlock const & block);
   bool WriteWithResultStores(io::CBlock & block);
 
@@ -133,6 +147,9 @@ private:
   /// Setup and solution; an invalid solution stands for the whole setup.
   std::vector<std::pair<long, long>> m_deletions;
   std::vector<AString> m_foreignObjects;
+  /// Blocks of imported data that the design which was read has no setup for.
+  std::set<AString> m_strayImports;
+  std::set<BaseSimulationSetup *> m_imported;
   bool m_keepsAll = false;
   std::vector<SetupOfDesign> m_setupsBeingRead;
   io::CBlock const * m_savedDesign = nullptr;

@@ -67,7 +67,7 @@ int ProductSolutionManager::GetISimDataExtractors(std::vector<ISimDataExtractor 
 
 int ProductSolutionManager::GetIDesignDataExtractors(std::vector<IDesignDataExtractor *> & extractors,
                                                      unsigned reportType) const {
-  for (QuantityExtractor * const extractor : GetQuantityExtractors(false))
+  for (QuantityExtractor * const extractor : GetQuantityExtractors(true))
     if (extractor->IsSupportedReportTypes({reportType}))
       extractors.push_back(extractor);
   return static_cast<int>(extractors.size());

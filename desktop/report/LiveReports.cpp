@@ -49,6 +49,19 @@ void MarkDirty(std::list<Trace *> const & traces) {
     trace->MarkItDirty(true);
 }
 
+// The update of all solutions together passes over imported data, and ends there: such sets are updated by themselves.
+void UpdateSets(BaseSolutionManager & manager, BaseSolution & solution, std::vector<ISolutionPointSet *> & sets,
+                IProgressMonitor * progress) {
+  if (!solution.IsSolutionImported()) {
+    manager.CentralizedUpdateSolutionPointSets(progress, &sets);
+    return;
+  }
+  std::vector<SolutionPointSet *> imported;
+  for (ISolutionPointSet * const set : sets)
+    imported.push_back(dynamic_cast<SolutionPointSet *>(set));
+  solution.GetBaseSimDataExtractor()->Update(true, &imported);
+}
+
 } // namespace
 
 LiveReports::LiveReports(Session & session) : m_session(session) {
@@ -102,7 +115,7 @@ std::size_t LiveReports::Update(Report & report, IProgressMonitor * progress) {
   }
   if (sets.empty())
     return 0;
-  m_session.GetManager().CentralizedUpdateSolutionPointSets(progress, &sets);
+  UpdateSets(m_session.GetManager(), solution, sets, progress);
   if (solution.GetClosestVersionWithData() != solution.GetVersionID())
     MarkDirty(reached);
   solution.GetBaseSimDataExtractor()->ValidateSolutionPointSet();

@@ -309,9 +309,11 @@ private:
 };
 
 BaseSimulationSetup * FindSetup(Session & session, AString const & name) {
-  for (auto const & [id, setup] : session.GetManager().GetSetups())
-    if (name.empty() || AString::MatchNoCase(setup->GetName(), name))
-      return setup;
+  ProductSolutionManager const & manager = session.GetManager();
+  for (auto const * const setups : {&manager.GetSetups(), &manager.GetImportedSetups()})
+    for (auto const & [id, setup] : *setups)
+      if (name.empty() || AString::MatchNoCase(setup->GetName(), name))
+        return setup;
   return nullptr;
 }
 
@@ -332,9 +334,11 @@ ReportCurves MakeCurves(Session & session, ReportDefinition const & report, Axis
   ReportCurves none;
   none.traces.resize(report.y.size(), nullptr);
   std::vector<AString> known;
-  for (auto const & [id, setup] : session.GetManager().GetSetups())
-    for (auto const & [solutionID, other] : setup->GetSolutions())
-      known.push_back(other->GetGlobalSolutionName());
+  ProductSolutionManager const & manager = session.GetManager();
+  for (auto const * const setups : {&manager.GetSetups(), &manager.GetImportedSetups()})
+    for (auto const & [id, setup] : *setups)
+      for (auto const & [solutionID, other] : setup->GetSolutions())
+        known.push_back(other->GetGlobalSolutionName());
   none.problems.push_back(L"report " + report.name + L": the project has no solution '" + report.setup +
                           (report.solution.empty() ? AString() : L" : " + report.solution) + L"'; it has: " +
                           Joined(known) + L"; edit the report's setup");

@@ -1,6 +1,7 @@
 // The numbers of one variation at a time.
 
 #include "basekit/value/units/Tolerance.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/quantity/LoadedQuantities.h"
 #include "desktop/product/quantity/QuantityColumn.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
@@ -66,12 +67,15 @@ std::unique_ptr<VariationInMemory> QuantityExtractor::Bring(AString const & vari
   long const version = solution.GetClosestVersionWithData();
   bool const isThere = solution.HasLoadedSolutionData(variation, version);
   BaseSolutionVariation * const there =
-      solution.GetVariationData(VariationIDIndex(variation, version, GetBaseSolutionMgr()), false);
+      LoadVariation(solution, VariationIDIndex(variation, version, GetBaseSolutionMgr()));
   auto memory = there ? std::make_unique<VariationInMemory>(*there, isThere) : nullptr;
   return there && there->HasSolutionData() ? std::move(memory) : nullptr;
 }
 
 std::optional<AString> QuantityExtractor::FindSolved(VariableValues const & values) const {
+  // Imported data is that of no variation, and the only one.
+  if (GetBaseSolution()->IsSolutionImported())
+    return AString();
   AString const text = values.GetVariationKey();
   // To ask for a variation that is not known would make it known, and write that into the library.
   long id = id::invalidID;

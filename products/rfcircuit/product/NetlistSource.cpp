@@ -96,4 +96,12 @@ bool DescribeNetlist(LongFileName const & file, desktop::SourceDescription & des
   }
 }
 
+std::optional<std::size_t> CountPortsOfNetlist(LongFileName const & file) {
+  try {
+    return rf::Elaborate(rf::ReadNetlist(text::ToUtf8(file.FilePath()))).Ports().size();
+  } catch (rf::NetlistError const &) {
+    return std::nullopt;
+  }
+}
+
 } // namespace rfcircuit

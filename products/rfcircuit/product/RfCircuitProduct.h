@@ -1,6 +1,8 @@
 #pragma once
 
+#include "desktop/product/IComparisonProduct.h"
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IImportProduct.h"
 #include "desktop/product/IPortProduct.h"
 #include "desktop/product/IQuantityProduct.h"
 
@@ -9,6 +11,8 @@ namespace rfcircuit {
 /// Linear RF networks from a netlist: every `.sp` line is a setup, every plain number that a `.param` line of the main
 /// file defines is a design variable.
 class RfCircuitProduct : public desktop::IDesktopProduct,
+                         public desktop::IComparisonProduct,
+                         public desktop::IImportProduct,
                          public desktop::INetworkProduct,
                          public desktop::IPortProduct,
                          public desktop::IQuantityProduct {
@@ -35,6 +39,17 @@ public:
                  KelvroCommand & command) const override;
 
   std::vector<desktop::QuantityValues> GetQuantities(BaseSolutionVariation const & variation) const override;
+
+  /// Touchstone files, by the number of ports in their names.  Ports are named by their numbers, so that no setting of
+  /// the circuit's ports reaches measured data.
+  AString GetImportableFiles() const override;
+  bool IsImportable(LongFileName const & file) const override;
+  bool ReadImport(LongFileName const & file, LongFileName const & source, desktop::ImportedData & data,
+                  AString & error) const override;
+
+  /// S-parameters as they were solved or measured; see rf::Compare.
+  bool Compare(BaseSolutionVariation const & first, BaseSolutionVariation const & second,
+               desktop::Comparison & comparison, AString & error) const override;
 };
 
 } // namespace rfcircuit

@@ -1,5 +1,6 @@
 #include "products/rfcircuit/product/RfManager.h"
 
+#include "products/rfcircuit/product/RfImportedSolution.h"
 #include "products/rfcircuit/product/RfSetup.h"
 #include "products/rfcircuit/product/SweepColumns.h"
 
@@ -17,8 +18,12 @@ BaseSimulationSetup * RfManager::CreateSimulationSetup(AString const & name, ASt
 
 BaseSimulationSetup * RfManager::CreateSimulationSetup(long id, long version, AString const & typeName) {
   if (typeName == BaseSimulationSetup::kBaseSimSetupType)
-    return ProductSolutionManager::CreateSimulationSetup(id, version, typeName);
+    return CreateImportedSetup(id, version);
   return new RfSetup(this, id, version);
+}
+
+desktop::ImportedSolution * RfManager::CreateImportedSolution(BaseSimulationSetup const & setup, long id) {
+  return new RfImportedSolution(setup, id);
 }
 
 void RfManager::SetupConvDefs() { AddSetupConvDef(SweepColumns::MakeDefinitions()); }

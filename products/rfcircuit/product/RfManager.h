@@ -13,6 +13,7 @@ public:
 
   BaseSimulationSetup * CreateSimulationSetup(ISimulationSetup const * source) override;
   BaseSimulationSetup * CreateSimulationSetup(AString const & name, AString const & typeName) override;
+  desktop::ImportedSolution * CreateImportedSolution(BaseSimulationSetup const & setup, long id) override;
 
   /// A change of port settings is a minor edit: nothing is solved anew, and it reaches the expressions whose quantities
   /// depend on what it changed.
@@ -24,7 +25,7 @@ public:
                                             unsigned reportType) const override;
 
 protected:
-  /// Imported setups, which are plain ones, stay plain.
+  /// Imported setups come under the base's type name, whatever the design's block says.
   BaseSimulationSetup * CreateSimulationSetup(long id, long version, AString const & typeName) override;
   AString GetDesignResultsFolderName() const override;
 

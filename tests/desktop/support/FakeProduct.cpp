@@ -44,6 +44,14 @@ BaseSolutionVariation * FakeSolution::CreateSolutionVariation(AString const & va
   return EnterNewVariation(new FakeVariation(this, variation, version));
 }
 
+FakeImportedSolution::FakeImportedSolution(BaseSimulationSetup const & setup, long id) : ImportedSolution(setup, id) {
+  SetExtractor(new FakeExtractor(&setup.GetBaseSolutionMgr()->ForEdit(), this));
+}
+
+BaseSolutionVariation * FakeImportedSolution::CreateSolutionVariation(AString const & variation, long version) {
+  return EnterNewVariation(new FakeVariation(this, variation, version));
+}
+
 BaseSolution * FakeSetup::CreateSolution(long id, long version) {
   return BecomeDefaultIfFirst(new FakeSolution(*this, id, version));
 }
@@ -54,7 +62,9 @@ BaseSolution * FakeSetup::CreateSolution(AString const & name) {
   return BecomeDefaultIfFirst(solution);
 }
 
-BaseSimulationSetup * FakeManager::CreateSimulationSetup(long id, long version, AString const &) {
+BaseSimulationSetup * FakeManager::CreateSimulationSetup(long id, long version, AString const & typeName) {
+  if (typeName == BaseSimulationSetup::kBaseSimSetupType)
+    return CreateImportedSetup(id, version);
   return new FakeSetup(this, id, version);
 }
 
@@ -64,6 +74,10 @@ BaseSimulationSetup * FakeManager::CreateSimulationSetup(AString const & name, A
 
 BaseSimulationSetup * FakeManager::CreateSimulationSetup(ISimulationSetup const * source) {
   return new FakeSetup(this, source);
+}
+
+desktop::ImportedSolution * FakeManager::CreateImportedSolution(BaseSimulationSetup const & setup, long id) {
+  return new FakeImportedSolution(setup, id);
 }
 
 namespace {
@@ -153,6 +167,23 @@ void FakeProduct::DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJ
   job.setupName = setup.GetName();
   job.setupType = setup.GetSimSetupTypeName();
   job.settings = SettingsOf(dynamic_cast<FakeSetup const &>(setup).words);
+}
+
+bool FakeProduct::IsImportable(LongFileName const & file) const { return file.FilePath().EndsWith(L".data"); }
+
+bool FakeProduct::ReadImport(LongFileName const & file, LongFileName const &, desktop::ImportedData & data,
+                             AString & error) const {
+  std::ifstream stream(text::ToUtf8(file.FilePath()));
+  io::CBlock_func values(L"Values");
+  int count = 0;
+  for (double value = 0; stream >> value; ++count)
+    values << value;
+  data.file = file.FilePath();
+  data.summary = AString::Format(L"%d numbers", count);
+  data.content << values;
+  if (count == 0)
+    error = file.FilePath() + L": holds no number; give another one";
+  return error.empty();
 }
 
 } // namespace support

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/IImportProduct.h"
 #include "desktop/product/IResultStores.h"
+#include "desktop/product/ImportedSolution.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -35,6 +37,14 @@ protected:
   BaseSolutionVariation * CreateSolutionVariation(AString const & variation, long version) override;
 };
 
+class FakeImportedSolution : public desktop::ImportedSolution {
+public:
+  FakeImportedSolution(BaseSimulationSetup const & setup, long id);
+
+protected:
+  BaseSolutionVariation * CreateSolutionVariation(AString const & variation, long version) override;
+};
+
 class FakeSetup : public BaseSimulationSetup {
 public:
   using BaseSimulationSetup::BaseSimulationSetup;
@@ -54,11 +64,13 @@ public:
   BaseSimulationSetup * CreateSimulationSetup(AString const & name, AString const & typeName) override;
   BaseSimulationSetup * CreateSimulationSetup(ISimulationSetup const * source) override;
   AString GetDesignResultsFolderName() const override { return L"fake"; }
+  desktop::ImportedSolution * CreateImportedSolution(BaseSimulationSetup const & setup, long id) override;
 };
 
 /// A product whose source is lines of words: "param NAME VALUE", "setup NAME WORDS", "include FILE", "body TEXT"; a
-/// setup named "broken" can't be made, and settings of the words "bad words" are refused.
-class FakeProduct : public desktop::IDesktopProduct {
+/// setup named "broken" can't be made, and settings of the words "bad words" are refused.  Files that end in .data can
+/// be imported: they hold numbers.
+class FakeProduct : public desktop::IDesktopProduct, public desktop::IImportProduct {
 public:
   AString GetName() const override { return L"fake"; }
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;
@@ -71,6 +83,11 @@ public:
   bool ApplySettings(BaseSimulationSetup & setup, io::CBlock const & settings) const override;
   void DescribeJob(BaseSimulationSetup const & setup, desktop::SolveJob & job) const override;
   std::unique_ptr<desktop::IJobRunner> MakeJobRunner() const override { return nullptr; }
+
+  AString GetImportableFiles() const override { return L".data files"; }
+  bool IsImportable(LongFileName const & file) const override;
+  bool ReadImport(LongFileName const & file, LongFileName const & source, desktop::ImportedData & data,
+                  AString & error) const override;
 };
 
 } // namespace support
