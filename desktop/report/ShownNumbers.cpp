@@ -7,7 +7,7 @@
 #include "basekit/text/Utf8.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/pointset/SolutionPointSet.h"
 #include "solutionmanager/address/SolutionVariationKey.h"
 #include "solutionmanager/model/BaseSolution.h"
 

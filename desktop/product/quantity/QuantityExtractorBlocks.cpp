@@ -10,7 +10,7 @@
 #include "desktop/design/Design.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
-#include "plotkit/SolutionPointSet.h"
+#include "plotkit/pointset/SolutionPointSet.h"
 #include "solutionmanager/extraction/ExtractorBlocks.h"
 #include "solutionmanager/model/BaseSolution.h"
 
