@@ -116,6 +116,7 @@ void Program::AddVerbs() {
   AddEvalVerb(*m_app, m_action);
   AddPortVerb(*m_app, m_action);
   AddTouchstoneVerb(*m_app, m_action);
+  AddExportVerb(*m_app, m_action);
   AddAttachVerb(*m_app, m_action);
   AddAttachmentsVerb(*m_app, m_action);
   AddDetachVerb(*m_app, m_action);

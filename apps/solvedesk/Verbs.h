@@ -27,6 +27,7 @@ void AddVarVerb(CLI::App & program, Action & action);
 void AddPortVerb(CLI::App & program, Action & action);
 void AddEvalVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
+void AddExportVerb(CLI::App & program, Action & action);
 void AddFunctionsVerb(CLI::App & program, Action & action);
 void AddReloadVerb(CLI::App & program, Action & action);
 void AddSetupVerb(CLI::App & program, Action & action);
