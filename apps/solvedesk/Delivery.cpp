@@ -106,7 +106,7 @@ void Delivery::PutBack() {
     if (replaced)
       Move(m_former / name, m_folder / name);
     else
-      fs::remove(m_folder / name, ignored);
+      fs::remove_all(m_folder / name, ignored);
   }
   m_placed.clear();
 }

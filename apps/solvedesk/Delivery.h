@@ -7,7 +7,7 @@
 
 namespace solvedesk {
 
-/// Files that go into a folder together: they are made in a folder inside it and take their places when all are
+/// Files and new folders that go into a folder together: they are made in a folder inside it and take their places when all are
 /// there; a failure on the way puts back what stood there before.  Files of other names are left alone.
 /// Failures are desktop::Error (kStorage).
 class Delivery {

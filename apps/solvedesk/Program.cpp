@@ -118,6 +118,7 @@ void Program::AddVerbs() {
   AddTouchstoneVerb(*m_app, m_action);
   AddImportVerb(*m_app, m_action);
   AddCompareVerb(*m_app, m_action);
+  AddExportVerb(*m_app, m_action);
   AddAttachVerb(*m_app, m_action);
   AddAttachmentsVerb(*m_app, m_action);
   AddDetachVerb(*m_app, m_action);

@@ -29,6 +29,7 @@ void AddEvalVerb(CLI::App & program, Action & action);
 void AddTouchstoneVerb(CLI::App & program, Action & action);
 void AddImportVerb(CLI::App & program, Action & action);
 void AddCompareVerb(CLI::App & program, Action & action);
+void AddExportVerb(CLI::App & program, Action & action);
 void AddFunctionsVerb(CLI::App & program, Action & action);
 void AddReloadVerb(CLI::App & program, Action & action);
 void AddSetupVerb(CLI::App & program, Action & action);

@@ -113,6 +113,16 @@ protected:
   ValueState GetReportTypeForSimValues(ReportTypeMap & reportTypes, AString const & text,
                                        ISimDataExtractor const * extractor) const override;
 
+  // The export of a design point: the files that the mirrored stores list, and all blocks but those of other points and
+  // of what is gone.  A product that keeps anything elsewhere adds it.
+  bool GetFilesAndDirsToCopyForExportingVariation(std::map<AString, AString> & renamed, std::vector<AString> & files,
+                                                  std::vector<AString> & dirs,
+                                                  AString const & variation) const override;
+  bool GetFilesAndDirsToCopyForExportingVariation(std::vector<AString> & files, std::vector<AString> & dirs,
+                                                  AString const & variation) const override;
+  bool GetQSolBlocksForExportingVariation(io::CBlock & blocks) const override;
+  bool GetQSolBlocksForExportingVariation(io::CBlock & blocks, std::vector<AString> & namesToDelete) const override;
+
   /// While a design is read: the type that its block gives to a setup, empty for an unknown one.  The library tells
   /// nobody's type, so CreateSimulationSetup(id, version, "") asks here.
   AString TypeOfSetupBeingRead(long id) const;

@@ -11,6 +11,7 @@
 #include "solutionmanager/locations/CMirroredLocationData.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/transfer/ExportVariationContext.h"
 
 namespace desktop {
 
@@ -142,15 +143,18 @@ void ResultStoreOwner::ParseRelativeDoubleLocation(AString const & location, ASt
   Parse(location, functionKeyword, true, key, doubleID);
 }
 
+// The one that is being exported.
 void ResultStoreOwner::GetSingleVariationToWrite(bool & isOnlyOne, long & variationID, AString & variation) {
-  isOnlyOne = false;
-  variationID = id::invalidID;
-  variation = AString();
+  ExportVariationContext const * const context = m_solution.GetSolutionMgr()->GetExportVariationContext();
+  isOnlyOne = context != nullptr;
+  variationID = context ? context->designVariationID : id::invalidID;
+  variation = context ? context->designVariationKey : AString();
 }
 
+// Copies of unsaved files bear the names that a save would give to them.
 void ResultStoreOwner::GetWriteMode(bool & isSnapshot, bool & keepsWorkingLocations) {
-  isSnapshot = false;
-  keepsWorkingLocations = true;
+  isSnapshot = m_solution.GetSolutionMgr()->GetExportVariationContext() != nullptr;
+  keepsWorkingLocations = !isSnapshot;
 }
 
 } // namespace desktop

@@ -12,10 +12,10 @@
 #include "desktop/project/CommittedLibrary.h"
 #include "desktop/project/ManagedFiles.h"
 #include "desktop/project/NewFile.h"
-#include "desktop/project/PortsOfProject.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/ProjectLock.h"
+#include "desktop/project/RecordParts.h"
 #include "desktop/report/LiveReports.h"
 #include "desktop/report/ReportList.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
@@ -90,21 +90,7 @@ void Session::SetVariables(std::vector<std::pair<AString, AString>> const & assi
 ProjectRecord Session::MakeRecord() const { return MakeRecord(ReadMethod::kDefinitionOnly); }
 
 ProjectRecord Session::MakeRecord(ReadMethod method) const {
-  ProjectRecord record;
-  record.productName = m_product->GetName();
-  record.designName = m_design->GetName();
-  record.designID = m_design->GetDesignID();
-  record.sources = m_project->GetSourceFiles();
-  m_design->Write(record.design);
-  WriteSourceBase(m_project->GetSourceBase(), record.sourceBase);
-  m_editLog->Write(record.edits);
-  m_reports->Write(record.reports);
-  WritePorts(*m_manager, record.ports);
-  if (!m_manager->WriteModule(record.module, method))
-    throw Error(ErrorKind::kFailed,
-                m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");
-  m_manager->WriteNextUniqueID(record.ids); // Last: what stands above may have issued IDs.
-  return record;
+  return MakeRecordOf({*m_product, *m_project, *m_design, *m_manager, *m_editLog, *m_reports}, method);
 }
 
 void Session::Autosave() {

@@ -82,7 +82,8 @@ class Refusals(DeskTest):
     def test_a_project_that_is_not_there_is_named_by_every_verb(self):
         for words in (['info', 'none'], ['set', 'none', 'a=1'], ['solve', 'none'], ['save', 'none'], ['discard', 'none'],
                       ['recover', 'none'], ['recover', 'none', '--dry-run'], ['recover', 'none', '--set-aside'],
-                      ['touchstone', 'none', '--to', 'out'], ['report', 'none', 'list'], ['var', 'none', 'list'],
+                      ['touchstone', 'none', '--to', 'out'],
+                      ['export', 'none', '--point', 'a=1', '--to', 'out'], ['report', 'none', 'list'], ['var', 'none', 'list'],
                       ['eval', 'none', '1']):
             with self.subTest(words[0]):
                 self.assertIn('none.sproject', self.refuse(PROJECT, *words))
@@ -162,7 +163,7 @@ class Refusals(DeskTest):
         message = self.refuse(USAGE, 'slove', 'small')
         verbs = ('new, info, set, reload, setup, delete, solve, watch, convergence, profile, save, discard, values, '
                  'report, var, eval, port, '
-                 'touchstone, attach, attachments, detach, functions, recover, shell')
+                 'touchstone, export, attach, attachments, detach, functions, recover, shell')
         for part in ("'slove'", verbs):
             self.assertIn(part, message)
         self.assertNotIn('worker', message)

@@ -230,13 +230,20 @@ protected:
   virtual void ReadVersionIDsFromBlock(io::CBlock const & block);
   virtual void SetRecoveredVersionIDs();
   virtual void RecoverDerivedDataVersionConsistency();
+  // What an export of one variation takes along.  The first of each pair serves the unsaved state, the second the saved
+  // one.  Paths are relative to the design's results folder, and where the library's blocks are asked for the variation
+  // is that of GetExportVariationContext: definition blocks that are written then are cut down to it.
+  /// Files and folders as they are called now, and the names that copies take where those are others.
   virtual bool GetFilesAndDirsToCopyForExportingVariation(std::map<AString, AString> & renamed,
                                                           std::vector<AString> & files, std::vector<AString> & dirs,
                                                           AString const & variation) const;
   virtual bool GetFilesAndDirsToCopyForExportingVariation(std::vector<AString> & files, std::vector<AString> & dirs,
                                                           AString const & variation) const;
   virtual AString GetDesignResultsFolderName() const;
+  /// All blocks that the exported library is to hold, as children under their real names.
   virtual bool GetQSolBlocksForExportingVariation(io::CBlock & blocks) const;
+  /// Blocks to put into the copy of the library, in place of those of the same real names, and real names of blocks to
+  /// take out of it.  Data and convergence blocks of other variations go without being named.
   virtual bool GetQSolBlocksForExportingVariation(io::CBlock & blocks, std::vector<AString> & namesToDelete) const;
 
 public:
@@ -455,6 +462,18 @@ private:
 
   void BuildMembers();
   SetupDirectory Directory() const;
+
+  // The export of one design point; see BaseSolutionManagerExport.cpp
+  bool ExportQSolForDesignPoint(LongFileName const & folder, AString const & variation,
+                                bool assumeSavedStateOfDesktopProject) const;
+  bool ExportQSolForDesignPointInUnsavedState(LongFileName const & folder, AString const & variation) const;
+  bool CopyQSolForExportDesignPoint(AString & copyPath, LongFileName const & folder) const;
+  void ExportResultFilesAndDirsForDesignPoint(LongFileName const & folder, AString const & variation,
+                                              bool assumeSavedStateOfDesktopProject) const;
+  bool CallGetQSolBlocksForExportingVariation(io::CBlock & blocks, long variationID) const;
+  bool CallGetQSolBlocksForExportingVariation(io::CBlock & blocks, std::vector<AString> & namesToDelete,
+                                              long variationID) const;
+
   void TellJournal(VariationIDMap::const_iterator entry) const;
   template <class Visit> void ForEachActiveExtractor(Visit visit) const;
   void MakeObjectsOf(SolutionVariationKey const & key);

@@ -1,18 +1,10 @@
-// What reports ask of the manager about sweeps and names; the export of a design point is not here yet, says so and
-// gives its empty answer.
+// What reports ask of the manager about sweeps and names.
 
 #include "basekit/command/KelvroCommand.h"
 #include "basekit/command/KelvroCommandInfo.h"
-#include "basekit/diag/Assert.h"
-#include "basekit/file/LongFileName.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
-
-bool BaseSolutionManager::ExportDesignPointResults(LongFileName const &, AString const &, bool) const {
-  KVRO_ASSERT(!"Not available yet");
-  return false;
-}
 
 void BaseSolutionManager::SynchronizeSweeps(KelvroCommand * command) {
   if (command && !command->GetInfo(KelvroCommandInfo::kDesignProperties) &&

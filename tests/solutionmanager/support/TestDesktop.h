@@ -25,9 +25,10 @@ public:
   AString GetName() const override { return L"Project"; }
   void GetResultsFolder(LongFileName & folder, bool forWriting) const override;
   bool CreateResultsFolder(LongFileName const & folder) override;
-  bool HasUnsavedChanges() const override { return false; }
+  bool HasUnsavedChanges() const override { return hasUnsavedChanges; }
 
   AString resultsFolder;
+  bool hasUnsavedChanges = false;
 };
 
 class TestDesign;

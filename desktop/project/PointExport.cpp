@@ -1,0 +1,191 @@
+#include "desktop/project/PointExport.h"
+
+#include "basekit/file/FileOperations.h"
+#include "basekit/file/IFileSystem.h"
+#include "basekit/io/BlockCodec.h"
+#include "basekit/io/CBlock.h"
+#include "basekit/value/Variable.h"
+#include "basekit/value/VariableValues.h"
+#include "desktop/Error.h"
+#include "desktop/design/Design.h"
+#include "desktop/product/IDesktopProduct.h"
+#include "desktop/product/PointBlocks.h"
+#include "desktop/product/PointFiles.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/project/NewFile.h"
+#include "desktop/project/Project.h"
+#include "desktop/project/ProjectFile.h"
+#include "desktop/project/RecordParts.h"
+#include "desktop/project/Session.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
+#include "solutionmanager/transfer/ExportVariationContextObject.h"
+
+#include <functional>
+
+namespace desktop {
+
+namespace {
+
+constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
+
+using Visit = std::function<void(BaseSimulationSetup const & setup, BaseSolution const & solution,
+                                 BaseSolutionVariation const & variation)>;
+
+void ForEachSolved(Session & session, Visit const & visit) {
+  for (auto const & [id, setup] : session.GetManager().GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      for (auto const & [index, variation] : solution->GetVariations())
+        if (solution->HasSolutionData(variation->GetDesignVariationKey(), variation->GetVersionID()))
+          visit(*setup, *solution, *variation);
+}
+
+std::string Bytes(BaseSolutionManager const & manager, AString const & name) {
+  std::string bytes;
+  io::CBlock block(name);
+  if (manager.LoadSingleBlock(block) == kSuccess)
+    static_cast<void>(io::EncodeBlock(block, io::Form::Binary, io::kExactDigits, bytes)); // Too deep: stays empty.
+  return bytes;
+}
+
+// Found from any folder.
+SourceFiles WithFullPaths(SourceFiles files, LongFileName const & projectFolder) {
+  for (SourceFile & file : files)
+    file.path = LFN_AbsolutePath(file.PathIn(projectFolder)).FilePath();
+  return files;
+}
+
+} // namespace
+
+PointExport::PointExport(Session & session, AString const & variation, State state)
+    : m_session(session), m_variation(variation), m_state(state) {}
+
+AString PointExport::FindPoint(Session & session, AString const & variation) {
+  AString found;
+  ForEachSolved(session, [&](BaseSimulationSetup const &, BaseSolution const &, BaseSolutionVariation const & solved) {
+    if (AString const text = solved.GetDesignVariationKey();
+        found.empty() && VariableValues::AreVariationKeysEqual(text, variation))
+      found = text;
+  });
+  return found;
+}
+
+std::vector<AString> PointExport::SolvedVariations(Session & session) {
+  std::vector<AString> texts;
+  std::set<AString> seen;
+  ForEachSolved(session, [&](BaseSimulationSetup const &, BaseSolution const &, BaseSolutionVariation const & solved) {
+    if (AString const text = solved.GetDesignVariationKey(); seen.insert(text).second)
+      texts.push_back(text);
+  });
+  return texts;
+}
+
+std::vector<PointExport::Part> PointExport::Parts() const {
+  std::vector<Part> parts;
+  BaseSolution const * last = nullptr;
+  ForEachSolved(m_session, [&](BaseSimulationSetup const & setup, BaseSolution const & solution,
+                               BaseSolutionVariation const & solved) {
+    if (!VariableValues::AreVariationKeysEqual(solved.GetDesignVariationKey(), m_variation))
+      return;
+    if (&solution != last)
+      parts.push_back({setup.GetName(), solution.GetSolutionName(), false});
+    last = &solution;
+    parts.back().isValid = parts.back().isValid || solved.IsVariationValid();
+  });
+  return parts;
+}
+
+std::uint64_t PointExport::LibraryLength() const {
+  file::FileInfo info;
+  LongFileName const library(m_session.GetManager().GetQsolPath());
+  return file::FileSystem().Describe(library, info).Ok() ? info.length : 0;
+}
+
+void PointExport::Write(LongFileName const & folder) {
+  LongFileName const results = folder + (m_session.GetProject().GetName() + L".results/");
+  LongFileName const file = folder + (m_session.GetProject().GetName() + Project::kExtension);
+  WriteResults(results);
+  ProjectRecord record = MakeRecord();
+  TakeValuesOfPoint(record);
+  NewFile(file, EncodeProject(record, ProjectFileKind::kProject)).Install();
+  Check(file);
+}
+
+void PointExport::WriteResults(LongFileName const & results) {
+  ProductSolutionManager const & manager = m_session.GetManager();
+  // A library that went on since the save shows what was saved block by block alone.
+  bool const isSaved = m_state == State::kSaved && !m_session.GetSavedLength();
+  {
+    ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), isSaved);
+    m_blocks = PointBlocks(manager).NamesOfPoint();
+  }
+  if (!manager.ExportDesignPointResults(results, m_variation, isSaved))
+    throw Error(ErrorKind::kStorage, results.FilePath() + L": the library can't be copied (" + LFN_LastError() +
+                                         L"); make room or get permission, and try again");
+  AString const designFolder = manager.GetResultFilesFolder(false).substr(manager.GetProjectResultsDir().size());
+  CheckFiles(results + designFolder);
+}
+
+void PointExport::CheckFiles(LongFileName const & folder) {
+  ProductSolutionManager const & manager = m_session.GetManager();
+  bool const isSaved = m_state == State::kSaved && !m_session.GetSavedLength();
+  PointFiles const point =
+      isSaved ? PointFiles::Saved(manager, m_variation) : PointFiles::Unsaved(manager, m_variation);
+  for (auto const * const names : {&point.files, &point.dirs})
+    for (AString const & name : *names) {
+      auto const renamed = point.renamed.find(name);
+      LongFileName const copy = folder + (renamed == point.renamed.end() ? name : renamed->second);
+      if (!LFN_Exists(copy))
+        throw Error(ErrorKind::kStorage, copy.FilePath() + L": the result file can't be copied from " +
+                                             manager.GetResultFilesFolder(false) + name + L" (" + LFN_LastError() +
+                                             L"); make room or get permission, and try again");
+      ++m_files;
+    }
+}
+
+ProjectRecord PointExport::MakeRecord() const {
+  ProductSolutionManager const & manager = m_session.GetManager();
+  ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), m_state == State::kSaved);
+  ProjectRecord record = MakeRecordOf({m_session.GetProduct(), m_session.GetProject(), m_session.GetDesign(), manager,
+                                       m_session.GetEditLog(), m_session.GetReports()},
+                                      ReadMethod::kDefinitionOnly);
+  record.generation = 1;
+  record.sources = WithFullPaths(record.sources, m_session.GetProject().GetFolder());
+  return record;
+}
+
+// As a project that solved this point alone has them.
+void PointExport::TakeValuesOfPoint(ProjectRecord & record) const {
+  Design point(m_session.GetProject(), record.designName, record.designID, record.productName);
+  for (Variable const * const variable : m_session.GetDesign().GetVariables()) {
+    AString value = variable->GetValueText();
+    SolutionVariationKey::GetValueString(m_variation, variable->GetName(), value);
+    point.AddVariable(variable->GetName(), value);
+  }
+  record.design.Clear();
+  point.Write(record.design);
+}
+
+void PointExport::Check(LongFileName const & file) const {
+  auto const exported = Session::Open(file.FilePath(), Session::Access::kReadOnly);
+  for (AString const & name : m_blocks) {
+    std::string const bytes = Bytes(m_session.GetManager(), name);
+    if (bytes.empty())
+      RefusePoint(AString(L"its data can't be read; `qsol verify` tells what is wrong with ") +
+                  m_session.GetManager().GetQsolPath() + L", and `solvedesk solve --again` solves it anew");
+    if (Bytes(exported->GetManager(), name) != bytes)
+      throw Error(ErrorKind::kStorage, exported->GetManager().GetQsolPath() +
+                                           L": can't be written whole; make room on the disk, and try again");
+  }
+  if (int const lost = exported->GetManager().CountLostResultFiles(); lost > 0)
+    RefusePoint(
+        AString::Format(L"%d of its result files can't be found; solve it anew with `solvedesk solve --again`", lost));
+}
+
+void PointExport::RefusePoint(AString const & what) const {
+  throw Error(ErrorKind::kProject, m_session.GetProject().GetFile().FilePath() + L": the point '" + m_variation +
+                                       L"' can't be exported: " + what);
+}
+
+} // namespace desktop

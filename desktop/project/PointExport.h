@@ -1,0 +1,64 @@
+#pragma once
+
+#include "basekit/file/LongFileName.h"
+
+#include <cstdint>
+#include <set>
+#include <vector>
+
+namespace desktop {
+
+class Session;
+struct ProjectRecord;
+
+/// Takes one design point out of an open project, which it leaves as it is: a project of its own whose design has the
+/// point's values and whose results are the point's alone, all setups and solutions, former versions and stale data
+/// included.  The session outlives this; failures are Errors, and what was written by then is the caller's to remove.
+class PointExport {
+public:
+  enum class State {
+    kSaved,  ///< of a session that shows what was saved last
+    kPresent ///< with the work that is unsaved
+  };
+
+  /// What the point has in one solution.
+  struct Part {
+    AString setup;
+    AString solution;
+    bool isValid = false;
+  };
+
+  /// The variation as a solution knows it; see FindPoint.
+  PointExport(Session & session, AString const & variation, State state);
+
+  /// The solved variation that equals a text, empty when there is none; and all of them, once each.
+  static AString FindPoint(Session & session, AString const & variation);
+  static std::vector<AString> SolvedVariations(Session & session);
+
+  /// Where the project has data of the point, in the order of setups and solutions.
+  std::vector<Part> Parts() const;
+  /// The length of the library that the saved state is cut out of.
+  std::uint64_t LibraryLength() const;
+  /// Makes the project, of the same name, in a folder, and reads it again: all blocks of the point are there, bit for
+  /// bit, and all its files.
+  void Write(LongFileName const & folder);
+  /// Of what Write wrote: blocks of the point, and its result files and folders.
+  int CountBlocks() const { return static_cast<int>(m_blocks.size()); }
+  int CountFiles() const { return m_files; }
+
+private:
+  void WriteResults(LongFileName const & results);
+  ProjectRecord MakeRecord() const;
+  void TakeValuesOfPoint(ProjectRecord & record) const;
+  void Check(LongFileName const & file) const;
+  void CheckFiles(LongFileName const & results);
+  [[noreturn]] void RefusePoint(AString const & what) const;
+
+  Session & m_session;
+  AString m_variation;
+  State m_state;
+  std::vector<AString> m_blocks; ///< real names
+  int m_files = 0;
+};
+
+} // namespace desktop
