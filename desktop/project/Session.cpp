@@ -100,6 +100,7 @@ ProjectRecord Session::MakeRecord(ReadMethod method) const {
   m_editLog->Write(record.edits);
   m_reports->Write(record.reports);
   WritePorts(*m_manager, record.ports);
+  WriteConnections(m_project->GetConnections(), record.connections);
   if (!m_manager->WriteModule(record.module, method))
     throw Error(ErrorKind::kFailed,
                 m_project->GetFile().FilePath() + L": the product could not write the design; nothing was saved");

@@ -17,8 +17,8 @@ static_assert(std::is_same_v<decltype(&Identifier::DoDataExchange), io::ReadErro
 static_assert(
     std::is_same_v<decltype(&Identifier::Read), io::ReadError (CStreamio_block_object::*)(io::CBlock const &)>);
 static_assert(std::is_same_v<decltype(&Identifier::Write), bool (CStreamio_block_object::*)(io::CBlock &) const>);
-static_assert(std::is_same_v<decltype(&Identifier::SetScriptArgBlock),
-                             void (CStreamio_block_object::*)(io::CBlock const &)>);
+static_assert(
+    std::is_same_v<decltype(&Identifier::SetScriptArgBlock), void (CStreamio_block_object::*)(io::CBlock const &)>);
 static_assert(std::is_same_v<decltype(std::declval<Identifier const &>().GetGuid()), AString const &>);
 static_assert(std::is_same_v<decltype(std::declval<Identifier const &>().GetTransferType()), AString const &>);
 

@@ -29,6 +29,11 @@ NetworkFiles::Entry const & NetworkFiles::Read(std::string const & path, Element
   auto const known = m_Entries.find(path);
   if (known != m_Entries.end())
     return known->second;
+  std::error_code code;
+  auto const status = std::filesystem::status(path, code);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+    throw NetlistError(element.where, element.name, "'" + element.references[0] + "' is not a file",
+                       "name a Touchstone file");
   try {
     auto const data = std::make_shared<SParameterTable const>(std::move(ReadTouchstone(path).network));
     m_Files.push_back(path);

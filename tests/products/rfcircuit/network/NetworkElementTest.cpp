@@ -157,8 +157,9 @@ TEST_F(NetworkElementTest, LinesThatDontFitTheirFileAreRefused) {
 
 TEST_F(NetworkElementTest, ItsNodesFloatWithoutAPathToGround) {
   WriteText("part.s2p", "# Hz S RI R 50\n1e9 0 0 1 0 1 0 0 0\n");
-  EXPECT_NE(Refusal([&] { rf::Elaborate(Read("N1 a b c part.s2p\nV1 in 0 portnum 1\nR1 in 0 5\n")); })
-                .find("N1: its node 'a' floats"),
+  EXPECT_NE(Refusal([&] {
+              rf::Elaborate(Read("N1 a b c part.s2p\nV1 in 0 portnum 1\nR1 in 0 5\n"));
+            }).find("N1: its node 'a' floats"),
             std::string::npos);
 }
 
