@@ -38,25 +38,32 @@ AString SetupOf(Session & source, WantedData const & wanted) {
               wanted.project.FilePath() + L": " + what + L": " + (known.empty() ? AString(L"there is none") : known));
 }
 
-Connections ConnectionsOf(LongFileName const & project) {
+Connections ConnectionsIn(LongFileName const & file, ProjectFileKind kind) {
   try {
-    return ReadConnections(DecodeProject(ReadProjectBytes(project), ProjectFileKind::kProject, project).connections);
+    return ReadConnections(DecodeProject(ReadProjectBytes(file), kind, file).connections);
   } catch (Error const &) {
     return {}; // One that can't be read leads nowhere.
   }
 }
 
+// Those that are not saved yet count, too: they may be.
+Connections ConnectionsOf(Project const & project) {
+  Connections connections = ConnectionsIn(project.GetFile(), ProjectFileKind::kProject);
+  Connections const unsaved = ConnectionsIn(project.GetAutosaveFile(), ProjectFileKind::kAutosave);
+  connections.insert(connections.end(), unsaved.begin(), unsaved.end());
+  return connections;
+}
+
 // Depth first; the way holds what was passed.
-bool FindWay(LongFileName const & from, AString const & to, std::set<AString> & passed, std::vector<AString> & way) {
-  way.push_back(from.Name());
-  if (from.FilePath() == to)
+bool FindWay(Project const & from, AString const & to, std::set<AString> & passed, std::vector<AString> & way) {
+  AString const path = from.GetFile().FilePath();
+  way.push_back(from.GetName());
+  if (path == to)
     return true;
-  if (passed.insert(from.FilePath()).second)
-    for (Connection const & connection : ConnectionsOf(from)) {
-      Project const next(connection.ProjectIn(LongFileName(from.DirPath())).FilePath());
-      if (FindWay(next.GetFile(), to, passed, way))
+  if (passed.insert(path).second)
+    for (Connection const & connection : ConnectionsOf(from))
+      if (FindWay(Project(connection.ProjectIn(from.GetFolder()).FilePath()), to, passed, way))
         return true;
-    }
   way.pop_back();
   return false;
 }
@@ -92,7 +99,7 @@ void RefuseProjectInUse(LongFileName const & project) {
 AString CircleThrough(LongFileName const & project, LongFileName const & source) {
   std::set<AString> passed;
   std::vector<AString> way;
-  if (!FindWay(source, project.FilePath(), passed, way))
+  if (!FindWay(Project(source.FilePath()), project.FilePath(), passed, way))
     return AString();
   AString text = project.Name();
   for (AString const & name : way)

@@ -34,7 +34,7 @@ bool TransferManager::RetrieveTransferData(AString const & provider, AString con
       network.text += AString::Format(L"%g\n", value);
     network.Write(out);
   } else {
-    desktop::WriteRefusal(out, L"not solved at " + variation);
+    desktop::WriteRefusal(out, AString(L"not solved at ") + variation);
   }
   return transferType == TransferredNetwork::kTransferType;
 }
@@ -42,7 +42,7 @@ bool TransferManager::RetrieveTransferData(AString const & provider, AString con
 bool TransferManager::OnAcquireTransferDataConnection(AString const & consumer, IDesignInstance *,
                                                       AString const & transferType, io::CBlock const & in,
                                                       io::CBlock & out, bool & flag) {
-  calls.push_back(L"acquire " + consumer + L" " + transferType);
+  calls.push_back(AString(L"acquire ") + consumer + L" " + transferType);
   TransferredNetwork network;
   flag = network.Read(in);
   desktop::WriteTransferFile(out, consumer + network.extension);
@@ -52,7 +52,7 @@ bool TransferManager::OnAcquireTransferDataConnection(AString const & consumer, 
 bool TransferManager::OnRefreshTransferData(AString const & provider, AString const & consumer, IDesignInstance *,
                                             AString const & transferType, io::CBlock const & in, io::CBlock & out,
                                             bool & flag) {
-  calls.push_back(L"refresh " + consumer + L" of " + provider + L" " + transferType);
+  calls.push_back(AString(L"refresh ") + consumer + L" of " + provider + L" " + transferType);
   TransferredNetwork network;
   flag = network.Read(in) && desktop::TransferFileOf(in) == consumer + network.extension;
   if (!flag)
@@ -63,7 +63,7 @@ bool TransferManager::OnRefreshTransferData(AString const & provider, AString co
 bool TransferManager::OnReleaseTransferDataConnection(AString const & consumer, IDesignInstance *,
                                                       AString const & transferType, io::CBlock const &, io::CBlock &,
                                                       bool & flag) {
-  calls.push_back(L"release " + consumer + L" " + transferType);
+  calls.push_back(AString(L"release ") + consumer + L" " + transferType);
   flag = true;
   return true;
 }
