@@ -81,8 +81,7 @@ Connection const & Hub::Find(AString const & name) const {
                                      (known.empty() ? AString(L"none") : known));
 }
 
-// It becomes the name of a file and a word of the source.
-void Hub::RefuseName(AString const & name) const {
+void Hub::RefuseNoPlainName(AString const & name) {
   constexpr std::size_t kLongest = 60;
   auto const isPlain = [](wchar_t c) {
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9') || c == L'_' || c == L'-';
@@ -91,13 +90,16 @@ void Hub::RefuseName(AString const & name) const {
     throw Error(ErrorKind::kUsage,
                 AString(L"'") + name +
                     L"': a connection's name has 1 to 60 letters, digits, '_' and '-'; give such one");
+}
+
+void Hub::RefuseTakenName(AString const & name) const {
   for (Connection const & connection : m_session.GetProject().GetConnections())
     if (AString::MatchNoCase(connection.name, name))
       throw Error(ErrorKind::kUsage, name + L": the project has a connection of that name; refresh it, or give another "
                                             L"name");
 }
 
-void Hub::RefuseForeignFile(LongFileName const & file, std::string const & content) const {
+void Hub::RefuseForeignFile(LongFileName const & file, std::string const & content) {
   auto const present = BytesOf(file);
   if (present && *present != content)
     throw Error(ErrorKind::kUsage, file.FilePath() + L": there is such a file already, and no connection wrote it; "
@@ -106,7 +108,8 @@ void Hub::RefuseForeignFile(LongFileName const & file, std::string const & conte
 
 Connection Hub::Connect(ConnectionRequest const & request, std::vector<AString> & notices) {
   m_session.RefuseWhenReadOnly();
-  RefuseName(request.name);
+  RefuseNoPlainName(request.name);
+  RefuseTakenName(request.name);
   Project & project = m_session.GetProject();
   LongFileName const source = Project(request.project).GetFile();
   if (AString const circle = CircleThrough(project.GetFile(), source); !circle.empty())

@@ -55,14 +55,18 @@ public:
   /// Also of a project that is open for reading.
   std::vector<ConnectionState> States() const;
 
+  /// A name becomes that of a file and a word of the source.
+  static void RefuseNoPlainName(AString const & name);
+  /// A file of other content that is there already.
+  static void RefuseForeignFile(LongFileName const & file, std::string const & content);
+
 private:
   Connection const & Find(AString const & name) const;
   LongFileName FolderOfData() const;
   bool IsUsed(Connection const & connection) const;
   ConnectionState StateOf(Connection const & connection) const;
   bool Refresh(Connection const & connection, std::vector<AString> & notices);
-  void RefuseName(AString const & name) const;
-  void RefuseForeignFile(LongFileName const & file, std::string const & content) const;
+  void RefuseTakenName(AString const & name) const;
 
   Session & m_session;
 };

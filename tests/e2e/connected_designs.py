@@ -126,6 +126,22 @@ class Connected(DeskTest):
         self.assertIn("write one such as 'N1 NODE NODE amp.s2p', and reload", done.stderr)
         self.assertFalse(self.state()['used'])
 
+    def test_a_project_is_made_with_its_connection_in_one_step_or_nothing_is_left(self):
+        self.solved('amp', AMP)
+        write('rx.cir', CONNECTED)
+        before = sorted(os.listdir('.'))
+        self.assertIn("amp.s2p: can't be read", self.refuse(4, 'new', 'rx', '--netlist', 'rx.cir'))
+        self.assertIn('NAME=SOURCE_PROJECT', self.refuse(2, 'new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp'))
+        self.refuse(3, 'new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp=nobody')
+        self.refuse(4, 'new', 'rx', '--netlist', 'gone.cir', '--connect', 'amp=amp')
+        self.assertEqual(sorted(os.listdir('.')), before)
+        self.run_desk('new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp=amp')
+        self.assertEqual((self.state()['state'], self.state()['used']), ('current', True))
+        self.assertFalse(self.document('info', 'rx')['unsaved_changes'])
+        self.run_desk('solve', 'rx')
+        self.solved('flat', flat('4n'))
+        self.assert_same(self.numbers('rx'), self.numbers('flat'))
+
     def test_disconnect_leaves_the_file_and_the_results(self):
         self.pair()
         self.run_desk('solve', 'rx')
