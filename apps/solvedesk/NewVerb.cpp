@@ -1,11 +1,14 @@
 #include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/Verbs.h"
+#include "basekit/file/FileOperations.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/text/Utf8.h"
 #include "basekit/value/Variable.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
+#include "desktop/hub/FilesOfNewProject.h"
+#include "desktop/hub/Hub.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductRegistry.h"
 #include "desktop/product/ProductSolutionManager.h"
@@ -22,6 +25,7 @@ struct NewWords {
   std::string project;
   std::string netlist;
   std::string product = "rfcircuit";
+  std::vector<std::string> connections;
   OutputOptions output;
 };
 
@@ -62,9 +66,37 @@ std::shared_ptr<desktop::Session> Create(NewWords const & words, AString const &
   }
 }
 
+// Of "NAME=SOURCE_PROJECT".
+desktop::ConnectionRequest RequestOf(std::string const & word) {
+  std::size_t const middle = word.find('=');
+  if (middle == std::string::npos || middle + 1 == word.size())
+    throw desktop::Error(desktop::ErrorKind::kUsage,
+                         AString(L"--connect '") + ArgumentText(word) + L"': is not NAME=SOURCE_PROJECT; give both");
+  return {ArgumentText(word.substr(0, middle)), ArgumentText(word.substr(middle + 1)), AString(), AString()};
+}
+
+// The source reads the files of the connections, so they are there before it is read.
+std::shared_ptr<desktop::Session> CreateConnected(NewWords const & words, AString const & path) {
+  LongFileName const source = LFN_AbsolutePath(LongFileName(ArgumentText(words.netlist)));
+  desktop::FilesOfNewProject files{LongFileName(source.DirPath())};
+  std::vector<desktop::ConnectionRequest> requests;
+  for (std::string const & word : words.connections) {
+    requests.push_back(RequestOf(word));
+    files.Write(requests.back());
+  }
+  auto session = Create(words, path);
+  files.Keep();
+  std::vector<AString> notices;
+  for (desktop::ConnectionRequest const & request : requests)
+    desktop::Hub(*session).Connect(request, notices);
+  if (!requests.empty())
+    session->Save();
+  return session;
+}
+
 int MakeProject(NewWords const & words) {
   AString const path = ProjectPath(words.project);
-  auto const session = Create(words, path);
+  auto const session = CreateConnected(words, path);
   nlohmann::ordered_json variables = nlohmann::ordered_json::array();
   nlohmann::ordered_json setups = nlohmann::ordered_json::array();
   for (Variable const * variable : session->GetDesign().GetVariables())
@@ -100,9 +132,13 @@ void AddNewVerb(CLI::App & program, Action & action) {
       ->required();
   verb->add_option("--product", words->product, "what solves it: rfcircuit, or command for any program")
       ->capture_default_str();
+  verb->add_option("--connect", words->connections,
+                   "NAME=SOURCE_PROJECT: connects at once, for a netlist that reads NAME.s2p; see `connect`")
+      ->allow_extra_args(false);
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir\n"
+               "  solvedesk new receiver --netlist receiver.cir --connect amp=amplifier\n"
                "  solvedesk new ball --source examples/ball/ball.solver --product command");
   verb->callback([&action, words] { action = [words] { return MakeProject(*words); }; });
 }

@@ -122,6 +122,10 @@ void Program::AddVerbs() {
   AddAttachVerb(*m_app, m_action);
   AddAttachmentsVerb(*m_app, m_action);
   AddDetachVerb(*m_app, m_action);
+  AddConnectVerb(*m_app, m_action);
+  AddConnectionsVerb(*m_app, m_action);
+  AddRefreshVerb(*m_app, m_action);
+  AddDisconnectVerb(*m_app, m_action);
   if (m_place == Place::kShell) {
     AddUndoVerb(*m_app, m_action);
     AddRedoVerb(*m_app, m_action);

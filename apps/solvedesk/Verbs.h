@@ -37,6 +37,10 @@ void AddDeleteVerb(CLI::App & program, Action & action);
 void AddAttachVerb(CLI::App & program, Action & action);
 void AddAttachmentsVerb(CLI::App & program, Action & action);
 void AddDetachVerb(CLI::App & program, Action & action);
+void AddConnectVerb(CLI::App & program, Action & action);
+void AddConnectionsVerb(CLI::App & program, Action & action);
+void AddRefreshVerb(CLI::App & program, Action & action);
+void AddDisconnectVerb(CLI::App & program, Action & action);
 void AddWatchVerb(CLI::App & program, Action & action);
 void AddShellVerb(CLI::App & program, Action & action);
 // In a shell alone, which keeps the history that they go through.

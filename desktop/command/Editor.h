@@ -22,7 +22,9 @@ class CBlock;
 namespace desktop {
 
 class DesignState;
+class FileExchange;
 class Session;
+struct Connection;
 struct ReportDefinition;
 struct SourceBase;
 struct SourceFile;
@@ -90,6 +92,12 @@ public:
   /// the user changed the same thing here; then that stands, and a notice tells.
   bool Reload(std::vector<AString> & notices);
 
+  /// For the hub: the project's connections become these, a file of theirs is exchanged where one is given, and the
+  /// source is read again when its files have changed by that: one edit.
+  bool ChangeConnections(AString const & command, std::vector<Connection> const & connections,
+                         std::shared_ptr<FileExchange> const & file, EditChange const & told,
+                         std::vector<AString> & notices);
+
   /// Carries out several edits as one: all of them or none.
   void RunGroup(AString const & name, std::function<void()> const & edits);
 
@@ -134,6 +142,9 @@ private:
   void FollowInLog(Edit & edit, AString const & name, AString const & value, bool isReleased);
   void NewVersions(Edit & edit, BaseSimulationSetup & setup, AString const & source, AString const & words);
   BaseSimulationSetup & MakeSetup(Edit & edit, SourceSetup const & said);
+  struct SourceReading;
+  /// Null when nothing is to be taken over.
+  std::unique_ptr<SourceReading> ReadSourceAgain() const;
   void TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, std::vector<SourceFile> const & files);
 
   void ChangeReports(Edit & edit, std::vector<ReportDefinition> const & reports);

@@ -6,6 +6,7 @@
 #include "desktop/command/SolvedSource.h"
 #include "desktop/command/SourceMerge.h"
 #include "desktop/design/Design.h"
+#include "desktop/hub/FileExchange.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Project.h"
@@ -106,28 +107,71 @@ AString UniqueName(BaseSolutionManager const & manager, AString const & wanted) 
 
 } // namespace
 
-bool Editor::Reload(std::vector<AString> & notices) {
-  m_session.RefuseWhenReadOnly();
+/// What the source says now, and what of it is to be taken over.
+struct Editor::SourceReading {
+  SourceReading(SourceDescription const & description, SourceFiles read, SourceMerge merged)
+      : files(std::move(read)), merge(std::move(merged)), notices(description.notes) {
+    notices.insert(notices.end(), merge.notices.begin(), merge.notices.end());
+  }
+  SourceFiles files;
+  SourceMerge merge;
+  std::vector<AString> notices;
+};
+
+std::unique_ptr<Editor::SourceReading> Editor::ReadSourceAgain() const {
   Project & project = m_session.GetProject();
-  LongFileName const file = project.GetSourceFile();
   SourceDescription description;
   AString error;
-  if (!m_session.GetProduct().ReadSource(file, description, error))
+  if (!m_session.GetProduct().ReadSource(project.GetSourceFile(), description, error))
     throw Error(ErrorKind::kSource, error);
   SourceFiles const files = ReadFiles(description, project);
   if (files == project.GetSourceFiles() && !IsAnySolutionMissing())
-    return false;
+    return nullptr;
   SourceBase const now = SourceBase::Of(description, files);
   auto const describe = [this](io::CBlock const & settings) {
     return m_session.GetProduct().DescribeSettings(settings);
   };
-  SourceMerge const merge(project.GetSourceBase(), now, VariablesOf(m_session.GetDesign()), SetupsOf(m_session),
-                          describe);
-  bool const isChanged = Run(AString(L"reload ") + file.NameAndExtension(),
-                             [&](Edit & edit) { TakeOver(edit, merge, merge.base, files); });
-  notices = description.notes;
-  notices.insert(notices.end(), merge.notices.begin(), merge.notices.end());
+  return std::make_unique<SourceReading>(
+      description, files,
+      SourceMerge(project.GetSourceBase(), now, VariablesOf(m_session.GetDesign()), SetupsOf(m_session), describe));
+}
+
+bool Editor::Reload(std::vector<AString> & notices) {
+  m_session.RefuseWhenReadOnly();
+  auto const reading = ReadSourceAgain();
+  if (!reading)
+    return false;
+  bool const isChanged = Run(AString(L"reload ") + m_session.GetProject().GetSourceFile().NameAndExtension(),
+                             [&](Edit & edit) { TakeOver(edit, reading->merge, reading->merge.base, reading->files); });
+  notices = reading->notices;
   return isChanged;
+}
+
+bool Editor::ChangeConnections(AString const & command, std::vector<Connection> const & connections,
+                               std::shared_ptr<FileExchange> const & file, EditChange const & told,
+                               std::vector<AString> & notices) {
+  return Run(command, [&](Edit & edit) {
+    edit.changes.push_back(told);
+    if (file) // Nothing that fails may leave an undo half done, so it is told and judged at the end.
+      edit.Exchange([this, file] {
+        try {
+          file->Exchange();
+        } catch (Error const & error) {
+          m_failure.Tell(text::FromUtf8(error.what()));
+        }
+      });
+    auto const kept = std::make_shared<Connections>(connections);
+    edit.Exchange([&project = m_session.GetProject(), kept] {
+      Connections present = project.GetConnections();
+      project.SetConnections(*kept);
+      *kept = std::move(present);
+    });
+    auto const reading = file ? ReadSourceAgain() : nullptr;
+    if (!reading)
+      return;
+    TakeOver(edit, reading->merge, reading->merge.base, reading->files);
+    notices.insert(notices.end(), reading->notices.begin(), reading->notices.end());
+  });
 }
 
 void Editor::TakeOver(Edit & edit, SourceMerge const & merge, SourceBase base, SourceFiles const & files) {

@@ -152,6 +152,7 @@ ProjectRecord PointExport::MakeRecord() const {
                                       ReadMethod::kDefinitionOnly);
   record.generation = 1;
   record.sources = WithFullPaths(record.sources, m_session.GetProject().GetFolder());
+  record.connections.Clear(); // A refresh there would write over the files of this project.
   return record;
 }
 

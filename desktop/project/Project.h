@@ -2,6 +2,7 @@
 
 #include "CoreInterfaces/desktop/IProject.h"
 #include "basekit/file/LongFileName.h"
+#include "desktop/hub/Connection.h"
 #include "desktop/project/SourceBase.h"
 
 #include <functional>
@@ -43,6 +44,10 @@ public:
   SourceBase const & GetSourceBase() const { return m_sourceBase; }
   void SetSourceBase(SourceBase const & base) { m_sourceBase = base; }
 
+  /// To other projects, in the order in which they were made; see Hub.
+  Connections const & GetConnections() const { return m_connections; }
+  void SetConnections(Connections const & connections) { m_connections = connections; }
+
   bool IsReadOnly() const { return m_isReadOnly; }
   void SetReadOnly(bool readOnly) { m_isReadOnly = readOnly; }
   /// Who has the project open answers for it.
@@ -52,6 +57,7 @@ private:
   LongFileName m_file;
   SourceFiles m_sourceFiles;
   SourceBase m_sourceBase;
+  Connections m_connections;
   bool m_isReadOnly = false;
   std::function<bool()> m_hasUnsavedChanges;
 };

@@ -99,7 +99,7 @@ std::string EncodeProject(ProjectRecord const & record, ProjectFileKind kind) {
   block << io::named(kProduct, record.productName) << io::named(kGeneration, record.generation)
         << io::named(kDesignName, record.designName) << io::named(kDesignID, record.designID) << sources << record.ids
         << record.design << record.module << record.sourceBase << record.edits;
-  for (io::CBlock const * const part : {&record.reports, &record.ports, &record.pendingTexts})
+  for (io::CBlock const * const part : {&record.reports, &record.ports, &record.connections, &record.pendingTexts})
     if (!part->Empty())
       block << *part;
   if (!record.simValueCache.empty())
@@ -176,6 +176,7 @@ ProjectRecord DecodeProject(std::string const & bytes, ProjectFileKind kind, Lon
   TakeBlock(*block, record.edits);
   TakeBlock(*block, record.reports);
   TakeBlock(*block, record.ports);
+  TakeBlock(*block, record.connections);
   TakeBlock(*block, record.pendingTexts);
   *block >> io::named(kSimValueCache, record.simValueCache);
   return record;

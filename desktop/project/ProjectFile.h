@@ -29,6 +29,8 @@ struct ProjectRecord {
   io::CBlock reports{L"Reports"};
   /// What ports are shown with; likewise.
   io::CBlock ports{L"Ports"};
+  /// What comes from other projects; likewise.
+  io::CBlock connections{L"Connections"};
   /// Tells the cache of sim values that was written with this project file; empty without one, and in an autosave.
   AString simValueCache;
   /// Of an autosave that was written before an edit changes the texts of variations: what leads back to the texts that

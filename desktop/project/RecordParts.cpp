@@ -23,6 +23,7 @@ ProjectRecord MakeRecordOf(RecordParts const & parts, ReadMethod method) {
   parts.edits.Write(record.edits);
   parts.reports.Write(record.reports);
   WritePorts(parts.manager, record.ports);
+  WriteConnections(parts.project.GetConnections(), record.connections);
   if (!parts.manager.WriteModule(record.module, method))
     throw Error(ErrorKind::kFailed,
                 parts.project.GetFile().FilePath() + L": the product could not write the design; nothing was saved");

@@ -366,6 +366,7 @@ void Session::MakeDesign(ProjectRecord const & record) {
     base.date = AString();
   }
   m_project->SetSourceBase(base);
+  m_project->SetConnections(ReadConnections(record.connections));
   ReadReports(record);
   m_editLog->Read(record.edits); // What can't be read there leaves the reasons unknown, no more.
   m_design = std::make_unique<Design>(*m_project, record.designName, record.designID, m_product->GetName());

@@ -55,8 +55,10 @@ void PointLibrary::Save(io::CBlock & block) {
 
 std::set<AString> PointLibrary::InternalNamesOf(io::CBlock const & blocks) const {
   std::set<AString> names;
+  // Another item replaces nothing: what bears its name stays.
   for (auto const & item : blocks)
-    names.insert(m_files.GetInternalBlockName(item->Name()));
+    if (item->IsBlock())
+      names.insert(m_files.GetInternalBlockName(item->Name()));
   return names;
 }
 

@@ -24,6 +24,21 @@ public:
   bool IsSimContextDataAffectedByMinorEdits(KelvroCommand const * command, SimValueContext const * context,
                                             unsigned reportType) const override;
 
+  /// Solved networks go from circuit to circuit as desktop::TransferredNetwork tells; other kinds of transfer are not
+  /// offered.
+  bool RetrieveTransferData(AString const & provider, AString const & consumer, IDesignInstance * instance,
+                            AString const & transferType, io::CBlock const & in, io::CBlock & out,
+                            bool & flag) const override;
+  bool OnRefreshTransferData(AString const & provider, AString const & consumer, IDesignInstance * instance,
+                             AString const & transferType, io::CBlock const & in, io::CBlock & out,
+                             bool & flag) override;
+  bool OnAcquireTransferDataConnection(AString const & consumer, IDesignInstance * instance,
+                                       AString const & transferType, io::CBlock const & in, io::CBlock & out,
+                                       bool & flag) override;
+  bool OnReleaseTransferDataConnection(AString const & consumer, IDesignInstance * instance,
+                                       AString const & transferType, io::CBlock const & in, io::CBlock & out,
+                                       bool & flag) override;
+
 protected:
   /// Imported setups come under the base's type name, whatever the design's block says.
   BaseSimulationSetup * CreateSimulationSetup(long id, long version, AString const & typeName) override;

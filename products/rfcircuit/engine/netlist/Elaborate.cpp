@@ -5,8 +5,10 @@
 #include "products/rfcircuit/engine/netlist/NetlistContent.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
 #include "products/rfcircuit/engine/netlist/ParameterScope.h"
+#include "products/rfcircuit/engine/network/SParameterTable.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <unordered_map>
 
@@ -99,14 +101,35 @@ private:
     Element element;
     element.name = level.path + statement.name;
     element.where = statement.where;
-    auto const portNumber = EvaluateElement(statement, level.scope, element);
-    for (std::size_t i = 0; i < statement.nodes.size(); ++i)
-      element.nodes[i] = NodeIndex(statement.nodes[i], level);
+    std::optional<int> portNumber;
+    if (statement.kind == 'n')
+      AddNetwork(statement, level, element);
+    else {
+      portNumber = EvaluateElement(statement, level.scope, element);
+      for (std::size_t i = 0; i < statement.nodes.size(); ++i)
+        element.nodes[i] = NodeIndex(statement.nodes[i], level);
+    }
     int const index = static_cast<int>(m_Parts.elements.size());
     if (portNumber)
       m_Parts.ports.push_back({*portNumber, element.name, element.value, index});
     level.elements.emplace(Folded(statement.name), index);
     m_Parts.elements.push_back(std::move(element));
+  }
+
+  // The node behind those of the ports is what they count from; without one that is ground.
+  void AddNetwork(ElementStatement const & statement, Level & level, Element & element) {
+    Network network;
+    network.file = statement.references[0];
+    network.data = statement.data;
+    for (std::string const & node : statement.nodes)
+      network.nodes.push_back(NodeIndex(node, level));
+    if (network.nodes.size() > statement.data->Ports()) {
+      network.reference = network.nodes.back();
+      network.nodes.pop_back();
+    }
+    element.kind = Element::Kind::Network;
+    element.control = static_cast<int>(m_Parts.networks.size());
+    m_Parts.networks.push_back(std::move(network));
   }
 
   int Referenced(std::string const & name, Level const & level) const {

@@ -49,9 +49,11 @@ public:
       return Source();
     case 'x':
       return Instance();
+    case 'n':
+      return Network();
     default:
       Refuse("unknown element",
-             "elements begin with R, L, C, K, T, E, F, G, H, V, I or X; lines of commands with a point");
+             "elements begin with R, L, C, K, T, E, F, G, H, V, I, X or N; lines of commands with a point");
     }
   }
 
@@ -174,6 +176,17 @@ private:
     for (NameAndExpression & assignment : ReadAssignments(m_Cursor, m_Element.name))
       Store(assignment.name, std::move(assignment.expression));
     return std::move(m_Element);
+  }
+
+  // Whether the last node is the reference is known when the file has told its ports.
+  ElementStatement Network() {
+    while (!m_Cursor.AtEnd() && !m_Cursor.AtAssignment())
+      m_Element.nodes.push_back(m_Cursor.Word());
+    if (m_Element.nodes.size() < 2)
+      Refuse("nodes and the file's name are missing", "write 'NNAME NODE ... FILE', with one node for each port");
+    m_Element.references.push_back(m_Element.nodes.back());
+    m_Element.nodes.pop_back();
+    return Finish({});
   }
 
   bool AtParamsWord() { return IsOneOf(Folded(m_Cursor.Peek()), {"params:", "param:"}); }

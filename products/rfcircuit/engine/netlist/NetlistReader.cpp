@@ -4,6 +4,7 @@
 #include "products/rfcircuit/engine/netlist/LineCursor.h"
 #include "products/rfcircuit/engine/netlist/NetlistContent.h"
 #include "products/rfcircuit/engine/netlist/NetlistError.h"
+#include "products/rfcircuit/engine/netlist/NetworkFiles.h"
 #include "products/rfcircuit/engine/netlist/SourceText.h"
 
 #include <algorithm>
@@ -48,6 +49,8 @@ public:
     return m_Content;
   }
 
+  std::vector<std::string> const & DataFiles() const { return m_NetworkFiles.Files(); }
+
 private:
   struct OpenDefinition {
     SubcircuitDefinition * definition;
@@ -57,6 +60,9 @@ private:
   void Element(LogicalLine const & line) {
     m_Content->fingerprint.Add(line.text);
     Block().elements.push_back(Unique(ReadElement(line)));
+    ElementStatement & element = Block().elements.back();
+    if (element.kind == 'n')
+      m_Content->fingerprint.Add("data " + std::to_string(m_NetworkFiles.Fill(element)));
   }
 
   StatementBlock & Block() { return m_Open.empty() ? m_Content->top : m_Open.back().definition->body; }
@@ -268,6 +274,7 @@ private:
   }
 
   std::shared_ptr<NetlistContent> m_Content = std::make_shared<NetlistContent>();
+  NetworkFiles m_NetworkFiles;
   std::vector<OpenDefinition> m_Open;
   std::map<std::string, SourcePosition> m_TopElementNames;
 };
@@ -315,6 +322,7 @@ Netlist ReadNetlistText(std::string const & text, std::string const & fileName) 
   auto const content = builder.Finish();
   content->title = title;
   content->files = reader.Files();
+  content->files.insert(content->files.end(), builder.DataFiles().begin(), builder.DataFiles().end());
   if (titleNote)
     content->notes.insert(content->notes.begin(), *titleNote);
   Netlist const netlist(content);

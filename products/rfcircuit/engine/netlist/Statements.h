@@ -10,6 +10,8 @@
 
 namespace rf {
 
+struct SParameterTable;
+
 /** A name with the text it is to be found by: names are equal without case. */
 struct NameAndExpression {
   std::string name; ///< as written
@@ -24,8 +26,10 @@ struct ElementStatement {
   std::string name;
   SourcePosition where;
   std::vector<std::string> nodes;      ///< as written
-  std::vector<std::string> references; ///< of K the inductors, of F and H the controlling source, of X the subcircuit
+  /** Of K the inductors, of F and H the controlling source, of X the subcircuit, of N the file. */
+  std::vector<std::string> references;
   std::vector<NameAndExpression> values;
+  std::shared_ptr<SParameterTable const> data; ///< of N: what the file holds
 
   Expression const * Find(std::string const & foldedName) const;
 };

@@ -40,9 +40,13 @@ bool IsVoltageControlled(Element const & element) {
   return element.kind == Kind::VoltageToVoltage || element.kind == Kind::VoltageToCurrent;
 }
 
-void JoinNodes(Element const & element, DisjointSets & nodes) {
+void JoinNodes(Circuit const & circuit, Element const & element, DisjointSets & nodes) {
   if (element.kind == Kind::CurrentSource)
     return; // it drives nothing in a small-signal network, so it holds nothing
+  if (element.kind == Kind::Network) {
+    circuit.ForEachTerminal(element, [&](int node) { nodes.Join(node, circuit.NetworkOf(element).reference); });
+    return;
+  }
   nodes.Join(element.nodes[0], element.nodes[1]);
   if (element.kind == Kind::Line)
     nodes.Join(element.nodes[2], element.nodes[3]);
@@ -52,9 +56,8 @@ void JoinNodes(Element const & element, DisjointSets & nodes) {
 std::vector<bool> NodesWithElements(Circuit const & circuit) {
   std::vector<bool> used(circuit.NodeNames().size());
   for (Element const & element : circuit.Elements()) {
-    std::size_t const count = element.kind == Kind::Line ? 4 : 2;
-    for (std::size_t i = 0; i < count && element.kind != Kind::CurrentSource; ++i)
-      used[static_cast<std::size_t>(element.nodes[i])] = true;
+    if (element.kind != Kind::CurrentSource)
+      circuit.ForEachTerminal(element, [&used](int node) { used[static_cast<std::size_t>(node)] = true; });
   }
   return used;
 }
@@ -75,16 +78,15 @@ void RefuseOpenInputs(Circuit const & circuit) {
 void RefuseFloatingParts(Circuit const & circuit) {
   DisjointSets nodes(circuit.NodeNames().size());
   for (Element const & element : circuit.Elements())
-    JoinNodes(element, nodes);
+    JoinNodes(circuit, element, nodes);
   for (Element const & element : circuit.Elements()) {
-    std::size_t const count = element.kind == Kind::Line ? 4 : 2;
-    for (std::size_t i = 0; i < count; ++i) {
-      if (!nodes.Together(element.nodes[i], 0))
+    circuit.ForEachTerminal(element, [&](int node) {
+      if (!nodes.Together(node, 0))
         throw NetlistError(element.where, element.name,
-                           "its node '" + circuit.NodeNames()[static_cast<std::size_t>(element.nodes[i])] +
+                           "its node '" + circuit.NodeNames()[static_cast<std::size_t>(node)] +
                                "' floats: it has no path to ground",
                            "connect that part of the circuit to node 0, if need be by a large resistor");
-    }
+    });
   }
 }
 

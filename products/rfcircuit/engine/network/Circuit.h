@@ -9,6 +9,8 @@
 
 namespace rf {
 
+struct SParameterTable;
+
 /** A flat element.  `nodes` index the circuit's nodes, 0 is ground; currents flow from the first through the element to
     the second.  `value`: R, C, L in SI units, gain of controlled sources, characteristic impedance of a line, reference
     impedance of a port. */
@@ -24,7 +26,8 @@ struct Element {
     CurrentToVoltage,
     VoltageSource, ///< independent; zero in a small-signal network
     CurrentSource,
-    Port ///< a voltage source behind its reference impedance
+    Port,   ///< a voltage source behind its reference impedance
+    Network ///< S-parameters of a file; `control` is its number among the circuit's networks, which has the nodes
   };
 
   Kind kind = Kind::Resistor;
@@ -45,6 +48,14 @@ struct Coupling {
   double factor = 0;
 };
 
+/** What a network element connects: one node for each port of its data, all against the reference. */
+struct Network {
+  std::string file; ///< where the data stood
+  std::vector<int> nodes;
+  int reference = 0;
+  std::shared_ptr<SParameterTable const> data;
+};
+
 /** A port: numbered from one without gaps; z0 is real and positive. */
 struct Port {
   int number = 0;
@@ -61,6 +72,7 @@ public:
     std::vector<std::string> nodeNames{"0"};
     std::vector<Element> elements;
     std::vector<Coupling> couplings;
+    std::vector<Network> networks;
     std::vector<Port> ports; ///< ascending by number
   };
 
@@ -71,7 +83,24 @@ public:
   std::vector<std::string> const & NodeNames() const { return m_Parts.nodeNames; }
   std::vector<Element> const & Elements() const { return m_Parts.elements; }
   std::vector<Coupling> const & Couplings() const { return m_Parts.couplings; }
+  std::vector<Network> const & Networks() const { return m_Parts.networks; }
+  Network const & NetworkOf(Element const & element) const {
+    return m_Parts.networks[static_cast<std::size_t>(element.control)];
+  }
   std::vector<Port> const & Ports() const { return m_Parts.ports; }
+
+  /** Each node through which an element's current flows. */
+  template <class Visit> void ForEachTerminal(Element const & element, Visit visit) const {
+    if (element.kind == Element::Kind::Network) {
+      for (int const node : NetworkOf(element).nodes)
+        visit(node);
+      visit(NetworkOf(element).reference);
+      return;
+    }
+    std::size_t const count = element.kind == Element::Kind::Line ? 4 : 2;
+    for (std::size_t i = 0; i < count; ++i)
+      visit(element.nodes[i]);
+  }
 
 private:
   Parts m_Parts;

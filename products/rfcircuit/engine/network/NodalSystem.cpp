@@ -1,6 +1,10 @@
 #include "products/rfcircuit/engine/network/NodalSystem.h"
 
+#include "products/rfcircuit/engine/netlist/NetlistError.h"
+#include "products/rfcircuit/engine/network/SParameterLookup.h"
 #include "products/rfcircuit/engine/network/ZeroFrequency.h"
+
+#include <fmt/format.h>
 
 #include <cmath>
 #include <numbers>
@@ -13,12 +17,14 @@ using Kind = Element::Kind;
 // Below this a resistor's conductance would drown all others; its current becomes an unknown instead.
 constexpr double SMALLEST_CONDUCTING_RESISTANCE = 1e-6;
 
-int BranchCount(Element const & element) {
+int BranchCount(Circuit const & circuit, Element const & element) {
   switch (element.kind) {
   case Kind::Resistor:
     return std::fabs(element.value) < SMALLEST_CONDUCTING_RESISTANCE ? 1 : 0;
   case Kind::Line:
     return 2;
+  case Kind::Network:
+    return static_cast<int>(circuit.NetworkOf(element).nodes.size());
   case Kind::Inductor:
   case Kind::VoltageToVoltage:
   case Kind::CurrentToVoltage:
@@ -37,7 +43,7 @@ NodalSystem::NodalSystem(Circuit const & circuit) {
     m_Scale = circuit.Ports().front().z0;
   NumberBranches(circuit);
   for (std::size_t i = 0; i < circuit.Elements().size(); ++i)
-    Stamp(circuit.Elements()[i], static_cast<int>(i));
+    Stamp(circuit, circuit.Elements()[i], static_cast<int>(i));
   StampCouplings(circuit);
   std::vector<Term> const always = std::move(m_Terms);
   m_Terms.clear();
@@ -59,7 +65,7 @@ void NodalSystem::NumberBranches(Circuit const & circuit) {
   for (int node = 1; node <= m_Size; ++node)
     m_Names.push_back("node '" + circuit.NodeNames()[static_cast<std::size_t>(node)] + "'");
   for (Element const & element : circuit.Elements()) {
-    int const count = BranchCount(element);
+    int const count = BranchCount(circuit, element);
     m_Branches.push_back(count > 0 ? m_Size : -1);
     m_Size += count;
     m_Names.insert(m_Names.end(), static_cast<std::size_t>(count), "the current of " + element.name);
@@ -90,7 +96,12 @@ void NodalSystem::StampBranch(Element const & element, int branch) {
   Add(branch, second, -1);
 }
 
-void NodalSystem::Stamp(Element const & element, int index) {
+void NodalSystem::Stamp(Circuit const & circuit, Element const & element, int index) {
+  if (element.kind == Kind::Network) {
+    StampNetwork(element, circuit.NetworkOf(element), BranchOf(index));
+    return;
+  }
+
   int const branch = BranchOf(index);
   int const first = VoltageOf(element.nodes[0]);
   int const second = VoltageOf(element.nodes[1]);
@@ -136,8 +147,36 @@ void NodalSystem::Stamp(Element const & element, int index) {
     break;
   case Kind::VoltageSource:
   case Kind::CurrentSource:
+  case Kind::Network:
     break;
   }
+}
+
+// With the currents into the ports as unknowns the equations of the waves themselves stand in the matrix:
+// (V - z0 I) / sqrt z0 = S (V + z0 I) / sqrt z0.  So there is an answer also where there is no admittance, as of a
+// direct connection.
+void NodalSystem::StampNetwork(Element const & element, Network const & network, int branch) {
+  int const ports = static_cast<int>(network.nodes.size());
+  int const reference = VoltageOf(network.reference);
+  for (int row = 0; row < ports; ++row) {
+    Add(VoltageOf(network.nodes[static_cast<std::size_t>(row)]), branch + row, 1);
+    Add(reference, branch + row, -1);
+    for (int column = 0; column < ports; ++column) {
+      int const node = VoltageOf(network.nodes[static_cast<std::size_t>(column)]);
+      double const root = std::sqrt(network.data->z0[static_cast<std::size_t>(column)] / m_Scale);
+      int const parameter = m_NetworkParameters + row * ports + column;
+      Add(branch + row, node, -1 / root, Law::OfNetwork, parameter);
+      Add(branch + row, reference, 1 / root, Law::OfNetwork, parameter);
+      Add(branch + row, branch + column, -root, Law::OfNetwork, parameter);
+      if (row == column) {
+        Add(branch + row, node, 1 / root);
+        Add(branch + row, reference, -1 / root);
+        Add(branch + row, branch + column, -root);
+      }
+    }
+  }
+  m_NetworkParameters += ports * ports;
+  m_Networks.push_back({element.name, element.where, network});
 }
 
 // The chain equations of a line, finite at every length: V1 = cos V2 - j Z0 sin I2, Z0 I1 = j sin V2 - Z0 cos I2,
@@ -201,8 +240,26 @@ void NodalSystem::Place(std::vector<Term> const & terms) {
     else if (term.law == Law::JOmega)
       m_Slopes[slot] += term.factor;
     else
-      m_OfLines.push_back({slot, term.factor, term.law, term.line});
+      (term.law == Law::OfNetwork ? m_OfNetworks : m_OfLines).push_back({slot, term.factor, term.law, term.line});
   }
+}
+
+// A network is not known beyond its data; what a straight line or its last value would give there is a guess.
+std::vector<std::complex<double>> NodalSystem::ParametersOfNetworks(double frequency) const {
+  std::vector<std::complex<double>> parameters;
+  for (NetworkUse const & use : m_Networks) {
+    SParameterTable const & data = *use.network.data;
+    if (!Covers(data, frequency))
+      throw NetlistError(use.where, use.name,
+                         fmt::format("it is not known at {} Hz: {} goes from {} to {} Hz", frequency, use.network.file,
+                                     data.frequencies.front(), data.frequencies.back()),
+                         "sweep within that range, or solve the file's data over a wider one");
+    SMatrix const s = ParametersAt(data, frequency);
+    for (std::size_t row = 0; row < s.Ports(); ++row)
+      for (std::size_t column = 0; column < s.Ports(); ++column)
+        parameters.push_back(s(row, column));
+  }
+  return parameters;
 }
 
 void NodalSystem::Evaluate(double frequency, std::vector<std::complex<double>> & values) const {
@@ -220,6 +277,9 @@ void NodalSystem::Evaluate(double frequency, std::vector<std::complex<double>> &
     values[term.slot] += term.law == Law::CosineOfLine ? std::complex<double>(term.factor * line.real(), 0)
                                                        : std::complex<double>(0, term.factor * line.imag());
   }
+  auto const ofNetworks = ParametersOfNetworks(frequency);
+  for (Coefficient const & term : m_OfNetworks)
+    values[term.slot] += term.factor * ofNetworks[static_cast<std::size_t>(term.line)];
   if (frequency == 0) {
     for (Coefficient const & term : m_AtZeroFrequency)
       values[term.slot] += term.factor;

@@ -24,7 +24,7 @@ public:
   explicit NodalSystem(Circuit const & circuit);
 
   SparsePattern const & Pattern() const { return m_Pattern; }
-  /** The matrix at a frequency in Hz. */
+  /** The matrix at a frequency in Hz.  NetlistError where the data of a network doesn't reach. */
   void Evaluate(double frequency, std::vector<std::complex<double>> & values) const;
 
   int Size() const { return m_Size; }
@@ -38,13 +38,13 @@ public:
 
 private:
   /** What a coefficient depends on. */
-  enum class Law : unsigned char { Constant, JOmega, CosineOfLine, JSineOfLine };
+  enum class Law : unsigned char { Constant, JOmega, CosineOfLine, JSineOfLine, OfNetwork };
   struct Term {
     int row;
     int column;
     double factor;
     Law law;
-    int line; ///< which of the line delays
+    int line; ///< which of the line delays, or of the S-parameters of all networks
   };
   struct Coefficient {
     std::size_t slot;
@@ -53,11 +53,20 @@ private:
     int line;
   };
 
+  /** A network in the circuit, with what to name when it refuses. */
+  struct NetworkUse {
+    std::string name;
+    SourcePosition where;
+    Network network;
+  };
+
   void NumberBranches(Circuit const & circuit);
-  void Stamp(Element const & element, int index);
+  void Stamp(Circuit const & circuit, Element const & element, int index);
   void StampAdmittance(Element const & element, double factor, Law law);
   void StampBranch(Element const & element, int branch);
   void StampLine(Element const & element, int branch);
+  void StampNetwork(Element const & element, Network const & network, int branch);
+  std::vector<std::complex<double>> ParametersOfNetworks(double frequency) const;
   void StampCouplings(Circuit const & circuit);
   void StampZeroFrequency(Circuit const & circuit);
   void OpenLoopAtZeroFrequency(Element const & element, int branch);
@@ -73,6 +82,9 @@ private:
   std::vector<double> m_Constants; ///< by slot: what doesn't depend on frequency,
   std::vector<double> m_Slopes;    ///< and what goes with j omega
   std::vector<Coefficient> m_OfLines;
+  std::vector<NetworkUse> m_Networks;
+  std::vector<Coefficient> m_OfNetworks;
+  int m_NetworkParameters = 0; ///< of all networks, row by row
   std::vector<Coefficient> m_AtZeroFrequency; ///< added to the others there; constant
   SparsePattern m_Pattern;
 };

@@ -10,7 +10,7 @@ namespace {
 
 using Kind = Element::Kind;
 
-void JoinConductors(Element const & element, DisjointSets & parts) {
+void JoinConductors(Circuit const & circuit, Element const & element, DisjointSets & parts) {
   switch (element.kind) {
   case Kind::Capacitor:
   case Kind::CurrentSource:
@@ -20,6 +20,9 @@ void JoinConductors(Element const & element, DisjointSets & parts) {
   case Kind::Line:
     parts.Join(element.nodes[0], element.nodes[2]);
     parts.Join(element.nodes[1], element.nodes[3]);
+    return;
+  case Kind::Network: // whether it conducts is in its data, and then a part that nothing holds is told as singular
+    circuit.ForEachTerminal(element, [&](int node) { parts.Join(node, circuit.NetworkOf(element).reference); });
     return;
   default:
     parts.Join(element.nodes[0], element.nodes[1]);
@@ -38,7 +41,7 @@ std::vector<int> FindHeldNodes(Circuit const & circuit) {
   int const count = static_cast<int>(circuit.NodeNames().size());
   DisjointSets parts(circuit.NodeNames().size());
   for (Element const & element : circuit.Elements())
-    JoinConductors(element, parts);
+    JoinConductors(circuit, element, parts);
   std::set<int> done;
   for (Element const & element : circuit.Elements())
     NoteDrivenAndObserved(element, parts, done);

@@ -84,7 +84,7 @@ TEST(BadNetlist, ContinuationOfNothing) {
 TEST(BadNetlist, UnknownElement) {
   EXPECT_EQ(
       ErrorOfReading("R1 a 0 1\nQ1 c b e model\n"),
-      "test.cir:3: Q1: unknown element; elements begin with R, L, C, K, T, E, F, G, H, V, I or X; lines of commands "
+      "test.cir:3: Q1: unknown element; elements begin with R, L, C, K, T, E, F, G, H, V, I, X or N; lines of commands "
       "with a point");
 }
 
