@@ -80,9 +80,9 @@ public:
 
   bool IsEmpty() const { return m_tasks.empty(); }
 
-  page::Profile Profile(AString const & title) const {
+  page::Profile Profile(AString const & title, AString const & heading) const {
     page::Profile profile{
-        title, m_tasks, {{L"wall", L"s", {}}, {L"processors", L"s", {}}, {L"most memory", L"MB", {}}}};
+        title, m_tasks, {{L"wall", L"s", {}}, {L"processors", L"s", {}}, {L"most memory", L"MB", {}}}, heading};
     for (auto const & numbers : m_numbers)
       for (std::size_t i = 0; i < numbers.size(); ++i)
         profile.measures[i].values.push_back(numbers[i]);
@@ -148,8 +148,8 @@ std::vector<page::Item> ProfileItems(desktop::Session & session, int & code) {
   code = code == 0 ? read : code;
   std::vector<page::Item> items;
   for (auto const & [setup, costs] : all) {
-    items.push_back(costs.tasks.Profile(setup + L": tasks, over all variations"));
-    items.push_back(costs.variations.Profile(setup + L": variations"));
+    items.push_back(costs.tasks.Profile(setup + L": tasks, over all variations", L"task"));
+    items.push_back(costs.variations.Profile(setup + L": variations", L"variation"));
   }
   return items;
 }

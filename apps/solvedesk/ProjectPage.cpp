@@ -70,7 +70,8 @@ private:
 
   // What is shown looks at curves that the next report may change.
   page::Section Report(desktop::ReportDefinition const & report) {
-    auto const shown = m_session.GetLiveReports().Show(report);
+    pageview::ReportItems const items(m_session, report, m_contents.look);
+    auto const & shown = items.GetShown();
     page::Section section{report.name, desktop::DescribeReport(report), {}};
     if (std::string const why = WhyNothing(report, shown, m_project); !why.empty()) {
       m_page.nothing.push_back(why);
@@ -83,13 +84,13 @@ private:
                                  : note);
       Note(section, note);
     }
-    section.items = pageview::PlotsOf(m_session, report, shown, m_contents.look);
+    section.items = items.Plots();
     m_page.plots += section.items.size();
     for (page::Item const & item : section.items)
       m_page.points += SamplesOf(item);
-    if (auto numbers = pageview::NumbersOf(report, shown, m_contents.look); !numbers.entries.empty())
+    if (auto numbers = items.Numbers(); !numbers.entries.empty())
       section.items.push_back(std::move(numbers));
-    section.items.push_back(pageview::TableOf(report, shown, m_contents.look));
+    section.items.push_back(items.Table());
     return section;
   }
 

@@ -84,11 +84,12 @@ int DrawPicture(DrawRequest const & request) {
   CheckNamedFile("--svg", request.draw.svg);
   auto const session = OpenForReading(request.project);
   desktop::ReportDefinition const report = KnownReport(*session, request.names.front());
-  auto const shown = session->GetLiveReports().Show(report);
+  desktop::pageview::ReportItems const items(*session, report, LookOf(request));
+  auto const & shown = items.GetShown();
   if (std::string const why = WhyNothing(report, shown, request.project); !why.empty())
     throw Error(ErrorKind::kFailed, text::FromUtf8(why));
   std::vector<std::string> const notes = NotesOf(shown, request.project);
-  auto const plots = desktop::pageview::PlotsOf(*session, report, shown, LookOf(request));
+  auto const plots = items.Plots();
   std::string const svg = SvgOf(PlotToDraw(plots, request));
   for (std::string const & note : notes)
     PrintMessage(note);

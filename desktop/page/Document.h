@@ -114,6 +114,7 @@ struct Profile {
   AString title;
   std::vector<AString> tasks;
   std::vector<Measure> measures;
+  AString heading = L"task"; ///< of the tasks
 };
 
 /// Results of ranged functions, one number for each expression and variation.
@@ -140,14 +141,14 @@ struct Section {
 /// A page that reads itself anew from where it lies, keeping what its reader looks at.
 struct Live {
   double seconds = 2.0; ///< between two readings
-  AString note;
+  AString note{};
 };
 
 struct Document {
   AString title;
   AString subtitle;
   std::vector<Section> sections;
-  std::optional<Live> live;
+  std::optional<Live> live{};
 };
 
 } // namespace desktop::page

@@ -28,13 +28,13 @@ CurveFamilies::CurveFamilies(LiveReports::Shown const & shown) : m_table(shown.t
       AddRows(variation);
 }
 
-// A variable that an abscissa of one number for each variation is computed from runs along the curve.
+// A variable that the abscissa is computed from runs along the curve, where each variation is one number.
 bool CurveFamilies::TellsCurvesApart(std::size_t column) const {
-  ReportTable::Column const & variable = m_table.Columns()[column];
-  if (variable.role != Role::kVariable)
+  if (column >= m_table.VariableCount())
     return false;
   if (m_table.LongestCurve() > 1)
     return true;
+  ReportTable::Column const & variable = m_table.Columns()[column];
   auto const words = ExpressionWords(m_x);
   return std::none_of(words.begin(), words.end(),
                       [&](AString const & word) { return AString::MatchNoCase(word, variable.title); });
@@ -61,14 +61,14 @@ void CurveFamilies::AddRows(ReportTable::Variation const & variation) {
   }
 }
 
-bool CurveFamilies::IsNumber(std::size_t column) const {
-  if (m_table.LongestCurve() <= 1)
-    return false;
-  auto const variations = m_table.Variations();
-  for (std::size_t i = 0; i < variations.size(); ++i)
-    if (!variations[i].isGap && m_table.ValueCount(i, column) > 1)
+bool CurveFamilies::IsConstant(std::size_t column) const {
+  for (Curve const & curve : m_curves) {
+    auto const first = m_table.At(curve.rows.front(), column);
+    if (std::any_of(curve.rows.begin(), curve.rows.end(),
+                    [&](std::size_t row) { return m_table.At(row, column) != first; }))
       return false;
-  return true;
+  }
+  return m_table.LongestCurve() > 1;
 }
 
 bool CurveFamilies::IsEmpty(std::size_t column) const {

@@ -27,8 +27,8 @@ public:
   bool HasAbscissa() const { return m_xColumn.has_value(); }
   /// The place of the abscissa among the table's columns.
   std::size_t XColumn() const { return *m_xColumn; }
-  /// Whether an expression is one number for each variation, though others run over samples.
-  bool IsNumber(std::size_t column) const;
+  /// Whether it tells one number all along each of several samples.
+  bool IsConstant(std::size_t column) const;
   /// Whether it has no value anywhere.
   bool IsEmpty(std::size_t column) const;
   /// The numbers of a column along a curve; a gap is not a number.

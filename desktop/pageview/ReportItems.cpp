@@ -2,6 +2,7 @@
 
 #include "desktop/pageview/CurveFamilies.h"
 #include "desktop/pageview/Reference.h"
+#include "desktop/project/Session.h"
 
 #include <algorithm>
 #include <cmath>
@@ -75,36 +76,18 @@ page::PlotAxis AbscissaOf(CurveFamilies const & families, ReportTable const & ta
   return {column.title, UnitOf(column), !curves.empty() && IsLogarithmic(curves.front().x)};
 }
 
-/// Puts the curves of a report into plots.
+bool HasNumbers(CurveFamilies const & families) {
+  return std::any_of(families.Curves().begin(), families.Curves().end(), [](auto const & curve) {
+    return std::any_of(curve.x.begin(), curve.x.end(), [](double x) { return !std::isnan(x); });
+  });
+}
+
+/// Puts the curves of a report into plots, column by column.
 class Drawing {
 public:
-  Drawing(Session & session, ReportDefinition const & report, LiveReports::Shown const & shown, Look const & look)
-      : m_session(session), m_report(report), m_table(shown.table), m_look(look), m_families(shown) {}
-
-  std::vector<page::Item> Plots() {
-    if (!m_families.HasAbscissa() || m_look.display == ReportDisplay::kTable || !HasAbscissaNumbers())
-      return {};
-    for (std::size_t i = 0; i < m_table.Columns().size(); ++i)
-      if (m_table.Columns()[i].role == Role::kY && !m_families.IsNumber(i) && !m_families.IsEmpty(i))
-        Add(i);
-    return Titled();
-  }
-
-private:
-  bool HasAbscissaNumbers() const {
-    return std::any_of(m_families.Curves().begin(), m_families.Curves().end(), [](auto const & curve) {
-      return std::any_of(curve.x.begin(), curve.x.end(), [](double x) { return !std::isnan(x); });
-    });
-  }
-
-  ReportDisplay DisplayOf(Column const & column) const {
-    ReportDisplay const display = m_look.display.value_or(m_report.display);
-    if (!column.isComplex)
-      return ReportDisplay::kRectangular;
-    if (display != ReportDisplay::kTable)
-      return display;
-    return PortOfReflection(column.title) ? ReportDisplay::kSmith : ReportDisplay::kPolar;
-  }
+  Drawing(Session & session, ReportDefinition const & report, ReportTable const & table, Look const & look,
+          CurveFamilies const & families)
+      : m_session(session), m_report(report), m_table(table), m_look(look), m_families(families) {}
 
   void Add(std::size_t place) {
     Column const & column = m_table.Columns()[place];
@@ -116,6 +99,28 @@ private:
       AddRound(SmithFor(ReferenceOf(m_session, column.title)).series, place);
     else
       AddRound(PolarFor(UnitOf(column)).series, place);
+  }
+
+  /// The plots, which are told apart by what they show.
+  std::vector<page::Item> Titled() {
+    for (page::Item & item : m_items)
+      std::visit(
+          [this](auto & plot) {
+            if constexpr (requires { plot.series; })
+              plot.title = m_items.size() == 1 ? m_report.name : m_report.name + L": " + NamesOf(plot.series);
+          },
+          item);
+    return std::move(m_items);
+  }
+
+private:
+  ReportDisplay DisplayOf(Column const & column) const {
+    ReportDisplay const display = m_look.display.value_or(m_report.display);
+    if (!column.isComplex)
+      return ReportDisplay::kRectangular;
+    if (display != ReportDisplay::kTable)
+      return display;
+    return PortOfReflection(column.title) ? ReportDisplay::kSmith : ReportDisplay::kPolar;
   }
 
   void AddRectangular(Part const & part) {
@@ -163,18 +168,6 @@ private:
     return chart;
   }
 
-  // Plots are told apart by what they show.
-  std::vector<page::Item> Titled() {
-    for (page::Item & item : m_items)
-      std::visit(
-          [this](auto & plot) {
-            if constexpr (requires { plot.series; })
-              plot.title = m_items.size() == 1 ? m_report.name : m_report.name + L": " + NamesOf(plot.series);
-          },
-          item);
-    return std::move(m_items);
-  }
-
   template <class Series> static AString NamesOf(std::vector<Series> const & all) {
     AString names;
     AString last;
@@ -190,7 +183,7 @@ private:
   ReportDefinition const & m_report;
   ReportTable const & m_table;
   Look const & m_look;
-  CurveFamilies m_families;
+  CurveFamilies const & m_families;
   std::vector<page::Item> m_items;
 };
 
@@ -213,19 +206,59 @@ page::Table::Column CellsOf(ReportTable const & table, Part const & part) {
 
 } // namespace
 
-std::vector<page::Item> PlotsOf(Session & session, ReportDefinition const & report, LiveReports::Shown const & shown,
-                                Look const & look) {
-  return Drawing(session, report, shown, look).Plots();
+ReportItems::ReportItems(Session & session, ReportDefinition const & report, Look const & look)
+    : m_session(session), m_report(report), m_look(look), m_singles(FindSingles()),
+      m_shown(session.GetLiveReports().Show(report)) {}
+
+// Whether an expression is one number for a variation, or a curve that happens to be flat, shows when it is evaluated
+// without anything to run over.
+std::vector<std::size_t> ReportItems::FindSingles() {
+  LiveReports & live = m_session.GetLiveReports();
+  std::vector<std::size_t> candidates;
+  {
+    LiveReports::Shown const shown = live.Show(m_report);
+    CurveFamilies const families(shown);
+    std::size_t const firstY = shown.table.Columns().size() - m_report.y.size();
+    for (std::size_t i = 0; i < m_report.y.size(); ++i)
+      if (families.IsConstant(firstY + i) && !families.IsEmpty(firstY + i))
+        candidates.push_back(i);
+  }
+  std::erase_if(candidates, [&](std::size_t i) {
+    ReportDefinition question = m_report;
+    question.name = AString();
+    question.x = AString();
+    question.y = {m_report.y[i]};
+    bool const isSingle = live.Evaluate(question).table.LongestCurve() <= 1;
+    live.Forget(question);
+    return !isSingle;
+  });
+  return candidates;
 }
 
-page::Numbers NumbersOf(ReportDefinition const & report, LiveReports::Shown const & shown, Look const & look) {
-  page::Numbers numbers{report.name + L": numbers", {}};
-  ReportTable const & table = shown.table;
-  CurveFamilies const families(shown);
+bool ReportItems::IsSingle(std::size_t column) const {
+  std::size_t const firstY = m_shown.table.Columns().size() - m_report.y.size();
+  return std::find(m_singles.begin(), m_singles.end(), column - firstY) != m_singles.end();
+}
+
+std::vector<page::Item> ReportItems::Plots() const {
+  CurveFamilies const families(m_shown);
+  if (!families.HasAbscissa() || m_look.display == ReportDisplay::kTable || !HasNumbers(families))
+    return {};
+  Drawing drawing(m_session, m_report, m_shown.table, m_look, families);
+  for (std::size_t i = 0; i < m_shown.table.Columns().size(); ++i)
+    if (m_shown.table.Columns()[i].role == Role::kY && !IsSingle(i) && !families.IsEmpty(i))
+      drawing.Add(i);
+  return drawing.Titled();
+}
+
+page::Numbers ReportItems::Numbers() const {
+  page::Numbers numbers{m_report.name + L": numbers", {}};
+  ReportTable const & table = m_shown.table;
+  CurveFamilies const families(m_shown);
   for (std::size_t column = 0; column < table.Columns().size(); ++column) {
-    if (table.Columns()[column].role != Role::kY || (families.HasAbscissa() && !families.IsNumber(column)))
+    if (table.Columns()[column].role != Role::kY || (families.HasAbscissa() && !IsSingle(column)))
       continue;
-    for (Part const & part : PartsOf(table, column, look))
+    for (Part const & part : PartsOf(table, column, m_look))
       for (CurveFamilies::Curve const & curve : families.Curves()) {
         auto const value = table.At(curve.rows.front(), column);
         numbers.entries.push_back({part.title, curve.variation, value ? part.Of(*value) : kMissing, part.unit,
@@ -235,11 +268,11 @@ page::Numbers NumbersOf(ReportDefinition const & report, LiveReports::Shown cons
   return numbers;
 }
 
-page::Table TableOf(ReportDefinition const & report, LiveReports::Shown const & shown, Look const & look) {
-  page::Table table{report.name, {}};
-  for (std::size_t column = 0; column < shown.table.Columns().size(); ++column)
-    for (Part const & part : PartsOf(shown.table, column, look))
-      table.columns.push_back(CellsOf(shown.table, part));
+page::Table ReportItems::Table() const {
+  page::Table table{m_report.name, {}};
+  for (std::size_t column = 0; column < m_shown.table.Columns().size(); ++column)
+    for (Part const & part : PartsOf(m_shown.table, column, m_look))
+      table.columns.push_back(CellsOf(m_shown.table, part));
   return table;
 }
 

@@ -117,15 +117,6 @@ std::vector<ReportTable::Variation> ReportTable::Variations() const {
   return variations;
 }
 
-std::size_t ReportTable::ValueCount(std::size_t variation, std::size_t column) const {
-  Part const & part = m_parts[variation];
-  if (column < m_variables)
-    return 1;
-  if (m_columns[column].role == Column::Role::kX)
-    return part.isMissing ? 0 : part.rows;
-  return part.spans[column - (m_columns.size() - m_traces.size())].count;
-}
-
 std::size_t ReportTable::LongestCurve() const {
   std::size_t longest = 0;
   for (Part const & part : m_parts)

@@ -45,8 +45,8 @@ public:
   };
   /// In the order of the rows.
   std::vector<Variation> Variations() const;
-  /// How many values of its own the column has there: 1 where all rows tell the same number.
-  std::size_t ValueCount(std::size_t variation, std::size_t column) const;
+  /// The first so many columns are those of the variables.
+  std::size_t VariableCount() const { return m_variables; }
   /// How many rows the variation of the most rows has.
   std::size_t LongestCurve() const;
   /// Nothing for a value that is missing.

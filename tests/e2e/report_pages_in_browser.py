@@ -2,6 +2,7 @@
 import csv
 import io
 import os
+import signal
 import sys
 import time
 import unittest
@@ -14,7 +15,7 @@ PICTURES = os.path.join(SOURCE, 'build', 'pages')
 MARKUP = '</script><img src=x onerror="window.wasHere=1">'
 # A thousand frequencies, for a hundred variations.
 LARGE = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 1000 1meg 1g')
-SLOW = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 20001 1meg 1g')
+SLOW = SMALL.replace('.sp lin 11 1meg 1g', '.sp lin 5001 1meg 1g')
 
 
 class ReportPagesInABrowser(DeskTest):
@@ -103,7 +104,7 @@ class ReportPagesInABrowser(DeskTest):
         self.view(smith, 'view.setCursor(view.curves[1], 100)')
         told = self.view(smith, 'view.status.textContent')
         row = rows[201 + 100]
-        self.assertIn(f'lscale={row[0]} at Freq = {row[1]} Hz', told.replace('.0 Hz', ' Hz'))
+        self.assertIn(f'lscale={row[0]} at Freq = {float(row[1]):.0f} Hz', told)
         self.assertIn(f'{float(row[2])!r} {"−" if float(row[3]) < 0 else "+"} {abs(float(row[3]))!r}j', told)
 
     def test_tables_of_reports_sort(self):
@@ -134,17 +135,20 @@ class ReportPagesInABrowser(DeskTest):
         self.small_project('large', LARGE)
         self.run_desk('solve', 'large', '--vary', 'res=1:100:1', '--quiet')
         self.run_desk('report', 'large', 'add', 'match', '--y', 'dB(S(1,1))', '--over', 'res', '--quiet')
-        start = time.monotonic()
+        before = os.times()
         self.run_desk('report', 'large', 'show', 'match', '--html', 'large.html', '--quiet')
-        written = time.monotonic() - start
+        after = os.times()
+        written = after.children_user + after.children_system - before.children_user - before.children_system
         size = os.path.getsize('large.html')
-        start = time.monotonic()
-        self.browser.open('large.html')
-        drawn = self.browser.run('return solvedeskPage.drawAll()')
-        shown = time.monotonic() - start
-        opened = self.browser.run('return solvedeskPage.openedIn')
-        print(f'100,000 points: written by the verb in {written:.2f} s, {size} bytes, script {opened:.0f} ms, drawn in '
-              f'{drawn:.0f} ms; browser {shown:.2f} s in all', file=sys.stderr)
+        shown, opened, drawn = [], [], []
+        for _ in range(3):
+            start = time.monotonic()
+            self.browser.open('large.html')
+            drawn.append(self.browser.run('return solvedeskPage.drawAll()'))
+            shown.append(time.monotonic() - start)
+            opened.append(self.browser.run('return solvedeskPage.openedIn'))
+        print(f'100,000 points: written by the verb in {written:.2f} s of processor, {size} bytes; best of three: script '
+              f'{min(opened):.0f} ms, drawn in {min(drawn):.0f} ms, {min(shown):.2f} s from address to plot', file=sys.stderr)
         self.assertLess(size, 10_000_000)
         data, columns = numbers_of('large.html')
         self.assertEqual(drawable(data['sections'][0]['items'][0], columns), 100_000)
@@ -153,44 +157,47 @@ class ReportPagesInABrowser(DeskTest):
 
     def test_a_live_page_reads_itself_anew_and_keeps_what_its_reader_looks_at(self):
         self.small_project('slow', SLOW)
-        for name in ('gain', 'other'):
-            self.run_desk('report', 'slow', 'add', name, '--y', 'dB(S(1,1))', '--over', 'res', '--quiet')
+        for name in ('worst', 'other'):
+            self.run_desk('report', 'slow', 'add', name, '--x', 'res', '--y', 'max(dB(S(1,1)))', '--y',
+                          'min(dB(S(1,1)))', '--quiet')
         self.run_desk('save', 'slow')
-        solve = self.launch(SOLVEDESK, 'solve', 'slow', '--vary', 'res=1:80:1', '--events')
-        for _ in range(3):
-            solve.stdout.readline()
-        live = self.launch(SOLVEDESK, 'report', 'slow', '--html', 'live.html', '--live')
-        while not os.path.exists('live.html'):
-            time.sleep(0.02)
-        self.open('live.html')
-        self.assertIn('live', self.browser.run("return document.getElementById('live').textContent"))
-        first = self.view(0, 'view.curves.length')
+        solve = self.launch(SOLVEDESK, 'solve', 'slow', '--vary', 'res=1:20000:1', '--jobs', '1', '--quiet')
+        live = self.launch(SOLVEDESK, 'report', 'slow', '--html', 'live.html', '--live', '--wait')
+        until = time.monotonic() + 60
+        while not os.path.exists('live.html') or not numbers_of('live.html')[0]['sections'][0]['items']:
+            self.assertLess(time.monotonic(), until, 'no point was ever shown')
+            time.sleep(0.05)
         # What the reader does, at once so that no reading anew comes between.
-        kept = self.browser.run('''const [plot, table] = solvedeskPage.views;
+        self.browser.open('live.html')
+        kept = self.browser.run('''solvedeskPage.drawAll();
+          const [plot, table] = solvedeskPage.views;
           plot.legend.show([plot.curves[0]], false);
-          plot.xAxis.setRange(2e8, 4e8); plot.zoomed(); plot.setCursor(3e8);
+          plot.xAxis.setRange(2, 4); plot.zoomed(); plot.setCursor(1);
           table.sort(2); table.sort(2);
           scrollTo(0, 250);
           solvedeskPage.reader = true;
-          return [scrollY, plot.cursorX, plot.yAxis.low]''')
-        until = time.monotonic() + 60
-        while self.browser.run('return solvedeskPage.reader || document.readyState !== "complete"'):
-            self.assertLess(time.monotonic(), until, 'it was never read anew')
-            time.sleep(0.1)
-        self.assertEqual(self.browser.run('''const [plot, table] = solvedeskPage.views;
+          return [document.getElementById('live') !== null, plot.curves[0].x.length, scrollY, plot.cursorX, plot.yAxis.low]''')
+        self.assertTrue(kept[0])
+
+        def wait_until(code, why):
+            until = time.monotonic() + 90
+            while not self.browser.run(f'return document.readyState === "complete" && {code}'):
+                self.assertLess(time.monotonic(), until, why)
+                time.sleep(0.1)
+
+        wait_until('!solvedeskPage.reader', 'it was never read anew')
+        state = '''const [plot, table] = solvedeskPage.views;
           return [scrollY, plot.cursorX, plot.yAxis.low, plot.xAxis.low, plot.xAxis.high, plot.curves[0].isShown,
-                  plot.curves[1].isShown, table.sorted]'''),
-                         kept + [2e8, 4e8, False, True, {'column': 2, 'isRising': False}])
+                  plot.curves[1].isShown, table.sorted]'''
+        same = kept[2:] + [2, 4, False, True, {'column': 2, 'isRising': False}]
+        self.assertEqual(self.browser.run(state), same)
+        wait_until(f'solvedeskPage.views[0].curves[0].x.length > {kept[1]}', 'it never showed more points')
+        solve.send_signal(signal.SIGINT)
         self.finish(solve)
         self.finish(live)
-        until = time.monotonic() + 60
-        while self.browser.run("return document.readyState !== 'complete' || Boolean(document.getElementById('live'))"):
-            self.assertLess(time.monotonic(), until, 'the last page was never read')
-            time.sleep(0.1)
-        self.browser.run('return solvedeskPage.drawAll()')
-        self.assertEqual(self.view(0, 'view.curves.length'), 80)
-        self.assertGreater(80, first)
-        self.assertEqual(self.view(0, '[view.curves[0].isShown, view.xAxis.low]'), [False, 2e8])
+        wait_until("document.getElementById('live') === null", 'the last page was never read')
+        self.assertEqual(self.browser.run(state), same)
+        self.assertEqual(self.view(0, 'view.curves[0].x.length'), len(self.variations('slow')))
 
 
 if __name__ == '__main__':
