@@ -1,6 +1,7 @@
 #include "apps/solvedesk/OpenProject.h"
 
 #include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/InShell.h"
 #include "desktop/Error.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/RecoveryFailed.h"
@@ -67,6 +68,8 @@ AString ProjectPath(std::string const & project) {
 SharedSession::SharedSession(std::shared_ptr<desktop::Session> session) { s_shared = std::move(session); }
 
 SharedSession::~SharedSession() { s_shared.reset(); }
+
+bool IsSessionShared() { return s_shared != nullptr; }
 
 std::shared_ptr<Session> OpenForWriting(std::string const & project, Session::LeftWork work) {
   if (!s_shared)

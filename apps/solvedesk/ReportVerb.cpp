@@ -1,5 +1,6 @@
 #include "apps/solvedesk/EditResult.h"
 #include "apps/solvedesk/OpenProject.h"
+#include "apps/solvedesk/ReportPage.h"
 #include "apps/solvedesk/ReportView.h"
 #include "apps/solvedesk/TextTable.h"
 #include "apps/solvedesk/Verbs.h"
@@ -11,8 +12,6 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-
 namespace solvedesk {
 namespace {
 
@@ -23,7 +22,7 @@ using desktop::ReportDefinition;
 struct ReportWords {
   std::string project;
   std::string action;
-  std::string name;
+  std::vector<std::string> names;
   std::optional<std::string> x;
   std::vector<std::string> y;
   std::vector<std::string> over;
@@ -32,7 +31,9 @@ struct ReportWords {
   std::optional<std::string> variation;
   std::optional<std::string> display;
   ViewOptions view;
+  DrawOptions draw;
 
+  std::string const & Name() const { return names.front(); }
   bool HasDefinition() const { return x || !y.empty() || !over.empty() || setup || solution || variation || display; }
 };
 
@@ -62,12 +63,21 @@ ReportDefinition Changed(ReportDefinition report, ReportWords const & words) {
   return report;
 }
 
-void CheckWords(ReportWords const & words) {
+void CheckNames(ReportWords const & words) {
   AString const action = ArgumentText(words.action);
-  if (words.action != "list" && words.name.empty())
+  if (words.action == "list") {
+    if (!words.names.empty())
+      throw Error(ErrorKind::kUsage, L"report list: takes no name; `report show` shows one report");
+  } else if (words.names.empty()) {
     throw Error(ErrorKind::kUsage, L"report " + action + L": takes the name of a report");
-  if (words.action == "list" && !words.name.empty())
-    throw Error(ErrorKind::kUsage, L"report list: takes no name; `report show` shows one report");
+  } else if (words.names.size() > 1 && words.draw.html.empty()) {
+    throw Error(ErrorKind::kUsage, L"report " + action + L": takes one name; several go with `report show --html`");
+  }
+}
+
+// Which options go with which action.
+void CheckOptions(ReportWords const & words) {
+  AString const action = ArgumentText(words.action);
   bool const isDefinition = words.action == "add" || words.action == "edit";
   if (!isDefinition && words.HasDefinition())
     throw Error(ErrorKind::kUsage, L"report " + action +
@@ -77,16 +87,28 @@ void CheckWords(ReportWords const & words) {
     throw Error(ErrorKind::kUsage, L"report add: needs --y, as in --y \"dB(S(2,1))\"; give it once for each curve");
   if (words.action != "show" && !words.view.csv.empty())
     throw Error(ErrorKind::kUsage, L"report " + action + L": --csv goes with show");
+  if (words.action != "show" && words.draw.IsAny())
+    throw Error(ErrorKind::kUsage, L"report " + action + L": --html and --svg go with show");
+  if (words.draw.IsAny() && !words.view.csv.empty())
+    throw Error(ErrorKind::kUsage, L"report show: --csv, --html and --svg write one file each; give one of them");
 }
 
-ReportDefinition const & Known(desktop::ReportList const & reports, AString const & name) {
-  if (ReportDefinition const * const report = reports.Find(name))
-    return *report;
-  AString known;
-  for (ReportDefinition const & report : reports.All())
-    known += (known.empty() ? L"" : L", ") + report.name;
-  throw Error(ErrorKind::kUsage, L"report " + name + L": the project has no report of that name; it has: " +
-                                     (known.empty() ? AString(L"none; add one with `report add`") : known));
+// Without an action it is the whole project that is drawn.
+void CheckWholeProject(ReportWords const & words) {
+  if (words.draw.html.empty())
+    throw Error(ErrorKind::kUsage, L"report: takes add, edit, remove, list or show, or --html FILE for a page of the "
+                                   L"whole project");
+  if (words.HasDefinition() || !words.view.csv.empty())
+    throw Error(ErrorKind::kUsage, L"report --html: draws all reports; definitions go with add and edit, --csv with "
+                                   L"show");
+}
+
+void CheckWords(ReportWords const & words) {
+  CheckDrawOptions(words.draw);
+  if (words.action.empty())
+    return CheckWholeProject(words);
+  CheckNames(words);
+  CheckOptions(words);
 }
 
 int List(ReportWords const & words) {
@@ -104,21 +126,21 @@ int List(ReportWords const & words) {
 
 int Show(ReportWords const & words) {
   auto const session = OpenForReading(words.project);
-  ReportDefinition const report = Known(session->GetReports(), ArgumentText(words.name));
+  ReportDefinition const report = KnownReport(*session, words.Name());
   NoteOfSource(*session);
   PrintReport(report, session->GetLiveReports().Show(report), words.project, words.view);
   return 0;
 }
 
 bool Change(desktop::Session & session, ReportWords const & words) {
-  AString const name = ArgumentText(words.name);
+  AString const name = ArgumentText(words.Name());
   desktop::Editor & editor = session.GetEditor();
   if (words.action == "add") {
     ReportDefinition report;
     report.name = name;
     editor.AddReport(Changed(report, words));
   } else if (words.action == "edit") {
-    return editor.EditReport(name, Changed(Known(session.GetReports(), name), words));
+    return editor.EditReport(name, Changed(KnownReport(session, words.Name()), words));
   } else {
     editor.RemoveReport(name);
   }
@@ -127,6 +149,9 @@ bool Change(desktop::Session & session, ReportWords const & words) {
 
 int RunReport(ReportWords const & words) {
   CheckWords(words);
+  if (words.draw.IsAny())
+    return DrawReports(
+        {words.project, words.names, FormOf(words.view) == ComplexForm::kMagDeg, words.draw, words.view.output});
   if (words.action == "list")
     return List(words);
   if (words.action == "show")
@@ -135,7 +160,7 @@ int RunReport(ReportWords const & words) {
   EditResult const result(*session);
   bool const isChanged = Change(*session, words);
   result.Print(words.view.output, words.project, isChanged, "the report is like that already",
-               {{"action", words.action}, {"report", words.name}});
+               {{"action", words.action}, {"report", words.Name()}});
   return 0;
 }
 
@@ -143,12 +168,12 @@ int RunReport(ReportWords const & words) {
 
 void AddReportVerb(CLI::App & program, Action & action) {
   auto const words = std::make_shared<ReportWords>();
-  CLI::App * const verb = program.add_subcommand("report", "curves over solved data: define them, show them as tables");
+  CLI::App * const verb =
+      program.add_subcommand("report", "curves over solved data: define them, show them as tables, draw them");
   AddProjectWord(*verb, words->project);
-  verb->add_option("ACTION", words->action, "add, edit, remove, list or show")
-      ->required()
+  verb->add_option("ACTION", words->action, "add, edit, remove, list or show; none draws all of the project")
       ->check(CLI::IsMember({"add", "edit", "remove", "list", "show"}));
-  verb->add_option("NAME", words->name, "the report");
+  verb->add_option("NAME", words->names, "the report; several for a page of them");
   verb->add_option("--x", words->x,
                    "what the curves run over: the samples (Freq) without it, a design variable, an expression");
   verb->add_option("--y", words->y, "an expression, once for each curve: quantities, output variables, functions")
@@ -160,12 +185,18 @@ void AddReportVerb(CLI::App & program, Action & action) {
   verb->add_option("--variation", words->variation,
                    "values of variables, as in \"cscale=0.95\"; those that are not named stand as they do");
   verb->add_option("--display", words->display, "table, rectangular, polar or smith");
+  AddDrawOptions(*verb, words->draw);
   AddViewOptions(*verb, words->view);
   verb->footer("Examples:\n"
                "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
                "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
                "  solvedesk report lowpass show gain --csv gain.csv\n"
+               "  solvedesk report lowpass show gain match --html curves.html\n"
+               "  solvedesk report lowpass --html lowpass.html --live\n"
+               "  solvedesk report lowpass show gain --svg gain.svg\n"
                "  solvedesk report lowpass remove gain\n\n"
+               "--html writes one file that opens in any browser, offline; without ACTION it holds all reports, the\n"
+               "design's tree, convergence and costs. A file that is there is replaced.\n"
                "A row stands for each sample of each variation; a variation without solved data is one row of '-'.\n"
                "Only what an edit or a solve reached is evaluated again when a report is shown once more.");
   verb->callback([&action, words] { action = [words] { return RunReport(*words); }; });

@@ -70,21 +70,6 @@ std::string NothingSolved(desktop::LiveReports::Shown const & shown, std::string
                      point.command);
 }
 
-std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project) {
-  std::vector<std::string> notes;
-  for (AString const & problem : shown.problems)
-    notes.push_back(Utf8(problem));
-  if (!HasAnything(shown.table))
-    return notes;
-  if (shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID())
-    notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
-                                "solves them anew",
-                                Utf8(shown.solution->GetGlobalSolutionName()), project, project));
-  if (shown.table.GapCount() > 0)
-    notes.push_back(NoteOfGaps(shown, project));
-  return notes;
-}
-
 bool IsToFile(ViewOptions const & options) { return !options.csv.empty() && options.csv != kStandardOutput; }
 
 std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
@@ -112,6 +97,29 @@ std::string DocumentOf(desktop::ReportDefinition const & report, desktop::LiveRe
 
 } // namespace
 
+std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project) {
+  std::vector<std::string> notes;
+  for (AString const & problem : shown.problems)
+    notes.push_back(Utf8(problem));
+  if (!HasAnything(shown.table))
+    return notes;
+  if (shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID())
+    notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
+                                "solves them anew",
+                                Utf8(shown.solution->GetGlobalSolutionName()), project, project));
+  if (shown.table.GapCount() > 0)
+    notes.push_back(NoteOfGaps(shown, project));
+  return notes;
+}
+
+std::string WhyNothing(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                       std::string const & project) {
+  if (shown.problems.size() < std::max<std::size_t>(report.y.size(), 1) && HasAnything(shown.table))
+    return std::string();
+  std::vector<std::string> const notes = NotesOf(shown, project);
+  return notes.empty() ? NothingSolved(shown, project) : fmt::format("{}", fmt::join(notes, "; "));
+}
+
 void AddViewOptions(CLI::App & verb, ViewOptions & options) {
   verb.add_option("--csv", options.csv,
                   "show: a file for the rows, with numbers that read back bit for bit; - is standard output")
@@ -132,12 +140,9 @@ void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports:
                  std::string const & project, ViewOptions const & options) {
   if (options.csv == kStandardOutput && options.output.json)
     throw desktop::Error(ErrorKind::kUsage, L"--csv - and --json: both go to standard output; name a file for one");
-  std::vector<std::string> const notes = NotesOf(shown, project);
-  if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || !HasAnything(shown.table)) {
-    std::string const reason =
-        notes.empty() ? NothingSolved(shown, project) : fmt::format("{}", fmt::join(notes, "; "));
+  if (std::string const reason = WhyNothing(report, shown, project); !reason.empty())
     throw desktop::Error(ErrorKind::kFailed, text::FromUtf8(reason));
-  }
+  std::vector<std::string> const notes = NotesOf(shown, project);
   for (std::string const & note : notes)
     PrintMessage(note);
   ReportText const text(shown.table, FormOf(options));

@@ -7,6 +7,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <string>
+#include <vector>
 
 namespace solvedesk {
 
@@ -19,6 +20,12 @@ struct ViewOptions {
 
 void AddViewOptions(CLI::App & verb, ViewOptions & options);
 ComplexForm FormOf(ViewOptions const & options);
+
+/// What could not be had of a report that was brought up to date, for people, one line each.
+std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std::string const & project);
+/// Why nothing of it can be told; empty where something can.
+std::string WhyNothing(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                       std::string const & project);
 
 /// Tells the rows of a report that was brought up to date; what could not be had is told on standard error.  One of
 /// which nothing at all could be evaluated is refused.

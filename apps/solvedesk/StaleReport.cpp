@@ -45,7 +45,7 @@ Json StoryJson(desktop::StaleReason const & reason) {
   return json;
 }
 
-std::string StoryText(desktop::StaleReason const & reason) {
+std::string StoryText(desktop::StaleReason const & reason, std::string const & apart = "\n          ") {
   if (!reason.misfit.empty() && !reason.story)
     return Utf8(reason.misfit);
   if (!reason.story)
@@ -53,9 +53,9 @@ std::string StoryText(desktop::StaleReason const & reason) {
   bool const isUndone = reason.story->way == EditStory::Way::kUndone;
   std::string text = fmt::format("{}'{}'", isUndone ? "undo of " : "", Utf8(reason.story->command));
   for (desktop::EditChange const & change : reason.story->changes)
-    text += fmt::format("\n          {}", ChangeText(change));
+    text += apart + ChangeText(change);
   if (!reason.misfit.empty())
-    text += "\n          " + Utf8(reason.misfit);
+    text += apart + Utf8(reason.misfit);
   return text;
 }
 
@@ -69,6 +69,10 @@ std::string RemediesText(std::vector<AString> const & remedies, std::string cons
 }
 
 } // namespace
+
+std::string ReasonLine(desktop::StaleReason const & reason) { return StoryText(reason, "; "); }
+
+std::string RemedyLine(desktop::StaleReason const & reason) { return RemediesText(reason.remedies); }
 
 Json StaleReport::Why(BaseSolutionVariation const & variation) {
   desktop::StaleReason const reason = desktop::WhyStale(m_session, variation);

@@ -18,6 +18,10 @@ struct StaleReason;
 
 namespace solvedesk {
 
+/// Why data is stale, and what makes it valid again, on one line each.
+std::string ReasonLine(desktop::StaleReason const & reason);
+std::string RemedyLine(desktop::StaleReason const & reason);
+
 /// Tells why data of one solution is stale: for each variation in the document, for people once for each edit.
 class StaleReport {
 public:

@@ -72,7 +72,7 @@ std::vector<Item> Composed(Convergence const & convergence) { return {PlotOf(con
 
 Table Composed(Profile const & profile) {
   Table table{profile.title, {}};
-  table.columns.push_back({L"task", {}, profile.tasks});
+  table.columns.push_back({profile.heading, {}, profile.tasks});
   for (Profile::Measure const & measure : profile.measures)
     table.columns.push_back({measure.title, measure.unit, measure.values, true});
   return table;

@@ -58,7 +58,7 @@ struct PolarPlot {
 /// Values are reflection coefficients.
 struct SmithChart {
   AString title;
-  double impedance = 50.0; ///< the reference, in ohms
+  std::optional<double> impedance = 50.0; ///< the reference, in ohms; without one impedances are told as parts of it
   PlotAxis parameter;
   std::vector<ComplexSeries> series;
 };
@@ -114,6 +114,7 @@ struct Profile {
   AString title;
   std::vector<AString> tasks;
   std::vector<Measure> measures;
+  AString heading = L"task"; ///< of the tasks
 };
 
 /// Results of ranged functions, one number for each expression and variation.
@@ -137,10 +138,17 @@ struct Section {
   std::vector<Item> items;
 };
 
+/// A page that reads itself anew from where it lies, keeping what its reader looks at.
+struct Live {
+  double seconds = 2.0; ///< between two readings
+  AString note{};
+};
+
 struct Document {
   AString title;
   AString subtitle;
   std::vector<Section> sections;
+  std::optional<Live> live{};
 };
 
 } // namespace desktop::page

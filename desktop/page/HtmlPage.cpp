@@ -36,8 +36,11 @@ std::string Head(Document const & document) {
 std::string Body(Document const & document) {
   std::string const subtitle =
       document.subtitle.empty() ? std::string() : "<p>" + EscapedMarkup(document.subtitle) + "</p>\n";
+  std::string const live = !document.live ? std::string()
+                                          : fmt::format("<p class=\"live\" id=\"live\" data-seconds=\"{}\">{}</p>\n",
+                                                        document.live->seconds, EscapedMarkup(document.live->note));
   return fmt::format(
-      "<body>\n<header>\n<h1>{}</h1>\n{}"
+      "<body>\n<header>\n<h1>{}</h1>\n{}{}"
       "<select id=\"theme\" aria-label=\"Colours\" hidden><option value=\"auto\">colours of the system</option>"
       "<option value=\"light\">light</option><option value=\"dark\">dark</option></select>\n</header>\n"
       "<main id=\"main\">\n<noscript><p>This page draws its plots and tables by a script of its own, which this "
@@ -46,7 +49,7 @@ std::string Body(Document const & document) {
       "<footer>Drag in a plot to zoom, double-click to see all of it; the wheel zooms a plot that was clicked, or with "
       "Ctrl. By keys: arrows move the cursor and choose a curve, + and - zoom, Esc shows all.</footer>\n"
       "<template id=\"smith-grid\"><svg>{}</svg></template>\n",
-      EscapedMarkup(document.title), subtitle, SmithGrid(1000.0));
+      EscapedMarkup(document.title), subtitle, live, SmithGrid(1000.0));
 }
 
 } // namespace

@@ -123,7 +123,8 @@ void Describer::Add(Json & items, PolarPlot const & plot) {
 
 void Describer::Add(Json & items, SmithChart const & chart) {
   Json item = NewItem("smith", chart.title);
-  item["impedance"] = chart.impedance;
+  if (chart.impedance)
+    item["impedance"] = *chart.impedance;
   item["parameter"] = page::Described(chart.parameter);
   Json & series = item["series"] = Json::array();
   for (ComplexSeries const & one : chart.series)

@@ -105,7 +105,9 @@ std::string Svg(SmithChart const & chart) {
   double const scale = kRadius / std::max(1.0, LargestOf(chart.series));
   std::string const drawing = Around(SmithGrid(scale) + CurvesOf(chart.series, legend, scale));
   return legend.File(chart.title, kWidth, kHeight,
-                     drawing + SvgText(kWidth - 16.0, 22.0, "end", fmt::format("reference {:g} Ω", chart.impedance)));
+                     drawing +
+                         SvgText(kWidth - 16.0, 22.0, "end",
+                                 chart.impedance ? fmt::format("reference {:g} Ω", *chart.impedance) : "normalised"));
 }
 
 } // namespace desktop::page

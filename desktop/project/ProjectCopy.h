@@ -11,7 +11,15 @@ class Project;
 /// process writes the library, kStorage when there is no room for the copy.
 class ProjectCopy {
 public:
-  explicit ProjectCopy(Project const & project);
+  enum class Of {
+    kAll,
+    /// Project file, autosave and library alone, of one moment, also while another process writes them; it is never
+    /// held up.  A session that opens the copy finds what is not saved as after a crash of that process, without its
+    /// result files.
+    kBesideWriter
+  };
+
+  explicit ProjectCopy(Project const & project, Of what = Of::kAll);
   ~ProjectCopy();
   ProjectCopy(ProjectCopy const &) = delete;
   ProjectCopy & operator=(ProjectCopy const &) = delete;
@@ -23,6 +31,8 @@ public:
 
 private:
   void CopyFiles(Project const & project);
+  void CopyBesideWriter(Project const & project);
+  bool CopyStateAndLibrary(Project const & project);
   void Copy(LongFileName const & from, LongFileName const & to) const;
 
   LongFileName m_original; ///< the project's folder

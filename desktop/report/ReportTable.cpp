@@ -109,6 +109,14 @@ std::vector<std::pair<AString, AString>> ReportTable::FirstGap() const {
   return values;
 }
 
+std::vector<ReportTable::Variation> ReportTable::Variations() const {
+  std::vector<Variation> variations;
+  variations.reserve(m_parts.size());
+  for (Part const & part : m_parts)
+    variations.push_back({part.firstRow, part.rows, part.isMissing});
+  return variations;
+}
+
 std::size_t ReportTable::LongestCurve() const {
   std::size_t longest = 0;
   for (Part const & part : m_parts)

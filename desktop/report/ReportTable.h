@@ -37,11 +37,21 @@ public:
   std::size_t GapCount() const;
   /// Name and value of the variables at the first variation that has no data; empty without such.
   std::vector<std::pair<AString, AString>> FirstGap() const;
+  /// The rows of a variation; one that has no data has one row.
+  struct Variation {
+    std::size_t firstRow = 0;
+    std::size_t rows = 1;
+    bool isGap = false;
+  };
+  /// In the order of the rows.
+  std::vector<Variation> Variations() const;
+  /// The first so many columns are those of the variables.
+  std::size_t VariableCount() const { return m_variables; }
   /// How many rows the variation of the most rows has.
   std::size_t LongestCurve() const;
   /// Nothing for a value that is missing.
   std::optional<std::complex<double>> At(std::size_t row, std::size_t column) const;
-  /// Of a variable whose value is no number.
+  /// Of a variable, as it is written; it may be no number.
   AString TextAt(std::size_t row, std::size_t column) const;
 
 private:

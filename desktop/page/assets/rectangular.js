@@ -388,7 +388,7 @@ class RectangularPlot {
     });
     this.holder.addEventListener('dblclick', () => this.showAll());
     this.holder.addEventListener('wheel', event => this.wheel(event, at(event)), {passive: false});
-    this.holder.addEventListener('keydown', event => this.key(event));
+    this.holder.addEventListener('keydown', event => plotKey(this, event));
     this.reset.addEventListener('click', () => this.showAll());
   }
 
@@ -404,29 +404,7 @@ class RectangularPlot {
       this.zoomed();
   }
 
-  key(event) {
-    if (event.altKey || event.metaKey || event.ctrlKey)
-      return;
-    const far = event.shiftKey ? 10 : 1;
-    const actions = {
-      ArrowRight: () => this.stepCursor(far), ArrowLeft: () => this.stepCursor(-far),
-      ArrowUp: () => this.stepCurve(-1), ArrowDown: () => this.stepCurve(1),
-      Home: () => this.toEnd(-Infinity), End: () => this.toEnd(Infinity),
-      '+': () => this.zoomBy(1 / 1.5), '=': () => this.zoomBy(1 / 1.5), '-': () => this.zoomBy(1.5),
-      Escape: () => {
-        if (this.isZoomed)
-          this.showAll();
-        else
-          this.clearCursor();
-      },
-    };
-    if (actions[event.key]) {
-      event.preventDefault();
-      actions[event.key]();
-    }
-  }
-
-  stepCursor(steps) {
+  step(steps) {
     const xs = [...new Set(this.shown().map(curve => curve.x))];
     if (this.cursorX === null)
       return this.toEnd(steps > 0 ? -Infinity : Infinity);

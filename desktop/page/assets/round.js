@@ -7,7 +7,8 @@ class RoundPlot {
   constructor(item, columns) {
     this.title = item.title;
     this.isSmith = item.kind === 'smith';
-    this.impedance = item.impedance || 50;
+    this.impedance = item.impedance || 1;
+    this.ohm = item.impedance ? ' Ω' : '';
     this.unit = item.unit || '';
     this.parameter = item.parameter || {title: '', unit: ''};
     this.curves = item.series.map(series => {
@@ -56,7 +57,8 @@ class RoundPlot {
     }, this.picture);
     this.status = make('p', {class: 'status', 'aria-live': 'polite'});
     this.reset = make('button', {type: 'button', disabled: true}, 'show all');
-    const note = this.isSmith ? `reference ${shortText(this.impedance)} Ω` : titleWithUnit('', this.radiusUnit);
+    const note = !this.isSmith ? titleWithUnit('', this.radiusUnit)
+                 : this.ohm ? `reference ${shortText(this.impedance)} Ω` : 'normalised';
     this.element = make('figure', {class: 'plot'},
                         make('figcaption', {}, make('span', {class: 'title'}, this.title),
                              make('span', {class: 'tools'}, make('span', {class: 'note'}, note), this.reset)),
@@ -197,7 +199,7 @@ class RoundPlot {
       const below = (1 - re) ** 2 + im ** 2, radius = Math.hypot(re, im);
       if (below > 0) {
         const z = [(1 - re ** 2 - im ** 2) / below * this.impedance, 2 * im / below * this.impedance];
-        parts.push(`Z = ${shortText(z[0], 5)} ${z[1] < 0 ? '−' : '+'} ${shortText(Math.abs(z[1]), 5)}j Ω`);
+        parts.push(`Z = ${shortText(z[0], 5)} ${z[1] < 0 ? '−' : '+'} ${shortText(Math.abs(z[1]), 5)}j${this.ohm}`);
       }
       if (radius < 1)
         parts.push(`VSWR ${shortText((1 + radius) / (1 - radius), 5)}`);
@@ -297,7 +299,7 @@ class RoundPlot {
       event.preventDefault();
       this.zoomBy(event.deltaY > 0 ? WHEEL_STEP : 1 / WHEEL_STEP, at(event));
     }, {passive: false});
-    this.holder.addEventListener('keydown', event => this.key(event));
+    this.holder.addEventListener('keydown', event => plotKey(this, event));
     this.reset.addEventListener('click', () => this.showAll());
   }
 
@@ -320,28 +322,6 @@ class RoundPlot {
     }
   }
 
-  key(event) {
-    if (event.altKey || event.metaKey || event.ctrlKey)
-      return;
-    const far = event.shiftKey ? 10 : 1;
-    const actions = {
-      ArrowRight: () => this.step(far), ArrowLeft: () => this.step(-far),
-      ArrowUp: () => this.stepCurve(-1), ArrowDown: () => this.stepCurve(1),
-      Home: () => this.step(-Infinity), End: () => this.step(Infinity),
-      '+': () => this.zoomBy(1 / 1.5), '=': () => this.zoomBy(1 / 1.5), '-': () => this.zoomBy(1.5),
-      Escape: () => {
-        if (this.isZoomed)
-          this.showAll();
-        else
-          this.clearCursor();
-      },
-    };
-    if (actions[event.key]) {
-      event.preventDefault();
-      actions[event.key]();
-    }
-  }
-
   step(steps) {
     const curve = this.chosen || this.shown()[0];
     if (!curve || curve.re.length === 0)
@@ -349,6 +329,13 @@ class RoundPlot {
     const last = curve.re.length - 1;
     const index = this.index < 0 ? (steps > 0 ? 0 : last) : this.index + steps;
     this.setCursor(curve, Math.max(0, Math.min(last, index)));
+  }
+
+  /// The first or last sample of a curve.
+  toEnd(end) {
+    const curve = this.chosen || this.shown()[0];
+    if (curve && curve.re.length > 0)
+      this.setCursor(curve, end < 0 ? 0 : curve.re.length - 1);
   }
 
   stepCurve(step) {

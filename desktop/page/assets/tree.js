@@ -48,6 +48,34 @@ class TreeView {
     return details;
   }
 
+  /// Which branches are open, by what leads there.
+  folds() {
+    const open = {};
+    for (const details of this.list.querySelectorAll('details'))
+      open[this.pathOf(details)] = details.open;
+    return open;
+  }
+
+  foldAs(open, within = this.list) {
+    for (const details of within.querySelectorAll('details')) {
+      const isOpen = open[this.pathOf(details)];
+      if (isOpen === undefined)
+        continue;
+      if (isOpen && !details.open) {
+        this.fills.get(details)();
+        this.foldAs(open, details);
+      }
+      details.open = isOpen;
+    }
+  }
+
+  pathOf(details) {
+    const labels = [];
+    for (let at = details; at; at = at.parentElement.closest('details'))
+      labels.unshift(at.querySelector('.label').textContent);
+    return labels.join('\n');
+  }
+
   foldAll(isOpen, within = this.list) {
     for (const details of within.querySelectorAll('details')) {
       if (isOpen && !details.open) {

@@ -123,6 +123,20 @@ TEST(HtmlPage, RefersToNothingOutside) {
   EXPECT_NE(page.find("href=\"data:,\""), std::string::npos);
 }
 
+TEST(HtmlPage, OnlyALiveOneReadsItselfAnew) {
+  Document document = With(PlotOf({}));
+  EXPECT_EQ(CountOf(Between(HtmlPage(document), "<body>", "<main"), "id=\"live\""), 0u);
+  document.live = Live{2.5, L"<b>live</b>"};
+  std::string const html = HtmlPage(document);
+  EXPECT_EQ(Between(html, "id=\"live\" data-seconds=\"", "</p>"), "2.5\">&lt;b&gt;live&lt;/b&gt;");
+  EXPECT_EQ(CountOf(html, "http-equiv=\"refresh\""), 0u) << "the script keeps what its reader looks at";
+}
+
+TEST(HtmlPage, ASmithChartWithoutAReferenceTellsNone) {
+  PageReading const page(HtmlPage(With(SmithChart{L"s", {}, {}, {}})));
+  EXPECT_FALSE(page.Item(0, 0).contains("impedance"));
+}
+
 TEST(HtmlPage, LevelsThatAreNoNumbersAreLeftOut) {
   RectangularPlot plot = PlotOf({});
   plot.levels = {{kMissing, L"none"}, {-3.0, L"limit"}};
