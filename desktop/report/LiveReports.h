@@ -17,7 +17,8 @@ namespace desktop {
 class Session;
 
 /// The reports of a session that somebody looked at: their curves keep what they were updated with, and know after
-/// each edit whether it still holds.  One per session, for as long as its design stands.
+/// each edit whether it still holds.  One per session, for as long as its design stands.  Under the reporter rewrite
+/// there are none, and ReportSetup shows reports.
 class LiveReports {
 public:
   explicit LiveReports(Session & session);
@@ -69,6 +70,7 @@ private:
     bool isToBeMade = true;
   };
 
+  bool AreCurvesKept() const;
   Report & ReportOf(ReportDefinition const & definition);
   void Make(Report & report);
   Shown ShowAsItIs(Report & report, IProgressMonitor * progress);
