@@ -190,6 +190,41 @@ TEST_F(ReportSetupModule, EditsSavesAndReopeningTouchNoRetiredMember) {
   EXPECT_TRUE(AssertWatch::Take().empty());
 }
 
+TEST_F(ReportSetupModule, ReportsFollowEditsOfVariables) {
+  ReportSetup(*m_session).Add(Report({L"C*V"}, {L"C"}));
+  desktop::Editor & editor = m_session->GetEditor();
+  editor.AddVariable(L"T", L"1");
+  editor.RenameVariable(L"C", L"Cap");
+  auto const report = *m_session->GetReports().Find(L"curves");
+  EXPECT_EQ(report.y, (std::vector<AString>{L"Cap*V"}));
+  EXPECT_EQ(Show(report)[0], (std::vector<AString>{L"1", L"1", L"10"}));
+  editor.Undo();
+  editor.Undo();
+  editor.EditSetup(L"Sweep", L"wide");
+  EXPECT_EQ(Table(*m_session->GetReports().Find(L"curves")).gaps, 0u);
+  editor.Undo();
+  EXPECT_EQ(Show(Report({L"C*V"}, {L"C"})).size(), 5u);
+}
+
+TEST_F(ReportSetupModule, OutputVariablesStayAsTheyAre) {
+  EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().AddOutputVariable(L"Double", L"2*V"); }).kind, ErrorKind::kUsage);
+  m_desktop.SetReportRewriteEnabled(false);
+  m_session->GetEditor().AddOutputVariable(L"Double", L"2*V");
+  m_session->Save();
+  m_session.reset();
+  m_desktop.SetReportRewriteEnabled(true);
+  m_session = Open();
+  EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().EditOutputVariable(L"Double", L"3*V"); }).kind, ErrorKind::kUsage);
+  EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().DeleteOutputVariable(L"Double"); }).kind, ErrorKind::kUsage);
+  EXPECT_TRUE(RefusalOf([&] { Show(Report({L"Double"})); }).kind);
+  m_session->GetEditor().SetVariables({{L"C", L"2"}});
+  m_session->Save();
+  m_session.reset();
+  m_desktop.SetReportRewriteEnabled(false);
+  m_session = Open();
+  EXPECT_EQ(m_session->GetLiveReports().Show(Report({L"Double"})).table.At(0, 1)->real(), 22.0);
+}
+
 TEST_F(ReportSetupModule, TheFormerReportsAreRefusedAndTheOtherWayRound) {
   EXPECT_EQ(RefusalOf([&] { m_session->GetLiveReports().Show(Report({L"V"})); }).kind, ErrorKind::kUsage);
   m_desktop.SetReportRewriteEnabled(false);
