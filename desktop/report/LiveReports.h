@@ -23,7 +23,8 @@ class LiveReports {
 public:
   explicit LiveReports(Session & session);
 
-  bool IsEmpty() const { return m_reports.empty(); }
+  /// Whether there is nothing that an edit could reach: no curve, be it one that came with the project file.
+  bool IsEmpty() const { return m_reports.empty() && m_read.empty(); }
 
   struct Shown {
     BaseSolution const * solution; ///< null when the project has none of that name

@@ -219,6 +219,25 @@ TEST_F(ShownNumbers, BesideUnsavedWorkAreNotTakenAndComeBackWithDiscard) {
   ExpectSameNumbers(false);
 }
 
+TEST_F(ShownNumbers, FollowEditsOfASessionThatDidNotLookAtThem) {
+  desktop::ReportDefinition nominal = Report({L"V", L"Double"});
+  nominal.name = L"nominal";
+  Editor().AddOutputVariable(L"Double", L"2*V");
+  Editor().AddReport(nominal);
+  EXPECT_EQ(Show(nominal)[0], (std::vector<AString>{L"1", L"10", L"20"}));
+  ShowAndSave();
+  Reopen();
+  ASSERT_FALSE(Live().IsEmpty()) << "curves came with the file";
+  Editor().EditOutputVariable(L"Double", L"3*V");
+  Editor().SetVariables({{L"C", L"2"}});
+  EXPECT_EQ(Show(nominal)[0], (std::vector<AString>{L"1", L"11", L"33"}));
+  m_session->Save();
+  Reopen();
+  EXPECT_EQ(Show(nominal)[0], (std::vector<AString>{L"1", L"11", L"33"}));
+  Rows const kept = Show(Kept());
+  EXPECT_EQ(kept, m_shown);
+}
+
 TEST_F(ShownNumbers, OfPointsThatAreGoneAreIgnored) {
   ShowAndSave();
   Editor().DeleteVariation(L"C=2; L=2", L"Sweep");
