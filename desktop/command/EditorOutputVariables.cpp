@@ -79,6 +79,13 @@ void RefuseTakenName(BaseSolutionManager const & manager, AString const & name) 
                 WhatOf(name) + L": an output variable of that name stands ready already; choose another name");
 }
 
+// Under the reporter rewrite the library has no output variables to show: those that the project has stay as they are.
+void RefuseUnderRewrite(BaseSolutionManager const & manager, AString const & name) {
+  if (!manager.AreOldReportStructuresSupported())
+    throw Error(ErrorKind::kUsage,
+                WhatOf(name) + L": under the reporter rewrite output variables can't be edited; switch it off first");
+}
+
 std::map<OutputVariable *, AString> TextsOf(BaseSolutionManager const & manager) {
   std::vector<OutputVariable *> variables;
   manager.GetOutputVariables(variables);
@@ -92,6 +99,8 @@ std::map<OutputVariable *, AString> TextsOf(BaseSolutionManager const & manager)
 
 void Editor::SettleOutputVariables(Edit & edit) {
   ProductSolutionManager & manager = m_session.GetManager();
+  if (!manager.AreOldReportStructuresSupported())
+    return;
   auto const former = TextsOf(manager);
   if (former.empty())
     return;
@@ -102,6 +111,7 @@ void Editor::SettleOutputVariables(Edit & edit) {
 }
 
 OutputVariable & Editor::FindOutputVariable(AString const & name) const {
+  RefuseUnderRewrite(m_session.GetManager(), name);
   if (OutputVariable * const variable = m_session.GetManager().FindOutputVariable(name))
     return *variable;
   std::vector<OutputVariable *> variables;
@@ -115,6 +125,7 @@ OutputVariable & Editor::FindOutputVariable(AString const & name) const {
 
 void Editor::AddOutputVariable(AString const & name, AString const & expression) {
   ProductSolutionManager & manager = m_session.GetManager();
+  RefuseUnderRewrite(manager, name);
   {
     HeldMessages const messages;
     if (!manager.IsValidOutputVariableName(name))

@@ -68,6 +68,8 @@ void Editor::RenameInExpressions(Edit & edit, AString const & name, AString cons
       y = WithRenamedWord(y, name, newName);
   });
   ProductSolutionManager & manager = m_session.GetManager();
+  if (!manager.AreOldReportStructuresSupported())
+    return;
   std::vector<OutputVariable *> variables;
   manager.GetOutputVariables(variables);
   for (OutputVariable * const variable : variables)

@@ -8,6 +8,7 @@
 #include "desktop/product/ResultStores.h"
 #include "desktop/product/StaleResults.h"
 #include "desktop/product/StoresAndData.h"
+#include "desktop/product/quantity/QuantityExtractor.h"
 #include "solutionmanager/address/PackedKeyText.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -123,7 +124,9 @@ io::ReadError ProductSolutionManager::AllFilesRead(io::CBlock const & block, boo
     // Behind the variations, whose texts and versions they tell.
     if (!ReadResultStores(block) && result == io::kNoError)
       result = io::kBadContent;
-    ForgetCatalogues(); // Names of output variables were held against quantities before the stores were known.
+    // Names of output variables were held against quantities before the stores were known.
+    for (QuantityExtractor * const extractor : GetQuantityExtractors(true))
+      extractor->ForgetMadeCatalogue();
     if (m_newText && !m_isReadOnly)
       RenameInStores(*this, m_newText);
   }

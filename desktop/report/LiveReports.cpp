@@ -1,6 +1,7 @@
 #include "desktop/report/LiveReports.h"
 
 #include "basekit/command/KelvroCommand.h"
+#include "desktop/Error.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/ReportList.h"
@@ -64,7 +65,12 @@ void UpdateSets(BaseSolutionManager & manager, BaseSolution & solution, std::vec
 
 } // namespace
 
+// Under the reporter rewrite extractors have no curves, and say so when they are asked.
+bool LiveReports::AreCurvesKept() const { return m_session.GetManager().AreOldReportStructuresSupported(); }
+
 LiveReports::LiveReports(Session & session) : m_session(session) {
+  if (!AreCurvesKept())
+    return;
   std::vector<BaseSimDataExtractor *> extractors;
   session.GetManager().GetAllAssociatedSimDataExtractors(extractors);
   std::list<Trace *> read;
@@ -87,6 +93,9 @@ LiveReports::Report & LiveReports::ReportOf(ReportDefinition const & definition)
 
 // A curve that holds nothing yet counts as clean when it is made, as its solution is valid.
 void LiveReports::Make(Report & report) {
+  if (!AreCurvesKept())
+    throw Error(ErrorKind::kUsage,
+                L"report " + report.definition.name + L": under the reporter rewrite ReportSetup shows reports");
   report.curves = MakeCurves(m_session, report.definition, report.axis);
   for (Trace * const trace : report.curves.traces)
     if (trace && trace->GetSegments().empty())
@@ -164,6 +173,8 @@ void LiveReports::DropUnused() {
 
 // What the others made of a report shows in the curves that came with the file: they are found again, not made.
 void LiveReports::KeepWhatReportsNeed() {
+  if (!AreCurvesKept())
+    return;
   if (!m_read.empty()) {
     std::set<Trace *> needed;
     for (ReportDefinition const & report : m_session.GetReports().All())
@@ -186,6 +197,8 @@ void LiveReports::Collect() {
 void LiveReports::Follow(KelvroCommand & command) {
   ProductSolutionManager & manager = m_session.GetManager();
   manager.SynchronizeSweeps(&command);
+  if (!AreCurvesKept())
+    return;
   manager.SynchronizeTraces(&command);
   for (Report & report : m_reports) {
     report.isToBeMade = true;
@@ -198,6 +211,8 @@ void LiveReports::Follow(KelvroCommand & command) {
 void LiveReports::ResultsChanged() {
   for (Report & report : m_reports)
     report.isToBeMade = true;
+  if (!AreCurvesKept())
+    return;
   std::list<Trace *> traces;
   m_session.GetManager().GetAvailableTraces(traces);
   MarkDirty(traces);

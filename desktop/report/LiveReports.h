@@ -17,12 +17,14 @@ namespace desktop {
 class Session;
 
 /// The reports of a session that somebody looked at: their curves keep what they were updated with, and know after
-/// each edit whether it still holds.  One per session, for as long as its design stands.
+/// each edit whether it still holds.  One per session, for as long as its design stands.  Under the reporter rewrite
+/// there are none, and ReportSetup shows reports.
 class LiveReports {
 public:
   explicit LiveReports(Session & session);
 
-  bool IsEmpty() const { return m_reports.empty(); }
+  /// Whether there is nothing that an edit could reach: no curve, be it one that came with the project file.
+  bool IsEmpty() const { return m_reports.empty() && m_read.empty(); }
 
   struct Shown {
     BaseSolution const * solution; ///< null when the project has none of that name
@@ -69,6 +71,7 @@ private:
     bool isToBeMade = true;
   };
 
+  bool AreCurvesKept() const;
   Report & ReportOf(ReportDefinition const & definition);
   void Make(Report & report);
   Shown ShowAsItIs(Report & report, IProgressMonitor * progress);

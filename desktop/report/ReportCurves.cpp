@@ -194,13 +194,21 @@ private:
     for (VariationText::Pair const & pair : variation.Pairs()) {
       AString const name(pair.name);
       Variable const * const variable = m_design.FindVariable(name);
-      if (variable ? !IsValueOf(*variable, pair) : !GoToSample(name, pair))
+      if (variable ? Runs(*variable, pair) || !IsValueOf(*variable, pair) : !GoToSample(name, pair))
         return false;
       if (variable)
         m_curves.given.emplace_back(variable->GetName(), AString(pair.text));
     }
     m_instance = &m_design.InstanceFor(m_design.GetVariation(m_curves.given));
     return true;
+  }
+
+  bool Runs(Variable const & variable, VariationText::Pair const & pair) {
+    bool const runs = IsAmong(m_curves.over, variable.GetName());
+    if (runs)
+      Tell(L"'" + variable.GetName() + L"' runs over its solved values, so that it can't stand at " +
+           AString(pair.text) + L" as well; leave one of the two out");
+    return runs;
   }
 
   // What a number is wanted for is refused as in other requests, but what the design itself says of the variable.

@@ -4,6 +4,7 @@ import json
 import math
 import os
 import re
+import shutil
 import unittest
 
 from _solvedesk import SETUP, DeskTest, index_of, read, write
@@ -90,22 +91,66 @@ class Reports(DeskTest):
         self.run_desk('report', 'ladder', 'show', 'gain')
         self.assertFalse(self.document('info', 'ladder')['unsaved_changes'], 'looking changes nothing')
 
+    def kept_numbers(self):
+        """Where the numbers are that the last save kept."""
+        caches = [os.path.join(folder, name) for folder, _, names in os.walk('.') for name in names
+                  if name.endswith('.svcache') and 'ladder.' in folder]
+        self.assertEqual(len(caches), 1)
+        return caches[0]
+
     def test_numbers_kept_by_a_save_are_those_of_the_solved_data(self):
         self.solved()
         self.run_shell(['report add s --y S(2,1) --y dB(S(1,1)) --over c1,l2', 'report show s', 'save'])
-        caches = [os.path.join(folder, name) for folder, _, names in os.walk('.') for name in names
-                  if name.endswith('.svcache')]
-        self.assertEqual(len(caches), 1)
+        cache = self.kept_numbers()
         kept = self.rows('s')
         self.assertEqual(len(kept), 3 * 2 * 3)
-        whole = read(caches[0])
-        with open(caches[0], 'wb') as file:
-            file.write(whole[:len(whole) // 2])
-        self.assertEqual(self.rows('s'), kept)
-        os.remove(caches[0])
+        whole = read(cache)
+        middle = len(whole) // 2
+        for damaged in (b'', whole[:middle], whole[:-1], whole + b'x', whole[:middle] + b'7' + whole[middle + 1:],
+                        bytes([whole[0] ^ 1]) + whole[1:]):
+            with open(cache, 'wb') as file:
+                file.write(damaged)
+            self.assertEqual(self.rows('s'), kept)
+        os.remove(cache)
         self.assertEqual(self.rows('s'), kept)
         self.run_desk('solve', 'ladder', '--vary', 'c1=1.2', '--vary', 'l2=1', '--quiet')
         self.assertEqual([row for row in self.rows('s') if row[0] != 1.2], kept)
+
+    def test_numbers_kept_by_another_save_or_project_are_not_shown(self):
+        self.solved()
+        self.run_shell(['report add s --y mag(S(2,1)) --over c1', 'report show s', 'save'])
+        cache = self.kept_numbers()
+        former, numbers = read(cache), self.rows('s')
+        self.run_shell(['port V2=75', 'report show s', 'save'])
+        later, shown = read(cache), self.rows('s')
+        self.assertNotEqual(shown, numbers)
+        for other in (former, former[:len(former) // 2] + later[len(later) // 2:]):
+            with open(cache, 'wb') as file:
+                file.write(other)
+            self.assertEqual(self.rows('s'), shown)
+        self.small_project('other', FEW.replace('z0 50', 'z0 100'))
+        self.run_desk('solve', 'other', '--vary', 'c1=0.9,1,1.1', '--quiet')
+        write('other.txt', 'report add s --y mag(S(2,1)) --over c1\nreport show s\nsave\n')
+        self.run_desk('shell', 'other', 'other.txt', '--json')
+        shutil.copy(cache.replace('ladder', 'other'), cache)
+        self.assertNotEqual(read(cache), later)
+        self.assertEqual(self.rows('s'), shown)
+        with open(cache, 'wb') as file:
+            file.write(later)
+        self.assertEqual(self.rows('s'), shown)
+
+    def test_numbers_that_an_edit_reached_are_not_kept(self):
+        self.solved()
+        self.run_shell(['report add s --y mag(S(2,1)) --over c1', 'report show s', 'save'])
+        former = self.rows('s')
+        self.run_shell(['report show s', 'port V2=75', 'save'])
+        shown = self.rows('s')
+        self.assertNotEqual(shown, former)
+        for folder, _, names in os.walk('.'):
+            for name in names:
+                if name.endswith('.svcache'):
+                    os.remove(os.path.join(folder, name))
+        self.assertEqual(self.rows('s'), shown)
 
     def test_a_missing_variation_is_a_gap_and_no_shift(self):
         self.project()
@@ -178,6 +223,9 @@ class Reports(DeskTest):
         self.refuse(1, 'eval', 'ladder', 'max(gain', )
         self.refuse(1, 'eval', 'ladder', 'gain', '--solution', 'None')
         self.refuse(1, 'eval', 'ladder', 'gain', '--variation', 'x=1')
+        self.assertIn("'x' is no design variable", self.refuse(1, 'eval', 'ladder', 'gain', '--over', 'x'))
+        for words in (('--over', 'c1,l2', '--variation', 'l2=0.9'), ('--over', 'l2', '--variation', 'c1=1; L2=0.9')):
+            self.assertIn("'l2' runs over its solved values", self.refuse(1, 'eval', 'ladder', 'gain', *words))
         self.refuse(2, 'eval', 'ladder', '')
 
     def test_an_edit_in_the_shell_tells_which_traces_it_reaches(self):

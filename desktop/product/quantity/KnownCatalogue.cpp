@@ -144,7 +144,7 @@ std::unique_ptr<KnownCatalogue> KnownCatalogue::Read(io::CBlock const & block,
     if (AString::MatchNoCase(item.Name(), kReportType) && ReadType(item, type))
       known->m_types->push_back(std::move(type));
     else if (AString::MatchNoCase(item.Name(), kQuantity) && ReadQuantity(item, text, info))
-      known->m_answers.try_emplace(text, info);
+      known->m_told.try_emplace(text, info);
     else
       return nullptr;
   }
@@ -152,16 +152,13 @@ std::unique_ptr<KnownCatalogue> KnownCatalogue::Read(io::CBlock const & block,
   if (known->m_types->empty() || !ReadTexts(block, kNoQuantities, none))
     return nullptr;
   for (AString const & text : none)
-    known->m_answers.try_emplace(text, std::nullopt);
+    known->m_told.try_emplace(text, std::nullopt);
   known->m_make = std::move(make);
   return known;
 }
 
-void KnownCatalogue::Write(io::CBlock & block) const {
-  for (QuantityReportType const & type : GetReportTypes())
-    WriteType(block, type);
-  std::vector<AString> none;
-  for (auto const & [text, info] : m_answers) {
+void KnownCatalogue::WriteQuantities(io::CBlock & block, Answers const & answers, std::vector<AString> & none) {
+  for (auto const & [text, info] : answers) {
     if (!info) {
       none.push_back(text);
       continue;
@@ -172,7 +169,23 @@ void KnownCatalogue::Write(io::CBlock & block) const {
     child << io::named(kReportType, static_cast<long>(info->reportType));
     block << child;
   }
+}
+
+void KnownCatalogue::Write(io::CBlock & block) const {
+  for (QuantityReportType const & type : GetReportTypes())
+    WriteType(block, type);
+  std::vector<AString> none;
+  WriteQuantities(block, m_told, none);
+  WriteQuantities(block, m_answers, none);
   WriteTexts(block, kNoQuantities, none);
+}
+
+bool KnownCatalogue::ForgetMade() {
+  if (!m_types)
+    return false;
+  m_made.reset();
+  m_answers.clear();
+  return true;
 }
 
 IQuantityCatalogue const & KnownCatalogue::Made() const {
@@ -186,14 +199,14 @@ std::vector<QuantityReportType> const & KnownCatalogue::GetReportTypes() const {
 }
 
 bool KnownCatalogue::Describe(AString const & text, QuantityInfo & info) const {
-  auto const known = m_answers.find(text);
-  if (known != m_answers.end()) {
-    if (known->second)
-      info = *known->second;
-    return known->second.has_value();
-  }
+  for (Answers const * const answers : {&m_told, static_cast<Answers const *>(&m_answers)})
+    if (auto const known = answers->find(text); known != answers->end()) {
+      if (known->second)
+        info = *known->second;
+      return known->second.has_value();
+    }
   bool const isQuantity = Made().Describe(text, info);
-  if (m_answers.size() < kMostAnswers)
+  if (m_told.size() + m_answers.size() < kMostAnswers)
     m_answers.emplace(text, isQuantity ? std::optional(info) : std::nullopt);
   return isQuantity;
 }

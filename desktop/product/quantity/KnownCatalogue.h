@@ -25,6 +25,8 @@ public:
   void Write(io::CBlock & block) const;
 
   IQuantityCatalogue const & Made() const;
+  /// What the product's own catalogue said doesn't hold any more; false when a project file told nothing beside it.
+  bool ForgetMade();
 
   std::vector<QuantityReportType> const & GetReportTypes() const override;
   std::vector<AString> GetCategories(unsigned reportType) const override { return Made().GetCategories(reportType); }
@@ -38,8 +40,13 @@ private:
 
   mutable std::unique_ptr<IQuantityCatalogue> m_made;
   std::function<std::unique_ptr<IQuantityCatalogue>()> m_make; ///< empty where it is made already
-  std::optional<std::vector<QuantityReportType>> m_types;      ///< as they were read
-  mutable std::map<AString, std::optional<QuantityInfo>> m_answers;
+  using Answers = std::map<AString, std::optional<QuantityInfo>>;
+
+  static void WriteQuantities(io::CBlock & block, Answers const & answers, std::vector<AString> & none);
+
+  std::optional<std::vector<QuantityReportType>> m_types; ///< as they were read
+  Answers m_told;                                         ///< likewise
+  mutable Answers m_answers;                              ///< of the product's own
 };
 
 } // namespace desktop

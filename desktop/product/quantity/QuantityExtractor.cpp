@@ -54,6 +54,11 @@ void QuantityExtractor::ForgetCatalogue() {
   m_sweepsAreCurrent = false;
 }
 
+void QuantityExtractor::ForgetMadeCatalogue() {
+  if (!m_catalogue || !m_catalogue->ForgetMade())
+    ForgetCatalogue();
+}
+
 IQuantityCatalogue const & QuantityExtractor::GetMadeCatalogue() const {
   GetCatalogue();
   return m_catalogue->Made();

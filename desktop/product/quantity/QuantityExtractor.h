@@ -34,6 +34,8 @@ public:
   /// What is solved is another thing now, or known better, though no version tells it; what a project file told is not
   /// believed any more either.
   void ForgetCatalogue();
+  /// While a design is read: what was asked for before all of it was known.  What the project file told stays.
+  void ForgetMadeCatalogue();
   /// Null for an unknown number.
   QuantityReportType const * FindReportType(unsigned number) const;
 
@@ -109,6 +111,7 @@ private:
   std::unique_ptr<IQuantityCatalogue> MakeCatalogueOf(AString const & variation) const;
   std::unique_ptr<IQuantityCatalogue> MakeCatalogueOfData() const;
   void RefreshVariations() const;
+  io::ReadError ReadWithoutPointSets(io::CBlock const & block);
   void ReadCatalogue(io::CBlock const & block);
   void ReadInstances(io::CBlock const & block);
   /// The text at the version with data, which is empty in a design without variables; nothing when it is not solved.

@@ -18,6 +18,7 @@ namespace desktop {
 namespace {
 
 wchar_t const * const kSweeps = L"Sweeps";
+wchar_t const * const kPointSets = L"SolutionPointSets";
 wchar_t const * const kCatalogue = L"Catalogue";
 wchar_t const * const kVersion = L"Version";
 // As point sets write them.
@@ -47,10 +48,21 @@ bool QuantityExtractor::DesignFileWrite(io::CBlock & block) {
 }
 
 io::ReadError QuantityExtractor::DesignFileRead(io::CBlock const & block) {
+  if (!GetBaseSolutionMgr()->AreOldReportStructuresSupported())
+    return ReadWithoutPointSets(block);
   ReadCatalogue(block);
   io::ReadError const result = BaseSimDataExtractor::DesignFileRead(block);
   ReadInstances(block);
   return result;
+}
+
+// A project that was saved under the former report structures: under the reporter rewrite its reports are made anew.
+io::ReadError QuantityExtractor::ReadWithoutPointSets(io::CBlock const & block) {
+  io::CBlock rest(block.Name());
+  for (auto const & item : block)
+    if (!AString::MatchNoCase(item->Name(), kPointSets))
+      rest << item;
+  return BaseSimDataExtractor::DesignFileRead(rest);
 }
 
 void QuantityExtractor::ReadCatalogue(io::CBlock const & block) {

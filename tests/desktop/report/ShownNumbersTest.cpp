@@ -1,4 +1,5 @@
 #include "desktop/report/ShownNumbers.h"
+#include "basekit/io/CNamed_value_manip.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "tests/desktop/report/ReportFixture.h"
 #include "tests/support/AssertWatch.h"
@@ -10,13 +11,48 @@ using support::AssertWatch;
 
 namespace {
 
+constexpr std::size_t kPadding = 300'000;
+
 /// A project that was saved after its report was shown, the numbers of which a later session finds beside it.
 class ShownNumbers : public support::ReportTest {
 protected:
   ShownNumbers() {
-    Solve(*m_session, L"C=1; L=2", {10, 20, 30});
-    Solve(*m_session, L"C=2; L=2", {11, 21, 31});
+    SolveLarge(L"C=1; L=2", {10, 20, 30});
+    SolveLarge(L"C=2; L=2", {11, 21, 31});
     Editor().AddReport(Kept());
+  }
+
+  /// A library looks ahead when it is opened, and small blocks are known from then on: these are too large for that, so
+  /// that each read of solved data is one of the file.
+  void SolveLarge(AString const & variation, std::vector<double> const & values) {
+    BaseSolution & solution = SolutionOf(*m_session);
+    io::CBlock_ptr<io::CBlock> const block(
+        new io::CBlock(SolutionVariationKey(solution.GetBaseSimulationSetup().GetID(), variation, solution.GetID(),
+                                            solution.GetVersionID())
+                           .Pack()));
+    io::CBlock_func data(L"Values");
+    for (double const value : values)
+      data << value;
+    *block << data << io::named(L"Padding", AString(std::wstring(kPadding, L'x')));
+    io::CBlock batch;
+    batch << block;
+    ASSERT_EQ(m_session->GetManager().SaveBlocks(batch), CStreamioLibrary::kLibSuccess);
+    solution.GetVariationData(VariationIDIndex(variation, solution.GetVersionID(), &m_session->GetManager()), false);
+  }
+  /// As the solve queue tells of a point that it stored again.
+  void SolveLargeAgain(AString const & variation, std::vector<double> const & values) {
+    SolveLarge(variation, values);
+    BaseSolution const & solution = SolutionOf(*m_session);
+    desktop::ForgetShownNumbers(m_session->GetManager(),
+                                {SolutionVariationKey(solution.GetBaseSimulationSetup().GetID(), variation,
+                                                      solution.GetID(), solution.GetVersionID())});
+    Live().ResultsChanged();
+  }
+
+  static void CopyFolder(std::filesystem::path const & from, std::filesystem::path const & to) {
+    for (auto const & entry : std::filesystem::directory_iterator(to))
+      std::filesystem::remove_all(entry);
+    std::filesystem::copy(from, to, std::filesystem::copy_options::recursive);
   }
 
   static desktop::ReportDefinition Kept() { return Report({L"V", L"2*W", L"C*V"}, {L"C"}); }
@@ -124,12 +160,8 @@ TEST_F(ShownNumbers, AreReadFromSolvedDataWithoutTheFile) {
 TEST_F(ShownNumbers, OfAnEarlierSaveAreNotTaken) {
   ShowAndSave();
   std::string const former = Content();
-  Solve(*m_session, L"C=2; L=2", {12, 22, 32});
-  desktop::ForgetShownNumbers(
-      m_session->GetManager(),
-      {SolutionVariationKey(SolutionOf(*m_session).GetBaseSimulationSetup().GetID(), L"C=2; L=2",
-                            SolutionOf(*m_session).GetID(), SolutionOf(*m_session).GetVersionID())});
-  Live().ResultsChanged();
+  Reopen(); // A variation that is in memory is not read again.
+  SolveLargeAgain(L"C=2; L=2", {12, 22, 32});
   ShowAndSave();
   EXPECT_EQ(m_shown[3][2], L"12") << "a point that was solved anew is read anew";
   SetContent(former);
@@ -187,6 +219,25 @@ TEST_F(ShownNumbers, BesideUnsavedWorkAreNotTakenAndComeBackWithDiscard) {
   ExpectSameNumbers(false);
 }
 
+TEST_F(ShownNumbers, FollowEditsOfASessionThatDidNotLookAtThem) {
+  desktop::ReportDefinition nominal = Report({L"V", L"Double"});
+  nominal.name = L"nominal";
+  Editor().AddOutputVariable(L"Double", L"2*V");
+  Editor().AddReport(nominal);
+  EXPECT_EQ(Show(nominal)[0], (std::vector<AString>{L"1", L"10", L"20"}));
+  ShowAndSave();
+  Reopen();
+  ASSERT_FALSE(Live().IsEmpty()) << "curves came with the file";
+  Editor().EditOutputVariable(L"Double", L"3*V");
+  Editor().SetVariables({{L"C", L"2"}});
+  EXPECT_EQ(Show(nominal)[0], (std::vector<AString>{L"1", L"11", L"33"}));
+  m_session->Save();
+  Reopen();
+  EXPECT_EQ(Show(nominal)[0], (std::vector<AString>{L"1", L"11", L"33"}));
+  Rows const kept = Show(Kept());
+  EXPECT_EQ(kept, m_shown);
+}
+
 TEST_F(ShownNumbers, OfPointsThatAreGoneAreIgnored) {
   ShowAndSave();
   Editor().DeleteVariation(L"C=2; L=2", L"Sweep");
@@ -204,4 +255,59 @@ TEST_F(ShownNumbers, ServeBesideAPointThatIsNew) {
   ASSERT_EQ(rows.size(), m_shown.size() + 2);
   EXPECT_TRUE(std::equal(m_shown.begin(), m_shown.end(), rows.begin()));
   EXPECT_EQ(rows[6][2], L"12");
+}
+
+TEST_F(ShownNumbers, AreOldOrNewButNeverWrongWhereverASaveDies) {
+  ShowAndSave();
+  Reopen();
+  SolveLargeAgain(L"C=2; L=2", {12, 22, 32});
+  m_session.reset(); // Unsaved work, which each of the following sessions goes on with.
+  support::TemporaryFolder kept;
+  CopyFolder(m_folder.Path(), kept.Path());
+  constexpr int kSteps = 12;
+  int operations = 0;
+  for (int step = 0; step <= kSteps; ++step) {
+    CopyFolder(kept.Path(), m_folder.Path());
+    {
+      support::FaultyFileSystem files;
+      m_session = Open();
+      m_shown = Show(Kept());
+      ASSERT_EQ(m_shown[3][2], L"12");
+      if (step > 0)
+        files.FailAt(1 + (operations - 1) * (step - 1) / (kSteps - 1), true);
+      int const opened = files.Operations();
+      bool isSaved = true;
+      try {
+        m_session->Save();
+      } catch (desktop::Error const &) {
+        isSaved = false;
+      }
+      if (step == 0)
+        operations = files.Operations() - opened;
+      EXPECT_TRUE(isSaved || step > 0);
+      m_session.reset();
+    }
+    AssertWatch::Take(); // Of a cache that could not be written.
+    m_session = Open();
+    EXPECT_EQ(Show(Kept()), m_shown) << "operation " << step << " of " << kSteps << ", " << operations << " in all";
+    m_session.reset();
+  }
+  EXPECT_GT(operations, kSteps);
+}
+
+TEST_F(ShownNumbers, OfALaterSaveAreNotTaken) {
+  ShowAndSave();
+  m_session.reset();
+  support::TemporaryFolder kept;
+  CopyFolder(m_folder.Path(), kept.Path());
+  m_session = Open();
+  SolveLargeAgain(L"C=2; L=2", {12, 22, 32});
+  Show(Kept());
+  m_session->Save();
+  std::string const later = Content();
+  m_session.reset();
+  CopyFolder(kept.Path(), m_folder.Path());
+  ASSERT_NE(Content(), later);
+  SetContent(later);
+  ExpectSameNumbers(true);
 }
