@@ -22,8 +22,8 @@ class Numbers(DeskTest):
                     if 'ManagedFiles' not in path)
 
     def test_a_solve_as_near_to_another_as_told_is_equal_and_one_beyond_told_once_for_its_column(self):
-        one = self.solved('one', '{res}')
-        near = self.solved('near', '{res*(1+1e-7)}')
+        one = self.solved('one', '{res+25}')
+        near = self.solved('near', '{(res+25)*(1+1e-7)}')
         data = ('diff', one, near, '--kind', 'data')
         found = json.loads(self.qsol(*data, '--json', code=1))
         (block,) = found['changed']
