@@ -1,7 +1,9 @@
 #pragma once
 
 #include "apps/qsol/OpenLibrary.h"
+#include "apps/qsol/SelectionWords.h"
 
+#include <optional>
 #include <string>
 
 namespace qsol {
@@ -12,7 +14,12 @@ struct DiffOptions {
   /// The first file, and what is shown of both.
   ViewOptions view;
   std::string other;
-  /// Every difference of a block, not the first few alone.
+  /// Which blocks are compared, and told where one library alone has them.
+  SelectionWords selection;
+  /// How far numbers may be apart; when one of them is given, the other is 0.
+  std::optional<double> absolute;
+  std::optional<double> relative;
+  /// Every difference of a block, not the first few alone, and every number of a list.
   bool all = false;
   bool json = false;
 };

@@ -6,6 +6,7 @@
 #include "apps/qsol/Failure.h"
 #include "apps/qsol/FileNames.h"
 #include "apps/qsol/Json.h"
+#include "apps/qsol/NumberTable.h"
 #include "apps/qsol/Text.h"
 #include "apps/qsol/Verbs.h"
 #include "basekit/file/FileOperations.h"
@@ -68,8 +69,12 @@ public:
       m_errors.push_back(OneLine(m_opened.reader.LastError()) + "; 'qsol verify' tells what else is");
       return {};
     }
-    AString const path =
-        (LongFileName(m_folder) + Word(FileNameOf(block.entry.name) + (isBinary ? ".bin" : ".txt"))).FilePath();
+    if (m_options.csv && bytes.empty()) {
+      TellWithoutNumbers(block);
+      return {};
+    }
+    char const * const suffix = m_options.csv ? ".csv" : isBinary ? ".bin" : ".txt";
+    AString const path = (LongFileName(m_folder) + Word(FileNameOf(block.entry.name) + suffix)).FilePath();
     bool const isFirst = m_written.insert(path).second;
     if (!isFirst)
       return path; // The block was named twice.
@@ -86,11 +91,23 @@ private:
     if (m_options.raw)
       return m_opened.reader.LoadBytes(block.entry.name, bytes, isBinary) == kGood;
     io::CBlock content(block.entry.name);
-    if (m_opened.reader.Load(content) != kGood || !io::EncodeBlock(content, io::Form::Text, io::kExactDigits, bytes))
+    if (m_opened.reader.Load(content) != kGood)
+      return false;
+    if (m_options.csv) {
+      bytes = NumbersAsCsv(content);
+      return true;
+    }
+    if (!io::EncodeBlock(content, io::Form::Text, io::kExactDigits, bytes))
       return false;
     if (bytes.empty() || bytes.back() != '\n')
       bytes += '\n';
     return true;
+  }
+
+  // Where many were chosen by what they are, some are such; one that was named is missed.
+  void TellWithoutNumbers(Block const & block) {
+    auto & lines = m_options.names.empty() ? m_opened.notices : m_errors;
+    lines.push_back(block.Description() + ": has no numbers, so there is no file of it; without --csv it is text");
   }
 
   ExtractOptions const & m_options;
@@ -151,16 +168,23 @@ void AddExtractVerb(CLI::App & program, Action & action) {
   for (char const * const option : {"--setup", "--solution", "--variation", "--kind"})
     verb->get_option(option)->excludes(names);
   verb->add_option("--to", options->folder, "the folder, made when it is missing")->required()->type_name("FOLDER");
-  verb->add_flag("--raw", options->raw, "the stored bytes as they are; .bin where they are of the binary form");
+  auto * const raw =
+      verb->add_flag("--raw", options->raw, "the stored bytes as they are; .bin where they are of the binary form");
+  verb->add_flag("--csv", options->csv, "the numbers as comma-separated values, a column for each list")->excludes(raw);
   verb->add_flag("--force", options->force, "replace files that stand there");
   verb->add_flag("--json", options->json, "print one JSON document");
   verb->footer(
       "A file bears the block's name in the library and .txt; what a file name can't hold stands in it as\n"
       "%XX, so that no name leads outside the folder, and a very long name ends in a hash. A line tells\n"
       "which block stands where. Numbers are exact. A file that stands there is left alone without --force.\n\n"
+      "With --csv a file ends in .csv and has a column for each list that holds numbers, as long as the list, and\n"
+      "one for each single number, in the first row. Its title is the path in the block, as in\n"
+      "Quantities/Quantity(Gain)/Values. Texts beside numbers are left out, and a block without numbers has no\n"
+      "file: a line tells so, and the exit code is 1 where it was asked for by its name.\n\n"
       "Examples:\n"
       "  qsol extract amp.qsol SolutionBlock7 FileHeader --to blocks\n"
       "  qsol extract amp.qsol --kind data --private --to blocks --force\n"
+      "  qsol extract amp.qsol --variation 'C1=1.2pF; L1=4nH' --kind data --csv --to numbers\n"
       "  qsol extract amp.qsol --all --raw --to blocks --json");
   verb->callback(
       [&action, options] { action = [options](Streams const & streams) { return Extract(*options, streams); }; });

@@ -20,6 +20,8 @@ struct ExtractOptions {
   std::string folder;
   /// The stored bytes, not the text form.
   bool raw = false;
+  /// The numbers as comma-separated values; a block without any gives no file.
+  bool csv = false;
   /// Files that stand there are replaced.
   bool force = false;
   bool json = false;

@@ -10,13 +10,13 @@
 
 namespace qsol {
 
-namespace {
-
-Json Number(double value) {
+Json NumberOf(double value) {
   if (std::isfinite(value))
     return value;
   return Json{{"number", std::isnan(value) ? "nan" : value < 0 ? "-inf" : "inf"}};
 }
+
+namespace {
 
 Json ValueOf(io::CBlock_value const & value) {
   using Type = io::CBlock_value::Type;
@@ -38,7 +38,7 @@ Json ValueOf(io::CBlock_value const & value) {
     return whole;
   case Type::Real:
     value.Query(real);
-    return Number(real);
+    return NumberOf(real);
   }
   return nullptr;
 }
@@ -112,6 +112,11 @@ void JsonListing::Add(Json const & element) {
   m_isFirst = false;
 }
 
-void JsonListing::Finish() { m_out << (m_isFirst ? "]\n}\n" : "\n  ]\n}\n"); }
+void JsonListing::Finish(Json const & behind) {
+  m_out << (m_isFirst ? "]" : "\n  ]");
+  for (auto const & [name, value] : behind.items())
+    m_out << ",\n  " << Json(name).dump() << ": " << value.dump();
+  m_out << "\n}\n";
+}
 
 } // namespace qsol

@@ -20,22 +20,13 @@ using ItemPtr = io::CBlock_ptr<io::CBlock_item>;
 using Kind = io::CBlock_item::Kind;
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-constexpr std::size_t kLongestText = 160;
+// So many places of one list are told one by one.
+constexpr std::size_t kMostSingle = 5;
 
 std::string LineOf(io::CBlock_item const & item) {
   std::string line;
   // Too deep a nesting can't come from a file.
   return io::EncodeLine(item, io::kExactDigits, line) ? line : std::string();
-}
-
-std::string Shortened(std::string line) {
-  if (line.size() <= kLongestText)
-    return line;
-  std::size_t end = kLongestText;
-  while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xc0) == 0x80)
-    --end;
-  line.resize(end);
-  return line + " ...";
 }
 
 /// A block's children with their texts, of which those that are equal at both ends need no look.
@@ -64,15 +55,15 @@ struct Children {
   }
 };
 
-void PairEnds(Children & a, Children & b) {
+template <class AreEqual> void PairEnds(Children & a, Children & b, AreEqual const & areEqual) {
   std::size_t const shorter = std::min(a.items.size(), b.items.size());
   std::size_t head = 0;
-  for (; head < shorter && a.lines[head] == b.lines[head]; ++head)
+  for (; head < shorter && areEqual(head, head); ++head)
     a.Pair(head, b, head);
   for (std::size_t tail = 1; head + tail <= shorter; ++tail) {
     std::size_t const atA = a.items.size() - tail;
     std::size_t const atB = b.items.size() - tail;
-    if (a.lines[atA] != b.lines[atB])
+    if (!areEqual(atA, atB))
       return;
     a.Pair(atA, b, atB);
   }
@@ -95,14 +86,39 @@ template <class KeyOf> void PairBy(Children & a, Children & b, KeyOf const & key
   }
 }
 
+io::CBlock_value const & AsValue(ItemPtr const & item) { return static_cast<io::CBlock_value const &>(*item); }
+
+/// The arguments of a list: those without a name by their places, the others by name.
+struct ArgumentLists {
+  std::vector<ItemPtr> unnamed;
+  io::CBlock named;
+  std::vector<bool> order;
+
+  explicit ArgumentLists(io::CBlock_func_arg const & arguments) {
+    for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+      order.push_back(at.IsNamed());
+      if (at.IsNamed())
+        named << *at;
+      else
+        unnamed.push_back(*at);
+    }
+  }
+};
+
 class Comparison {
 public:
-  std::vector<Difference> differences;
+  explicit Comparison(DiffRules const & rules) : m_rules(rules) {}
+
+  TreeDifferences found;
 
   void Blocks(io::CBlock const & blockA, io::CBlock const & blockB, std::string const & path) {
     Children a(blockA);
     Children b(blockB);
-    PairEnds(a, b);
+    // Where items came or went, those around them are known by what they hold, and that may be near alone.
+    bool const looksInside = m_rules.numbers && a.items.size() != b.items.size();
+    PairEnds(a, b, [&](std::size_t atA, std::size_t atB) {
+      return a.lines[atA] == b.lines[atB] || (looksInside && AreNear(*a.items[atA], *b.items[atB]));
+    });
     PairBy(a, b, [](Children const & side, std::size_t at) { return side.lines[at]; });
     PairBy(a, b, [](Children const & side, std::size_t at) {
       return std::pair(side.items[at]->Name(), side.items[at]->ItemKind());
@@ -124,12 +140,31 @@ public:
       if (b.partner[at] == kNone)
         Add(path + b.steps[at], {}, b.items[at]);
     if (!inOrder)
-      differences.push_back({path.empty() ? std::string(".") : path.substr(0, path.size() - 1), {}, {}, true});
+      AddOrder(path.empty() ? std::string(".") : path.substr(0, path.size() - 1));
   }
 
 private:
-  void Add(std::string const & path, ItemPtr const & a, ItemPtr const & b) {
-    differences.push_back({path, a, b, false});
+  struct NumberPlace {
+    std::size_t at = 0;
+    NumberPair pair;
+  };
+
+  Difference & Add(std::string const & path, ItemPtr const & a, ItemPtr const & b) {
+    Difference & difference = found.list.emplace_back();
+    difference.path = path;
+    difference.a = a;
+    difference.b = b;
+    return difference;
+  }
+  void AddOrder(std::string const & path) { Add(path, {}, {}).isOrder = true; }
+
+  // Not for blocks: to look into these at each level would take long.
+  bool AreNear(io::CBlock_item const & a, io::CBlock_item const & b) const {
+    if (a.ItemKind() != b.ItemKind() || a.Name() != b.Name() || a.ItemKind() == Kind::Block)
+      return false;
+    Comparison inside(m_rules);
+    inside.Items(a, b, {});
+    return inside.found.list.empty();
   }
 
   // Both are of one kind.
@@ -151,57 +186,88 @@ private:
   }
 
   void Values(io::CBlock_value const & a, io::CBlock_value const & b, std::string const & path) {
-    Add(path, ItemPtr(new io::CBlock_value(a)), ItemPtr(new io::CBlock_value(b)));
+    bool const areNumbers = IsNumber(a) && IsNumber(b);
+    auto const unlike = areNumbers ? Unlike(a, b, m_rules.numbers) : std::nullopt;
+    if (areNumbers && !(unlike && Tally(*unlike, [&] { return path; })))
+      return;
+    Add(path, ItemPtr(new io::CBlock_value(a)), ItemPtr(new io::CBlock_value(b))).numbers = unlike;
   }
 
-  struct ArgumentLists {
-    std::vector<ItemPtr> unnamed;
-    std::vector<ItemPtr> named;
-    explicit ArgumentLists(io::CBlock_func_arg const & arguments) {
-      for (auto at = arguments.begin(); at != arguments.end(); ++at)
-        (at.IsNamed() ? named : unnamed).push_back(*at);
-    }
-  };
+  // True when they differ, not near as they may be.
+  template <class PathOf> bool Tally(NumberPair const & pair, PathOf const & pathOf) {
+    NumberTally & tally = pair.isNear ? found.near : found.differing;
+    if (tally.Count(pair.relative))
+      tally.at = pathOf();
+    return !pair.isNear;
+  }
 
   void Arguments(io::CBlock_func_arg const & argumentsA, io::CBlock_func_arg const & argumentsB,
                  std::string const & path) {
-    std::size_t const before = differences.size();
-    ArgumentLists a(argumentsA);
-    ArgumentLists b(argumentsB);
-    for (std::size_t at = 0; at < std::max(a.unnamed.size(), b.unnamed.size()); ++at) {
-      ItemPtr const one = at < a.unnamed.size() ? a.unnamed[at] : ItemPtr();
-      ItemPtr const other = at < b.unnamed.size() ? b.unnamed[at] : ItemPtr();
-      if (!one || !other || LineOf(*one) != LineOf(*other))
-        Add(fmt::format("{}[{}]", path, at + 1), one, other);
-    }
-    io::CBlock namesA;
-    io::CBlock namesB;
-    for (ItemPtr const & item : a.named)
-      namesA << item;
-    for (ItemPtr const & item : b.named)
-      namesB << item;
-    Blocks(namesA, namesB, path + "/");
-    // Named ones changed places with the others.
-    if (differences.size() == before)
-      differences.push_back({path, {}, {}, true});
+    ArgumentLists const a(argumentsA);
+    ArgumentLists const b(argumentsB);
+    std::size_t const before = found.list.size();
+    Unnamed(a.unnamed, b.unnamed, path);
+    Blocks(a.named, b.named, path + "/");
+    if (found.list.size() == before && a.order != b.order)
+      AddOrder(path); // named ones changed places with the others
   }
+
+  void Unnamed(std::vector<ItemPtr> const & a, std::vector<ItemPtr> const & b, std::string const & path) {
+    auto const placeOf = [&](std::size_t at) { return fmt::format("{}[{}]", path, at + 1); };
+    std::size_t const shorter = std::min(a.size(), b.size());
+    std::size_t const longer = std::max(a.size(), b.size());
+    std::size_t compared = 0;
+    std::vector<NumberPlace> numbers;
+    for (std::size_t at = 0; at < shorter; ++at) {
+      if (!IsNumber(AsValue(a[at])) || !IsNumber(AsValue(b[at]))) {
+        if (LineOf(*a[at]) != LineOf(*b[at]))
+          Add(placeOf(at), a[at], b[at]);
+        continue;
+      }
+      ++compared;
+      auto const unlike = Unlike(AsValue(a[at]), AsValue(b[at]), m_rules.numbers);
+      if (unlike && Tally(*unlike, [&] { return placeOf(at); }))
+        numbers.push_back({at, *unlike});
+    }
+    Numbers(numbers, compared, path, [&](NumberPlace const & place) {
+      Difference difference;
+      difference.path = placeOf(place.at);
+      difference.a = a[place.at];
+      difference.b = b[place.at];
+      difference.numbers = place.pair;
+      return difference;
+    });
+    if (longer - shorter > kMostSingle && !m_rules.eachNumber) {
+      Add(path, {}, {}).lengths = Difference::Lengths{a.size(), b.size()};
+      return;
+    }
+    for (std::size_t at = shorter; at < longer; ++at)
+      Add(placeOf(at), at < a.size() ? a[at] : ItemPtr(), at < b.size() ? b[at] : ItemPtr());
+  }
+
+  template <class Single>
+  void Numbers(std::vector<NumberPlace> const & places, std::size_t compared, std::string const & path,
+               Single const & single) {
+    if (places.size() <= kMostSingle || m_rules.eachNumber) {
+      for (NumberPlace const & place : places)
+        found.list.push_back(single(place));
+      return;
+    }
+    auto const largest =
+        std::ranges::max_element(places, {}, [](NumberPlace const & place) { return place.pair.relative; });
+    Difference::Column const column{places.size(), compared, {single(places.front()), single(*largest)}};
+    Add(path, {}, {}).column = column;
+  }
+
+  DiffRules const & m_rules;
 };
 
 } // namespace
 
-std::string Difference::Text() const {
-  if (isOrder)
-    return path + ": in another order";
-  auto const show = [](ItemPtr const & item) { return Shortened(LineOf(*item)); };
-  if (!a || !b)
-    return fmt::format("{}: only in the {}: {}", path, a ? "first" : "second", show(a ? a : b));
-  return fmt::format("{}: {} -> {}", path, show(a), show(b));
-}
-
-std::vector<Difference> DifferencesOf(io::CBlock const & a, io::CBlock const & b) {
-  Comparison comparison;
+TreeDifferences DifferencesOf(io::CBlock const & a, io::CBlock const & b, DiffRules const & rules) {
+  Comparison comparison(rules);
   comparison.Blocks(a, b, {});
-  return std::move(comparison.differences);
+  return std::move(comparison.found);
 }
 
 } // namespace qsol

@@ -1,147 +1,115 @@
-// bench_extraction: what the update of a trace over many variations costs, as a ratio to copying the same numbers.
+// bench_extraction: what the update of a trace over many variations costs, as a ratio to copying the same numbers:
+// solved data that lies in memory, and data that a product reads from its library.
 
+#include "bench/extraction/Sources.h"
 #include "bench/support/Measure.h"
 #include "bench/support/OwnProcess.h"
+#include "bench/support/ReportRuns.h"
 #include "bench/support/RunLoop.h"
-#include "bench/support/SolvedWorld.h"
-#include "plotkit/pointset/SolutionPointSet.h"
-#include "plotkit/trace/Trace.h"
-#include "plotkit/trace/TraceComponent.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <cmath>
-#include <complex>
-#include <fmt/format.h>
 #include <iostream>
 
 namespace {
 
+using bench::ISource;
+
 struct Settings {
-  std::vector<std::size_t> variations = {10, 100, 1000};
+  bench::RunWords run;
+  std::vector<std::size_t> variations = {100, 300, 1000};
   std::size_t frequencies = 1001;
-  int repeats = 5;
-  bool isSmoke = false;
-  bool isJson = false;
+  std::string only;
   bool isMemory = false; ///< one update, and what it held at most
-  std::string folder;
 };
 
 struct Case {
-  wchar_t const * y;
-  char const * shown;
+  char const * data;
+  bool isComplex; ///< else in decibels
 };
-Case const cases[] = {{L"S", "S"}, {L"dB(S)", "dB(S)"}};
+Case const cases[] = {{"memory", true}, {"memory", false}, {"library", true}, {"library", false}};
 
-/// Axis and complex numbers of all variations behind each other, as a trace has them.
-double SecondsOfCopy(bench::SolvedWorld const & world) {
-  bench::Stopwatch watch;
-  watch.Start();
-  std::vector<double> x;
-  std::vector<std::complex<double>> y;
-  std::size_t const count = world.Frequencies().size();
-  x.reserve(world.Variations() * count);
-  y.reserve(world.Variations() * count);
-  for (std::size_t variation = 0; variation < world.Variations(); ++variation) {
-    x.insert(x.end(), world.Frequencies().begin(), world.Frequencies().end());
-    auto const * const first = reinterpret_cast<std::complex<double> const *>(world.NumbersOf(variation).data());
-    y.insert(y.end(), first, first + count);
-  }
-  watch.Stop();
-  bench::Require(x.size() == y.size(), "nothing was copied");
-  asm volatile("" : : "r"(x.data()), "r"(y.data()) : "memory");
-  return watch.Seconds();
+std::unique_ptr<ISource> MakeSource(Settings const & settings, Case const & each, std::size_t variations) {
+  bench::SourceSize const size{settings.run.folder, variations, settings.frequencies};
+  return each.data == std::string("memory") ? bench::DataInMemory(size) : bench::DataInLibrary(size);
 }
 
-double SecondsOfUpdate(bench::SolvedWorld & world, SolutionPointSet & set) {
-  bench::Stopwatch watch;
-  watch.Start();
-  world.Update({&set});
-  watch.Stop();
-  return watch.Seconds();
-}
-
-void Check(bench::SolvedWorld const & world, Trace const & trace, Case const & each) {
-  std::size_t const count = world.Frequencies().size();
-  bench::Require(trace.GetValueCount() == world.Variations() * count, "the trace is not whole");
-  std::size_t const last = world.Variations() - 1;
-  auto const * const numbers = reinterpret_cast<std::complex<double> const *>(world.NumbersOf(last).data());
-  std::complex<double> const expected =
-      each.y[0] == L'S' ? numbers[count - 1] : 20.0 * std::log10(std::abs(numbers[count - 1]));
-  std::complex<double> const got = trace.GetOrdinate()->GetValues().GetNumber(trace.GetValueCount() - 1);
-  bench::Require(std::abs(got - expected) <= 1e-12 * std::abs(expected), "the numbers differ");
-}
-
-/// Bytes of the numbers that a trace of S holds: the axis and two doubles for each sample.
+/// Bytes of the numbers that a trace of the complex quantity holds: the axis and two doubles for each sample.
 double BytesOfNumbers(Settings const & settings, std::size_t variations) {
   return 3.0 * sizeof(double) * static_cast<double>(variations * settings.frequencies);
 }
 
-int TellMemory(Settings const & settings) {
-  bench::DataFolder const folder(settings.folder);
+int TellMemory(Settings const & settings, Case const & each) {
   std::size_t const variations = settings.variations.back();
-  bench::SolvedWorld world(folder.Path(), variations, settings.frequencies);
-  SolutionPointSet & set = world.AddReport(cases[0].y);
+  auto const source = MakeSource(settings, each, variations);
+  source->Prepare(each.isComplex);
   double const before = static_cast<double>(bench::PeakMemory());
-  world.Update({&set});
-  Check(world, world.TraceOf(set), cases[0]);
+  source->Update();
+  source->Check();
   std::cout << (static_cast<double>(bench::PeakMemory()) - before) / BytesOfNumbers(settings, variations) << "\n";
   return 0;
 }
 
-double PeakRatio(Settings const & settings, std::size_t variations) {
-  bench::Ended const ended = bench::RunSelf({"--memory", "--variations", std::to_string(variations), "--frequencies",
-                                             std::to_string(settings.frequencies), "--folder", settings.folder});
+double PeakRatio(Settings const & settings, Case const & each, std::size_t variations) {
+  std::vector<std::string> words{
+      "--memory", "--variations", std::to_string(variations), "--frequencies", std::to_string(settings.frequencies),
+      "--data",   each.data};
+  if (!settings.run.folder.empty())
+    words.insert(words.end(), {"--folder", settings.run.folder});
+  bench::Ended const ended = bench::RunSelf(words);
   bench::Require(ended.exitCode == 0 && ended.signal == 0, "the process that measures memory failed");
   return std::stod(ended.output);
 }
 
 nlohmann::json Measure(Settings const & settings, Case const & each, std::size_t variations) {
-  bench::DataFolder const folder(settings.folder);
-  bench::SolvedWorld world(folder.Path(), variations, settings.frequencies);
-  double copying = HUGE_VAL;
-  double updating = HUGE_VAL;
-  // Taken in turns, so that both meet the same machine; each update is that of a report of its own.
-  for (int i = 0; i < settings.repeats; ++i) {
-    copying = std::min(copying, SecondsOfCopy(world));
-    SolutionPointSet & set = world.AddReport(each.y);
-    updating = std::min(updating, SecondsOfUpdate(world, set));
-    Check(world, world.TraceOf(set), each);
-  }
-  SolutionPointSet & set = world.AddReport(each.y);
-  SecondsOfUpdate(world, set);
-  double const again = SecondsOfUpdate(world, set);
-  return {{"y", each.shown},
+  auto const source = MakeSource(settings, each, variations);
+  auto const shortest = bench::ShortestInTurns(settings.run.repeats, {[&] { return source->SecondsOfCopy(); },
+                                                                      [&] {
+                                                                        source->Prepare(each.isComplex);
+                                                                        double const seconds = source->Update();
+                                                                        source->Check();
+                                                                        return seconds;
+                                                                      }});
+  double const again = source->Update(); // of a set that is clean
+  return {{"data", each.data},
+          {"y", each.isComplex ? "S" : "dB(S)"},
           {"variations", variations},
           {"samples", settings.frequencies},
-          {"update_ms", updating * 1e3},
-          {"us_per_variation", updating * 1e6 / static_cast<double>(variations)},
-          {"copy_ms", copying * 1e3},
-          {"ratio_to_copy", updating / copying},
+          {"update_ms", shortest[1] * 1e3},
+          {"us_per_variation", shortest[1] * 1e6 / static_cast<double>(variations)},
+          {"copy_ms", shortest[0] * 1e3},
+          {"copy_us_per_variation", shortest[0] * 1e6 / static_cast<double>(variations)},
+          {"ratio_to_copy", shortest[1] / shortest[0]},
           {"clean_update_us", again * 1e6},
-          {"peak_to_numbers", PeakRatio(settings, variations)}};
+          {"peak_to_numbers", PeakRatio(settings, each, variations)}};
 }
 
 int Run(Settings const & settings) {
   if (settings.isMemory)
-    return TellMemory(settings);
-  if (!settings.isJson)
-    std::cout << fmt::format("{:<8} {:>10} {:>8} {:>12} {:>16} {:>10} {:>8} {:>14} {:>12}\n", "y", "variations",
-                             "samples", "update ms", "us a variation", "copy ms", "ratio", "clean again us",
-                             "peak ratio");
-  for (Case const & each : cases)
+    return TellMemory(settings, settings.only == "library" ? cases[2] : cases[0]);
+  bench::ResultTable table({{"data", "data", -8},
+                            {"y", "y", -8},
+                            {"variations", "variations"},
+                            {"samples", "samples", 8},
+                            {"update ms", "update_ms", 12, 3},
+                            {"us a variation", "us_per_variation", 16, 2},
+                            {"copy ms", "copy_ms", 10, 3},
+                            {"ratio", "ratio_to_copy", 8, 2},
+                            {"growth", "growth", 8, 2},
+                            {"clean again us", "clean_update_us", 14, 1},
+                            {"peak ratio", "peak_to_numbers", 12, 2}},
+                           settings.run.isJson);
+  for (Case const & each : cases) {
+    if (!settings.only.empty() && settings.only != each.data)
+      continue;
+    double first = 0.0;
     for (std::size_t const variations : settings.variations) {
-      nlohmann::json const line = Measure(settings, each, variations);
-      if (settings.isJson)
-        std::cout << line.dump() << "\n";
-      else
-        std::cout << fmt::format("{:<8} {:>10} {:>8} {:>12.3f} {:>16.2f} {:>10.3f} {:>8.2f} {:>14.1f} {:>12.2f}\n",
-                                 each.shown, variations, settings.frequencies, line["update_ms"].get<double>(),
-                                 line["us_per_variation"].get<double>(), line["copy_ms"].get<double>(),
-                                 line["ratio_to_copy"].get<double>(), line["clean_update_us"].get<double>(),
-                                 line["peak_to_numbers"].get<double>())
-                  << std::flush;
+      nlohmann::json line = Measure(settings, each, variations);
+      double const cost = line["us_per_variation"];
+      first = first == 0.0 ? cost : first;
+      line["growth"] = cost / first;
+      table.Add(line);
     }
+  }
   return 0;
 }
 
@@ -150,18 +118,16 @@ int Run(Settings const & settings) {
 int main(int argc, char ** argv) {
   Settings settings;
   CLI::App app("What the update of a trace over many variations costs, as a ratio to copying the same numbers.");
+  settings.run.Declare(app);
   app.add_option("--variations", settings.variations, "variations of the solution")->delimiter(',');
   app.add_option("--frequencies", settings.frequencies, "samples of each variation");
-  app.add_option("--repeats", settings.repeats, "runs of which the shortest counts");
-  app.add_option("--folder", settings.folder, "where the data of the run goes");
+  app.add_option("--data", settings.only, "memory or library; else both")->check(CLI::IsMember({"memory", "library"}));
   app.add_flag("--memory", settings.isMemory, "one update; how much it held at most, as a ratio to its numbers");
-  app.add_flag("--json", settings.isJson, "one JSON object a line");
-  app.add_flag("--smoke", settings.isSmoke, "small sizes: shows that the program works");
   return bench::RunProgram("bench_extraction", app, argc, argv, [&] {
-    if (settings.isSmoke) {
+    if (settings.run.isSmoke) {
       settings.variations = {2, 5};
       settings.frequencies = 11;
-      settings.repeats = 1;
+      settings.run.repeats = 1;
     }
     return Run(settings);
   });

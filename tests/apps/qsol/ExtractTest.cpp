@@ -1,5 +1,6 @@
 #include "apps/qsol/ExtractVerb.h"
 #include "apps/qsol/FileNames.h"
+#include "apps/qsol/NumberTable.h"
 #include "basekit/io/CBlock.h"
 #include "tests/apps/qsol/QsolFixture.h"
 
@@ -56,6 +57,64 @@ TEST(FileNames, AreShortAndApartHoweverLongTheNameIs) {
     EXPECT_TRUE(names.insert(name).second);
     EXPECT_TRUE(names.insert(FileNameOf(AString(std::wstring(1, last)))).second);
   }
+}
+
+namespace {
+
+std::string CsvOf(wchar_t const * text) {
+  io::CBlock block;
+  EXPECT_TRUE(block.Unpack(AString(text)));
+  return qsol::NumbersAsCsv(block);
+}
+
+} // namespace
+
+TEST(NumbersAsCsv, HaveAColumnForEachListAndEachNumber) {
+  EXPECT_EQ(CsvOf(L"B { F(1e9, 2e9, 3e9) S(0.1, nan) Z0 = 50 Name = \"x\" On = true }"),
+            "F,S,Z0\n1e+09,0.1,50\n2e+09,nan,\n3e+09,,\n");
+}
+
+TEST(NumbersAsCsv, TitleColumnsByPathNameAndNumber) {
+  EXPECT_EQ(CsvOf(L"B { Q { Name = \"Gain\" Values(1, 2) } Q { Name = \"a,\\\"b\" Value = 3 } Q { V = 4 } }"),
+            "Q(Gain)/Values,\"Q(a,\"\"b)/Value\",Q[3]/V\n1,3,4\n2,,\n");
+  EXPECT_EQ(CsvOf(L"B { P(Name = \"in\", Z0 = 50) P(Name = \"in\", Z0 = 75) }"), "P[1]/Z0,P[2]/Z0\n50,75\n")
+      << "one name for both tells nothing";
+}
+
+TEST(NumbersAsCsv, KeepTheRowOfEachArgumentBesideTexts) {
+  EXPECT_EQ(CsvOf(L"B { M(\"a,b\", 17) T(\"only\", \"texts\") }"), "M\n\"a,b\"\n17\n");
+}
+
+TEST(NumbersAsCsv, AreNothingWhereThereIsNoNumber) { EXPECT_EQ(CsvOf(L"B { T = \"1\" V [\"x\"] C { } }"), ""); }
+
+TEST_F(ExtractedBlocks, AreTheirNumbersAsCsv) {
+  MakeLibrary();
+  ExtractOptions options;
+  options.names = {InternalName(DataName(L"a=1"))};
+  options.csv = true;
+  EXPECT_EQ(Extract(options).code, 0);
+  EXPECT_EQ(Bytes((Folder() / (options.names[0] + ".csv")).string()), "Value\n0.1\n");
+}
+
+TEST_F(ExtractedBlocks, WithoutNumbersHaveNoCsvAndAreMissedWhereTheyWereNamed) {
+  {
+    SolutionFileManager files{Path(File())};
+    io::CBlock block(L"FileHeader");
+    block << io::CBlock_named_value(L"Text", io::CBlock_value(L"none"));
+    ASSERT_EQ(files.SaveDefinition(block), CStreamioLibrary::kLibSuccess);
+    ASSERT_EQ(files.CommitAll(false), CStreamioLibrary::kLibSuccess);
+  }
+  ExtractOptions options;
+  options.csv = true;
+  options.names = {"FileHeader"};
+  auto const named = Extract(options);
+  EXPECT_EQ(named.code, 1);
+  EXPECT_TRUE(named.Notes("has no numbers"));
+  options.names.clear();
+  options.selection.kind = "header";
+  auto const chosen = Extract(options);
+  EXPECT_EQ(chosen.code, 0);
+  EXPECT_TRUE(chosen.Notes("has no numbers"));
 }
 
 TEST_F(ExtractedBlocks, StandInTheFolderAsTextThatReadsBack) {
