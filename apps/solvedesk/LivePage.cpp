@@ -31,9 +31,9 @@ using desktop::ErrorKind;
 
 constexpr Seconds kLook(0.1);
 constexpr Seconds kShortestPause(1);
-constexpr Seconds kLongestPause(30);
+constexpr Seconds kLongestPause(15);
 /// Making pages may take this part of the time at most, so that one of a large study stays cheap.
-constexpr double kShare = 4;
+constexpr double kShare = 2;
 constexpr double kShortestReload = 2;
 /// A state that can't be read now may be one that a save is about to change.
 constexpr int kMostFailures = 10;
