@@ -6,6 +6,8 @@
 
 namespace support {
 
+class FaultyFileSystem;
+
 /// A project over C = 1 and L = 2 whose quantities are V and W over Freq, and Total.
 class ReportTest : public EditorTest {
 protected:
@@ -21,6 +23,12 @@ protected:
   }
   /// Every cell as text; "-" without a value.
   static Rows RowsOf(desktop::ReportTable const & table);
+  /// Closes the session and opens the project anew on files that count what is done to them, reads among them: those
+  /// of a session that is open already would go uncounted.
+  std::unique_ptr<FaultyFileSystem> ReopenCounted(Access access = Access::kWrite);
+  /// A library looks ahead when it is opened, and small blocks are known from then on: this one is too large for that,
+  /// so that each read of it is one of the file.
+  void SolveLarge(AString const & variation, std::vector<double> const & values);
   Rows Show(desktop::ReportDefinition const & report) { return RowsOf(Live().Show(report).table); }
 };
 

@@ -72,18 +72,14 @@ protected:
   void SetContent(std::string const & content) const {
     Write(File().lexically_relative(m_folder.Path()).string(), content);
   }
-  /// How many operations on files, reads among them, a session takes to show the report once it is open.  It is opened
-  /// on the counting files: those of a session that is open already would go uncounted.
+  /// How many operations on files, reads among them, a session takes to show the report once it is open.
   int OperationsOfShowing(desktop::ReportDefinition const & report, Rows & rows, Access access = Access::kWrite) {
-    m_session.reset();
-    support::FaultyFileSystem files;
-    files.CountReads(true);
-    m_session = Open(access);
+    auto const files = ReopenCounted(access);
     if (m_discards)
       m_session->Discard();
-    int const opening = files.Operations();
+    int const opening = files->Operations();
     rows = Show(report);
-    return files.Operations() - opening;
+    return files->Operations() - opening;
   }
   /// That a session opened anew shows what was shown, from solved data or without any.
   void ExpectSameNumbers(bool areLoaded, Access access = Access::kWrite) {
