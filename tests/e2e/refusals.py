@@ -162,7 +162,7 @@ class Refusals(DeskTest):
         message = self.refuse(USAGE, 'slove', 'small')
         verbs = ('new, info, set, reload, setup, delete, solve, watch, convergence, profile, save, discard, values, '
                  'report, var, eval, port, '
-                 'touchstone, attach, attachments, detach, functions, recover, shell')
+                 'touchstone, import, compare, attach, attachments, detach, functions, recover, shell')
         for part in ("'slove'", verbs):
             self.assertIn(part, message)
         self.assertNotIn('worker', message)
