@@ -33,6 +33,12 @@ std::size_t FileBytes::Read(char * bytes, std::size_t size) {
   return count;
 }
 
+std::uint64_t FileBytes::Size() const {
+  std::error_code unknown;
+  std::uintmax_t const size = std::filesystem::file_size(m_Path, unknown);
+  return unknown ? 0 : size;
+}
+
 void FileBytes::Refuse(int error) const {
   throw TouchstoneFileError(m_Path.string() + ": can't be read: " + std::strerror(error) +
                             "; give a Touchstone file that you may read");

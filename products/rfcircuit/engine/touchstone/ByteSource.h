@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <string_view>
@@ -14,6 +15,8 @@ public:
 
   /** Fills at most `size` bytes and tells how many; none at the end. */
   virtual std::size_t Read(char * bytes, std::size_t size) = 0;
+  /** Of all that there is, before the first call of Read; zero where that isn't known. */
+  virtual std::uint64_t Size() const = 0;
 };
 
 /** Of a file; TouchstoneFileError where it can't be opened or read. */
@@ -25,6 +28,7 @@ public:
   FileBytes & operator=(FileBytes const &) = delete;
 
   std::size_t Read(char * bytes, std::size_t size) override;
+  std::uint64_t Size() const override;
 
 private:
   [[noreturn]] void Refuse(int error) const;
@@ -39,6 +43,7 @@ public:
   explicit TextBytes(std::string_view text) : m_Rest(text) {}
 
   std::size_t Read(char * bytes, std::size_t size) override;
+  std::uint64_t Size() const override { return m_Rest.size(); }
 
 private:
   std::string_view m_Rest;

@@ -16,12 +16,14 @@ namespace rf {
 namespace {
 
 constexpr std::size_t NOISE_NUMBERS = 5;
+constexpr std::size_t POINTS_BEFORE_RESERVING = 1000;
+constexpr std::uint64_t MOST_RESERVED = 1u << 23; // a file may claim any size
 
 /** Reads one text from its beginning to its end. */
 class Reading {
 public:
   Reading(IByteSource & source, std::string const & name, std::optional<std::size_t> ports)
-      : m_Name(name), m_Scanner(source, m_Name),
+      : m_Name(name), m_Bytes(source.Size()), m_Scanner(source, m_Name),
         m_Head(TouchstoneHeadReader(m_Scanner, ports, PortsOfTouchstoneName(name)).Read()), m_Maker(m_Head) {}
 
   TouchstoneData Read() {
@@ -110,12 +112,14 @@ private:
       RefuseValues(place, frequency);
     m_Network.frequencies.push_back(frequency);
     m_Network.matrices.push_back(std::move(*matrix));
+    if (m_Network.frequencies.size() == POINTS_BEFORE_RESERVING)
+      Reserve();
   }
 
   void ReadNumbers(double frequency) {
     std::size_t const count = m_Maker.Numbers();
     bool const isFirst = m_Network.frequencies.empty() && !m_Head.HasKeywords();
-    FewerPorts fewer(frequency * std::pow(10, -m_Head.frequencyShift));
+    FewerPorts fewer(isFirst ? frequency * std::pow(10, -m_Head.frequencyShift) : 0);
     while (m_Numbers.size() < count) {
       char const next = m_Scanner.Next();
       if (next == TouchstoneScanner::END_OF_LINE) {
@@ -148,6 +152,17 @@ private:
   void SkipDuplicate(TouchstonePlace const & place) {
     if (m_Duplicates++ == 0)
       m_FirstDuplicate = place.line;
+  }
+
+  // For as many points as the rest of the text can hold if they go on as they began.
+  void Reserve() {
+    std::uint64_t const bytes = m_Scanner.BytesRead();
+    if (m_Bytes <= bytes)
+      return;
+    std::uint64_t const expected = m_Bytes / (bytes / POINTS_BEFORE_RESERVING + 1);
+    auto const count = static_cast<std::size_t>(std::min(expected, MOST_RESERVED));
+    m_Network.frequencies.reserve(count);
+    m_Network.matrices.reserve(count);
   }
 
   [[noreturn]] void RefuseValues(TouchstonePlace const & place, double frequency) {
@@ -239,6 +254,7 @@ private:
   void Note(std::size_t line, std::string const & text) { m_Head.notes.push_back({line, text}); }
 
   std::string m_Name;
+  std::uint64_t m_Bytes; ///< of the whole text, if that is known
   TouchstoneScanner m_Scanner;
   TouchstoneHead m_Head;
   TouchstonePointMaker m_Maker;

@@ -17,7 +17,7 @@ namespace rf {
     extension: `.s2p`.  Y-, Z-, G- and H-parameters become S-parameters of the file's reference impedances; a point that
     has none is refused.  Noise data is skipped; what else was skipped or assumed stands in the notes.
 
-    The file goes through a buffer of 256 KiB; memory is that of the result, whatever the file claims of itself.
+    The file goes through a buffer of at most 256 KiB; memory is that of the result, whatever the file claims of itself.
     Throws TouchstoneFileError (missing, a folder, unreadable), TouchstoneSyntaxError for anything else. */
 TouchstoneData ReadTouchstone(std::filesystem::path const & path, std::optional<std::size_t> ports = std::nullopt);
 

@@ -7,14 +7,24 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 namespace rf {
 namespace {
 
-constexpr std::size_t BUFFER_SIZE = 256 * 1024;
+constexpr std::size_t LARGEST_BUFFER = 256 * 1024;
+constexpr std::size_t SMALLEST_BUFFER = 4 * TouchstoneScanner::LONGEST_WORD;
 constexpr std::size_t LONGEST_LINE_KEPT = 1024;
 constexpr std::size_t LONGEST_WORD_SHOWN = 40;
+constexpr std::size_t MOST_EXPONENT = 16;   // characters
 constexpr char END_OF_FILE_OF_OLD = '\x1a'; // some systems once ended their texts with it
+
+// For a text of a size that may not be known: zero.
+std::size_t BufferFor(std::uint64_t size) {
+  if (size == 0)
+    return LARGEST_BUFFER;
+  return static_cast<std::size_t>(std::clamp<std::uint64_t>(size, SMALLEST_BUFFER, LARGEST_BUFFER));
+}
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
 bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
@@ -32,8 +42,9 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
-// The digits of a word as from_chars takes them: `+1.5D+3` times 10^9 is 1.5e12.
-bool Rewrite(std::string_view word, int shift, std::string & text) {
+// The digits of a word as from_chars takes them: `+1.5D+3` times 10^9 is 1.5e12.  The end of what was written, or null.
+char * Rewrite(std::string_view word, int shift, char * text) {
+  constexpr int MOST = 1000000; // beyond any double, within any int
   if (word.size() > 1 && word[0] == '+' && word[1] != '-')
     word.remove_prefix(1);
   std::size_t const mark = std::min(word.find_first_of("eEdD"), word.size());
@@ -45,19 +56,41 @@ bool Rewrite(std::string_view word, int shift, std::string & text) {
       ++first;
     auto const result = std::from_chars(first, last, exponent);
     if (result.ptr != last || result.ec == std::errc::invalid_argument)
-      return false;
+      return nullptr;
     if (result.ec != std::errc())
-      exponent = *first == '-' ? -1000000 : 1000000;
+      exponent = *first == '-' ? -MOST : MOST;
   }
-  exponent = std::clamp(exponent, -1000000, 1000000) + shift;
-  text.assign(word.substr(0, mark)).append("e").append(std::to_string(exponent));
-  return true;
+  text = std::copy_n(word.data(), mark, text);
+  *text++ = 'e';
+  return std::to_chars(text, text + MOST_EXPONENT, std::clamp(exponent, -MOST, MOST) + shift).ptr;
+}
+
+// Up to 15 digits and powers of ten up to 22 are exact, so that their product or quotient is rounded once.  What stands
+// in front of these has no exponent: `2.45`.
+std::optional<double> ShortDecimal(char const *& at, int shift) {
+  constexpr double POWERS[] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                               1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  std::int64_t digits = 0;
+  int count = 0;
+  char const * point = nullptr;
+  char const * end = at;
+  for (; (*end >= '0' && *end <= '9') || (*end == '.' && !point); ++end) {
+    if (*end == '.')
+      point = end;
+    else if (++count <= 15)
+      digits = 10 * digits + (*end - '0');
+  }
+  if (count == 0 || count > 15 || !EndsWord(*end))
+    return std::nullopt;
+  int const power = shift - (point ? static_cast<int>(end - point) - 1 : 0);
+  at = end;
+  return power < 0 ? static_cast<double>(digits) / POWERS[-power] : static_cast<double>(digits) * POWERS[power];
 }
 
 } // namespace
 
 TouchstoneScanner::TouchstoneScanner(IByteSource & source, std::string const & name)
-    : m_Source(source), m_Name(name), m_Buffer(BUFFER_SIZE + 1), m_CommentRoom(64 * 1024) {
+    : m_Source(source), m_Name(name), m_Buffer(BufferFor(source.Size()) + 1), m_CommentRoom(64 * 1024) {
   m_At = m_End = m_Buffer.data();
   Fill();
   PassByteOrderMark();
@@ -68,8 +101,9 @@ void TouchstoneScanner::Fill() {
   m_Passed += static_cast<std::uint64_t>(m_At - m_Buffer.data());
   std::memmove(m_Buffer.data(), m_At, rest);
   std::size_t size = rest;
-  while (size < BUFFER_SIZE && !m_IsLastPiece) {
-    std::size_t const count = m_Source.Read(m_Buffer.data() + size, BUFFER_SIZE - size);
+  std::size_t const room = m_Buffer.size() - 1;
+  while (size < room && !m_IsLastPiece) {
+    std::size_t const count = m_Source.Read(m_Buffer.data() + size, room - size);
     m_IsLastPiece = count == 0;
     size += count;
   }
@@ -178,13 +212,17 @@ std::string TouchstoneScanner::Keyword() {
 
 double TouchstoneScanner::Number(int shift) {
   Prepare();
+  if (shift != 0) {
+    auto const value = ShortDecimal(m_At, shift);
+    return value ? *value : UnusualNumber(shift);
+  }
   double value = 0;
   char const * const first = *m_At == '+' && m_At[1] != '-' ? m_At + 1 : m_At;
   auto const result = std::from_chars(first, m_End, value);
-  bool const isUsual = shift == 0 && result.ec == std::errc() && EndsWord(*result.ptr) && std::isfinite(value) &&
+  bool const isUsual = result.ec == std::errc() && EndsWord(*result.ptr) && std::isfinite(value) &&
                        result.ptr - m_At <= static_cast<std::ptrdiff_t>(LONGEST_WORD);
   if (!isUsual)
-    return UnusualNumber(shift);
+    return UnusualNumber(0);
   m_At = result.ptr;
   return value;
 }
@@ -192,15 +230,16 @@ double TouchstoneScanner::Number(int shift) {
 double TouchstoneScanner::UnusualNumber(int shift) {
   TouchstonePlace const place = Place();
   std::string_view const word = Word();
-  std::string text;
+  char text[LONGEST_WORD + 1 + MOST_EXPONENT];
   double value = 0;
-  bool isNumber = Rewrite(word, shift, text);
+  char const * const last = Rewrite(word, shift, text);
+  bool isNumber = last != nullptr;
   if (isNumber) {
-    char const * const last = text.data() + text.size();
-    auto const result = std::from_chars(text.data(), last, value);
+    auto const result = std::from_chars(text, last, value);
     isNumber = result.ptr == last && result.ec != std::errc::invalid_argument;
     if (isNumber && result.ec == std::errc::result_out_of_range)
-      value = text.find("e-") == std::string::npos ? HUGE_VAL : 0;
+      value =
+          std::string_view(text, static_cast<std::size_t>(last - text)).find("e-") == std::string::npos ? HUGE_VAL : 0;
   }
   if (!isNumber)
     Fail(place, Shown(word) + " is not a number", "expected a number such as -1.5e-3");

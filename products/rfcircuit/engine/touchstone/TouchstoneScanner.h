@@ -16,9 +16,9 @@ struct TouchstonePlace {
   std::size_t column = 1;
 };
 
-/** Words, numbers and line ends of a Touchstone text, which goes through a buffer of fixed size.  Blanks and comments
-   are passed over, comments are gathered.  A line ends with LF, CR LF or CR.  Keeps the name and the source it is made
-   of; what is no Touchstone throws TouchstoneSyntaxError. */
+/** Words, numbers and line ends of a Touchstone text, which goes through a buffer of at most 256 KiB.  Blanks and
+   comments are passed over, comments are gathered.  A line ends with LF, CR LF or CR.  Keeps the name and the source it
+   is made of; what is no Touchstone throws TouchstoneSyntaxError. */
 class TouchstoneScanner {
 public:
   static constexpr char END_OF_LINE = '\n';

@@ -210,6 +210,22 @@ TEST(TouchstoneReader, TextsManyTimesTheBufferAreReadWhole) {
   EXPECT_EQ(data.facts.bytes, text.size());
 }
 
+TEST(TouchstoneReader, WhereTheBufferEndsMakesNoDifference) {
+  std::string const rest = "\r\n# GHz S RI R 50 ! c\r\n1.25 +1.5D-2\t-2.5e+1!d\r\n\r2.5\r\n-1 0\r\n";
+  auto const check = [&](std::size_t before) {
+    std::string const text = "!" + std::string(256 * 1024 - before, 'x') + rest;
+    auto const data = ReadTouchstoneText(text + "!" + std::string(1000, 'y'), "x.s1p");
+    EXPECT_EQ(data.network.frequencies, (Frequencies{1.25e9, 2.5e9})) << before;
+    EXPECT_EQ(data.network.matrices[0](0, 0), Complex(0.015, -25)) << before;
+    EXPECT_EQ(data.comments.size(), 4u) << before;
+    EXPECT_EQ(data.facts.lines, 7u) << before;
+  };
+  for (std::size_t before = 0; before < 80; ++before)
+    check(before);
+  for (std::size_t before = 500; before < 620; ++before)
+    check(before);
+}
+
 TEST(TouchstoneReader, ACommentLongerThanTheBufferIsPassed) {
   auto const data =
       ReadTouchstoneText("!" + std::string(600000, 'x') + "\n# Hz RI\n1 0 0 !" + std::string(600000, 'y'), "x.s1p");
