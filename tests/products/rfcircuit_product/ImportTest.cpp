@@ -1,4 +1,5 @@
 #include "basekit/file/LongFileName.h"
+#include "basekit/text/Utf8.h"
 #include "desktop/product/ImportedSetup.h"
 #include "desktop/product/ImportedSolution.h"
 #include "tests/products/rfcircuit_product/RfProductTest.h"
