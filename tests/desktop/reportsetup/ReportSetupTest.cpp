@@ -209,6 +209,17 @@ TEST_F(ReportSetupModule, ReportsFollowEditsOfVariables) {
   EXPECT_EQ(Show(Report({L"C*V"}, {L"C"})).size(), 5u);
 }
 
+TEST_F(ReportSetupModule, PointsFromBeforeAVariableWasAddedAreGaps) {
+  m_session->GetEditor().AddVariable(L"T", L"1");
+  EXPECT_EQ(Table(Report({L"V"}, {L"C"})).gaps, 2u);
+  Solve(*m_session, L"C=2; L=2; T=1", {12});
+  auto const table = Table(Report({L"V"}, {L"C"}));
+  EXPECT_EQ(RowsOf(table).back(), (std::vector<AString>{L"2", L"1", L"12"}));
+  EXPECT_EQ(table.gaps, 1u);
+  m_session->GetEditor().Undo();
+  EXPECT_EQ(Show(Report({L"V"}, {L"C"})).size(), 5u);
+}
+
 TEST_F(ReportSetupModule, OutputVariablesStayAsTheyAre) {
   EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().AddOutputVariable(L"Double", L"2*V"); }).kind, ErrorKind::kUsage);
   Reopen(false);
