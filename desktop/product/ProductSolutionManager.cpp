@@ -144,6 +144,24 @@ io::ReadError ProductSolutionManager::DefinitionFileRead(io::CBlock const & bloc
   return result;
 }
 
+io::ReadError ProductSolutionManager::DesignFileRead(io::CBlock const & block) {
+  if (AreOldReportStructuresSupported())
+    return BaseSolutionManager::DesignFileRead(block);
+  io::CBlock rest(block.Name());
+  for (auto const & item : block)
+    if (item->IsBlock() && AString::MatchNoCase(item->Name(), kOutputVariableBlockName))
+      m_outputVariables = std::make_shared<io::CBlock>(static_cast<io::CBlock const &>(*item));
+    else
+      rest << item;
+  return BaseSolutionManager::DesignFileRead(rest);
+}
+
+bool ProductSolutionManager::DesignFileWrite(io::CBlock & block) {
+  if (m_outputVariables)
+    block << *m_outputVariables;
+  return BaseSolutionManager::DesignFileWrite(block);
+}
+
 bool ProductSolutionManager::AllFilesWrite(io::CBlock & block) {
   m_writesReports = true;
   bool const isWritten = WriteWithResultStores(block);

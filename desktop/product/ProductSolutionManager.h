@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 
@@ -104,6 +105,9 @@ protected:
   /// The design's own blocks and the setups that they name; the library is not asked.
   io::ReadError DefinitionFileRead(io::CBlock const & block, bool discardCache) override;
   bool AllFilesWrite(io::CBlock & block) override;
+  /// Under the reporter rewrite the library has no output variables: those of the project pass through as they are.
+  io::ReadError DesignFileRead(io::CBlock const & block) override;
+  bool DesignFileWrite(io::CBlock & block) override;
   bool DefinitionFileWrite(io::CBlock & block) override;
   /// Versions are told by setup and solution names, so the design's names come first.
   void SetRecoveredVersionIDs() override;
@@ -167,6 +171,8 @@ private:
   std::size_t m_savedStores = 0;
   int m_lostResultFiles = 0;
   bool m_writesReports = false;
+  std::shared_ptr<io::CBlock const>
+      m_outputVariables; ///< of a design that was read under the reporter rewrite; may be null
 };
 
 } // namespace desktop

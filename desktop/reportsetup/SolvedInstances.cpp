@@ -1,5 +1,6 @@
 #include "desktop/reportsetup/SolvedInstances.h"
 
+#include "basekit/value/Variable.h"
 #include "plotkit/simvalue/SolutionLoadDefinition.h"
 #include "solutionmanager/extraction/SolutionInstanceManager.h"
 
@@ -8,6 +9,10 @@ namespace desktop {
 SolvedInstances::SolvedInstances(SolutionInstanceManager const & manager, long designID, long solutionID,
                                  IProgressMonitor * progress) {
   SolutionLoadDefinition const definition(designID, solutionID, nullptr);
+  std::vector<Variable *> variables;
+  manager.GetMajorVariables(variables, &definition, nullptr);
+  for (Variable const * const variable : variables)
+    m_names.push_back(variable->GetName());
   std::vector<IContextedDerivedDataInstance *> instances;
   manager.GetAvailableInstances(instances, &definition, progress);
   for (IContextedDerivedDataInstance * const instance : instances) {
@@ -19,12 +24,10 @@ SolvedInstances::SolvedInstances(SolutionInstanceManager const & manager, long d
 }
 
 IContextedDerivedDataInstance * SolvedInstances::Find(VariableValues const & values) const {
-  if (m_instances.empty())
-    return nullptr;
   VariableValues wanted;
-  for (VariableValues::Entry const & entry : m_instances.begin()->first)
-    if (Value const * const value = values.Find(entry.name))
-      wanted.Set(entry.name, *value);
+  for (AString const & name : m_names)
+    if (Value const * const value = values.Find(name))
+      wanted.Set(name, *value);
   auto const found = m_instances.find(wanted);
   return found == m_instances.end() ? nullptr : found->second.get();
 }

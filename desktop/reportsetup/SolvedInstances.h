@@ -19,10 +19,12 @@ class SolvedInstances {
 public:
   SolvedInstances(SolutionInstanceManager const & manager, long designID, long solutionID, IProgressMonitor * progress);
   bool empty() const { return m_instances.empty(); }
-  /// Null when nothing is solved at these values.  Names that the instances don't have play no part.
+  /// Null when nothing is solved at these values.  Those of other variables than the major ones play no part; an
+  /// instance that lacks one of these, as from before it was added, is none.
   IContextedDerivedDataInstance * Find(VariableValues const & values) const;
 
 private:
+  std::vector<AString> m_names; ///< of the major variables
   std::map<VariableValues, std::unique_ptr<IContextedDerivedDataInstance>, VariableValues::LessVariableValues>
       m_instances;
 };

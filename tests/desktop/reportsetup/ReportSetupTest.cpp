@@ -73,6 +73,11 @@ protected:
   support::RewriteExtractor & Extractor() {
     return dynamic_cast<support::RewriteExtractor &>(*SolutionOf(*m_session).GetBaseSimDataExtractor());
   }
+  void Reopen(bool isRewriteActive) {
+    m_session.reset();
+    m_desktop.SetReportRewriteEnabled(isRewriteActive);
+    m_session = Open();
+  }
   AString Variables() { return m_session->GetDesign().GetVariation(); }
 
   std::unique_ptr<desktop::Session> m_session;
@@ -193,12 +198,10 @@ TEST_F(ReportSetupModule, EditsSavesAndReopeningTouchNoRetiredMember) {
 TEST_F(ReportSetupModule, ReportsFollowEditsOfVariables) {
   ReportSetup(*m_session).Add(Report({L"C*V"}, {L"C"}));
   desktop::Editor & editor = m_session->GetEditor();
-  editor.AddVariable(L"T", L"1");
   editor.RenameVariable(L"C", L"Cap");
   auto const report = *m_session->GetReports().Find(L"curves");
   EXPECT_EQ(report.y, (std::vector<AString>{L"Cap*V"}));
   EXPECT_EQ(Show(report)[0], (std::vector<AString>{L"1", L"1", L"10"}));
-  editor.Undo();
   editor.Undo();
   editor.EditSetup(L"Sweep", L"wide");
   EXPECT_EQ(Table(*m_session->GetReports().Find(L"curves")).gaps, 0u);
@@ -206,22 +209,29 @@ TEST_F(ReportSetupModule, ReportsFollowEditsOfVariables) {
   EXPECT_EQ(Show(Report({L"C*V"}, {L"C"})).size(), 5u);
 }
 
+TEST_F(ReportSetupModule, PointsFromBeforeAVariableWasAddedAreGaps) {
+  m_session->GetEditor().AddVariable(L"T", L"1");
+  EXPECT_EQ(Table(Report({L"V"}, {L"C"})).gaps, 2u);
+  Solve(*m_session, L"C=2; L=2; T=1", {12});
+  auto const table = Table(Report({L"V"}, {L"C"}));
+  EXPECT_EQ(RowsOf(table).back(), (std::vector<AString>{L"2", L"1", L"12"}));
+  EXPECT_EQ(table.gaps, 1u);
+  m_session->GetEditor().Undo();
+  EXPECT_EQ(Show(Report({L"V"}, {L"C"})).size(), 5u);
+}
+
 TEST_F(ReportSetupModule, OutputVariablesStayAsTheyAre) {
   EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().AddOutputVariable(L"Double", L"2*V"); }).kind, ErrorKind::kUsage);
-  m_desktop.SetReportRewriteEnabled(false);
+  Reopen(false);
   m_session->GetEditor().AddOutputVariable(L"Double", L"2*V");
   m_session->Save();
-  m_session.reset();
-  m_desktop.SetReportRewriteEnabled(true);
-  m_session = Open();
+  Reopen(true);
   EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().EditOutputVariable(L"Double", L"3*V"); }).kind, ErrorKind::kUsage);
   EXPECT_EQ(RefusalOf([&] { m_session->GetEditor().DeleteOutputVariable(L"Double"); }).kind, ErrorKind::kUsage);
   EXPECT_TRUE(RefusalOf([&] { Show(Report({L"Double"})); }).kind);
   m_session->GetEditor().SetVariables({{L"C", L"2"}});
   m_session->Save();
-  m_session.reset();
-  m_desktop.SetReportRewriteEnabled(false);
-  m_session = Open();
+  Reopen(false);
   EXPECT_EQ(m_session->GetLiveReports().Show(Report({L"Double"})).table.At(0, 1)->real(), 22.0);
 }
 
@@ -240,18 +250,14 @@ TEST_F(ReportSetupModule, AProductThatKnowsNoRewriteIsRefused) {
 }
 
 TEST_F(ReportSetupModule, ReportsOfTheFormerStructuresAreShownOfTheSameProject) {
-  m_desktop.SetReportRewriteEnabled(false);
-  m_session.reset();
-  m_session = Open();
+  Reopen(false);
   m_session->GetEditor().AddReport(Report({L"V"}, {L"C"}));
   auto const & former = m_session->GetLiveReports().Show(Report({L"V"}, {L"C"})).table;
   std::vector<double> numbers;
   for (std::size_t row = 0; row < former.RowCount(); ++row)
     numbers.push_back(former.At(row, 2)->real());
   m_session->Save();
-  m_session.reset();
-  m_desktop.SetReportRewriteEnabled(true);
-  m_session = Open();
+  Reopen(true);
   auto const table = Table(Report({L"V"}, {L"C"}));
   ASSERT_EQ(table.rows.size(), numbers.size());
   for (std::size_t row = 0; row < numbers.size(); ++row)

@@ -5,6 +5,7 @@
 #include "desktop/reportsetup/ReportLoadInfo.h"
 
 #include <algorithm>
+#include <list>
 
 namespace support {
 
@@ -43,10 +44,10 @@ void RewriteExtractor::GetAvailableInstances(std::vector<IContextedSolutionInsta
                                              IDerivedDataDefinition const *, IProgressMonitor *) const {
   long const version = GetBaseSolution()->GetClosestVersionWithData();
   m_instances.clear();
-  for (auto const & [index, variation] : GetBaseSolution()->GetVariations())
-    if (variation->GetVersionID() == version)
-      m_instances.push_back(std::make_unique<RewriteInstance>(const_cast<RewriteExtractor &>(*this),
-                                                              variation->GetDesignVariationKey(), version));
+  std::list<AString> variations;
+  GetBaseSolution()->GetAvailableVariations(variations, version);
+  for (AString const & variation : variations)
+    m_instances.push_back(std::make_unique<RewriteInstance>(const_cast<RewriteExtractor &>(*this), variation, version));
   for (auto const & instance : m_instances)
     instances.push_back(instance.get());
 }
