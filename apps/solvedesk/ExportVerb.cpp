@@ -163,7 +163,7 @@ void AddExportVerb(CLI::App & program, Action & action) {
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk export lowpass --point 'cscale=0.9; lscale=1' --to best\n"
-               "  solvedesk report best/lowpass\n\n"
+               "  solvedesk info best/lowpass\n\n"
                "The folder holds a project of the same name, whose variables have the values of the point and whose\n"
                "results are the point's alone, in all setups. The project itself stays as it is. All of it is\n"
                "written, or none and the folder is as it was. Without --unsaved another process may work with the\n"

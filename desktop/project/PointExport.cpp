@@ -23,6 +23,7 @@
 #include "solutionmanager/transfer/ExportVariationContextObject.h"
 
 #include <functional>
+#include <set>
 
 namespace desktop {
 
@@ -112,15 +113,16 @@ void PointExport::Write(LongFileName const & folder) {
   Check(file);
 }
 
+// A library that went on since the save shows what was saved block by block alone.
+bool PointExport::AssumesSavedState() const { return m_state == State::kSaved && !m_session.GetSavedLength(); }
+
 void PointExport::WriteResults(LongFileName const & results) {
   ProductSolutionManager const & manager = m_session.GetManager();
-  // A library that went on since the save shows what was saved block by block alone.
-  bool const isSaved = m_state == State::kSaved && !m_session.GetSavedLength();
   {
-    ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), isSaved);
+    ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), AssumesSavedState());
     m_blocks = PointBlocks(manager).NamesOfPoint();
   }
-  if (!manager.ExportDesignPointResults(results, m_variation, isSaved))
+  if (!manager.ExportDesignPointResults(results, m_variation, AssumesSavedState()))
     throw Error(ErrorKind::kStorage, results.FilePath() + L": the library can't be copied (" + LFN_LastError() +
                                          L"); make room or get permission, and try again");
   AString const designFolder = manager.GetResultFilesFolder(false).substr(manager.GetProjectResultsDir().size());
@@ -129,9 +131,8 @@ void PointExport::WriteResults(LongFileName const & results) {
 
 void PointExport::CheckFiles(LongFileName const & folder) {
   ProductSolutionManager const & manager = m_session.GetManager();
-  bool const isSaved = m_state == State::kSaved && !m_session.GetSavedLength();
   PointFiles const point =
-      isSaved ? PointFiles::Saved(manager, m_variation) : PointFiles::Unsaved(manager, m_variation);
+      AssumesSavedState() ? PointFiles::Saved(manager, m_variation) : PointFiles::Unsaved(manager, m_variation);
   for (auto const * const names : {&point.files, &point.dirs})
     for (AString const & name : *names) {
       auto const renamed = point.renamed.find(name);
@@ -146,7 +147,7 @@ void PointExport::CheckFiles(LongFileName const & folder) {
 
 ProjectRecord PointExport::MakeRecord() const {
   ProductSolutionManager const & manager = m_session.GetManager();
-  ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), m_state == State::kSaved);
+  ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), AssumesSavedState());
   ProjectRecord record = MakeRecordOf({m_session.GetProduct(), m_session.GetProject(), m_session.GetDesign(), manager,
                                        m_session.GetEditLog(), m_session.GetReports()},
                                       ReadMethod::kDefinitionOnly);

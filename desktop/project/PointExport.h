@@ -3,7 +3,6 @@
 #include "basekit/file/LongFileName.h"
 
 #include <cstdint>
-#include <set>
 #include <vector>
 
 namespace desktop {
@@ -47,11 +46,12 @@ public:
   int CountFiles() const { return m_files; }
 
 private:
+  bool AssumesSavedState() const;
   void WriteResults(LongFileName const & results);
   ProjectRecord MakeRecord() const;
   void TakeValuesOfPoint(ProjectRecord & record) const;
   void Check(LongFileName const & file) const;
-  void CheckFiles(LongFileName const & results);
+  void CheckFiles(LongFileName const & folder);
   [[noreturn]] void RefusePoint(AString const & what) const;
 
   Session & m_session;

@@ -159,11 +159,18 @@ class ExportPoint(DeskTest):
         self.assertIn('stale', done.stdout)
         self.assertFalse(self.variations('point/divider')['res=10']['valid'])
 
-    def test_what_a_crash_left_is_taken_with_unsaved(self):
-        self.solved('10')
-        self.run_desk('solve', 'divider', '--vary', 'res=20', '--no-save')
-        self.export(20, '--unsaved')
+    def test_the_saved_state_is_exported_beside_a_process_that_has_the_project(self):
+        self.solved('10,20')
+        shell = subprocess.Popen([SOLVEDESK, 'shell', 'divider'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                 stderr=subprocess.PIPE, text=True)
+        self.addCleanup(shell.communicate, 'exit\n', 60)
+        shell.stdin.write('set res=7\n')
+        shell.stdin.flush()
+        self.assertTrue(shell.stdout.readline())
+        self.export(20)
         self.assertEqual(list(self.variations('point/divider')), ['res=20'])
+        self.refuse(6, 'export', 'divider', '--point', 'res=20', '--to', 'now', '--unsaved')
+        self.assertFalse(os.path.exists('now'))
 
     def test_any_program_is_exported_likewise(self):
         write('small.solver', PRODUCT)
@@ -220,10 +227,12 @@ class ExportPoint(DeskTest):
                 self.assertIn('own folder', self.refuse(2, 'export', 'divider', '--point', 'res=10', '--to', folder))
         self.assertEqual(self.state_of('divider.results'), before)
 
-    def test_a_folder_without_permission_is_told(self):
-        if os.geteuid() == 0:
-            self.skipTest('root may write everywhere')
+    def test_a_folder_that_cannot_be_made_is_told(self):
         self.solved('10')
+        write('note', 'a file')
+        self.assertIn('note', self.refuse(7, 'export', 'divider', '--point', 'res=10', '--to', 'note/point'))
+        if os.geteuid() == 0:
+            return  # may write everywhere else
         os.mkdir('shut')
         os.chmod('shut', 0o500)
         self.assertIn('shut', self.refuse(7, 'export', 'divider', '--point', 'res=10', '--to', 'shut/point'))
@@ -254,10 +263,9 @@ class ExportPoint(DeskTest):
         self.solved('10,20')
         listed = json.loads(subprocess.run([QSOL, 'list', 'divider.results/divider.qsol', '--json'],
                                            capture_output=True, text=True, timeout=60, check=True).stdout)
-        blocks = [b for b in listed['blocks'] if 'res=20' in json.dumps(b)]
-        longest = max(blocks, key=lambda b: b['length'])
+        block, = (b for b in listed['blocks'] if b['kind'] == 'data' and b['variation'] == 'res=20')
         with open('divider.results/divider.qsol', 'r+b') as file:
-            file.seek(longest['offset'] + longest['length'] - 20)
+            file.seek(block['offset'] + block['bytes'] - 20)
             file.write(b'\xff\x00\xff')
         self.assertIn("can't be read", self.refuse(3, 'export', 'divider', '--point', 'res=20', '--to', 'point'))
         self.assertFalse(os.path.exists('point'))

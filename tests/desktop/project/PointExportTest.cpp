@@ -50,7 +50,7 @@ TEST_F(PointExports, OpensWithTheNumbersAndTheVariablesOfThePoint) {
 
 TEST_F(PointExports, FindsThePointByAnyTextThatEqualsIt) {
   auto const session = Open(Access::kReadOnly);
-  EXPECT_EQ(PointExport::FindPoint(*session, L"l=2; c=3000m"), kSecond);
+  EXPECT_EQ(PointExport::FindPoint(*session, L"l=2; c=0.003k"), kSecond);
   EXPECT_EQ(PointExport::FindPoint(*session, L"C=4; L=2"), L"");
   EXPECT_EQ(PointExport::SolvedVariations(*session), (std::vector<AString>{kFirst, kSecond}));
 }
@@ -121,8 +121,9 @@ TEST_F(PointExports, OnAFailingDiskAreRefusedOrWholeAndCostTheProjectNothing) {
     isWhole = !faulty.HasFailed();
     faulty.Pause(true);
     refused += refusal.kind ? 1 : 0;
-    if (!refusal.kind)
+    if (!refusal.kind) {
       EXPECT_EQ(ValueOf(*OpenExported(), kSecond), 2.5) << "operation " << operation;
+    }
   }
   EXPECT_TRUE(isWhole);
   EXPECT_GT(refused, 5);
