@@ -6,6 +6,8 @@
 #include "apps/solvedesk/WordList.h"
 #include "desktop/Error.h"
 #include "desktop/command/Editor.h"
+#include "desktop/message/NameList.h"
+#include "desktop/report/ReportCurves.h"
 #include "desktop/report/ReportList.h"
 
 #include <CLI/CLI.hpp>
@@ -72,7 +74,7 @@ void CheckWords(ReportWords const & words) {
   if (!isDefinition && words.HasDefinition())
     throw Error(ErrorKind::kUsage, L"report " + action +
                                        L": takes no definition; --x, --y, --over, --setup, "
-                                       L"--solution and --display go with add and edit");
+                                       L"--solution, --variation and --display go with add and edit");
   if (words.action == "add" && words.y.empty())
     throw Error(ErrorKind::kUsage, L"report add: needs --y, as in --y \"dB(S(2,1))\"; give it once for each curve");
   if (words.action != "show" && !words.view.csv.empty())
@@ -82,11 +84,12 @@ void CheckWords(ReportWords const & words) {
 ReportDefinition const & Known(desktop::ReportList const & reports, AString const & name) {
   if (ReportDefinition const * const report = reports.Find(name))
     return *report;
-  AString known;
+  std::vector<AString> known;
   for (ReportDefinition const & report : reports.All())
-    known += (known.empty() ? L"" : L", ") + report.name;
-  throw Error(ErrorKind::kUsage, L"report " + name + L": the project has no report of that name; it has: " +
-                                     (known.empty() ? AString(L"none; add one with `report add`") : known));
+    known.push_back(report.name);
+  throw Error(ErrorKind::kUsage,
+              L"report " + desktop::ShortName(name) + L": the project has no report of that name; it has: " +
+                  desktop::NameList(known, name) + (known.empty() ? L"; add one with `report add`" : L""));
 }
 
 int List(ReportWords const & words) {
@@ -134,9 +137,46 @@ int RunReport(ReportWords const & words) {
   auto const session = OpenForWriting(words.project);
   EditResult const result(*session);
   bool const isChanged = Change(*session, words);
+  nlohmann::ordered_json notices = nlohmann::ordered_json::array();
+  if (ReportDefinition const * const report = session->GetReports().Find(ArgumentText(words.name)))
+    for (AString const & doubt : desktop::FindProblems(*session, *report))
+      notices.push_back(Utf8(doubt));
   result.Print(words.view.output, words.project, isChanged, "the report is like that already",
-               {{"action", words.action}, {"report", words.name}});
+               {{"action", words.action}, {"report", words.name}, {"notices", notices}});
+  for (auto const & notice : notices)
+    PrintMessage(notice.get<std::string>());
   return 0;
+}
+
+// Of the action that help is asked for.
+std::string HelpEnd(std::string const & action) {
+  if (action == "add")
+    return "report add NAME --y EXPR: defines a report.  It may name what isn't there yet, and tells so.\n\nExamples:\n"
+           "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
+           "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
+           "  solvedesk report lowpass add at1g --x cscale --y \"YAtXVal(dB(S(2,1)),1GHz)\" --y \"bandwidth(S(2,1))\"";
+  if (action == "edit")
+    return "report edit NAME: what is told takes the place of what the report has, all else stays.\n\nExamples:\n"
+           "  solvedesk report lowpass edit gain --y \"dB(S(2,1))\"\n"
+           "  solvedesk report lowpass edit gain --variation \"lscale=0.9\" --display rectangular";
+  if (action == "show")
+    return "report show NAME: the report's numbers; --csv, --complex, --json and --quiet alone go with "
+           "it.\n\nExamples:\n"
+           "  solvedesk report lowpass show gain\n"
+           "  solvedesk report lowpass show gain --csv gain.csv --complex mag-deg";
+  if (action == "list")
+    return "report list: all reports with what they show.\n\nExample:\n  solvedesk report lowpass list --json";
+  if (action == "remove")
+    return "report remove NAME: drops the definition; nothing solved is touched.\n\nExample:\n"
+           "  solvedesk report lowpass remove gain";
+  return "Examples:\n"
+         "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
+         "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
+         "  solvedesk report lowpass show gain --csv gain.csv\n"
+         "  solvedesk report lowpass remove gain\n\n"
+         "A row stands for each sample of each variation; a variation without solved data is one row of '-'.\n"
+         "Only what an edit or a solve reached is evaluated again when a report is shown once more.\n"
+         "`report PROJECT ACTION --help` tells of one action.";
 }
 
 } // namespace
@@ -161,13 +201,7 @@ void AddReportVerb(CLI::App & program, Action & action) {
                    "values of variables, as in \"cscale=0.95\"; those that are not named stand as they do");
   verb->add_option("--display", words->display, "table, rectangular, polar or smith");
   AddViewOptions(*verb, words->view);
-  verb->footer("Examples:\n"
-               "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
-               "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
-               "  solvedesk report lowpass show gain --csv gain.csv\n"
-               "  solvedesk report lowpass remove gain\n\n"
-               "A row stands for each sample of each variation; a variation without solved data is one row of '-'.\n"
-               "Only what an edit or a solve reached is evaluated again when a report is shown once more.");
+  verb->footer([words] { return HelpEnd(words->action); });
   verb->callback([&action, words] { action = [words] { return RunReport(*words); }; });
 }
 

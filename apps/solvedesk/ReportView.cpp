@@ -77,6 +77,8 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
     notes.push_back(Utf8(problem));
   if (!HasAnything(shown.table))
     return notes;
+  for (AString const & note : shown.notes)
+    notes.push_back(Utf8(note));
   if (shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID())
     notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
                                 "solves them anew",
@@ -151,7 +153,7 @@ void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports:
   if (shown.problems.size() >= std::max<std::size_t>(report.y.size(), 1) || !HasAnything(shown.table)) {
     std::string const reason =
         notes.empty() ? NothingSolved(shown, project) : fmt::format("{}", fmt::join(notes, "; "));
-    throw desktop::Error(ErrorKind::kFailed, text::FromUtf8(reason));
+    throw desktop::Error(shown.areWordsWrong ? ErrorKind::kUsage : ErrorKind::kFailed, text::FromUtf8(reason));
   }
   for (std::string const & note : notes)
     PrintMessage(note);
