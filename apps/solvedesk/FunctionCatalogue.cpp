@@ -1,11 +1,11 @@
 #include "apps/solvedesk/FunctionCatalogue.h"
 
 #include "apps/solvedesk/Console.h"
-#include "apps/solvedesk/NearestNames.h"
 #include "apps/solvedesk/TextTable.h"
 #include "basekit/value/expression/FunctionTable.h"
 #include "basekit/value/ranged/RangedFunction.h"
 #include "desktop/Error.h"
+#include "desktop/message/NearestNames.h"
 #include "solutionmanager/functions/RangedFunctionCatalogue.h"
 
 #include <nlohmann/json.hpp>
@@ -91,7 +91,7 @@ FunctionEntry FindFunction(AString const & name) {
   for (FunctionEntry const & function : functions)
     names.push_back(function.name);
   AString near;
-  for (AString const & one : NearestNames(name, names))
+  for (AString const & one : desktop::NearestNames(name, names))
     near += (near.empty() ? L"" : L", ") + one;
   throw Error(ErrorKind::kUsage, L"'" + name + L"' is no ranged function; " +
                                      (near.empty() ? AString() : L"did you mean " + near + L"? ") +

@@ -136,7 +136,8 @@ private:
     setup.GetSweepDefinitions(sweeps);
     m_text += fmt::format("  setup {}, {}\n", Utf8(setup.GetName()), Utf8(setup.GetSimSetupTypeName()));
     std::string const settings = Utf8(desktop::SettingsWords(m_session, setup));
-    if (sweeps.empty() && !settings.empty())
+    // The words tell what a sweep alone doesn't: whether it is adaptive, what else is kept.
+    if (!settings.empty())
       m_text += fmt::format("    {}\n", settings);
     Json sweepList = Json::array();
     for (SweepDefinition const * sweep : sweeps) {

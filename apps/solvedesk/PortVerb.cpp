@@ -62,7 +62,8 @@ void AddPortVerb(CLI::App & program, Action & action) {
   auto const words = std::make_shared<PortWords>();
   CLI::App * const verb = program.add_subcommand("port", "the impedances that reports tell results with");
   AddProjectWord(*verb, words->project);
-  verb->add_option("PORT=OHM", words->impedances, "a port's impedance in ohm, or `solved` for its own; lists without");
+  verb->add_option("PORT=OHM", words->impedances,
+                   "a port by name or number, and its impedance in ohm, or `solved` for its own; lists without");
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk port lowpass\n"

@@ -6,6 +6,7 @@
 #include "apps/solvedesk/ReportView.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
+#include "desktop/message/NameList.h"
 #include "desktop/page/HtmlPage.h"
 #include "desktop/page/Svg.h"
 #include "desktop/report/ReportList.h"
@@ -86,8 +87,7 @@ int DrawPicture(DrawRequest const & request) {
   desktop::ReportDefinition const report = KnownReport(*session, request.names.front());
   desktop::pageview::ReportItems const items(*session, report, LookOf(request));
   auto const & shown = items.GetShown();
-  if (std::string const why = WhyNothing(report, shown, request.project); !why.empty())
-    throw Error(ErrorKind::kFailed, text::FromUtf8(why));
+  RefuseNothing(report, shown, request.project);
   std::vector<std::string> const notes = NotesOf(shown, request.project);
   auto const plots = items.Plots();
   std::string const svg = SvgOf(PlotToDraw(plots, request));
@@ -133,11 +133,12 @@ desktop::ReportDefinition const & KnownReport(desktop::Session & session, std::s
   AString const name = ArgumentText(word);
   if (desktop::ReportDefinition const * const report = session.GetReports().Find(name))
     return *report;
-  AString known;
+  std::vector<AString> known;
   for (desktop::ReportDefinition const & report : session.GetReports().All())
-    known += (known.empty() ? L"" : L", ") + report.name;
-  throw Error(ErrorKind::kUsage, L"report " + name + L": the project has no report of that name; it has: " +
-                                     (known.empty() ? AString(L"none; add one with `report add`") : known));
+    known.push_back(report.name);
+  throw Error(ErrorKind::kUsage,
+              L"report " + desktop::ShortName(name) + L": the project has no report of that name; it has: " +
+                  desktop::NameList(known, name) + (known.empty() ? L"; add one with `report add`" : L""));
 }
 
 PageContents ContentsOf(desktop::Session & session, DrawRequest const & request) {

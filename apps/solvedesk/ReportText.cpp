@@ -114,6 +114,8 @@ Json ReportText::Row(std::size_t row) const {
     std::string const text = number ? std::string() : Cell(row, column, kExactDigits);
     if (number && std::isfinite(*number))
       cells.push_back(*number);
+    else if (number && std::isinf(*number)) // no number of JSON
+      cells.push_back(*number > 0.0 ? "inf" : "-inf");
     else if (number || text.empty())
       cells.push_back(nullptr);
     else

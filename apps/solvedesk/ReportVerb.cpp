@@ -7,6 +7,8 @@
 #include "apps/solvedesk/WordList.h"
 #include "desktop/Error.h"
 #include "desktop/command/Editor.h"
+#include "desktop/message/NameList.h"
+#include "desktop/report/ReportCurves.h"
 #include "desktop/report/ReportList.h"
 
 #include <CLI/CLI.hpp>
@@ -82,7 +84,7 @@ void CheckOptions(ReportWords const & words) {
   if (!isDefinition && words.HasDefinition())
     throw Error(ErrorKind::kUsage, L"report " + action +
                                        L": takes no definition; --x, --y, --over, --setup, "
-                                       L"--solution and --display go with add and edit");
+                                       L"--solution, --variation and --display go with add and edit");
   if (words.action == "add" && words.y.empty())
     throw Error(ErrorKind::kUsage, L"report add: needs --y, as in --y \"dB(S(2,1))\"; give it once for each curve");
   if (words.action != "show" && !words.view.csv.empty())
@@ -159,9 +161,53 @@ int RunReport(ReportWords const & words) {
   auto const session = OpenForWriting(words.project);
   EditResult const result(*session);
   bool const isChanged = Change(*session, words);
+  nlohmann::ordered_json notices = nlohmann::ordered_json::array();
+  if (ReportDefinition const * const report = session->GetReports().Find(ArgumentText(words.Name())))
+    for (AString const & doubt : desktop::FindProblems(*session, *report))
+      notices.push_back(Utf8(doubt));
   result.Print(words.view.output, words.project, isChanged, "the report is like that already",
-               {{"action", words.action}, {"report", words.Name()}});
+               {{"action", words.action}, {"report", words.Name()}, {"notices", notices}});
+  for (auto const & notice : notices)
+    PrintMessage(notice.get<std::string>());
   return 0;
+}
+
+// Of the action that help is asked for.
+std::string HelpEnd(std::string const & action) {
+  if (action == "add")
+    return "report add NAME --y EXPR: defines a report.  It may name what isn't there yet, and tells so.\n\nExamples:\n"
+           "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
+           "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
+           "  solvedesk report lowpass add at1g --x cscale --y \"YAtXVal(dB(S(2,1)),1GHz)\" --y \"bandwidth(S(2,1))\"";
+  if (action == "edit")
+    return "report edit NAME: what is told takes the place of what the report has, all else stays.\n\nExamples:\n"
+           "  solvedesk report lowpass edit gain --y \"dB(S(2,1))\"\n"
+           "  solvedesk report lowpass edit gain --variation \"lscale=0.9\" --display rectangular";
+  if (action == "show")
+    return "report show NAME: the report's numbers, or a drawing of them; --csv, --html, --svg, --complex and the options\n"
+           "of the drawings go with it alone.\n\nExamples:\n"
+           "  solvedesk report lowpass show gain\n"
+           "  solvedesk report lowpass show gain --csv gain.csv --complex mag-deg\n"
+           "  solvedesk report lowpass show gain match --html curves.html\n"
+           "  solvedesk report lowpass show gain --svg gain.svg";
+  if (action == "list")
+    return "report list: all reports with what they show.\n\nExample:\n  solvedesk report lowpass list --json";
+  if (action == "remove")
+    return "report remove NAME: drops the definition; nothing solved is touched.\n\nExample:\n"
+           "  solvedesk report lowpass remove gain";
+  return "Examples:\n"
+         "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
+         "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
+         "  solvedesk report lowpass show gain --csv gain.csv\n"
+         "  solvedesk report lowpass show gain match --html curves.html\n"
+         "  solvedesk report lowpass --html lowpass.html --live\n"
+         "  solvedesk report lowpass show gain --svg gain.svg\n"
+         "  solvedesk report lowpass remove gain\n\n"
+         "--html writes one file that opens in any browser, offline; without ACTION it holds all reports, the\n"
+         "design's tree, convergence and costs. A file that is there is replaced.\n"
+         "A row stands for each sample of each variation; a variation without solved data is one row of '-'.\n"
+         "Only what an edit or a solve reached is evaluated again when a report is shown once more.\n"
+         "`report PROJECT ACTION --help` tells of one action.";
 }
 
 } // namespace
@@ -187,18 +233,7 @@ void AddReportVerb(CLI::App & program, Action & action) {
   verb->add_option("--display", words->display, "table, rectangular, polar or smith");
   AddDrawOptions(*verb, words->draw);
   AddViewOptions(*verb, words->view);
-  verb->footer("Examples:\n"
-               "  solvedesk report lowpass add gain --y \"dB(S(2,1))\" --y \"dB(S(1,1))\" --over cscale\n"
-               "  solvedesk report lowpass add worst --x cscale --y \"max(dB(S(1,1)))\" --over lscale\n"
-               "  solvedesk report lowpass show gain --csv gain.csv\n"
-               "  solvedesk report lowpass show gain match --html curves.html\n"
-               "  solvedesk report lowpass --html lowpass.html --live\n"
-               "  solvedesk report lowpass show gain --svg gain.svg\n"
-               "  solvedesk report lowpass remove gain\n\n"
-               "--html writes one file that opens in any browser, offline; without ACTION it holds all reports, the\n"
-               "design's tree, convergence and costs. A file that is there is replaced.\n"
-               "A row stands for each sample of each variation; a variation without solved data is one row of '-'.\n"
-               "Only what an edit or a solve reached is evaluated again when a report is shown once more.");
+  verb->footer([words] { return HelpEnd(words->action); });
   verb->callback([&action, words] { action = [words] { return RunReport(*words); }; });
 }
 

@@ -103,6 +103,8 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
     notes.push_back(Utf8(problem));
   if (!HasAnything(shown.table))
     return notes;
+  for (AString const & note : shown.notes)
+    notes.push_back(Utf8(note));
   if (shown.solution->GetClosestVersionWithData() != shown.solution->GetVersionID())
     notes.push_back(fmt::format("{}: its data are stale, as `solvedesk info {} --why` tells; `solvedesk solve {}` "
                                 "solves them anew",
@@ -118,6 +120,12 @@ std::string WhyNothing(desktop::ReportDefinition const & report, desktop::LiveRe
     return std::string();
   std::vector<std::string> const notes = NotesOf(shown, project);
   return notes.empty() ? NothingSolved(shown, project) : fmt::format("{}", fmt::join(notes, "; "));
+}
+
+void RefuseNothing(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                   std::string const & project) {
+  if (std::string const reason = WhyNothing(report, shown, project); !reason.empty())
+    throw desktop::Error(shown.areWordsWrong ? ErrorKind::kUsage : ErrorKind::kFailed, text::FromUtf8(reason));
 }
 
 void AddViewOptions(CLI::App & verb, ViewOptions & options) {
@@ -140,8 +148,7 @@ void PrintReport(desktop::ReportDefinition const & report, desktop::LiveReports:
                  std::string const & project, ViewOptions const & options) {
   if (options.csv == kStandardOutput && options.output.json)
     throw desktop::Error(ErrorKind::kUsage, L"--csv - and --json: both go to standard output; name a file for one");
-  if (std::string const reason = WhyNothing(report, shown, project); !reason.empty())
-    throw desktop::Error(ErrorKind::kFailed, text::FromUtf8(reason));
+  RefuseNothing(report, shown, project);
   std::vector<std::string> const notes = NotesOf(shown, project);
   for (std::string const & note : notes)
     PrintMessage(note);

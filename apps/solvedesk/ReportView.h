@@ -26,6 +26,9 @@ std::vector<std::string> NotesOf(desktop::LiveReports::Shown const & shown, std:
 /// Why nothing of it can be told; empty where something can.
 std::string WhyNothing(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
                        std::string const & project);
+/// Throws what WhyNothing tells; the words of the definition may be at fault, or the data that aren't there.
+void RefuseNothing(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                   std::string const & project);
 
 /// Tells the rows of a report that was brought up to date; what could not be had is told on standard error.  One of
 /// which nothing at all could be evaluated is refused.

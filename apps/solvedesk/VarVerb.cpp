@@ -80,6 +80,26 @@ int RunVar(VarWords const & words) {
   return 0;
 }
 
+// Of the action that help is asked for.
+std::string HelpEnd(std::string const & action) {
+  if (action == "add" || action == "edit")
+    return "var " + action +
+           " NAME=EXPRESSION: write it in quotes.  The expression has to make sense now, and may not\n"
+           "lead back to its own name.\n\nExample:\n  solvedesk var lowpass " +
+           action + " \"gain=dB(S(2,1))\"";
+  if (action == "delete")
+    return "var delete NAME: refused while a report or another output variable uses it.\n\nExample:\n"
+           "  solvedesk var lowpass delete gain";
+  if (action == "list")
+    return "var list: all output variables with their expressions.\n\nExample:\n  solvedesk var lowpass list --json";
+  return "Examples:\n"
+         "  solvedesk var lowpass add \"gain=dB(S(2,1))\"\n"
+         "  solvedesk var lowpass edit \"gain=dB(S(2,1))+20\"\n"
+         "  solvedesk var lowpass delete gain\n\n"
+         "Reports, `eval` and other output variables use the name as they use a quantity. One that is in use\n"
+         "can't be deleted, and none may lead back to itself. `var PROJECT ACTION --help` tells of one action.";
+}
+
 } // namespace
 
 void AddVarVerb(CLI::App & program, Action & action) {
@@ -91,12 +111,7 @@ void AddVarVerb(CLI::App & program, Action & action) {
       ->check(CLI::IsMember({"add", "edit", "delete", "list"}));
   verb->add_option("NAME=EXPRESSION", words->word, "add, edit: the variable and what it is; delete: the name alone");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Examples:\n"
-               "  solvedesk var lowpass add \"gain=dB(S(2,1))\"\n"
-               "  solvedesk var lowpass edit \"gain=dB(S(2,1))+20\"\n"
-               "  solvedesk var lowpass delete gain\n\n"
-               "Reports, `eval` and other output variables use the name as they use a quantity. One that is in use\n"
-               "can't be deleted, and none may lead back to itself.");
+  verb->footer([words] { return HelpEnd(words->action); });
   verb->callback([&action, words] { action = [words] { return RunVar(*words); }; });
 }
 

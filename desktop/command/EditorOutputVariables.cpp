@@ -1,13 +1,18 @@
 // Edits of output variables, and what is told when the library's rules refuse one.
+#include "basekit/value/expression/Constants.h"
 #include "basekit/value/expression/Lexer.h"
+#include "basekit/value/expression/SyntaxParser.h"
 #include "desktop/Error.h"
 #include "desktop/command/Edit.h"
 #include "desktop/command/WordOfCommand.h"
+#include "desktop/design/Design.h"
 #include "desktop/message/HeldMessages.h"
+#include "desktop/message/NameList.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/ExpressionWords.h"
 #include "desktop/report/LiveReports.h"
+#include "desktop/report/MixedKinds.h"
 #include "desktop/report/ReportList.h"
 #include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
@@ -19,7 +24,7 @@ namespace desktop {
 
 namespace {
 
-AString WhatOf(AString const & name) { return L"output variable " + name; }
+AString WhatOf(AString const & name) { return L"output variable " + ShortName(name); }
 
 bool Uses(ReportDefinition const & report, AString const & name) {
   std::vector<AString> words = ExpressionWords(report.x);
@@ -44,7 +49,7 @@ void RefuseInReport(Session & session, AString const & name) {
   AString const told = messages.Text();
   throw Error(ErrorKind::kUsage,
               WhatOf(name) + L": " +
-                  (told.empty() ? L"'" + expression +
+                  (told.empty() ? L"'" + ShortName(expression) +
                                       L"' can't be read as an expression; see docs/expressions.md for how one is "
                                       L"written"
                                 : told));
@@ -52,6 +57,9 @@ void RefuseInReport(Session & session, AString const & name) {
 
 void RefuseExpression(BaseSolutionManager const & manager, AString const & name, AString const & expression) {
   HeldMessages const messages;
+  AString const mixed = MixedKinds(manager, expression);
+  if (!mixed.empty())
+    throw Error(ErrorKind::kUsage, WhatOf(name) + L": " + mixed);
   if (!manager.IsValidOutputVariableExpression(expression, nullptr, nullptr))
     Refuse(name, messages, expression);
 }
@@ -70,10 +78,33 @@ bool IsCanned(BaseSolutionManager const & manager, AString const & name) {
   return false;
 }
 
-// The library takes such names, and so do projects that were saved with them; what they mean is something else.
-void RefuseTakenName(BaseSolutionManager const & manager, AString const & name) {
-  if (expr::IsFunctionName(name.View()))
-    throw Error(ErrorKind::kUsage, WhatOf(name) + L": there is a function of that name; choose another name");
+bool IsNumber(AString const & name) {
+  expr::SyntaxTree tree;
+  expr::Error error;
+  return expr::ReadSyntax(name, tree, error) && !tree.nodes.empty() &&
+         tree.nodes.back().kind == expr::Node::Kind::kNumber;
+}
+
+// The library refuses some of these for one reason out of several.  It takes names of functions and ready figures, and
+// so do projects that were saved with them; what they mean is something else.
+void RefuseName(Session & session, AString const & name) {
+  BaseSolutionManager const & manager = session.GetManager();
+  double constant = 0.0;
+  AString const reason =
+      name.Trimmed().empty()                      ? AString(L"it has no name; give it one")
+      : IsNumber(name)                            ? AString(L"that is a number; choose a name")
+      : expr::FindConstant(name.View(), constant) ? AString(L"there is a constant of that name; choose another name")
+      : expr::IsFunctionName(name.View())         ? AString(L"there is a function of that name; choose another name")
+      : session.GetDesign().FindVariable(name)
+          ? AString(L"there is a design variable of that name; choose another name")
+          : AString();
+  if (!reason.empty())
+    throw Error(ErrorKind::kUsage, WhatOf(name) + L": " + reason);
+  {
+    HeldMessages const messages;
+    if (!manager.IsValidOutputVariableName(name))
+      Refuse(name, messages, name);
+  }
   if (IsCanned(manager, name))
     throw Error(ErrorKind::kUsage,
                 WhatOf(name) + L": an output variable of that name stands ready already; choose another name");
@@ -116,22 +147,17 @@ OutputVariable & Editor::FindOutputVariable(AString const & name) const {
     return *variable;
   std::vector<OutputVariable *> variables;
   m_session.GetManager().GetOutputVariables(variables);
-  AString known;
+  std::vector<AString> known;
   for (OutputVariable const * const variable : variables)
-    known += (known.empty() ? AString() : AString(L", ")) + variable->GetName();
-  throw Error(ErrorKind::kUsage, name + L": the project has no output variable of that name; it has: " +
-                                     (known.empty() ? AString(L"none") : known));
+    known.push_back(variable->GetName());
+  throw Error(ErrorKind::kUsage,
+              ShortName(name) + L": the project has no output variable of that name; it has: " + NameList(known, name));
 }
 
 void Editor::AddOutputVariable(AString const & name, AString const & expression) {
   ProductSolutionManager & manager = m_session.GetManager();
   RefuseUnderRewrite(manager, name);
-  {
-    HeldMessages const messages;
-    if (!manager.IsValidOutputVariableName(name))
-      Refuse(name, messages, name);
-  }
-  RefuseTakenName(manager, name);
+  RefuseName(m_session, name);
   RefuseExpression(manager, name, expression);
   Run(AString(L"var add ") + WordOfCommand(name + L"=" + expression), [&](Edit & edit) {
     if (!manager.CreateOutputVariable(name, expression, edit.command.get()))

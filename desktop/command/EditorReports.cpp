@@ -1,10 +1,13 @@
 // Edits of the definitions of reports, and how they follow names.
+#include "basekit/value/variation/VariationText.h"
 #include "desktop/Error.h"
 #include "desktop/command/Edit.h"
 #include "desktop/command/WordOfCommand.h"
+#include "desktop/message/NameList.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/ExpressionWords.h"
+#include "desktop/report/ReportCheck.h"
 #include "desktop/report/ReportList.h"
 #include "plotkit/outputvariable/OutputVariable.h"
 
@@ -16,33 +19,35 @@ namespace {
 
 using Definitions = ReportList::Definitions;
 
-AString Known(ReportList const & reports) {
-  AString known;
+AString Known(ReportList const & reports, AString const & sought) {
+  std::vector<AString> names;
   for (ReportDefinition const & report : reports.All())
-    known += (known.empty() ? AString() : AString(L", ")) + report.name;
-  return known.empty() ? AString(L"none; add one with `report add`") : known;
+    names.push_back(report.name);
+  return NameList(names, sought) + (names.empty() ? L"; add one with `report add`" : L"");
 }
 
 std::size_t IndexOf(ReportList const & reports, AString const & name) {
   for (std::size_t i = 0; i < reports.All().size(); ++i)
     if (AString::MatchNoCase(reports.All()[i].name, name))
       return i;
-  throw Error(ErrorKind::kUsage, name + L": the project has no report of that name; it has: " + Known(reports));
+  throw Error(ErrorKind::kUsage,
+              ShortName(name) + L": the project has no report of that name; it has: " + Known(reports, name));
 }
 
-void RefuseSenseless(ReportDefinition const & report) {
-  if (report.name.empty() || report.name != report.name.Trimmed())
-    throw Error(ErrorKind::kUsage,
-                AString(L"'") + report.name + L"': can't be the name of a report; give one without blanks at its ends");
-  bool const hasEmpty =
-      std::any_of(report.y.begin(), report.y.end(), [](AString const & text) { return text.Trimmed().empty(); });
-  if (report.y.empty() || hasEmpty)
-    throw Error(ErrorKind::kUsage, L"report " + report.name + L": has no y; give at least one expression");
+// Values as they are written, under the new name.
+AString WithRenamedVariable(AString const & variation, AString const & name, AString const & newName) {
+  VariationText const text(variation);
+  if (!text.Find(name.View()))
+    return variation;
+  variation::Writer renamed;
+  for (VariationText::Pair const & pair : text.Pairs())
+    renamed.Add(AString::MatchNoCase(AString(pair.name), name) ? newName.View() : pair.name, pair.text);
+  return renamed.Take();
 }
 
 void RefuseTakenName(ReportList const & reports, AString const & name) {
   if (reports.Find(name))
-    throw Error(ErrorKind::kUsage, name + L": there is a report of that name already; choose another one");
+    throw Error(ErrorKind::kUsage, ShortName(name) + L": there is a report of that name already; choose another one");
 }
 
 } // namespace
@@ -64,6 +69,7 @@ void Editor::RenameInExpressions(Edit & edit, AString const & name, AString cons
     for (AString & variable : report.over)
       variable = AString::MatchNoCase(variable, name) ? newName : variable;
     report.x = WithRenamedWord(report.x, name, newName);
+    report.variation = WithRenamedVariable(report.variation, name, newName);
     for (AString & y : report.y)
       y = WithRenamedWord(y, name, newName);
   });
@@ -79,7 +85,7 @@ void Editor::RenameInExpressions(Edit & edit, AString const & name, AString cons
 }
 
 void Editor::AddReport(ReportDefinition const & report) {
-  RefuseSenseless(report);
+  RefuseUnshowable(m_session, report);
   RefuseTakenName(m_session.GetReports(), report.name);
   Definitions reports = m_session.GetReports().All();
   reports.push_back(report);
@@ -92,7 +98,7 @@ void Editor::AddReport(ReportDefinition const & report) {
 bool Editor::EditReport(AString const & name, ReportDefinition const & report) {
   Definitions reports = m_session.GetReports().All();
   std::size_t const index = IndexOf(m_session.GetReports(), name);
-  RefuseSenseless(report);
+  RefuseUnshowable(m_session, report);
   if (!AString::MatchNoCase(name, report.name))
     RefuseTakenName(m_session.GetReports(), report.name);
   ReportDefinition const former = reports[index];

@@ -4,11 +4,14 @@
 #include "desktop/Error.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/MixedKinds.h"
 #include "desktop/report/ReportList.h"
 #include "plotkit/pointset/SolutionPointSet.h"
 #include "plotkit/trace/Trace.h"
+#include "plotkit/trace/TraceComponent.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/outputvariables/SharedAnalyses.h"
 
 #include <algorithm>
 #include <set>
@@ -45,6 +48,14 @@ void AddLostCurves(ReportDefinition const & definition, ReportCurves const & cur
 
 std::vector<Trace const *> AsConst(std::vector<Trace *> const & traces) { return {traces.begin(), traces.end()}; }
 
+bool MixesKinds(BaseSolutionManager const & manager, Trace const & trace) {
+  std::vector<TraceComponent *> components;
+  trace.GetTraceComponents(components);
+  return std::any_of(components.begin(), components.end(), [&manager](TraceComponent const * component) {
+    return !component->IsPlainText() && !MixedKinds(manager, component->GetValueText()).empty();
+  });
+}
+
 void MarkDirty(std::list<Trace *> const & traces) {
   for (Trace * const trace : traces)
     trace->MarkItDirty(true);
@@ -77,6 +88,24 @@ LiveReports::LiveReports(Session & session) : m_session(session) {
   for (BaseSimDataExtractor const * const extractor : extractors)
     extractor->GetAvailableTraces(read);
   m_read.insert(read.begin(), read.end());
+}
+
+// An edit, or what was solved since, may give an expression quantities of several kinds.  The library takes a curve to
+// be of one kind; such a one has no value, and is made again once it makes sense.
+void LiveReports::DropMixedCurves() {
+  ProductSolutionManager & manager = m_session.GetManager();
+  SharedAnalyses const analyses(manager);
+  std::list<Trace *> traces;
+  manager.GetAvailableTraces(traces);
+  std::erase_if(traces, [&manager](Trace const * trace) { return !MixesKinds(manager, *trace); });
+  if (traces.empty())
+    return;
+  for (Trace * const mixed : traces) {
+    m_read.erase(mixed);
+    for (Report & report : m_reports)
+      std::replace(report.curves.traces.begin(), report.curves.traces.end(), mixed, static_cast<Trace *>(nullptr));
+  }
+  Collect();
 }
 
 LiveReports::Report & LiveReports::ReportOf(ReportDefinition const & definition) {
@@ -140,10 +169,10 @@ LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * p
     Make(report);
   std::size_t const updated = Update(report, progress);
   ReportCurves const & curves = report.curves;
-  ReportTable const table(curves.over, curves.x, report.definition.y, AsConst(curves.traces));
+  ReportTable const table(curves.over, curves.x, report.definition.y, AsConst(curves.traces), curves.units);
   std::vector<AString> problems = curves.problems;
   AddLostCurves(report.definition, curves, table, problems);
-  return {curves.solution, curves.x, table, curves.given, problems, updated};
+  return {curves.solution, curves.x, table, curves.given, problems, curves.notes, curves.areWordsWrong, updated};
 }
 
 // Whether an expression is one number for a variation shows when it is evaluated.
@@ -199,6 +228,7 @@ void LiveReports::Follow(KelvroCommand & command) {
   manager.SynchronizeSweeps(&command);
   if (!AreCurvesKept())
     return;
+  DropMixedCurves();
   manager.SynchronizeTraces(&command);
   for (Report & report : m_reports) {
     report.isToBeMade = true;

@@ -32,6 +32,8 @@ public:
     ReportTable table;
     std::vector<std::pair<AString, AString>> given; ///< variables that the definition stands at, with their values
     std::vector<AString> problems;                  ///< one line each; what they are about is missing in the table
+    std::vector<AString> notes;                     ///< one line each, of what is there
+    bool areWordsWrong = false;                     ///< some problem is one of the definition's own words
     std::size_t updated = 0;                        ///< curves that were evaluated for this
   };
   /// Brings the report up to date; a report whose curves all are reads nothing.  The table stands until the next call
@@ -72,6 +74,7 @@ private:
   };
 
   bool AreCurvesKept() const;
+  void DropMixedCurves();
   Report & ReportOf(ReportDefinition const & definition);
   void Make(Report & report);
   Shown ShowAsItIs(Report & report, IProgressMonitor * progress);

@@ -4,17 +4,21 @@
 #include "basekit/value/Value.h"
 #include "basekit/value/Variable.h"
 #include "basekit/value/expression/Error.h"
+#include "basekit/value/expression/SyntaxTree.h"
 #include "basekit/value/variation/VariationText.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
-#include "desktop/design/NumberWord.h"
 #include "desktop/message/HeldMessages.h"
+#include "desktop/message/NameList.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/product/quantity/QuantityExtractor.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/ExpressionWords.h"
+#include "desktop/report/MixedKinds.h"
+#include "desktop/report/ReportCheck.h"
 #include "desktop/report/ReportDefinition.h"
 #include "desktop/report/Reporter.h"
+#include "desktop/report/WholeCurve.h"
 #include "plotkit/sweep/Subsweep.h"
 #include "plotkit/sweep/Sweep.h"
 #include "plotkit/trace/Trace.h"
@@ -23,6 +27,7 @@
 #include "solutionmanager/extraction/NameSpaceSetup.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
+#include "solutionmanager/model/BaseSolutionVariation.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,13 +38,6 @@
 namespace desktop {
 
 namespace {
-
-AString Joined(std::vector<AString> const & names) {
-  AString text;
-  for (AString const & name : names)
-    text += (text.empty() ? AString() : AString(L", ")) + name;
-  return text.empty() ? AString(L"none") : text;
-}
 
 bool IsAmong(std::vector<AString> const & names, AString const & name) {
   return std::any_of(names.begin(), names.end(),
@@ -70,6 +68,7 @@ public:
         m_extractor(*solution.GetBaseSimDataExtractor()) {
     m_curves.solution = &solution;
     m_curves.traces.resize(report.y.size(), nullptr);
+    m_curves.units.resize(report.y.size(), Units::kNoUnits);
     FindReportTypes();
     m_context = ProductSolutionManager::ContextOf(m_reportType);
     m_extractor.GetSweeps(m_sweeps, m_reportType, &m_context, rep::DisplayType{}, true);
@@ -81,11 +80,33 @@ public:
       return std::move(m_curves);
     AddAxis();
     for (std::size_t i = 0; i < m_report.y.size(); ++i)
-      m_curves.traces[i] = IsGood(m_report.y[i]) ? MakeTrace(m_report.y[i]) : nullptr;
+      if (IsGood(m_report.y[i])) {
+        m_curves.traces[i] = MakeTrace(m_report.y[i]);
+        m_curves.units[i] = UnitsOfRanged(m_report.y[i]);
+        TellNarrowed(m_report.y[i]);
+      }
     return std::move(m_curves);
   }
 
+  /// Makes nothing.
+  std::vector<AString> FindProblems() {
+    ChooseX(Axis::kOwn);
+    bool const areVariablesThere = AddVariables();
+    if (HasData() && areVariablesThere && GoToVariation() && IsGood(m_x))
+      for (AString const & y : m_report.y)
+        IsGood(y);
+    return std::move(m_curves.problems);
+  }
+
 private:
+  bool HasData() const {
+    BaseSolution const & solution = *m_curves.solution;
+    return std::any_of(
+        solution.GetVariations().begin(), solution.GetVariations().end(), [&solution](auto const & item) {
+          return solution.HasSolutionData(item.second->GetDesignVariationKey(), item.second->GetVersionID());
+        });
+  }
+
   QuantityReportType const * ReportType(unsigned number) const {
     auto const * const quantities = dynamic_cast<QuantityExtractor const *>(&m_extractor);
     return quantities ? quantities->FindReportType(number) : nullptr;
@@ -123,7 +144,8 @@ private:
                        [wanted](double there) { return IsSameSample(there, wanted); });
   }
 
-  void Tell(AString const & problem) {
+  void Tell(AString const & problem, bool isOfWords = true) {
+    m_curves.areWordsWrong = m_curves.areWordsWrong || isOfWords;
     m_curves.problems.push_back((m_report.name.empty() ? AString() : L"report " + m_report.name + L": ") + problem);
   }
 
@@ -171,7 +193,8 @@ private:
     for (AString const & name : m_report.over) {
       Variable const * const variable = m_design.FindVariable(name);
       if (!variable) {
-        Tell(L"'" + name + L"' is no design variable that curves could run over; there are " + Joined(VariableNames()));
+        Tell(L"'" + name + L"' is no design variable that curves could run over; there are " +
+             NameList(VariableNames(), name));
         return false;
       }
       AddVariable(variable->GetName());
@@ -213,12 +236,8 @@ private:
 
   // What a number is wanted for is refused as in other requests, but what the design itself says of the variable.
   bool IsValueOf(Variable const & variable, VariationText::Pair const & pair) {
-    VariationText const nominal(m_design.GetVariation());
-    VariationText::Pair const * const own = nominal.Find(variable.GetName().View());
-    if (!own || !own->isNumber || own->text == pair.text)
-      return true;
     try {
-      ReadNumberWord(AString(pair.text), variable.GetName());
+      RefuseNoNumber(m_design, variable, pair.text);
       return true;
     } catch (Error const & error) {
       Tell(text::FromUtf8(error.what()));
@@ -233,18 +252,21 @@ private:
     Sweep const * const sweep = axis ? axis->GetSweep() : nullptr;
     if (!sweep) {
       Tell(L"'" + name + L"' is no design variable and no axis of the solved data; there are " +
-           Joined(VariableNames()));
+               NameList(VariableNames(), name),
+           HasData());
       return false;
     }
     auto const place = pair.isNumber ? SampleAt(*sweep, pair.number.real()) : std::nullopt;
     if (!place || !HasSample(axis->GetName(), pair.number.real())) {
       Tell(name + L"=" + AString(pair.text) + L": there is no such sample; a report over " + name +
-           L" shows which there are");
+               L" shows which there are",
+           HasData());
       return false;
     }
     std::unique_ptr<Subsweep> sample(axis->CreateSubsweep(false));
     sample->SetSelection(*place);
     m_sampleAxes.push_back(axis->GetName());
+    m_sample = name + L"=" + AString(pair.text);
     m_points.push_back(sample.release());
     return true;
   }
@@ -268,25 +290,52 @@ private:
     if (component && isExpression)
       return IsOfOneKind(text);
     AString const told = messages.Text();
-    Tell(L"'" + text + L"' can't be evaluated" +
-         (!isExpression   ? L": " + error.Text()
-          : !told.empty() ? L": " + told
-                          : AString(L"; check that what it names exists")));
+    bool const hasData = HasData();
+    Tell(L"'" + ShortName(text) + L"' can't be evaluated" +
+             (!isExpression   ? L": " + error.Text()
+              : !told.empty() ? L": " + told
+                              : AString(L"; check that what it names exists")) +
+             (hasData ? AString() : AString(L"; nothing is solved yet that would tell the quantities")),
+         hasData);
     return false;
   }
 
-  // Solved data of two kinds run over axes of their own and are loaded one by one.
+  // The whole axis is not what was asked for, and one sample is none.
+  void TellNarrowed(AString const & text) {
+    if (m_sample.empty() || !NeedsWholeCurve(m_extractor, text))
+      return;
+    auto const plain = std::find_if(m_report.y.begin(), m_report.y.end(),
+                                    [this](AString const & y) { return !NeedsWholeCurve(m_extractor, y); });
+    std::size_t const equals = m_sample.find(L'=');
+    m_curves.notes.push_back(
+        (m_report.name.empty() ? AString() : L"report " + m_report.name + L": ") + L"'" + ShortName(text) +
+        L"' takes a whole curve, and " + m_sample + L" leaves it one sample; leave " + m_sample.substr(0, equals) +
+        L" out, and tell values there as in YAtXVal(" + (plain == m_report.y.end() ? AString(L"Y") : *plain) + L"," +
+        m_sample.substr(equals + 1) + L")");
+  }
+
+  // Functions whose results are on one of the trace's axes.
+  Units::FullUnitType UnitsOfRanged(AString const & text) const {
+    auto const call = AsRangedCall(m_extractor, text);
+    QuantityReportType const * const type = ReportType(m_reportType);
+    if (call && call->scale == ranged::Scale::kX)
+      return type ? type->axisState.fullUnit : Units::kNoUnits;
+    if (!call || call->scale != ranged::Scale::kY)
+      return Units::kNoUnits;
+    HeldMessages const messages;
+    NameSpaceSetup const names(m_extractor, true);
+    Value value(Units::kNoUnits);
+    if (!ExpressionParser::ValidateExpression(value, call->trace, {m_extractor.GetIValueParser()}))
+      return Units::kNoUnits;
+    Units::FullUnitType const units = value.GetValueState().fullUnit;
+    return expr::HasOffset(units) ? Units::kNoUnits : units;
+  }
+
   bool IsOfOneKind(AString const & text) {
-    BaseSolutionManager const & manager = m_session.GetManager();
-    BaseSolutionManager::ReportTypeMap types;
-    if (manager.GetOutputVariableReportTypes(text, types) <= 1)
-      return true;
-    std::vector<AString> names;
-    manager.GetReportTypeNames(names);
-    std::erase_if(names, [&](AString const & name) { return !types.count(manager.GetReportType(name)); });
-    Tell(L"'" + text + L"' mixes quantities of several kinds, " + Joined(names) +
-         L"; give each an expression of its own");
-    return false;
+    AString const problem = MixedKinds(m_session.GetManager(), text);
+    if (!problem.empty())
+      Tell(problem);
+    return problem.empty();
   }
 
   // A curve that there is already counts as clean when it is asked for again; what an edit did to it stays.
@@ -310,6 +359,7 @@ private:
   SimValueContext m_context;
   std::vector<SweepBase *> m_sweeps;
   AString m_x;
+  AString m_sample; ///< "Freq=1GHz", where the definition names one
   std::vector<AString> m_sampleAxes;
   IDesignInstance * m_instance = nullptr;
   SubsweepVector m_points;
@@ -323,6 +373,24 @@ BaseSimulationSetup * FindSetup(Session & session, AString const & name) {
       if (name.empty() || AString::MatchNoCase(setup->GetName(), name))
         return setup;
   return nullptr;
+}
+
+// A question has no name.
+AString NoSolution(Session & session, ReportDefinition const & report) {
+  std::vector<AString> known;
+  ProductSolutionManager const & manager = session.GetManager();
+  for (auto const * const setups : {&manager.GetSetups(), &manager.GetImportedSetups()})
+    for (auto const & [id, setup] : *setups)
+      for (auto const & [solutionID, solution] : setup->GetSolutions())
+        known.push_back(solution->GetGlobalSolutionName());
+  AString const sought = report.setup + (report.solution.empty() ? AString() : L" : " + report.solution);
+  AString const what = sought.empty() ? AString(L"the project has no solution")
+                                      : L"the project has no solution '" + ShortName(sought) + L"'";
+  return (report.name.empty() ? AString() : L"report " + report.name + L": ") + what + L"; it has: " +
+         NameList(known, sought) +
+         (known.empty()         ? L"; add a setup"
+          : report.name.empty() ? L""
+                                : L"; edit the report's setup");
 }
 
 } // namespace
@@ -341,16 +409,16 @@ ReportCurves MakeCurves(Session & session, ReportDefinition const & report, Axis
     return Making(session, report, *solution).Make(axis);
   ReportCurves none;
   none.traces.resize(report.y.size(), nullptr);
-  std::vector<AString> known;
-  ProductSolutionManager const & manager = session.GetManager();
-  for (auto const * const setups : {&manager.GetSetups(), &manager.GetImportedSetups()})
-    for (auto const & [id, setup] : *setups)
-      for (auto const & [solutionID, other] : setup->GetSolutions())
-        known.push_back(other->GetGlobalSolutionName());
-  none.problems.push_back(L"report " + report.name + L": the project has no solution '" + report.setup +
-                          (report.solution.empty() ? AString() : L" : " + report.solution) + L"'; it has: " +
-                          Joined(known) + L"; edit the report's setup");
+  none.problems.push_back(NoSolution(session, report));
+  none.areWordsWrong = true;
   return none;
+}
+
+std::vector<AString> FindProblems(Session & session, ReportDefinition const & report) {
+  BaseSolution * const solution = FindSolution(session, report);
+  if (solution && solution->GetBaseSimDataExtractor())
+    return Making(session, report, *solution).FindProblems();
+  return {NoSolution(session, report)};
 }
 
 } // namespace desktop

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "basekit/text/AString.h"
+#include "basekit/value/units/Units.h"
 
 #include <utility>
 #include <vector>
@@ -23,7 +24,11 @@ struct ReportCurves {
   /// By y: what it names runs over other samples than the curves here.
   std::vector<bool> hasOtherSamples;
   std::vector<std::pair<AString, AString>> given; ///< name and value of variables that the definition stands at
+  /// By y: units that the expression's text tells and its state doesn't, as of a ranged function of a curve with units.
+  std::vector<Units::FullUnitType> units;
   std::vector<AString> problems;
+  bool areWordsWrong = false; ///< some problem is one of the definition's words, and not that nothing is solved
+  std::vector<AString> notes; ///< of what is shown, and is another thing than one may think
 };
 
 /// What curves run over where a definition doesn't say.
@@ -31,6 +36,9 @@ enum class Axis { kOwn, kNone };
 
 /// Equal curves are made once: reports share them.
 ReportCurves MakeCurves(Session & session, ReportDefinition const & report, Axis axis = Axis::kOwn);
+/// What would be told of the definition if it were shown now, as names are misspelt or not there yet: one line each.
+/// Of quantities and samples nothing is told before anything is solved.
+std::vector<AString> FindProblems(Session & session, ReportDefinition const & report);
 /// Null without a setup or solution of that name; case does not count.
 BaseSolution * FindSolution(Session & session, ReportDefinition const & report);
 

@@ -31,7 +31,7 @@ std::complex<double> InUnits(std::complex<double> const & si, ReportTable::Colum
 } // namespace
 
 ReportTable::ReportTable(std::vector<AString> const & over, AString const & x, std::vector<AString> const & y,
-                         std::vector<Trace const *> const & traces)
+                         std::vector<Trace const *> const & traces, std::vector<Units::FullUnitType> const & units)
     : m_traces(traces), m_variables(over.size()) {
   auto const first = std::find_if(traces.begin(), traces.end(), [](Trace const * trace) { return trace != nullptr; });
   bool isXThere = false;
@@ -41,20 +41,21 @@ ReportTable::ReportTable(std::vector<AString> const & over, AString const & x, s
     m_columns.push_back({isX ? Role::kX : Role::kVariable, variable});
   }
   if (!x.empty() && !isXThere)
-    AddColumn(Role::kX, x, first == traces.end() ? nullptr : *first);
+    AddColumn(Role::kX, x, first == traces.end() ? nullptr : *first, Units::kNoUnits);
   m_traces.resize(y.size(), nullptr);
   for (std::size_t i = 0; i < y.size(); ++i)
-    AddColumn(Role::kY, y[i], m_traces[i]);
+    AddColumn(Role::kY, y[i], m_traces[i], i < units.size() ? units[i] : Units::kNoUnits);
   TakeParts(over, m_traces);
 }
 
-void ReportTable::AddColumn(Role role, AString const & title, Trace const * trace) {
+void ReportTable::AddColumn(Role role, AString const & title, Trace const * trace, Units::FullUnitType units) {
   TraceComponent const * const component = !trace             ? nullptr
                                            : role == Role::kX ? trace->GetAbscissa()
                                                               : trace->GetOrdinate();
   Column column{role, title};
   if (component) {
     column.units = UnitsOf(*component);
+    column.units = column.units == Units::kNoUnits ? units : column.units;
     column.isComplex = component->GetValues().IsComplex();
   }
   m_columns.push_back(column);

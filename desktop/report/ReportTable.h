@@ -27,9 +27,9 @@ public:
   };
 
   /// Traces may be null: their columns are empty then.  All others run over the same points.  Without x there is no
-  /// column of it, and one alone where it is one of the variables.
+  /// column of it, and one alone where it is one of the variables.  `units` counts, by y, where a trace tells none.
   ReportTable(std::vector<AString> const & over, AString const & x, std::vector<AString> const & y,
-              std::vector<Trace const *> const & traces);
+              std::vector<Trace const *> const & traces, std::vector<Units::FullUnitType> const & units = {});
 
   std::vector<Column> const & Columns() const { return m_columns; }
   std::size_t RowCount() const { return m_rows; }
@@ -69,7 +69,7 @@ private:
     std::size_t longest = 0; ///< the trace whose abscissa counts
   };
 
-  void AddColumn(Column::Role role, AString const & title, Trace const * trace);
+  void AddColumn(Column::Role role, AString const & title, Trace const * trace, Units::FullUnitType units);
   void TakeParts(std::vector<AString> const & over, std::vector<Trace const *> const & traces);
   Part const & PartOf(std::size_t row) const;
 

@@ -220,12 +220,12 @@ class Reports(DeskTest):
         self.assertEqual([row[0] for row in over], [0.9, 1, 1.1])
         named = self.document('eval', 'ladder', 'max(gain)', '--solution', SETUP)['rows']
         self.assertEqual(named, best)
-        self.refuse(1, 'eval', 'ladder', 'max(gain', )
-        self.refuse(1, 'eval', 'ladder', 'gain', '--solution', 'None')
-        self.refuse(1, 'eval', 'ladder', 'gain', '--variation', 'x=1')
-        self.assertIn("'x' is no design variable", self.refuse(1, 'eval', 'ladder', 'gain', '--over', 'x'))
+        self.refuse(2, 'eval', 'ladder', 'max(gain', )
+        self.refuse(2, 'eval', 'ladder', 'gain', '--solution', 'None')
+        self.refuse(2, 'eval', 'ladder', 'gain', '--variation', 'x=1')
+        self.assertIn("'x' is no design variable", self.refuse(2, 'eval', 'ladder', 'gain', '--over', 'x'))
         for words in (('--over', 'c1,l2', '--variation', 'l2=0.9'), ('--over', 'l2', '--variation', 'c1=1; L2=0.9')):
-            self.assertIn("'l2' runs over its solved values", self.refuse(1, 'eval', 'ladder', 'gain', *words))
+            self.assertIn("'l2' runs over its solved values", self.refuse(2, 'eval', 'ladder', 'gain', *words))
         self.refuse(2, 'eval', 'ladder', '')
 
     def test_an_edit_in_the_shell_tells_which_traces_it_reaches(self):
@@ -305,8 +305,8 @@ class Reports(DeskTest):
         rows = self.document('eval', 'ladder', 'mag(V(out))')['rows']
         self.assertEqual([row[0] for row in rows], [1.5e9, 2.5e9])
         self.assertEqual(rows[0][1], one)
-        self.assertIn('no such sample', self.refuse(1, 'eval', 'ladder', 'dB(S21)', '--variation', 'Freq=1.5GHz'))
-        self.assertIn('no such sample', self.refuse(1, 'eval', 'ladder', 'V(out)', '--variation', 'Freq=1GHz'))
+        self.assertIn('no such sample', self.refuse(2, 'eval', 'ladder', 'dB(S21)', '--variation', 'Freq=1.5GHz'))
+        self.assertIn('no such sample', self.refuse(2, 'eval', 'ladder', 'V(out)', '--variation', 'Freq=1GHz'))
         rows = self.document('eval', 'ladder', 'mag(V(out))', '--over', 'c1')['rows']
         self.assertEqual([row[1] for row in rows], [1.5e9, 2.5e9] * 3)
 
@@ -400,13 +400,13 @@ class Reports(DeskTest):
         self.assertEqual([row[1] for row in shown['rows']], [None] * 3)
         self.assertNotIn(None, [row[2] for row in shown['rows']])
         self.assertTrue(any('S(V2,V1)' in notice for notice in shown['notices']), shown['notices'])
-        self.assertIn('S(V2,V1)', self.refuse(1, 'eval', 'ladder', 'dB(S(V2,V1))'))
+        self.assertIn('S(V2,V1)', self.refuse(2, 'eval', 'ladder', 'dB(S(V2,V1))'))
 
     def test_quantities_of_two_kinds_in_one_expression_are_refused(self):
         self.project(FEW.replace('.sp lin 3 1g 3g', '.sp lin 3 1g 3g voltages=1g'))
         self.run_desk('solve', 'ladder', '--quiet')
         for expression in ('mag(V(out))+mag(S(2,1))', 'max(mag(V(out)))*max(mag(S(2,1)))'):
-            told = self.refuse(1, 'eval', 'ladder', expression)
+            told = self.refuse(2, 'eval', 'ladder', expression)
             self.assertIn('kinds', told)
             self.assertNotIn('assertion', told)
 
@@ -424,7 +424,7 @@ class Reports(DeskTest):
     def test_values_that_are_no_numbers_are_refused(self):
         self.solved()
         for value, reason in {'abc': 'is no number', '3m': 'two ways'}.items():
-            self.assertIn(reason, self.refuse(1, 'eval', 'ladder', 'dB(S(2,1))', '--variation', f'c1={value}'))
+            self.assertIn(reason, self.refuse(2, 'eval', 'ladder', 'dB(S(2,1))', '--variation', f'c1={value}'))
 
     def test_expressions_that_no_longer_parse_are_told(self):
         self.solved()
@@ -433,7 +433,7 @@ class Reports(DeskTest):
         done = self.run_desk('report', 'ladder', 'show', 'r')
         self.assertIn("'l2*mag(S(2,1))' can't be evaluated", done.stderr)
         self.run_desk('report', 'ladder', 'edit', 'r', '--y', 'l2*mag(S(2,1))')
-        self.assertIn("can't be evaluated", self.refuse(1, 'report', 'ladder', 'show', 'r'))
+        self.assertIn("can't be evaluated", self.refuse(2, 'report', 'ladder', 'show', 'r'))
 
     def test_what_a_report_shows_cant_be_deleted(self):
         self.solved()
@@ -474,9 +474,108 @@ class Reports(DeskTest):
         self.run_desk('report', 'ladder', 'add', 'r', '--y', 'dB(S(2,1))')
         self.assertIn('solvedesk solve ladder', self.refuse(1, 'report', 'ladder', 'show', 'r'))
 
+    def test_a_function_of_a_whole_curve_at_one_sample_is_told(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'at', '--x', 'c1', '--y', 'dB(S(2,1))', '--y', 'max(dB(S(1,1)))',
+                      '--variation', 'Freq=2GHz')
+        document = self.document('report', 'ladder', 'show', 'at')
+        self.assertEqual(len(document['notices']), 1, document['notices'])
+        self.assertIn('YAtXVal(dB(S(2,1)),2GHz)', document['notices'][0])
+        self.run_desk('report', 'ladder', 'add', 'better', '--x', 'c1', '--y', 'YAtXVal(dB(S(2,1)),2GHz)', '--y',
+                      'max(dB(S(1,1)))')
+        better = self.document('report', 'ladder', 'show', 'better')
+        self.assertEqual(better['notices'], [])
+        self.assertEqual([row[:2] for row in better['rows']], [row[:2] for row in document['rows']])
+
+    def test_results_of_ranged_functions_tell_units(self):
+        self.solved()
+        self.run_desk('var', 'ladder', 'add', 'where=XAtYMax(dB(S(2,1)))')
+        units = {expression: self.document('eval', 'ladder', expression)['columns'][-1].get('unit')
+                 for expression in ('where', 'XAtYMax(dB(S(2,1)))', 'max(dB(S(1,1)))', 'max(mag(S(1,1)))')}
+        self.assertEqual(list(units.values()), ['Hz', 'Hz', 'dB', None], units)
+
+    def test_a_report_that_can_never_be_shown_is_refused_and_one_that_may_be_is_told(self):
+        self.solved()
+        for words, reason in ((['--y', 'dB(S21'], 'no expression'), (['--y', 'S21', '--x', '1+'], 'no expression'),
+                              (['--y', 'S21', '--variation', 'c1=abc'], 'no number'),
+                              (['--y', 'S21', '--variation', 'c1'], 'no variation')):
+            with self.subTest(words):
+                self.assertIn(reason, self.refuse(2, 'report', 'ladder', 'add', 'g', *words))
+        self.refuse(2, 'report', 'ladder', 'add', 'a\nb', '--y', 'S21')
+        self.assertEqual(self.document('report', 'ladder', 'list')['reports'], [])
+        for number, (words, name) in enumerate(((['--over', 'foo'], 'foo'), (['--x', 'foo'], 'foo'),
+                                                (['--setup', 'nosuch'], 'nosuch'), (['--variation', 'foo=1'], 'foo'))):
+            with self.subTest(words):
+                done = self.run_desk('report', 'ladder', 'add', f'r{number}', '--y', 'dB(S(2,1))', *words)
+                self.assertIn(f"'{name}'", done.stderr)
+                self.assertIn(f"'{name}'", self.refuse(2, 'report', 'ladder', 'show', f'r{number}'))
+        done = self.run_desk('report', 'ladder', 'add', 'good', '--y', 'dB(S(2,1))', '--over', 'c1')
+        self.assertEqual(done.stderr, '')
+
+    def test_before_anything_is_solved_quantities_may_come_yet(self):
+        self.project()
+        done = self.run_desk('report', 'ladder', 'add', 'r', '--y', 'V(out)', '--variation', 'Freq=1GHz')
+        self.assertEqual(done.stderr, '')
+        self.refuse(1, 'report', 'ladder', 'show', 'r')
+
+    def test_an_expression_that_comes_to_mix_kinds_is_told_without_an_assertion(self):
+        self.solved(FEW.replace('3g', '3g voltages=1g,2g'))
+        lines = ['var add x=mag(S(1,1))', 'report add r --y x+mag(S(2,1)) --y mag(S(2,1))', 'report show r',
+                 'var edit x=mag(V(out))', 'set c1=1.1', 'report show r', 'undo', 'undo', 'report show r']
+        write('script.txt', '\n'.join(lines) + '\n')
+        done = self.run_desk('shell', 'ladder', 'script.txt', '--json')
+        self.assertNotIn('assertion', done.stderr)
+        results = [json.loads(line)['result'] for line in done.stdout.splitlines()]
+        self.assertEqual([row[1] for row in results[5]['rows']], [None] * 3)
+        self.assertNotIn(None, [row[2] for row in results[5]['rows']])
+        self.assertTrue(any('several kinds' in notice for notice in results[5]['notices']), results[5]['notices'])
+        self.assertEqual(results[8]['rows'], results[2]['rows'])
+        self.assertIn('several kinds', self.refuse(2, 'var', 'ladder', 'add', 'y=mag(V(out))+mag(S(2,1))'))
+
+    def test_a_single_number_is_one_row_whatever_was_shown_before(self):
+        self.solved()
+        shows = ['report add a --y Zo(1) --y dB(S(2,1)) --over c1', 'report show a', 'eval max(mag(S(2,1)))',
+                 'report add b --y max(mag(S(2,1)))', 'report show b', 'eval max(mag(S(2,1)))',
+                 'var add m=max(mag(S(2,1)))', 'report add c --y m --x c1', 'report show c', 'eval m']
+        results = [line['result'] for line in self.run_shell(shows)]
+        for index in (2, 5, 9):
+            self.assertEqual(len(results[index]['rows']), 1)
+
+    def test_refusals_name_what_is_wrong_with_a_name(self):
+        self.solved()
+        for name, reason in {'pi': 'constant', '12': 'a number', 'c1': 'design variable', 'sin': 'function'}.items():
+            with self.subTest(name):
+                self.assertIn(reason, self.refuse(2, 'var', 'ladder', 'add', f'{name}=1+S(1,1)'))
+        told = self.refuse(2, 'eval', 'ladder', 'dB(S(2,1))', '--solution', 'SParameters9')
+        self.assertIn("solution 'SParameters9'", told)
+        self.assertNotIn('report', told)
+
+    def test_ports_go_by_number_too(self):
+        self.solved()
+        self.run_desk('port', 'ladder', '2=75')
+        self.assertEqual(self.shown_ports(), [50, 75])
+        for word in ('0=75', '3=75', 'V1=1e300', 'V1=1e-300'):
+            self.refuse(2, 'port', 'ladder', word)
+
+    def test_infinite_numbers_are_words_in_json(self):
+        self.solved()
+        self.assertEqual(self.document('eval', 'ladder', '1/(0*mag(S(2,1)))')['rows'][0][1], 'inf')
+        self.assertEqual(self.document('eval', 'ladder', '-1/(0*mag(S(2,1)))')['rows'][0][1], '-inf')
+
+    def test_info_tells_the_words_of_a_setup(self):
+        self.solved(FEW.replace('3g', '3g voltages=1g,2g'))
+        self.assertIn('voltages=', self.run_desk('info', 'ladder').stdout)
+
     def test_help_tells_how_each_is_used(self):
         for verb, word in {'report': '--over', 'var': 'NAME=EXPRESSION', 'eval': '--variation'}.items():
             self.assertIn(word, self.run_desk(verb, '--help').stdout)
+
+    def test_help_of_an_action_tells_of_it_alone(self):
+        self.solved()
+        show = self.run_desk('report', 'ladder', 'show', '--help').stdout
+        self.assertIn('show gain --csv gain.csv', show)
+        self.assertNotIn('remove gain', show)
+        self.assertIn('var lowpass delete gain', self.run_desk('var', 'ladder', 'delete', '--help').stdout)
 
 
 def crc32c(data):

@@ -179,8 +179,8 @@ public:
   void SetUniqueSolutionPointSetName(SolutionPointSet * pointSet) const;
   bool SolutionPointSetIsUsingInstance(SolutionPointSet const * pointSet, AString const & variation) const;
   unsigned GetSolutionPointSetsSize() const { return static_cast<unsigned>(mSolutionPointSets.size()); }
-  /// The variation that special sweeps assume during one evaluation.
-  /// The one in which texts are read now.
+  /// The context in which texts are read now, and below it the variation that special sweeps assume during one
+  /// evaluation.
   SimValueContext const & GetSimValueContext() const { return mSimValueContext; }
   void SetSpecialSweepVariation(VariableValues const & variation) { mSpecialSweepVariation = variation; }
   VariableValues const & GetSpecialSweepVariation() const { return mSpecialSweepVariation; }

@@ -10,18 +10,24 @@
 io::ReadError BaseSimDataExtractor::DoDataExchangeSimValueCache(io::CBlock & block, bool reading) {
   if (!Regime().Supports(RetiredMember::DoDataExchangeSimValueCache))
     return io::kNoError;
-  io::CBlock caches(svcachefile::ExtractorBlockName(GetISolution()->GetID()));
+  ISolution const * const solution = GetISolution();
+  if (!solution)
+    return io::kNotFound;
+  AString const name = svcachefile::ExtractorBlockName(solution->GetID());
+  io::CReadError result;
   if (reading) {
-    io::CBlock const * const read = block.FindBlock(caches.Name());
+    io::CBlock const * const read = block.FindBlock(name);
     if (!read)
       return io::kNotFound;
-    caches = *read;
+    // Reading changes no block: a copy would need room for all numbers twice.
+    for (SolutionPointSet * const pointSet : mSolutionPointSets)
+      result += pointSet->DoDataExchangeSimValueCache(const_cast<io::CBlock &>(*read), true);
+    return result;
   }
-  io::CReadError result;
+  io::CBlock caches(name);
   for (SolutionPointSet * const pointSet : mSolutionPointSets)
-    result += pointSet->DoDataExchangeSimValueCache(caches, reading);
-  if (!reading)
-    block << io::CBlock_ptr<io::CBlock>(new io::CBlock(std::move(caches)));
+    result += pointSet->DoDataExchangeSimValueCache(caches, false);
+  block << io::CBlock_ptr<io::CBlock>(new io::CBlock(std::move(caches)));
   return result;
 }
 

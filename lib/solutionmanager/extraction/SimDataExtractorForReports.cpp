@@ -8,6 +8,8 @@
 #include "plotkit/sweep/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
+// A product without these operations was reported when it was asked for them; there is nothing to forward to then.
+
 SimDataExtractorForReports::~SimDataExtractorForReports() = default;
 
 ValueState SimDataExtractorForReports::GetQuantityTypeForReports(AString const & quantity,
@@ -15,7 +17,8 @@ ValueState SimDataExtractorForReports::GetQuantityTypeForReports(AString const &
                                                                  unsigned reportType) const {
   ValueState state;
   bool isInteger = false;
-  m_extractor->GetISimDataExtractor3()->GetQuantityType(state, isInteger, quantity, context, reportType);
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->GetQuantityType(state, isInteger, quantity, context, reportType);
   if (isInteger && state.parameterType != val::kInteger) {
     KVRO_ASSERT(!"If quantity is integer, set the parameter-type to int.");
     KVRO_ASSERT(!"Retiring the additional arg going forward.");
@@ -27,7 +30,8 @@ ValueState SimDataExtractorForReports::GetQuantityTypeForReports(AString const &
 AString SimDataExtractorForReports::GetEnumQuantityText(AString const & quantity, SimValueContext const & context,
                                                         unsigned reportType, double value) const {
   AString text;
-  m_extractor->GetISimDataExtractor3()->GetEnumQuantityText(text, quantity, context, reportType, value);
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->GetEnumQuantityText(text, quantity, context, reportType, value);
   if (text.empty())
     KVRO_ASSERT(!"To be called by core, only if type is enum-type and products to implement if so");
   return text;
@@ -35,11 +39,13 @@ AString SimDataExtractorForReports::GetEnumQuantityText(AString const & quantity
 
 bool SimDataExtractorForReports::IsImportedSolution() const {
   ISolution const * const solution = m_extractor->GetISolution();
-  return solution->GetISimulationSetup()->IsImportedSolution(static_cast<int>(solution->GetID()));
+  return solution && solution->GetISimulationSetup() &&
+         solution->GetISimulationSetup()->IsImportedSolution(static_cast<int>(solution->GetID()));
 }
 
 AString SimDataExtractorForReports::GetGlobalSolutionName() const {
-  return m_extractor->GetISolution()->GetGlobalSolutionName();
+  ISolution const * const solution = m_extractor->GetISolution();
+  return solution ? solution->GetGlobalSolutionName() : AString();
 }
 
 SweepBase const * SimDataExtractorForReports::GetSweep(AString const & name, SimValueContext const & context,
@@ -63,30 +69,72 @@ bool SimDataExtractorForReports::IsReportTypeSupported(unsigned reportType) cons
   return m_extractor->IsSupportedReportTypes({reportType});
 }
 
-void SimDataExtractorForReports::Extractor3Op1() { m_extractor->GetISimDataExtractor3()->Extractor3Op1(); }
+void SimDataExtractorForReports::Extractor3Op1() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op1();
+}
 
-void SimDataExtractorForReports::Extractor3Op2() { m_extractor->GetISimDataExtractor3()->Extractor3Op2(); }
+void SimDataExtractorForReports::Extractor3Op2() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op2();
+}
 
-void SimDataExtractorForReports::Extractor3Op3() { m_extractor->GetISimDataExtractor3()->Extractor3Op3(); }
+void SimDataExtractorForReports::Extractor3Op3() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op3();
+}
 
-void SimDataExtractorForReports::Extractor3Op4() { m_extractor->GetISimDataExtractor3()->Extractor3Op4(); }
+void SimDataExtractorForReports::Extractor3Op4() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op4();
+}
 
-void SimDataExtractorForReports::Extractor3Op5() { m_extractor->GetISimDataExtractor3()->Extractor3Op5(); }
+void SimDataExtractorForReports::Extractor3Op5() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op5();
+}
 
-void SimDataExtractorForReports::Extractor3Op6() { m_extractor->GetISimDataExtractor3()->Extractor3Op6(); }
+void SimDataExtractorForReports::Extractor3Op6() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op6();
+}
 
-void SimDataExtractorForReports::Extractor3Op7() { m_extractor->GetISimDataExtractor3()->Extractor3Op7(); }
+void SimDataExtractorForReports::Extractor3Op7() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op7();
+}
 
-void SimDataExtractorForReports::Extractor3Op10() { m_extractor->GetISimDataExtractor3()->Extractor3Op10(); }
+void SimDataExtractorForReports::Extractor3Op10() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op10();
+}
 
-void SimDataExtractorForReports::Extractor3Op11() { m_extractor->GetISimDataExtractor3()->Extractor3Op11(); }
+void SimDataExtractorForReports::Extractor3Op11() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op11();
+}
 
-void SimDataExtractorForReports::Extractor3Op12() { m_extractor->GetISimDataExtractor3()->Extractor3Op12(); }
+void SimDataExtractorForReports::Extractor3Op12() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op12();
+}
 
-void SimDataExtractorForReports::Extractor3Op13() { m_extractor->GetISimDataExtractor3()->Extractor3Op13(); }
+void SimDataExtractorForReports::Extractor3Op13() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op13();
+}
 
-void SimDataExtractorForReports::Extractor3Op14() { m_extractor->GetISimDataExtractor3()->Extractor3Op14(); }
+void SimDataExtractorForReports::Extractor3Op14() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op14();
+}
 
-void SimDataExtractorForReports::Extractor3Op15() { m_extractor->GetISimDataExtractor3()->Extractor3Op15(); }
+void SimDataExtractorForReports::Extractor3Op15() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op15();
+}
 
-void SimDataExtractorForReports::Extractor3Op16() { m_extractor->GetISimDataExtractor3()->Extractor3Op16(); }
+void SimDataExtractorForReports::Extractor3Op16() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op16();
+}

@@ -38,9 +38,15 @@ bool SimDataExtractorForSweepwise::IsSimContextDataAffectedByMinorEdits(KelvroCo
   return m_extractor->IsSimContextDataAffectedByMinorEdits(command, context, reportType);
 }
 
-void SimDataExtractorForSweepwise::Extractor3Op11() { m_extractor->GetISimDataExtractor3()->Extractor3Op11(); }
+void SimDataExtractorForSweepwise::Extractor3Op11() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op11();
+}
 
-void SimDataExtractorForSweepwise::Extractor3Op12() { m_extractor->GetISimDataExtractor3()->Extractor3Op12(); }
+void SimDataExtractorForSweepwise::Extractor3Op12() {
+  if (ISimDataExtractor3 * const product = m_extractor->GetISimDataExtractor3())
+    product->Extractor3Op12();
+}
 
 bool SimDataExtractorForSweepwise::IsSupportedReportTypes(std::vector<unsigned> const & reportTypes) const {
   return m_extractor->IsSupportedReportTypes(reportTypes);

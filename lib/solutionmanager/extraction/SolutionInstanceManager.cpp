@@ -50,7 +50,8 @@ void SolutionInstanceManager::GetAvailableInstances(std::vector<IContextedDerive
     std::vector<IContextedSolutionInstance *> ofProduct;
     extractor.GetAvailableInstances(ofProduct, ofSolution.GetProductSpecificDerivedDataDefinition(), progress);
     for (IContextedSolutionInstance * const instance : ofProduct)
-      instances.push_back(
-          new CentralizedUpdateSolutionInstance(instance, ofSolution.GetDesignID(), ofSolution.GetSolutionID()));
+      if (instance)
+        instances.push_back(
+            new CentralizedUpdateSolutionInstance(instance, ofSolution.GetDesignID(), ofSolution.GetSolutionID()));
   });
 }

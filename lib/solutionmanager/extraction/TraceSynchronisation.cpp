@@ -23,10 +23,12 @@ int CacheVersion(SolutionPointSet const & pointSet) { return static_cast<int>(po
 } // namespace
 
 TraceSynchronisation::TraceSynchronisation(BaseSimDataExtractor & extractor, KelvroCommand * command)
-    : m_extractor(extractor), m_manager(*extractor.GetBaseSolutionMgr()), m_command(command) {}
+    : m_extractor(extractor), m_manager(extractor.GetBaseSolutionMgr()), m_command(command) {}
 
 void TraceSynchronisation::SynchroniseAll(std::vector<ISolutionPointSet *> * affected) const {
-  SharedAnalyses const analyses(m_manager);
+  if (!m_manager)
+    return;
+  SharedAnalyses const analyses(*m_manager);
   auto const first = m_extractor.GetFirstSolutionPointSetForEdit();
   auto const last = m_extractor.GetLastSolutionPointSetForEdit();
   std::vector<SolutionPointSet *> const pointSets(first, last);
@@ -36,6 +38,8 @@ void TraceSynchronisation::SynchroniseAll(std::vector<ISolutionPointSet *> * aff
 }
 
 bool TraceSynchronisation::Synchronise(SolutionPointSet & pointSet) const {
+  if (!m_manager)
+    return false;
   std::list<Trace *> traces;
   pointSet.GetAvailableTraces(traces);
   // A set of an older state of the solution is built anew by other means.
@@ -43,10 +47,10 @@ bool TraceSynchronisation::Synchronise(SolutionPointSet & pointSet) const {
     return true;
   if (DoVariablesReach(pointSet))
     return MarkAll(traces, pointSet);
-  SharedAnalyses const analyses(m_manager);
+  SharedAnalyses const analyses(*m_manager);
   Expressions expressions;
   unsigned const reportType = FillExpressions(traces, expressions);
-  if (!m_manager.IsSolutionPointSetDefinitionValid(&pointSet, &expressions))
+  if (!m_manager->IsSolutionPointSetDefinitionValid(&pointSet, &expressions))
     return MarkAll(traces, pointSet);
   if (reportType != kNoReportType &&
       m_extractor.IsSimContextDataAffectedByMinorEdits(m_command, &pointSet.GetSimValueContext(), reportType))
@@ -79,7 +83,7 @@ unsigned TraceSynchronisation::FillExpressions(std::list<Trace *> const & traces
   unsigned reportType = kNoReportType;
   for (Trace * const trace : traces) {
     CParsedExpressionCacheContainer & container = expressions[trace];
-    m_manager.CreateParsedExpressionCacheOfTraces(trace, container);
+    m_manager->CreateParsedExpressionCacheOfTraces(trace, container);
     for (auto at = container.GetFirstElementForEdit();
          reportType == kNoReportType && at != container.GetLastElementForEdit(); ++at) {
       std::vector<unsigned> reptypes;
@@ -115,13 +119,13 @@ void TraceSynchronisation::CleanCaches(Trace * tr, SolutionPointSet * ptset,
   KVRO_ASSERT(cmd);
   KVRO_ASSERT(tr);
   KVRO_ASSERT(ptset);
-  if (!cmd || !tr || !ptset)
+  if (!cmd || !tr || !ptset || !m_manager)
     return;
   for (auto at = expressions.GetFirstElementForEdit(); at != expressions.GetLastElementForEdit(); ++at) {
     std::vector<unsigned> reportTypes;
     (*at)->GetReferencedReportTypes(reportTypes);
     for (unsigned const reportType : reportTypes) {
-      if (!m_manager.IsReportTypeAffectedByMinorEdits(cmd, reportType))
+      if (!m_manager->IsReportTypeAffectedByMinorEdits(cmd, reportType))
         continue;
       std::vector<AString> texts;
       (*at)->GetReferencedSimValues(texts, reportType);

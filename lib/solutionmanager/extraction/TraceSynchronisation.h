@@ -35,6 +35,6 @@ private:
   unsigned FillExpressions(std::list<Trace *> const & traces, Expressions & expressions) const;
 
   BaseSimDataExtractor & m_extractor;
-  BaseSolutionManager const & m_manager;
+  BaseSolutionManager const * m_manager; ///< without one nothing is synchronised
   KelvroCommand * m_command;
 };

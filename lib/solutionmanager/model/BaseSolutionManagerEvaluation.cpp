@@ -68,6 +68,8 @@ bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, 
   return solution && outputvariables::GetValueInfo(*this, expression, *solution, value);
 }
 
+// Solutions of this design alone: an imported one is asked for by itself, where the value of an output variable, which
+// names its solution, may be one of imported data.
 bool BaseSolutionManager::GetValueInfoForExpression(AString const & expression, long solutionID, Value & value) const {
   return GetValueInfoForExpression(expression, GetISolutionByID(solutionID, false, false), value);
 }

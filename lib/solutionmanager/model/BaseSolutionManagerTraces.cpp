@@ -80,6 +80,30 @@ bool BaseSolutionManager::IsSolutionPointSetDefinitionValid(
   return true;
 }
 
+namespace {
+
+using ExpressionCaches = std::map<Trace *, CParsedExpressionCacheContainer>;
+
+// In the order in which their sets have them, set by set: the map's own order is one of addresses, and would let chance
+// say which trace tells the type.
+std::vector<CParsedExpressionCacheContainer *> InOrderOfSets(ExpressionCaches & caches) {
+  std::map<long, SolutionPointSet const *> sets;
+  for (auto const & [trace, container] : caches)
+    if (trace)
+      sets.emplace(trace->GetSolutionPointSet().GetID(), &trace->GetSolutionPointSet());
+  std::vector<CParsedExpressionCacheContainer *> ordered;
+  for (auto const & [id, set] : sets) {
+    std::list<Trace *> traces;
+    set->GetAvailableTraces(traces);
+    for (Trace * const trace : traces)
+      if (auto const at = caches.find(trace); at != caches.end())
+        ordered.push_back(&at->second);
+  }
+  return ordered;
+}
+
+} // namespace
+
 unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet const * pointSet) const {
   SharedAnalyses const analyses(*this);
   std::map<Trace *, CParsedExpressionCacheContainer> caches;
@@ -90,8 +114,8 @@ unsigned BaseSolutionManager::GetReportTypeOfSolutionPointSet(ISolutionPointSet 
 
 unsigned BaseSolutionManager::GetFirstReportTypeFromExprCacheMap(
     std::map<Trace *, CParsedExpressionCacheContainer> & caches) const {
-  for (auto & [trace, container] : caches)
-    for (auto at = container.GetFirstElementForEdit(); at != container.GetLastElementForEdit(); ++at) {
+  for (CParsedExpressionCacheContainer * const container : InOrderOfSets(caches))
+    for (auto at = container->GetFirstElementForEdit(); at != container->GetLastElementForEdit(); ++at) {
       std::vector<unsigned> reptypes;
       (*at)->GetReferencedReportTypes(reptypes);
       if (reptypes.empty())

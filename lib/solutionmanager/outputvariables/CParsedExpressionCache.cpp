@@ -20,6 +20,9 @@ void CParsedExpressionCache::Compute() {
 
 void CParsedExpressionCache::PopulateCache() {
   m_cacheComputed = true;
+  KVRO_ASSERT(m_solutionManager);
+  if (!m_solutionManager)
+    return;
   SharedAnalyses * const analyses = SharedAnalyses::Of(m_solutionManager);
   if (SharedAnalyses::Analysis const * const known = analyses ? analyses->Find(m_expression) : nullptr) {
     m_expressionValid = known->isValid;

@@ -15,8 +15,10 @@ public:
   CParsedExpressionCacheContainer & operator=(CParsedExpressionCacheContainer const & other);
   ~CParsedExpressionCacheContainer();
 
-  /// Takes ownership.
+  /// Takes ownership; null, from a product that has no cache to give, is ignored.
   void AddElement(CParsedExpressionCache * cache) {
+    if (!cache)
+      return;
     m_caches.push_back(cache);
     m_owned.push_back(cache);
   }

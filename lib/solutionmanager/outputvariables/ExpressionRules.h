@@ -17,7 +17,7 @@ bool IsValidVariable(BaseSolutionManager const & manager, OutputVariable const &
                      ISimDataExtractor * extractor, SimValueContext const * context);
 
 /// Follows the first output variable of each text, no other.  True, and the user is told, when that leads back to the
-/// name or goes round in a circle.
+/// name or goes round in a circle of others; what is told is about the name in both cases.
 bool IsCyclic(BaseSolutionManager const & manager, AString const & name, AString const & expression);
 
 /// False, and the user is told, while something refers to the variable of that name, or when there is none.

@@ -1,9 +1,11 @@
 #include "solutionmanager/outputvariables/PastedVariables.h"
 
+#include "CoreInterfaces/desktop/IKitDesktop.h"
 #include "CoreInterfaces/reportkern/ITracePasteContext.h"
 #include "basekit/diag/Assert.h"
 #include "basekit/id/LocalNameServer.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/message/MessageQueueRestorer.h"
 #include "plotkit/outputvariable/OutputVariable.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 #include "solutionmanager/outputvariables/OutputVariableMessages.h"
@@ -13,6 +15,7 @@
 namespace {
 
 wchar_t const * const kOutputVars = L"OutputVars";
+constexpr int kMostTries = 1000;
 
 AString TypeText(val::ParameterType type) {
   switch (type) {
@@ -52,7 +55,13 @@ AString FreeName(BaseSolutionManager const & manager, AString const & name) {
   LocalNameServer names;
   for (auto const & [taken, variable] : existing)
     names.AddName(taken);
-  return names.GetUniqueName(name, LocalNameServer::kNumbered);
+  // A variable or quantity of the new name would hide the pasted one.
+  IKitDesktop * const desktop = GetIKitDesktop();
+  MessageQueueRestorer const silence(desktop ? &desktop->GetMessageManager() : nullptr);
+  AString unique = names.GetUniqueName(name, LocalNameServer::kNumbered);
+  for (int i = 0; i < kMostTries && !manager.IsValidOutputVariableName(unique, true); ++i)
+    unique = names.GetUniqueName(name, LocalNameServer::kNumbered);
+  return unique;
 }
 
 void AddRenamed(BaseSolutionManager & manager, IKelvroCommand * command, ITracePasteContext * context,

@@ -64,7 +64,8 @@ PointSelection::Outcome PointSelection::Select(VariableValues const & variation,
 
 PointSelection::Outcome PointSelection::SelectOn(SweepBase & sweep, Value const & value, SubsweepVector & subsweeps) {
   if (PostprocessSweep * const postprocess = sweep.GetPostprocessSweep()) {
-    if (!value.IsNumber())
+    // Post-processing sweeps are real: a complex value lies on none.
+    if (!value.IsNumber() || value.GetComplexSIValue().imag() != 0.0)
       return Outcome::kNoPoint;
     subsweeps.push_back(Narrow(*postprocess, value.GetSIValue()));
     return Outcome::kFound;

@@ -45,7 +45,7 @@ TEST_F(EditOutputVariables, RefusalsTellWhatIsWrongInTheWordsOfTheCatalogue) {
   EXPECT_NE(RefusalOfAdding(L"Gain", L"V").text.find("already"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"V", L"1").text.find("quantity"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"a b", L"V").text.find("one single word"), std::string::npos);
-  EXPECT_NE(RefusalOfAdding(L"2", L"V").text.find("can't name"), std::string::npos);
+  EXPECT_NE(RefusalOfAdding(L"2", L"V").text.find("that is a number"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"DB", L"V").text.find("a function of that name"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"bandwidth", L"V").text.find("a function of that name"), std::string::npos);
   EXPECT_NE(RefusalOfAdding(L"x", L"V+Nothing").text.find("Nothing"), std::string::npos);

@@ -1,3 +1,4 @@
+#include "desktop/report/ReportCurves.h"
 #include "desktop/report/ReportList.h"
 #include "tests/desktop/command/EditorFixture.h"
 
@@ -57,12 +58,14 @@ TEST_F(EditReports, EachEditIsUndoneAndRedone) {
 TEST_F(EditReports, FollowTheNamesOfSetupsAndVariables) {
   ReportDefinition over = Gain();
   over.x = L"C";
+  over.variation = L"C=2; Freq=1";
   Editor().AddReport(over);
   Editor().RenameSetup(L"Sweep", L"Wide");
   Editor().RenameVariable(L"c", L"Cap");
   EXPECT_EQ(All().front().setup, L"Wide");
   EXPECT_EQ(All().front().x, L"Cap");
   EXPECT_EQ(All().front().over, std::vector<AString>{L"Cap"});
+  EXPECT_EQ(All().front().variation, AString(L"Cap=2; Freq=1"));
 }
 
 TEST_F(EditReports, AnEditThatChangesNothingIsNoCommand) {
@@ -83,6 +86,41 @@ TEST_F(EditReports, RefusesSenselessDefinitions) {
   EXPECT_EQ(refused([](auto & report) { report.name = L" a"; }).kind, ErrorKind::kUsage);
   EXPECT_EQ(refused([](auto & report) { report.y.clear(); }).kind, ErrorKind::kUsage);
   EXPECT_EQ(refused([](auto & report) { report.y.push_back(L""); }).kind, ErrorKind::kUsage);
+  EXPECT_EQ(refused([](auto & report) { report.name = L"a\nb"; }).kind, ErrorKind::kUsage);
+  EXPECT_EQ(refused([](auto & report) { report.name = AString(std::wstring(101, L'a')); }).kind, ErrorKind::kUsage);
   EXPECT_EQ(RefusalOf([&] { Editor().RemoveReport(L"x"); }).text.find("it has: gain") != std::string::npos, true);
   EXPECT_EQ(All().size(), 1u);
+}
+
+TEST_F(EditReports, RefusesTextsThatAreNoExpressionAndValuesThatAreNoNumber) {
+  auto const refused = [&](auto const & change) {
+    ReportDefinition report = Gain();
+    change(report);
+    return RefusalOf([&] { Editor().AddReport(report); });
+  };
+  auto const y = refused([](auto & report) { report.y = {L"dB(S21"}; });
+  EXPECT_EQ(y.kind, ErrorKind::kUsage);
+  EXPECT_NE(y.text.find("'dB(S21' is no expression"), std::string::npos) << y.text;
+  EXPECT_EQ(refused([](auto & report) { report.x = L"1+"; }).kind, ErrorKind::kUsage);
+  EXPECT_EQ(refused([](auto & report) { report.variation = L"C"; }).kind, ErrorKind::kUsage);
+  EXPECT_EQ(refused([](auto & report) { report.variation = L"C=abc"; }).kind, ErrorKind::kUsage);
+  EXPECT_TRUE(All().empty());
+}
+
+TEST_F(EditReports, TakesNamesThatAreNotThereYetAndTellsThem) {
+  ReportDefinition report = Gain();
+  Editor().AddReport(report);
+  auto const problems = desktop::FindProblems(*m_session, report);
+  EXPECT_TRUE(problems.empty()) << "before anything is solved quantities and samples may come yet";
+  report.over = {L"nobody"};
+  ASSERT_EQ(desktop::FindProblems(*m_session, report).size(), 1u);
+  EXPECT_NE(desktop::FindProblems(*m_session, report).front().find(L"'nobody'"), AString::npos);
+  report.setup = L"nowhere";
+  ASSERT_EQ(desktop::FindProblems(*m_session, report).size(), 1u);
+  EXPECT_NE(desktop::FindProblems(*m_session, report).front().find(L"'nowhere'"), AString::npos);
+  Solve(*m_session, L"C=1; L=2", {10, 20, 30});
+  report = Gain();
+  report.y = {L"V", L"nothing"};
+  ASSERT_EQ(desktop::FindProblems(*m_session, report).size(), 1u);
+  EXPECT_NE(desktop::FindProblems(*m_session, report).front().find(L"'nothing'"), AString::npos);
 }

@@ -173,3 +173,66 @@ TEST_F(LiveReports, WhatWasAskedOnceIsNotKept) {
   std::list<Trace *> traces;
   EXPECT_EQ(m_session->GetManager().GetAvailableTraces(traces), 0);
 }
+
+TEST_F(LiveReports, ASingleNumberIsOneRowWhateverWasShownBefore) {
+  Rows const one{{L"60"}};
+  auto const total = [this] {
+    ReportDefinition question = Report({L"Total"});
+    question.name = AString();
+    Rows const rows = RowsOf(Live().Evaluate(question).table);
+    Live().Forget(question);
+    return rows;
+  };
+  Show(Report({L"V"}));
+  EXPECT_EQ(total(), one);
+  Show(Report({L"Total"}));
+  EXPECT_EQ(total(), one);
+  Show(Report({L"V", L"Total"}));
+  EXPECT_EQ(total(), one);
+  Show(Report({L"V*Total", L"Total"}, {L"C"}));
+  EXPECT_EQ(total(), one);
+  ReportDefinition overVariable = Report({L"Total"});
+  overVariable.x = L"C";
+  Show(overVariable);
+  EXPECT_EQ(total(), one);
+  EXPECT_EQ(RowsOf(Live().Evaluate(Report({L"Total"}, {L"C"})).table), (Rows{{L"1", L"60"}, {L"2", L"63"}}));
+  Live().Forget(Report({L"Total"}, {L"C"}));
+  Editor().AddReport(Report({L"Total", L"V"}));
+  Show(Report({L"Total", L"V"}));
+  m_session->Save();
+  Reopen();
+  Show(Report({L"Total", L"V"}));
+  EXPECT_EQ(total(), one);
+}
+
+TEST_F(LiveReports, TellThatOneSampleIsNoCurveForAFunctionOfAWholeOne) {
+  Editor().AddOutputVariable(L"most", L"max(V)");
+  ReportDefinition report = Report({L"V", L"most", L"max(1,2)"});
+  EXPECT_TRUE(Live().Show(report).notes.empty());
+  report.variation = L"Freq=2";
+  auto const shown = Live().Show(report);
+  EXPECT_TRUE(shown.problems.empty());
+  ASSERT_EQ(shown.notes.size(), 1u);
+  EXPECT_NE(shown.notes.front().find(L"'most' takes a whole curve"), AString::npos);
+  EXPECT_NE(shown.notes.front().find(L"YAtXVal(V,2)"), AString::npos);
+}
+
+TEST_F(LiveReports, TellUnitsOfWhatRangedFunctionsFindOnAnAxis) {
+  Editor().AddOutputVariable(L"where", L"XAtYMax(V)");
+  auto const shown = Live().Show(Report({L"XAtYMax(V)", L"where", L"max(dB(V))", L"max(V)", L"2*XAtYMax(V)"}));
+  ASSERT_TRUE(shown.problems.empty());
+  std::vector<Units::FullUnitType> units;
+  for (auto const & column : shown.table.Columns())
+    units.push_back(column.units);
+  EXPECT_EQ(units, (std::vector<Units::FullUnitType>{Units::kHertz, Units::kHertz, Units::kHertz, Units::kDecibel,
+                                                     Units::kNoUnits, Units::kNoUnits}));
+}
+
+TEST_F(LiveReports, TellWhetherTheWordsOrMissingDataAreTheProblem) {
+  EXPECT_TRUE(Live().Show(Report({L"V", L"nobody"})).areWordsWrong);
+  EXPECT_FALSE(Live().Show(Report({L"V"})).areWordsWrong);
+  ReportDefinition elsewhere = Report({L"V"});
+  elsewhere.variation = L"C=9";
+  auto const shown = Live().Show(elsewhere);
+  EXPECT_FALSE(shown.areWordsWrong);
+}

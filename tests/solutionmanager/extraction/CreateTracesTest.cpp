@@ -48,6 +48,12 @@ public:
   }
 };
 
+class ImportedSolution : public support::TestSolution {
+public:
+  using TestSolution::TestSolution;
+  bool IsSolutionImported() const override { return true; }
+};
+
 class CreateTracesTest : public support::TraceTest {
 protected:
   CreateTracesTest() { m_reporter.subsweeps = OverX(); }
@@ -453,6 +459,15 @@ TEST_F(CreateTracesTest, APageOfASubcircuitNamesItWhereTheDataAreNotImported) {
   EXPECT_EQ(component->GetValueText(), L"X1:S11");
   component.reset(m_extractor->CreateTraceComponent(tab, L"dB(X1:S11)", 0));
   EXPECT_EQ(component->GetValueText(), L"dB(X1:S11)");
+}
+
+TEST_F(CreateTracesTest, APageOfImportedDataNamesNoSubcircuit) {
+  ImportedSolution imported(*m_setup, 99, 1);
+  support::TraceExtractor extractor(&Manager(), &imported);
+  TestTab tab;
+  tab.text = L"X1";
+  std::unique_ptr<TraceComponent> const component(extractor.CreateTraceComponent(tab, L"S11", 0));
+  EXPECT_EQ(component->GetValueText(), L"S11");
 }
 
 TEST_F(CreateTracesTest, AFunctionOfAnOutputVariableTellsTheUnitsOfTheWhole) {

@@ -78,6 +78,36 @@ TEST_F(ExtractorViewsTest, AProductOfTheOldRegimeHasNoOperationsToForwardTo) {
   EXPECT_EQ(Manager().GetISimDataExtractor3(m_solution->GetID()), nullptr);
 }
 
+TEST_F(ExtractorViewsTest, ForAProductOfTheOldRegimeTheViewsReportThatOnceAndForwardNothing) {
+  AssertWatch::Expect("0");
+  for (auto const & forward : {&ISimDataExtractorForReports::Extractor3Op1, &ISimDataExtractorForReports::Extractor3Op7,
+                               &ISimDataExtractorForReports::Extractor3Op16})
+    (Reports().*forward)();
+  Sweepwise().Extractor3Op11();
+  EXPECT_EQ(Reports().GetQuantityTypeForReports(L"S", SimValueContext(), 1).parameterType, ValueState().parameterType);
+}
+
+TEST_F(ExtractorViewsTest, TheViewsOfACopiedExtractorAnswerForTheOriginalAsMeant) {
+  WideExtractor const copy(*static_cast<WideExtractor *>(m_extractor));
+  ISimDataExtractorForReports * const view = const_cast<WideExtractor &>(copy).GetISimDataExtractorForReports();
+  auto const countOf = [](ISimDataExtractorForReports const & reports) {
+    std::vector<SweepBase const *> sweeps;
+    return reports.GetSweeps(sweeps, SimValueContext(), 4);
+  };
+  int const before = countOf(*view);
+  AddSweep(m_y, {1, 2});
+  EXPECT_EQ(countOf(*view), before + 1) << "a sweep that only the original has";
+}
+
+TEST_F(ExtractorViewsTest, AnExtractorWithoutASolutionHasNoNameAndNothingImported) {
+  WideExtractor lonely(m_manager.get(), nullptr);
+  ISimDataExtractorForReports const & view = *lonely.GetISimDataExtractorForReports();
+  AssertWatch::Take();
+  EXPECT_EQ(view.GetGlobalSolutionName(), AString());
+  EXPECT_FALSE(view.IsImportedSolution());
+  EXPECT_FALSE(AssertWatch::Take().empty());
+}
+
 TEST_F(ExtractorViewsTest, ASweepIsFoundByTheNameThatReportsShowWithoutCase) {
   auto * const pair = new SynchronizedSweep;
   for (Variable * const variable : {&m_y, &m_x}) {

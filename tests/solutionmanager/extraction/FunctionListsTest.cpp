@@ -103,6 +103,21 @@ TEST_F(FunctionListsTest, TablesOfferAll) {
   EXPECT_EQ(Offered(4, val::kText).front(), m_none.front());
 }
 
+TEST_F(FunctionListsTest, PolarPlotsOfferNoFunctionFirstForTextsAndNotForRealNumbers) {
+  EXPECT_EQ(Offered(2, val::kText).front(), m_none.front());
+  EXPECT_EQ(Offered(2, val::kReal), OfReal(val::kComplex) + OfReal(val::kMagnitudeRadians) +
+                                        OfReal(val::kMagnitudeDegrees) + OfReal(val::kDecibelDegrees));
+}
+
+TEST_F(FunctionListsTest, IntegersAreAskedForAsWhatTheyAreBesideTheirColumn) {
+  val::ParameterType const basic = postp::GetBasicParamType(val::kInteger);
+  Names const columns = basic == val::kReal      ? Conversions(val::kRealArray, val::kReal)
+                        : basic == val::kComplex ? Conversions(val::kComplexArray, val::kReal)
+                                                 : Names();
+  EXPECT_EQ(Offered(3, val::kInteger),
+            (basic == val::kReal ? m_none : Names()) + Conversions(val::kInteger, val::kReal) + columns);
+}
+
 TEST_F(FunctionListsTest, OtherDisplaysOfferNothing) {
   for (int const displayType : {0, 16, 18, -1})
     EXPECT_TRUE(Offered(displayType, val::kReal).empty()) << displayType;

@@ -49,10 +49,13 @@ public:
   }
   void GetAvailableInstances(std::vector<IContextedSolutionInstance *> & instances, IDerivedDataDefinition const *,
                              IProgressMonitor *) const override {
+    if (addsNull)
+      instances.push_back(nullptr);
     instances.push_back(const_cast<ProductInstance *>(&instance));
   }
 
   Variable * major = nullptr;
+  bool addsNull = false;
   ProductInstance instance;
 };
 
@@ -112,6 +115,16 @@ TEST_F(SolutionInstanceManagerTest, AnExtractorThatDoesNotLoadInstancesHasNone) 
   m_solution->SetExtractor(new support::ColumnExtractor(m_manager.get(), m_solution));
   SolutionLoadDefinition const definition = Definition(m_solution->GetID());
   EXPECT_EQ(Instances().GetVersionIDForPostprocessing(&definition), id::invalidID);
+}
+
+TEST_F(SolutionInstanceManagerTest, ANullAmongTheProductsInstancesIsNone) {
+  m_instances->addsNull = true;
+  SolutionLoadDefinition const definition = Definition(m_solution->GetID());
+  std::vector<IContextedDerivedDataInstance *> instances;
+  Instances().GetAvailableInstances(instances, &definition, nullptr);
+  ASSERT_EQ(instances.size(), 1u);
+  std::unique_ptr<IContextedDerivedDataInstance> const instance(instances.front());
+  EXPECT_EQ(instance->GetVersionID(), 31);
 }
 
 TEST_F(SolutionInstanceManagerTest, InstancesTellTheirSolutionWithWhatTheProductTells) {

@@ -42,6 +42,15 @@ TEST_F(TextResolutionTest, AWordIsACannedVariableBeforeAQuantity) {
   Manager().DoGarbageCollection({});
 }
 
+TEST_F(TextResolutionTest, AWordIsACannedVariableBeforeAnOutputVariable) {
+  AddVariable(L"v", L"Q");
+  m_extractor->canned = L"v";
+  auto const * const variable = dynamic_cast<OutputVariable const *>(m_extractor->ParseText(L"v"));
+  ASSERT_NE(variable, nullptr);
+  EXPECT_EQ(variable->GetValueBaseText(), L"2*P");
+  Manager().DoGarbageCollection({});
+}
+
 TEST_F(TextResolutionTest, AWordIsAnOutputVariableBeforeAQuantity) {
   OutputVariable & variable = AddVariable(L"v", L"P");
   EXPECT_EQ(m_extractor->ParseText(L"v"), &variable);

@@ -69,6 +69,7 @@ public:
   int GetISimDataExtractors(std::vector<ISimDataExtractor *> & extractors, unsigned reportType,
                             bool includeImported) const override {
     askedReportTypes.push_back(reportType);
+    askedForImported.push_back(includeImported);
     if (!listsExtractors)
       return BaseSolutionManager::GetISimDataExtractors(extractors, reportType, includeImported);
     std::vector<BaseSimDataExtractor *> all;
@@ -101,6 +102,7 @@ public:
   std::set<unsigned> affectedTypes;
   bool isContextAffected = false;
   mutable std::vector<unsigned> askedReportTypes;
+  mutable std::vector<bool> askedForImported;
   mutable std::vector<unsigned> askedContextTypes;
   mutable std::vector<AString> analysed;
 

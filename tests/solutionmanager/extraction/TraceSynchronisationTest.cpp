@@ -221,6 +221,7 @@ TEST_F(TraceSynchronisationTest, TheManagerGoesThroughTheExtractorsOfReportTypeO
   Manager().SynchronizeTracesAndGetAffectedSPS(affected, &m_command);
   EXPECT_EQ(affected, std::vector<ISolutionPointSet *>{m_set});
   EXPECT_EQ(Traces().askedReportTypes, std::vector<unsigned>{1});
+  EXPECT_EQ(Traces().askedForImported, std::vector<bool>{Manager().AllowImportDataInTraces()});
   Clean();
   Manager().SynchronizeTraces(&m_command);
   EXPECT_TRUE(m_s21->IsDirty());
@@ -293,6 +294,47 @@ TEST_F(TraceSynchronisationTest, TheReportTypeOfASetIsTheFirstThatItsExpressions
   AddTrace(ofBoth, L"x", L"S11+T");
   AssertWatch::Expect("reptypes.size()==1");
   EXPECT_EQ(Manager().GetReportTypeOfSolutionPointSet(ofBoth), 1u);
+}
+
+TEST_F(TraceSynchronisationTest, OfTracesOfSeveralReportTypesTheFirstOfTheSetTellsItWhereverTheyLieInMemory) {
+  for (int i = 0; i < 20; ++i) {
+    SolutionPointSet * const set = CreateSet(false);
+    bool const isFirstT = i % 2 == 0;
+    AddTrace(set, L"x", isFirstT ? L"T" : L"S11", false);
+    for (int more = 0; more < 5; ++more)
+      AddTrace(set, L"x", isFirstT ? L"S11" : L"T", false);
+    EXPECT_EQ(Manager().GetReportTypeOfSolutionPointSet(set), isFirstT ? 2u : 1u) << i;
+  }
+}
+
+TEST_F(TraceSynchronisationTest, ATraceOfAnotherSetOrWithoutExpressionsTellsNoReportType) {
+  SolutionPointSet * const set = CreateSet(false);
+  m_extractor->CreateTrace2D(set, nullptr, nullptr, false);
+  std::map<Trace *, CParsedExpressionCacheContainer> caches;
+  Manager().ConstructTraceExprCacheMap(set, caches);
+  ASSERT_EQ(caches.size(), 1u);
+  auto & container = caches.begin()->second;
+  EXPECT_EQ(container.GetFirstElementForEdit(), container.GetLastElementForEdit());
+  EXPECT_EQ(Manager().GetReportTypeOfSolutionPointSet(set), 0xFFFFFFFFu);
+}
+
+TEST_F(TraceSynchronisationTest, AThirdComponentHasAnExpressionCacheToo) {
+  std::unique_ptr<TraceComponent> const x(m_extractor->CreateTraceComponent(L"x", nullptr));
+  std::unique_ptr<TraceComponent> const y(m_extractor->CreateTraceComponent(L"S11", nullptr));
+  std::unique_ptr<TraceComponent> const z(m_extractor->CreateTraceComponent(L"S21", nullptr));
+  Trace * const trace = m_extractor->CreateTrace3D(CreateSet(false), x.get(), y.get(), z.get(), true);
+  CParsedExpressionCacheContainer container;
+  Manager().CreateParsedExpressionCacheOfTraces(trace, container);
+  EXPECT_EQ(container.GetLastElementForEdit() - container.GetFirstElementForEdit(), 3);
+}
+
+TEST_F(TraceSynchronisationTest, WithoutAManagerNothingIsSynchronised) {
+  support::TraceExtractor lonely(nullptr, m_solution);
+  AssertWatch::Take();
+  std::vector<ISolutionPointSet *> affected;
+  lonely.SynchronizeTracesAndGetAffectedSPS(affected, &m_command);
+  EXPECT_TRUE(affected.empty());
+  EXPECT_FALSE(AssertWatch::Take().empty());
 }
 
 TEST_F(TraceSynchronisationTest, ADefinitionIsValidWhileEveryExpressionParses) {

@@ -272,3 +272,20 @@ TEST_F(ManagerDefaultsTest, PortsCountOnlyWhilePostProcessingIsOn) {
   m_product.SetPostProcessingIsOn(false);
   EXPECT_FALSE(m_product.IsRenormalizing());
 }
+
+TEST_F(ManagerDefaultsTest, AnyPortIsEnoughAndWithoutPortsThereIsNothingToCorrect) {
+  m_product.SetPostProcessingIsOn(true);
+  EXPECT_FALSE(m_product.IsDeembedding());
+  EXPECT_FALSE(m_product.IsRenormalizing());
+  PortSettings const plain(L"P1");
+  PortSettings moved(L"P2");
+  moved.SetDeembeddingDist(0.1);
+  m_product.SetPortPostProcessingSettings({plain, plain, moved});
+  EXPECT_TRUE(m_product.IsDeembedding());
+  EXPECT_FALSE(m_product.IsRenormalizing());
+  PortSettings real(L"P3");
+  real.SetRenormalization({75.0, 0.0});
+  m_product.SetPortPostProcessingSettings({plain, real});
+  EXPECT_FALSE(m_product.IsDeembedding());
+  EXPECT_TRUE(m_product.IsRenormalizing());
+}

@@ -263,6 +263,14 @@ TEST_F(EvaluationValuesTest, ATextIsOnNoPostprocessSweep) {
   ExpectRefused(Evaluate(L"v", L"x=1; d=far"), {{24586, {L"d", L"x=1; d=far"}}});
 }
 
+TEST_F(EvaluationValuesTest, AComplexNumberIsOnNoPostprocessSweep) {
+  Variable distance(L"d", L"0");
+  m_design.ownVariables.variables.push_back(&distance);
+  m_extractor->AddSweep(new PostprocessSweep(&distance, Units::kNoUnits));
+  AddVariable(L"v", L"P");
+  ExpectRefused(Evaluate(L"v", L"x=1; d=1+2i"), {{24586, {L"d", L"x=1; d=1+2i"}}});
+}
+
 TEST_F(EvaluationValuesTest, SpecialSweepsStandInFrontOfTheOthers) {
   AddVariable(L"v", L"P");
   Variable & frequency = *Value::GetIntrinsicVariable(val::kIntrinsicFrequency);

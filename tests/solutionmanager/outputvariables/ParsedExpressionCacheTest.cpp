@@ -49,6 +49,21 @@ TEST_F(ParsedExpressionCacheTest, TheFirstQuestionAnalysesAndTheOthersDoNot) {
   EXPECT_EQ(m_quantities.analyses, 1) << "a copy of a computed cache answers without analysing";
 }
 
+TEST_F(ParsedExpressionCacheTest, WithoutAManagerItIsReportedAndNothingIsValid) {
+  CParsedExpressionCache cache(L"S11", nullptr);
+  support::AssertWatch::Expect("m_solutionManager");
+  EXPECT_FALSE(cache.IsExpressionValid());
+  std::vector<unsigned> types;
+  cache.GetReferencedReportTypes(types);
+  EXPECT_TRUE(types.empty());
+}
+
+TEST_F(ParsedExpressionCacheTest, AContainerIgnoresNull) {
+  CParsedExpressionCacheContainer container;
+  container.AddElement(nullptr);
+  EXPECT_EQ(container.GetFirstElementForEdit(), container.GetLastElementForEdit());
+}
+
 TEST_F(ParsedExpressionCacheTest, SimValuesAreListedByReportTypeOrAllTogether) {
   CParsedExpressionCache cache(L"S11+S21+Z", &m_quantities);
   std::vector<unsigned> types;

@@ -101,6 +101,18 @@ TEST_F(PastedVariablesTest, OfTheSameNameAndTypeTheExistingOneServes) {
   EXPECT_TRUE(m_desktop.posted.empty());
 }
 
+TEST_F(PastedVariablesTest, ANewNameThatADesignVariableHasIsPassedOver) {
+  Variable taken(L"Loss_1", L"3");
+  m_design.ownVariables.variables.push_back(&taken);
+  io::CBlock const block = Copied({L"Loss"});
+  KelvroCommand edit(L"Edit");
+  ASSERT_TRUE(Manager().EditOutputVariable(Manager().FindOutputVariable(L"Loss"), L"S11", &edit));
+  AssertWatch::Expect("0");
+  EXPECT_TRUE(Paste(block));
+  EXPECT_EQ(m_context.renamed, (std::vector<std::pair<AString, AString>>{{L"Loss", L"Loss_2"}}));
+  EXPECT_EQ(m_desktop.posted.size(), 1u) << "nobody is told of the names that were tried";
+}
+
 TEST_F(PastedVariablesTest, OfAnotherTypeItComesInUnderANewNameAndTheUserIsTold) {
   io::CBlock const block = Copied({L"Loss"});
   KelvroCommand edit(L"Edit");

@@ -194,6 +194,14 @@ TEST_F(QuantityTypesTest, TheContextOfTheExpressionGivesTheDomain) {
   EXPECT_EQ(m_extractor->askedDomains.back(), 4);
 }
 
+TEST_F(QuantityTypesTest, ASolutionWithoutAnExtractorKnowsNoValueInAContext) {
+  auto & bare = static_cast<support::TestSolution &>(SolutionOf(AddSetup(L"Other", L"Sweep")));
+  bare.SetExtractor(nullptr);
+  Value value;
+  EXPECT_TRUE(Manager().GetValueInfoForExpression(L"P", m_solution, value));
+  EXPECT_FALSE(Manager().GetValueInfoForExpression(L"P", &bare, value));
+}
+
 TEST_F(QuantityTypesTest, AContextWithoutAKindIsThatOfEachSolutionsOwnParser) {
   Value value;
   SimValueContext const own(3, static_cast<rep::CalculationType>(6), 2, 0, 1.0, 1.0, 0.0, 0.0);
@@ -243,6 +251,21 @@ TEST_F(QuantityTypesTest, ParsersAreThoseOfAllSolutionsOrOfOneSet) {
   Manager().GetImportedParserList(parsers, &set);
   EXPECT_EQ(parsers.size(), 3u) << "the list is appended to";
   EXPECT_EQ(parsers.back(), m_extractor);
+}
+
+TEST_F(QuantityTypesTest, AProductsOwnParsersAreNoneOfTheImportedOnesAsMeant) {
+  class OwnParsers : public support::TestManager {
+  public:
+    using TestManager::TestManager;
+    void GetValParserList(std::vector<IValueParser *> & parsers, SolutionPointSet *) const override {
+      parsers.push_back(nullptr);
+    }
+  };
+  OwnParsers const product(&m_design);
+  SolutionPointSet set(*m_extractor);
+  std::vector<IValueParser *> parsers;
+  product.GetImportedParserList(parsers, &set);
+  EXPECT_EQ(parsers, std::vector<IValueParser *>{m_extractor});
 }
 
 TEST_F(QuantityTypesTest, ASolutionWithoutAnExtractorGivesANullParserAsMeant) {

@@ -67,7 +67,7 @@ private:
 /// How the data of a point set is given up.
 class CSimValueCache {
 public:
-  /// All that was kept of a version.
+  /// All that was kept of a version, of which there are never as many as an int counts.
   static void Invalidate(CSimValueCacheV & cache, int version) { cache.Invalidate(version, nullptr); }
   /// One value at every version.
   static void Invalidate(CSimValueCacheV & cache, SimValue const * value);

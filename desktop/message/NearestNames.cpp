@@ -1,9 +1,9 @@
-#include "apps/solvedesk/NearestNames.h"
+#include "desktop/message/NearestNames.h"
 
 #include <algorithm>
 #include <numeric>
 
-namespace solvedesk {
+namespace desktop {
 namespace {
 
 constexpr std::size_t kMost = 5;
@@ -44,4 +44,4 @@ std::vector<AString> NearestNames(AString const & word, std::vector<AString> con
   return nearest;
 }
 
-} // namespace solvedesk
+} // namespace desktop
