@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/solvedesk/Verbs.h"
+#include "apps/solvedesk/console/Verbs.h"
 
 #include <memory>
 #include <string>

@@ -1,9 +1,9 @@
-#include "apps/solvedesk/OpenProject.h"
 #include "apps/solvedesk/Program.h"
 #include "apps/solvedesk/ScriptLine.h"
+#include "apps/solvedesk/project/OpenProject.h"
 #include "desktop/Error.h"
 
-#include "apps/solvedesk/Console.h"
+#include "apps/solvedesk/console/Console.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

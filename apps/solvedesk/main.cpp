@@ -1,7 +1,7 @@
 // solvedesk: the headless desktop as a program.
 
-#include "apps/solvedesk/Console.h"
 #include "apps/solvedesk/Program.h"
+#include "apps/solvedesk/console/Console.h"
 #include "basekit/message/MessageManager.h"
 #include "desktop/Error.h"
 #include "desktop/KitDesktop.h"
