@@ -56,6 +56,12 @@ def desk_and_kill(delay, *words):
     return [line for line in out.splitlines(keepends=True) if line.endswith('\n')], killed
 
 
+def write_script(cap, res):
+    write('script', '\n'.join((f'setup edit {FIRST} {EDITED}',
+                               f'solve --setup {FIRST} --vary cap={cap} --vary res={",".join(res)} --no-save',
+                               'undo', f'solve --setup {FIRST} --vary cap={cap} --no-save')) + '\n')
+
+
 def touchstone(project, folder):
     """{(setup, variation): bytes of its file}, comments left out, since they may name the moment of writing."""
     desk('touchstone', project, '--to', folder, '--digits', '17')
@@ -78,11 +84,12 @@ class Reference:
         self.time('info', 'whole')
         self.files = touchstone('whole', 'whole-files')
         self.time('delete', 'whole', '--variation', 'cap=1e-12; res=40')
+        write_script(CAP[0], RES[:8])
+        self.time('shell', 'whole', 'script')
         self.time('discard', 'whole')
         start = time.monotonic()
         desk('set', 'whole', '--rename', 'cap=capacity')
         self.seconds['rename'] = time.monotonic() - start
-        self.seconds['shell'] = self.seconds['solve'] + 2 * self.seconds['setup']
         if len(self.files) != 2 * len(RES) * len(CAP):
             raise Broken(f'the undisturbed solve has {len(self.files)} points')
 
@@ -98,6 +105,7 @@ class Run:
     def __init__(self, name, source, reference):
         self.name, self.source, self.reference = name, source, reference
         self.acknowledged = set()  # (setup, variation)
+        self.edited = set()  # What was solved while the first setup stood edited.
         self.design = {'res': '50', 'cap': '1e-12'}
         self.deaths, self.story = 0, []
         desk('new', name, '--netlist', 'small.cir')
@@ -151,7 +159,8 @@ class Run:
             return
         _, variation = self.source.choice(sorted(self.acknowledged))
         self.attempt('delete', '--variation', variation)
-        self.acknowledged -= {(FIRST, variation), (SECOND, variation)}
+        for points in (self.acknowledged, self.edited):
+            points -= {(FIRST, variation), (SECOND, variation)}
         self.solve()
 
     def rename_and_discard(self):
@@ -194,9 +203,7 @@ class Run:
     def edit_setup_and_undo(self):
         """What an edit of a setup makes stale is there all the same, and valid again when it is taken back."""
         cap, res = self.source.choice(CAP), self.source.sample(RES, 8)
-        write('script', '\n'.join((f'setup edit {FIRST} {EDITED}',
-                                   f'solve --setup {FIRST} --vary cap={cap} --vary res={",".join(res)} --no-save',
-                                   'undo', f'solve --setup {FIRST} --vary cap={cap} --no-save')) + '\n')
+        write_script(cap, res)
         lines, killed = self.attempt('shell', 'script', '--json')
         done = [json.loads(line) for line in lines]
         if any(line['exit_code'] != 0 for line in done):
@@ -206,8 +213,12 @@ class Run:
         expected = {0: (401, 801), 1: (401,), 2: (401, 801)}.get(len(done), (801,))
         if points not in (expected if killed else (801,)):
             raise Broken(f'the sweep has {points} points after {len(done)} lines')
+        if len(done) >= 2:
+            self.edited |= {(FIRST, f'cap={cap}; res={value}') for value in res}
+        if len(done) >= 4:
+            self.acknowledged.add((FIRST, f'cap={cap}; res={self.design["res"]}'))
         if points == 401:
-            self.check(first_is_valid=False)
+            self.check(edit_stands=True)
             desk('setup', self.name, 'edit', FIRST, *SWEEP.split())
         self.check()
 
@@ -224,19 +235,25 @@ class Run:
     def variables(self):
         return {entry['name']: entry['value'] for entry in self.info()['design']['variables']}
 
-    def check(self, first_is_valid=True):
-        if self.variables() != self.design:
-            raise Broken(f'the design is {self.variables()}, acknowledged was {self.design}')
+    def states(self):
+        """{(setup, variation): what it is in any version of the setup}"""
         states = {}
         for setup in self.info()['setups']:
             for state in (state for solution in setup['solutions'] for state in solution['variations']):
                 states.setdefault((setup['name'], state['variation']), set()).add(
                     'no data' if not state['has_data'] else 'valid' if state['valid'] else 'stale')
-        for point in self.acknowledged:
-            wanted = 'valid' if first_is_valid or point[0] != FIRST else 'stale'
-            if wanted not in states.get(point, ()):
-                raise Broken(f'{point} should be {wanted}, and is {states.get(point, "gone")}')
-        if not first_is_valid or not self.acknowledged:
+        return states
+
+    def check(self, edit_stands=False):
+        if self.variables() != self.design:
+            raise Broken(f'the design is {self.variables()}, acknowledged was {self.design}')
+        states = self.states()
+        wanted = [(point, 'stale' if edit_stands and point[0] == FIRST else 'valid') for point in self.acknowledged]
+        wanted += [(point, 'valid' if edit_stands else 'stale') for point in self.edited]
+        for point, state in wanted:
+            if state not in states.get(point, ()):
+                raise Broken(f'{point} should be {state}, and is {states.get(point, "gone")}')
+        if edit_stands or not self.acknowledged:
             return
         files = touchstone(self.name, self.name + '-files')
         for point in self.acknowledged:
