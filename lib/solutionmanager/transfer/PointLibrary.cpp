@@ -3,7 +3,6 @@
 #include "basekit/diag/Assert.h"
 #include "basekit/diag/Debug.h"
 #include "basekit/file/LongFileName.h"
-#include "basekit/io/CBlock.h"
 #include "solutionmanager/store/SolutionFileManager.h"
 #include "viewkit/library/LibraryReader.h"
 
@@ -72,7 +71,12 @@ void PointLibrary::Save(io::CBlock & block) {
 // names alone.
 void PointLibrary::CutDown(std::set<AString> const & internalNames, io::CBlock & replacements) {
   TakeOut(internalNames);
-  Replace(replacements);
+  auto const left = Replace(replacements);
+  WriteAnew();
+  if (left.empty())
+    return;
+  for (auto const & block : left) // There may be room now.
+    Save(*block);
   WriteAnew();
 }
 
@@ -123,7 +127,8 @@ void PointLibrary::KeepOnly(std::vector<AString> const & names, io::CBlock const
     IsWritten(m_library.SaveBlocks(keep));
 }
 
-void PointLibrary::Replace(io::CBlock & blocks) {
+std::vector<io::CBlock_ptr<io::CBlock>> PointLibrary::Replace(io::CBlock & blocks) {
+  std::vector<io::CBlock_ptr<io::CBlock>> left;
   for (auto const & item : blocks) {
     io::CBlock_ptr<io::CBlock> const block(item);
     KVRO_ASSERT(block);
@@ -132,8 +137,10 @@ void PointLibrary::Replace(io::CBlock & blocks) {
     AString const internalName = m_files.GetInternalBlockName(block->Name());
     KvroDebug(kCategory, kLevel, L"Replacing block %s in qsol for export-design-point\n", internalName);
     block->Name(internalName);
-    Save(*block);
+    if (m_library.SaveDefinition(*block) != kSuccess)
+      left.push_back(block);
   }
+  return left;
 }
 
 void PointLibrary::Fill(io::CBlock & blocks) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "basekit/io/CBlock.h"
 #include "basekit/text/AString.h"
 #include "viewkit/library/CStreamioLibPrivate.h"
 
@@ -8,10 +9,6 @@
 #include <vector>
 
 class SolutionFileManager;
-
-namespace io {
-class CBlock;
-}
 
 /// The library file of an exported design point, written in place, whose blocks bear the internal names of the library
 /// that it comes from.  That library's file manager outlives this, its name map loaded.  What fails leaves a partial
@@ -34,7 +31,8 @@ private:
   std::optional<std::vector<AString>> NamesInFile() const;
   void TakeOut(std::set<AString> const & internalNames);
   /// Stores the children, which stand under real names and take internal ones here, in place of what bears their names.
-  void Replace(io::CBlock & blocks);
+  /// Those that could not be stored, without a trace.
+  std::vector<io::CBlock_ptr<io::CBlock>> Replace(io::CBlock & blocks);
   void WriteAnew();
   void KeepOnly(std::vector<AString> const & names, io::CBlock const * map);
   void Save(io::CBlock & block);
