@@ -119,7 +119,7 @@ class ReportPages(DeskTest):
         plot, numbers, _ = sections['mixed']['items']
         self.assertEqual({series['name'] for series in plot['series']}, {'dB(S(2,1))'})
         self.assertEqual([column['title'] for column in numbers['columns']],
-                         ['expression', 'variation', 'value'])
+                         ['expression', 'variation', 'value', 'unit'])
         self.assertEqual(list(columns[numbers['columns'][2]['numbers']]),
                          [float(row[3]) for row in self.rows('mixed')[1::61]])
 

@@ -170,14 +170,16 @@ class ReportPagesInABrowser(DeskTest):
             time.sleep(0.05)
         # What the reader does, at once so that no reading anew comes between.
         self.browser.open('live.html')
-        kept = self.browser.run('''solvedeskPage.drawAll();
+        place = '''const placeOfMain = () => Math.round(document.getElementById('main').getBoundingClientRect().top);'''
+        kept = self.browser.run(place + '''solvedeskPage.drawAll();
           const [plot, table] = solvedeskPage.views;
           plot.legend.show([plot.curves[0]], false);
           plot.xAxis.setRange(2, 4); plot.zoomed(); plot.setCursor(1);
           table.sort(2); table.sort(2);
           scrollTo(0, 250);
           solvedeskPage.reader = true;
-          return [document.getElementById('live') !== null, plot.curves[0].x.length, scrollY, plot.cursorX, plot.yAxis.low]''')
+          return [document.getElementById('live') !== null, plot.curves[0].x.length, placeOfMain(), plot.cursorX,
+                  plot.yAxis.low]''')
         self.assertTrue(kept[0])
 
         def wait_until(code, why):
@@ -187,8 +189,8 @@ class ReportPagesInABrowser(DeskTest):
                 time.sleep(0.1)
 
         wait_until('!solvedeskPage.reader', 'it was never read anew')
-        state = '''const [plot, table] = solvedeskPage.views;
-          return [scrollY, plot.cursorX, plot.yAxis.low, plot.xAxis.low, plot.xAxis.high, plot.curves[0].isShown,
+        state = place + '''const [plot, table] = solvedeskPage.views;
+          return [placeOfMain(), plot.cursorX, plot.yAxis.low, plot.xAxis.low, plot.xAxis.high, plot.curves[0].isShown,
                   plot.curves[1].isShown, table.sorted]'''
         same = kept[2:] + [2, 4, False, True, {'column': 2, 'isRising': False}]
         self.assertEqual(self.browser.run(state), same)
