@@ -406,3 +406,42 @@ TEST_F(LiveReports, AQuestionHasTheSamplesOfItsOwnVariation) {
   EXPECT_EQ(RowsAt(L"V", L"C=3").size(), 5u);
   EXPECT_EQ(Show(Report({L"V"})), here);
 }
+
+TEST_F(LiveReports, TakeASampleThatIsNamedToOnePartInABillion) {
+  EXPECT_EQ(RowsAt(L"V", L"Freq=2.000000001"), (Rows{{L"20"}}));
+  EXPECT_EQ(RowsAt(L"V", L"Freq=1.999999999"), (Rows{{L"20"}}));
+  for (wchar_t const * const off : {L"Freq=2.000000004", L"Freq=1.999999996"}) {
+    ReportDefinition question = Report({L"V"});
+    question.variation = off;
+    auto const shown = Live().Evaluate(question);
+    ASSERT_EQ(shown.problems.size(), 1u);
+    EXPECT_NE(shown.problems.front().find(L"there is no such sample"), AString::npos);
+    Live().Forget(question);
+  }
+}
+
+TEST_F(LiveReports, ASolutionWithoutDataForReportsIsTold) {
+  ExtractorDoor::Enter(SolutionOf(*m_session, L"Fine"), nullptr);
+  ReportDefinition report = Report({L"V"});
+  report.setup = L"Fine";
+  auto const shown = Live().Show(report);
+  ASSERT_EQ(shown.problems.size(), 1u);
+  EXPECT_EQ(shown.problems.front(), AString(L"report curves: the solution '") +
+                                        SolutionOf(*m_session, L"Fine").GetGlobalSolutionName() +
+                                        L"' has no data that reports could show; choose another one");
+  EXPECT_TRUE(shown.areWordsWrong);
+  EXPECT_EQ(desktop::FindProblems(*m_session, report), shown.problems);
+  EXPECT_EQ(Show(Report({L"V"})).size(), 3u) << "others are shown as ever";
+}
+
+TEST_F(LiveReports, AnOutputVariableThatLeadsBackToItselfIsToldWithTheWay) {
+  Editor().AddOutputVariable(L"first", L"V");
+  Editor().AddOutputVariable(L"second", L"first+1");
+  Editor().AddOutputVariable(L"good", L"V+V");
+  m_session->GetManager().FindOutputVariable(L"first")->SetValueBaseText(L"2*SECOND", ValueState());
+  auto const shown = Live().Show(Report({L"good", L"3*second"}));
+  ASSERT_EQ(shown.problems.size(), 1u);
+  EXPECT_EQ(shown.problems.front(), L"report curves: '3*second' can't be evaluated: 'second' refers to itself: "
+                                    L"second -> first -> second; edit it with `var edit`");
+  EXPECT_EQ(RowsOf(shown.table)[0], (std::vector<AString>{L"1", L"20", L"-"}));
+}
