@@ -601,6 +601,12 @@ class Reports(DeskTest):
             self.assertIn(f'report {name}: removed', self.run_desk('report', 'ladder', 'remove', name).stdout)
         self.assertEqual(self.document('report', 'ladder', 'list')['reports'], [])
 
+    def test_kept_numbers_take_about_the_room_of_the_numbers_written_out(self):
+        self.solved(LADDER)
+        self.run_shell(['report add s --y S(2,1) --y dB(S(1,1)) --over c1,l2', 'report show s --csv s.csv', 'save'])
+        ratio = os.path.getsize(self.kept_numbers()) / os.path.getsize('s.csv')
+        self.assertTrue(0.8 < ratio < 2, ratio)
+
 
 def crc32c(data):
     """The checksum of project files."""
