@@ -445,3 +445,26 @@ TEST_F(LiveReports, AnOutputVariableThatLeadsBackToItselfIsToldWithTheWay) {
                                     L"second -> first -> second; edit it with `var edit`");
   EXPECT_EQ(RowsOf(shown.table)[0], (std::vector<AString>{L"1", L"20", L"-"}));
 }
+TEST_F(LiveReports, ADeletedSweepDirtiesWhatRunsOverItAndAllThatSharesItsPointsUntilUndone) {
+  ReportDefinition over = Report({L"V"}, {L"C"});
+  over.setup = L"Sweep";
+  ReportDefinition other = Report({L"V"}, {L"L"});
+  other.setup = L"Sweep";
+  other.name = L"other";
+  Editor().AddReport(over);
+  Editor().AddReport(other);
+  Rows const before = Show(over);
+  Rows const otherBefore = Show(other);
+  std::vector<std::function<void()>> const deletions{[this] { Editor().RemoveVariable(L"C"); },
+                                                     [this] { Editor().DeleteSetup(L"Sweep"); }};
+  for (auto const & deletes : deletions) {
+    ASSERT_EQ(DirtyOf(L"curves") + DirtyOf(L"other"), 0u);
+    deletes();
+    EXPECT_EQ(DirtyOf(L"curves"), 1u);
+    EXPECT_EQ(DirtyOf(L"other"), 1u) << "its points are those of the same variable and setup";
+    EXPECT_EQ(Live().Show(over).problems.size(), 1u);
+    Editor().Undo();
+    EXPECT_EQ(Show(over), before);
+    EXPECT_EQ(Show(other), otherBefore);
+  }
+}
