@@ -5,7 +5,7 @@ import resource
 import subprocess
 import unittest
 
-from _solvedesk import SETUP, SOLVEDESK, DeskTest, files_below, read, write
+from _solvedesk import SETUP, SOLVEDESK, DeskTest, bound_by_permissions, files_below, read, write
 from _qsol import QSOL
 
 # A divider: 1 V behind 50 ohm, `res` to the middle, 100 ohm to ground there.
@@ -231,12 +231,17 @@ class ExportPoint(DeskTest):
         self.solved('10')
         write('note', 'a file')
         self.assertIn('note', self.refuse(7, 'export', 'divider', '--point', 'res=10', '--to', 'note/point'))
-        if os.geteuid() == 0:
-            return  # may write everywhere else
+
+    def test_a_folder_without_permission_is_told(self):
+        self.solved('10')
         os.mkdir('shut')
         os.chmod('shut', 0o500)
-        self.assertIn('shut', self.refuse(7, 'export', 'divider', '--point', 'res=10', '--to', 'shut/point'))
-        self.assertEqual(files_below('shut'), [])
+        self.addCleanup(os.chmod, os.path.abspath('shut'), 0o700)
+        words = ('export', 'divider', '--point', 'res=10', '--to', 'shut/point')
+        self.assertIn('shut', self.refuse(7, *words, preexec_fn=bound_by_permissions))
+        self.assertEqual(os.listdir('shut'), [])
+        os.chmod('shut', 0o700)
+        self.run_desk(*words, preexec_fn=bound_by_permissions)
 
     def test_a_full_disk_leaves_nothing_behind_and_loses_nothing(self):
         self.solved('10,20,30')
