@@ -445,6 +445,7 @@ TEST_F(LiveReports, AnOutputVariableThatLeadsBackToItselfIsToldWithTheWay) {
                                     L"second -> first -> second; edit it with `var edit`");
   EXPECT_EQ(RowsOf(shown.table)[0], (std::vector<AString>{L"1", L"20", L"-"}));
 }
+
 TEST_F(LiveReports, ADeletedSweepDirtiesWhatRunsOverItAndAllThatSharesItsPointsUntilUndone) {
   ReportDefinition over = Report({L"V"}, {L"C"});
   over.setup = L"Sweep";
