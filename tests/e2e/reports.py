@@ -577,6 +577,36 @@ class Reports(DeskTest):
         self.assertNotIn('remove gain', show)
         self.assertIn('var lowpass delete gain', self.run_desk('var', 'ladder', 'delete', '--help').stdout)
 
+    def test_names_that_try_to_be_formats_stay_text(self):
+        self.solved()
+        names = ['%s%n{}<b>', '%d {0} %%', '{name!r}', '%1$s']
+        for name in names:
+            done = self.run_desk('report', 'ladder', 'add', name, '--y', 'dB(S(2,1))', '--over', 'c1')
+            self.assertIn(f'report {name}: added', done.stdout)
+        self.assertEqual([r['name'] for r in self.document('report', 'ladder', 'list')['reports']], names)
+        listed = self.run_desk('report', 'ladder', 'list').stdout
+        for number, name in enumerate(names):
+            self.assertIn(name, listed)
+            self.run_desk('report', 'ladder', 'show', name, '--csv', f'{number}.csv')
+            self.assertEqual(len(read(f'{number}.csv').splitlines()), 1 + 3 * 3)
+            self.assertEqual(self.document('report', 'ladder', 'show', name)['name'], name)
+        self.run_desk('save', 'ladder')
+        for unknown in ('%s%s%n', '{}{1}'):
+            self.assertIn(unknown + ': the project has no report of that name',
+                          self.refuse(2, 'report', 'ladder', 'show', unknown))
+            self.assertIn(unknown, self.refuse(2, 'eval', 'ladder', 'S(2,1)', '--over', unknown))
+            self.assertIn(unknown, self.refuse(2, 'var', 'ladder', 'add', unknown + '=1'))
+            self.assertIn(unknown, self.refuse(2, 'eval', 'ladder', 'mag(S(2,1))', '--solution', unknown))
+        for name in names:
+            self.assertIn(f'report {name}: removed', self.run_desk('report', 'ladder', 'remove', name).stdout)
+        self.assertEqual(self.document('report', 'ladder', 'list')['reports'], [])
+
+    def test_kept_numbers_take_about_the_room_of_the_numbers_written_out(self):
+        self.solved(LADDER)
+        self.run_shell(['report add s --y S(2,1) --y dB(S(1,1)) --over c1,l2', 'report show s --csv s.csv', 'save'])
+        ratio = os.path.getsize(self.kept_numbers()) / os.path.getsize('s.csv')
+        self.assertTrue(0.8 < ratio < 2, ratio)
+
 
 def crc32c(data):
     """The checksum of project files."""

@@ -32,7 +32,9 @@ public:
   FileStatus Read(std::uint64_t offset, std::span<char> into, std::size_t & got) override {
     got = 0;
     FileStatus const status = m_ledger->NextRead(L"read");
-    return status.Ok() ? m_file->Read(offset, into, got) : status;
+    FileStatus const read = status.Ok() ? m_file->Read(offset, into, got) : status;
+    m_ledger->bytesRead += m_ledger->isPaused ? 0 : got;
+    return read;
   }
   FileStatus Write(std::uint64_t offset, std::span<std::string_view const> pieces) override {
     std::string all;

@@ -2,6 +2,7 @@
 
 #include "basekit/file/IFileSystem.h"
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -27,6 +28,7 @@ public:
   bool HasFailed() const { return m_ledger->hasFailed; }
   std::size_t LargestWrite() const { return m_ledger->largestWrite; }
   int Writes() const { return m_ledger->writes; }
+  std::uint64_t BytesRead() const { return m_ledger->bytesRead; }
   /// Every file that was opened for writing goes back to its content at the last sync of it.
   void LosePower();
   /// The same on a disk that wrote out of order: of what was appended since the last sync the last bytes (that many)
@@ -53,6 +55,7 @@ public:
     bool isPaused = false;
     std::size_t largestWrite = 0;
     int writes = 0;
+    std::uint64_t bytesRead = 0;
     std::map<std::uint64_t, std::string> synced;
 
     file::FileStatus Next(wchar_t const * what);

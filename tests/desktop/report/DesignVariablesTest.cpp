@@ -93,16 +93,29 @@ TEST_F(DesignVariables, HoldTheSameValuesAfterErrors) {
 }
 
 TEST_F(DesignVariables, HoldTheSameValuesWhenSolvedDataCannotBeRead) {
+  ReportDefinition const report = Report({L"V"}, {L"C", L"L"});
+  for (int c = 4; c <= 6; ++c)
+    SolveLarge(AString::Format(L"C=%d; L=2", c), {1, 2});
   m_session->Save();
-  for (int operation = 1; operation <= 5; ++operation) {
-    m_session.reset();
-    support::FaultyFileSystem files;
-    files.CountReads(true);
-    m_session = Open();
-    files.FailAt(operation, true);
-    Live().Show(Report({L"V"}, {L"C", L"L"}));
+  std::size_t gaps = 0;
+  auto const show = [&](int failingOperation) {
+    auto const files = ReopenCounted();
+    files->FailAt(failingOperation, true);
+    auto const shown = Live().Show(report);
+    EXPECT_EQ(files->HasFailed(), failingOperation > 0);
+    gaps = shown.table.GapCount();
     ExpectUnchanged();
-    files.FailAt(0, false);
+    int const operations = files->Operations();
+    m_session.reset();
+    return operations;
+  };
+  int const operations = show(0);
+  ASSERT_GE(operations, 3) << "a read for each of the large points";
+  std::size_t const unsolved = gaps;
+  EXPECT_EQ(unsolved, 6u);
+  for (int operation = 1; operation <= operations; ++operation) {
+    show(operation);
+    EXPECT_GT(gaps, unsolved) << operation;
     AssertWatch::Take();
   }
 }

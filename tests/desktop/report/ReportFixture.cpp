@@ -29,8 +29,7 @@ std::unique_ptr<FaultyFileSystem> ReportTest::ReopenCounted(Access access) {
   return files;
 }
 
-void ReportTest::SolveLarge(AString const & variation, std::vector<double> const & values) {
-  constexpr std::size_t padding = 300'000;
+void ReportTest::SolveLarge(AString const & variation, std::vector<double> const & values, std::size_t bytes) {
   BaseSolution & solution = SolutionOf(*m_session);
   io::CBlock_ptr<io::CBlock> const block(
       new io::CBlock(SolutionVariationKey(solution.GetBaseSimulationSetup().GetID(), variation, solution.GetID(),
@@ -39,7 +38,7 @@ void ReportTest::SolveLarge(AString const & variation, std::vector<double> const
   io::CBlock_func data(L"Values");
   for (double const value : values)
     data << value;
-  *block << data << io::named(L"Padding", AString(std::wstring(padding, L'x')));
+  *block << data << io::named(L"Padding", AString(std::wstring(bytes, L'x')));
   io::CBlock batch;
   batch << block;
   ASSERT_EQ(m_session->GetManager().SaveBlocks(batch), CStreamioLibrary::kLibSuccess);

@@ -27,8 +27,9 @@ protected:
   /// of a session that is open already would go uncounted.
   std::unique_ptr<FaultyFileSystem> ReopenCounted(Access access = Access::kWrite);
   /// A library looks ahead when it is opened, and small blocks are known from then on: this one is too large for that,
-  /// so that each read of it is one of the file.
-  void SolveLarge(AString const & variation, std::vector<double> const & values);
+  /// so that each read of it is one of the file, of a few more than so many bytes.
+  void SolveLarge(AString const & variation, std::vector<double> const & values, std::size_t bytes = kLarge);
+  static constexpr std::size_t kLarge = 300'000;
   Rows Show(desktop::ReportDefinition const & report) { return RowsOf(Live().Show(report).table); }
 };
 

@@ -1,5 +1,4 @@
 #include "desktop/report/ShownNumbers.h"
-#include "basekit/io/CNamed_value_manip.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "tests/desktop/report/ReportFixture.h"
 #include "tests/support/AssertWatch.h"
@@ -11,8 +10,6 @@ using support::AssertWatch;
 
 namespace {
 
-constexpr std::size_t kPadding = 300'000;
-
 /// A project that was saved after its report was shown, the numbers of which a later session finds beside it.
 class ShownNumbers : public support::ReportTest {
 protected:
@@ -22,23 +19,6 @@ protected:
     Editor().AddReport(Kept());
   }
 
-  /// A library looks ahead when it is opened, and small blocks are known from then on: these are too large for that, so
-  /// that each read of solved data is one of the file.
-  void SolveLarge(AString const & variation, std::vector<double> const & values) {
-    BaseSolution & solution = SolutionOf(*m_session);
-    io::CBlock_ptr<io::CBlock> const block(
-        new io::CBlock(SolutionVariationKey(solution.GetBaseSimulationSetup().GetID(), variation, solution.GetID(),
-                                            solution.GetVersionID())
-                           .Pack()));
-    io::CBlock_func data(L"Values");
-    for (double const value : values)
-      data << value;
-    *block << data << io::named(L"Padding", AString(std::wstring(kPadding, L'x')));
-    io::CBlock batch;
-    batch << block;
-    ASSERT_EQ(m_session->GetManager().SaveBlocks(batch), CStreamioLibrary::kLibSuccess);
-    solution.GetVariationData(VariationIDIndex(variation, solution.GetVersionID(), &m_session->GetManager()), false);
-  }
   /// As the solve queue tells of a point that it stored again.
   void SolveLargeAgain(AString const & variation, std::vector<double> const & values) {
     SolveLarge(variation, values);
@@ -245,12 +225,16 @@ TEST_F(ShownNumbers, OfPointsThatAreGoneAreIgnored) {
 TEST_F(ShownNumbers, ServeBesideAPointThatIsNew) {
   ShowAndSave();
   Reopen();
-  Solve(*m_session, L"C=3; L=2", {12, 22});
-  Live().ResultsChanged();
+  SolveLargeAgain(L"C=3; L=2", {12, 22});
+  m_session->Save();
+  auto const files = ReopenCounted();
+  std::uint64_t const opened = files->BytesRead();
   Rows const rows = Show(Kept());
   ASSERT_EQ(rows.size(), m_shown.size() + 2);
   EXPECT_TRUE(std::equal(m_shown.begin(), m_shown.end(), rows.begin()));
   EXPECT_EQ(rows[6][2], L"12");
+  EXPECT_GT(files->BytesRead() - opened, kLarge);
+  EXPECT_LT(files->BytesRead() - opened, 2 * kLarge) << "of three points one is read";
 }
 
 TEST_F(ShownNumbers, AreOldOrNewButNeverWrongWhereverASaveDies) {
@@ -306,4 +290,19 @@ TEST_F(ShownNumbers, OfALaterSaveAreNotTaken) {
   ASSERT_NE(Content(), later);
   SetContent(later);
   ExpectSameNumbers(true);
+}
+
+// An opening reads the library's head and its last index, about 1 MB in all, however much is solved.
+TEST_F(ShownNumbers, NeedNoSolvedDataWhileASessionOpensEither) {
+  constexpr std::size_t huge = 10 * kLarge;
+  SolveLarge(L"C=3; L=2", {12, 22, 32}, huge);
+  ShowAndSave();
+  auto const bytesOfASession = [this] {
+    auto const files = ReopenCounted();
+    EXPECT_EQ(Show(Kept()), m_shown);
+    return files->BytesRead();
+  };
+  EXPECT_LT(bytesOfASession(), huge);
+  std::filesystem::remove(File());
+  EXPECT_GT(bytesOfASession(), huge);
 }

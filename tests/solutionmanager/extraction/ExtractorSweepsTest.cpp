@@ -370,3 +370,10 @@ TEST_F(ExtractorSweepsTest, AParserSpanGivesTheFormerParserBack) {
   }
   EXPECT_EQ(Value::GetValueParser(), nullptr);
 }
+
+TEST_F(ExtractorSweepsTest, TheDeletionOfAVariableMayGoOnAndCostsNoSweepByItself) {
+  Sweep * const x = AddSweep(m_x, {1});
+  Sweep * const y = AddSweep(m_y, {1});
+  m_extractor->DoGarbageCollectionToAllowVariableDeletion(m_x);
+  EXPECT_EQ(Sweeps(), (std::vector<SweepBase *>{x, y}));
+}

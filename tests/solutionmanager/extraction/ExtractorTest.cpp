@@ -281,3 +281,27 @@ TEST_F(ExtractorTest, TheAddOnsViewGoesOnToTheExtractor) {
   AssertWatch::Expect("0"); // nobody makes its sim values
   EXPECT_EQ(m_product.GetISimDataExtractorForSweepwise()->CreateTraceComponent(L"S11", nullptr), nullptr);
 }
+
+TEST_F(ExtractorTest, OperationsThatNobodyNamesKeepTheirDefaults) {
+  ISimDataExtractor & extractor = m_base;
+  EXPECT_TRUE(extractor.DesignHookA());
+  EXPECT_TRUE(extractor.DesignHookH());
+  EXPECT_TRUE(extractor.SimHookF());
+  EXPECT_EQ(extractor.DesignHookC(), 0);
+  EXPECT_EQ(extractor.DesignHookE(), 0);
+  for (bool const answer : {extractor.DesignHookB(), extractor.DesignHookD(), extractor.DesignHookF(),
+                            extractor.DesignHookG(), extractor.DesignHookJ()})
+    EXPECT_FALSE(answer);
+  for (bool const answer : {extractor.SimHookA(), extractor.SimHookJ(), extractor.SimHookK()})
+    EXPECT_FALSE(answer);
+  bool flag = true;
+  EXPECT_FALSE(extractor.SimHookG(flag));
+  EXPECT_FALSE(flag) << "it answers in its argument too";
+  EXPECT_FALSE(extractor.SimHookH());
+  EXPECT_FALSE(extractor.SimHookI());
+  EXPECT_EQ(AssertWatch::Take(), (std::vector<std::string>{"0", "0"})) << "of the last two";
+  extractor.DesignHookI();
+  for (auto const hook : {&ISimDataExtractor::SimHookB, &ISimDataExtractor::SimHookC, &ISimDataExtractor::SimHookD,
+                          &ISimDataExtractor::SimHookE, &ISimDataExtractor::SimHookL, &ISimDataExtractor::SimHookM})
+    (extractor.*hook)();
+}

@@ -355,3 +355,14 @@ TEST_F(EvaluationValuesTest, EvaluationsLeaveNothingBehindHoweverMany) {
   m_extractor->DoGarbageCollection({});
   EXPECT_EQ(support::CountedSimValue::alive, 0);
 }
+
+TEST_F(EvaluationValuesTest, WithoutAnInstanceTheVariationAloneCounts) {
+  AddVariable(L"v", L"P");
+  AddSweep(m_y, {2.0});
+  m_design.ownInstances.clear();
+  ExpectRefused(Evaluate(L"v", L""), {{24729, {L"Setup : Sweep"}}});
+  ExpectRefused(Evaluate(L"v", L"x=1"), {{24729, {L"Setup : Sweep"}}});
+  EXPECT_EQ(ValueAt(L"v", L"x=3; y=2"), 32.0);
+  EXPECT_TRUE(TakeMessages().empty());
+  ExpectNothingLeft();
+}

@@ -11,6 +11,7 @@
 #include "plotkit/trace/TraceComponent.h"
 #include "products/rfcircuit/product/PortEdit.h"
 #include "tests/products/rfcircuit_product/quantity/ExtractorFixture.h"
+#include "tests/support/FaultyFileSystem.h"
 
 #include <cmath>
 
@@ -29,6 +30,12 @@ protected:
     AddVariable(L"r", L"50");
     for (wchar_t const * const variation : variations)
       RfReports::Solve(variation);
+    Unload();
+  }
+  /// As a solve does, with data that is given.
+  void StoreSolved(AString const & variation, io::CBlock const & block) {
+    Store(*m_setup, variation, block);
+    ASSERT_NE(VariationAt(*m_setup, variation), nullptr);
     Unload();
   }
   SolutionPointSet * PointsOver(std::initializer_list<wchar_t const *> sweeps) {
@@ -75,14 +82,45 @@ TEST_F(RfReports, HaveACurveForEachSolvedValueOfAVariable) {
   EXPECT_EQ(trace->GetSegments().Get()[1].first, 3u);
 }
 
-TEST_F(RfReports, ShowAGapWhereAVariationIsMissing) {
+TEST_F(RfReports, ShowGapsAloneWhereNothingIsSolvedWithAVariable) {
   SolvePad({L"r=50", L"r=100"});
   AddVariable(L"q", L"1");
   SolutionPointSet * const points = PointsOver({L"F", L"r"});
   Trace const * const trace = Curve(points, L"mag(S(2,1))");
   points->UpdateData();
+  ASSERT_EQ(trace->GetSegments().Get().size(), 2u);
   for (auto const & segment : trace->GetSegments().Get())
     EXPECT_TRUE(segment.isMissing) << "nothing is solved with a value of q";
+}
+
+TEST_F(RfReports, ShowAGapWhereAVariationIsMissingAndTheOthersAsTheyAre) {
+  Netlist("V1 in 0 portnum 1 z0 50\nV2 out 0 portnum 2 z0 50\n.param r=50\n.param k=1\nR1 in out {r*k}\n.sp lin 3 1g "
+          "2g");
+  AddVariable(L"r", L"50");
+  AddVariable(L"k", L"1");
+  for (wchar_t const * const solved : {L"k=1; r=50", L"k=2; r=50", L"k=1; r=100", L"k=1; r=150", L"k=2; r=150"})
+    RfReports::Solve(solved);
+  Unload();
+  SolutionPointSet * const points = PointsOver({L"F", L"r", L"k"});
+  Trace const * const trace = Curve(points, L"mag(S(2,1))");
+  ASSERT_TRUE(points->UpdateData());
+  auto const & segments = trace->GetSegments().Get();
+  ASSERT_EQ(segments.size(), 6u);
+  int missing = 0;
+  for (auto const & segment : segments) {
+    VariableValues at;
+    ASSERT_TRUE(VariableValues::ResolveVariationKey(segment.variation, nullptr, at, nullptr, true));
+    double const r = at.Find(L"r")->GetSIValue();
+    double const k = at.Find(L"k")->GetSIValue();
+    EXPECT_EQ(segment.isMissing, r == 100 && k == 2) << r << ' ' << k;
+    missing += segment.isMissing;
+    if (segment.isMissing)
+      continue;
+    ASSERT_EQ(segment.count, 3u);
+    for (std::size_t i = 0; i < 3; ++i)
+      EXPECT_NEAR(Values(trace).at(segment.first + i), 100 / (100 + r * k), 1e-10) << r << ' ' << k;
+  }
+  EXPECT_EQ(missing, 1);
 }
 
 TEST_F(RfReports, ShowQuantitiesThatAVariationDoesNotHaveAsMissing) {
@@ -219,4 +257,88 @@ TEST_F(RfReports, AreReachedByAMovedPlaneOnlyAtItsPortWhileNoImpedanceIsAnotherO
   EXPECT_TRUE(through->IsDirty());
   EXPECT_FALSE(other->IsDirty());
   EXPECT_FALSE(ratio->IsDirty());
+}
+
+TEST_F(RfReports, OverAThousandVariationsReadEachOnceAndNothingASecondTime) {
+  constexpr std::size_t kSamples = 201;
+  auto const numberAt = [](int a, int b, int c, std::size_t sample) {
+    return Complex(a + 0.1 * b, c + 0.001 * static_cast<double>(sample));
+  };
+  Netlist("V1 in 0 portnum 1 z0 50\n.param a=1\n.param b=1\n.param c=1\nR1 in 0 {a*b*c}\n.sp lin 201 1g 2g");
+  for (wchar_t const * const name : {L"a", L"b", L"c"})
+    AddVariable(name, L"1");
+  std::vector<double> frequencies;
+  for (std::size_t i = 0; i < kSamples; ++i)
+    frequencies.push_back(1e9 + 5e6 * static_cast<double>(i));
+  for (int point = 0; point < 1000; ++point) {
+    int const a = 1 + point / 100;
+    int const b = 1 + point / 10 % 10;
+    int const c = 1 + point % 10;
+    rfcircuit::NetworkData network(frequencies, {{1, L"V1", 50.0}});
+    for (std::size_t i = 0; i < kSamples; ++i)
+      network.SetS(i, 0, 0, numberAt(a, b, c, i));
+    io::CBlock block;
+    network.Write(block);
+    StoreSolved(AString::Format(L"a=%d; b=%d; c=%d", a, b, c), block);
+  }
+  Commit();
+  support::FaultyFileSystem files;
+  files.CountReads(true);
+  Reopen();
+  m_setup = &ReopenedSetup();
+  SolutionPointSet * const points = PointsOver({L"F", L"a", L"b", L"c"});
+  Trace const * const trace = Curve(points, L"S(1,1)");
+  auto const update = [&] {
+    std::vector<ISolutionPointSet *> const sets{points};
+    int const before = files.Operations();
+    Manager().CentralizedUpdateSolutionPointSets(nullptr, &sets);
+    return files.Operations() - before;
+  };
+  int const reads = update();
+  EXPECT_GT(reads, 0);
+  EXPECT_LE(reads, 1000) << "no variation is read twice";
+  EXPECT_EQ(update(), 0) << "of a set that is clean";
+  auto const & segments = trace->GetSegments().Get();
+  ASSERT_EQ(segments.size(), 1000u);
+  ASSERT_EQ(trace->GetValueCount(), 1000 * kSamples);
+  auto const numbers = trace->GetOrdinate()->GetValues().GetComplexes();
+  std::size_t others = 0;
+  for (auto const & segment : segments) {
+    VariableValues at;
+    ASSERT_TRUE(VariableValues::ResolveVariationKey(segment.variation, nullptr, at, nullptr, true));
+    auto const value = [&at](wchar_t const * name) { return static_cast<int>(at.Find(name)->GetSIValue()); };
+    ASSERT_EQ(segment.count, kSamples);
+    for (std::size_t i = 0; i < kSamples; ++i)
+      others += numbers[segment.first + i] != numberAt(value(L"a"), value(L"b"), value(L"c"), i);
+  }
+  EXPECT_EQ(others, 0u) << "bit for bit what was stored";
+}
+
+TEST_F(RfReports, OfReadyFiguresReadOneVariationToLearnOfItsPortsAndNoOther) {
+  constexpr std::size_t kSamples = 10000; // Too many to be known once the library is open.
+  Netlist(kPad + ".sp lin 10000 1g 2g");
+  AddVariable(L"r", L"50");
+  for (int r = 1; r <= 3; ++r) {
+    std::vector<double> frequencies;
+    for (std::size_t i = 0; i < kSamples; ++i)
+      frequencies.push_back(1e9 + 1e9 / 3 * static_cast<double>(i) / kSamples);
+    rfcircuit::NetworkData network(frequencies, {{1, L"V1", 50.0}, {2, L"V2", 50.0}});
+    for (std::size_t i = 0; i < kSamples; ++i)
+      network.SetS(i, 1, 0, Complex(r / 3.0, static_cast<double>(i) / 7.0));
+    io::CBlock block;
+    network.Write(block);
+    StoreSolved(AString::Format(L"r=%d", r), block);
+  }
+  Commit();
+  auto const one = std::filesystem::file_size(text::ToUtf8(Manager().GetQsolPath())) / 3;
+  support::FaultyFileSystem files;
+  Reopen();
+  std::uint64_t const opened = files.BytesRead();
+  ASSERT_LT(opened, one);
+  ASSERT_NE(Manager().GetCannedOutputVariable(L"KFactor"), nullptr);
+  std::uint64_t const read = files.BytesRead() - opened;
+  EXPECT_GT(read, one / 2);
+  EXPECT_LT(read, 2 * one);
+  ASSERT_NE(Manager().GetCannedOutputVariable(L"MaxGain"), nullptr);
+  EXPECT_EQ(files.BytesRead() - opened, read);
 }
