@@ -27,6 +27,7 @@ struct Settings {
   std::string out;
   std::string folder;
   bool isRandom = false;
+  bool isCold = false;
   bool isSmoke = false;
 };
 
@@ -40,6 +41,8 @@ void Declare(CLI::App & app, Settings & settings) {
   app.add_option("--out", settings.out, "File for the results, one JSON object a line; else standard output");
   app.add_option("--dir", settings.folder, "The library goes into a folder in this one; else beside this program");
   app.add_flag("--random", settings.isRandom, "Variations are asked for at random, not as they follow each other");
+  app.add_flag("--cold", settings.isCold,
+               "No variation is asked for twice before other work took its place in the processor's caches");
   app.add_flag("--smoke", settings.isSmoke, "Few variations, once: does it work?");
 }
 
@@ -51,6 +54,21 @@ std::vector<std::size_t> Picks(std::size_t n, std::size_t count, bool isRandom) 
   std::ranges::generate(picks, [&, next = n / 2]() mutable { return (isRandom ? random() : next++) % n; });
   return picks;
 }
+
+/// Other work: when it is done, the processor's caches hold nothing else.
+class OtherWork {
+public:
+  void Do() {
+    m_memory.resize(kMoreThanCaches);
+    for (std::size_t at = 0; at < m_memory.size(); at += kLine)
+      ++m_memory[at];
+  }
+
+private:
+  static constexpr std::size_t kLine = 64;
+  static constexpr std::size_t kMoreThanCaches = 192 << 20;
+  std::vector<unsigned char> m_memory;
+};
 
 class Series {
 public:
@@ -97,12 +115,8 @@ private:
                                                   : m_settings.calls;
     auto const picks = Picks(m_n, calls, m_settings.isRandom);
     std::vector<double> seconds;
-    for (int repeat = 0; repeat < m_settings.repeats; ++repeat) {
-      double const before = bench::ProcessorSeconds();
-      for (std::size_t const i : picks)
-        operation.call(i);
-      seconds.push_back(bench::ProcessorSeconds() - before);
-    }
+    for (int repeat = 0; repeat < m_settings.repeats; ++repeat)
+      seconds.push_back(SecondsOf(operation, picks));
     std::ranges::sort(seconds);
     double const middle = seconds[seconds.size() / 2];
     double const perItem = middle * 1e6 / static_cast<double>(calls * operation.items);
@@ -111,6 +125,7 @@ private:
                  {"workload", operation.name + suffix},
                  {"n", m_n},
                  {"order", m_settings.isRandom ? "random" : "sweep"},
+                 {"caches", m_settings.isCold ? "cold" : "warm"},
                  {"operations", calls},
                  {"items_per_operation", operation.items},
                  {"seconds", middle},
@@ -118,6 +133,20 @@ private:
                  {"ratio_to_plain_hash_map", perItem / m_figures.at({m_engine, "plain_hash_map"}).at(m_n)},
                  {"memory_per_variation", m_bytes},
                  {"peak_rss", bench::PeakMemory()}});
+  }
+
+  double SecondsOf(bench::Operation const & operation, std::vector<std::size_t> const & picks) {
+    std::size_t const round = m_settings.isCold ? std::min(m_n, picks.size()) : picks.size();
+    double seconds = 0.0;
+    for (std::size_t begin = 0; begin < picks.size(); begin += round) {
+      if (m_settings.isCold)
+        m_otherWork.Do();
+      double const before = bench::ProcessorSeconds();
+      for (std::size_t i = begin; i < std::min(begin + round, picks.size()); ++i)
+        operation.call(picks[i]);
+      seconds += bench::ProcessorSeconds() - before;
+    }
+    return seconds;
   }
 
   void Note(Key const & key, double perItem) {
@@ -129,6 +158,7 @@ private:
 
   Settings const & m_settings;
   bench::ResultLines & m_lines;
+  OtherWork m_otherWork;
   std::string m_engine;
   std::size_t m_n = 0;
   std::size_t m_bytes = 0;

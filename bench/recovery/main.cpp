@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 
 struct Settings {
   std::vector<std::size_t> sizes = {1000, 10000, 100000};
-  std::size_t payload = 200;
+  /// A two-port at 201 frequencies.
+  std::size_t payload = 1608;
   int repeats = 3;
   std::string out;
   std::string folder;
@@ -31,7 +32,8 @@ struct Settings {
 
 void Declare(CLI::App & app, Settings & settings) {
   app.add_option("--n", settings.sizes, "Numbers of blocks")->delimiter(',')->check(CLI::PositiveNumber);
-  app.add_option("--payload", settings.payload, "Doubles in each block")->check(CLI::PositiveNumber);
+  app.add_option("--payload", settings.payload, "Doubles in each block; a two-port at 201 frequencies has 1608")
+      ->check(CLI::PositiveNumber);
   app.add_option("--repeat", settings.repeats, "The measurement in the middle of so many counts")
       ->check(CLI::PositiveNumber);
   app.add_option("--out", settings.out, "File for the results, one JSON object a line; else standard output");

@@ -7,8 +7,10 @@
 
 namespace bench {
 
-Ended RunSelf(std::vector<std::string> const & arguments) {
-  std::vector<char *> words{const_cast<char *>("bench")};
+namespace {
+
+Ended RunFile(char const * file, std::vector<std::string> const & arguments) {
+  std::vector<char *> words;
   for (auto const & argument : arguments)
     words.push_back(const_cast<char *>(argument.c_str()));
   words.push_back(nullptr);
@@ -20,7 +22,7 @@ Ended RunSelf(std::vector<std::string> const & arguments) {
     ::dup2(ends[1], STDOUT_FILENO);
     ::close(ends[0]);
     ::close(ends[1]);
-    ::execv("/proc/self/exe", words.data());
+    ::execvp(file, words.data());
     ::_exit(127);
   }
   ::close(ends[1]);
@@ -35,5 +37,15 @@ Ended RunSelf(std::vector<std::string> const & arguments) {
   ended.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   return ended;
 }
+
+} // namespace
+
+Ended RunSelf(std::vector<std::string> const & arguments) {
+  std::vector<std::string> words{"bench"};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  return RunFile("/proc/self/exe", words);
+}
+
+Ended RunTool(std::vector<std::string> const & words) { return RunFile(words.front().c_str(), words); }
 
 } // namespace bench

@@ -1,10 +1,11 @@
-// bench_touchstone: what importing a Touchstone file costs beside a plain loop of std::from_chars over the same text,
-// and beside reading its bytes.
+// bench_touchstone: what importing a Touchstone file costs beside scikit-rf's reading of the same file, a plain loop of
+// std::from_chars over the same text, and reading its bytes.
 
 #include "bench/support/Measure.h"
 #include "bench/support/OwnProcess.h"
 #include "bench/support/RunLoop.h"
 #include "bench/touchstone/Files.h"
+#include "bench/touchstone/Reference.h"
 #include "products/rfcircuit/engine/touchstone/TouchstoneReader.h"
 
 #include <CLI/CLI.hpp>
@@ -15,6 +16,8 @@
 #include <nlohmann/json.hpp>
 
 namespace {
+
+constexpr int kMostReferenceReadings = 3; // each takes seconds
 
 struct Settings {
   std::vector<std::string> cases;
@@ -103,6 +106,38 @@ nlohmann::json Measure(bench::FileCase const & fileCase, std::string const & pat
           {"megabytes_a_second", static_cast<double>(bytes) / seconds * 1e-6}};
 }
 
+bool IsNear(double a, double b) { return std::abs(a - b) <= 1e-9 * std::abs(b); }
+
+/// How many times as fast an import is as the referee's reading, which has to give the same; nothing without a referee.
+void AddReference(nlohmann::json & line, bench::Reference const * reference, std::string const & path, int repeats) {
+  line["reference_seconds"] = nullptr;
+  line["times_as_fast"] = nullptr;
+  if (!reference)
+    return;
+  auto const data = rf::ReadTouchstone(path);
+  auto const & network = data.network;
+  std::size_t const last = network.Ports() - 1;
+  std::vector<double> readings;
+  for (int repeat = 0; repeat < std::min(repeats, kMostReferenceReadings); ++repeat) {
+    auto const reading = reference->Read(path);
+    bench::Require(reading.points == network.frequencies.size() &&
+                       IsNear(reading.lastFrequency, network.frequencies.back()) &&
+                       IsNear(reading.lastValue, network.matrices.back()(last, last).real()),
+                   "scikit-rf read something else");
+    readings.push_back(reading.seconds);
+  }
+  double const seconds = Middle(readings);
+  line["reference_seconds"] = seconds;
+  line["times_as_fast"] = seconds / line["seconds"].get<double>();
+}
+
+std::string ReferenceText(nlohmann::json const & line) {
+  if (line["reference_seconds"].is_null())
+    return fmt::format("{:>10}{:>10}", "-", "-");
+  return fmt::format("{:>10.3f}{:>9.1f}x", line["reference_seconds"].get<double>(),
+                     line["times_as_fast"].get<double>());
+}
+
 void AddMemory(nlohmann::json & line, std::string const & path) {
   auto const ended = bench::RunSelf({"--import-alone", path});
   bench::Require(ended.exitCode == 0 && ended.signal == 0, "the import in a process of its own failed");
@@ -120,20 +155,24 @@ int Run(Settings settings) {
   }
   bench::ResultLines lines(settings.out);
   bench::DataFolder const folder(settings.folder);
-  std::cerr << fmt::format("{:<24}{:>8}{:>10}{:>10}{:>14}{:>12}{:>12}{:>12}\n", "file", "MB", "import s", "MB/s",
-                           "to from_chars", "to bytes", "result MB", "peak MB");
+  bench::Reference const reference;
+  std::cerr << fmt::format("{:<24}{:>8}{:>10}{:>10}{:>10}{:>10}{:>14}{:>12}{:>12}{:>12}\n", "file", "MB", "import s",
+                           "MB/s", "skrf s", "as fast", "to from_chars", "to bytes", "result MB", "peak MB");
   for (auto const & fileCase : bench::FileCases()) {
     if (!settings.cases.empty() && std::ranges::count(settings.cases, fileCase.name) == 0)
       continue;
     auto const path = bench::MakeFile(folder.Path(), fileCase, static_cast<std::uint64_t>(settings.megabytes * 1e6));
     auto line = Measure(fileCase, path, settings.repeats);
+    // Starting Python takes longer than all else of a smoke test, so once is enough there.
+    bool const isCompared = reference.IsThere() && (!settings.isSmoke || lines.All().empty());
+    AddReference(line, isCompared ? &reference : nullptr, path, settings.repeats);
     AddMemory(line, path);
     lines.Add(line);
-    std::cerr << fmt::format("{:<24}{:>8.1f}{:>10.3f}{:>10.0f}{:>13.2f}x{:>11.1f}x{:>12.1f}{:>12.1f}\n", fileCase.name,
-                             line["bytes"].get<double>() * 1e-6, line["seconds"].get<double>(),
-                             line["megabytes_a_second"].get<double>(), line["ratio_to_from_chars"].get<double>(),
-                             line["ratio_to_bytes"].get<double>(), line["bytes_of_result"].get<double>() * 1e-6,
-                             line["peak_memory"].get<double>() * 1e-6);
+    std::cerr << fmt::format("{:<24}{:>8.1f}{:>10.3f}{:>10.0f}{}{:>13.2f}x{:>11.1f}x{:>12.1f}{:>12.1f}\n",
+                             fileCase.name, line["bytes"].get<double>() * 1e-6, line["seconds"].get<double>(),
+                             line["megabytes_a_second"].get<double>(), ReferenceText(line),
+                             line["ratio_to_from_chars"].get<double>(), line["ratio_to_bytes"].get<double>(),
+                             line["bytes_of_result"].get<double>() * 1e-6, line["peak_memory"].get<double>() * 1e-6);
     std::filesystem::remove(path);
   }
   return lines.ExitCode();

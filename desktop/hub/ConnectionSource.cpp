@@ -1,6 +1,7 @@
 #include "desktop/hub/ConnectionSource.h"
 
 #include "CoreInterfaces/solution/ISolutionMgrForHubIntegration.h"
+#include "basekit/file/FileOperations.h"
 #include "basekit/io/CBlock.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
@@ -54,9 +55,9 @@ Connections ConnectionsOf(Project const & project) {
   return connections;
 }
 
-// Depth first; the way holds what was passed.
+// Depth first; the way holds what was passed.  One file is one project, whatever links lead to it.
 bool FindWay(Project const & from, AString const & to, std::set<AString> & passed, std::vector<AString> & way) {
-  AString const path = from.GetFile().FilePath();
+  AString const path = LFN_ResolvedPath(from.GetFile()).FilePath();
   way.push_back(from.GetName());
   if (path == to)
     return true;
@@ -99,7 +100,7 @@ void RefuseProjectInUse(LongFileName const & project) {
 AString CircleThrough(LongFileName const & project, LongFileName const & source) {
   std::set<AString> passed;
   std::vector<AString> way;
-  if (!FindWay(Project(source.FilePath()), project.FilePath(), passed, way))
+  if (!FindWay(Project(source.FilePath()), LFN_ResolvedPath(project).FilePath(), passed, way))
     return AString();
   AString text = project.Name();
   for (AString const & name : way)

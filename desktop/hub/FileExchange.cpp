@@ -23,7 +23,7 @@ std::optional<std::string> BytesOf(LongFileName const & file) {
   std::unique_ptr<file::IFile> opened;
   file::FileInfo info;
   auto status = file::FileSystem().Open(file, file::OpenMode::Read, opened);
-  if (status.Error() == ENOENT)
+  if (status.Error() == ENOENT || status.Error() == ENOTDIR)
     return std::nullopt;
   if (status.Ok())
     status = opened->Describe(info);

@@ -7,11 +7,17 @@
 #include "desktop/hub/Hub.h"
 #include "desktop/project/Project.h"
 
+#include <new>
+
 namespace desktop {
 
 FilesOfNewProject::~FilesOfNewProject() {
-  for (LongFileName const & file : m_written)
-    LFN_DeleteFile(file); // One that stays is an ordinary file beside the source.
+  // One that stays, for want of memory for its path, too, is an ordinary file beside the source.
+  try {
+    for (LongFileName const & file : m_written)
+      LFN_DeleteFile(file);
+  } catch (std::bad_alloc const &) {
+  }
 }
 
 void FilesOfNewProject::Write(ConnectionRequest const & request) {

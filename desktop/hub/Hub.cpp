@@ -206,11 +206,28 @@ bool Hub::IsUsed(Connection const & connection) const {
                      [&](SourceFile const & file) { return file.path == connection.file.path; });
 }
 
+namespace {
+
+using StateKind = ConnectionState::Kind;
+
+/// Why the file isn't what it is to be; empty when it is.
+AString FaultOf(LongFileName const & file, std::string const & content) {
+  try {
+    return BytesOf(file) == content ? AString()
+                                    : file.FilePath() + L": is gone, or not what the connection wrote; refresh puts it "
+                                                        L"back";
+  } catch (Error const & error) {
+    return text::FromUtf8(error.what());
+  }
+}
+
+} // namespace
+
 ConnectionState Hub::StateOf(Connection const & connection) const {
   LongFileName const folder = m_session.GetProject().GetFolder();
   LongFileName const file = connection.file.PathIn(folder);
   ConnectionState state{connection, ConnectionState::Kind::kCurrent, {}, IsUsed(connection)};
-  auto const isNow = [&state](ConnectionState::Kind kind, AString const & why) {
+  auto const isNow = [&state](StateKind kind, AString const & why) {
     state.kind = kind;
     state.why = why;
   };
@@ -219,14 +236,12 @@ ConnectionState Hub::StateOf(Connection const & connection) const {
         FetchData({connection.ProjectIn(folder), connection.setup, connection.variation, connection.name});
     std::string const content = text::ToUtf8(fetched.network.text);
     if (!HoldsIt(connection.file, content))
-      isNow(ConnectionState::Kind::kSourceChanged, L"the source has other data now; refresh takes it");
-    else if (BytesOf(file) != content)
-      isNow(ConnectionState::Kind::kFileChanged,
-            file.FilePath() + L": is gone, or not what the connection wrote; refresh puts it back");
+      isNow(StateKind::kSourceChanged, L"the source has other data now; refresh takes it");
+    else if (AString const fault = FaultOf(file, content); !fault.empty())
+      isNow(StateKind::kFileChanged, fault);
   } catch (Error const & error) {
     bool const isMissing = error.Kind() == ErrorKind::kProject;
-    isNow(isMissing ? ConnectionState::Kind::kSourceMissing : ConnectionState::Kind::kSourceChanged,
-          text::FromUtf8(error.what()));
+    isNow(isMissing ? StateKind::kSourceMissing : StateKind::kSourceChanged, text::FromUtf8(error.what()));
   }
   return state;
 }

@@ -21,8 +21,8 @@ struct ConnectionState {
   enum class Kind {
     kCurrent,       ///< the file holds what the source has
     kSourceChanged, ///< the source has other data, or none any more
-    kSourceMissing, ///< the source's project can't be read
-    kFileChanged    ///< the file is gone, or not what the connection wrote
+    kSourceMissing, ///< the source's project is not there, or can't be read
+    kFileChanged    ///< the file is gone, can't be read, or is not what the connection wrote
   };
   Connection connection;
   Kind kind = Kind::kCurrent;

@@ -84,6 +84,8 @@ public:
   int GetISimDataExtractors(std::vector<ISimDataExtractor *> & extractors, unsigned reportType,
                             bool includeImported) const override;
   int GetIDesignDataExtractors(std::vector<IDesignDataExtractor *> & extractors, unsigned reportType) const override;
+  /// Those of all solutions but imported ones, whose data is no variation's.
+  void GetReportSolutionPointSetsToUpdate(std::vector<ISolutionPointSet *> & pointSets) const override;
   /// That of the set's context, where one is told; see ContextOf.
   unsigned GetReportTypeOfSolutionPointSet(ISolutionPointSet const * pointSet) const override;
   /// Curves of report types that run over different samples are evaluated apart: the context tells whose samples count.

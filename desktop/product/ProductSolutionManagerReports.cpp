@@ -7,6 +7,8 @@
 #include "plotkit/outputvariable/COutputVarKvroCmdInfo.h"
 #include "plotkit/pointset/SolutionPointSet.h"
 #include "plotkit/simvalue/SimValueContext.h"
+#include "solutionmanager/model/BaseSimulationSetup.h"
+#include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/outputvariables/CParsedExpressionCache.h"
 
 #include <algorithm>
@@ -71,6 +73,15 @@ int ProductSolutionManager::GetIDesignDataExtractors(std::vector<IDesignDataExtr
     if (extractor->IsSupportedReportTypes({reportType}))
       extractors.push_back(extractor);
   return static_cast<int>(extractors.size());
+}
+
+// An update of all solutions together ends at a set of imported data.
+void ProductSolutionManager::GetReportSolutionPointSetsToUpdate(std::vector<ISolutionPointSet *> & pointSets) const {
+  for (auto const & [id, setup] : GetSetups())
+    for (auto const & [solutionID, solution] : setup->GetSolutions())
+      if (BaseSimDataExtractor const * const extractor = solution->GetBaseSimDataExtractor();
+          extractor && extractor->GetSolutionPointSetsSize() > 0)
+        pointSets.insert(pointSets.end(), extractor->GetFirstSolutionPointSet(), extractor->GetLastSolutionPointSet());
 }
 
 SimValueContext ProductSolutionManager::ContextOf(unsigned reportType) {

@@ -2,6 +2,7 @@
 
 #include "basekit/file/FileOperations.h"
 #include "basekit/file/IFileSystem.h"
+#include "basekit/file/PlaceInFolder.h"
 #include "basekit/io/BlockCodec.h"
 #include "basekit/io/CBlock.h"
 #include "basekit/value/Variable.h"
@@ -21,9 +22,9 @@
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
 #include "solutionmanager/transfer/ExportVariationContextObject.h"
+#include "viewkit/library/LibraryReader.h"
 
 #include <functional>
-#include <set>
 
 namespace desktop {
 
@@ -34,12 +35,19 @@ constexpr auto kSuccess = CStreamioLibrary::kLibSuccess;
 using Visit = std::function<void(BaseSimulationSetup const & setup, BaseSolution const & solution,
                                  BaseSolutionVariation const & variation)>;
 
-void ForEachSolved(Session & session, Visit const & visit) {
+void ForEachVariation(Session & session, Visit const & visit) {
   for (auto const & [id, setup] : session.GetManager().GetSetups())
     for (auto const & [solutionID, solution] : setup->GetSolutions())
       for (auto const & [index, variation] : solution->GetVariations())
-        if (solution->HasSolutionData(variation->GetDesignVariationKey(), variation->GetVersionID()))
-          visit(*setup, *solution, *variation);
+        visit(*setup, *solution, *variation);
+}
+
+void ForEachSolved(Session & session, Visit const & visit) {
+  ForEachVariation(session, [&visit](BaseSimulationSetup const & setup, BaseSolution const & solution,
+                                     BaseSolutionVariation const & variation) {
+    if (solution.HasSolutionData(variation.GetDesignVariationKey(), variation.GetVersionID()))
+      visit(setup, solution, variation);
+  });
 }
 
 std::string Bytes(BaseSolutionManager const & manager, AString const & name) {
@@ -48,6 +56,12 @@ std::string Bytes(BaseSolutionManager const & manager, AString const & name) {
   if (manager.LoadSingleBlock(block) == kSuccess)
     static_cast<void>(io::EncodeBlock(block, io::Form::Binary, io::kExactDigits, bytes)); // Too deep: stays empty.
   return bytes;
+}
+
+file::FileInfo Look(LongFileName const & path) {
+  file::FileInfo info;
+  static_cast<void>(file::FileSystem().Describe(path, info)); // What can't be looked at is not there.
+  return info;
 }
 
 // Found from any folder.
@@ -120,7 +134,10 @@ void PointExport::WriteResults(LongFileName const & results) {
   ProductSolutionManager const & manager = m_session.GetManager();
   {
     ExportVariationContextObject const exporting(manager, manager.GetVariationID(m_variation), AssumesSavedState());
-    m_blocks = PointBlocks(manager).NamesOfPoint();
+    PointBlocks const point(manager);
+    m_blocks = point.NamesOfPoint();
+    for (AString const & name : point.NamesOfOthers())
+      m_foreign.insert(manager.GetSolutionFileManager().GetInternalBlockName(name));
   }
   if (!manager.ExportDesignPointResults(results, m_variation, AssumesSavedState()))
     throw Error(ErrorKind::kStorage, results.FilePath() + L": the library can't be copied (" + LFN_LastError() +
@@ -131,18 +148,35 @@ void PointExport::WriteResults(LongFileName const & results) {
 
 void PointExport::CheckFiles(LongFileName const & folder) {
   ProductSolutionManager const & manager = m_session.GetManager();
+  LongFileName const results(manager.GetResultFilesFolder(false));
   PointFiles const point =
       AssumesSavedState() ? PointFiles::Saved(manager, m_variation) : PointFiles::Unsaved(manager, m_variation);
   for (auto const * const names : {&point.files, &point.dirs})
     for (AString const & name : *names) {
+      if (!LFN_IsPlaceInside(results, name))
+        RefuseLink(results + name);
       auto const renamed = point.renamed.find(name);
-      LongFileName const copy = folder + (renamed == point.renamed.end() ? name : renamed->second);
-      if (!LFN_Exists(copy))
-        throw Error(ErrorKind::kStorage, copy.FilePath() + L": the result file can't be copied from " +
-                                             manager.GetResultFilesFolder(false) + name + L" (" + LFN_LastError() +
-                                             L"); make room or get permission, and try again");
+      CheckCopy(results + name, folder + (renamed == point.renamed.end() ? name : renamed->second));
       ++m_files;
     }
+}
+
+void PointExport::CheckCopy(LongFileName const & source, LongFileName const & copy) const {
+  file::FileInfo const wanted = Look(source);
+  file::FileInfo const made = Look(copy);
+  if (wanted.isLink)
+    RefuseLink(source);
+  if (wanted.kind == file::FileKind::None)
+    RefusePoint(AString(L"there is no ") + source.FilePath() +
+                L" any more; solve it anew with `solvedesk solve --again`");
+  bool const isFolder = wanted.kind == file::FileKind::Folder;
+  std::vector<AString> names;
+  bool const isListed = !isFolder || file::FileSystem().List(source, names).Ok();
+  if (made.kind != wanted.kind || !isListed || (!isFolder && made.length != wanted.length))
+    throw Error(ErrorKind::kStorage, copy.FilePath() + L": can't be copied whole from " + source.FilePath() +
+                                         L"; make room or get permission, and try again");
+  for (AString const & name : names)
+    CheckCopy(source + name, copy + name);
 }
 
 ProjectRecord PointExport::MakeRecord() const {
@@ -169,8 +203,25 @@ void PointExport::TakeValuesOfPoint(ProjectRecord & record) const {
   point.Write(record.design);
 }
 
+// A cut that failed leaves the library of all points, blocks that no name leads to, or definitions that tell them.
+void PointExport::CheckNothingForeign(Session & exported) const {
+  AString const library = exported.GetManager().GetQsolPath();
+  library::LibraryReader reader;
+  bool isClean = reader.OpenAlone(LongFileName(library)) == kSuccess;
+  ForEachVariation(exported, [&](BaseSimulationSetup const &, BaseSolution const &, BaseSolutionVariation const & any) {
+    isClean = isClean && VariableValues::AreVariationKeysEqual(any.GetDesignVariationKey(), m_variation);
+  });
+  if (isClean)
+    for (auto const & entry : reader.List())
+      isClean = isClean && !m_foreign.contains(entry.name);
+  if (!isClean)
+    throw Error(ErrorKind::kStorage,
+                library + L": data of other points can't be taken out of it; make room on the disk, and try again");
+}
+
 void PointExport::Check(LongFileName const & file) const {
   auto const exported = Session::Open(file.FilePath(), Session::Access::kReadOnly);
+  CheckNothingForeign(*exported);
   for (AString const & name : m_blocks) {
     std::string const bytes = Bytes(m_session.GetManager(), name);
     if (bytes.empty())
@@ -183,6 +234,11 @@ void PointExport::Check(LongFileName const & file) const {
   if (int const lost = exported->GetManager().CountLostResultFiles(); lost > 0)
     RefusePoint(
         AString::Format(L"%d of its result files can't be found; solve it anew with `solvedesk solve --again`", lost));
+}
+
+void PointExport::RefuseLink(LongFileName const & file) const {
+  RefusePoint(AString(L"links are not followed, and one leads to ") + file.FilePath() +
+              L"; put the files themselves in its place");
 }
 
 void PointExport::RefusePoint(AString const & what) const {

@@ -3,6 +3,7 @@
 #include "basekit/file/LongFileName.h"
 
 #include <cstdint>
+#include <set>
 #include <vector>
 
 namespace desktop {
@@ -11,8 +12,10 @@ class Session;
 struct ProjectRecord;
 
 /// Takes one design point out of an open project, which it leaves as it is: a project of its own whose design has the
-/// point's values and whose results are the point's alone, all setups and solutions, former versions and stale data
-/// included.  The session outlives this; failures are Errors, and what was written by then is the caller's to remove.
+/// point's values and whose results are the point's alone, in all setups and solutions.  Blocks of former versions and
+/// of stale data come along; result files are those of each solution's present version, so that files of stale data
+/// stay behind.  The session outlives this; failures are Errors, and what was written by then is the caller's to
+/// remove.
 class PointExport {
 public:
   enum class State {
@@ -39,7 +42,7 @@ public:
   /// The length of the library that the saved state is cut out of.
   std::uint64_t LibraryLength() const;
   /// Makes the project, of the same name, in a folder, and reads it again: all blocks of the point are there, bit for
-  /// bit, and all its files.
+  /// bit, none of another point, and all its files at their full length.
   void Write(LongFileName const & folder);
   /// Of what Write wrote: blocks of the point, and its result files and folders.
   int CountBlocks() const { return static_cast<int>(m_blocks.size()); }
@@ -52,12 +55,16 @@ private:
   void TakeValuesOfPoint(ProjectRecord & record) const;
   void Check(LongFileName const & file) const;
   void CheckFiles(LongFileName const & folder);
+  void CheckCopy(LongFileName const & source, LongFileName const & copy) const;
+  void CheckNothingForeign(Session & exported) const;
+  [[noreturn]] void RefuseLink(LongFileName const & file) const;
   [[noreturn]] void RefusePoint(AString const & what) const;
 
   Session & m_session;
   AString m_variation;
   State m_state;
   std::vector<AString> m_blocks; ///< real names
+  std::set<AString> m_foreign;   ///< internal names of blocks of other points
   int m_files = 0;
 };
 

@@ -91,9 +91,15 @@ void Session::CommitLibrary() {
   SavedLibrary const savedLibrary(m_manager->GetQsolPath());
   savedLibrary.Note(m_generation, library.CommittedLength());
   m_savedLength = savedLibrary.Length(m_generation);
-  bool const isCommitted =
-      m_manager->CarryOutDeletions() && m_manager->GetSolutionFileManager().CommitAll(false) == kSuccess;
-  if (!isCommitted)
+  if (!m_manager->CarryOutDeletions())
+    RefuseStorage(library.LastError());
+  auto const committed = m_manager->GetSolutionFileManager().CommitAll(false);
+  // Told once: what is damaged is left out, and the next save finds all else in its place.
+  if (committed == CStreamioLibrary::kLibDamaged)
+    throw Error(ErrorKind::kStorage, m_project->GetResultsFolder().FilePath() + L": unsaved results are damaged (" +
+                                         library.LastError() +
+                                         L"); save again to save all else, and solve anew what is lost");
+  if (committed != kSuccess)
     RefuseStorage(library.LastError());
 }
 

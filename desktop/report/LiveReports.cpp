@@ -1,12 +1,14 @@
 #include "desktop/report/LiveReports.h"
 
 #include "basekit/command/KelvroCommand.h"
+#include "basekit/value/VariableValues.h"
 #include "desktop/Error.h"
 #include "desktop/product/ProductSolutionManager.h"
 #include "desktop/project/Session.h"
 #include "desktop/report/MixedKinds.h"
 #include "desktop/report/ReportList.h"
 #include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/simvalue/QuestionSpan.h"
 #include "plotkit/trace/Trace.h"
 #include "plotkit/trace/TraceComponent.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
@@ -14,6 +16,7 @@
 #include "solutionmanager/outputvariables/SharedAnalyses.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace desktop {
@@ -61,17 +64,55 @@ void MarkDirty(std::list<Trace *> const & traces) {
     trace->MarkItDirty(true);
 }
 
-// The update of all solutions together passes over imported data, and ends there: such sets are updated by themselves.
-void UpdateSets(BaseSolutionManager & manager, BaseSolution & solution, std::vector<ISolutionPointSet *> & sets,
-                IProgressMonitor * progress) {
-  if (!solution.IsSolutionImported()) {
-    manager.CentralizedUpdateSolutionPointSets(progress, &sets);
-    return;
+/// Curves that don't hold any more, and the sets that an update of them evaluates.
+struct CurvesToUpdate {
+  std::size_t count = 0;
+  std::vector<SolutionPointSet *> sets;
+
+  void Add(Trace & trace) {
+    ++count;
+    SolutionPointSet & points = trace.GetSolutionPointSet();
+    if (std::find(sets.begin(), sets.end(), &points) == sets.end())
+      sets.push_back(&points);
   }
-  std::vector<SolutionPointSet *> imported;
-  for (ISolutionPointSet * const set : sets)
-    imported.push_back(dynamic_cast<SolutionPointSet *>(set));
-  solution.GetBaseSimDataExtractor()->Update(true, &imported);
+};
+
+BaseSolution const & SolutionOf(SolutionPointSet const & points) {
+  return dynamic_cast<BaseSolution const &>(*points.GetISimDataExtractor()->GetISolution());
+}
+
+// The update of all solutions together passes over imported data, and ends there: such sets are updated by themselves.
+void UpdateSets(BaseSolutionManager & manager, std::vector<SolutionPointSet *> const & sets,
+                IProgressMonitor * progress) {
+  std::vector<ISolutionPointSet *> together;
+  std::map<ISimDataExtractor *, std::vector<SolutionPointSet *>> imported;
+  for (SolutionPointSet * const points : sets)
+    if (SolutionOf(*points).IsSolutionImported())
+      imported[points->GetISimDataExtractor()].push_back(points);
+    else
+      together.push_back(points);
+  if (!together.empty())
+    manager.CentralizedUpdateSolutionPointSets(progress, &together);
+  for (auto & [extractor, ofOne] : imported)
+    extractor->Update(true, &ofOne);
+}
+
+// What shows the data of an older version of the solution doesn't hold once there is data of the present one.
+void MarkOldDataDirty(SolutionPointSet const & points) {
+  BaseSolution const & solution = SolutionOf(points);
+  if (solution.GetClosestVersionWithData() == solution.GetVersionID())
+    return;
+  std::list<Trace *> traces;
+  points.GetAvailableTraces(traces);
+  MarkDirty(traces);
+}
+
+// Where a question stands; nothing where it runs over variations.
+VariableValues VariationOf(ReportDefinition const & question) {
+  VariableValues values;
+  if (question.over.empty() && question.x.empty())
+    VariableValues::ResolveVariationKey(question.variation, nullptr, values, nullptr, true);
+  return values;
 }
 
 } // namespace
@@ -132,32 +173,34 @@ void LiveReports::Make(Report & report) {
   report.isToBeMade = false;
 }
 
-// Reports share sets, so that an update of one evaluates curves of others too.  What shows the data of an older version
-// of the solution doesn't hold once there is data of the present one.
-std::size_t LiveReports::Update(Report & report, IProgressMonitor * progress) {
-  if (!report.curves.solution)
+// Reports share sets, so that an update of one evaluates curves of others too.
+std::size_t LiveReports::UpdateCurves(std::vector<Report *> const & reports, IProgressMonitor * progress) {
+  CurvesToUpdate curves;
+  for (Report const * const report : reports)
+    for (Trace * const trace : report->curves.traces)
+      if (trace && !IsUpToDate(*trace))
+        curves.Add(*trace);
+  if (curves.sets.empty())
     return 0;
-  BaseSolution & solution = *report.curves.solution;
-  std::vector<Trace *> dirty;
-  std::vector<ISolutionPointSet *> sets;
-  std::list<Trace *> reached;
-  for (Trace * const trace : report.curves.traces) {
-    if (!trace || IsUpToDate(*trace))
-      continue;
-    dirty.push_back(trace);
-    SolutionPointSet & points = trace->GetSolutionPointSet();
-    if (std::find(sets.begin(), sets.end(), &points) == sets.end()) {
-      sets.push_back(&points);
-      points.GetAvailableTraces(reached);
-    }
+  UpdateSets(m_session.GetManager(), curves.sets, progress);
+  std::set<ISimDataExtractor *> extractors;
+  for (SolutionPointSet const * const points : curves.sets) {
+    MarkOldDataDirty(*points);
+    extractors.insert(points->GetISimDataExtractor());
   }
-  if (sets.empty())
-    return 0;
-  UpdateSets(m_session.GetManager(), solution, sets, progress);
-  if (solution.GetClosestVersionWithData() != solution.GetVersionID())
-    MarkDirty(reached);
-  solution.GetBaseSimDataExtractor()->ValidateSolutionPointSet();
-  return dirty.size();
+  for (ISimDataExtractor * const extractor : extractors)
+    extractor->ValidateSolutionPointSet();
+  return curves.count;
+}
+
+void LiveReports::Update(std::vector<ReportDefinition> const & definitions, IProgressMonitor * progress) {
+  std::vector<Report *> reports;
+  for (ReportDefinition const & definition : definitions) {
+    Report & report = *reports.emplace_back(&ReportOf(definition));
+    if (report.isToBeMade)
+      Make(report);
+  }
+  UpdateCurves(reports, progress);
 }
 
 LiveReports::Shown LiveReports::Show(ReportDefinition const & definition, IProgressMonitor * progress) {
@@ -167,7 +210,7 @@ LiveReports::Shown LiveReports::Show(ReportDefinition const & definition, IProgr
 LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * progress) {
   if (report.isToBeMade)
     Make(report);
-  std::size_t const updated = Update(report, progress);
+  std::size_t const updated = UpdateCurves({&report}, progress);
   ReportCurves const & curves = report.curves;
   ReportTable const table(curves.over, curves.x, report.definition.y, AsConst(curves.traces), curves.units);
   std::vector<AString> problems = curves.problems;
@@ -177,6 +220,8 @@ LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * p
 
 // Whether an expression is one number for a variation shows when it is evaluated.
 LiveReports::Shown LiveReports::Evaluate(ReportDefinition const & question) {
+  BaseSolution const * const solution = FindSolution(m_session, question);
+  QuestionSpan const span(solution ? solution->GetBaseSimDataExtractor() : nullptr, VariationOf(question));
   Report & report = ReportOf(question);
   report.axis = Axis::kNone;
   Shown shown = ShowAsItIs(report, nullptr);

@@ -39,8 +39,12 @@ public:
   /// Brings the report up to date; a report whose curves all are reads nothing.  The table stands until the next call
   /// of any operation.
   Shown Show(ReportDefinition const & report, IProgressMonitor * progress = nullptr);
-  /// The same of a definition that is none of the project's, whose curves have no axis where they are numbers without
-  /// one.  Forget drops it.
+  /// Brings several reports up to date together, so that each variation is read once for all of them; to show one of
+  /// them reads nothing then.  One that can't be brought up to date leaves it to Show to tell.
+  void Update(std::vector<ReportDefinition> const & reports, IProgressMonitor * progress = nullptr);
+  /// The same as Show of a definition that is none of the project's, whose curves have no axis where they are numbers
+  /// without one.  The samples are those of the variation that it stands at, where nothing was shown yet.  Forget drops
+  /// it, before anything else is asked.
   Shown Evaluate(ReportDefinition const & question);
 
   /// Drops what was made for a definition that is none of the project's.
@@ -78,7 +82,7 @@ private:
   Report & ReportOf(ReportDefinition const & definition);
   void Make(Report & report);
   Shown ShowAsItIs(Report & report, IProgressMonitor * progress);
-  std::size_t Update(Report & report, IProgressMonitor * progress);
+  std::size_t UpdateCurves(std::vector<Report *> const & reports, IProgressMonitor * progress);
   void Collect();
 
   Session & m_session;

@@ -18,6 +18,7 @@
 #include "desktop/report/ReportCheck.h"
 #include "desktop/report/ReportDefinition.h"
 #include "desktop/report/Reporter.h"
+#include "desktop/report/SelfReference.h"
 #include "desktop/report/WholeCurve.h"
 #include "plotkit/sweep/Subsweep.h"
 #include "plotkit/sweep/Sweep.h"
@@ -46,18 +47,32 @@ bool IsAmong(std::vector<AString> const & names, AString const & name) {
 
 /// What people call the frequency, whose variable has a shorter name.
 wchar_t const * const kFrequency = L"Freq";
-/// Solvers compute their axes: a sample that is asked for is met only nearly.
+/// Solvers add their axes up step by step, and print them with ten digits or so: a sample that people name by its round
+/// number is met only nearly.
 constexpr double kSampleTolerance = 1e-9;
 
 bool IsSameSample(double there, double wanted) {
   return std::abs(there - wanted) <= kSampleTolerance * std::max(std::abs(there), std::abs(wanted));
 }
 
+/// The nearest: several may lie that close together.
 std::optional<unsigned> SampleAt(Sweep const & sweep, double wanted) {
-  for (unsigned place = 0; place < sweep.GetCount(); ++place)
-    if (IsSameSample(sweep.Column().ComplexAt(place).real(), wanted))
-      return place;
-  return {};
+  std::optional<unsigned> nearest;
+  double least = 0.0;
+  for (unsigned place = 0; place < sweep.GetCount(); ++place) {
+    double const there = sweep.Column().ComplexAt(place).real();
+    double const distance = std::abs(there - wanted);
+    if (!IsSameSample(there, wanted) || (nearest && distance >= least))
+      continue;
+    nearest = place;
+    least = distance;
+  }
+  return nearest;
+}
+
+// A question has no name.
+AString NameFirst(ReportDefinition const & report, AString const & problem) {
+  return (report.name.empty() ? AString() : L"report " + report.name + L": ") + problem;
 }
 
 /// The curves of one definition on the way.
@@ -146,7 +161,7 @@ private:
 
   void Tell(AString const & problem, bool isOfWords = true) {
     m_curves.areWordsWrong = m_curves.areWordsWrong || isOfWords;
-    m_curves.problems.push_back((m_report.name.empty() ? AString() : L"report " + m_report.name + L": ") + problem);
+    m_curves.problems.push_back(NameFirst(m_report, problem));
   }
 
   bool IsAxis(SweepBase const & sweep) const { return !m_design.FindVariable(sweep.GetName()); }
@@ -289,6 +304,12 @@ private:
     bool const isExpression = ExpressionParser::ValidateExpression(value, text, {m_extractor.GetIValueParser()}, error);
     if (component && isExpression)
       return IsOfOneKind(text);
+    if (AString const way = SelfReference(m_session.GetManager(), text); !way.empty()) {
+      AString const name = way.substr(0, way.find(L' '));
+      Tell(L"'" + ShortName(text) + L"' can't be evaluated: '" + name + L"' refers to itself: " + way +
+           L"; edit it with `var edit`");
+      return false;
+    }
     AString const told = messages.Text();
     bool const hasData = HasData();
     Tell(L"'" + ShortName(text) + L"' can't be evaluated" +
@@ -307,11 +328,11 @@ private:
     auto const plain = std::find_if(m_report.y.begin(), m_report.y.end(),
                                     [this](AString const & y) { return !NeedsWholeCurve(m_extractor, y); });
     std::size_t const equals = m_sample.find(L'=');
-    m_curves.notes.push_back(
-        (m_report.name.empty() ? AString() : L"report " + m_report.name + L": ") + L"'" + ShortName(text) +
-        L"' takes a whole curve, and " + m_sample + L" leaves it one sample; leave " + m_sample.substr(0, equals) +
-        L" out, and tell values there as in YAtXVal(" + (plain == m_report.y.end() ? AString(L"Y") : *plain) + L"," +
-        m_sample.substr(equals + 1) + L")");
+    m_curves.notes.push_back(NameFirst(m_report, L"'" + ShortName(text) + L"' takes a whole curve, and " + m_sample +
+                                                     L" leaves it one sample; leave " + m_sample.substr(0, equals) +
+                                                     L" out, and tell values there as in YAtXVal(" +
+                                                     (plain == m_report.y.end() ? AString(L"Y") : *plain) + L"," +
+                                                     m_sample.substr(equals + 1) + L")"));
   }
 
   // Functions whose results are on one of the trace's axes.
@@ -375,7 +396,6 @@ BaseSimulationSetup * FindSetup(Session & session, AString const & name) {
   return nullptr;
 }
 
-// A question has no name.
 AString NoSolution(Session & session, ReportDefinition const & report) {
   std::vector<AString> known;
   ProductSolutionManager const & manager = session.GetManager();
@@ -386,11 +406,16 @@ AString NoSolution(Session & session, ReportDefinition const & report) {
   AString const sought = report.setup + (report.solution.empty() ? AString() : L" : " + report.solution);
   AString const what = sought.empty() ? AString(L"the project has no solution")
                                       : L"the project has no solution '" + ShortName(sought) + L"'";
-  return (report.name.empty() ? AString() : L"report " + report.name + L": ") + what + L"; it has: " +
-         NameList(known, sought) +
-         (known.empty()         ? L"; add a setup"
-          : report.name.empty() ? L""
-                                : L"; edit the report's setup");
+  return NameFirst(report, what + L"; it has: " + NameList(known, sought) +
+                               (known.empty()         ? L"; add a setup"
+                                : report.name.empty() ? L""
+                                                      : L"; edit the report's setup"));
+}
+
+AString WhyNoCurves(Session & session, ReportDefinition const & report, BaseSolution const * solution) {
+  return solution ? NameFirst(report, L"the solution '" + ShortName(solution->GetGlobalSolutionName()) +
+                                          L"' has no data that reports could show; choose another one")
+                  : NoSolution(session, report);
 }
 
 } // namespace
@@ -409,7 +434,7 @@ ReportCurves MakeCurves(Session & session, ReportDefinition const & report, Axis
     return Making(session, report, *solution).Make(axis);
   ReportCurves none;
   none.traces.resize(report.y.size(), nullptr);
-  none.problems.push_back(NoSolution(session, report));
+  none.problems.push_back(WhyNoCurves(session, report, solution));
   none.areWordsWrong = true;
   return none;
 }
@@ -418,7 +443,7 @@ std::vector<AString> FindProblems(Session & session, ReportDefinition const & re
   BaseSolution * const solution = FindSolution(session, report);
   if (solution && solution->GetBaseSimDataExtractor())
     return Making(session, report, *solution).FindProblems();
-  return {NoSolution(session, report)};
+  return {WhyNoCurves(session, report, solution)};
 }
 
 } // namespace desktop

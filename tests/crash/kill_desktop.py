@@ -56,6 +56,12 @@ def desk_and_kill(delay, *words):
     return [line for line in out.splitlines(keepends=True) if line.endswith('\n')], killed
 
 
+def write_script(cap, res):
+    write('script', '\n'.join((f'setup edit {FIRST} {EDITED}',
+                               f'solve --setup {FIRST} --vary cap={cap} --vary res={",".join(res)} --no-save',
+                               'undo', f'solve --setup {FIRST} --vary cap={cap} --no-save')) + '\n')
+
+
 def touchstone(project, folder):
     """{(setup, variation): bytes of its file}, comments left out, since they may name the moment of writing."""
     desk('touchstone', project, '--to', folder, '--digits', '17')
@@ -64,32 +70,42 @@ def touchstone(project, folder):
             for row in index_of(folder)}
 
 
+def remove(prefix):
+    for name in os.listdir('.'):
+        if name.startswith(prefix):
+            shutil.rmtree(name) if os.path.isdir(name) else os.remove(name)
+
+
 class Reference:
     """The undisturbed solve of all points, and how long the verbs take here."""
 
     def __init__(self):
         write('small.cir', NETLIST)
-        desk('new', 'whole', '--netlist', 'small.cir')
         self.seconds = {}
-        self.time('setup', 'whole', 'add', SECOND, *OTHER.split())
-        self.time('solve', 'whole', *GRID, '--no-save')
-        self.time('save', 'whole')
-        self.time('set', 'whole', 'res=50')
-        self.time('info', 'whole')
+        self.measure('whole')
         self.files = touchstone('whole', 'whole-files')
-        self.time('delete', 'whole', '--variation', 'cap=1e-12; res=40')
-        self.time('discard', 'whole')
-        start = time.monotonic()
-        desk('set', 'whole', '--rename', 'cap=capacity')
-        self.seconds['rename'] = time.monotonic() - start
-        self.seconds['shell'] = self.seconds['solve'] + 2 * self.seconds['setup']
         if len(self.files) != 2 * len(RES) * len(CAP):
             raise Broken(f'the undisturbed solve has {len(self.files)} points')
 
-    def time(self, verb, *words):
+    def measure(self, name):
+        """What the machine needs now: on one that has become busy, deaths would come before anything was done."""
+        desk('new', name, '--netlist', 'small.cir')
+        self.time('setup', name, 'add', SECOND, *OTHER.split())
+        self.time('solve', name, *GRID, '--no-save')
+        self.time('save', name)
+        self.time('set', name, 'res=50')
+        self.time('info', name)
+        self.time('delete', name, '--variation', 'cap=1e-12; res=40')
+        write_script(CAP[0], RES[:8])
+        self.time('shell', name, 'script')
+        self.time('discard', name)
+        self.time('set', name, '--rename', 'cap=capacity', of='rename')
+        desk('discard', name)
+
+    def time(self, verb, *words, of=None):
         start = time.monotonic()
         desk(verb, *words)
-        self.seconds[verb] = time.monotonic() - start
+        self.seconds[of or verb] = time.monotonic() - start
 
 
 class Run:
@@ -98,6 +114,7 @@ class Run:
     def __init__(self, name, source, reference):
         self.name, self.source, self.reference = name, source, reference
         self.acknowledged = set()  # (setup, variation)
+        self.edited = set()  # What was solved while the first setup stood edited.
         self.design = {'res': '50', 'cap': '1e-12'}
         self.deaths, self.story = 0, []
         desk('new', name, '--netlist', 'small.cir')
@@ -151,7 +168,8 @@ class Run:
             return
         _, variation = self.source.choice(sorted(self.acknowledged))
         self.attempt('delete', '--variation', variation)
-        self.acknowledged -= {(FIRST, variation), (SECOND, variation)}
+        for points in (self.acknowledged, self.edited):
+            points -= {(FIRST, variation), (SECOND, variation)}
         self.solve()
 
     def rename_and_discard(self):
@@ -194,9 +212,7 @@ class Run:
     def edit_setup_and_undo(self):
         """What an edit of a setup makes stale is there all the same, and valid again when it is taken back."""
         cap, res = self.source.choice(CAP), self.source.sample(RES, 8)
-        write('script', '\n'.join((f'setup edit {FIRST} {EDITED}',
-                                   f'solve --setup {FIRST} --vary cap={cap} --vary res={",".join(res)} --no-save',
-                                   'undo', f'solve --setup {FIRST} --vary cap={cap} --no-save')) + '\n')
+        write_script(cap, res)
         lines, killed = self.attempt('shell', 'script', '--json')
         done = [json.loads(line) for line in lines]
         if any(line['exit_code'] != 0 for line in done):
@@ -206,8 +222,12 @@ class Run:
         expected = {0: (401, 801), 1: (401,), 2: (401, 801)}.get(len(done), (801,))
         if points not in (expected if killed else (801,)):
             raise Broken(f'the sweep has {points} points after {len(done)} lines')
+        if len(done) >= 2:
+            self.edited |= {(FIRST, f'cap={cap}; res={value}') for value in res}
+        if len(done) >= 4:
+            self.acknowledged.add((FIRST, f'cap={cap}; res={self.design["res"]}'))
         if points == 401:
-            self.check(first_is_valid=False)
+            self.check(edit_stands=True)
             desk('setup', self.name, 'edit', FIRST, *SWEEP.split())
         self.check()
 
@@ -224,19 +244,25 @@ class Run:
     def variables(self):
         return {entry['name']: entry['value'] for entry in self.info()['design']['variables']}
 
-    def check(self, first_is_valid=True):
-        if self.variables() != self.design:
-            raise Broken(f'the design is {self.variables()}, acknowledged was {self.design}')
+    def states(self):
+        """{(setup, variation): what it is in any version of the setup}"""
         states = {}
         for setup in self.info()['setups']:
             for state in (state for solution in setup['solutions'] for state in solution['variations']):
                 states.setdefault((setup['name'], state['variation']), set()).add(
                     'no data' if not state['has_data'] else 'valid' if state['valid'] else 'stale')
-        for point in self.acknowledged:
-            wanted = 'valid' if first_is_valid or point[0] != FIRST else 'stale'
-            if wanted not in states.get(point, ()):
-                raise Broken(f'{point} should be {wanted}, and is {states.get(point, "gone")}')
-        if not first_is_valid or not self.acknowledged:
+        return states
+
+    def check(self, edit_stands=False):
+        if self.variables() != self.design:
+            raise Broken(f'the design is {self.variables()}, acknowledged was {self.design}')
+        states = self.states()
+        wanted = [(point, 'stale' if edit_stands and point[0] == FIRST else 'valid') for point in self.acknowledged]
+        wanted += [(point, 'valid' if edit_stands else 'stale') for point in self.edited]
+        for point, state in wanted:
+            if state not in states.get(point, ()):
+                raise Broken(f'{point} should be {state}, and is {states.get(point, "gone")}')
+        if edit_stands or not self.acknowledged:
             return
         files = touchstone(self.name, self.name + '-files')
         for point in self.acknowledged:
@@ -252,11 +278,6 @@ class Run:
             if data != self.reference.files[point]:
                 raise Broken(f'{point} of the finished project differs from the undisturbed one')
 
-    def remove(self):
-        for name in os.listdir('.'):
-            if name.startswith(self.name):
-                shutil.rmtree(name) if os.path.isdir(name) else os.remove(name)
-
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -266,8 +287,11 @@ def main():
     print(f'seed {options.seed} (repeat with --seed {options.seed} --runs {options.runs})', flush=True)
     source = random.Random(options.seed)
     reference = Reference()
-    deaths = 0
+    deaths = points = idle = 0
     for number in range(options.runs):
+        if number % 10 == 9:
+            reference.measure('again-')
+            remove('again-')
         run = Run(f'run-{number}-', random.Random(source.randrange(10 ** 9)), reference)
         try:
             run.live()
@@ -275,10 +299,12 @@ def main():
             sys.exit('\n'.join(run.story + [f'run {number}: {broken}']))
         print(f'run {number}: {run.deaths} deaths, {len(run.acknowledged)} points acknowledged', flush=True)
         deaths += run.deaths
-        run.remove()
-    if deaths < options.runs:
-        sys.exit(f'only {deaths} deaths in {options.runs} runs: this showed too little')
-    print(f'{deaths} deaths; all that was acknowledged was there')
+        points += len(run.acknowledged)
+        idle += not run.acknowledged
+        remove(run.name)
+    if deaths < options.runs or 2 * idle > options.runs:
+        sys.exit(f'only {deaths} deaths in {options.runs} runs, {idle} of them without a point: this showed too little')
+    print(f'{deaths} deaths; all that was acknowledged was there, {points} points at the ends of the runs')
 
 
 if __name__ == '__main__':

@@ -8,6 +8,7 @@ import subprocess
 import tempfile
 import time
 import urllib.error
+import urllib.parse
 import urllib.request
 
 FLAGS = ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
@@ -27,6 +28,7 @@ class Browser:
 
     def __init__(self):
         self.folder = tempfile.mkdtemp(prefix='browser-')
+        self.opened = {'data:,'}  # the window's own first page
         with socket.socket() as finder:
             finder.bind(('127.0.0.1', 0))
             self.port = finder.getsockname()[1]
@@ -87,7 +89,9 @@ class Browser:
         return self._send(method, f'/session/{self.session}{path}', body)
 
     def open(self, path):
-        self.ask('POST', '/url', {'url': 'file://' + os.path.abspath(path)})
+        address = 'file://' + os.path.abspath(path)
+        self.opened.add(address)
+        self.ask('POST', '/url', {'url': address})
 
     def run(self, script, *arguments):
         return self.ask('POST', '/execute/sync', {'script': script, 'args': list(arguments)})
@@ -130,6 +134,10 @@ class Browser:
         events = [json.loads(entry['message'])['message']
                   for entry in self.ask('POST', '/se/log', {'type': 'performance'})]
         return [event['params']['request']['url'] for event in events if event['method'] == 'Network.requestWillBeSent']
+
+    def strangers(self):
+        """Addresses that were asked for since the last call and are none of the pages that were opened."""
+        return [url for url in self.requests() if urllib.parse.unquote(url) not in self.opened]
 
     def prefer(self, theme):
         self.cdp('Emulation.setEmulatedMedia', features=[{'name': 'prefers-color-scheme', 'value': theme}])

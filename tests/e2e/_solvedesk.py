@@ -1,5 +1,6 @@
 """What the end-to-end tests share: running solvedesk, projects to try it on, reading what it prints and writes."""
 import csv
+import ctypes
 import json
 import os
 import subprocess
@@ -38,10 +39,10 @@ class DeskTest(unittest.TestCase):
         os.chdir(self.folder)
         self.addCleanup(os.chdir, self.start)
 
-    def run_desk(self, *words, code=0):
+    def run_desk(self, *words, code=0, **options):
         """Runs solvedesk to its end and checks its exit code."""
         done = subprocess.run([SOLVEDESK, *words], stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                              timeout=300)
+                              timeout=300, **options)
         self.assertEqual(done.returncode, code,
                          f'solvedesk {" ".join(words)}\nstdout: {done.stdout}\nstderr: {done.stderr}')
         return done
@@ -71,9 +72,9 @@ class DeskTest(unittest.TestCase):
         reader.join()
         return out, errors[0]
 
-    def refuse(self, code, *words):
+    def refuse(self, code, *words, **options):
         """A refusal: the exit code, one line on standard error and nothing on standard output.  Gives the line."""
-        done = self.run_desk(*words, code=code)
+        done = self.run_desk(*words, code=code, **options)
         self.assertEqual(done.stdout, '')
         lines = done.stderr.splitlines()
         self.assertEqual(len(lines), 1, done.stderr)
@@ -97,6 +98,18 @@ class DeskTest(unittest.TestCase):
         write(f'{name}.cir', netlist)
         self.run_desk('new', name, '--netlist', f'{name}.cir')
         return name
+
+
+_prctl = ctypes.CDLL(None, use_errno=True).prctl
+DROP_FROM_BOUNDING_SET, DAC_OVERRIDE, DAC_READ_SEARCH = 24, 1, 2
+
+
+def bound_by_permissions():
+    """As `preexec_fn`: permissions bind the program even where tests run as root."""
+    if os.geteuid() == 0:
+        for capability in (DAC_OVERRIDE, DAC_READ_SEARCH):
+            if _prctl(DROP_FROM_BOUNDING_SET, capability, 0, 0, 0) != 0:
+                raise OSError(ctypes.get_errno(), 'a capability of root cannot be given up')
 
 
 def write(path, text):

@@ -2,10 +2,12 @@
 import csv
 import io
 import json
+import math
 import os
 import subprocess
 import unittest
 
+from _page import numbers_of
 from _solvedesk import LOWPASS, SETUP, SMALL, SOLVEDESK, DeskTest, read, write
 
 # What a browser must not take for markup.
@@ -147,6 +149,31 @@ class ImportAndCompare(DeskTest):
             self.assertAlmostEqual(float(row['A.re']) - float(row['B.re']), -0.5, places=12)
             self.assertAlmostEqual(float(row['|A-B|']), 0.5, places=12)
 
+    def test_the_plots_of_its_page_hold_the_numbers(self):
+        file = self.exported()
+        self.run_desk('import', 'small', self.perturbed(file, 0.125, places={3, 7}), '--name', 'Measured')
+        self.run_desk('compare', 'small', SETUP, 'Measured', '--html', 'page.html', '--csv', 'numbers.csv')
+        rows = list(csv.DictReader(io.StringIO(read('numbers.csv').decode())))
+        data, columns = numbers_of('page.html')
+        (section,) = data['sections']
+        table, magnitudes, differences = section['items']
+        curves = {series['name']: (columns[series['x']], columns[series['y']])
+                  for plot in (magnitudes, differences) for series in plot['series']}
+        solved = f'S(1,1), {SETUP} : Sweep at cap=1e-12; res=50'
+        self.assertEqual(list(curves), [solved, 'S(1,1), Measured', 'S(1,1)'])
+        places = tuple(float(row['Freq [Hz]']) for row in rows)
+        for of, name in ((solved, 'A'), ('S(1,1), Measured', 'B')):
+            self.assertEqual(curves[of][0], places)
+            for told, row in zip(curves[of][1], rows):
+                value = complex(float(row[name + '.re']), float(row[name + '.im']))
+                self.assertAlmostEqual(told, 20 * math.log10(abs(value)))
+        self.assertEqual(curves['S(1,1)'], (places, tuple(float(row['|A-B|']) for row in rows)))
+        self.assertEqual([round(value, 12) for value in curves['S(1,1)'][1]],
+                         [0.125 if place in (3, 7) else 0 for place in range(11)])
+        largest = {column['title']: columns[column['numbers']] for column in table['columns'] if 'numbers' in column}
+        self.assertAlmostEqual(largest['Largest'][0], 0.125)
+        self.assertIn(largest['At'][0], (places[3], places[7]))
+
     def test_markup_in_names_stays_text(self):
         file = self.exported()
         name = 'a ' + MARKUP
@@ -213,6 +240,8 @@ class ImportAndCompare(DeskTest):
         os.mkdir('folder.s1p')
         for name in ('cut.s1p', 'text.s1p', 'empty.s1p', 'huge.s999999999p', 'missing.s1p', 'folder.s1p'):
             self.assertIn(name, self.refuse(4, 'import', 'small', name))
+        for name, place in (('cut.s1p', r'\d+:\d+'), ('text.s1p', '1:1'), ('empty.s1p', '1:1')):
+            self.assertRegex(self.refuse(4, 'import', 'small', name), f': .*{name}:{place}: .*expected')
         self.assertIn('.s1p', self.refuse(2, 'import', 'small', 'measured.txt'))
         self.assertIn('already', self.refuse(2, 'import', 'small', file, '--name', SETUP.lower()))
         self.assertIn('colon', self.refuse(2, 'import', 'small', file, '--name', 'a:b'))

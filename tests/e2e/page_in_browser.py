@@ -43,7 +43,13 @@ class PagesInABrowser(unittest.TestCase):
     def tearDown(self):
         """Whatever a test did: no complaint of the page, no request for anything but the page itself."""
         self.assertEqual(self.browser.console(), [])
-        self.assertEqual([url for url in self.browser.requests() if not url.startswith(('file:', 'data:,'))], [])
+        self.assertEqual(self.browser.strangers(), [])
+
+    def test_a_page_that_asked_for_another_file_would_be_seen(self):
+        with open('curious.html', 'w', encoding='utf-8') as file:
+            file.write('<!doctype html><title>curious</title><img src="smith.svg">')
+        self.browser.open('curious.html')
+        self.assertEqual(self.browser.strangers(), ['file://' + os.path.abspath('smith.svg')])
 
     def test_every_plot_draws_all_samples_that_are_numbers(self):
         for name in ('showcase', 'large', 'empty', 'hostile'):
@@ -312,14 +318,78 @@ class PagesInABrowser(unittest.TestCase):
         self.browser.prefer('light')
         self.browser.picture(os.path.join(PICTURES, 'showcase-narrow.png'), width=420)
 
-    def test_print_is_light_and_complete(self):
+    STATE = '''(() => {
+      const closed = [...document.querySelectorAll('details')].filter(details => !details.open).length;
+      return {rows: [...document.querySelectorAll('tbody')].map(body => body.rows.length), closed,
+              items: document.querySelectorAll('.tree li').length, theme: document.documentElement.dataset.theme || null,
+              paper: getComputedStyle(document.documentElement).getPropertyValue('--paper'), scroll: scrollY,
+              densities: solvedeskPage.views.filter(view => view.base)
+                           .map(view => Math.round(view.base.width / view.holder.clientWidth))};
+    })()'''
+
+    def printed(self, name):
+        """Prints the open page: what stood on it then, after what its own script did, and the file."""
+        self.browser.run(f'addEventListener("beforeprint", () => {{ window.printed = {self.STATE}; }}, {{once: true}})')
+        path = os.path.join(PICTURES, name + '.pdf')
+        self.browser.pdf(path)
+        with open(path, 'rb') as file:
+            pdf = file.read()
+        self.assertEqual(pdf[:5], b'%PDF-')
+        return self.browser.run('return window.printed'), len(re.findall(rb'/Type\s*/Page\b', pdf))
+
+    def test_print_is_light_and_fine(self):
         self.browser.prefer('dark')
         self.open('showcase')
-        self.browser.pdf(os.path.join(PICTURES, 'showcase.pdf'))
+        before = self.browser.run('return ' + self.STATE)
+        self.assertEqual((before['theme'], set(before['densities'])), (None, {1}))
+        printed, _ = self.printed('showcase')
+        self.assertEqual((printed['theme'], printed['paper'], set(printed['densities'])), ('light', '#ffffff', {3}))
+        self.assertEqual(printed['rows'], before['rows'])
+        self.assertEqual(self.browser.run('return ' + self.STATE), before)
         self.browser.prefer('light')
-        self.assertIsNone(self.browser.run('return document.documentElement.dataset.theme || null'))
-        with open(os.path.join(PICTURES, 'showcase.pdf'), 'rb') as file:
-            self.assertEqual(file.read(5), b'%PDF-')
+
+    def test_print_has_all_rows_and_branches_and_the_screen_what_it_had(self):
+        self.open('large')
+        self.browser.run('scrollTo(0, 300); solvedeskPage.views[2].scroller.scrollTop = 200')
+        before = self.browser.run('return ' + self.STATE)
+        self.assertEqual((before['rows'], before['items'], before['closed'], before['scroll']), ([500], 1, 1, 300))
+        printed, sheets = self.printed('large')
+        self.assertEqual((printed['rows'], printed['items'], printed['closed']), ([2000], 2001, 0))
+        self.assertGreater(sheets, 4000 / 100)  # rows and branches, of which no sheet holds a hundred
+        after = self.browser.run('return ' + self.STATE)
+        self.assertEqual(after, {**before, 'items': 2001})
+        self.assertEqual(self.plot('plot.scroller.scrollTop', 2), 200)
+
+    def test_print_tells_of_rows_that_paper_does_not_hold(self):
+        self.open('large')
+        told = 'const left = document.querySelector(".left"); return [left.hidden, left.textContent]'
+        self.plot('[plot.count = 2100, plot.order = plot.order.concat(plot.order.slice(0, 100)), plot.fill()]', 2)
+        self.browser.run('dispatchEvent(new Event("beforeprint"))')
+        self.assertEqual(self.browser.run(told), [False, '100 rows more in the file that this was printed from'])
+        self.browser.run('dispatchEvent(new Event("afterprint"))')
+        self.browser.run('solvedeskPage.views[2].more.click()')
+        self.browser.run('solvedeskPage.views[2].more.click()')
+        self.browser.run('dispatchEvent(new Event("beforeprint"))')  # whoever shows more of them prints more
+        self.assertEqual(self.browser.run('return ' + self.STATE)['rows'], [2100])
+        self.assertTrue(self.browser.run(told)[0])
+        self.browser.run('dispatchEvent(new Event("afterprint"))')
+
+    def test_paper_has_no_controls_and_no_ground(self):
+        self.open('large')
+        self.plot('plot.legend.show([plot.curves[3]], false)', 0)
+        self.browser.run('document.querySelector(".fold")?.click()')
+        style = lambda selector, name: self.browser.run(
+            'return getComputedStyle(document.querySelector(arguments[0]))[arguments[1]]', selector, name)
+        self.assertNotEqual(style('.more', 'display'), 'none')
+        self.assertEqual(style('.left', 'display'), 'none')
+        self.browser.cdp('Emulation.setEmulatedMedia', media='print')
+        self.addCleanup(self.browser.cdp, 'Emulation.setEmulatedMedia', media='')
+        for selector in ('.more', '#theme', '.tools button', '.fold', '.row input', '.row.off'):
+            self.assertEqual(style(selector, 'display'), 'none', selector)
+        for selector in ('.left', '.members', '.row:not(.off)'):
+            self.assertNotEqual(style(selector, 'display'), 'none', selector)
+        self.assertEqual(style('body', 'backgroundColor'), 'rgba(0, 0, 0, 0)')
+        self.assertEqual(style('.scroller', 'maxHeight'), 'none')
 
     def test_a_hundred_curves_of_a_thousand_samples(self):
         self.assertLess(os.path.getsize('large.html'), 10_000_000)

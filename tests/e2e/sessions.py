@@ -6,6 +6,7 @@ import signal
 import subprocess
 import unittest
 
+from _qsol import QSOL
 from _solvedesk import SMALL, SOLVEDESK, DeskTest, read
 
 PROJECT, AUTOSAVE = 'small.sproject', 'small.sproject.auto'
@@ -115,6 +116,58 @@ class Sessions(DeskTest):
         self.assertEqual(rehearsed, document)
         self.assertEqual(self.document('recover', 'small')['outcome'], 'nothing')
         self.assertIn('nothing to recover', self.run_desk('recover', 'small').stdout)
+
+    def damage_data(self, file, variation):
+        """One bit of the data of a point in a library file."""
+        listed = json.loads(subprocess.run([QSOL, 'list', file, '--json'], capture_output=True, text=True, timeout=60,
+                                           check=True).stdout)
+        block, = (block for block in listed['blocks'] if block['kind'] == 'data' and block['variation'] == variation)
+        damaged = bytearray(read(file))
+        damaged[block['offset'] + block['bytes'] // 2] ^= 4
+        with open(file, 'wb') as target:
+            target.write(damaged)
+
+    def test_a_point_whose_data_a_crash_left_damaged_is_dropped_by_name_and_all_others_come_back(self):
+        acknowledged = self.crash()
+        lost = min(acknowledged)
+        self.damage_data(PRIVATE, f'cap=1e-12; res={lost}')
+        rehearsed = self.document('recover', 'small', '--dry-run')
+        text = self.run_desk('recover', 'small', '--dry-run').stdout
+        self.assertIn(f'  would be dropped: 1 block\n    SParameters1 at cap=1e-12; res={lost}: its block is lost\n', text)
+        document = self.document('recover', 'small')
+        dropped, = document['dropped']
+        self.assertIn(f'"cap=1e-12; res={lost}"', dropped.pop('block'))
+        self.assertEqual(dropped, {'reason': 'its block is lost', 'setup': 'SParameters1', 'solution': 'Sweep',
+                                   'variation': f'cap=1e-12; res={lost}'})
+        self.assertEqual(document['variations'], rehearsed['variations'])
+        self.assertEqual(document['notices'], rehearsed['notices'])
+        self.assertIn('; 1 block was not taken over: its block is lost', document['notices'][0])
+        there = self.with_data()
+        self.assertNotIn(lost, there)
+        self.assertLessEqual(acknowledged - {lost}, there)
+        self.solve(lost)
+        self.assertLessEqual(acknowledged, self.with_data())
+
+    def test_recover_tells_people_which_point_it_dropped(self):
+        lost = min(self.crash())
+        self.damage_data(PRIVATE, f'cap=1e-12; res={lost}')
+        done = self.run_desk('recover', 'small')
+        self.assertIn(f'  dropped: 1 block\n    SParameters1 at cap=1e-12; res={lost}: its block is lost\n', done.stdout)
+        self.assertRegex(done.stderr, r'recovered \d+ points after a crash; 1 block was not taken over: its block is lost')
+
+    def test_unsaved_data_that_are_damaged_are_told_by_the_save_and_cost_no_other_point(self):
+        self.small_project()
+        self.solve('1,2,3', '--no-save')
+        self.damage_data(PRIVATE, 'cap=1e-12; res=2')
+        message = self.refuse(7, 'save', 'small')
+        self.assertRegex(message, r'small.qsol_priv: block \w+ at offset \d+ is damaged')
+        self.assertIn('save again to save all else', message)
+        self.run_desk('save', 'small')
+        self.assertEqual(content(PRIVATE), None)
+        read_back = self.run_desk('values', 'small', '--json', code=FAILED_CODES['project'])
+        self.assertIn('cap=1e-12; res=2', read_back.stderr)
+        self.solve('2', '--again')
+        self.assertEqual(len(self.document('values', 'small')['points']), 3)
 
     def test_recover_speaks_to_people(self):
         self.crash()

@@ -7,8 +7,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <fstream>
 #include <system_error>
+#include <unistd.h>
 
 namespace solvedesk {
 namespace {
@@ -23,6 +25,17 @@ namespace fs = std::filesystem;
   Refuse(path, "can't be written: " + code.message() + "; check the folder, its permissions and the room on the disk");
 }
 
+void Sync(fs::path const & path) {
+  int const descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  bool const isSynced =
+      descriptor >= 0 && (::fsync(descriptor) == 0 || errno == EINVAL); // Some know no sync of folders.
+  int const error = errno;
+  if (descriptor >= 0)
+    ::close(descriptor);
+  if (!isSynced)
+    Refuse(path, std::error_code(error, std::generic_category()));
+}
+
 // A move that fails when it must, without a word when it is part of tidying up.
 std::error_code Move(fs::path const & from, fs::path const & to) {
   std::error_code code;
@@ -33,6 +46,15 @@ std::error_code Move(fs::path const & from, fs::path const & to) {
 } // namespace
 
 Delivery::Delivery(fs::path const & folder) : m_folder(folder) {
+  try {
+    Prepare();
+  } catch (...) {
+    TidyUp();
+    throw;
+  }
+}
+
+void Delivery::Prepare() {
   std::error_code code;
   if (fs::exists(m_folder, code) && !fs::is_directory(m_folder, code))
     Refuse(m_folder, "is no folder; name another one");
@@ -46,9 +68,10 @@ Delivery::Delivery(fs::path const & folder) : m_folder(folder) {
 }
 
 void Delivery::MakeWorkplace() {
-  std::string name = (m_folder / ".solvedesk-XXXXXX").string();
+  std::string name = (m_folder / (std::string(kWorkplace) + "XXXXXX")).string();
   if (!mkdtemp(name.data()))
     Refuse(m_folder, std::error_code(errno, std::generic_category()));
+  m_made = name;
   m_workplace = fs::path(name) / "new";
   m_former = fs::path(name) / "former";
   std::error_code code;
@@ -56,9 +79,12 @@ void Delivery::MakeWorkplace() {
     Refuse(m_folder, code);
 }
 
-Delivery::~Delivery() {
+Delivery::~Delivery() { TidyUp(); }
+
+void Delivery::TidyUp() {
   std::error_code ignored;
-  fs::remove_all(m_workplace.parent_path(), ignored);
+  if (!m_made.empty())
+    fs::remove_all(m_made, ignored);
   if (m_placed.empty())
     for (fs::path const & made : m_madeFolders)
       fs::remove(made, ignored); // does nothing while something is in it
@@ -75,12 +101,32 @@ void Delivery::WriteFile(std::string const & name, std::string const & text) {
 
 void Delivery::Deliver() {
   std::vector<std::string> names;
-  for (auto const & entry : fs::directory_iterator(m_workplace))
-    names.push_back(entry.path().filename().string());
+  std::error_code code;
+  fs::directory_iterator entry(m_workplace, code);
+  for (; !code && entry != fs::directory_iterator(); entry.increment(code))
+    names.push_back(entry->path().filename().string());
+  if (code)
+    Refuse(m_folder, code);
   std::sort(names.begin(), names.end());
   try {
     for (std::string const & name : names)
       TakePlace(name);
+  } catch (...) {
+    PutBack();
+    throw;
+  }
+}
+
+void Delivery::DeliverForGood() {
+  std::error_code code;
+  fs::recursive_directory_iterator entry(m_workplace, code);
+  for (; !code && entry != fs::recursive_directory_iterator(); entry.increment(code))
+    Sync(entry->path());
+  if (code)
+    Refuse(m_folder, code);
+  Deliver();
+  try {
+    Sync(m_folder);
   } catch (...) {
     PutBack();
     throw;

@@ -60,21 +60,25 @@ public:
       std::this_thread::sleep_for(kLook);
       // Asked before the look: what a writer did before it went is then seen.
       bool const isThere = m_results.HasWriter();
-      Look();
+      // A short study comes and goes between two looks, and what it left tells of it.
+      hasWriter = Look() || hasWriter || isThere;
       if (m_isDue && Clock::now() >= m_next)
         Write();
-      if (hasWriter && !isThere && m_results.HowItEnded() != desktop::LiveResults::End::kGoesOn)
+      if (hasWriter && !isThere && !m_results.HasWriter() &&
+          m_results.HowItEnded() != desktop::LiveResults::End::kGoesOn)
         break;
-      hasWriter = hasWriter || isThere;
     }
     return Last();
   }
 
 private:
-  void Look() {
-    bool const isNews = !m_results.Look().empty();
-    m_isDue = m_isDue || isNews || m_results.CountCommits() != m_commits;
+  /// Whether there is anything new.
+  bool Look() {
+    bool isNews = !m_results.Look().empty();
+    isNews = m_results.CountCommits() != m_commits || isNews;
     m_commits = m_results.CountCommits();
+    m_isDue = m_isDue || isNews;
+    return isNews;
   }
 
   ProjectPage MakeFromCopy() const {

@@ -49,6 +49,7 @@ public:
     page::Document & document = m_page.document;
     document.title = m_session.GetProject().GetName();
     document.subtitle = m_session.GetProduct().GetName() + L", as of " + text::FromUtf8(Now());
+    m_session.GetLiveReports().Update(m_contents.reports);
     for (desktop::ReportDefinition const & report : m_contents.reports)
       document.sections.push_back(Report(report));
     if (!m_contents.isWhole)

@@ -43,7 +43,18 @@ bool IsSameOrInside(LongFileName const & folder, LongFileName const & path) {
   return fs::equivalent(Utf8(folder.FilePath()), Utf8(path.FilePath()), ignored) || LFN_RelativeTo(folder, path, rest);
 }
 
-// Nothing that is there is touched, and nothing comes to lie among a project's own files.
+// What an export leaves that was killed.
+std::string LeftBehind(std::string const & folder) {
+  std::error_code code;
+  fs::directory_iterator entry(folder, code);
+  if (code || entry == fs::directory_iterator())
+    return {};
+  std::string const name = entry->path().filename().string();
+  bool const isAlone = entry.increment(code) == fs::directory_iterator() && !code;
+  return isAlone && name.rfind(Delivery::kWorkplace, 0) == 0 ? name : std::string();
+}
+
+// Nothing that is there is touched, and nothing comes to lie among this project's own files.
 void CheckFolder(desktop::Session & session, std::string const & folder) {
   LongFileName const target(ArgumentText(folder));
   if (target.IsEmpty())
@@ -61,6 +72,9 @@ void CheckFolder(desktop::Session & session, std::string const & folder) {
                          text::FromUtf8("--to " + folder + ": can't be read (" + code.message() + ")"));
   if (!isEmpty && fs::equivalent(folder, Utf8(session.GetProject().GetFolder().FilePath()), code))
     RefuseFolder(folder, "is the project's own folder; name a new one");
+  if (std::string const left = LeftBehind(folder); !left.empty())
+    RefuseFolder(folder, "holds " + left + ", which an export that was killed left, or one makes that is under way; " +
+                             "remove it, or name a new folder");
   if (!isEmpty)
     RefuseFolder(folder, "is not empty; name a new folder, or an empty one");
 }
@@ -116,11 +130,16 @@ void Print(desktop::Session const & session, ExportWords const & words, AString 
   nlohmann::ordered_json notices = nlohmann::ordered_json::array();
   for (AString const & notice : session.GetNotices())
     notices.push_back(Utf8(notice));
+  // Where the project is opened for writing they are told at once.
+  if (!words.isUnsaved)
+    for (AString const & notice : session.GetNotices())
+      PrintMessage(Utf8(notice));
   std::string text =
       fmt::format("{}: {}, {} and {} of the point {}\n", file, Count(static_cast<long long>(parts.size()), "solution"),
                   Count(point.CountBlocks(), "block"), Count(point.CountFiles(), "result file"), Utf8(variation));
   if (stale > 0)
-    text += fmt::format("{} of it is stale there as here; `solvedesk info {} --why` tells why\n",
+    text += fmt::format("{} of it is stale there as here, and files of stale data are left behind; `solvedesk info {} "
+                        "--why` tells why\n",
                         Count(stale, "solution"), words.project);
   PrintResult(words.output, text,
               {{"project", file},
@@ -144,7 +163,7 @@ int Export(ExportWords const & words) {
   } catch (desktop::Error const & error) {
     throw Told(error, delivery, words.folder);
   }
-  delivery.Deliver();
+  delivery.DeliverForGood();
   std::string const name = Utf8(session->GetProject().GetFile().NameAndExtension());
   Print(*session, words, variation, point, (fs::path(words.folder) / name).string());
   return 0;

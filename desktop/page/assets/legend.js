@@ -53,7 +53,9 @@ class Legend {
   show(members, isShown) {
     for (const curve of members) {
       curve.isShown = isShown;
-      this.rows.get(curve).box.checked = isShown;
+      const {row, box} = this.rows.get(curve);
+      row.classList.toggle('off', !isShown);
+      box.checked = isShown;
     }
     for (const family of this.families) {
       const shown = family.members.filter(curve => curve.isShown).length;

@@ -113,7 +113,9 @@ class LivePage {
   }
 
   keep() {
-    const kept = {scroll: [scrollX, scrollY], theme: document.documentElement.dataset.theme || 'auto', views: {}};
+    // The browser's own way back comes later than ours, and counts from what may be gone.
+    history.scrollRestoration = 'manual';
+    const kept = {scroll: [scrollX, -this.top()], theme: document.documentElement.dataset.theme || 'auto', views: {}};
     for (const [name, view] of this.views) {
       kept.views[name] = KEPT[view.kind].of(view);
       if (view.holder && view.holder === document.activeElement)
@@ -144,6 +146,12 @@ class LivePage {
         KEPT[view.kind].give(view, kept.views[name]);
     if (this.views.has(kept.focus))
       this.views.get(kept.focus).holder.focus({preventScroll: true});
-    scrollTo(...kept.scroll);
+    scrollTo(kept.scroll[0], scrollY + this.top() + kept.scroll[1]);
+    addEventListener('load', () => setTimeout(() => { history.scrollRestoration = 'auto'; }));
+  }
+
+  /// Of what is shown, against the window: the note above it goes with the last page.
+  top() {
+    return document.getElementById('main').getBoundingClientRect().top;
   }
 }

@@ -70,20 +70,31 @@ class Page {
     matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => this.drawAgain());
   }
 
-  /// Paper is white, and finer than a screen.
+  /// Paper is white, finer than a screen, and nobody can unfold what stands on it.
   print() {
-    let before;
+    let before = null;
     addEventListener('beforeprint', () => {
-      before = document.documentElement.dataset.theme;
+      if (before)
+        return;
+      before = {theme: document.documentElement.dataset.theme, scroll: [scrollX, scrollY]};
       document.documentElement.dataset.theme = 'light';
+      for (const view of this.views)
+        view.unfoldForPrint?.();
       this.drawAgain(PRINT_DENSITY);
     });
     addEventListener('afterprint', () => {
-      if (before === undefined)
+      if (!before)
+        return;
+      const {theme, scroll} = before;
+      before = null;
+      if (theme === undefined)
         delete document.documentElement.dataset.theme;
       else
-        document.documentElement.dataset.theme = before;
+        document.documentElement.dataset.theme = theme;
+      for (const view of this.views)
+        view.foldAfterPrint?.();
       this.drawAgain();
+      scrollTo(...scroll);
     });
   }
 }

@@ -1,6 +1,7 @@
 // Tables that sort, by numbers where these are numbers, and copy as tab-separated text with every digit.
 
 const ROWS_AT_ONCE = 500;
+const ROWS_ON_PAPER = 2000;  // some fifty sheets
 
 class TableView {
   constructor(item, columns) {
@@ -29,6 +30,7 @@ class TableView {
       this.limit *= 4;
       this.fill();
     });
+    this.left = make('p', {class: 'left note'});
     const copy = make('button', {type: 'button'}, 'copy');
     copy.addEventListener('click', () => copyText(this.tsv(), copy));
     this.scroller = make('div', {class: 'scroller', tabindex: 0, role: 'region', 'aria-label': this.title || 'table'},
@@ -37,7 +39,7 @@ class TableView {
                         make('figcaption', {}, make('span', {class: 'title'}, this.title),
                              make('span', {class: 'tools'},
                                   make('span', {class: 'note'}, counted(this.count, 'row')), copy)),
-                        this.scroller, this.more);
+                        this.scroller, this.more, this.left);
   }
 
   /// What is missing goes last either way; equal rows keep their order.
@@ -62,6 +64,21 @@ class TableView {
     const left = this.count - Math.min(this.limit, this.count);
     this.more.hidden = left === 0;
     this.more.textContent = `show more (${left} rows are left out; copy has them all)`;
+    this.left.hidden = left === 0;
+    this.left.textContent = `${counted(left, 'row')} more in the file that this was printed from`;
+  }
+
+  /// More rows than paper should be wasted on are printed when they are shown.
+  unfoldForPrint() {
+    this.onScreen = {limit: this.limit, scroll: this.scroller.scrollTop};
+    this.limit = Math.max(this.limit, ROWS_ON_PAPER);
+    this.fill();
+  }
+
+  foldAfterPrint() {
+    this.limit = this.onScreen.limit;
+    this.fill();
+    this.scroller.scrollTop = this.onScreen.scroll;
   }
 
   cell(column, row, most) {

@@ -76,6 +76,16 @@ class TreeView {
     return labels.join('\n');
   }
 
+  unfoldForPrint() {
+    this.onScreen = new Set(this.list.querySelectorAll('details[open]'));
+    this.foldAll(true);
+  }
+
+  foldAfterPrint() {
+    for (const details of this.list.querySelectorAll('details'))
+      details.open = this.onScreen.has(details);
+  }
+
   foldAll(isOpen, within = this.list) {
     for (const details of within.querySelectorAll('details')) {
       if (isOpen && !details.open) {

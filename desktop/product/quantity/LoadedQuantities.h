@@ -1,6 +1,7 @@
 #pragma once
 
 #include "basekit/text/AString.h"
+#include "basekit/value/VariableValues.h"
 #include "desktop/product/quantity/ISolvedQuantities.h"
 
 #include <memory>
@@ -37,6 +38,13 @@ struct LoadedQuantities {
   /// Which samples count where not all do.
   bool isNarrowed = false;
   std::vector<std::size_t> places;
+};
+
+/// A question under way: what it brought into memory stays until its end.
+struct QuestionUnderWay {
+  VariableValues variation;                  ///< of design variables; empty for none in particular
+  std::unique_ptr<VariationInMemory> memory; ///< the one that was brought last
+  bool hasOwnCatalogue = false;              ///< which holds for the question alone
 };
 
 } // namespace desktop

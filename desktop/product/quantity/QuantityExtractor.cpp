@@ -29,6 +29,8 @@ QuantityExtractor::QuantityExtractor(BaseSolutionManager * manager, BaseSolution
 QuantityExtractor::~QuantityExtractor() {
   if (m_loaded)
     m_loaded->memory->Abandon();
+  if (m_question && m_question->memory)
+    m_question->memory->Abandon();
 }
 
 IQuantityCatalogue const & QuantityExtractor::GetCatalogue() const {
@@ -74,9 +76,24 @@ std::unique_ptr<IQuantityCatalogue> QuantityExtractor::MakeCatalogueOfData() con
   AddNominalValues(nominal);
   RefreshVariations();
   auto const solved = FindSolved(nominal);
-  auto made = solved ? MakeCatalogueOf(*solved) : nullptr;
+  auto made = MakeCatalogueOfQuestion(solved);
+  if (!made && solved)
+    made = MakeCatalogueOf(*solved);
   for (auto text = m_variations.GetTexts().begin(); !made && text != m_variations.GetTexts().end(); ++text)
     made = MakeCatalogueOf(*text);
+  return made;
+}
+
+// Sets refer to the samples of the catalogue, and stay when the question is over.
+std::unique_ptr<IQuantityCatalogue>
+QuantityExtractor::MakeCatalogueOfQuestion(std::optional<AString> const & nominal) const {
+  if (!m_question || m_question->variation.empty() || GetSolutionPointSetsSize() > 0)
+    return nullptr;
+  auto const asked = FindSolved(m_question->variation);
+  if (!asked || asked == nominal)
+    return nullptr;
+  auto made = MakeCatalogueOf(*asked);
+  m_question->hasOwnCatalogue = made != nullptr;
   return made;
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/product/quantity/KnownCatalogue.h"
 #include "desktop/product/quantity/SolvedVariations.h"
+#include "plotkit/simvalue/IQuestionData.h"
 #include "plotkit/simvalue/ISolvedColumns.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
 
@@ -17,19 +18,21 @@ class ISolvedQuantities;
 class VariationInMemory;
 struct LoadedQuantities;
 struct QuantityColumn;
+struct QuestionUnderWay;
 
 /// Base of the extractors of products whose quantities are columns over a variable, or single numbers, of each
 /// variation.  A product says which quantities there are (a catalogue) and gives the numbers of one variation that is
 /// in memory; sweeps, states, names, contexts, loading and columns follow from these two.
 ///
 /// Data is that of the solution's version with data.  A variation that is loaded for a report is given up again
-/// afterwards, unless it was in memory before.
-class QuantityExtractor : public BaseSimDataExtractor, public ISolvedColumns {
+/// afterwards, unless it was in memory before; in a question at its end.
+class QuantityExtractor : public BaseSimDataExtractor, public ISolvedColumns, public IQuestionData {
 public:
   QuantityExtractor(BaseSolutionManager * manager, BaseSolution * solution);
   ~QuantityExtractor() override;
 
-  /// As known from the nominal variation, where that is solved, or another one; valid until data comes or goes.
+  /// As known from the nominal variation, where that is solved, or another one; valid until data comes or goes.  While
+  /// there are no point sets, that of a question is known from its own variation, and valid until its end.
   IQuantityCatalogue const & GetCatalogue() const;
   /// What is solved is another thing now, or known better, though no version tells it; what a project file told is not
   /// believed any more either.
@@ -86,6 +89,10 @@ public:
   bool GetSimValueColumn(SimValue const & value, std::vector<double> & numbers) const override;
   bool GetSimValueColumn(SimValue const & value, std::vector<AComplex<double>> & numbers) const override;
 
+  // IQuestionData
+  void BeginQuestion(VariableValues const & variation) override;
+  void EndQuestion() override;
+
 protected:
   /// What MakeCatalogue made; a variation is read for it where the project file told what reports need.
   IQuantityCatalogue const & GetMadeCatalogue() const;
@@ -102,6 +109,7 @@ private:
 
   static bool IsAxisOf(QuantityReportType const & type, AString const & name);
   void RefreshSweeps() const;
+  void SetAxisSweeps();
   bool HasAxis(AString const & name, unsigned reportType) const;
   std::vector<double> AxisValues(AString const & axis) const;
   Variable * AxisVariable(QuantityReportType const & reportType);
@@ -110,6 +118,7 @@ private:
   void AddNominalValues(VariableValues & values) const;
   std::unique_ptr<IQuantityCatalogue> MakeCatalogueOf(AString const & variation) const;
   std::unique_ptr<IQuantityCatalogue> MakeCatalogueOfData() const;
+  std::unique_ptr<IQuantityCatalogue> MakeCatalogueOfQuestion(std::optional<AString> const & nominal) const;
   void RefreshVariations() const;
   io::ReadError ReadWithoutPointSets(io::CBlock const & block);
   void ReadCatalogue(io::CBlock const & block);
@@ -129,7 +138,9 @@ private:
   mutable int m_catalogueSize = -1;
   std::map<AString, std::unique_ptr<Variable>, AString::NoCaseLess> m_axisVariables;
   mutable bool m_sweepsAreCurrent = false;
+  bool m_axisSweepsAreCurrent = false; ///< counts where the others are
   std::unique_ptr<LoadedQuantities> m_loaded;
+  std::unique_ptr<QuestionUnderWay> m_question;
 };
 
 } // namespace desktop

@@ -1,5 +1,6 @@
 // The numbers of one variation at a time.
 
+#include "basekit/value/Variable.h"
 #include "basekit/value/units/Tolerance.h"
 #include "desktop/product/ImportedSolution.h"
 #include "desktop/product/quantity/LoadedQuantities.h"
@@ -69,7 +70,33 @@ std::unique_ptr<VariationInMemory> QuantityExtractor::Bring(AString const & vari
   BaseSolutionVariation * const there =
       LoadVariation(solution, VariationIDIndex(variation, version, GetBaseSolutionMgr()));
   auto memory = there ? std::make_unique<VariationInMemory>(*there, isThere) : nullptr;
-  return there && there->HasSolutionData() ? std::move(memory) : nullptr;
+  if (!there || !there->HasSolutionData())
+    return nullptr;
+  // What is loaded may refer to what the question brought before.
+  if (!m_question || m_loaded || isThere)
+    return memory;
+  m_question->memory = std::move(memory);
+  return std::make_unique<VariationInMemory>(*there, true);
+}
+
+void QuantityExtractor::BeginQuestion(VariableValues const & variation) {
+  EndQuestion();
+  m_question = std::make_unique<QuestionUnderWay>();
+  for (Variable const * const variable : DesignVariables())
+    if (Value const * const value = variation.Find(variable->GetName()))
+      m_question->variation.Set(variable->GetName(), *value);
+  if (!variation.empty())
+    AddNominalValues(m_question->variation);
+}
+
+void QuantityExtractor::EndQuestion() {
+  m_loaded.reset();
+  if (m_question && m_question->hasOwnCatalogue) {
+    if (!m_catalogue || !m_catalogue->ForgetMade())
+      m_catalogue.reset();
+    m_axisSweepsAreCurrent = false;
+  }
+  m_question.reset();
 }
 
 std::optional<AString> QuantityExtractor::FindSolved(VariableValues const & values) const {
@@ -145,8 +172,10 @@ bool QuantityExtractor::ChooseSamples() {
   return true;
 }
 
-// The quantities refer to the memory and go first.
-void QuantityExtractor::FinishLoadingSolvedData() { m_loaded.reset(); }
+void QuantityExtractor::FinishLoadingSolvedData() {
+  if (!m_question)
+    m_loaded.reset();
+}
 
 std::size_t QuantityExtractor::GetSampleCount() const {
   if (!m_loaded)

@@ -89,13 +89,18 @@ Sweep * QuantityExtractor::SweepOver(Variable & variable, Units::FullUnitType un
   return sweep;
 }
 
-void QuantityExtractor::CreateDefaultSweeps(bool) {
+void QuantityExtractor::SetAxisSweeps() {
   for (QuantityReportType const & type : GetCatalogue().GetReportTypes()) {
     if (type.axis.empty())
       continue;
     if (Sweep * const sweep = SweepOver(*AxisVariable(type), type.axisState.fullUnit))
       sweep->Column().SetValues(AxisValues(type.axis));
   }
+  m_axisSweepsAreCurrent = true;
+}
+
+void QuantityExtractor::CreateDefaultSweeps(bool) {
+  SetAxisSweeps();
   auto const & solved = m_variations.GetValues();
   for (Variable * const variable : DesignVariables()) {
     auto const values = solved.find(variable->GetName());
@@ -113,6 +118,8 @@ void QuantityExtractor::RefreshSweeps() const {
   RefreshVariations();
   if (!m_sweepsAreCurrent)
     self.CreateDefaultSweeps(true);
+  else if (!m_axisSweepsAreCurrent)
+    self.SetAxisSweeps();
 }
 
 int QuantityExtractor::GetSweeps(std::vector<SweepBase *> & sweeps, unsigned reportType,

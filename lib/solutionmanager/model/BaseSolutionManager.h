@@ -29,7 +29,7 @@ class CManagedFilesMgr;
 class ComplexValue;
 class CParsedExpressionCache;
 class CParsedExpressionCacheContainer;
-class ExportVariationContext;
+struct ExportVariationContext;
 class FloatValue;
 class IProductSolutionMgrForPlot;
 class ISimDataExtractor3;

@@ -7,6 +7,7 @@
 #include "basekit/diag/Debug.h"
 #include "basekit/diag/IMemoryTimeProfiler.h"
 #include "basekit/file/FileOperations.h"
+#include "basekit/file/IFileSystem.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/io/CBlock.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
@@ -23,6 +24,28 @@ constexpr int kLevel = 1;
 AString PathIn(LongFileName folder, AString const & qsolPath) {
   folder.MakeItDirectory();
   return folder.FilePath() + LongFileName(qsolPath).NameAndExtension();
+}
+
+// An export into the project's own results, however they are reached, would cut down the library that it is taken from.
+bool IsSamePlace(AString const & one, AString const & other) {
+  file::FileInfo first;
+  file::FileInfo second;
+  auto & system = file::FileSystem();
+  bool const isSameFile = system.Describe(LongFileName(one), first).Ok() &&
+                          system.Describe(LongFileName(other), second).Ok() && first.IsSameFile(second);
+  return isSameFile || LFN_ResolvedPath(LongFileName(one)) == LFN_ResolvedPath(LongFileName(other));
+}
+
+// A copy of a write-protected library is about to be cut down.
+void MakeWritable(LongFileName const & path) {
+  constexpr unsigned kOwnerWrites = 0200;
+  file::FileInfo info;
+  auto status = file::FileSystem().Describe(path, info);
+  if (status.Ok() && (info.mode & kOwnerWrites) == 0)
+    status = file::FileSystem().SetMode(path, info.mode | kOwnerWrites);
+  if (!status.Ok())
+    KvroDebug(kCategory, kLevel, L"Unable to make %s writable for export-design-point: %s\n", path.FilePath(),
+              status.Text());
 }
 
 // What stands in the model is worth exporting all the same.
@@ -71,8 +94,7 @@ bool BaseSolutionManager::ExportQSolForDesignPoint(LongFileName const & folder, 
   std::vector<AString> blockNames;
   CallGetQSolBlocksForExportingVariation(productBlocks, blockNames, variationID);
   blocks.AddNamedByProduct(blockNames);
-  copy.TakeOut(blocks.InternalNames(), productBlocks);
-  copy.Replace(productBlocks);
+  copy.CutDown(blocks.InternalNames(), productBlocks);
   return true;
 }
 
@@ -81,6 +103,10 @@ bool BaseSolutionManager::ExportQSolForDesignPointInUnsavedState(LongFileName co
   MemoryTimeProfilerScope const scope("BaseSolutionManager::ExportQSolForDesignPointInUnsavedState");
   long const variationID = GetVariationID(variation);
   AString const path = PathIn(folder, GetQsolPath());
+  if (IsSamePlace(path, GetQsolPath())) {
+    KvroDebug(kCategory, kLevel, L"No export-design-point to %s: it is the library of the project\n", path);
+    return false;
+  }
   LoadNames(m_SolutionFileManager);
   PointLibrary library(m_SolutionFileManager, path);
   io::CBlock blocks;
@@ -94,11 +120,14 @@ bool BaseSolutionManager::ExportQSolForDesignPointInUnsavedState(LongFileName co
 bool BaseSolutionManager::CopyQSolForExportDesignPoint(AString & copyPath, LongFileName const & folder) const {
   AString const path = GetQsolPath();
   copyPath = PathIn(folder, path);
-  bool const isCopied = LFN_Copy(LongFileName(path), LongFileName(copyPath), kOverwrite);
+  bool const isCopied =
+      !IsSamePlace(path, copyPath) && LFN_Copy(LongFileName(path), LongFileName(copyPath), kOverwrite);
   if (isCopied)
     KvroDebug(kCategory, kLevel, L"Copied qsol file %s to %s for export-design-point\n", path, copyPath);
   else
     KvroDebug(kCategory, kLevel, L"Failed to copy qsol file %s to %s for export-design-point\n", path, copyPath);
+  if (isCopied)
+    MakeWritable(LongFileName(copyPath));
   return isCopied;
 }
 

@@ -10,6 +10,7 @@
 #include "basekit/value/VariableNameSpace.h"
 #include "plotkit/outputvariable/OutputVariable.h"
 #include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/simvalue/QuestionSpan.h"
 #include "plotkit/simvalue/valueutils.h"
 #include "plotkit/sweep/SweepBase.h"
 #include "solutionmanager/extraction/BaseSimDataExtractor.h"
@@ -56,8 +57,11 @@ private:
 using namespace outputvariables;
 
 bool Evaluation::Run(Value & result) {
-  return FindSolution() && HasSolvedData() && FindVariable() && ChooseContext() && IsVariableUsable() &&
-         Evaluate(result);
+  if (!FindSolution())
+    return false;
+  // The update of the set and the extraction behind it both take the data.
+  QuestionSpan const span(m_solution->GetISimDataExtractor(), ResolveVariation());
+  return HasSolvedData() && FindVariable() && ChooseContext() && IsVariableUsable() && Evaluate(result);
 }
 
 bool Evaluation::FindSolution() {

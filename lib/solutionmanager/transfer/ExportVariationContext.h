@@ -4,8 +4,7 @@
 #include "basekit/text/AString.h"
 
 /// The one variation that is being exported; while a manager has one, its definition blocks are cut down to it.
-class ExportVariationContext {
-public:
+struct ExportVariationContext {
   AString designVariationKey;
   long designVariationID = id::invalidID;
   /// True when the export rests on the saved state of the project.

@@ -22,6 +22,7 @@ ResultFileCopies::ResultFileCopies(LongFileName const & source, LongFileName con
   m_source.MakeItDirectory();
   m_target.MakeItDirectory();
   LFN_CreateDirectoryAndParents(m_target); // Each copy tells a failure.
+  m_isOntoItself = LFN_ResolvedPath(m_source) == LFN_ResolvedPath(m_target);
 }
 
 void ResultFileCopies::Copy(Lists const & lists) const {
@@ -42,7 +43,8 @@ void ResultFileCopies::CopyOne(AString const & name, AString const & targetName,
     from.MakeItDirectory();
     to.MakeItDirectory();
   }
-  if (CopyInside(m_source, m_target, name, targetName, from, to))
+  // A copy under another name would replace a file of the project.
+  if (!m_isOntoItself && CopyInside(m_source, m_target, name, targetName, from, to))
     KvroDebug(L"SolutionManager", 1, L"Successfully copied %s to %s for export-design-point\n", from.FilePath(),
               to.FilePath());
   else

@@ -6,7 +6,8 @@
 #include <vector>
 
 /// The result files of an exported design point: copies of files and folders of one design's results folder in that of
-/// another place.  A copy that fails is told in a trace, and the others are made all the same.
+/// another place.  What lies outside of the folder or behind a link is not copied.  A copy that fails is told in a
+/// trace, and the others are made all the same.
 class ResultFileCopies {
 public:
   /// Relative to the results folder.
@@ -26,4 +27,5 @@ private:
 
   LongFileName m_source;
   LongFileName m_target;
+  bool m_isOntoItself = false;
 };

@@ -48,6 +48,26 @@ TEST_F(FileOperations, ReplacesAProtectedFileOnlyWhenToldTo) {
   EXPECT_EQ(Read(L"to"), "new");
 }
 
+TEST_F(FileOperations, MakesNoFolderOnADiskThatTellsNothing) {
+  support::FaultyFileSystem faulty;
+  faulty.CountReads(true);
+  faulty.FailAt(1, true);
+  EXPECT_FALSE(LFN_CreateDirectoryAndParents(At(L"a/b/")));
+}
+
+TEST_F(FileOperations, CopiesNoFolderIntoItself) {
+  LFN_CreateDirectoryAndParents(At(L"from/inner/deep/"));
+  Write(L"from/a", "content");
+  std::filesystem::create_directory_symlink(text::ToUtf8(At(L"from").FilePath()), text::ToUtf8(At(L"link").FilePath()));
+  for (wchar_t const * const target : {L"from/inner/deep/", L"from/inner/deep/new", L"from/new/", L"link/inner"}) {
+    EXPECT_FALSE(LFN_Copy(At(L"from/"), At(target), kOverwrite)) << text::ToUtf8(AString(target));
+    EXPECT_EQ(LFN_LastError(), AString(L"a folder is not copied into itself: ") + At(target).FilePath());
+  }
+  EXPECT_FALSE(LFN_Exists(At(L"from/new")));
+  EXPECT_FALSE(LFN_Exists(At(L"from/inner/deep/a")));
+  EXPECT_TRUE(LFN_Copy(At(L"from/"), At(L"from2/"), kOverwrite)) << "a name that begins alike is another folder";
+}
+
 TEST_F(FileOperations, CopiesAFileOntoItselfWithoutHarm) {
   Write(L"a", "content");
   EXPECT_TRUE(LFN_Copy(At(L"a"), At(L"a"), kOverwrite));

@@ -241,6 +241,32 @@ TEST_F(HubTest, AFileThatIsGoneOrWrittenByOthersIsToldAndPutBack) {
   EXPECT_TRUE(IsValid());
 }
 
+TEST_F(HubTest, AFileThatCannotBeReadIsToldAsChangedAndNotItsSource) {
+  Connect();
+  std::filesystem::remove(m_folder / "filter.s1p");
+  std::filesystem::create_directory(m_folder / "filter.s1p");
+  EXPECT_EQ(State().kind, ConnectionState::Kind::kFileChanged);
+  EXPECT_NE(State().why.find(L"filter.s1p"), AString::npos);
+  std::filesystem::remove(m_folder / "filter.s1p");
+  Write("filter.s1p", "5\n");
+  std::filesystem::permissions(m_folder / "filter.s1p", std::filesystem::perms::none);
+  WithoutRights([this] { EXPECT_EQ(State().kind, ConnectionState::Kind::kFileChanged); });
+}
+
+TEST_F(HubTest, ASourceThatCannotBeReadIsToldAsMissingWithTheCause) {
+  Connect();
+  for (char const * const file : {"source.results/source.qsol", "source.sproject"}) {
+    std::filesystem::permissions(m_folder / file, std::filesystem::perms::none);
+    WithoutRights([&] {
+      auto const state = State();
+      EXPECT_EQ(state.kind, ConnectionState::Kind::kSourceMissing) << file;
+      EXPECT_NE(state.why.find(L"ermission"), AString::npos) << text::ToUtf8(state.why);
+    });
+    std::filesystem::permissions(m_folder / file, std::filesystem::perms(0644));
+  }
+  EXPECT_EQ(State().kind, ConnectionState::Kind::kCurrent);
+}
+
 TEST_F(HubTest, AReleasedConnectionLeavesItsFile) {
   ConnectAndSolve();
   TransferManager::calls.clear();
@@ -331,6 +357,20 @@ TEST_F(HubTest, ACircleOfConnectionsIsRefused) {
   });
   EXPECT_EQ(refusal.kind, ErrorKind::kUsage);
   EXPECT_NE(refusal.text.find("source -> third -> source"), std::string::npos) << refusal.text;
+}
+
+TEST_F(HubTest, ACircleThroughALinkedFolderIsRefused) {
+  std::filesystem::create_directory_symlink(m_folder.Path(), m_folder / "again");
+  EXPECT_NE(RefusalOfConnecting("again/study").text.find("circle: study -> study"), std::string::npos);
+  Hub(*m_session).Connect({L"filter", PathOf("again/source"), AString(), AString()}, m_notices);
+  m_session->Save();
+  m_session.reset();
+  auto const source = OpenIt("source");
+  auto const refusal = RefusalOf([&] {
+    Hub(*source).Connect({L"back", PathOf("again/study"), AString(), AString()}, m_notices);
+  });
+  EXPECT_EQ(refusal.kind, ErrorKind::kUsage);
+  EXPECT_NE(refusal.text.find("source -> study -> source"), std::string::npos) << refusal.text;
 }
 
 TEST_F(HubTest, NamesThatAreTakenOrNoPlainWordsAreRefused) {

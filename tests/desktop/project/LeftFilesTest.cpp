@@ -30,6 +30,13 @@ std::string Flipped(std::string content, std::size_t at) {
   return content;
 }
 
+/// A bit of the data block of the point that was solved with the value.
+std::string WithDamagedData(std::string const & content, std::string const & value) {
+  std::size_t const at = content.find("Values(" + value);
+  EXPECT_NE(at, std::string::npos);
+  return Flipped(content, at + 8);
+}
+
 std::string OfNewerFormat(std::string content) {
   std::string const now = "Format = 1";
   return content.replace(content.find(now), now.size(), "Format = 9");
@@ -59,13 +66,20 @@ protected:
   }
 
   void MakeStates();
+  void Lay(Found const & found) const;
   void Check(Found const & found);
   void CheckRefused(std::string const & blamed);
   void CheckOpened(Found const & found);
+  void CheckFlip(std::size_t at, char const * file, std::string const & whole);
+  void CheckKept(std::map<std::string, std::string> const & before, bool isPrivateFileUsed) const;
+  void CheckSave(bool isDamageToTell) const;
   void Put(std::string const & name, Content const & content) const {
     std::filesystem::remove(m_folder / name);
     if (content)
       Write(name, *content);
+  }
+  static std::string LastErrorOf(desktop::Session & session) {
+    return text::ToUtf8(session.GetManager().GetSolutionFileManager().GetLibraryForDirectAccess().LastError());
   }
   std::map<std::string, std::string> Contents() const {
     std::map<std::string, std::string> contents;
@@ -79,6 +93,8 @@ protected:
   States m_autosaves;
   States m_libraries;
   States m_privateFiles;
+  int m_lost = 0; ///< flips that cost a point, and flips that make the project refused
+  int m_refused = 0;
 };
 
 void LeftFiles::MakeStates() {
@@ -139,6 +155,7 @@ void LeftFiles::MakeStates() {
   m_libraries["half written"] = library.substr(0, (firstCommit + library.size()) / 2);
   m_libraries["foreign"] = "something else\n";
   m_libraries["newer"] = NewerLibrary(library, false);
+  m_libraries["damaged"] = WithDamagedData(library, "0.1");
 
   m_privateFiles["none"] = std::nullopt;
   m_privateFiles["closed"] = closed;
@@ -147,11 +164,11 @@ void LeftFiles::MakeStates() {
   m_privateFiles["empty"] = "";
   m_privateFiles["foreign"] = "something else\n";
   m_privateFiles["newer"] = NewerLibrary(crashed, true);
+  m_privateFiles["damaged"] = WithDamagedData(crashed, "0.4");
+  m_privateFiles["closed, damaged"] = WithDamagedData(closed, "0.3");
 }
 
-void LeftFiles::Check(Found const & found) {
-  SCOPED_TRACE("project " + found.project + ", autosave " + found.autosave + ", library " + found.library +
-               ", private file " + found.privateFile);
+void LeftFiles::Lay(Found const & found) const {
   for (auto const & entry : std::filesystem::directory_iterator(m_folder.Path()))
     if (entry.path().filename().string().starts_with("study"))
       std::filesystem::remove_all(entry.path());
@@ -160,10 +177,16 @@ void LeftFiles::Check(Found const & found) {
   Put(kAutosave, m_autosaves.at(found.autosave));
   Put(kLibrary, m_libraries.at(found.library));
   Put(kPrivate, m_privateFiles.at(found.privateFile));
-  bool const isGoodLibrary = found.library == "good" || found.library == "missing" || found.library == "half written";
+}
+
+void LeftFiles::Check(Found const & found) {
+  SCOPED_TRACE("project " + found.project + ", autosave " + found.autosave + ", library " + found.library +
+               ", private file " + found.privateFile);
+  Lay(found);
+  bool const isLibraryRefused = found.library == "empty" || found.library == "foreign" || found.library == "newer";
   if (found.project != "good")
     CheckRefused(kProject);
-  else if (!isGoodLibrary)
+  else if (isLibraryRefused)
     CheckRefused("circuit.qsol");
   else
     CheckOpened(found);
@@ -186,8 +209,11 @@ void LeftFiles::CheckOpened(Found const & found) {
   auto const before = Contents();
   EXPECT_FALSE(RefusalOf([&] { Open(Access::kReadOnly); }).kind.has_value());
   EXPECT_EQ(Contents(), before);
-  bool const isLibraryWhole = found.library == "good";
+  // Damaged is the data of one point alone, which costs no other.
+  bool const isLibraryWhole = found.library == "good" || found.library == "damaged";
   bool const adoptsClosed = isLibraryWhole && found.privateFile == "closed";
+  bool const adoptsDamaged = isLibraryWhole && found.privateFile == "closed, damaged";
+  bool const hasLost = isLibraryWhole && found.privateFile == "damaged";
   // Of the one that is half written the last record is cut, and the point stands before it.
   bool const hasCrashed = found.privateFile == "left by a crash" || found.privateFile == "half written";
   // What a save that was cut off did not come to.
@@ -199,8 +225,13 @@ void LeftFiles::CheckOpened(Found const & found) {
     for (AString const & notice : session->GetNotices())
       told += text::ToUtf8(notice) + "\n";
     EXPECT_EQ(TextOf(*session, L"C"), AString(found.autosave == "good" ? L"9" : L"1"));
-    if (isLibraryWhole) {
+    if (found.library == "good") {
       EXPECT_EQ(ValueOf(*session, kSaved), 0.1);
+    }
+    if (found.library == "damaged") {
+      EXPECT_EQ(ValueOf(*session, kSaved), std::nullopt);
+      EXPECT_NE(LastErrorOf(*session).find("circuit.qsol: block "), std::string::npos) << LastErrorOf(*session);
+      EXPECT_NE(LastErrorOf(*session).find(" is damaged"), std::string::npos) << LastErrorOf(*session);
     }
     if (adoptsClosed) {
       EXPECT_EQ(ValueOf(*session, kClosed), 0.3);
@@ -208,30 +239,75 @@ void LeftFiles::CheckOpened(Found const & found) {
     if (takesOver) {
       EXPECT_EQ(ValueOf(*session, isSavedInPart ? L"C=7; L=2" : kCrashed), isSavedInPart ? 0.7 : 0.4);
     }
+    if (adoptsDamaged) {
+      EXPECT_EQ(ValueOf(*session, kClosed), std::nullopt);
+    }
+    if (hasLost) {
+      EXPECT_EQ(ValueOf(*session, kCrashed), std::nullopt);
+    }
     EXPECT_EQ(told.find("recovered 1 point") != std::string::npos, takesOver) << told;
+    EXPECT_EQ(told.find("1 block was not taken over: its block is lost") != std::string::npos, hasLost) << told;
     bool const isAutosaveLeft = found.autosave != "good" && found.autosave != "none";
     EXPECT_EQ(told.find("study.sproject.auto: ") != std::string::npos, isAutosaveLeft) << told;
     EXPECT_EQ(told.find("library is missing") != std::string::npos, found.library == "missing") << told;
     EXPECT_EQ(told.find("behind the last commit") != std::string::npos, found.library == "half written") << told;
   }
-  // What is not in use stands under some name.
+  bool const isSaved = isLibraryWhole && found.privateFile == "saved already";
+  CheckKept(before, takesOver || hasLost || isSaved);
+  CheckSave(adoptsDamaged);
+  auto const session = Open();
+  // A save that has nothing to store leaves the cut end where it is.
+  EXPECT_LE(session->GetNotices().size(), found.library == "half written" ? 1u : 0u);
+  EXPECT_FALSE(session->HasUnsavedChanges());
+}
+
+// What is not in use stands under some name.
+void LeftFiles::CheckKept(std::map<std::string, std::string> const & before, bool isPrivateFileUsed) const {
   auto const after = Contents();
   for (auto const & [name, content] : before) {
-    bool const isSaved = isLibraryWhole && found.privateFile == "saved already";
-    bool const isUsed = name == kLibrary || (name == kPrivate && (takesOver || isSaved || content.empty()));
+    bool const isUsed = name == kLibrary || (name == kPrivate && (isPrivateFileUsed || content.empty()));
     bool const isKept = std::any_of(after.begin(), after.end(), [&, &wanted = content](auto const & file) {
       return file.second.starts_with(wanted);
     });
     EXPECT_TRUE(isUsed || isKept) << name;
   }
-  {
-    auto const session = Open();
-    EXPECT_FALSE(RefusalOf([&] { session->Save(); }).kind.has_value());
-  }
+}
+
+// Unsaved data that are damaged are told once; all else is stored all the same.
+void LeftFiles::CheckSave(bool isDamageToTell) const {
   auto const session = Open();
-  // A save that has nothing to store leaves the cut end where it is.
-  EXPECT_LE(session->GetNotices().size(), found.library == "half written" ? 1u : 0u);
-  EXPECT_FALSE(session->HasUnsavedChanges());
+  auto const refusal = RefusalOf([&] { session->Save(); });
+  EXPECT_EQ(refusal.kind.has_value(), isDamageToTell) << refusal.text;
+  if (!isDamageToTell)
+    return;
+  EXPECT_EQ(refusal.kind, ErrorKind::kStorage);
+  EXPECT_NE(refusal.text.find("circuit.qsol_priv: block "), std::string::npos) << refusal.text;
+  EXPECT_NE(refusal.text.find("is damaged); save again to save all else"), std::string::npos) << refusal.text;
+  EXPECT_FALSE(RefusalOf([&] { session->Save(); }).kind.has_value());
+}
+
+// Whatever is opened shows the numbers that were stored, or none; whatever is refused is left as it is.
+void LeftFiles::CheckFlip(std::size_t at, char const * file, std::string const & whole) {
+  SCOPED_TRACE(std::string(file) + " with a bit flipped at " + std::to_string(at));
+  Lay({"good", "none", "good", "left by a crash"});
+  Put(file, Flipped(whole, at));
+  auto const before = Contents();
+  auto const refusal = RefusalOf([&] {
+    auto const session = Open();
+    EXPECT_EQ(ValueOf(*session, kSaved).value_or(0.1), 0.1);
+    EXPECT_EQ(ValueOf(*session, kCrashed).value_or(0.4), 0.4);
+    m_lost += !ValueOf(*session, kSaved) || !ValueOf(*session, kCrashed);
+    if (file == std::string(kPrivate)) {
+      EXPECT_EQ(ValueOf(*session, kSaved), 0.1);
+    }
+  });
+  if (!refusal.kind)
+    return;
+  ++m_refused;
+  EXPECT_EQ(refusal.kind, ErrorKind::kProject);
+  EXPECT_NE(refusal.text.find("circuit.qsol"), std::string::npos) << refusal.text;
+  EXPECT_NE(refusal.text.find("; "), std::string::npos) << refusal.text;
+  EXPECT_EQ(Contents(), before);
 }
 
 TEST_F(LeftFiles, OfAnyKindBesideAGoodProjectFileAreTakenSetAsideOrRefusedInClearWords) {
@@ -248,4 +324,14 @@ TEST_F(LeftFiles, BesideAProjectFileThatCanNotBeReadStayAsTheyAre) {
         for (auto const * const privateFile : {"none", "closed", "left by a crash", "foreign"})
           if (project != "good")
             Check({project, autosave, library, privateFile});
+}
+
+TEST_F(LeftFiles, WithABitFlippedAnywhereShowTheNumbersThatWereStoredOrNone) {
+  constexpr std::size_t kPlaces = 60;
+  for (auto const & [file, whole] :
+       {std::pair(kLibrary, *m_libraries.at("good")), std::pair(kPrivate, *m_privateFiles.at("left by a crash"))})
+    for (std::size_t place = 0; place < kPlaces; ++place)
+      CheckFlip(place * whole.size() / kPlaces, file, whole);
+  EXPECT_GT(m_lost, 0);
+  EXPECT_GT(m_refused, 0);
 }

@@ -1,5 +1,15 @@
+#include "basekit/text/Utf8.h"
+#include "desktop/product/ProductSolutionManager.h"
+#include "desktop/report/ReportCurves.h"
+#include "plotkit/outputvariable/OutputVariable.h"
+#include "plotkit/pointset/SolutionPointSet.h"
+#include "plotkit/trace/Trace.h"
+#include "solutionmanager/extraction/BaseSimDataExtractor.h"
 #include "tests/desktop/report/ReportFixture.h"
 #include "tests/support/FaultyFileSystem.h"
+
+#include <cmath>
+#include <functional>
 
 using desktop::ReportDefinition;
 
@@ -15,6 +25,49 @@ protected:
       if (state.report == report)
         return state.dirty;
     return 99;
+  }
+  static ReportDefinition Named(AString const & name, ReportDefinition report) {
+    report.name = name;
+    return report;
+  }
+  /// The sets of all curves that there are.
+  std::set<SolutionPointSet const *> Sets() {
+    std::list<Trace *> traces;
+    m_session->GetManager().GetAvailableTraces(traces);
+    std::set<SolutionPointSet const *> sets;
+    for (Trace const * const trace : traces)
+      sets.insert(&trace->GetSolutionPointSet());
+    return sets;
+  }
+  /// What the work does to files, in a session that has nothing of the solved data in memory.
+  int OperationsOf(std::function<void()> const & work) {
+    auto const files = ReopenCounted();
+    int const before = files->Operations();
+    work();
+    return files->Operations() - before;
+  }
+  Rows RowsAt(AString const & expression, AString const & variation) {
+    ReportDefinition question = Report({expression});
+    question.name = AString();
+    question.variation = variation;
+    Rows const rows = RowsOf(Live().Evaluate(question).table);
+    Live().Forget(question);
+    return rows;
+  }
+  /// nan when there is none.
+  double ValueAt(AString const & variable, AString const & variation) {
+    Value result;
+    bool const isThere = m_session->GetManager().GetOutputVariableValue(
+        result, variable, SolutionOf(*m_session).GetGlobalSolutionName(), variation, L"", nullptr);
+    return isThere ? result.GetSIValue() : std::nan("");
+  }
+};
+
+/// A solution takes its extractor from its own product alone; this is the way in for a test.
+class ExtractorDoor : public BaseSolution {
+public:
+  static void Enter(BaseSolution & solution, BaseSimDataExtractor * extractor) {
+    (solution.*&ExtractorDoor::SetExtractor)(extractor);
   }
 };
 
@@ -235,6 +288,162 @@ TEST_F(LiveReports, TellWhetherTheWordsOrMissingDataAreTheProblem) {
   elsewhere.variation = L"C=9";
   auto const shown = Live().Show(elsewhere);
   EXPECT_FALSE(shown.areWordsWrong);
+}
+
+TEST_F(LiveReports, ManyReportsOverTheSameVariationsReadEachOnce) {
+  for (wchar_t const * const variation : {L"C=3; L=2", L"C=4; L=2", L"C=5; L=2"})
+    SolveLarge(variation, {12, 22, 32});
+  m_session->Save();
+  ReportDefinition const over = Report({L"V"}, {L"C"});
+  ReportDefinition along = Named(L"along", Report({L"max(V)"}));
+  along.x = L"C";
+  ReportDefinition fixed = Named(L"fixed", Report({L"V"}));
+  fixed.variation = L"C=3";
+  Rows rows;
+  int const ofOne = OperationsOf([&] { rows = Show(over); });
+  ASSERT_GE(ofOne, 3);
+  int const ofAll = OperationsOf([&] { Live().Update({over, along, fixed}); });
+  EXPECT_EQ(ofAll, ofOne);
+  EXPECT_EQ(Sets().size(), 3u) << "they share no set, so each has to be brought up to date";
+  for (ReportDefinition const & report : {over, along, fixed})
+    EXPECT_EQ(Live().Show(report).updated, 0u);
+  EXPECT_EQ(Show(over), rows);
+  EXPECT_EQ(Show(along).back(), (std::vector<AString>{L"5", L"32"}));
+  EXPECT_EQ(Show(fixed).back(), (std::vector<AString>{L"3", L"32"}));
+  int const apart = OperationsOf([&] {
+    for (ReportDefinition const & report : {over, along, fixed})
+      Show(report);
+  });
+  EXPECT_GT(apart, ofAll) << "reads are seen";
+}
+
+TEST_F(LiveReports, OneThatMakesNoSenseKeepsNoOtherFromBeingUpdated) {
+  ReportDefinition none = Named(L"none", Report({L"V"}));
+  none.setup = L"None";
+  ReportDefinition const odd = Named(L"odd", Report({L"Nothing+1"}));
+  Live().Update({none, odd, Report({L"V"})});
+  EXPECT_EQ(Live().Show(Report({L"V"})).updated, 0u);
+  EXPECT_EQ(Live().Show(none).problems.size(), 1u);
+  EXPECT_EQ(Live().Show(odd).problems.size(), 1u);
+}
+
+TEST_F(LiveReports, OfImportedDataAreUpdatedTogetherWithOthers) {
+  Write("measured.data", "7 8 9\n");
+  Editor().Import(LongFileName(PathOf("measured.data")), L"Measured");
+  ReportDefinition imported = Named(L"imported", Report({L"V"}));
+  imported.setup = L"Measured";
+  Live().Update({imported, Report({L"V"})});
+  EXPECT_EQ(Live().Show(Report({L"V"})).updated, 0u);
+  EXPECT_EQ(Live().Show(imported).updated, 0u);
+  EXPECT_EQ(Show(imported).size(), 3u);
+  Live().ResultsChanged();
+  m_session->GetManager().CentralizedUpdateSolutionPointSets(nullptr, nullptr);
+  EXPECT_EQ(Live().Show(Report({L"V"})).updated, 0u) << "a set of imported data ends no update of all";
+  EXPECT_EQ(Live().Show(imported).updated, 1u);
+}
+
+TEST_F(LiveReports, ANullListMeansAllReportsOfAProject) {
+  ReportDefinition const here = Report({L"V"});
+  ReportDefinition const over = Named(L"over", Report({L"V", L"W"}, {L"C"}));
+  Editor().AddReport(here);
+  Editor().AddReport(over);
+  Show(here);
+  Show(over);
+  Live().ResultsChanged();
+  ASSERT_EQ(DirtyOf(L"curves"), 1u);
+  ASSERT_EQ(DirtyOf(L"over"), 2u);
+  m_session->GetManager().CentralizedUpdateSolutionPointSets(nullptr, nullptr);
+  EXPECT_EQ(DirtyOf(L"curves"), 0u);
+  EXPECT_EQ(DirtyOf(L"over"), 0u);
+}
+
+TEST_F(LiveReports, TheFirstQuestionOfASessionReadsNothingButItsVariation) {
+  Editor().AddOutputVariable(L"more", L"Total+1");
+  SolveLarge(L"C=1; L=2", {10, 20, 30});
+  SolveLarge(L"C=3; L=2", {12, 22, 32});
+  m_session->Save();
+  int const load = OperationsOf([this] {
+    BaseSolution & solution = SolutionOf(*m_session);
+    solution.GetVariationData(VariationIDIndex(L"C=3; L=2", solution.GetVersionID(), &m_session->GetManager()), false);
+  });
+  ASSERT_GT(load, 0);
+  for (wchar_t const * const variation : {L"C=3", L"C=1"}) {
+    EXPECT_EQ(OperationsOf([&] { EXPECT_GT(ValueAt(L"more", variation), 60.0); }), load)
+        << text::ToUtf8(AString(variation));
+    EXPECT_EQ(OperationsOf([&] { EXPECT_EQ(RowsAt(L"more", variation).size(), 1u); }), load)
+        << text::ToUtf8(AString(variation));
+  }
+  EXPECT_EQ(OperationsOf([&] { RowsAt(L"more", AString()); }), load);
+  EXPECT_GT(OperationsOf([&] { RowsAt(L"more", L"C=3"), RowsAt(L"more", L"C=3"); }), load) << "nothing stays in memory";
+}
+
+TEST_F(LiveReports, AQuestionLeavesNothingInMemory) {
+  Editor().AddOutputVariable(L"more", L"Total+1");
+  SolveLarge(L"C=3; L=2", {12, 22, 32});
+  m_session->Save();
+  Reopen();
+  EXPECT_EQ(ValueAt(L"more", L"C=3"), 67.0);
+  EXPECT_EQ(RowsAt(L"more", L"C=3"), Rows{{L"67"}});
+  EXPECT_TRUE(std::isnan(ValueAt(L"more", L"C=9")));
+  EXPECT_TRUE(std::isnan(ValueAt(L"none", L"C=3")));
+  BaseSolution & solution = SolutionOf(*m_session);
+  EXPECT_FALSE(solution.HasLoadedSolutionData(L"C=3; L=2", solution.GetVersionID()));
+  EXPECT_FALSE(solution.HasLoadedSolutionData(L"C=1; L=2", solution.GetVersionID()));
+}
+
+TEST_F(LiveReports, AQuestionHasTheSamplesOfItsOwnVariation) {
+  Solve(*m_session, L"C=3; L=2", {12, 22, 32, 42, 52});
+  Editor().AddOutputVariable(L"twice", L"2*V");
+  m_session->Save();
+  Reopen();
+  EXPECT_EQ(ValueAt(L"twice", L"C=3; F=5"), 104.0);
+  EXPECT_EQ(RowsAt(L"twice", L"C=3; Freq=5"), (Rows{{L"104"}}));
+  EXPECT_TRUE(std::isnan(ValueAt(L"twice", L"C=1; F=5")));
+  EXPECT_EQ(RowsAt(L"V", L"C=3").size(), 5u);
+  EXPECT_EQ(RowsAt(L"V", L"C=2").size(), 3u);
+  Rows const here{{L"1", L"10"}, {L"2", L"20"}, {L"3", L"30"}};
+  EXPECT_EQ(Show(Report({L"V"})), here) << "what was asked before counts no more";
+  EXPECT_EQ(RowsAt(L"V", L"C=3").size(), 5u);
+  EXPECT_EQ(Show(Report({L"V"})), here);
+}
+
+TEST_F(LiveReports, TakeASampleThatIsNamedToOnePartInABillion) {
+  EXPECT_EQ(RowsAt(L"V", L"Freq=2.000000001"), (Rows{{L"20"}}));
+  EXPECT_EQ(RowsAt(L"V", L"Freq=1.999999999"), (Rows{{L"20"}}));
+  for (wchar_t const * const off : {L"Freq=2.000000004", L"Freq=1.999999996"}) {
+    ReportDefinition question = Report({L"V"});
+    question.variation = off;
+    auto const shown = Live().Evaluate(question);
+    ASSERT_EQ(shown.problems.size(), 1u);
+    EXPECT_NE(shown.problems.front().find(L"there is no such sample"), AString::npos);
+    Live().Forget(question);
+  }
+}
+
+TEST_F(LiveReports, ASolutionWithoutDataForReportsIsTold) {
+  ExtractorDoor::Enter(SolutionOf(*m_session, L"Fine"), nullptr);
+  ReportDefinition report = Report({L"V"});
+  report.setup = L"Fine";
+  auto const shown = Live().Show(report);
+  ASSERT_EQ(shown.problems.size(), 1u);
+  EXPECT_EQ(shown.problems.front(), AString(L"report curves: the solution '") +
+                                        SolutionOf(*m_session, L"Fine").GetGlobalSolutionName() +
+                                        L"' has no data that reports could show; choose another one");
+  EXPECT_TRUE(shown.areWordsWrong);
+  EXPECT_EQ(desktop::FindProblems(*m_session, report), shown.problems);
+  EXPECT_EQ(Show(Report({L"V"})).size(), 3u) << "others are shown as ever";
+}
+
+TEST_F(LiveReports, AnOutputVariableThatLeadsBackToItselfIsToldWithTheWay) {
+  Editor().AddOutputVariable(L"first", L"V");
+  Editor().AddOutputVariable(L"second", L"first+1");
+  Editor().AddOutputVariable(L"good", L"V+V");
+  m_session->GetManager().FindOutputVariable(L"first")->SetValueBaseText(L"2*SECOND", ValueState());
+  auto const shown = Live().Show(Report({L"good", L"3*second"}));
+  ASSERT_EQ(shown.problems.size(), 1u);
+  EXPECT_EQ(shown.problems.front(), L"report curves: '3*second' can't be evaluated: 'second' refers to itself: "
+                                    L"second -> first -> second; edit it with `var edit`");
+  EXPECT_EQ(RowsOf(shown.table)[0], (std::vector<AString>{L"1", L"20", L"-"}));
 }
 
 TEST_F(LiveReports, ADeletedSweepDirtiesWhatRunsOverItAndAllThatSharesItsPointsUntilUndone) {

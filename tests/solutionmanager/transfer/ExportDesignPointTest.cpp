@@ -1,33 +1,14 @@
 // The export of a design point in the saved state, and what both states share.
+#include "basekit/io/BlockCodec.h"
 #include "tests/solutionmanager/transfer/ExportFixture.h"
 #include "tests/support/AssertWatch.h"
-#include "tests/support/FaultyFileSystem.h"
+#include "viewkit/library/CStreamioLibPrivate.h"
 
 using support::AssertWatch;
 
 namespace {
 
-class ExportDesignPoint : public support::ExportTest {
-protected:
-  ExportDesignPoint() : m_setup(AddSetup(L"A")), m_solution(SolutionOf(m_setup)) {}
-
-  void SolveTwoPoints() {
-    Solve(m_solution, L"x=1", {1, 2});
-    Solve(m_solution, L"x=2", {3});
-    Commit();
-    TakeTraces();
-  }
-  io::CBlock Named(AString const & name, double value) {
-    io::CBlock block(name);
-    io::CBlock_func data(L"Values");
-    data << value;
-    block << data;
-    return block;
-  }
-
-  BaseSimulationSetup & m_setup;
-  BaseSolution & m_solution;
-};
+class ExportDesignPoint : public support::SavedPointsTest {};
 
 TEST_F(ExportDesignPoint, TakesOutTheDataOfAllOtherVariationsAndTheirNames) {
   SolveTwoPoints();
@@ -52,12 +33,8 @@ TEST_F(ExportDesignPoint, OfTheOnlyVariationDeletesNothingAndWritesTheCopyAnewAl
   Solve(m_solution, L"x=1", {1, 2});
   Commit();
   TakeTraces();
-  auto before = BlocksOf(Library());
   ASSERT_TRUE(Export(L"x=1"));
-  auto after = BlocksOf(TargetLibrary());
-  std::sort(before.begin(), before.end());
-  std::sort(after.begin(), after.end());
-  EXPECT_EQ(after, before);
+  EXPECT_EQ(SortedBlocksOf(TargetLibrary()), SortedBlocksOf(Library()));
   EXPECT_EQ(CountTraces(TakeTraces(), L"Rewriting BlockMapName block in qsol for export-design-point\n"), 1);
 }
 
@@ -79,6 +56,51 @@ TEST_F(ExportDesignPoint, KeepsFormerVersionsOfThePointAndTakesOutThoseOfOthers)
   ASSERT_TRUE(Export(L"x=1"));
   EXPECT_TRUE(NameMapOf(TargetLibrary()).contains(former));
   EXPECT_FALSE(NameMapOf(TargetLibrary()).contains(formerOther));
+}
+
+// The list of variations that it asks for tells each text once.
+TEST_F(ExportDesignPoint, OfAnotherVariationAtTwoVersionsTakesOneOutAndKeepsTheOtherAsIsMeant) {
+  SolveTwoPoints();
+  AString const former = DataName(m_solution, L"x=2");
+  m_solution.Invalidate(nullptr, id::invalidID);
+  Solve(m_solution, L"x=2", {4});
+  Commit();
+  ASSERT_NE(DataName(m_solution, L"x=2"), former);
+  ASSERT_TRUE(Export(L"x=1"));
+  auto const names = NameMapOf(TargetLibrary());
+  EXPECT_EQ(names.count(former) + names.count(DataName(m_solution, L"x=2")), 1u);
+}
+
+// The ID is new to the project, which keeps it like any other one.
+TEST_F(ExportDesignPoint, OfAVariationThatNobodySolvedTakesAllDataOutAndGivesItAnID) {
+  SolveTwoPoints();
+  std::string const library = BytesOf(Library());
+  auto const names = NameMapOf(Library());
+  ASSERT_TRUE(Export(L"x=77"));
+  EXPECT_EQ(NameMapOf(TargetLibrary()).size(), names.size() - 2);
+  EXPECT_FALSE(NameMapOf(TargetLibrary()).contains(DataName(m_solution, L"x=1")));
+  EXPECT_EQ(Manager().GetVariationFromID(Manager().GetVariationID(L"x=77")), AString(L"x=77"));
+  EXPECT_EQ(BytesOf(Library()), library);
+}
+
+TEST_F(ExportDesignPoint, TakesTheNameMapInAnyCaseForTheOneThatItWritesAnew) {
+  SolveTwoPoints();
+  AString const other = DataName(m_solution, L"x=2");
+  {
+    m_manager.reset();
+    CStreamioLibPrivate library;
+    library.SetLibPath(text::FromUtf8((m_folder / "results/Design.qsol").string()));
+    io::CBlock map(L"BlockMapName");
+    ASSERT_EQ(library.LoadDefinition(map), CStreamioLibrary::kLibSuccess);
+    map.Name(L"BLOCKMAPNAME");
+    ASSERT_EQ(library.SaveDefinition(map), CStreamioLibrary::kLibSuccess);
+  }
+  OpenAgain();
+  TakeTraces();
+  ASSERT_TRUE(Export(L"x=1"));
+  EXPECT_FALSE(NamesOf(TargetLibrary()).contains(L"BLOCKMAPNAME"));
+  EXPECT_FALSE(NameMapOf(TargetLibrary()).contains(other));
+  EXPECT_EQ(CountTraces(TakeTraces(), L"Rewriting BlockMapName block in qsol for export-design-point\n"), 1);
 }
 
 TEST_F(ExportDesignPoint, TakesConvergenceBlocksOfOthersOutForTheFirstSolutionOfASetupAlone) {
@@ -151,6 +173,39 @@ TEST_F(ExportDesignPoint, ReplacesBlocksThatTheProductGives) {
   EXPECT_EQ(
       CountTraces(TakeTraces(), AString(L"Replacing block ") + Internal(name) + L" in qsol for export-design-point\n"),
       1);
+}
+
+TEST_F(ExportDesignPoint, KeepsTheFormerBlockWhereTheOneOfTheProductCannotBeStored) {
+  SolveTwoPoints();
+  AString const name = m_solution.GetBlockDefinitionName();
+  Product().giveBlocks = [&](io::CBlock & blocks) {
+    io::CBlock tooDeep(L"Inner");
+    for (int depth = 0; depth < io::kMaxDepth; ++depth) {
+      io::CBlock outer(L"Outer");
+      outer << tooDeep;
+      tooDeep = outer;
+    }
+    tooDeep.Name(name);
+    blocks << tooDeep;
+  };
+  ASSERT_TRUE(Export(L"x=1"));
+  auto const kept = SortedBlocksOf(TargetLibrary());
+  EXPECT_TRUE(std::any_of(kept.begin(), kept.end(), [&](auto const & block) { return block.first == Internal(name); }));
+  EXPECT_EQ(CountTraces(TakeTraces(), AString(L"Error in saving block ") + Internal(name) + L" in " + TargetLibrary() +
+                                          L" for export-design-point: block " + Internal(name) +
+                                          L" is nested too deeply\n"),
+            1);
+}
+
+TEST_F(ExportDesignPoint, OfAProductThatGivesABlockTwiceKeepsTheLastOne) {
+  SolveTwoPoints();
+  Product().giveBlocks = [](io::CBlock & blocks) { blocks << Named(L"Extra", 7.0) << Named(L"Extra", 8.0); };
+  ASSERT_TRUE(Export(L"x=1"));
+  auto const blocks = BlocksOf(TargetLibrary());
+  EXPECT_EQ(
+      std::count_if(blocks.begin(), blocks.end(), [](auto const & block) { return block.first == AString(L"Extra"); }),
+      1);
+  EXPECT_NE(blocks.back().second.find('8'), std::string::npos) << blocks.back().second;
 }
 
 TEST_F(ExportDesignPoint, LeavesNothingBehindOfBlocksThatItTookOutOrReplaced) {
@@ -266,6 +321,26 @@ TEST_F(ExportDesignPoint, RunsWithinItsSpans) {
   EXPECT_EQ(watch.spans, expected);
 }
 
+TEST_F(ExportDesignPoint, EndsEachOfItsSpansWithinTheOneAroundIt) {
+  SolveTwoPoints();
+  support::SpanWatch watch;
+  ASSERT_TRUE(Export(L"x=1", false));
+  EXPECT_EQ(watch.ends, (std::vector<std::string>{
+                            "+BaseSolutionManager::ExportDesignPointResults",
+                            "+BaseSolutionManager::ExportQSolForDesignPoint",
+                            "+BaseSolutionManager::ExportQSolForDesignPointInUnsavedState",
+                            "+BaseSolutionManager::CallGetQSolBlocksForExportingVariation",
+                            "-BaseSolutionManager::CallGetQSolBlocksForExportingVariation",
+                            "-BaseSolutionManager::ExportQSolForDesignPointInUnsavedState",
+                            "-BaseSolutionManager::ExportQSolForDesignPoint",
+                            "+BaseSolutionManager::ExportResultFilesAndDirsForDesignPoint",
+                            "+BaseSolutionManager::CallGetFilesAndDirsToCopyForExportingVariation",
+                            "-BaseSolutionManager::CallGetFilesAndDirsToCopyForExportingVariation",
+                            "-BaseSolutionManager::ExportResultFilesAndDirsForDesignPoint",
+                            "-BaseSolutionManager::ExportDesignPointResults",
+                        }));
+}
+
 TEST_F(ExportDesignPoint, OfUnsavedChangesDiffersByALineAlone) {
   SolveTwoPoints();
   ASSERT_TRUE(Export(L"x=1"));
@@ -318,71 +393,6 @@ TEST_F(ExportDesignPoint, TakesAFolderWithoutItsSlashForTheSame) {
   EXPECT_TRUE(LFN_Exists(LongFileName(TargetLibrary())));
 }
 
-TEST_F(ExportDesignPoint, CopiesFilesAndFoldersUnderTheirNames) {
-  SolveTwoPoints();
-  Put("a.txt", "a");
-  Put("deep/er/b.txt", "b");
-  Put("folder/c.txt", "c");
-  Put("folder/inner/d.txt", "d");
-  Put("other.txt", "of another point");
-  Product().files = {L"a.txt", L"deep/er/b.txt"};
-  Product().dirs = {L"folder"};
-  Product().renamed = {{L"a.txt", L"not asked in the saved state"}};
-  ASSERT_TRUE(Export(L"x=1"));
-  EXPECT_EQ(Exported("a.txt"), "a");
-  EXPECT_EQ(Exported("deep/er/b.txt"), "b");
-  EXPECT_EQ(Exported("folder/c.txt"), "c");
-  EXPECT_EQ(Exported("folder/inner/d.txt"), "d");
-  EXPECT_EQ(Exported("other.txt"), "-");
-  AString const from = text::FromUtf8((m_folder / "results").string()) + L"/Design.files/";
-  AString const to = Target().FilePath() + L"Design.files/";
-  auto const lines = TakeTraces();
-  EXPECT_EQ(CountTraces(lines, AString(L"Successfully copied ") + from + L"a.txt to " + to +
-                                   L"a.txt for export-design-point\n"),
-            1);
-  EXPECT_EQ(CountTraces(lines, AString(L"Successfully copied ") + from + L"folder/ to " + to +
-                                   L"folder/ for export-design-point\n"),
-            1);
-}
-
-TEST_F(ExportDesignPoint, GivesUnsavedFilesAndFoldersTheNamesOfTheMap) {
-  SolveTwoPoints();
-  Put("work1", "one");
-  Put("work2", "two");
-  Put("folder1/c.txt", "c");
-  Product().files = {L"work1", L"work2"};
-  Product().dirs = {L"folder1"};
-  Product().renamed = {{L"work1", L"saved/one"}, {L"folder1", L"folder2"}};
-  ASSERT_TRUE(Export(L"x=1", false));
-  EXPECT_EQ(Exported("saved/one"), "one");
-  EXPECT_EQ(Exported("work1"), "-");
-  EXPECT_EQ(Exported("work2"), "two");
-  EXPECT_EQ(Exported("folder2/c.txt"), "c");
-}
-
-TEST_F(ExportDesignPoint, TellsAFileThatIsNotThereAndCopiesTheNextOne) {
-  SolveTwoPoints();
-  Put("b.txt", "b");
-  Product().files = {L"gone.txt", L"b.txt"};
-  EXPECT_TRUE(Export(L"x=1"));
-  EXPECT_EQ(Exported("b.txt"), "b");
-  AString const from = text::FromUtf8((m_folder / "results").string()) + L"/Design.files/gone.txt";
-  EXPECT_EQ(CountTraces(TakeTraces(), AString(L"Error in copying ") + from + L" to " + Target().FilePath() +
-                                          L"Design.files/gone.txt for export-design-point\n"),
-            1);
-}
-
-TEST_F(ExportDesignPoint, CopiesNothingFromOutsideTheResultsFolder) {
-  SolveTwoPoints();
-  Put("../secret.txt", "secret");
-  Put("a.txt", "a");
-  Product().files = {L"../secret.txt", text::FromUtf8((m_folder / "results/secret.txt").string()), L"a.txt"};
-  Product().renamed = {{L"a.txt", L"../a.txt"}};
-  ASSERT_TRUE(Export(L"x=1", false));
-  EXPECT_EQ(Exported("../secret.txt"), "-");
-  EXPECT_EQ(Exported("../a.txt"), "-");
-}
-
 TEST_F(ExportDesignPoint, ReplacesWhatStandsInTheFolder) {
   SolveTwoPoints();
   Put("a.txt", "first");
@@ -395,49 +405,28 @@ TEST_F(ExportDesignPoint, ReplacesWhatStandsInTheFolder) {
   EXPECT_FALSE(NameMapOf(TargetLibrary()).contains(DataName(m_solution, L"x=1")));
 }
 
-TEST_F(ExportDesignPoint, LeavesADamagedBlockOutAndKeepsTheOthers) {
+TEST_F(ExportDesignPoint, OpensAsThePointWhereAPrivateFileOfAnotherLibraryLay) {
   SolveTwoPoints();
-  AString const damaged = Internal(m_setup.GetBlockDefinitionName());
-  library::LibraryReader reader;
-  ASSERT_EQ(reader.OpenAlone(LongFileName(Library())), CStreamioLibrary::kLibSuccess);
-  for (auto const & entry : reader.List())
-    if (entry.name == damaged) {
-      std::fstream file(text::ToUtf8(Library()), std::ios::in | std::ios::out | std::ios::binary);
-      file.seekp(static_cast<std::streamoff>(entry.offset + 100)); // Behind the header and the name of the record.
-      file.put('\xff');
-    }
-  EXPECT_TRUE(Export(L"x=1"));
-  auto const names = NamesOf(TargetLibrary());
-  EXPECT_FALSE(names.contains(damaged));
-  EXPECT_TRUE(names.contains(Internal(DataName(m_solution, L"x=1"))));
-}
-
-TEST_F(ExportDesignPoint, OfALibraryThatIsNoneReportsItAndGoesOn) {
-  support::TestDesign design(text::FromUtf8((m_folder / "foreign").string()) + L"/");
-  support::ExportingManager manager(&design);
-  manager.InitializeFromDesign(true);
-  std::ofstream(m_folder / "foreign/Design.qsol") << std::string(500, 'x');
-  TakeTraces();
-  AssertWatch::Expect("isLoaded");
-  EXPECT_TRUE(manager.ExportDesignPointResults(Target(), L"x=1", true));
-  EXPECT_EQ(CountTraces(TakeTraces(), L"Error in loading RealToInternalBlockNameMap in ExportQSolForDesignPoint\n"), 1);
-}
-
-TEST_F(ExportDesignPoint, OnAFailingDiskChangesNothingOfTheProject) {
-  SolveTwoPoints();
-  Put("a.txt", "a");
-  Product().files = {L"a.txt"};
-  auto const before = BlocksOf(Library());
-  for (int operation = 1; operation < 200; ++operation) {
-    std::filesystem::remove_all(m_folder / "exported");
-    support::FaultyFileSystem faulty;
-    faulty.FailAt(operation, true);
-    Export(L"x=1");
-    if (!faulty.HasFailed())
-      break;
+  AString const name = DataName(m_solution, L"x=1");
+  {
+    std::filesystem::create_directory(m_folder / "exported");
+    support::TestDesign other(Target().FilePath());
+    support::TestManager manager(&other);
+    manager.InitializeFromDesign(true);
+    io::CBlock foreign = Named(name, 99.0);
+    ASSERT_EQ(manager.SaveSingleBlock(foreign), CStreamioLibrary::kLibSuccess);
   }
-  EXPECT_EQ(Exported("a.txt"), "a") << "the last round met no failure";
-  EXPECT_EQ(BlocksOf(Library()), before);
+  ASSERT_TRUE(LFN_Exists(LongFileName(TargetLibrary() + L"_priv")));
+  ASSERT_TRUE(Export(L"x=1"));
+  support::TestDesign design(Target().FilePath());
+  support::TestManager manager(&design);
+  manager.InitializeFromDesign(false);
+  ASSERT_EQ(manager.BuildUtilityCollections(), io::kNoError);
+  io::CBlock mine(name);
+  io::CBlock exported(name);
+  ASSERT_EQ(Manager().LoadSingleBlock(mine), CStreamioLibrary::kLibSuccess);
+  ASSERT_EQ(manager.LoadSingleBlock(exported), CStreamioLibrary::kLibSuccess);
+  EXPECT_EQ(exported.Pack(), mine.Pack());
 }
 
 TEST_F(ExportDesignPoint, WithoutADesignHasNoLibraryToCopy) {

@@ -67,29 +67,29 @@ private:
   }
 };
 
-/// Notes the spans of large operations as they begin, while it lives.
+/// Notes the spans of large operations as they begin, and both their ends ("+label", "-label"), while it lives.
 class SpanWatch : public IMemoryTimeProfiler {
 public:
   SpanWatch() : m_former(SetInstance(this)) {}
   ~SpanWatch() override { SetInstance(m_former); }
-  void Begin(char const * label) override { spans.emplace_back(label); }
-  void End(char const *) override {}
+  void Begin(char const * label) override {
+    spans.emplace_back(label);
+    ends.push_back("+" + spans.back());
+  }
+  void End(char const * label) override { ends.push_back(std::string("-") + label); }
 
   std::vector<std::string> spans;
+  std::vector<std::string> ends;
 
 private:
   IMemoryTimeProfiler * m_former;
 };
 
-/// A design of two points that are solved and saved, and the folder that one of them goes to.
+/// A design, and the folder that one of its points goes to.
 class ExportTest : public ModelTest {
 protected:
   ExportTest() {
-    m_manager.reset();
-    auto manager = std::make_unique<ExportingManager>(&m_design);
-    m_product = manager.get();
-    m_manager = std::move(manager);
-    m_manager->InitializeFromDesign(true);
+    MakeManager(true);
     s_traces.clear();
     m_formerSink = diag::SetDebugSink([](AString const & category, int level, AString const & line) {
       s_traces.push_back(category + AString::Format(L" %d ", level) + line);
@@ -98,6 +98,11 @@ protected:
   ~ExportTest() override { diag::SetDebugSink(m_formerSink); }
 
   ExportingManager & Product() { return *m_product; }
+  /// As another session that only reads: it holds no lock of the library.
+  void OpenAgain() {
+    MakeManager(false);
+    EXPECT_EQ(m_manager->BuildUtilityCollections(), io::kNoError);
+  }
   LongFileName Target() const { return LongFileName(text::FromUtf8((m_folder / "exported").string()) + L"/"); }
   AString TargetLibrary() const { return Target().FilePath() + L"Design.qsol"; }
   bool Export(AString const & variation, bool assumeSaved = true) {
@@ -151,6 +156,12 @@ protected:
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file) << content;
   }
+  static std::string BytesOf(AString const & path) {
+    std::ifstream file(text::ToUtf8(path), std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+  }
   /// "-" when there is no such file.
   std::string Exported(std::string const & name) const {
     std::ifstream file(m_folder / "exported/Design.files" / name);
@@ -174,9 +185,46 @@ protected:
   }
 
 private:
+  void MakeManager(bool isNew) {
+    m_manager.reset();
+    auto manager = std::make_unique<ExportingManager>(&m_design);
+    m_product = manager.get();
+    m_manager = std::move(manager);
+    m_manager->InitializeFromDesign(isNew);
+  }
+
   ExportingManager * m_product = nullptr;
   diag::DebugSink m_formerSink = nullptr;
   static inline std::vector<AString> s_traces;
+};
+
+/// A design of two points, x=1 and x=2, to be solved and saved.
+class SavedPointsTest : public ExportTest {
+protected:
+  SavedPointsTest() : m_setup(AddSetup(L"A")), m_solution(SolutionOf(m_setup)) {}
+
+  void SolveTwoPoints() {
+    Solve(m_solution, L"x=1", {1, 2});
+    Solve(m_solution, L"x=2", {3});
+    Commit();
+    TakeTraces();
+  }
+  static io::CBlock Named(AString const & name, double value) {
+    io::CBlock block(name);
+    io::CBlock_func data(L"Values");
+    data << value;
+    block << data;
+    return block;
+  }
+  /// In the order of names.
+  static std::vector<std::pair<AString, std::string>> SortedBlocksOf(AString const & path) {
+    auto blocks = BlocksOf(path);
+    std::sort(blocks.begin(), blocks.end());
+    return blocks;
+  }
+
+  BaseSimulationSetup & m_setup;
+  BaseSolution & m_solution;
 };
 
 } // namespace support

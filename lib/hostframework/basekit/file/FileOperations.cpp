@@ -104,6 +104,34 @@ bool CopyFile(LongFileName const & from, LongFileName const & to, BehaviorIfSour
   return copied;
 }
 
+// What the way to either leads over counts.
+bool LiesIn(LongFileName folder, LongFileName path) {
+  folder = LFN_ResolvedPath(WithoutSlash(folder));
+  path = LFN_ResolvedPath(WithoutSlash(path));
+  folder.MakeItDirectory();
+  path.MakeItDirectory();
+  return path != folder && path.FilePath().StartsWith(folder.FilePath());
+}
+
+bool CopyContents(LongFileName const & from, LongFileName const & to, bool overwrite) {
+  std::vector<AString> names;
+  if (!Told(file::FileSystem().List(from, names)) || !LFN_CreateDirectory(to))
+    return false;
+  bool all = true;
+  for (auto const & name : names) {
+    LongFileName const source = from + name;
+    LongFileName const target = to + name;
+    // What a link leads to is no part of the folder, and a link to a folder above it would be copied without end.
+    if (IsLink(source) || (IsLink(target) && LFN_IsDirectory(source)))
+      all = Refuse(L"a link is not followed: ", source);
+    else if (LFN_IsDirectory(source))
+      all = CopyContents(source, target, overwrite) && all;
+    else if (overwrite || !LFN_Exists(target))
+      all = CopyFile(source, target, kOverwrite) && all;
+  }
+  return all;
+}
+
 } // namespace
 
 bool LFN_Exists(LongFileName const & path) {
@@ -181,28 +209,16 @@ bool LFN_CreateDirectory(LongFileName const & path) {
 bool LFN_CreateDirectoryAndParents(LongFileName const & path) {
   if (path.IsEmpty() || LFN_IsDirectory(path))
     return true;
-  LongFileName const parent = WithoutSlash(path).DirPath();
-  return LFN_CreateDirectoryAndParents(parent) && LFN_CreateDirectory(path);
+  LongFileName const name = WithoutSlash(path);
+  LongFileName const parent = name.DirPath();
+  bool const isRoot = parent == name; // Seen here when the disk tells nothing of it.
+  return (isRoot || LFN_CreateDirectoryAndParents(parent)) && LFN_CreateDirectory(path);
 }
 
 bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & to, bool overwrite) {
-  // The names are taken before the target is made, so that a folder copied into itself comes to an end.
-  std::vector<AString> names;
-  if (!Told(file::FileSystem().List(from, names)) || !LFN_CreateDirectory(to))
-    return false;
-  bool all = true;
-  for (auto const & name : names) {
-    LongFileName const source = from + name;
-    LongFileName const target = to + name;
-    // What a link leads to is no part of the folder, and a link to a folder above it would be copied without end.
-    if (IsLink(source) || (IsLink(target) && LFN_IsDirectory(source)))
-      all = Refuse(L"a link is not followed: ", source);
-    else if (LFN_IsDirectory(source))
-      all = LFN_CopyDirectoryContents(source, target, overwrite) && all;
-    else if (overwrite || !LFN_Exists(target))
-      all = CopyFile(source, target, kOverwrite) && all;
-  }
-  return all;
+  if (LiesIn(from, to))
+    return Refuse(L"a folder is not copied into itself: ", to); // It would meet its own copy again and again.
+  return CopyContents(from, to, overwrite);
 }
 
 AString const & LFN_LastError() { return s_lastError; }

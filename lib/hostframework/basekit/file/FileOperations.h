@@ -33,7 +33,7 @@ bool LFN_CreateDirectory(LongFileName const & path);
 bool LFN_CreateDirectoryAndParents(LongFileName const & path);
 /// Copies what the folder holds into another that exists or is made; files that stand there are replaced when
 /// `overwrite` is true and else left as they are.  Links in either folder are neither copied nor followed; the others
-/// are copied all the same, and the result is false.
+/// are copied all the same, and the result is false.  A folder is not copied to a place inside it.
 bool LFN_CopyDirectoryContents(LongFileName const & from, LongFileName const & to, bool overwrite);
 AString const & LFN_LastError();
 /// The path from the root, counted from the current folder, without "." and ".." in it.  Links are not followed.

@@ -246,12 +246,21 @@ public:
     DIR * const stream = ::opendir(folder.c_str());
     if (!stream)
       return Failure(L"list", path.FilePath(), errno);
-    for (dirent const * entry = ::readdir(stream); entry; entry = ::readdir(stream)) {
+    // The end and a failure look alike but for errno.
+    auto const next = [stream] {
+      errno = 0;
+      return ::readdir(stream);
+    };
+    dirent const * entry = next();
+    for (; entry; entry = next()) {
       std::string_view const name = entry->d_name;
       if (name != "." && name != "..")
         names.push_back(text::FromUtf8(name));
     }
+    int const error = errno;
     ::closedir(stream);
+    if (error != 0)
+      return Failure(L"list", path.FilePath(), error);
     std::sort(names.begin(), names.end());
     return {};
   }
