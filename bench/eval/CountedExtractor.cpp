@@ -1,8 +1,8 @@
 #include "bench/eval/CountedExtractor.h"
 
+#include "bench/stored/ExtractorDoor.h"
 #include "products/rfcircuit/product/RfExtractor.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
-#include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionManager.h"
 
 #include <memory>
@@ -21,19 +21,11 @@ public:
   using RfExtractor::CreateSimValue;
 };
 
-/// A solution takes its extractor from its own product alone; this is the way in for a measurement.
-class Door : public BaseSolution {
-public:
-  static void Enter(BaseSolution & solution, BaseSimDataExtractor * extractor) {
-    (solution.*&Door::SetExtractor)(extractor);
-  }
-};
-
 } // namespace
 
 void CountSimValues(BaseSolution & solution) {
-  Door::Enter(solution,
-              new CountedExtractor(&solution.GetBaseSimulationSetup().GetBaseSolutionMgr()->ForEdit(), &solution));
+  ExtractorDoor::Enter(
+      solution, new CountedExtractor(&solution.GetBaseSimulationSetup().GetBaseSolutionMgr()->ForEdit(), &solution));
 }
 
 } // namespace bench

@@ -1,7 +1,9 @@
 // bench_extraction: what the update of a trace over many variations costs, as a ratio to copying the same numbers:
-// solved data that lies in memory, and data that a product reads from its library.
+// solved data that lies in memory, and data that a product reads from its library.  Then what synchronising many traces
+// costs after an edit, as a ratio to analysing each of their texts once.
 
 #include "bench/extraction/Sources.h"
+#include "bench/extraction/Synchronisation.h"
 #include "bench/support/Measure.h"
 #include "bench/support/OwnProcess.h"
 #include "bench/support/ReportRuns.h"
@@ -18,6 +20,7 @@ struct Settings {
   bench::RunWords run;
   std::vector<std::size_t> variations = {100, 300, 1000};
   std::size_t frequencies = 1001;
+  std::vector<std::size_t> traces = {100, 1000, 10000};
   std::string only;
   bool isMemory = false; ///< one update, and what it held at most
 };
@@ -83,9 +86,7 @@ nlohmann::json Measure(Settings const & settings, Case const & each, std::size_t
           {"peak_to_numbers", PeakRatio(settings, each, variations)}};
 }
 
-int Run(Settings const & settings) {
-  if (settings.isMemory)
-    return TellMemory(settings, settings.only == "library" ? cases[2] : cases[0]);
+void RunUpdates(Settings const & settings) {
   bench::ResultTable table({{"data", "data", -8},
                             {"y", "y", -8},
                             {"variations", "variations"},
@@ -110,6 +111,42 @@ int Run(Settings const & settings) {
       table.Add(line);
     }
   }
+}
+
+void RunSynchronisations(Settings const & settings) {
+  bench::ResultTable table({{"traces", "traces", 8},
+                            {"texts", "texts", 8},
+                            {"analyses", "analyses"},
+                            {"synchronise ms", "synchronise_ms", 16, 3},
+                            {"us a trace", "us_per_trace", 12, 2},
+                            {"analyses ms", "analyses_ms", 12, 3},
+                            {"ratio", "ratio_to_analyses", 8, 2},
+                            {"growth", "growth", 8, 2}},
+                           settings.run.isJson);
+  double first = 0.0;
+  for (std::size_t const traces : settings.traces) {
+    auto const cost = bench::MeasureSynchronisation(settings.run.folder, traces, settings.run.repeats);
+    bench::Require(cost.analyses == cost.texts, "a text was not analysed exactly once");
+    double const each = cost.seconds * 1e6 / static_cast<double>(traces);
+    first = first == 0.0 ? each : first;
+    table.Add({{"traces", traces},
+               {"texts", cost.texts},
+               {"analyses", cost.analyses},
+               {"synchronise_ms", cost.seconds * 1e3},
+               {"us_per_trace", each},
+               {"analyses_ms", cost.secondsOfAnalyses * 1e3},
+               {"ratio_to_analyses", cost.seconds / cost.secondsOfAnalyses},
+               {"growth", each / first}});
+  }
+}
+
+int Run(Settings const & settings) {
+  if (settings.isMemory)
+    return TellMemory(settings, settings.only == "library" ? cases[2] : cases[0]);
+  if (settings.only != "synchronise")
+    RunUpdates(settings);
+  if (settings.only.empty() || settings.only == "synchronise")
+    RunSynchronisations(settings);
   return 0;
 }
 
@@ -117,15 +154,19 @@ int Run(Settings const & settings) {
 
 int main(int argc, char ** argv) {
   Settings settings;
-  CLI::App app("What the update of a trace over many variations costs, as a ratio to copying the same numbers.");
+  CLI::App app("What the update of a trace over many variations costs, as a ratio to copying the same numbers, and "
+               "synchronising many traces, as a ratio to analysing their texts.");
   settings.run.Declare(app);
   app.add_option("--variations", settings.variations, "variations of the solution")->delimiter(',');
   app.add_option("--frequencies", settings.frequencies, "samples of each variation");
-  app.add_option("--data", settings.only, "memory or library; else both")->check(CLI::IsMember({"memory", "library"}));
+  app.add_option("--data", settings.only, "memory or library: updates of that alone; synchronise: no updates")
+      ->check(CLI::IsMember({"memory", "library", "synchronise"}));
+  app.add_option("--traces", settings.traces, "traces that are synchronised")->delimiter(',');
   app.add_flag("--memory", settings.isMemory, "one update; how much it held at most, as a ratio to its numbers");
   return bench::RunProgram("bench_extraction", app, argc, argv, [&] {
     if (settings.run.isSmoke) {
       settings.variations = {2, 5};
+      settings.traces = {15, 1000};
       settings.frequencies = 11;
       settings.run.repeats = 1;
     }

@@ -65,13 +65,37 @@ private:
   std::vector<double> const * m_loaded = nullptr;
 };
 
-namespace {
-
+/// All quantities are of report type 1; analyses of texts are counted.
 class ReportingManager : public BaseSolutionManager {
 public:
   using BaseSolutionManager::BaseSolutionManager;
   unsigned GetReportTypeOfSolutionPointSet(ISolutionPointSet const *) const override { return 1; }
+  int GetISimDataExtractors(std::vector<ISimDataExtractor *> & extractors, unsigned, bool) const override {
+    std::vector<BaseSimDataExtractor *> all;
+    GetAllAssociatedSimDataExtractors(all);
+    extractors.insert(extractors.end(), all.begin(), all.end());
+    return static_cast<int>(extractors.size());
+  }
+  bool GetQuantityTypeInfo(ReportTypeMap & reportTypes, AString const & expression,
+                           std::vector<OutputVariable *> * variables, SimValuesByReportType * simValues,
+                           SolutionPointSet * pointSet) const override {
+    ++analyses;
+    return BaseSolutionManager::GetQuantityTypeInfo(reportTypes, expression, variables, simValues, pointSet);
+  }
+
+  mutable std::size_t analyses = 0;
+
+protected:
+  ValueState GetReportTypeForSimValues(ReportTypeMap & reportTypes, AString const & text,
+                                       ISimDataExtractor const * extractor) const override {
+    ValueState const state = extractor->GetQuantityType(text, 0);
+    if (state.parameterType != val::kNotAQuantity)
+      reportTypes[1].emplace_back();
+    return state;
+  }
 };
+
+namespace {
 
 class SolvedVariation : public BaseSolutionVariation {
 public:
@@ -129,16 +153,21 @@ SolvedWorld::SolvedWorld(std::string const & folder, std::size_t variations, std
 
 SolvedWorld::~SolvedWorld() = default;
 
-SolutionPointSet & SolvedWorld::AddReport(wchar_t const * y) {
+SolutionPointSet & SolvedWorld::AddReport(AString const & y) {
   SubsweepVector subsweeps;
   for (wchar_t const * const name : {L"C", L"F"})
     subsweeps.push_back(m_columns->GetSweep(name)->CreateSubsweep(true));
   SolutionPointSet * const set = m_columns->CreateSolutionPointSet(subsweeps, nullptr, nullptr, false);
+  Require(set, "the report can't be made");
+  AddTrace(*set, y);
+  return *set;
+}
+
+void SolvedWorld::AddTrace(SolutionPointSet & pointSet, AString const & y) {
   std::unique_ptr<TraceComponent> const abscissa(m_columns->CreateTraceComponent(L"F", nullptr));
   std::unique_ptr<TraceComponent> const ordinate(m_columns->CreateTraceComponent(y, nullptr));
-  Require(set && abscissa && ordinate && m_columns->CreateTrace2D(set, abscissa.get(), ordinate.get(), false),
-          "the report can't be made");
-  return *set;
+  Require(abscissa && ordinate && m_columns->CreateTrace2D(&pointSet, abscissa.get(), ordinate.get(), false),
+          "the trace can't be made");
 }
 
 Trace & SolvedWorld::TraceOf(SolutionPointSet & pointSet) const {
@@ -158,5 +187,11 @@ std::vector<double> const & SolvedWorld::NumbersOf(std::size_t variation) const 
 }
 
 std::size_t SolvedWorld::Reads() const { return m_columns->reads; }
+
+BaseSolutionManager & SolvedWorld::Manager() { return *m_manager; }
+
+BaseSimDataExtractor & SolvedWorld::Extractor() { return *m_columns; }
+
+std::size_t SolvedWorld::Analyses() const { return m_manager->analyses; }
 
 } // namespace bench
