@@ -1,5 +1,6 @@
 #include "desktop/pageview/ReportItems.h"
 
+#include "basekit/value/variation/VariationText.h"
 #include "desktop/pageview/CurveFamilies.h"
 #include "desktop/pageview/Reference.h"
 #include "desktop/project/Session.h"
@@ -204,6 +205,22 @@ page::Table::Column CellsOf(ReportTable const & table, Part const & part) {
   return {part.title, part.unit, std::move(texts)};
 }
 
+/// The variation of the longest curve that the table has, at what else the report stands at.
+AString LongestVariation(ReportDefinition const & report, ReportTable const & table) {
+  std::optional<ReportTable::Variation> longest;
+  for (ReportTable::Variation const & variation : table.Variations())
+    if (!variation.isGap && (!longest || variation.rows > longest->rows))
+      longest = variation;
+  variation::Writer text;
+  VariationText const given(report.variation);
+  for (VariationText::Pair const & pair : given.Pairs())
+    text.Add(pair.name, pair.text);
+  for (std::size_t i = 0; longest && i < table.VariableCount(); ++i)
+    if (AString const value = table.TextAt(longest->firstRow, i); !value.empty())
+      text.Add(table.Columns()[i].title.View(), value.View());
+  return text.Take();
+}
+
 } // namespace
 
 ReportItems::ReportItems(Session & session, ReportDefinition const & report, Look const & look)
@@ -211,10 +228,14 @@ ReportItems::ReportItems(Session & session, ReportDefinition const & report, Loo
       m_shown(session.GetLiveReports().Show(report)) {}
 
 // Whether an expression is one number for a variation, or a curve that happens to be flat, shows when it is evaluated
-// without anything to run over.
+// at one without anything to run over.
 std::vector<std::size_t> ReportItems::FindSingles() {
   LiveReports & live = m_session.GetLiveReports();
   std::vector<std::size_t> candidates;
+  ReportDefinition question = m_report;
+  question.name = AString();
+  question.x = AString();
+  question.over.clear();
   {
     LiveReports::Shown const shown = live.Show(m_report);
     CurveFamilies const families(shown);
@@ -222,13 +243,12 @@ std::vector<std::size_t> ReportItems::FindSingles() {
     for (std::size_t i = 0; i < m_report.y.size(); ++i)
       if (families.IsConstant(firstY + i) && !families.IsEmpty(firstY + i))
         candidates.push_back(i);
+    question.variation = LongestVariation(m_report, shown.table);
   }
   std::erase_if(candidates, [&](std::size_t i) {
-    ReportDefinition question = m_report;
-    question.name = AString();
-    question.x = AString();
     question.y = {m_report.y[i]};
-    bool const isSingle = live.Evaluate(question).table.LongestCurve() <= 1;
+    LiveReports::Shown const shown = live.Evaluate(question);
+    bool const isSingle = shown.problems.empty() && shown.table.LongestCurve() <= 1;
     live.Forget(question);
     return !isSingle;
   });

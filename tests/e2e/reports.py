@@ -444,16 +444,75 @@ class Reports(DeskTest):
         self.assertEqual([line['exit_code'] for line in lines], [0] * 6, lines)
         self.assertEqual(lines[0]['result']['rows'], lines[5]['result']['rows'])
 
+    def change_project_file(self, old, new):
+        """As somebody would who also knows the checksum."""
+        text = read('ladder.sproject').decode()
+        changed = text.replace(old, new, 1)
+        self.assertNotEqual(changed, text)
+        body = changed[:changed.rindex('Checksum(')]
+        write('ladder.sproject', f'{body}Checksum("{crc32c(body.encode()):08x}")\n')
+
+    def test_an_output_variable_that_leads_back_to_itself_is_told(self):
+        self.solved()
+        for words in ('gain=dB(S(2,1))', 'more=gain+20', 'other=dB(S(1,1))'):
+            self.run_desk('var', 'ladder', 'add', words)
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'other', '--y', 'more')
+        self.run_desk('save', 'ladder')
+        self.change_project_file('"dB(S(2,1))"', '"1+More"')
+        for expression in ('gain', 'max(gain)', '2*more'):
+            told = self.refuse(2, 'eval', 'ladder', expression)
+            self.assertRegex(told, r"'(gain|more)' refers to itself: (gain -> more -> gain|more -> gain -> more); "
+                                   r"edit it with `var edit`")
+        done = self.run_desk('report', 'ladder', 'show', 'r')
+        self.assertIn("report r: 'more' can't be evaluated: 'more' refers to itself", done.stderr)
+        self.assertEqual([row[2] for row in self.rows('r')], [None] * 3)
+        self.assertNotIn(None, [row[1] for row in self.rows('r')])
+        self.run_desk('var', 'ladder', 'edit', 'gain=dB(S(2,1))')
+        self.assertNotIn(None, [row[2] for row in self.rows('r')])
+
+    def test_a_sample_is_met_by_its_round_number_and_to_one_part_in_a_billion(self):
+        self.project(LADDER)
+        self.run_desk('solve', 'ladder', '--quiet')
+        curve = dict(self.document('eval', 'ladder', 'mag(S(2,1))')['rows'])
+        for number in range(1, 202):
+            frequency = f'{number / 100:.2f}GHz'
+            if number % 40 == 0 or number == 105:
+                at = self.document('eval', 'ladder', 'mag(S(2,1))', '--variation', f'Freq={frequency}')['rows']
+                self.assertEqual([row[-1] for row in at], [curve[number * 10_000_000]], frequency)
+        for near in ('1.0500000005GHz', '1.0499999995GHz'):
+            at = self.document('eval', 'ladder', 'mag(S(2,1))', '--variation', f'Freq={near}')['rows']
+            self.assertEqual([row[-1] for row in at], [curve[1_050_000_000]])
+        for off in ('1.050000003GHz', '1.049999997GHz'):
+            self.assertIn('there is no such sample',
+                          self.refuse(2, 'eval', 'ladder', 'mag(S(2,1))', '--variation', f'Freq={off}'))
+
+    def test_the_nearest_of_samples_that_lie_close_together_counts(self):
+        self.project(FEW.replace('lin 3 1g 3g', 'lin 3 1g 1.000000001g'))
+        self.run_desk('solve', 'ladder', '--quiet')
+        samples = [row[0] for row in self.document('eval', 'ladder', 'mag(S(2,1))')['rows']]
+        self.assertEqual(len(samples), 3)
+        for sample in samples:
+            at = self.document('eval', 'ladder', 'Freq', '--variation', f'Freq={sample!r}')['rows']
+            self.assertEqual([row[-1] for row in at], [sample])
+
+    def test_reports_of_one_page_are_those_that_are_shown_one_by_one(self):
+        self.solved()
+        for name, words in {'over': ('--y', 'dB(S(2,1))', '--over', 'c1,l2'), 'here': ('--y', 'dB(S(2,1))'),
+                            'along': ('--x', 'c1', '--y', 'max(dB(S(2,1)))')}.items():
+            self.run_desk('report', 'ladder', 'add', name, *words)
+        lines = self.run_shell(['report show over here along --html page.html', 'report show over', 'report show here',
+                                'report show along'])
+        self.assertEqual([line['exit_code'] for line in lines], [0] * 4, lines)
+        self.assertEqual([line['result']['updated_traces'] for line in lines[1:]], [0] * 3)
+        for name, line in zip(('over', 'here', 'along'), lines[1:], strict=True):
+            self.assertEqual(self.rows(name), line['result']['rows'])
+
     def test_a_damaged_definition_costs_itself_alone(self):
         self.solved()
         for name in 'ab':
             self.run_desk('report', 'ladder', 'add', name, '--y', 'dB(S(2,1))')
         self.run_desk('save', 'ladder')
-        text = read('ladder.sproject').decode()
-        damaged = text.replace('Name = "a"', 'Nome = "a"', 1)
-        self.assertNotEqual(damaged, text)
-        body = damaged[:damaged.rindex('Checksum(')]
-        write('ladder.sproject', f'{body}Checksum("{crc32c(body.encode()):08x}")\n')
+        self.change_project_file('Name = "a"', 'Nome = "a"')
         done = self.run_desk('report', 'ladder', 'list')
         self.assertIn('is damaged and was left out', done.stderr)
         self.assertEqual([r['name'] for r in self.document('report', 'ladder', 'list')['reports']], ['b'])

@@ -2,8 +2,10 @@
 
 #include "desktop/pageview/Reference.h"
 #include "tests/desktop/report/ReportFixture.h"
+#include "tests/support/FaultyFileSystem.h"
 
 #include <cmath>
+#include <functional>
 
 using desktop::ReportDefinition;
 using desktop::ReportDisplay;
@@ -93,6 +95,35 @@ TEST_F(ReportOnAPage, ASingleNumberBesideCurvesIsToldAndNotDrawn) {
   EXPECT_EQ(numbers.entries[1].name, L"max(V)");
   EXPECT_EQ(numbers.entries[1].variation, L"C=2");
   EXPECT_EQ(numbers.entries[1].value, 31);
+}
+
+TEST_F(ReportOnAPage, WhetherACurveIsASingleNumberIsFoundOutAtOneVariation) {
+  for (wchar_t const * const variation : {L"C=3; L=2", L"C=4; L=2", L"C=5; L=2"})
+    SolveLarge(variation, {12, 22, 32, 42});
+  m_session->Save();
+  ReportDefinition const report = Report({L"V", L"max(V)", L"min(V)"}, {L"C"});
+  auto const operationsOf = [&](std::function<void()> const & work) {
+    auto const files = ReopenCounted();
+    int const before = files->Operations();
+    work();
+    return files->Operations() - before;
+  };
+  int const showing = operationsOf([&] { Show(report); });
+  ASSERT_GE(showing, 3);
+  std::size_t numbers = 0;
+  int const drawing =
+      operationsOf([&] { numbers = pageview::ReportItems(*m_session, report, {}).Numbers().entries.size(); });
+  EXPECT_EQ(numbers, 2 * 5u);
+  EXPECT_GT(drawing, showing) << "reads are seen";
+  EXPECT_LT(drawing, 2 * showing) << "not all of them again";
+}
+
+TEST_F(ReportOnAPage, ASingleNumberIsFoundOutWhereTheReportStands) {
+  ReportDefinition report = Report({L"V", L"max(V)"}, {L"L"});
+  report.variation = L"C=1";
+  auto const items = pageview::ReportItems(*m_session, report, {});
+  ASSERT_EQ(items.Numbers().entries.size(), 2u);
+  EXPECT_EQ(items.Numbers().entries[1].value, 32);
 }
 
 TEST_F(ReportOnAPage, ACurveThatHappensToBeFlatIsDrawnAllTheSame) {

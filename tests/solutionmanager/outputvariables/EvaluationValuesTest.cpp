@@ -1,6 +1,7 @@
 // Values of output variables, and who is told what when there is none.
 
 #include "CoreInterfaces/desktop/IReportUpdateService.h"
+#include "plotkit/simvalue/IQuestionData.h"
 #include "plotkit/sweep/PostprocessSweep.h"
 #include "tests/solutionmanager/outputvariables/EvaluationFixture.h"
 
@@ -32,6 +33,23 @@ public:
   bool HasValidSolutionData(AString const &, long) const override { return true; }
 };
 
+/// Writes down when a question is under way, and what was loaded meanwhile.
+class QuestionedExtractor : public support::EvaluationExtractor, public IQuestionData {
+public:
+  using EvaluationExtractor::EvaluationExtractor;
+  void BeginQuestion(VariableValues const & variation) override { log += L"(" + variation.GetVariationKey(); }
+  void EndQuestion() override { log += L")"; }
+  bool LoadSolvedData(VariableValues const & first, VariableValues const & second,
+                      std::vector<unsigned> const & reportTypes,
+                      std::map<unsigned, std::vector<AString>> const & quantities,
+                      IProgressMonitor * progress) override {
+    log += L" load";
+    return EvaluationExtractor::LoadSolvedData(first, second, reportTypes, quantities, progress);
+  }
+
+  AString log;
+};
+
 /// Takes no data, and keeps what it was asked for.
 class RecordingService final : public IReportUpdateService {
 public:
@@ -55,6 +73,24 @@ TEST_F(EvaluationValuesTest, AnOutputVariableHasItsValueAtEachSolvedVariation) {
   EXPECT_EQ(ValueAt(L"v", L"x=3"), 32.5);
   EXPECT_TRUE(TakeMessages().empty());
   ExpectNothingLeft();
+}
+
+TEST_F(EvaluationValuesTest, AnExtractorKnowsOfTheQuestionUntilItIsAnswered) {
+  auto * const extractor = new QuestionedExtractor(m_manager.get(), m_solution, m_x, m_y);
+  m_solution->SetExtractor(extractor);
+  m_extractor = extractor;
+  AddSweep(m_x, {1.0, 2.0, 3.0});
+  AddVariable(L"v", L"P");
+  EXPECT_EQ(ValueAt(L"v", L"x=3"), 32.0);
+  EXPECT_EQ(std::exchange(extractor->log, AString()), L"(x=3 load load)") << "for the update and for the extraction";
+  ExpectNothingLeft();
+  for (wchar_t const * const variable : {L"v", L"none"}) {
+    EXPECT_FALSE(Evaluate(variable, L"x=9"));
+    EXPECT_EQ(std::exchange(extractor->log, AString()), L"(x=9)");
+  }
+  EXPECT_FALSE(Evaluate(L"v", L"x=3", L"", L"No : Solution"));
+  EXPECT_TRUE(extractor->log.empty());
+  TakeMessages();
 }
 
 TEST_F(EvaluationValuesTest, WithoutAVariationTheNominalOneCounts) {
