@@ -44,12 +44,16 @@ public:
   /// Of what Write wrote: blocks of the point, and its result files and folders.
   int CountBlocks() const { return static_cast<int>(m_blocks.size()); }
   int CountFiles() const { return m_files; }
+  /// Why the project that Write made has no copy of the source, but names the original by its full path; empty when it
+  /// has one.
+  AString const & WhyNoSources() const { return m_whyNoSources; }
 
 private:
   bool AssumesSavedState() const;
   void WriteResults(LongFileName const & results);
   ProjectRecord MakeRecord() const;
   void TakeValuesOfPoint(ProjectRecord & record) const;
+  void SaveWhatOpeningAdds(LongFileName const & file) const;
   void Check(LongFileName const & file) const;
   void CheckFiles(LongFileName const & folder);
   [[noreturn]] void RefusePoint(AString const & what) const;
@@ -59,6 +63,7 @@ private:
   State m_state;
   std::vector<AString> m_blocks; ///< real names
   int m_files = 0;
+  AString m_whyNoSources;
 };
 
 } // namespace desktop
