@@ -56,6 +56,16 @@ std::string VerbNames(CLI::App const & program) {
   return names;
 }
 
+// "Could not convert: --relative = x".
+std::string ProblemOf(CLI::ParseError const & error) {
+  std::string const text = error.what();
+  std::string const head = "Could not convert: ";
+  std::size_t const middle = text.find(" = ");
+  if (!text.starts_with(head) || middle == std::string::npos)
+    return text;
+  return text.substr(head.size(), middle - head.size()) + " " + text.substr(middle + 3) + ": takes a number";
+}
+
 // The first word is the verb; a wrong one is named.
 bool IsWrongVerb(CLI::App const & program, int count, char ** words) {
   auto const isNamed = [words](CLI::App const * verb) { return verb->get_name() == words[1]; };
@@ -105,7 +115,7 @@ int Run(int count, char ** words) {
   } catch (CLI::ParseError const & error) {
     if (error.get_exit_code() == 0)
       return program.exit(error); // help and version
-    PrintMessage(std::string(error.what()) + "; see " + HelpCommand(program));
+    PrintMessage(ProblemOf(error) + "; see " + HelpCommand(program));
     return static_cast<int>(qsol::Exit::Usage);
   }
   return Perform(action);

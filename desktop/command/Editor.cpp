@@ -216,7 +216,8 @@ BaseSolution & Editor::FindSolution(AString const & name) const {
   for (auto const & [id, setup] : m_session.GetManager().GetSetups())
     for (auto const & [solutionID, solution] : setup->GetSolutions()) {
       known += (known.empty() ? AString() : AString(L", ")) + solution->GetGlobalSolutionName();
-      if (solution->NameIdentifiesSolution(name))
+      // The setup's own name will do where it has one solution.
+      if (solution->NameIdentifiesSolution(name) || AString::MatchNoCase(setup->GetName(), name))
         found.push_back(solution);
     }
   if (found.size() == 1)

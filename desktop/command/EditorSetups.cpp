@@ -5,6 +5,7 @@
 #include "desktop/command/DesignState.h"
 #include "desktop/command/Edit.h"
 #include "desktop/command/WordOfCommand.h"
+#include "desktop/message/NameList.h"
 #include "desktop/product/IDesktopProduct.h"
 #include "desktop/product/ImportedSetup.h"
 #include "desktop/product/ImportedSolution.h"
@@ -21,6 +22,8 @@
 namespace desktop {
 
 namespace {
+
+constexpr std::size_t kLongestName = 100;
 
 SourceSetup ReadWords(Session & session, AString const & name, AString const & words) {
   SourceSetup said;
@@ -52,6 +55,10 @@ void Editor::RefuseTakenSetupName(AString const & name) const {
     throw Error(ErrorKind::kUsage, AString(L"'") + name +
                                        L"': can't be the name of a setup; give one of one line without a colon, and "
                                        L"without blanks at its ends");
+  if (name.size() > kLongestName)
+    throw Error(ErrorKind::kUsage,
+                ShortName(name) + AString::Format(L": the name has %ld characters; %ld are the most",
+                                                  static_cast<long>(name.size()), static_cast<long>(kLongestName)));
   for (auto const & [id, setup] : m_session.GetManager().GetSetups())
     if (AString::MatchNoCase(setup->GetName(), name))
       throw Error(ErrorKind::kUsage, name + L": there is a setup of that name already; choose another one");

@@ -3,6 +3,7 @@
 #include "CoreInterfaces/solution/ISolutionMgrForHubIntegration.h"
 #include "basekit/file/FileOperations.h"
 #include "basekit/io/CBlock.h"
+#include "basekit/value/variation/VariationText.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
 #include "desktop/hub/Connection.h"
@@ -33,10 +34,23 @@ AString SetupOf(Session & source, WantedData const & wanted) {
   }
   if (wanted.setup.empty() && count == 1)
     return only;
-  AString const what = wanted.setup.empty() ? AString(L"it has several setups, or none; name one of them")
-                                            : AString(L"it has no setup '") + wanted.setup + L"'; name another one";
-  throw Error(ErrorKind::kUsage,
-              wanted.project.FilePath() + L": " + what + L": " + (known.empty() ? AString(L"there is none") : known));
+  AString const what = count == 0             ? AString(L"it has no setup that could be solved; add one there")
+                       : wanted.setup.empty() ? AString(L"it has several setups; name one of them, as `connect --setup "
+                                                        L"SETUP` or `new --connect NAME=PROJECT:SETUP`: ")
+                                              : AString(L"it has no setup '") + wanted.setup + L"'; name another one: ";
+  throw Error(ErrorKind::kUsage, wanted.project.FilePath() + L": " + what + known);
+}
+
+// Variables that the text doesn't name stand as the design has them.
+AString WholeVariation(Design const & design, AString const & text) {
+  std::vector<std::pair<AString, AString>> named;
+  VariationText const variation(text);
+  for (VariationText::Pair const & pair : variation.Pairs()) {
+    if (!design.FindVariable(AString(pair.name)))
+      return text; // It may be solved, though the design has it no more.
+    named.emplace_back(AString(pair.name), AString(pair.text));
+  }
+  return text.empty() || !named.empty() ? design.GetVariation(named) : text;
 }
 
 Connections ConnectionsIn(LongFileName const & file, ProjectFileKind kind) {
@@ -76,8 +90,7 @@ FetchedData FetchData(WantedData const & wanted) {
   auto const source = Session::Open(path, Session::Access::kReadOnly);
   FetchedData fetched;
   fetched.setup = SetupOf(*source, wanted);
-  IDesignInstance & instance =
-      source->GetDesign().InstanceFor(wanted.variation.empty() ? source->GetDesign().GetVariation() : wanted.variation);
+  IDesignInstance & instance = source->GetDesign().InstanceFor(WholeVariation(source->GetDesign(), wanted.variation));
   io::CBlock const in(L"In");
   io::CBlock out(L"Out");
   bool isDone = false;

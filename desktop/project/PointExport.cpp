@@ -18,6 +18,8 @@
 #include "desktop/project/ProjectFile.h"
 #include "desktop/project/RecordParts.h"
 #include "desktop/project/Session.h"
+#include "desktop/project/SourceCopies.h"
+#include "desktop/project/SourcePlace.h"
 #include "solutionmanager/model/BaseSimulationSetup.h"
 #include "solutionmanager/model/BaseSolution.h"
 #include "solutionmanager/model/BaseSolutionVariation.h"
@@ -67,7 +69,7 @@ file::FileInfo Look(LongFileName const & path) {
 // Found from any folder.
 SourceFiles WithFullPaths(SourceFiles files, LongFileName const & projectFolder) {
   for (SourceFile & file : files)
-    file.path = LFN_AbsolutePath(file.PathIn(projectFolder)).FilePath();
+    file.path = LFN_AbsolutePath(PlaceOf(file, projectFolder)).FilePath();
   return files;
 }
 
@@ -123,8 +125,23 @@ void PointExport::Write(LongFileName const & folder) {
   WriteResults(results);
   ProjectRecord record = MakeRecord();
   TakeValuesOfPoint(record);
+  SourceCopies const sources(m_session, folder);
+  m_whyNoSources = sources.WhyNot();
+  if (!sources.Files().empty())
+    record.sources = sources.Files();
   NewFile(file, EncodeProject(record, ProjectFileKind::kProject)).Install();
+  SaveWhatOpeningAdds(file);
   Check(file);
+}
+
+// Imported data holds at all variations, and the ID of the text for these is not in the table of one point: whoever
+// opens the project first would issue it, and have it as unsaved work.
+void PointExport::SaveWhatOpeningAdds(LongFileName const & file) const {
+  if (m_session.GetManager().GetImportedSetups().empty())
+    return;
+  auto const exported = Session::Open(file.FilePath(), Session::Access::kWrite);
+  if (exported->HasUnsavedChanges())
+    exported->Save();
 }
 
 // A library that went on since the save shows what was saved block by block alone.

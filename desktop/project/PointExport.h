@@ -47,12 +47,16 @@ public:
   /// Of what Write wrote: blocks of the point, and its result files and folders.
   int CountBlocks() const { return static_cast<int>(m_blocks.size()); }
   int CountFiles() const { return m_files; }
+  /// Why the project that Write made has no copy of the source, but names the original by its full path; empty when it
+  /// has one.
+  AString const & WhyNoSources() const { return m_whyNoSources; }
 
 private:
   bool AssumesSavedState() const;
   void WriteResults(LongFileName const & results);
   ProjectRecord MakeRecord() const;
   void TakeValuesOfPoint(ProjectRecord & record) const;
+  void SaveWhatOpeningAdds(LongFileName const & file) const;
   void Check(LongFileName const & file) const;
   void CheckFiles(LongFileName const & folder);
   void CheckCopy(LongFileName const & source, LongFileName const & copy) const;
@@ -66,6 +70,7 @@ private:
   std::vector<AString> m_blocks; ///< real names
   std::set<AString> m_foreign;   ///< internal names of blocks of other points
   int m_files = 0;
+  AString m_whyNoSources;
 };
 
 } // namespace desktop

@@ -2,6 +2,7 @@
 
 #include "basekit/file/FileOperations.h"
 #include "basekit/text/Utf8.h"
+#include "desktop/project/SourcePlace.h"
 
 #include <filesystem>
 
@@ -44,7 +45,7 @@ bool Project::CreateResultsFolder(LongFileName const & folder) {
 }
 
 LongFileName Project::GetSourceFile() const {
-  return m_sourceFiles.empty() ? LongFileName() : m_sourceFiles.front().PathIn(GetFolder());
+  return m_sourceFiles.empty() ? LongFileName() : PlaceOf(m_sourceFiles.front(), GetFolder());
 }
 
 } // namespace desktop

@@ -13,11 +13,11 @@ constexpr int kAttempts = 10;
 
 [[noreturn]] void Refuse(LongFileName const & path, file::FileStatus const & status) {
   if (status.Error() == EAGAIN)
-    throw Error(
-        ErrorKind::kLocked,
-        path.FilePath() +
-            L": another process has the project open for writing; wait until it is done (`watch` shows what "
-            L"it does meanwhile; `info`, `report show`, `eval` and the others that only look, what was saved last)");
+    throw Error(ErrorKind::kLocked,
+                path.FilePath() +
+                    L": another process has the project open for writing; wait until it is done (`watch` shows what "
+                    L"it does meanwhile, and `info`, `report show`, `eval` and the others that only look, what was "
+                    L"saved last)");
   if (status.Error() == ENOENT || status.Error() == ENOTDIR)
     throw Error(ErrorKind::kProject,
                 path.DirPath() + L": there is no such folder; check the name, or make the folder first");

@@ -6,6 +6,7 @@
 #include "basekit/io/CNamed_value_manip.h"
 #include "basekit/io/Checksum.h"
 #include "desktop/Error.h"
+#include "desktop/project/SourcePlace.h"
 
 namespace desktop {
 
@@ -75,8 +76,9 @@ bool ReadSourceFiles(io::CBlock const & block, SourceFiles & files) {
 
 void CheckUnchanged(SourceFiles const & files, LongFileName const & projectFolder) {
   for (SourceFile const & file : files) {
-    LongFileName const path = file.PathIn(projectFolder);
-    if (SourceFile::Read(path, projectFolder) != file)
+    LongFileName const path = PlaceOf(file, projectFolder);
+    SourceFile const now = SourceFile::Read(path, projectFolder);
+    if (now.size != file.size || now.checksum != file.checksum)
       throw Error(ErrorKind::kSource, path.FilePath() +
                                           L": the source has changed since the project read it; read it again with "
                                           L"'solvedesk reload', or put the former file back");

@@ -49,6 +49,21 @@ void AddLostCurves(ReportDefinition const & definition, ReportCurves const & cur
                          L"it a report of its own");
 }
 
+// Rows that have all their variables in common are told apart by nothing.
+void AddNamelessSamples(ReportDefinition const & definition, ReportCurves const & curves, ReportTable const & table,
+                        std::vector<AString> & notes) {
+  bool const isOverVariable = std::any_of(curves.over.begin(), curves.over.end(), [&curves](AString const & name) {
+    return AString::MatchNoCase(name, curves.x);
+  });
+  if (!isOverVariable || curves.unseenAxis.empty() || table.LongestCurve() <= 1)
+    return;
+  notes.push_back((definition.name.empty() ? AString() : L"report " + definition.name + L": ") + L"each value of " +
+                  curves.x + AString::Format(L" has %ld rows, ", static_cast<long>(table.LongestCurve())) +
+                  L"as y runs over " + curves.unseenAxis +
+                  L", which is not shown; name one sample with --variation, as in \"" + curves.unseenAxis +
+                  L"=...\", or make one number of them, as in max(" + definition.y.front() + L")");
+}
+
 std::vector<Trace const *> AsConst(std::vector<Trace *> const & traces) { return {traces.begin(), traces.end()}; }
 
 bool MixesKinds(BaseSolutionManager const & manager, Trace const & trace) {
@@ -215,7 +230,9 @@ LiveReports::Shown LiveReports::ShowAsItIs(Report & report, IProgressMonitor * p
   ReportTable const table(curves.over, curves.x, report.definition.y, AsConst(curves.traces), curves.units);
   std::vector<AString> problems = curves.problems;
   AddLostCurves(report.definition, curves, table, problems);
-  return {curves.solution, curves.x, table, curves.given, problems, curves.notes, curves.areWordsWrong, updated};
+  std::vector<AString> notes = curves.notes;
+  AddNamelessSamples(report.definition, curves, table, notes);
+  return {curves.solution, curves.x, table, curves.given, problems, notes, curves.areWordsWrong, updated};
 }
 
 // Whether an expression is one number for a variation shows when it is evaluated.

@@ -8,6 +8,7 @@
 #include "desktop/design/NumberWord.h"
 #include "desktop/message/NameList.h"
 #include "desktop/project/Session.h"
+#include "desktop/report/ExpressionWords.h"
 #include "desktop/report/ReportDefinition.h"
 
 #include <algorithm>
@@ -45,13 +46,24 @@ void RefuseExpression(ReportDefinition const & report, AString const & text) {
     Refuse(report, L"'" + ShortName(text) + L"' is no expression: " + error.Text());
 }
 
+bool Runs(ReportDefinition const & report, AString const & variable) {
+  std::vector<AString> running = ExpressionWords(report.x);
+  running.insert(running.end(), report.over.begin(), report.over.end());
+  return std::any_of(running.begin(), running.end(),
+                     [&variable](AString const & name) { return AString::MatchNoCase(name, variable); });
+}
+
 void RefuseVariation(Design const & design, ReportDefinition const & report) {
   VariationText const variation(report.variation);
   if (variation.Pairs().empty())
     Refuse(report, L"'" + ShortName(report.variation) + L"' is no variation; write it as in \"C1=1.2pF; L1=4nH\"");
   for (VariationText::Pair const & pair : variation.Pairs())
-    if (Variable const * const variable = design.FindVariable(AString(pair.name)))
+    if (Variable const * const variable = design.FindVariable(AString(pair.name))) {
+      if (Runs(report, variable->GetName()))
+        Refuse(report, L"'" + variable->GetName() + L"' runs over its solved values, so that it can't stand at " +
+                           AString(pair.text) + L" as well; leave one of the two out");
       RefuseNoNumber(design, *variable, pair.text);
+    }
 }
 
 } // namespace

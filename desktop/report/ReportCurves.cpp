@@ -8,6 +8,7 @@
 #include "basekit/value/variation/VariationText.h"
 #include "desktop/Error.h"
 #include "desktop/design/Design.h"
+#include "desktop/design/NumberWord.h"
 #include "desktop/message/HeldMessages.h"
 #include "desktop/message/NameList.h"
 #include "desktop/product/ProductSolutionManager.h"
@@ -273,8 +274,9 @@ private:
     }
     auto const place = pair.isNumber ? SampleAt(*sweep, pair.number.real()) : std::nullopt;
     if (!place || !HasSample(axis->GetName(), pair.number.real())) {
-      Tell(name + L"=" + AString(pair.text) + L": there is no such sample; a report over " + name +
-               L" shows which there are",
+      Tell(name + L"=" + AString(pair.text) + L": there is no such sample; " +
+               (pair.isNumber ? SamplesAround(*sweep, name, pair)
+                              : L"a report over " + name + L" shows which there are"),
            HasData());
       return false;
     }
@@ -286,12 +288,38 @@ private:
     return true;
   }
 
+  // What to ask for in place of a sample that isn't there.
+  AString SamplesAround(Sweep const & sweep, AString const & name, VariationText::Pair const & pair) const {
+    double const wanted = pair.number.real();
+    std::optional<double> below;
+    std::optional<double> above;
+    for (unsigned place = 0; place < sweep.GetCount(); ++place) {
+      double const there = sweep.Column().ComplexAt(place).real();
+      if (!HasSample(sweep.GetName(), there))
+        continue;
+      if (there < wanted)
+        below = std::max(below.value_or(there), there);
+      else
+        above = std::min(above.value_or(there), there);
+    }
+    AString const over = L"a report over " + name + L" shows which there are";
+    if (!below || !above)
+      return over;
+    return L"the nearest are " + PlainNumber(*below) + L" and " + PlainNumber(*above) + L", and YAtXVal(" +
+           m_report.y.front() + L"," + AString(pair.text) + L") takes the value between them; " + over;
+  }
+
   // The samples of the solution count one by one where x runs over them; else a curve is a number for each variation.
   void AddAxis() {
     std::vector<AString> const words = ExpressionWords(m_x);
-    for (SweepBase * const sweep : m_sweeps)
-      if (IsAxis(*sweep) && IsAmong(words, sweep->GetName()) && !IsAmong(m_sampleAxes, sweep->GetName()))
+    for (SweepBase * const sweep : m_sweeps) {
+      if (!IsAxis(*sweep) || IsAmong(m_sampleAxes, sweep->GetName()))
+        continue;
+      if (IsAmong(words, sweep->GetName()))
         m_points.push_back(sweep->CreateSubsweep(true));
+      else
+        m_curves.unseenAxis = TitleOfAxis(sweep->GetName());
+    }
   }
 
   // A quantity that was there when it was asked for first is still known by its text when what it names is gone.

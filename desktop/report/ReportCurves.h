@@ -21,6 +21,7 @@ struct ReportCurves {
   AString x;                   ///< empty where curves are numbers without an axis
   std::vector<AString> over;   ///< with x, where that is a variable of the design, last
   std::vector<Trace *> traces; ///< as many as the definition has y; null for one that makes no sense now
+  AString unseenAxis;          ///< of samples, where neither x runs over them nor the definition names one
   /// By y: what it names runs over other samples than the curves here.
   std::vector<bool> hasOtherSamples;
   std::vector<std::pair<AString, AString>> given; ///< name and value of variables that the definition stands at

@@ -5,6 +5,7 @@
 #include "desktop/product/SolveJob.h"
 #include "desktop/project/Project.h"
 #include "desktop/project/Session.h"
+#include "desktop/project/SourcePlace.h"
 #include "desktop/report/LiveReports.h"
 #include "desktop/report/ShownNumbers.h"
 #include "desktop/solve/SolveQueue.h"
@@ -24,7 +25,7 @@ SolveSite SiteOf(Session & session) {
   auto const sources = [&session] {
     std::vector<JobSource> files;
     for (SourceFile const & file : session.GetProject().GetSourceFiles())
-      files.push_back({file.PathIn(session.GetProject().GetFolder()).FilePath(), file.size, file.checksum});
+      files.push_back({PlaceOf(file, session.GetProject().GetFolder()).FilePath(), file.size, file.checksum});
     return files;
   };
   return {session.GetManager(),

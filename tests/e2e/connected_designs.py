@@ -201,6 +201,35 @@ class Connected(DeskTest):
         self.assertIn("has 3 ports now, which 'amp.s2p' can't hold", self.refuse(1, 'refresh', 'rx'))
         self.assertEqual(read('amp.s2p'), before)
 
+    def test_a_new_project_names_setup_and_point_of_its_source(self):
+        self.solved('amp', AMP.replace(SWEEP, SWEEP + '.sp lin 6 100meg 2.1g\n'), '--vary', 'ind=4n,6n')
+        write('rx.cir', CONNECTED)
+        told = self.refuse(2, 'new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp=amp')
+        self.assertIn('it has several setups; name one of them', told)
+        self.assertIn('NAME=PROJECT:SETUP`: SParameters1, SParameters2', told)
+        self.assertIn('no setup', self.refuse(2, 'new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp=amp:Nix'))
+        self.refuse(3, 'new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp=pma:SParameters2')
+        self.assertFalse(os.path.exists('amp.s2p') or os.path.exists('rx.sproject'))
+        os.mkdir('a:b')
+        for file in ('amp.sproject', 'amp.results', 'amp.cir'):
+            shutil.move(file, 'a:b')
+        self.run_desk('new', 'rx', '--netlist', 'rx.cir', '--connect', 'amp=a:b/amp:SParameters2: ind=6n')
+        entry = self.state()
+        self.assertEqual((entry['setup'], entry['variation'], entry['state']), ('SParameters2', 'ind=6n', 'current'))
+
+    def test_variables_that_a_connection_does_not_name_stand_as_the_source_has_them(self):
+        self.solved('amp', AMP.replace('ind=4n', 'ind=4n cap=1').replace('C2 out 0 1p', 'C2 out 0 {cap*1e-12}'),
+                    '--vary', 'ind=4n,6n')
+        write('rx.cir', BEFORE)
+        self.run_desk('new', 'rx', '--netlist', 'rx.cir')
+        self.run_desk('connect', 'rx', 'amp', '--as', 'amp', '--variation', 'ind=6n')
+        taken = read('amp.s2p')
+        self.run_desk('disconnect', 'rx', 'amp')
+        os.remove('amp.s2p')
+        self.run_desk('connect', 'rx', 'amp', '--as', 'amp', '--variation', 'cap=1; ind=6e-9')
+        self.assertEqual([line for line in read('amp.s2p').splitlines() if not line.startswith(b'!')],
+                         [line for line in taken.splitlines() if not line.startswith(b'!')])
+
 
 if __name__ == '__main__':
     unittest.main()

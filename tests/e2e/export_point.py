@@ -316,6 +316,115 @@ class ExportPoint(DeskTest):
         self.export(10)
         self.assertEqual(list(self.variations('point/divider')), ['res=10'])
 
+    def measured(self):
+        """The solved divider with imported data, saved."""
+        self.solved('10,20')
+        self.run_desk('touchstone', 'divider', '--to', 'files')
+        self.run_desk('import', 'divider', f'files/{SETUP}_res=10.s1p', '--name', 'Measured')
+        self.run_desk('save', 'divider')
+
+    def look(self, project):
+        for words in (('info', project), ('values', project), ('eval', project, 'max(dB(S(1,1)))'),
+                      ('eval', project, 'dB(S(1,1))', '--solution', 'Measured'), ('report', project, 'list')):
+            self.run_desk(*words)
+
+    def test_an_export_with_imported_data_is_saved_and_looking_writes_nothing(self):
+        self.measured()
+        self.export(20, to='saved')
+        self.run_desk('set', 'divider', 'res=30')
+        self.run_desk('solve', 'divider', '--no-save')
+        self.export(30, '--unsaved', to='unsaved')
+        self.export(20, to='again', project='saved/divider')
+        for folder in ('saved', 'unsaved', 'again'):
+            with self.subTest(folder):
+                before = self.state_of(folder)
+                self.assertFalse(self.document('info', f'{folder}/divider')['unsaved_changes'])
+                self.look(f'{folder}/divider')
+                self.assertEqual(self.state_of(folder), before)
+                self.verify(f'{folder}/divider')
+        rows = self.document('eval', 'divider', 'S(1,1)', '--solution', 'Measured')['rows']
+        self.assertEqual(self.document('eval', 'again/divider', 'S(1,1)', '--solution', 'Measured')['rows'], rows)
+
+    def test_the_nearest_points_and_what_is_wrong_with_the_words_are_told(self):
+        write('divider.cir', DIVIDER.replace('res=50', 'res=50 low=100').replace('R2 mid 0 100', 'R2 mid 0 {low}'))
+        self.run_desk('new', 'divider', '--netlist', 'divider.cir')
+        self.run_desk('solve', 'divider', '--vary', 'res=10,20,30,40', '--vary', 'low=100,200', '--quiet')
+
+        def told(point):
+            return self.refuse(2, 'export', 'divider', '--point', point, '--to', 'point')
+        near = told('res=31; low=200')
+        self.assertIn("the nearest that is solved: 'low=200; res=30', 'low=200; res=40', 'low=200; res=20';", near)
+        self.assertIn('no solved variation equals it', near)
+        part = told('res=40')
+        self.assertIn("does not tell low; a point is told by all its variables", part)
+        self.assertIn("'low=100; res=40', 'low=200; res=40'", part)
+        self.assertIn("no solved point has a variable 'rse'; there are low, res", told('rse=40; low=100'))
+        self.assertIn('two ways', told('res=45m; low=100'))
+        self.assertIn('is no variation', told('garbage'))
+        self.assertFalse(os.path.exists('point'))
+
+    def test_the_netlist_goes_along_so_that_the_point_is_solved_elsewhere(self):
+        os.mkdir('nets')
+        self.solved('10,20')
+        self.run_desk('touchstone', 'divider', '--to', 'nets')
+        os.rename(f'nets/{SETUP}_res=10.s1p', 'nets/dut.s1p')
+        write('nets/more.cir', DIVIDER.replace('R1 in mid {res}', 'R1 in mid 25\nN1 mid dut.s1p\n.include part.inc')
+              .replace('voltages=1meg,2g', 'voltages=1meg'))
+        write('nets/part.inc', 'R3 mid 0 {res}\n')
+        self.run_desk('new', 'more', '--netlist', 'nets/more.cir')
+        self.run_desk('solve', 'more', '--vary', 'res=10,20')
+        self.assertTrue(self.export(20, project='more')['has_source'])
+        os.rename('point', 'elsewhere')
+        shutil.rmtree('nets')
+        os.remove('more.sproject')
+        self.assertEqual(self.document('info', 'elsewhere/more')['source'],
+                         {'path': os.path.realpath('elsewhere/more.cir'),
+                          'known_as': os.path.realpath('elsewhere/more.cir'), 'changed': False})
+        self.run_desk('solve', 'elsewhere/more', '--vary', 'res=20,70')
+        points = self.variations('elsewhere/more')
+        self.assertTrue(all(points[f'res={value}']['valid'] for value in (20, 70)), points)
+        self.assertIn('the source is what it was', self.run_desk('reload', 'elsewhere/more').stdout)
+
+    def test_a_source_that_cannot_go_along_is_named_where_it_is(self):
+        self.solved('10')
+        write('divider.cir', DIVIDER + '* a remark\n')
+        document = self.export(10)
+        self.assertFalse(document['has_source'])
+        self.assertIn('divider.cir is not there as the project read it', document['notices'][0])
+        self.assertFalse(os.path.exists('point/divider.cir'))
+        write('divider.cir', DIVIDER)
+        self.assertFalse(self.document('info', 'point/divider')['source']['changed'])
+        os.mkdir('apart')
+        write('apart/part.inc', 'R3 mid 0 1000\n')
+        write('far.cir', DIVIDER.replace('R2 mid 0 100', '.include apart/part.inc'))
+        self.run_desk('new', 'near', '--netlist', 'far.cir')
+        self.run_desk('solve', 'near')
+        self.assertTrue(self.document('export', 'near', '--point', 'res=50', '--to', 'kept')['has_source'])
+        self.assertEqual(read('kept/apart/part.inc'), read('apart/part.inc'))
+        os.mkdir('deep')
+        write('deep/far.cir', DIVIDER.replace('R2 mid 0 100', '.include ../apart/part.inc'))
+        self.run_desk('new', 'far', '--netlist', 'deep/far.cir')
+        self.run_desk('solve', 'far')
+        done = self.run_desk('export', 'far', '--point', 'res=50', '--to', 'named')
+        self.assertIn("doesn't lie in the folder of far.cir", done.stdout)
+        self.run_desk('solve', 'named/far', '--vary', 'res=60')
+
+    def test_a_project_whose_netlist_is_gone_takes_the_one_of_its_name_beside_it(self):
+        os.mkdir('nets')
+        write('nets/divider.cir', DIVIDER)
+        self.run_desk('new', 'divider', '--netlist', os.path.abspath('nets/divider.cir'))
+        self.run_desk('solve', 'divider', '--vary', 'res=10')
+        os.rename('nets/divider.cir', 'divider.cir')
+        told = self.run_desk('info', 'divider').stdout
+        self.assertIn(f'source {os.path.realpath("divider.cir")} (in place of {os.path.realpath("nets")}/divider.cir', told)
+        self.run_desk('solve', 'divider', '--vary', 'res=10,30')
+        self.assertTrue(all(v['valid'] for v in self.variations('divider').values()))
+        self.run_desk('reload', 'divider')
+        self.run_desk('save', 'divider')
+        self.assertTrue(all(v['valid'] for v in self.variations('divider').values()))
+        write('divider.cir', DIVIDER.replace('R2 mid 0 100', 'R2 mid 0 300'))
+        self.assertIn('divider.cir: the source has changed', self.refuse(4, 'solve', 'divider', '--vary', 'res=40'))
+
 
 if __name__ == '__main__':
     unittest.main()

@@ -57,6 +57,9 @@ class Numbers(DeskTest):
     def test_a_tolerance_that_is_none_is_refused(self):
         for word in ('-1', 'inf', 'nan', 'near'):
             self.qsol('diff', 'a.qsol', 'b.qsol', f'--relative={word}', code=2)
+        told = subprocess.run([QSOL, 'diff', 'a.qsol', 'b.qsol', '--relative', 'near'], stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=120).stderr
+        self.assertIn('--relative near: takes a number; see qsol diff --help', told)
 
 
 if __name__ == '__main__':

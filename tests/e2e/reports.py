@@ -666,6 +666,48 @@ class Reports(DeskTest):
         ratio = os.path.getsize(self.kept_numbers()) / os.path.getsize('s.csv')
         self.assertTrue(0.8 < ratio < 2, ratio)
 
+    def test_a_design_that_stands_where_nothing_is_solved_is_told_with_the_ways_out(self):
+        self.solved()
+        self.run_desk('set', 'ladder', 'l2=0.95')
+        self.run_desk('report', 'ladder', 'add', 'r', '--y', 'max(dB(S(2,1)))', '--over', 'c1')
+        told = self.refuse(1, 'eval', 'ladder', 'dB(S(2,1))', '--over', 'c1')
+        self.assertIn('nothing is solved at l2=0.95, where the design stands; l2 is solved at 0.9, 1: '
+                      '--variation "l2=0.9" stands there, --over l2 runs over all', told)
+        self.assertIn('in `report edit` --variation "l2=0.9"', self.refuse(1, 'report', 'ladder', 'show', 'r'))
+        given = self.refuse(1, 'eval', 'ladder', 'dB(S(2,1))', '--over', 'c1', '--variation', 'l2=3')
+        self.assertIn('nothing is solved at l2=3; l2 is solved at 0.9, 1', given)
+        self.assertIn('`solvedesk solve ladder --vary l2=3`', given)
+        self.run_desk('set', 'ladder', 'c1=7')
+        self.assertIn('c1=7; l2=0.95, where the design stands; c1 is solved at 0.9, 1, 1.1, l2 is solved at 0.9, 1',
+                      self.refuse(1, 'eval', 'ladder', '1+1'))
+        self.run_desk('eval', 'ladder', 'max(dB(S(2,1)))', '--over', 'c1', '--variation', 'l2=0.9')
+
+    def test_a_variable_that_runs_and_stands_is_refused_when_a_report_is_defined(self):
+        self.solved()
+        for words in (('--over', 'c1'), ('--x', 'c1'), ('--x', '2*c1')):
+            self.assertIn('runs over its solved values', self.refuse(
+                2, 'report', 'ladder', 'add', 'bad', '--y', 'max(S(2,1))', '--variation', 'C1=0.9', *words))
+        self.run_desk('report', 'ladder', 'add', 'good', '--y', 'max(dB(S(2,1)))', '--x', 'c1', '--variation', 'l2=0.9')
+        self.refuse(2, 'report', 'ladder', 'edit', 'good', '--over', 'l2')
+        self.assertEqual([r['name'] for r in self.document('report', 'ladder', 'list')['reports']], ['good'])
+
+    def test_samples_that_no_column_tells_apart_are_noted(self):
+        self.solved()
+        self.run_desk('report', 'ladder', 'add', 'r', '--x', 'l2', '--y', 'dB(S(2,1))', '--over', 'c1')
+        note, = self.document('report', 'ladder', 'show', 'r')['notices']
+        self.assertIn('report r: each value of l2 has 3 rows, as y runs over Freq, which is not shown', note)
+        self.run_desk('report', 'ladder', 'edit', 'r', '--variation', 'Freq=1GHz')
+        self.assertEqual(self.document('report', 'ladder', 'show', 'r')['notices'], [])
+        self.run_desk('report', 'ladder', 'add', 'n', '--x', 'l2', '--y', 'max(dB(S(2,1)))', '--over', 'c1')
+        self.assertEqual(self.document('report', 'ladder', 'show', 'n')['notices'], [])
+
+    def test_a_sample_that_is_missing_is_told_with_its_neighbours(self):
+        self.solved()
+        told = self.refuse(2, 'eval', 'ladder', 'dB(S(2,1))', '--variation', 'Freq=1.5GHz')
+        self.assertIn('the nearest are 1e+09 and 2e+09, and YAtXVal(dB(S(2,1)),1.5GHz) takes the value between them', told)
+        self.run_desk('eval', 'ladder', 'YAtXVal(dB(S(2,1)),1.5GHz)')
+        self.assertIn('a report over Freq', self.refuse(2, 'eval', 'ladder', 'dB(S(2,1))', '--variation', 'Freq=9GHz'))
+
 
 def crc32c(data):
     """The checksum of project files."""

@@ -114,8 +114,19 @@ private:
   void AddSource(bool hasChanged) {
     std::string const source = Utf8(m_session.GetProject().GetSourceFile().FilePath());
     std::string const library = Utf8(m_session.GetManager().GetQsolPath());
-    m_text += fmt::format("  source {}{}\n  library {}\n", source, hasChanged ? " (not as it was read)" : "", library);
-    m_document.Members({{"source", {{"path", source}, {"changed", hasChanged}}}, {"library", library}});
+    std::string const known = KnownSource();
+    m_text += fmt::format("  source {}{}{}\n  library {}\n", source, hasChanged ? " (not as it was read)" : "",
+                          known == source ? "" : fmt::format(" (in place of {}, which is not there)", known), library);
+    m_document.Members(
+        {{"source", {{"path", source}, {"known_as", known}, {"changed", hasChanged}}}, {"library", library}});
+  }
+
+  // Where the project has it from, whether or not it is there.
+  std::string KnownSource() const {
+    desktop::Project const & project = m_session.GetProject();
+    return project.GetSourceFiles().empty()
+               ? std::string()
+               : Utf8(project.GetSourceFiles().front().PathIn(project.GetFolder()).FilePath());
   }
 
   void AddDesign() {

@@ -66,13 +66,35 @@ std::shared_ptr<desktop::Session> Create(NewWords const & words, AString const &
   }
 }
 
-// Of "NAME=SOURCE_PROJECT".
+bool IsProject(std::string const & path) { return LFN_Exists(LongFileName(ProjectPath(path))); }
+
+// Of "PROJECT", "PROJECT:SETUP" or "PROJECT:SETUP:VARIATION".  A colon may also stand in the project's path.
+void TakeSource(std::string const & word, desktop::ConnectionRequest & request) {
+  std::size_t colon = IsProject(word) ? std::string::npos : word.find(':');
+  std::size_t const first = colon;
+  while (colon != std::string::npos && !IsProject(word.substr(0, colon)))
+    colon = word.find(':', colon + 1);
+  colon = colon == std::string::npos ? first : colon;
+  request.project = ArgumentText(word.substr(0, colon));
+  if (colon == std::string::npos || colon == 0)
+    return;
+  std::string const rest = word.substr(colon + 1);
+  std::size_t const second = rest.find(':');
+  request.setup = ArgumentText(rest.substr(0, second)).Trimmed();
+  if (second != std::string::npos)
+    request.variation = ArgumentText(rest.substr(second + 1)).Trimmed();
+}
+
+// Of "NAME=SOURCE".
 desktop::ConnectionRequest RequestOf(std::string const & word) {
   std::size_t const middle = word.find('=');
   if (middle == std::string::npos || middle + 1 == word.size())
     throw desktop::Error(desktop::ErrorKind::kUsage,
-                         AString(L"--connect '") + ArgumentText(word) + L"': is not NAME=SOURCE_PROJECT; give both");
-  return {ArgumentText(word.substr(0, middle)), ArgumentText(word.substr(middle + 1)), AString(), AString()};
+                         AString(L"--connect '") + ArgumentText(word) +
+                             L"': is not NAME=SOURCE_PROJECT, with :SETUP behind where it has several; give both");
+  desktop::ConnectionRequest request{ArgumentText(word.substr(0, middle)), AString(), AString(), AString()};
+  TakeSource(word.substr(middle + 1), request);
+  return request;
 }
 
 // The source reads the files of the connections, so they are there before it is read.
@@ -133,12 +155,14 @@ void AddNewVerb(CLI::App & program, Action & action) {
   verb->add_option("--product", words->product, "what solves it: rfcircuit, or command for any program")
       ->capture_default_str();
   verb->add_option("--connect", words->connections,
-                   "NAME=SOURCE_PROJECT: connects at once, for a netlist that reads NAME.s2p; see `connect`")
+                   "NAME=SOURCE_PROJECT[:SETUP[:VARIATION]]: connects at once, for a netlist that reads NAME.s2p; see "
+                   "`connect`")
       ->allow_extra_args(false);
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
                "  solvedesk new lowpass --netlist examples/lowpass/lowpass.cir\n"
                "  solvedesk new receiver --netlist receiver.cir --connect amp=amplifier\n"
+               "  solvedesk new receiver --netlist receiver.cir --connect \"amp=amplifier:Fine:gain=2\"\n"
                "  solvedesk new ball --source examples/ball/ball.solver --product command");
   verb->callback([&action, words] { action = [words] { return MakeProject(*words); }; });
 }

@@ -71,7 +71,8 @@ void CheckNames(ReportWords const & words) {
     if (!words.names.empty())
       throw Error(ErrorKind::kUsage, L"report list: takes no name; `report show` shows one report");
   } else if (words.names.empty()) {
-    throw Error(ErrorKind::kUsage, L"report " + action + L": takes the name of a report");
+    throw Error(ErrorKind::kUsage, L"report " + action + L": takes the name of a report" +
+                                       (words.action == "add" ? L"; give it one" : L"; `report list` lists them"));
   } else if (words.names.size() > 1 && words.draw.html.empty()) {
     throw Error(ErrorKind::kUsage, L"report " + action + L": takes one name; several go with `report show --html`");
   }
@@ -233,7 +234,7 @@ void AddReportVerb(CLI::App & program, Action & action) {
                    "values of variables, as in \"cscale=0.95\"; those that are not named stand as they do");
   verb->add_option("--display", words->display, "table, rectangular, polar or smith");
   AddDrawOptions(*verb, words->draw);
-  AddViewOptions(*verb, words->view);
+  AddViewOptions(*verb, words->view, "show: ");
   verb->footer([words] { return HelpEnd(words->action); });
   verb->callback([&action, words] { action = [words] { return RunReport(*words); }; });
 }

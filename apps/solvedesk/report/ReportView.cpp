@@ -3,6 +3,7 @@
 #include "apps/solvedesk/console/DocumentText.h"
 #include "apps/solvedesk/console/OutputFile.h"
 #include "apps/solvedesk/project/OpenProject.h"
+#include "apps/solvedesk/report/UnsolvedPlace.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
 #include "solutionmanager/model/BaseSolution.h"
@@ -63,11 +64,19 @@ std::string NoteOfGaps(desktop::LiveReports::Shown const & shown, std::string co
                                  Count(static_cast<long long>(gaps), "variation"), first.text, first.command);
 }
 
-std::string NothingSolved(desktop::LiveReports::Shown const & shown, std::string const & project) {
+std::string NothingSolved(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
+                          std::string const & project) {
+  UnsolvedPlace const place(shown);
   Point const point(shown.given, project);
-  return fmt::format("{}: nothing is solved {}; run {} first", Utf8(ProjectPath(project)),
-                     point.text.empty() ? std::string("that the report could show") : "at " + point.text,
-                     point.command);
+  std::string const who = Utf8(ProjectPath(project));
+  if (place.Instead().empty())
+    return fmt::format("{}: nothing is solved{}; run {} first", who,
+                       place.Where().empty() ? "" : " at " + place.Where(), point.command);
+  return fmt::format(
+      "{}: nothing is solved at {}{}; {}: {}--variation \"{}\" stands there, --over {} runs over all, and "
+      "{} solves it where it stands now",
+      who, place.Where(), place.IsOfDesign() ? ", where the design stands" : "", place.Instead(),
+      report.name.empty() ? "" : "in `report edit` ", place.Example(), place.Names(), point.command);
 }
 
 bool IsToFile(ViewOptions const & options) { return !options.csv.empty() && options.csv != kStandardOutput; }
@@ -119,7 +128,7 @@ std::string WhyNothing(desktop::ReportDefinition const & report, desktop::LiveRe
   if (shown.problems.size() < std::max<std::size_t>(report.y.size(), 1) && HasAnything(shown.table))
     return std::string();
   std::vector<std::string> const notes = NotesOf(shown, project);
-  return notes.empty() ? NothingSolved(shown, project) : fmt::format("{}", fmt::join(notes, "; "));
+  return notes.empty() ? NothingSolved(report, shown, project) : fmt::format("{}", fmt::join(notes, "; "));
 }
 
 void RefuseNothing(desktop::ReportDefinition const & report, desktop::LiveReports::Shown const & shown,
@@ -128,13 +137,13 @@ void RefuseNothing(desktop::ReportDefinition const & report, desktop::LiveReport
     throw desktop::Error(shown.areWordsWrong ? ErrorKind::kUsage : ErrorKind::kFailed, text::FromUtf8(reason));
 }
 
-void AddViewOptions(CLI::App & verb, ViewOptions & options) {
+void AddViewOptions(CLI::App & verb, ViewOptions & options, std::string const & goesWith) {
   verb.add_option("--csv", options.csv,
-                  "show: a file for the rows, with numbers that read back bit for bit; - is standard output")
+                  goesWith + "a file for the rows, with numbers that read back bit for bit; - is standard output")
       ->check([](std::string const & file) {
         return file.empty() ? std::string("names no file; give one, or - for standard output") : std::string();
       });
-  verb.add_option("--complex", options.form, "show: complex numbers as re-im or mag-deg (degrees)")
+  verb.add_option("--complex", options.form, goesWith + "complex numbers as re-im or mag-deg (degrees)")
       ->check(CLI::IsMember({"re-im", "mag-deg"}))
       ->capture_default_str();
   AddOutputOptions(verb, options.output);

@@ -18,7 +18,8 @@ struct ViewOptions {
   OutputOptions output;
 };
 
-void AddViewOptions(CLI::App & verb, ViewOptions & options);
+/// Help tells, as "show: ", which action of the verb they go with.
+void AddViewOptions(CLI::App & verb, ViewOptions & options, std::string const & goesWith = {});
 ComplexForm FormOf(ViewOptions const & options);
 
 /// What could not be had of a report that was brought up to date, for people, one line each.

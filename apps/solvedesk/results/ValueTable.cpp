@@ -61,7 +61,8 @@ std::string TableOf(std::vector<QuantityValues const *> const & columns) {
 } // namespace
 
 std::string ValuesAsText(PointValues const & point) {
-  std::string text = point.setup + " : " + point.solution + " at " + Utf8(point.variation) + "\n";
+  std::string text =
+      point.setup + " : " + point.solution + (point.variation.empty() ? "" : " at " + Utf8(point.variation)) + "\n";
   std::vector<QuantityValues const *> columns;
   for (QuantityValues const & quantity : point.quantities)
     if (quantity.isScalar)

@@ -67,8 +67,7 @@ void AddConnectVerb(CLI::App & program, Action & action) {
   verb->add_option("--setup", words->setup, "the setup that solved the data; needed where the source has several");
   verb->add_option(
       "--variation", words->variation,
-      "the point, as the source's `info` shows it; without it that at which its variables stand, also at a "
-      "later refresh");
+      "values of the source's variables; those that are not named stand as they do there, also at a later refresh");
   verb->add_option("--as", words->name, "the connection's name: letters, digits, '_' and '-'")->required();
   AddOutputOptions(*verb, words->output);
   verb->footer(

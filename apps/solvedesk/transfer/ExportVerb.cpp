@@ -2,11 +2,11 @@
 #include "apps/solvedesk/console/Delivery.h"
 #include "apps/solvedesk/console/Verbs.h"
 #include "apps/solvedesk/project/OpenProject.h"
+#include "apps/solvedesk/transfer/NearPoints.h"
 #include "basekit/file/LongFileName.h"
 #include "basekit/file/PlaceInFolder.h"
 #include "basekit/text/Utf8.h"
 #include "desktop/Error.h"
-#include "desktop/message/NearestNames.h"
 #include "desktop/project/PointExport.h"
 #include "desktop/project/Project.h"
 
@@ -31,7 +31,6 @@ struct ExportWords {
 
 constexpr std::uint64_t kMegabyte = 1'000'000;
 constexpr std::uint64_t kLongWork = 100 * kMegabyte;
-constexpr std::size_t kMostShown = 3;
 
 [[noreturn]] void RefuseFolder(std::string const & folder, std::string const & problem) {
   throw desktop::Error(ErrorKind::kUsage, text::FromUtf8("--to " + folder + ": " + problem));
@@ -93,12 +92,13 @@ AString FindPoint(desktop::Session & session, ExportWords const & words) {
                              (words.isUnsaved ? AString(L"; run `solvedesk solve` first")
                                               : AString(L" that is saved; run `solvedesk solve` or `solvedesk save` "
                                                         L"first, or give --unsaved")));
-  std::vector<AString> shown = desktop::NearestNames(wanted, known);
-  if (shown.empty())
-    shown.assign(known.begin(), known.begin() + static_cast<std::ptrdiff_t>(std::min(kMostShown, known.size())));
-  AString text = AString(L"--point '") + wanted + L"': no solved variation equals it; there is ";
-  for (std::size_t i = 0; i < shown.size(); ++i)
-    text += (i == 0 ? AString() : AString(L", ")) + L"'" + shown[i] + L"'";
+  AString const fault = FaultOfPoint(session.GetDesign(), wanted, known);
+  AString text = AString(L"--point '") + wanted + L"': " +
+                 (fault.empty() ? AString(L"no solved variation equals it") : fault) +
+                 L"; the nearest that is solved: ";
+  std::vector<AString> const near = NearPoints(wanted, known);
+  for (std::size_t i = 0; i < near.size(); ++i)
+    text += (i == 0 ? AString() : AString(L", ")) + L"'" + near[i] + L"'";
   throw desktop::Error(ErrorKind::kUsage,
                        text + (words.isUnsaved ? AString(L"; `info` lists all")
                                                : AString(L"; `info` lists all, and --unsaved takes one that is not "
@@ -119,8 +119,8 @@ void TellOfLongWork(PointExport const & point, OutputOptions const & output) {
     PrintMessage(fmt::format("cutting the point out of a library of {} MB; this takes a while", length / kMegabyte));
 }
 
-void Print(desktop::Session const & session, ExportWords const & words, AString const & variation,
-           PointExport const & point, std::string const & file) {
+void Print(desktop::Session & session, ExportWords const & words, AString const & variation, PointExport const & point,
+           std::string const & file) {
   nlohmann::ordered_json parts = nlohmann::ordered_json::array();
   long long stale = 0;
   for (PointExport::Part const & part : point.Parts()) {
@@ -141,6 +141,13 @@ void Print(desktop::Session const & session, ExportWords const & words, AString 
     text += fmt::format("{} of it is stale there as here, and files of stale data are left behind; `solvedesk info {} "
                         "--why` tells why\n",
                         Count(stale, "solution"), words.project);
+  if (!point.WhyNoSources().empty()) {
+    std::string const note =
+        fmt::format("the source stays at {} and is needed there to solve: {}",
+                    Utf8(session.GetProject().GetSourceFile().FilePath()), Utf8(point.WhyNoSources()));
+    text += note + "\n";
+    notices.push_back(note);
+  }
   PrintResult(words.output, text,
               {{"project", file},
                {"point", Utf8(variation)},
@@ -148,6 +155,7 @@ void Print(desktop::Session const & session, ExportWords const & words, AString 
                {"blocks", point.CountBlocks()},
                {"files", point.CountFiles()},
                {"solutions", parts},
+               {"has_source", point.WhyNoSources().empty()},
                {"notices", notices}});
 }
 
@@ -180,13 +188,15 @@ void AddExportVerb(CLI::App & program, Action & action) {
   verb->add_option("--to", words->folder, "the folder for it: a new or an empty one")->required();
   verb->add_flag("--unsaved", words->isUnsaved, "the point as it is now, not as it was saved last");
   AddOutputOptions(*verb, words->output);
-  verb->footer("Examples:\n"
-               "  solvedesk export lowpass --point 'cscale=0.9; lscale=1' --to best\n"
-               "  solvedesk info best/lowpass\n\n"
-               "The folder holds a project of the same name, whose variables have the values of the point and whose\n"
-               "results are the point's alone, in all setups. The project itself stays as it is. All of it is\n"
-               "written, or none and the folder is as it was. Without --unsaved another process may work with the\n"
-               "project meanwhile.");
+  verb->footer(
+      "Examples:\n"
+      "  solvedesk export lowpass --point 'cscale=0.9; lscale=1' --to best\n"
+      "  solvedesk info best/lowpass\n\n"
+      "The folder holds a project of the same name, whose variables have the values of the point and whose\n"
+      "results are the point's alone, in all setups. A netlist goes along with the files that it reads, so that\n"
+      "the folder can be solved on another machine. The project itself stays as it is. All of it is\n"
+      "written, or none and the folder is as it was. Without --unsaved another process may work with the\n"
+      "project meanwhile.");
   verb->callback([&action, words] { action = [words] { return Export(*words); }; });
 }
 

@@ -53,7 +53,7 @@ void AddImportVerb(CLI::App & program, Action & action) {
                    "replaced");
   AddOutputOptions(*verb, words->output);
   verb->footer("Examples:\n"
-               "  solvedesk import lowpass bench/unit7.s2p --name Measured\n"
+               "  solvedesk import lowpass unit7.s2p --name Measured\n"
                "  solvedesk eval lowpass \"dB(S(2,1))\" --solution Measured\n"
                "  solvedesk report lowpass add Gain --setup Measured --y \"dB(S(2,1))\"\n"
                "  solvedesk compare lowpass SParameters1 Measured\n\n"

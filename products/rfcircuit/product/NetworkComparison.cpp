@@ -35,7 +35,8 @@ void AddMethod(rf::NetworkDifference const & difference, std::vector<AString> & 
     tell(fmt::format("B is interpolated linearly, real and imaginary part each for itself, at {} of {} frequencies",
                      difference.interpolated, count));
   if (difference.outsideRange > 0)
-    tell(fmt::format("{} of A's frequencies lie outside the range of B and are left out", difference.outsideRange));
+    tell(fmt::format("{} of A's frequencies {} outside the range of B and {} left out", difference.outsideRange,
+                     difference.outsideRange == 1 ? "lies" : "lie", difference.outsideRange == 1 ? "is" : "are"));
   if (difference.isRenormalized)
     tell("port impedances differ: B is seen from those of A");
 }

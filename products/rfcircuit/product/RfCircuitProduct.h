@@ -5,6 +5,7 @@
 #include "desktop/product/IImportProduct.h"
 #include "desktop/product/IPortProduct.h"
 #include "desktop/product/IQuantityProduct.h"
+#include "desktop/product/ISelfContainedSource.h"
 
 namespace rfcircuit {
 
@@ -15,7 +16,8 @@ class RfCircuitProduct : public desktop::IDesktopProduct,
                          public desktop::IImportProduct,
                          public desktop::INetworkProduct,
                          public desktop::IPortProduct,
-                         public desktop::IQuantityProduct {
+                         public desktop::IQuantityProduct,
+                         public desktop::ISelfContainedSource {
 public:
   AString GetName() const override;
   bool ReadSource(LongFileName const & file, desktop::SourceDescription & description, AString & error) const override;

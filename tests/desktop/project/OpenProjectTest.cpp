@@ -270,3 +270,18 @@ TEST_F(OpenProject, ALinkLeadsToTheProjectThatIsThereAndToItsLock) {
   EXPECT_TRUE(std::filesystem::is_symlink(m_folder / "elsewhere" / "link.sproject"));
   EXPECT_FALSE(Exists("elsewhere/link.results"));
 }
+
+TEST_F(OpenProject, TakesTheSourceOfTheNameBesideItselfWhereThatOfItsPathIsGone) {
+  std::filesystem::create_directory(m_folder / "a");
+  Write("a/far.txt", "param C 1\nsetup Sweep\n");
+  desktop::Session::Create(PathOf("moved"), PathOf("a/far.txt"), L"fake");
+  std::filesystem::rename(m_folder / "a" / "far.txt", m_folder / "far.txt");
+  auto const session = desktop::Session::Open(PathOf("moved"), Access::kWrite);
+  EXPECT_EQ(session->GetProject().GetSourceFile().FilePath(), PathOf("far.txt"));
+  EXPECT_FALSE(RefusalOf([&] { session->CheckSourceUnchanged(); }).kind.has_value());
+  Write("far.txt", "param C 2\nsetup Sweep\n");
+  EXPECT_EQ(RefusalOf([&] { session->CheckSourceUnchanged(); }).kind, ErrorKind::kSource) << "another one is a change";
+  Write("a/far.txt", "param C 1\nsetup Sweep\n");
+  EXPECT_EQ(session->GetProject().GetSourceFile().FilePath(), PathOf("a/far.txt")) << "its own place comes first";
+  EXPECT_FALSE(RefusalOf([&] { session->CheckSourceUnchanged(); }).kind.has_value());
+}
