@@ -486,8 +486,8 @@ class Reports(DeskTest):
             self.assertIn('there is no such sample',
                           self.refuse(2, 'eval', 'ladder', 'mag(S(2,1))', '--variation', f'Freq={off}'))
 
-    def test_the_nearest_of_samples_that_lie_close_together_counts(self):
-        self.project(FEW.replace('lin 3 1g 3g', 'lin 3 1g 1.000000001g'))
+    def test_samples_that_lie_close_together_are_told_apart(self):
+        self.project(FEW.replace('lin 3 1g 3g', 'lin 3 1g 1.000000005g'))
         self.run_desk('solve', 'ladder', '--quiet')
         samples = [row[0] for row in self.document('eval', 'ladder', 'mag(S(2,1))')['rows']]
         self.assertEqual(len(samples), 3)
