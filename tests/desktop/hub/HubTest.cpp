@@ -317,7 +317,7 @@ TEST_F(HubTest, ASetupThatTheSourceLacksIsRefusedWithThoseThatItHas) {
   EXPECT_NE(refusal.text.find("it has no setup 'Other'; name another one: Sweep"), std::string::npos) << refusal.text;
   ExpectUntouched();
   EditSource([](desktop::Session & source) { source.GetEditor().AddSetup(L"Second", L"lin"); });
-  EXPECT_NE(RefusalOfConnecting("source").text.find("name one of them: Sweep, Second"), std::string::npos);
+  EXPECT_NE(RefusalOfConnecting("source").text.find("NAME=PROJECT:SETUP`: Sweep, Second"), std::string::npos);
   EXPECT_FALSE(RefusalOfConnecting("source", L"sweep").kind.has_value());
 }
 
