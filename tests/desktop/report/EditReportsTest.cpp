@@ -58,14 +58,18 @@ TEST_F(EditReports, EachEditIsUndoneAndRedone) {
 TEST_F(EditReports, FollowTheNamesOfSetupsAndVariables) {
   ReportDefinition over = Gain();
   over.x = L"C";
-  over.variation = L"C=2; Freq=1";
   Editor().AddReport(over);
+  ReportDefinition there = Gain();
+  there.name = L"there";
+  there.over.clear();
+  there.variation = L"C=2; Freq=1";
+  Editor().AddReport(there);
   Editor().RenameSetup(L"Sweep", L"Wide");
   Editor().RenameVariable(L"c", L"Cap");
   EXPECT_EQ(All().front().setup, L"Wide");
   EXPECT_EQ(All().front().x, L"Cap");
   EXPECT_EQ(All().front().over, std::vector<AString>{L"Cap"});
-  EXPECT_EQ(All().front().variation, AString(L"Cap=2; Freq=1"));
+  EXPECT_EQ(All().back().variation, AString(L"Cap=2; Freq=1"));
 }
 
 TEST_F(EditReports, AnEditThatChangesNothingIsNoCommand) {
