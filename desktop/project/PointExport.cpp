@@ -76,7 +76,9 @@ SourceFiles WithFullPaths(SourceFiles files, LongFileName const & projectFolder)
 } // namespace
 
 PointExport::PointExport(Session & session, AString const & variation, State state)
-    : m_session(session), m_variation(variation), m_state(state) {}
+    : m_session(session), m_variation(variation), m_state(state) {
+  m_saved = LookAtSaved();
+}
 
 AString PointExport::FindPoint(Session & session, AString const & variation) {
   AString found;
@@ -119,7 +121,37 @@ std::uint64_t PointExport::LibraryLength() const {
   return file::FileSystem().Describe(library, info).Ok() ? info.length : 0;
 }
 
+// Nothing when that can't be told.
+std::optional<PointExport::Saved> PointExport::LookAtSaved() const {
+  file::FileInfo const library = Look(LongFileName(m_session.GetManager().GetQsolPath()));
+  LongFileName const file = m_session.GetProject().GetFile();
+  if (m_state != State::kSaved || library.kind != file::FileKind::File)
+    return std::nullopt;
+  try {
+    long const generation = DecodeProject(ReadProjectBytes(file), ProjectFileKind::kProject, file).generation;
+    return Saved{generation, library.length, library.node};
+  } catch (Error const &) {
+    return std::nullopt;
+  }
+}
+
 void PointExport::Write(LongFileName const & folder) {
+  auto const refuseOtherState = [this] {
+    auto const now = LookAtSaved();
+    if (now && m_saved && *now != *m_saved)
+      throw Error(ErrorKind::kLocked, m_session.GetProject().GetFile().FilePath() +
+                                          L": another process saved it during the export; try again");
+  };
+  try {
+    WriteProject(folder);
+  } catch (Error const &) {
+    refuseOtherState();
+    throw;
+  }
+  refuseOtherState();
+}
+
+void PointExport::WriteProject(LongFileName const & folder) {
   LongFileName const results = folder + (m_session.GetProject().GetName() + L".results/");
   LongFileName const file = folder + (m_session.GetProject().GetName() + Project::kExtension);
   WriteResults(results);

@@ -3,6 +3,7 @@
 #include "basekit/file/LongFileName.h"
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -42,7 +43,8 @@ public:
   /// The length of the library that the saved state is cut out of.
   std::uint64_t LibraryLength() const;
   /// Makes the project, of the same name, in a folder, and reads it again: all blocks of the point are there, bit for
-  /// bit, none of another point, and all its files at their full length.
+  /// bit, none of another point, and all its files at their full length.  An Error of kind kLocked when another process
+  /// saved the project since this object was made: parts of both states may then have met.
   void Write(LongFileName const & folder);
   /// Of what Write wrote: blocks of the point, and its result files and folders.
   int CountBlocks() const { return static_cast<int>(m_blocks.size()); }
@@ -52,6 +54,16 @@ public:
   AString const & WhyNoSources() const { return m_whyNoSources; }
 
 private:
+  /// What a save changes.
+  struct Saved {
+    long generation = 0;
+    std::uint64_t length = 0;
+    std::uint64_t node = 0;
+    bool operator==(Saved const &) const = default;
+  };
+
+  std::optional<Saved> LookAtSaved() const;
+  void WriteProject(LongFileName const & folder);
   bool AssumesSavedState() const;
   void WriteResults(LongFileName const & results);
   ProjectRecord MakeRecord() const;
@@ -67,6 +79,7 @@ private:
   Session & m_session;
   AString m_variation;
   State m_state;
+  std::optional<Saved> m_saved;
   std::vector<AString> m_blocks; ///< real names
   std::set<AString> m_foreign;   ///< internal names of blocks of other points
   int m_files = 0;

@@ -108,9 +108,10 @@ AString FindPoint(desktop::Session & session, ExportWords const & words) {
 // Files are made in a workplace: they are told by the place they were made for.
 desktop::Error Told(desktop::Error const & error, Delivery const & delivery, std::string const & folder) {
   std::string text = error.what();
-  std::string const made = delivery.Workplace().string();
-  for (std::size_t at = text.find(made); at != std::string::npos; at = text.find(made))
-    text.replace(at, made.size(), fs::path(folder).lexically_normal().string());
+  fs::path const workplace = fs::absolute(delivery.Workplace()).lexically_normal();
+  for (std::string const & made : {workplace.string(), delivery.Workplace().string()})
+    for (std::size_t at = text.find(made); at != std::string::npos; at = text.find(made))
+      text.replace(at, made.size(), fs::path(folder).lexically_normal().string());
   return desktop::Error(error.Kind(), text::FromUtf8(text));
 }
 

@@ -51,6 +51,24 @@ TEST_F(PointExports, OpensWithTheNumbersAndTheVariablesOfThePoint) {
   EXPECT_FALSE(Tells(BlocksOf(*exported), L"C=1"));
 }
 
+TEST_F(PointExports, OfAProjectThatAnotherProcessSavesMeanwhileAreRefused) {
+  auto const session = Open(Access::kReadOnly);
+  PointExport before(*session, kSecond, State::kSaved);
+  {
+    auto const other = Open(Access::kWrite);
+    ASSERT_EQ(Solve(*other, L"C=5; L=2", 3.5), 0);
+    other->Save();
+  }
+  auto const refusal = RefusalOf([&] { before.Write(Folder()); });
+  EXPECT_EQ(refusal.kind, desktop::ErrorKind::kLocked);
+  EXPECT_NE(refusal.text.find("another process saved it during the export; try again"), std::string::npos);
+  std::filesystem::remove_all(m_folder / "out");
+  std::filesystem::create_directory(m_folder / "out");
+  auto const again = Open(Access::kReadOnly);
+  PointExport(*again, kSecond, State::kSaved).Write(Folder());
+  EXPECT_EQ(ValueOf(*OpenExported(), kSecond), 2.5);
+}
+
 TEST_F(PointExports, FindsThePointByAnyTextThatEqualsIt) {
   auto const session = Open(Access::kReadOnly);
   EXPECT_EQ(PointExport::FindPoint(*session, L"l=2; c=0.003k"), kSecond);
